@@ -1,0 +1,17 @@
+# Every library the program stands on, named once. Reasons are in docs/DEPENDENCIES.md,
+# Debian package names in scripts/setup.sh.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(CLI11 2.1 REQUIRED)
+find_package(Threads REQUIRED)
+
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET
+  libavformat>=59 libavcodec>=59 libavfilter>=8 libavutil>=57 libswscale>=6 libswresample>=4)
+
+if(POINTLOOM_TESTS)
+  find_package(GTest REQUIRED)
+endif()
+if(POINTLOOM_BENCHMARKS)
+  find_package(benchmark REQUIRED)
+endif()

@@ -1,0 +1,14 @@
+# What every target of ours is compiled with. Third-party headers come in as system headers.
+add_library(pointloom_options INTERFACE)
+target_compile_options(pointloom_options INTERFACE
+  -Wall -Wextra -Wpedantic -Werror
+  -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wuseless-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Wsuggest-override)
+target_compile_definitions(pointloom_options INTERFACE
+  QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+target_include_directories(pointloom_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+
+if(POINTLOOM_SANITIZE)
+  add_compile_options(-fsanitize=${POINTLOOM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${POINTLOOM_SANITIZE})
+endif()

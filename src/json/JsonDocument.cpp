@@ -1,0 +1,52 @@
+#include "json/JsonDocument.h"
+
+#include <algorithm>
+
+namespace pointloom::json {
+
+namespace {
+
+std::string placeInText(const QByteArray& bytes, std::size_t byte) {
+    const auto end = bytes.begin() + std::min<qsizetype>(bytes.size(), static_cast<qsizetype>(byte));
+    const auto line = 1 + std::count(bytes.begin(), end, '\n');
+    const auto lineStart = std::find(std::make_reverse_iterator(end), bytes.rend(), '\n').base();
+    return "line " + std::to_string(line) + ", column " + std::to_string(std::max<qsizetype>(1, end - lineStart));
+}
+
+// The library's text reads "[json.exception...] parse error at ...: syntax error while ... - REASON".
+std::string reasonOf(const nlohmann::json::exception& error) {
+    const std::string_view text = error.what();
+    const auto dash = text.rfind(" - ");
+    const auto reason = dash == std::string_view::npos ? text.substr(text.rfind(": ") + 2) : text.substr(dash + 3);
+    return printable(reason);
+}
+
+}
+
+Value parse(const QByteArray& bytes, const ParseLimits& limits) {
+    if (bytes.size() > limits.bytes)
+        throw DecodingError("larger than " + std::to_string(limits.bytes / (1024 * 1024)) + " MB");
+    const auto guardDepth = [&](int depth, Value::parse_event_t, Value&) {
+        if (depth > limits.depth)
+            throw DecodingError("nested deeper than " + std::to_string(limits.depth) + " levels");
+        return true;
+    };
+    try {
+        return Value::parse(bytes.begin(), bytes.end(), guardDepth);
+    } catch (const Value::parse_error& error) {
+        throw DecodingError(placeInText(bytes, error.byte) + ": not valid JSON: " + reasonOf(error));
+    } catch (const Value::out_of_range&) {
+        throw DecodingError("a number is too large for JSON");
+    }
+}
+
+QByteArray compact(const OrderedValue& value) {
+    return QByteArray::fromStdString(value.dump());
+}
+
+QByteArray prettySorted(const OrderedValue& value) {
+    constexpr int indent = 2;
+    return QByteArray::fromStdString(Value(value).dump(indent)) + '\n';
+}
+
+}

@@ -1,0 +1,44 @@
+#include "json/JsonError.h"
+
+#include <algorithm>
+
+namespace pointloom::json {
+
+std::string Path::text() const {
+    if (!m_parent)
+        return {};
+    std::string prefix = m_parent->text();
+    if (m_index >= 0)
+        return prefix + '[' + std::to_string(m_index) + ']';
+    if (!prefix.empty())
+        prefix += '.';
+    return prefix + std::string(m_key);
+}
+
+DecodingError::DecodingError(const Path& place, const std::string& fault)
+    : std::runtime_error(place.text().empty() ? fault : place.text() + ": " + fault) {}
+
+DecodingError::DecodingError(const std::string& message)
+    : std::runtime_error(message) {}
+
+std::string printable(std::string_view text) {
+    constexpr std::size_t longest = 60; // bytes shown before the text is cut
+    std::string result;
+    std::size_t end = std::min(text.size(), longest);
+    const auto continuesCharacter = [&](std::size_t at) {
+        return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U; // UTF-8
+    };
+    while (end > 0 && continuesCharacter(end))
+        --end;
+    for (const char character : text.substr(0, end))
+        result += static_cast<unsigned char>(character) < 0x20 ? '?' : character;
+    if (end < text.size())
+        result += "...";
+    return result;
+}
+
+std::string inQuotes(std::string_view text) {
+    return '"' + printable(text) + '"';
+}
+
+}

@@ -1,0 +1,43 @@
+// All sound of a file as one stereo track.
+#pragma once
+
+#include "media/VideoFrame.h"
+
+#include <memory>
+#include <optional>
+#include <QString>
+
+namespace pointloom::media {
+
+constexpr int audioSampleRate = 44100; // Hz
+constexpr int audioChannels = 2;
+
+/// A run of samples: planar 32-bit float, `audioChannels` at `audioSampleRate`.
+struct AudioFrame {
+    AVFramePtr frame;           // its pts counts samples from the start of the exported range
+    std::int64_t firstSample = 0;
+    int sampleCount = 0;
+};
+
+/// Decodes every audio track, mixes them to stereo and cuts the sound to a range of the timeline.
+/// Gaps, late starts and early ends become silence or a shorter end, so that the sound keeps its place.
+class AudioReader {
+public:
+    /// `start` and `end` in seconds of the source's timeline; no end means the end of the sound.
+    /// Empty when the file has no track that can be decoded. Throws MediaError as `readMediaInfo`.
+    static std::optional<AudioReader> open(const QString& path, double start, std::optional<double> end);
+
+    AudioReader(AudioReader&&) noexcept;
+    AudioReader& operator=(AudioReader&&) noexcept;
+    ~AudioReader();
+
+    /// The next run, beginning where the last one ended; empty at the end. Throws MediaError.
+    std::optional<AudioFrame> read();
+
+private:
+    struct State;
+    explicit AudioReader(std::unique_ptr<State> state);
+    std::unique_ptr<State> m_state;
+};
+
+}

@@ -1,0 +1,14 @@
+// What is thrown when a file cannot be opened, decoded or written.
+#pragma once
+
+#include <stdexcept>
+
+namespace pointloom::media {
+
+/// `what()` is fit for a person: it says what could not be done and why, without the file's name.
+class MediaError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+}

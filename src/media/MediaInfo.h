@@ -1,0 +1,40 @@
+// What a source file contains, found out without decoding it whole.
+#pragma once
+
+#include "media/FrameFormat.h"
+
+#include <cstdint>
+#include <optional>
+#include <QSize>
+#include <QString>
+
+namespace pointloom::media {
+
+struct VideoTrackInfo {
+    QString codecName;                 // "h264", "hevc", ...
+    QSize storedSize;                  // pixels as they are encoded
+    Rational sampleAspectRatio{1, 1};  // width of a stored pixel divided by its height
+    Orientation orientation;
+    Rational frameRate{30, 1};         // nominal; 30 when the file does not say
+    Rational timeBase{1, 90000};       // seconds a tick
+    std::optional<FrameFormat> format; // empty when frames need conversion before drawing
+    ColorDescription color;
+    int bitDepth = 8;
+    bool interlaced = false;
+
+    /// Size of the picture as shown: square pixels, upright. Width is stored width times the pixel's shape.
+    QSize uprightSize() const;
+};
+
+struct MediaInfo {
+    double duration = 0; // seconds
+    std::optional<VideoTrackInfo> video; // the first video track that is not a cover picture
+    int audioTracks = 0; // that can be decoded
+};
+
+/// Opens `path` with the MP4/MOV demuxer and the file protocol alone, within size and time limits.
+/// Throws MediaError: not a regular file, empty, not an MP4/MOV file, broken, too many tracks ...
+/// A file without a video track is no error here.
+MediaInfo readMediaInfo(const QString& path);
+
+}

@@ -1,0 +1,61 @@
+// Encodes pictures and sound into a new MP4 or MOV file.
+#pragma once
+
+#include "media/AudioReader.h"
+#include "media/FrameFormat.h"
+#include "media/VideoFrame.h"
+
+#include <memory>
+#include <optional>
+#include <QSize>
+#include <QString>
+#include <string>
+
+namespace pointloom::media {
+
+enum class VideoCodec { h264, hevc, prores };
+
+struct VideoSettings {
+    VideoCodec codec = VideoCodec::h264;
+    QSize size;              // stored, both sides even
+    FrameFormat format;      // one of `encodableFormat`
+    Orientation orientation; // how players must show the stored picture
+    Rational sampleAspectRatio{1, 1};
+    Rational timeBase{1, 90000};  // of the frames' timestamps; kept exactly in the file
+    Rational frameRate{30, 1};    // nominal, for rate control
+    std::string encoderPreset;    // of x264 or x265; empty for the encoder's default
+};
+
+/// The layout nearest to `source` that the codec is given: 4:2:0 of 8 bits for H.264 (HDR becomes BT.709),
+/// 4:2:0 of 8 or 10 bits for HEVC, 4:2:2 of 10 bits in limited range for ProRes.
+FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
+
+/// MP4 for H.264 (avc1) and HEVC (hvc1), QuickTime for ProRes 422 (apcn); the index stands at the front.
+class MediaWriter {
+public:
+    /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false.
+    static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio);
+
+    MediaWriter(MediaWriter&&) noexcept;
+    MediaWriter& operator=(MediaWriter&&) noexcept;
+    ~MediaWriter(); // an unfinished file is closed and left to its owner to remove
+
+    bool hasAudio() const; // false too when the sound encoder could not be made
+
+    /// Appends a frame; its timestamp counts ticks of `VideoSettings::timeBase` from the start of the new
+    /// file and rises strictly. Throws MediaError.
+    void writeVideo(const VideoFrame& frame);
+
+    /// Appends sound. Returns false when the encoder refused it.
+    [[nodiscard]] bool writeAudio(const AudioFrame& frame);
+
+    /// Writes what the encoders still hold, and the index. Throws MediaError.
+    void finish();
+
+private:
+    struct State;
+    explicit MediaWriter(std::unique_ptr<State> state);
+    std::unique_ptr<State> m_state;
+};
+
+}

@@ -1,0 +1,44 @@
+// Decodes the first video track of a file, frame by frame, with the times of its presentation timeline.
+#pragma once
+
+#include "media/MediaInfo.h"
+#include "media/VideoFrame.h"
+
+#include <memory>
+#include <optional>
+#include <QString>
+
+namespace pointloom::media {
+
+class VideoReader {
+public:
+    /// Opens a file as `readMediaInfo` does and readies a decoder. Throws MediaError, also when there is
+    /// no video track.
+    static VideoReader open(const QString& path);
+
+    VideoReader(VideoReader&&) noexcept;
+    VideoReader& operator=(VideoReader&&) noexcept;
+    ~VideoReader();
+
+    const MediaInfo& info() const;
+    const VideoTrackInfo& track() const; // of `info()`
+
+    /// Makes `read` go on with the frame that is shown at `time` (seconds): the last one at or before it,
+    /// or the first of the file when all are later. Throws MediaError.
+    void seek(double time);
+
+    /// The next frame in presentation order, timestamps strictly rising; empty at the end.
+    /// Frames that cannot be decoded are left out and counted. Throws MediaError when nothing can be
+    /// decoded at all.
+    std::optional<VideoFrame> read();
+
+    /// Packets that the decoder refused or marked as corrupt so far.
+    std::int64_t damagedPackets() const;
+
+private:
+    struct State;
+    explicit VideoReader(std::unique_ptr<State> state);
+    std::unique_ptr<State> m_state;
+};
+
+}

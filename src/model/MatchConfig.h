@@ -1,0 +1,69 @@
+// Who plays, in which format, over how many sets.
+#pragma once
+
+#include "json/JsonCoding.h"
+#include "model/SportID.h"
+
+#include <optional>
+#include <QString>
+#include <QUrl>
+#include <tuple>
+
+namespace pointloom {
+
+enum class MatchFormat { singles, doubles };
+
+template <>
+struct RawValues<MatchFormat> {
+    static constexpr auto table = std::to_array<std::pair<MatchFormat, std::string_view>>({
+        {MatchFormat::singles, "singles"},
+        {MatchFormat::doubles, "doubles"},
+    });
+};
+
+/// One side of a match.
+struct TeamConfig {
+    QString player1; // the player, or the first of a pair
+    std::optional<QString> player2;
+    std::optional<QString> flag1; // two-letter country code (ISO 3166-1) of player 1
+    std::optional<QString> flag2; // and of player 2
+
+    /// "Player 1 / Player 2", or player 1 alone when there is no second name.
+    QString displayName() const;
+
+    /// The name as a scoreboard shows it, flags first; the second player only in doubles.
+    QString flagDisplayName(MatchFormat format) const;
+
+    bool operator==(const TeamConfig&) const = default;
+
+    static constexpr auto jsonFields() {
+        return std::tuple{json::field("player1", &TeamConfig::player1),
+                          json::field("player2", &TeamConfig::player2),
+                          json::field("flag1", &TeamConfig::flag1), json::field("flag2", &TeamConfig::flag2)};
+    }
+};
+
+struct MatchConfig {
+    SportID sport = SportID::tennis;
+    MatchFormat format = MatchFormat::singles;
+    TeamConfig team1;
+    TeamConfig team2;
+    std::int64_t numberOfSets = 1;
+    std::optional<QUrl> logoURL; // club or tournament logo, an image on disk
+
+    bool operator==(const MatchConfig&) const = default;
+
+    static constexpr auto jsonFields() {
+        return std::tuple{json::field("sport", &MatchConfig::sport),
+                          json::field("format", &MatchConfig::format),
+                          json::field("team1", &MatchConfig::team1),
+                          json::field("team2", &MatchConfig::team2),
+                          json::field("numberOfSets", &MatchConfig::numberOfSets),
+                          json::field("logoURL", &MatchConfig::logoURL)};
+    }
+};
+
+/// The largest set count for which an empty score is built and a scoreboard drawn.
+constexpr std::int64_t largestNumberOfSets = 99;
+
+}

@@ -1,0 +1,78 @@
+#include "model/ScoreState.h"
+
+namespace pointloom {
+
+QString displayString(GamePoint point) {
+    switch (point) {
+    case GamePoint::zero:
+        return QStringLiteral("0");
+    case GamePoint::fifteen:
+        return QStringLiteral("15");
+    case GamePoint::thirty:
+        return QStringLiteral("30");
+    case GamePoint::forty:
+    case GamePoint::deuce: // each side shows 40 at deuce
+        return QStringLiteral("40");
+    case GamePoint::advantage:
+        return QStringLiteral("Ad");
+    }
+    Q_UNREACHABLE();
+}
+
+QString SetScore::display(int team) const {
+    const std::int64_t games = team == 1 ? team1 : team2;
+    if (!tiebreak)
+        return QString::number(games);
+    const bool team1Won = team1 > team2; // a level set counts as team 2's
+    const bool isLoser = (team == 1) != team1Won;
+    return isLoser ? QStringLiteral("%1(%2)").arg(games).arg(*tiebreak) : QString::number(games);
+}
+
+const std::vector<SetScore>& setsOf(const SportScoreState& score) {
+    return std::visit([](const auto& state) -> const std::vector<SetScore>& { return state.sets; }, score);
+}
+
+std::int64_t servingTeamOf(const SportScoreState& score) {
+    return std::visit([](const auto& state) { return state.servingTeam; }, score);
+}
+
+std::pair<QString, QString> gameTexts(const SportScoreState& score) {
+    if (const auto* tennis = std::get_if<ScoreState>(&score))
+        return {displayString(tennis->currentGame.team1), displayString(tennis->currentGame.team2)};
+    const auto& game = std::get<PointScoreState>(score).currentGame;
+    return {QString::number(game.team1), QString::number(game.team2)};
+}
+
+namespace {
+
+constexpr std::string_view typeKey = "type";
+constexpr std::string_view scoreKey = "score";
+constexpr std::string_view tennisType = "tennis";
+constexpr std::string_view pointsType = "points";
+
+}
+
+json::OrderedValue json::Codec<SportScoreState>::encode(const SportScoreState& score) {
+    OrderedValue object = OrderedValue::object();
+    const bool isTennis = std::holds_alternative<ScoreState>(score);
+    object[std::string(typeKey)] = std::string(isTennis ? tennisType : pointsType);
+    object[std::string(scoreKey)] = std::visit([](const auto& state) { return json::encode(state); }, score);
+    return object;
+}
+
+SportScoreState json::Codec<SportScoreState>::decode(const Value& value, const Path& path) {
+    const Value& type = requiredMember(value, typeKey, path);
+    const Path typePlace = path.key(typeKey);
+    if (!type.is_string())
+        throw DecodingError(typePlace, "expected a text");
+    const auto& name = type.get_ref<const std::string&>();
+    if (name != tennisType && name != pointsType)
+        throw DecodingError(typePlace, "unknown value " + inQuotes(name));
+    const Value& score = requiredMember(value, scoreKey, path);
+    const Path scorePlace = path.key(scoreKey);
+    if (name == tennisType)
+        return json::decode<ScoreState>(score, scorePlace);
+    return json::decode<PointScoreState>(score, scorePlace);
+}
+
+}
