@@ -1,0 +1,65 @@
+// Burns the scoreboard into a video: one call exports one file.
+#pragma once
+
+#include "export/ExportOptions.h"
+#include "model/Marker.h"
+#include "model/MatchConfig.h"
+#include "render/TemplateID.h"
+
+#include <functional>
+#include <optional>
+#include <QImage>
+#include <QPointF>
+#include <QString>
+#include <string>
+#include <vector>
+
+namespace pointloom {
+
+/// What is burned in: everything about the overlay that does not change while exporting.
+struct OverlayDescription {
+    std::vector<Marker> markers;
+    SportScoreState initialScore; // before the first marker
+    MatchConfig config;
+    TemplateID templateID = TemplateID::classic;
+    QPointF scoreboardPosition{0.15, 0.1}; // centre, fractions of the upright picture from its top left
+    double scoreboardUserScale = 1.0;      // [0.1, ...]; smaller values count as 0.1
+    std::optional<QString> watermarkPath;  // PNG or JPEG
+    WatermarkCorner watermarkCorner = WatermarkCorner::bottomRight;
+    bool isLicensed = false; // without a licence a mark stands along the lower edge
+};
+
+struct ExportJob {
+    QString videoPath;
+    QString outputPath; // a file that stands there is replaced
+    ExportFormat format = ExportFormat::h264;
+    ExportPreset preset = ExportPreset::original;
+    OverlayDescription overlay;
+    double trimStart = 0;          // seconds of the source's timeline
+    std::optional<double> trimEnd; // none: to the end of the video
+    std::string encoderPreset;     // of x264 or x265; empty for the encoder's default
+};
+
+struct ExportProgress {
+    double fraction = 0; // 0..1; stays at or below 0.95 until the file is complete
+    std::int64_t frames = 0;
+    std::int64_t expectedFrames = 1;
+};
+
+namespace ExportManager {
+
+using CancelQuery = std::function<bool()>;
+using ProgressReport = std::function<void(const ExportProgress&)>;
+
+/// Blocks until the file is complete. `isCancelled` is polled once a frame and `onProgress` called at each
+/// whole per cent, both on the calling thread. Throws ExportError, and ExportCancelled when
+/// `isCancelled` said so; a partial file is removed in both cases.
+void exportVideo(const ExportJob& job, const CancelQuery& isCancelled, const ProgressReport& onProgress);
+
+/// The frame shown at `time` (seconds), upright, with the overlay that the export would give it.
+/// Throws ExportError.
+QImage renderStill(const ExportJob& job, double time);
+
+}
+
+}
