@@ -11,4 +11,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// The file can be read but holds no picture that moves.
+class NoVideoTrackError : public MediaError {
+public:
+    using MediaError::MediaError;
+};
+
 }

@@ -1,0 +1,82 @@
+#include "crash/CrashEvent.h"
+
+#include "json/JsonDocument.h"
+
+#include <QDateTime>
+#include <QSysInfo>
+#include <QUuid>
+
+namespace pointloom::CrashEvent {
+
+namespace {
+
+std::string now() {
+    return QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
+}
+
+// The operating system's own name: "macOS" only there, "Debian GNU/Linux" here.
+QString osName() {
+    const QString type = QSysInfo::productType();
+    if (type == u"macos" || type == u"osx")
+        return QStringLiteral("macOS");
+    const QString pretty = QSysInfo::prettyProductName(); // "Debian GNU/Linux 12 (bookworm)"
+    const qsizetype version = pretty.indexOf(u' ' + QSysInfo::productVersion());
+    return version > 0 ? pretty.left(version) : pretty;
+}
+
+json::OrderedValue framesOf(const std::vector<QString>& lines) {
+    auto frames = json::OrderedValue::array();
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
+        frames.push_back({{"function", line->toStdString()}});
+    return frames;
+}
+
+}
+
+json::OrderedValue buildEvent(const QString& level, const QString& type, const QString& value,
+                              const std::vector<QString>& frames, const std::map<QString, QString>& tags,
+                              const InfoDictionary& info) {
+    const std::string version = info.shortVersion().toStdString();
+    const std::string build = info.buildNumber().toStdString();
+    auto exceptions = json::OrderedValue::array();
+    exceptions.push_back({{"type", type.toStdString()},
+                          {"value", value.toStdString()},
+                          {"stacktrace", {{"frames", framesOf(frames)}}}});
+    auto tagTable = json::OrderedValue::object();
+    for (const auto& [key, text] : tags)
+        tagTable[key.toStdString()] = text.toStdString();
+
+    json::OrderedValue event;
+    event["event_id"] = QUuid::createUuid().toString(QUuid::Id128).toStdString();
+    event["timestamp"] = now();
+    event["platform"] = "cocoa"; // the protocol's word for a native desktop client of this kind
+    event["level"] = level.toStdString();
+    event["release"] = "Pointloom@" + version + "+" + build;
+    event["environment"] = "production";
+    event["exception"] = {{"values", exceptions}};
+    event["contexts"] = {
+        {"os", {{"name", osName().toStdString()}, {"version", QSysInfo::productVersion().toStdString()}}},
+        {"app", {{"app_version", version}, {"app_build", build}}},
+    };
+    event["tags"] = tagTable;
+    return event;
+}
+
+json::OrderedValue eventOf(const PendingCrashReport& report, const InfoDictionary& info) {
+    QString type = QStringLiteral("UnknownCrash");
+    if (report.exceptionName)
+        type = *report.exceptionName;
+    else if (report.signal)
+        type = QStringLiteral("Signal-%1").arg(*report.signal);
+    const QString value = report.exceptionReason.value_or(QStringLiteral("Low-level signal crash"));
+    return buildEvent(QStringLiteral("fatal"), type, value, report.callStack.value_or(std::vector<QString>()), {}, info);
+}
+
+QByteArray envelope(const json::OrderedValue& event, const SentryDSN& dsn) {
+    const QByteArray body = json::compact(event);
+    const QByteArray sentAt = QByteArray::fromStdString(now());
+    return "{\"dsn\":\"" + dsn.rawDSN.toUtf8() + "\",\"sent_at\":\"" + sentAt + "\"}\n"
+           + "{\"type\":\"event\",\"length\":" + QByteArray::number(body.size()) + "}\n" + body + "\n";
+}
+
+}

@@ -1,0 +1,138 @@
+#include "crash/CrashReporter.h"
+
+#include "crash/CrashCapture.h"
+#include "crash/CrashEvent.h"
+#include "crash/EnvelopeUpload.h"
+#include "json/JsonDocument.h"
+
+#include <cstdio>
+#include <QFile>
+#include <QFileInfo>
+
+namespace pointloom {
+
+namespace {
+
+constexpr qsizetype largestRecord = 1024 * 1024; // bytes; ours are a few kilobytes
+
+void print(const QString& line) {
+    std::fprintf(stderr, "[CrashReporter] %s\n", qUtf8Printable(line));
+}
+
+std::optional<PendingCrashReport> readPendingReport(const QString& path) {
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    try {
+        const QByteArray bytes = file.read(largestRecord + 1);
+        return json::decode<PendingCrashReport>(json::parse(bytes, {.bytes = largestRecord}));
+    } catch (const json::DecodingError&) {
+        return std::nullopt;
+    }
+}
+
+}
+
+CrashReporter& CrashReporter::shared() {
+    static CrashReporter reporter;
+    return reporter;
+}
+
+CrashReporter::~CrashReporter() {
+    stop();
+}
+
+void CrashReporter::setConsentQuery(ConsentQuery query) {
+    const std::lock_guard lock(m_mutex);
+    m_hasConsent = std::move(query);
+}
+
+void CrashReporter::setup(const InfoDictionary& info) {
+    const auto dsn = SentryDSN::parse(info.text("SentryDSN").value_or(QString()));
+    if (!dsn) {
+        print(QStringLiteral("SentryDSN missing or invalid — monitoring disabled"));
+        return;
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_info = info;
+        m_dsn = dsn;
+    }
+    CrashCapture::prepareCrashFilePath();
+    CrashCapture::installHandlers();
+    flushPending();
+}
+
+void CrashReporter::flushPending() {
+    run([this] { sendPending(); });
+}
+
+void CrashReporter::captureError(const QString& description, const std::map<QString, QString>&) {
+    run([this, description] {
+        if (mayReport())
+            print(QStringLiteral("error (not sent in DEBUG): ") + description);
+    });
+}
+
+void CrashReporter::stop() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isStopping = true;
+        m_wake.notify_all();
+    }
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void CrashReporter::run(std::function<void()> task) {
+    const std::lock_guard lock(m_mutex);
+    if (m_isStopping)
+        return;
+    m_tasks.push_back(std::move(task));
+    if (!m_thread.joinable())
+        m_thread = std::thread([this] { work(); });
+    m_wake.notify_one();
+}
+
+void CrashReporter::work() {
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        m_wake.wait(lock, [this] { return m_isStopping || !m_tasks.empty(); });
+        if (m_tasks.empty() || m_isStopping)
+            return;
+        const auto task = std::move(m_tasks.front());
+        m_tasks.pop_front();
+        lock.unlock();
+        task();
+        lock.lock();
+    }
+}
+
+bool CrashReporter::mayReport() const {
+    ConsentQuery hasConsent;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_dsn)
+            return false;
+        hasConsent = m_hasConsent;
+    }
+    return hasConsent && hasConsent();
+}
+
+void CrashReporter::sendPending() {
+    if (!mayReport())
+        return;
+    const QString path = CrashCapture::crashFilePath();
+    const auto report = readPendingReport(path);
+    if (!report)
+        return;
+    QFile::remove(path);
+    const SentryDSN dsn = *m_dsn; // set once, before this task was queued
+    const QByteArray envelope = CrashEvent::envelope(CrashEvent::eventOf(*report, m_info), dsn);
+    uploadEnvelope(envelope, dsn, [this] {
+        const std::lock_guard lock(m_mutex);
+        return m_isStopping;
+    });
+}
+
+}

@@ -1,0 +1,64 @@
+// Sends the crash record of an earlier run, with consent, and prints errors that are not fatal. Works on a
+// thread of its own; nothing waits for it, and every failure is silent but for one console line.
+#pragma once
+
+#include "crash/SentryDSN.h"
+#include "info/InfoDictionary.h"
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <QString>
+#include <thread>
+
+namespace pointloom {
+
+class CrashReporter {
+public:
+    /// Answers whether the user agreed to crash reports; asked on the reporter's thread.
+    using ConsentQuery = std::function<bool()>;
+
+    static CrashReporter& shared();
+
+    CrashReporter() = default;
+    ~CrashReporter();
+    CrashReporter(const CrashReporter&) = delete;
+    CrashReporter& operator=(const CrashReporter&) = delete;
+
+    /// Without a query nobody agreed. Before the first of the operations below.
+    void setConsentQuery(ConsentQuery query);
+
+    /// Reads the DSN under "SentryDSN" of `info`, readies capture and sends a pending record. Without a
+    /// valid DSN no handlers are installed and nothing is sent in this run.
+    void setup(const InfoDictionary& info);
+
+    /// Sends the pending record if there is one, the user agreed and a DSN is known. The record is deleted
+    /// first, so that it is sent at most once.
+    void flushPending();
+
+    /// Prints an error that is not fatal; nothing is sent.
+    void captureError(const QString& description, const std::map<QString, QString>& context);
+
+    /// Ends the work under way, an upload included. Called before the application object goes.
+    void stop();
+
+private:
+    void run(std::function<void()> task);
+    void work();
+    void sendPending();
+    bool mayReport() const;
+
+    ConsentQuery m_hasConsent;
+    std::optional<SentryDSN> m_dsn; // guarded by m_mutex
+    InfoDictionary m_info;          // set before m_dsn
+    mutable std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::deque<std::function<void()>> m_tasks;
+    bool m_isStopping = false;
+    std::thread m_thread; // started by the first task
+};
+
+}
