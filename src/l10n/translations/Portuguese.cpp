@@ -1,0 +1,143 @@
+#include "l10n/translations/TextList.h"
+
+namespace pointloom::texts {
+
+namespace {
+
+using enum L10nKey;
+
+// clang-format off
+constexpr Text list[] = {
+    {continueBtn, u"Continuar"},
+    {back, u"Voltar"},
+    {cancel, u"Cancelar"},
+    {done, u"Concluído"},
+    {retry, u"Tentar de novo"},
+    {reset, u"Repor"},
+    {remove, u"Remover"},
+    {optional_, u"Opcional"},
+    {resetTooltip, u"Recomeçar do início"},
+    {resetDialogTitle, u"Recomeçar?"},
+    {resetDialogMessage, u"Todos os dados serão apagados."},
+    {resetConfirm, u"Recomeçar"},
+    {chooseSport, u"Escolhe um desporto"},
+    {chooseSportSubtitle, u"Seleciona o desporto que estás a gravar."},
+    {templatesCount, u"%d modelos"},
+    {chooseTemplate, u"Escolhe um modelo"},
+    {chooseTemplateSubtitle, u"Seleciona o estilo visual do teu placar"},
+    {selectTemplateToContinue, u"Seleciona um modelo para continuar"},
+    {matchConfig, u"Configuração do encontro"},
+    {matchConfigSubtitle, u"Define os nomes dos jogadores e o formato do encontro"},
+    {matchFormat, u"Formato do encontro"},
+    {singles, u"Singulares"},
+    {doubles, u"Pares"},
+    {numberOfSets, u"Número de sets"},
+    {oneSet, u"1 set"},
+    {bestOf3, u"À melhor de 3"},
+    {bestOf5, u"À melhor de 5"},
+    {team1, u"Equipa 1"},
+    {team2, u"Equipa 2"},
+    {playerName, u"Nome do jogador"},
+    {player1, u"Jogador 1"},
+    {player2, u"Jogador 2"},
+    {flag, u"Bandeira (ex. FR, US)"},
+    {player2Flag, u"Bandeira do jogador 2 (ex. FR, US)"},
+    {egDravnik, u"ex. Dravnik"},
+    {egSolvane, u"ex. Solvane"},
+    {egAlbaret, u"ex. Albaret"},
+    {egNavorro, u"ex. Navorro"},
+    {fillNamesToContinue, u"Preenche os nomes de todos os jogadores para continuar"},
+    {logoOptional, u"Logótipo do clube / torneio (opcional)"},
+    {noLogo, u"Nenhum logótipo selecionado"},
+    {chooseLogo, u"Escolher logótipo…"},
+    {changeLogo, u"Alterar…"},
+    {removeLogo, u"Remover"},
+    {logoScoreboardHint, u"Aparece no placar sobreposto ao vídeo"},
+    {importVideo, u"Importa o vídeo"},
+    {importVideoSubtitle, u"Seleciona o vídeo a que queres adicionar o placar"},
+    {dropVideoHere, u"Arrasta o teu vídeo para aqui"},
+    {orClickToBrowse, u"ou clica para procurar"},
+    {changeVideo, u"Mudar de vídeo"},
+    {openEditor, u"Abrir o editor"},
+    {selectVideoFile, u"Seleciona um ficheiro de vídeo"},
+    {couldNotReadDuration, u"Não foi possível ler a duração do vídeo."},
+    {couldNotReadMetadata, u"Não foi possível ler os metadados do vídeo."},
+    {sets, u"Sets"},
+    {setLabel, u"Set"},
+    {gameScore, u"Pontuação do jogo"},
+    {serving, u"A servir"},
+    {setServe, u"Dar o serviço"},
+    {addMarker, u"Adicionar marcador"},
+    {addMarkerTooltip, u"Adicionar um marcador no instante atual (M)"},
+    {backToVideoImport, u"Voltar à importação do vídeo"},
+    {exportVideo, u"Exportar vídeo"},
+    {previewFrame, u"Pré-visualizar fotograma"},
+    {generating, u"A gerar…"},
+    {liveScore, u"Resultado em direto"},
+    {noConfig, u"Sem configuração"},
+    {initialScore, u"Resultado inicial"},
+    {markersSection, u"Marcadores (%d)"},
+    {importMarkersCSV, u"Importar marcadores CSV"},
+    {importMarkersCSVTooltip, u"Importar marcadores de um ficheiro CSV"},
+    {noMarkers, u"Sem marcadores. Carrega em M ou + para adicionar um no instante atual."},
+    {noValidMarkersInCSV, u"Nenhum marcador válido encontrado no CSV."},
+    {couldNotReadFile, u"Não foi possível ler o ficheiro: %@"},
+    {editMarker, u"Editar marcador"},
+    {addMarkerToDefineScore, u"Adiciona um marcador para definir o resultado num dado momento."},
+    {selectMarkerToEdit, u"Seleciona um marcador para editar o resultado."},
+    {markerLabel, u"Etiqueta"},
+    {framePreview, u"Pré-visualização do fotograma"},
+    {marker, u"Marcador"},
+    {deleteMarker, u"Eliminar marcador"},
+    {exportVideoTitle, u"Exportação do vídeo"},
+    {noMarkersWarning, u"Sem marcadores — o placar será estático."},
+    {templateLabel, u"Modelo"},
+    {duration, u"Duração"},
+    {markers, u"Marcadores"},
+    {formatLabel, u"Formato"},
+    {saveTo, u"Guardar em"},
+    {startExport, u"Iniciar exportação"},
+    {exporting, u"A exportar…"},
+    {exportComplete, u"Exportação concluída"},
+    {showInFinder, u"Mostrar no Finder"},
+    {exportFailed, u"A exportação falhou"},
+    {helpTitle, u"Ajuda do Pointloom"},
+    {helpIntro, u"O Pointloom adiciona placares animados aos teus vídeos de desporto."},
+    {helpStep0, u"Passo 1 — Escolhe um desporto"},
+    {helpStep0Detail,
+     u"Seleciona o desporto que gravaste. Só verás os modelos disponíveis para esse desporto."},
+    {helpStep1, u"Passo 2 — Escolhe um modelo"},
+    {helpStep1Detail, u"Escolhe o estilo visual do teu placar. Cada desporto tem vários estilos."},
+    {helpStep2, u"Passo 3 — Configuração do encontro"},
+    {helpStep2Detail,
+     u"Preenche os nomes dos jogadores, escolhe singulares ou pares e define o número de sets."},
+    {helpStep3, u"Passo 4 — Importa o vídeo"},
+    {helpStep3Detail,
+     u"Arrasta o teu ficheiro de vídeo ou clica para o procurar. Formatos suportados: MP4, MOV, M4V."},
+    {helpStep4, u"Passo 5 — Editor"},
+    {helpStep4Detail,
+     u"Carrega em M ou + para adicionar um marcador no instante atual. "
+     u"Define o resultado de cada marcador. Arrasta o placar para o mudar de sítio. "
+     u"Carrega em ⌘⇧E para exportar."},
+    {helpCSVSection, u"Importação CSV"},
+    {helpCSVDetail,
+     u"Importa marcadores de um ficheiro CSV. Cada linha define um resultado num dado momento.\n\n"
+     u"Formato: startTime, label, servingTeam, game_team1, game_team2, set1_t1, set1_t2, …"},
+    {helpTipsSection, u"Sugestões"},
+    {helpTipsDetail,
+     u"• M ou + — Adicionar um marcador no instante atual\n"
+     u"• Espaço — Reproduzir / Pausar\n"
+     u"• ← → — Avançar ou recuar fotograma a fotograma\n"
+     u"• ⌘⇧E — Exportar o vídeo\n"
+     u"• Arrasta o placar para o mudar de sítio"},
+    {downloadSampleCSV, u"Transferir CSV de exemplo"},
+};
+// clang-format on
+
+}
+
+TextList portuguese() {
+    return list;
+}
+
+}

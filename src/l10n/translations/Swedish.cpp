@@ -1,0 +1,140 @@
+#include "l10n/translations/TextList.h"
+
+namespace pointloom::texts {
+
+namespace {
+
+using enum L10nKey;
+
+// clang-format off
+constexpr Text list[] = {
+    {continueBtn, u"Fortsätt"},
+    {back, u"Tillbaka"},
+    {cancel, u"Avbryt"},
+    {done, u"Klar"},
+    {retry, u"Försök igen"},
+    {reset, u"Återställ"},
+    {remove, u"Ta bort"},
+    {optional_, u"Valfritt"},
+    {resetTooltip, u"Börja om från början"},
+    {resetDialogTitle, u"Börja om?"},
+    {resetDialogMessage, u"All data raderas."},
+    {resetConfirm, u"Börja om"},
+    {chooseSport, u"Välj sport"},
+    {chooseSportSubtitle, u"Välj vilken sport du filmar."},
+    {templatesCount, u"%d mallar"},
+    {chooseTemplate, u"Välj mall"},
+    {chooseTemplateSubtitle, u"Välj hur din resultattavla ska se ut"},
+    {selectTemplateToContinue, u"Välj en mall för att fortsätta"},
+    {matchConfig, u"Matchinställningar"},
+    {matchConfigSubtitle, u"Ange spelarnas namn och matchformat"},
+    {matchFormat, u"Matchformat"},
+    {singles, u"Singel"},
+    {doubles, u"Dubbel"},
+    {numberOfSets, u"Antal set"},
+    {oneSet, u"1 set"},
+    {bestOf3, u"Bäst av 3"},
+    {bestOf5, u"Bäst av 5"},
+    {team1, u"Lag 1"},
+    {team2, u"Lag 2"},
+    {playerName, u"Spelarens namn"},
+    {player1, u"Spelare 1"},
+    {player2, u"Spelare 2"},
+    {flag, u"Flagga (t.ex. FR, US)"},
+    {player2Flag, u"Flagga för spelare 2 (t.ex. FR, US)"},
+    {egDravnik, u"t.ex. Dravnik"},
+    {egSolvane, u"t.ex. Solvane"},
+    {egAlbaret, u"t.ex. Albaret"},
+    {egNavorro, u"t.ex. Navorro"},
+    {fillNamesToContinue, u"Fyll i alla spelares namn för att fortsätta"},
+    {logoOptional, u"Klubb- / turneringslogga (valfri)"},
+    {noLogo, u"Ingen logga vald"},
+    {chooseLogo, u"Välj logga…"},
+    {changeLogo, u"Byt…"},
+    {removeLogo, u"Ta bort"},
+    {logoScoreboardHint, u"Visas på resultattavlan i videon"},
+    {importVideo, u"Importera video"},
+    {importVideoSubtitle, u"Välj videon som du vill lägga till resultattavlan i"},
+    {dropVideoHere, u"Släpp din video här"},
+    {orClickToBrowse, u"eller klicka för att bläddra"},
+    {changeVideo, u"Byt video"},
+    {openEditor, u"Öppna redigeraren"},
+    {selectVideoFile, u"Välj en videofil"},
+    {couldNotReadDuration, u"Kunde inte läsa videons längd."},
+    {couldNotReadMetadata, u"Kunde inte läsa videons metadata."},
+    {sets, u"Set"},
+    {setLabel, u"Set"},
+    {gameScore, u"Ställning i game"},
+    {serving, u"Servar"},
+    {setServe, u"Ange serve"},
+    {addMarker, u"Lägg till markör"},
+    {addMarkerTooltip, u"Lägg till markör vid aktuell tidpunkt (M)"},
+    {backToVideoImport, u"Tillbaka till videoimporten"},
+    {exportVideo, u"Exportera video"},
+    {previewFrame, u"Förhandsvisa bildruta"},
+    {generating, u"Skapar…"},
+    {liveScore, u"Aktuell ställning"},
+    {noConfig, u"Inga inställningar"},
+    {initialScore, u"Startställning"},
+    {markersSection, u"Markörer (%d)"},
+    {importMarkersCSV, u"Importera markörer från CSV"},
+    {importMarkersCSVTooltip, u"Importera markörer från en CSV-fil"},
+    {noMarkers, u"Inga markörer. Tryck på M eller + för att lägga till en vid aktuell tidpunkt."},
+    {noValidMarkersInCSV, u"Inga giltiga markörer hittades i CSV-filen."},
+    {couldNotReadFile, u"Kunde inte läsa filen: %@"},
+    {editMarker, u"Redigera markör"},
+    {addMarkerToDefineScore, u"Lägg till en markör för att ange ställningen vid en viss tidpunkt."},
+    {selectMarkerToEdit, u"Välj en markör för att redigera ställningen."},
+    {markerLabel, u"Etikett"},
+    {framePreview, u"Förhandsvisning av bildruta"},
+    {marker, u"Markör"},
+    {deleteMarker, u"Ta bort markör"},
+    {exportVideoTitle, u"Exportera videon"},
+    {noMarkersWarning, u"Inga markörer — resultattavlan blir statisk."},
+    {templateLabel, u"Mall"},
+    {duration, u"Längd"},
+    {markers, u"Markörer"},
+    {formatLabel, u"Format"},
+    {saveTo, u"Spara i"},
+    {startExport, u"Starta export"},
+    {exporting, u"Exporterar…"},
+    {exportComplete, u"Exporten är klar"},
+    {showInFinder, u"Visa i Finder"},
+    {exportFailed, u"Exporten misslyckades"},
+    {helpTitle, u"Pointloom Hjälp"},
+    {helpIntro, u"Pointloom lägger till animerade resultattavlor i dina sportvideor."},
+    {helpStep0, u"Steg 1 — Välj sport"},
+    {helpStep0Detail, u"Välj sporten du har filmat. Då visas bara mallarna för just den sporten."},
+    {helpStep1, u"Steg 2 — Välj mall"},
+    {helpStep1Detail, u"Välj hur din resultattavla ska se ut. Varje sport har flera stilar."},
+    {helpStep2, u"Steg 3 — Matchinställningar"},
+    {helpStep2Detail, u"Fyll i spelarnas namn, välj singel eller dubbel och ange antal set."},
+    {helpStep3, u"Steg 4 — Importera video"},
+    {helpStep3Detail, u"Släpp din videofil eller klicka för att bläddra. Format som stöds: MP4, MOV, M4V."},
+    {helpStep4, u"Steg 5 — Redigeraren"},
+    {helpStep4Detail,
+     u"Tryck på M eller + för att lägga till en markör vid aktuell tidpunkt. "
+     u"Ange ställningen för varje markör. Dra resultattavlan dit du vill ha den. "
+     u"Tryck på ⌘⇧E för att exportera."},
+    {helpCSVSection, u"CSV-import"},
+    {helpCSVDetail,
+     u"Importera markörer från en CSV-fil. Varje rad anger ställningen vid en viss tidpunkt.\n\n"
+     u"Format: startTime, label, servingTeam, game_team1, game_team2, set1_t1, set1_t2, …"},
+    {helpTipsSection, u"Tips"},
+    {helpTipsDetail,
+     u"• M eller + — Lägg till markör vid aktuell tidpunkt\n"
+     u"• Mellanslag — Spela / Pausa\n"
+     u"• ← → — Stega bildruta för bildruta\n"
+     u"• ⌘⇧E — Exportera video\n"
+     u"• Dra resultattavlan dit du vill ha den"},
+    {downloadSampleCSV, u"Ladda ner exempel-CSV"},
+};
+// clang-format on
+
+}
+
+TextList swedish() {
+    return list;
+}
+
+}
