@@ -102,7 +102,7 @@ constexpr Text list[] = {
     {showInFinder, u"Mostrar no Finder"},
     {exportFailed, u"A exportação falhou"},
     {helpTitle, u"Ajuda do Pointloom"},
-    {helpIntro, u"O Pointloom adiciona placares animados aos teus vídeos de desporto."},
+    {helpIntro, u"O Pointloom adiciona placares animados aos teus vídeos desportivos."},
     {helpStep0, u"Passo 1 — Escolhe um desporto"},
     {helpStep0Detail,
      u"Seleciona o desporto que gravaste. Só verás os modelos disponíveis para esse desporto."},

@@ -54,7 +54,7 @@ constexpr Text list[] = {
     {removeLogo, u"Ta bort"},
     {logoScoreboardHint, u"Visas på resultattavlan i videon"},
     {importVideo, u"Importera video"},
-    {importVideoSubtitle, u"Välj videon som du vill lägga till resultattavlan i"},
+    {importVideoSubtitle, u"Välj videon som ska få en resultattavla"},
     {dropVideoHere, u"Släpp din video här"},
     {orClickToBrowse, u"eller klicka för att bläddra"},
     {changeVideo, u"Byt video"},
