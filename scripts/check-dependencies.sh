@@ -1,0 +1,159 @@
+#!/bin/bash
+# Holds the includes under src/ to the one-way dependencies between its folders, the rooms, and outside
+# libraries to the rooms that may see them. docs/ARCHITECTURE.md has the drawing.
+# Usage: scripts/check-dependencies.sh [--self-test]
+#   --self-test  proves on small trees of its own that each kind of fault is found
+set -euo pipefail
+export LC_ALL=C.UTF-8
+
+# What each room may include besides itself. A new room needs a line here.
+declare -A allowed=(
+    [json]=""
+    [model]="json"
+    [l10n]="json"
+    [render]="model json"
+    [media]=""
+    [crash]="json"
+    [export]="render media crash model json"
+    [session]="export render model l10n json"
+    [licensing]="crash model json"
+    [persistence]="session export render model l10n crash json"
+    [playback]="session media model l10n json"
+    [ui]="playback persistence licensing session export render media crash model l10n json"
+    [cli]="persistence licensing session export render media crash model l10n json"
+    [app]="ui playback persistence licensing session export render media crash model l10n json"
+)
+
+# Which rooms may see an outside library: included header, CMake name, rooms.
+libraries=(
+    '<lib(av|sw|postproc)[a-z]*/|PkgConfig::FFMPEG|media'
+    '<mpv/|PkgConfig::MPV|playback'
+    '<(QtWidgets/.*|QApplication|Q[A-Za-z]*Widget|Q[A-Za-z]*Dialog|QMainWindow|QLayout|QBoxLayout)>|Qt6::Widgets|ui app playback'
+)
+
+main() {
+    case "${1-}" in
+    "") check "$(dirname "${BASH_SOURCE[0]}")/../src" ;;
+    --self-test) self_test ;;
+    *)
+        printf 'usage: scripts/check-dependencies.sh [--self-test]\n' >&2
+        exit 2
+        ;;
+    esac
+}
+
+# Prints every fault of the tree as `file:line: fault`; fails when there is one.
+check() {
+    local source=$1 faults
+    faults=$(cd "$source" && { check_rooms; check_libraries; })
+    if [[ -n $faults ]]; then
+        printf '%s\n' "$faults" >&2
+        return 1
+    fi
+}
+
+check_rooms() {
+    local room file line text included
+    for room in */; do
+        room=${room%/}
+        if [[ -z ${allowed[$room]+known} ]]; then
+            printf 'src/%s: a room without a line in scripts/check-dependencies.sh\n' "$room"
+        fi
+    done
+    while IFS=: read -r file line text; do
+        room=${file%%/*}
+        included=${text#*\"}
+        included=${included%%\"*}
+        if [[ /$included/ == */../* ]]; then
+            printf 'src/%s:%s: "%s" climbs with ".."; name the room instead\n' "$file" "$line" "$included"
+        elif [[ $included == *.moc ]]; then
+            continue
+        elif [[ $included != */* ]]; then
+            printf 'src/%s:%s: "%s" does not name its room\n' "$file" "$line" "$included"
+        elif [[ " $room ${allowed[$room]-} " != *" ${included%%/*} "* ]]; then
+            printf 'src/%s:%s: %s may not include "%s"\n' "$file" "$line" "$room" "$included"
+        fi
+    done < <(grep_sources '^[[:space:]]*#[[:space:]]*include[[:space:]]*"')
+}
+
+check_libraries() {
+    local entry header target rooms file line text
+    for entry in "${libraries[@]}"; do
+        # The header is a pattern that may hold bars itself.
+        rooms=${entry##*|}
+        entry=${entry%|*}
+        target=${entry##*|}
+        header=${entry%|*}
+        while IFS=: read -r file line text; do
+            if [[ " $rooms " != *" ${file%%/*} "* ]]; then
+                printf 'src/%s:%s: only %s may see this library: %s\n' "$file" "$line" "${rooms// /, }" "$text"
+            fi
+        done < <(
+            grep_sources "^[[:space:]]*#[[:space:]]*include[[:space:]]*$header"
+            grep -rn --include=CMakeLists.txt -F "$target" . | sed 's|^\./||' || true
+        )
+    done
+}
+
+grep_sources() {
+    grep -rnE --include='*.h' --include='*.cpp' "$1" . | sed 's|^\./||' || true
+}
+
+self_test() {
+    scratch=$(mktemp -d)
+    trap 'rm -r "$scratch"' EXIT
+    failures=0
+
+    expect_clean 'model/Score.h' '#include "json/Json.h"'
+    expect_clean 'model/Score.h' '#include <vector>'
+    expect_clean 'media/Reader.cpp' '#include <libavformat/avformat.h>'
+    expect_clean 'ui/Window.h' '#include <QWidget>'
+    expect_fault 'json/Json.h' '#include "model/Score.h"' 'json may not include "model/Score.h"'
+    expect_fault 'render/Draw.cpp' '#  include "media/Frame.h"' 'render may not include "media/Frame.h"'
+    expect_fault 'cli/main.cpp' '#include "ui/Window.h"' 'cli may not include "ui/Window.h"'
+    expect_fault 'model/deep/Score.cpp' '#include "session/AppState.h"' 'src/model/deep/Score.cpp:1: model may not'
+    expect_fault 'model/Score.cpp' '#include "../json/Json.h"' 'climbs'
+    expect_fault 'model/Score.cpp' '#include "Score.h"' 'does not name its room'
+    expect_fault 'shed/Tool.h' '#include <vector>' 'a room without a line'
+    expect_fault 'export/Export.h' 'extern "C" {
+#include <libavcodec/avcodec.h>' 'src/export/Export.h:2: only media may see'
+    expect_fault 'ui/Player.cpp' '#include <mpv/client.h>' 'only playback may see'
+    expect_fault 'export/Export.cpp' '#include <QtWidgets/QLabel>' 'only ui, app, playback may see'
+    expect_fault 'cli/Main.cpp' '#include <QApplication>' 'only ui, app, playback may see'
+    expect_fault 'cli/CMakeLists.txt' 'pointloom_room(cli USES Qt6::Widgets)' 'only ui, app, playback may see'
+
+    if ((failures > 0)); then
+        return 1
+    fi
+    printf 'check-dependencies: every kind of fault is found\n'
+}
+
+expect_clean() {
+    local output
+    plant "$1" "$2"
+    if ! output=$(check "$scratch/src" 2>&1); then
+        printf 'self-test: %s with %s was refused: %s\n' "$1" "$2" "$output" >&2
+        failures=$((failures + 1))
+    fi
+}
+
+expect_fault() {
+    local output
+    plant "$1" "$2"
+    if output=$(check "$scratch/src" 2>&1); then
+        printf 'self-test: %s with %s passed\n' "$1" "$2" >&2
+        failures=$((failures + 1))
+    elif [[ $output != *"$3"* ]]; then
+        printf 'self-test: %s with %s: expected "%s", found: %s\n' "$1" "$2" "$3" "$output" >&2
+        failures=$((failures + 1))
+    fi
+}
+
+# A tree of one file.
+plant() {
+    rm -rf "$scratch/src"
+    mkdir -p "$scratch/src/$(dirname "$1")"
+    printf '%s\n' "$2" >"$scratch/src/$1"
+}
+
+main "$@"
