@@ -115,8 +115,9 @@ void addLeg(Figure& figure, const Body& body, const Outfit& outfit, Point3 hip, 
     const Point3 root = body.at(hip);
     Point3 ankle = body.at(foot + Point3{0, 0, 0.08});
     const Point3 knee = joint(root, ankle, 0.46, 0.44, body.direction({0, 1, 0.1}));
-    figure.limbs.push_back({root, knee, 0.088, 0.062, outfit.skin});
-    figure.limbs.push_back({root, mix(root, knee, 0.72), 0.115, 0.105, outfit.shorts});
+    const Point3 hem = mix(root, knee, 0.7);
+    figure.limbs.push_back({hem, knee, 0.078, 0.062, outfit.skin});
+    figure.limbs.push_back({root, hem, 0.115, 0.105, outfit.shorts});
     figure.limbs.push_back({knee, ankle, 0.058, 0.040, outfit.skin});
     figure.limbs.push_back({mix(knee, ankle, 0.8), ankle, 0.046, 0.046, QColor(240, 240, 240)});
     figure.limbs.push_back({ankle - Point3{0, 0, 0.03}, ankle + body.direction({0, 0.17, -0.04}), 0.052,
@@ -128,8 +129,9 @@ Point3 addArm(Figure& figure, const Body& body, const Outfit& outfit, Point3 sho
     const Point3 root = body.at(shoulder);
     Point3 tip = body.at(hand);
     const Point3 elbow = joint(root, tip, 0.31, 0.29, body.direction({outward, -0.4, -0.8}));
-    figure.limbs.push_back({root, elbow, 0.052, 0.043, outfit.skin});
-    figure.limbs.push_back({root, mix(root, elbow, 0.6), 0.073, 0.064, outfit.shirt});
+    const Point3 cuff = mix(root, elbow, 0.6);
+    figure.limbs.push_back({cuff, elbow, 0.049, 0.043, outfit.skin});
+    figure.limbs.push_back({root, cuff, 0.073, 0.064, outfit.shirt});
     figure.limbs.push_back({elbow, tip, 0.042, 0.032, outfit.skin});
     figure.limbs.push_back({tip, tip, 0.042, 0.042, outfit.skin});
     return tip;

@@ -112,10 +112,14 @@ void addMurmur(Track& track, const Match& match) {
         Noise noise(pan < 0 ? 21 : 22);
         BandPass voices(160, 700);
         BandPass breath(30, 60);
+        double level = 0;
         for (std::ptrdiff_t i = 0; i < std::ssize(track.left); ++i) {
-            const double time = static_cast<double>(i) / sampleRate;
-            const double swell = 0.75 + 0.25 * std::sin(2 * pi * (0.37 * time + pan));
-            const double level = 0.16 * swell * (0.6 + 1.2 * match.applause(time));
+            constexpr std::ptrdiff_t samplesPerLevel = 480;
+            if (i % samplesPerLevel == 0) {
+                const double time = static_cast<double>(i) / sampleRate;
+                const double swell = 0.75 + 0.25 * std::sin(2 * pi * (0.37 * time + pan));
+                level = 0.16 * swell * (0.6 + 1.2 * match.applause(time));
+            }
             track.add(i, level * voices.filter(noise.sample()) + 0.04 * breath.filter(noise.sample()), pan);
         }
     }

@@ -106,7 +106,7 @@ void paintBoard(QPainter& painter, const Camera& camera, Point3 from, Point3 to,
     painter.drawPolygon(corners);
     onQuad(painter, corners, [&](const QRectF& board) {
         QFont font(QStringLiteral("Nimbus Sans"));
-        font.setPixelSize(52);
+        font.setPixelSize(58);
         font.setBold(true);
         font.setLetterSpacing(QFont::PercentageSpacing, 118);
         // Boards are longer than the rectangle they are painted on.
@@ -123,7 +123,6 @@ void paintWalls(QPainter& painter, const Camera& camera) {
     const QColor navy(20, 44, 84);
     const QColor teal(22, 92, 98);
     const std::array texts{QStringLiteral("CITY OPEN"), QStringLiteral("POINTLOOM"),
-                           QStringLiteral("CENTRE COURT"), QStringLiteral("POINTLOOM"),
                            QStringLiteral("CITY OPEN")};
     const double boardLength = 2 * sideWall / static_cast<double>(texts.size());
     for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -185,7 +184,7 @@ void paintStandShadow(QPainter& painter, const Camera& camera) {
 void paintStaff(QPainter& painter, const Camera& camera) {
     const Outfit kid{QColor(236, 196, 62), QColor(26, 40, 78), QColor(226, 178, 140), QColor(30, 52, 104)};
     std::vector<Figure> figures;
-    for (const double x : {-8.4, 8.4, 3.2, -3.2})
+    for (const double x : {-8.8, 8.8})
         figures.push_back(standingFigure({x, farWall - 0.5, 0}, 1.5, kid));
     figures.push_back(standingFigure({7.0, 0.3, 0}, 1.3, kid));
 
@@ -224,6 +223,12 @@ void paintLight(QPainter& painter, QRectF all) {
     corners.setColorAt(0.55, QColor(4, 8, 20, 0));
     corners.setColorAt(1, QColor(4, 8, 20, 95));
     painter.fillRect(all, corners);
+}
+
+/// The crowd is farther away than what the camera is focused on.
+QImage outOfFocus(const QImage& image) {
+    return image.scaled(image.size() * 0.55, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 /// The surface is not perfectly even.
@@ -273,6 +278,11 @@ Scenery::Scenery(const Camera& camera, QSize picture, int margin)
             painter.setRenderHint(QPainter::Antialiasing);
             painter.translate(margin, margin);
             crowd.paint(painter, camera, static_cast<double>(step) / movementSteps, clapping);
+            painter.fillRect(all, QColor(10, 16, 34, 58)); // the court is what is lit
+            painter.end();
+            view = outOfFocus(view);
+            painter.begin(&view);
+            painter.translate(margin, margin);
             painter.drawImage(all.topLeft(), before);
             paintLight(painter, all);
             painter.end();
