@@ -1,8 +1,8 @@
 // The catalogue of scoreboard templates.
 #pragma once
 
-#include "json/RawValues.h"
 #include "model/SportID.h"
+#include "json/RawValues.h"
 
 #include <QString>
 #include <vector>
@@ -10,12 +10,36 @@
 namespace pointloom {
 
 enum class TemplateID {
-    classic, dark, broadcast, minimal, gradient, retro, stacked, rolandgarros, wimbledon, nightsession,
-    volleyArena, volleyCourt, volleyNeon, volleyMinimal,
-    badmintonSmash, badmintonGym, badmintonNeon, badmintonMinimal,
-    ttClassic, ttNeon, ttRetro, ttMinimal,
-    squashCourt, squashDark, squashNeon, squashMinimal,
-    pickleballClassic, pickleballNeon, pickleballMinimal, pickleballRetro,
+    classic,
+    dark,
+    broadcast,
+    minimal,
+    gradient,
+    retro,
+    stacked,
+    rolandgarros,
+    wimbledon,
+    nightsession,
+    volleyArena,
+    volleyCourt,
+    volleyNeon,
+    volleyMinimal,
+    badmintonSmash,
+    badmintonGym,
+    badmintonNeon,
+    badmintonMinimal,
+    ttClassic,
+    ttNeon,
+    ttRetro,
+    ttMinimal,
+    squashCourt,
+    squashDark,
+    squashNeon,
+    squashMinimal,
+    pickleballClassic,
+    pickleballNeon,
+    pickleballMinimal,
+    pickleballRetro,
 };
 
 template <>

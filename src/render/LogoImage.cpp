@@ -1,0 +1,59 @@
+#include "render/LogoImage.h"
+
+#include <fcntl.h>
+#include <QFile>
+#include <QImageReader>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pointloom {
+
+namespace {
+
+QImage decode(QFile& file, const QByteArray& format);
+
+/// Opens without waiting, since opening a pipe would wait for its writer, and keeps regular files only.
+bool openRegularFile(QFile& file, const QString& path) {
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
+        !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        return false;
+    }
+    return true;
+}
+
+}
+
+QImage loadImage(const QString& path) {
+    QFile file;
+    if (path.contains(QChar::Null) || !openRegularFile(file, path))
+        return {};
+    for (const char* format : {"png", "jpeg"}) {
+        const QImage image = decode(file, format);
+        if (!image.isNull())
+            return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    }
+    return {};
+}
+
+namespace {
+
+QImage decode(QFile& file, const QByteArray& format) {
+    file.seek(0);
+    QImageReader reader(&file, format);
+    reader.setAutoDetectImageFormat(false); // a file must not choose its decoder
+    reader.setDecideFormatFromContent(false);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (size.isEmpty() || qint64{size.width()} * size.height() > largestLogoPixels)
+        return {};
+    return reader.read();
+}
+
+}
+
+}

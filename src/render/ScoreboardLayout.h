@@ -1,0 +1,51 @@
+// Measures of a two-row scoreboard and the colours of one row.
+#pragma once
+
+#include "model/MatchConfig.h"
+
+#include <cstdint>
+#include <QColor>
+
+namespace pointloom {
+
+/// Components in 0..1, not premultiplied.
+struct Rgba {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    double alpha = 1;
+
+    bool operator==(const Rgba&) const = default;
+
+    QColor color() const {
+        return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue),
+                                static_cast<float>(alpha));
+    }
+};
+
+struct RowColors {
+    Rgba bg; // name column and every second set
+    Rgba text;
+    Rgba accent; // first, third ... set
+    Rgba gameCell;
+    Rgba gameText;
+};
+
+/// All in template units.
+struct ScoreboardLayout {
+    double rowH;
+    double setW;
+    double gameW;
+    double nameW; // grows with the longer of the two names, counted in characters
+
+    ScoreboardLayout(double rowHeight, double setWidth, double gameWidth, const MatchConfig& config);
+
+    double totalW(std::int64_t numSets) const { return nameW + static_cast<double>(numSets) * setW + gameW; }
+    double totalW() const { return totalW(3); }
+    double totalH() const { return 2 * rowH + 1; } // a gap of 1 between the rows
+};
+
+/// Characters as a reader counts them: a flag or a letter with its accents is one.
+qsizetype characterCount(const QString& text);
+
+}

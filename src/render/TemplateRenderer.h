@@ -1,0 +1,60 @@
+// The drawing primitives that the templates share. All coordinates are in the painter's units. The text
+// helpers stand upright whichever way the painter's y axis runs.
+#pragma once
+
+#include "model/ScoreState.h"
+#include "render/Fonts.h"
+#include "render/ScoreboardLayout.h"
+
+#include <QImage>
+#include <QPainterPath>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+#include <span>
+
+class QPainter;
+
+namespace pointloom {
+
+/// Colour of the dot beside the serving side.
+constexpr Rgba serveDotColor{0.98, 0.8, 0.08, 1};
+
+/// A closed rounded rectangle; the radius is at most half of the shorter side.
+QPainterPath cgRoundRect(const QRectF& rect, double radius);
+
+/// Draws one side's row with its top left corner at `origin`: name column, set cells, game cell, serve dot
+/// and texts. `team` (1 or 2) says which side of each set it shows; `game` is drawn as it stands.
+void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPointF origin, const QString& name,
+                       std::span<const SetScore> sets, int team, const QString& game, bool serving,
+                       const RowColors& colors);
+
+/// Whether a row shows the set's tie-break points: the row of the side that lost it by one, 6-7 or closer to
+/// each other above that.
+bool showsTiebreakMark(const SetScore& set, int team);
+
+/// One line, centred on a point both ways. Lines are centred vertically by ascent and descent, not by ink.
+void drawCenteredText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
+                      QPointF center);
+
+/// Typographic width of one line.
+double ctTextWidth(const QString& text, const TextFont& font);
+
+/// One line that starts at `origin.x` and is vertically centred on `origin.y`.
+void drawLeftText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
+                  QPointF origin);
+
+/// One line that starts at `leftEdge`, vertically centred in `clipRect` and cut off at its edges.
+void drawClippedText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
+                     const QRectF& clipRect, double leftEdge);
+
+/// The logo, stretched to a square in the left slot of a scoreboard; a null image draws nothing.
+void drawLogoInScoreboard(QPainter& painter, const QImage& logo, QPointF origin, double scoreboardHeight);
+
+/// Fills a rectangle with its edges on whole device pixels, so that cells side by side show no seam.
+void fillCell(QPainter& painter, const QRectF& rect, const Rgba& color);
+
+/// Fills a shape with antialiased edges.
+void fillShape(QPainter& painter, const QPainterPath& path, const QBrush& brush);
+
+}
