@@ -14,7 +14,7 @@ constexpr int audioChannels = 2;
 
 /// A run of samples: planar 32-bit float, `audioChannels` at `audioSampleRate`.
 struct AudioFrame {
-    AVFramePtr frame;           // its pts counts samples from the start of the exported range
+    AVFramePtr frame; // its pts counts samples from the start of the exported range
     std::int64_t firstSample = 0;
     int sampleCount = 0;
 };

@@ -16,7 +16,7 @@ struct PictureTarget {
     QRect picture;           // where the picture goes inside of it; black around it
     Orientation orientation; // applied to the picture before it is fitted; identity keeps it as stored
     Rational sampleAspectRatio{1, 1}; // of the output frames
-    FrameFormat format;      // of the output frames
+    FrameFormat format;               // of the output frames
 };
 
 /// Frames that already are what the target asks for pass through untouched, without a copy.

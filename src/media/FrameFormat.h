@@ -3,11 +3,11 @@
 
 namespace pointloom::media {
 
-enum class Matrix { bt601, bt709, bt2020 };                 // BT.2020 with non-constant luminance
-enum class Range { limited, full };                         // 16..235 of 255, or 0..255
-enum class Transfer { sdr, pq, hlg };                       // BT.1886; SMPTE ST 2084; BT.2100 HLG
+enum class Matrix { bt601, bt709, bt2020 }; // BT.2020 with non-constant luminance
+enum class Range { limited, full };         // 16..235 of 255, or 0..255
+enum class Transfer { sdr, pq, hlg };       // BT.1886; SMPTE ST 2084; BT.2100 HLG
 enum class Primaries { bt601_525, bt601_625, bt709, bt2020, displayP3 };
-enum class ChromaLocation { left, center, topLeft };        // of the first chroma sample
+enum class ChromaLocation { left, center, topLeft }; // of the first chroma sample
 enum class Subsampling { s420, s422, s444 };
 
 /// What the sample values stand for; never "unspecified": what a file leaves out is filled in as players do.

@@ -11,9 +11,9 @@
 namespace pointloom::media {
 
 struct VideoTrackInfo {
-    QString codecName;                 // "h264", "hevc", ...
-    QSize storedSize;                  // pixels as they are encoded
-    Rational sampleAspectRatio{1, 1};  // width of a stored pixel divided by its height
+    QString codecName;                // "h264", "hevc", ...
+    QSize storedSize;                 // pixels as they are encoded
+    Rational sampleAspectRatio{1, 1}; // width of a stored pixel divided by its height
     Orientation orientation;
     Rational frameRate{30, 1};         // nominal; 30 when the file does not say
     Rational timeBase{1, 90000};       // seconds a tick
@@ -27,9 +27,9 @@ struct VideoTrackInfo {
 };
 
 struct MediaInfo {
-    double duration = 0; // seconds
+    double duration = 0;                 // seconds
     std::optional<VideoTrackInfo> video; // the first video track that is not a cover picture
-    int audioTracks = 0; // that can be decoded
+    int audioTracks = 0;                 // that can be decoded
 };
 
 /// Opens `path` with the MP4/MOV demuxer and the file protocol alone, within size and time limits.

@@ -21,9 +21,10 @@ struct VideoSettings {
     FrameFormat format;      // one of `encodableFormat`
     Orientation orientation; // how players must show the stored picture
     Rational sampleAspectRatio{1, 1};
-    Rational timeBase{1, 90000};  // of the frames' timestamps; kept exactly in the file
-    Rational frameRate{30, 1};    // nominal, for rate control
-    std::string encoderPreset;    // of x264 or x265; empty for the encoder's default
+    Rational timeBase{1, 90000}; // of the frames' timestamps; kept exactly in the file
+    Rational frameRate{30, 1};   // nominal, for rate control
+    std::string encoderPreset;   // of x264 or x265; empty for the encoder's default
+    bool lossless = false;       // x264 and x265 only; for tests that read pixels back
 };
 
 /// The layout nearest to `source` that the codec is given: 4:2:0 of 8 bits for H.264 (HDR becomes BT.709),

@@ -32,7 +32,7 @@ public:
     /// `timeBase` is the length of a tick of the frame's timestamps, in seconds.
     VideoFrame(AVFramePtr frame, Rational timeBase);
 
-    int width() const;  // stored, not displayed
+    int width() const; // stored, not displayed
     int height() const;
 
     /// Sample layout; empty when the samples are not planar Y'CbCr of 8, 10 or 12 bits

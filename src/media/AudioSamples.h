@@ -1,0 +1,11 @@
+// Buffers of stereo sound.
+#pragma once
+
+#include "media/AudioReader.h"
+
+namespace pointloom::media {
+
+/// A frame of `sampleCount` silent samples in the one format that this room passes sound in.
+AVFramePtr makeSilence(int sampleCount);
+
+}

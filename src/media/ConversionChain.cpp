@@ -1,0 +1,147 @@
+#include "media/ConversionChain.h"
+
+#include "media/ColorTags.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace pointloom::media {
+
+namespace {
+
+constexpr double referenceWhite = 203; // cd/m2, BT.2408: HDR light that becomes SDR white
+constexpr double usualPeak = 1000;     // cd/m2, of an HLG display and of most PQ masters
+
+bool isRgb(AVPixelFormat layout) {
+    return (av_pix_fmt_desc_get(layout)->flags & AV_PIX_FMT_FLAG_RGB) != 0;
+}
+
+/// BT.601's and BT.709's primaries differ too little for anybody to convert between them.
+bool isWideGamut(Primaries primaries) {
+    return primaries == Primaries::bt2020 || primaries == Primaries::displayP3;
+}
+
+bool changesLight(const Conversion& conversion) {
+    if (conversion.sourceColor.transfer != conversion.color.transfer)
+        return true;
+    return conversion.sourceColor.primaries != conversion.color.primaries &&
+           (isWideGamut(conversion.sourceColor.primaries) || isWideGamut(conversion.color.primaries));
+}
+
+std::string turn(Orientation orientation) {
+    // The filter's "flip" mirrors top to bottom after the turn: for a quarter turn the same as mirroring
+    // left to right before it.
+    switch (orientation.quarterTurns) {
+    case 1:
+        return orientation.mirrored ? "transpose=clock_flip" : "transpose=clock";
+    case 2:
+        return orientation.mirrored ? "vflip" : "vflip,hflip";
+    case 3:
+        return orientation.mirrored ? "transpose=cclock_flip" : "transpose=cclock";
+    default:
+        return orientation.mirrored ? "hflip" : "";
+    }
+}
+
+std::string sizeText(QSize size) {
+    return "w=" + std::to_string(size.width()) + ":h=" + std::to_string(size.height());
+}
+
+std::string layoutText(AVPixelFormat layout) {
+    return std::string("format=") + av_get_pix_fmt_name(layout);
+}
+
+const char* scaleMatrix(Matrix matrix) {
+    switch (matrix) {
+    case Matrix::bt601:
+        return "smpte170m";
+    case Matrix::bt709:
+        return "bt709";
+    case Matrix::bt2020:
+        return "bt2020";
+    }
+    return "bt709";
+}
+
+const char* rangeText(Range range) {
+    return range == Range::full ? "full" : "limited";
+}
+
+/// Same light, other numbers: size, matrix, range and layout.
+std::string scale(const Conversion& conversion) {
+    std::string text = "scale=" + sizeText(conversion.size) + ":flags=bicubic+accurate_rnd+full_chroma_int";
+    if (!isRgb(conversion.sourceLayout))
+        text += std::string(":in_color_matrix=") + scaleMatrix(conversion.sourceColor.matrix) +
+                ":in_range=" + rangeText(conversion.sourceColor.range);
+    if (!isRgb(conversion.layout))
+        text += std::string(":out_color_matrix=") + scaleMatrix(conversion.color.matrix) +
+                ":out_range=" + rangeText(conversion.color.range);
+    return text + "," + layoutText(conversion.layout);
+}
+
+std::string zscaleTags(const ColorDescription& color, bool rgb, const char* suffix) {
+    const ColorTags tags = tagsFor(color);
+    const auto option = [&](const char* name, int value) {
+        return std::string(":") + name + suffix + "=" + std::to_string(value);
+    };
+    std::string text = option("transfer", tags.transfer) + option("primaries", tags.primaries);
+    text += option("matrix", rgb ? AVCOL_SPC_RGB : tags.matrix);
+    return text + option("range", rgb || color.range == Range::full ? 1 : 0);
+}
+
+/// Through linear light, for other primaries and from HDR to SDR.
+std::string relight(const Conversion& conversion) {
+    const bool toneMaps =
+        conversion.sourceColor.transfer != Transfer::sdr && conversion.color.transfer == Transfer::sdr;
+    const ColorTags target = tagsFor(conversion.color);
+    const bool rgb = isRgb(conversion.layout);
+    std::string text = "zscale=" + sizeText(conversion.size) + ":filter=bicubic" +
+                       zscaleTags(conversion.sourceColor, isRgb(conversion.sourceLayout), "in") +
+                       ":transfer=linear:npl=" + std::to_string(referenceWhite) + ",format=gbrpf32le" +
+                       ",zscale=primaries=" + std::to_string(target.primaries);
+    if (toneMaps)
+        text += ",tonemap=tonemap=mobius:param=0.5:desat=2:peak=" +
+                std::to_string(std::max(conversion.sourcePeak / referenceWhite, 1.0));
+    text += ",zscale=npl=" + std::to_string(referenceWhite) + zscaleTags(conversion.color, rgb, "");
+    return text + "," + layoutText(rgb ? AV_PIX_FMT_GBRP : conversion.layout) +
+           (rgb ? "," + scale({AV_PIX_FMT_GBRP,
+                               conversion.size,
+                               {},
+                               0,
+                               false,
+                               {},
+                               conversion.size,
+                               conversion.layout,
+                               {}})
+                : "");
+}
+
+}
+
+std::string conversionChain(const Conversion& conversion) {
+    std::string chain;
+    if (conversion.deinterlace)
+        chain += "yadif=deint=interlaced,";
+    if (const std::string turned = turn(conversion.orientation); !turned.empty())
+        chain += turned + ",";
+    return chain + (changesLight(conversion) ? relight(conversion) : scale(conversion));
+}
+
+double peakLight(const AVFrame& picture) {
+    if (picture.color_trc != AVCOL_TRC_SMPTE2084)
+        return usualPeak;
+    if (const AVFrameSideData* data = av_frame_get_side_data(&picture, AV_FRAME_DATA_CONTENT_LIGHT_LEVEL)) {
+        const auto* light = reinterpret_cast<const AVContentLightMetadata*>(data->data);
+        if (light->MaxCLL > 0)
+            return light->MaxCLL;
+    }
+    if (const AVFrameSideData* data =
+            av_frame_get_side_data(&picture, AV_FRAME_DATA_MASTERING_DISPLAY_METADATA)) {
+        const auto* display = reinterpret_cast<const AVMasteringDisplayMetadata*>(data->data);
+        if (display->has_luminance != 0 && display->max_luminance.den != 0)
+            return std::clamp(av_q2d(display->max_luminance), referenceWhite, 10000.0);
+    }
+    return usualPeak;
+}
+
+}

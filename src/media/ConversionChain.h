@@ -1,0 +1,31 @@
+// Writes the chains of filters by which pictures are converted.
+#pragma once
+
+#include "media/FFmpeg.h"
+
+#include <optional>
+#include <QSize>
+#include <string>
+
+namespace pointloom::media {
+
+struct Conversion {
+    AVPixelFormat sourceLayout = AV_PIX_FMT_NONE;
+    QSize sourceSize;
+    ColorDescription sourceColor;
+    double sourcePeak = 1000; // cd/m2, brightest light of an HDR source
+
+    bool deinterlace = false; // frames that are marked as interlaced
+    Orientation orientation;  // applied before scaling
+
+    QSize size; // after turning
+    AVPixelFormat layout = AV_PIX_FMT_NONE;
+    ColorDescription color; // for RGB layouts the matrix and range do not matter
+};
+
+std::string conversionChain(const Conversion& conversion);
+
+/// The brightest light that an HDR picture says it holds, cd/m2; 1000 when it does not say.
+double peakLight(const AVFrame& picture);
+
+}

@@ -1,0 +1,18 @@
+// FFmpeg's error codes in words.
+#pragma once
+
+#include <string>
+
+namespace pointloom::media {
+
+/// The library's own text for an error code, for example "No space left on device".
+std::string errorText(int code);
+
+/// Throws MediaError("`what`: `errorText`") when `code` is negative; returns it otherwise.
+int check(int code, const char* what);
+
+/// Process-wide limits and silence: no allocation above 512 MiB, nothing on standard error. Every way into
+/// the library calls it; only the first call does anything.
+void prepareFFmpeg();
+
+}

@@ -1,0 +1,42 @@
+// Opens a video file that nobody vouches for.
+#pragma once
+
+#include "media/FFmpeg.h"
+
+#include <memory>
+#include <QString>
+
+namespace pointloom::media {
+
+constexpr int largestPictureSide = 16384;                // pixels
+constexpr std::int64_t largestPictureArea = 8192 * 8192; // pixels
+
+class InputFile {
+public:
+    /// Opens `path` with the MP4/MOV demuxer and the file protocol alone and reads what its tracks hold.
+    /// Never blocks on pipes or devices, never follows references to other files, gives up after ten
+    /// seconds. Throws MediaError.
+    static InputFile open(const QString& path);
+
+    InputFile(InputFile&&) noexcept;
+    InputFile& operator=(InputFile&&) noexcept;
+    ~InputFile();
+
+    AVFormatContext* context() const { return m_context; }
+
+    /// Packets of all other tracks are skipped without being read.
+    void keepOnly(int streamIndex);
+
+private:
+    struct Deadline;
+
+    InputFile();
+
+    AVFormatContext* m_context = nullptr;
+    std::unique_ptr<Deadline> m_deadline; // the context's interrupt callback points here
+};
+
+/// A decoder exists for the stream and is one that we let files choose.
+bool canDecode(const AVStream& stream);
+
+}

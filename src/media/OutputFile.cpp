@@ -1,0 +1,89 @@
+#include "media/OutputFile.h"
+
+#include "media/FFmpegError.h"
+
+#include <QFile>
+
+namespace pointloom::media {
+
+namespace {
+
+/// Edit lists, by which a track starts late, count in the movie's own clock: a multiple of the picture's
+/// keeps their times exact, and one no coarser than a sample of sound keeps the sound's place.
+std::int64_t movieTimescale(Rational videoTimeBase) {
+    constexpr std::int64_t finest = 44100;
+    const std::int64_t denominator = videoTimeBase.denominator;
+    return denominator >= finest ? denominator : (finest + denominator - 1) / denominator * denominator;
+}
+
+}
+
+OutputFile::OutputFile(const QString& path, const char* container) {
+    prepareFFmpeg();
+    const QByteArray url = "file:" + QFile::encodeName(path); // a colon in the name is no protocol
+    check(avformat_alloc_output_context2(&m_context, nullptr, container, url.constData()),
+          "the output file could not be set up");
+    const int opened = avio_open(&m_context->pb, url.constData(), AVIO_FLAG_WRITE);
+    if (opened < 0) {
+        avformat_free_context(m_context);
+        check(opened, "the output file could not be created");
+    }
+}
+
+OutputFile::~OutputFile() {
+    avio_closep(&m_context->pb);
+    avformat_free_context(m_context);
+}
+
+bool OutputFile::wantsGlobalHeaders() const {
+    return (m_context->oformat->flags & AVFMT_GLOBALHEADER) != 0;
+}
+
+AVStream& OutputFile::addTrack(const AVCodecContext& encoder) {
+    AVStream* track = avformat_new_stream(m_context, nullptr);
+    if (track == nullptr)
+        throw MediaError("out of memory");
+    check(avcodec_parameters_from_context(track->codecpar, &encoder), "the output track could not be set up");
+    track->time_base = encoder.time_base;
+    track->avg_frame_rate = encoder.framerate;
+    track->sample_aspect_ratio = encoder.sample_aspect_ratio;
+    return *track;
+}
+
+void OutputFile::writeHeader(Rational videoTimeBase) {
+    Options options;
+    options.set("movflags", "+faststart");
+    options.set("video_track_timescale", videoTimeBase.denominator);
+    options.set("movie_timescale", movieTimescale(videoTimeBase));
+    const int written = avformat_write_header(m_context, options.pointer());
+    if (written < 0)
+        fail(written);
+}
+
+void OutputFile::write(AVPacket& packet, const AVStream& track, AVRational timeBase) {
+    packet.stream_index = track.index;
+    av_packet_rescale_ts(&packet, timeBase, track.time_base);
+    const int written = av_interleaved_write_frame(m_context, &packet);
+    if (written < 0)
+        fail(written);
+    if (m_context->pb->error < 0)
+        fail(m_context->pb->error);
+}
+
+void OutputFile::finish() {
+    const int written = av_write_trailer(m_context);
+    const int earlier = m_context->pb->error;
+    const int closed = avio_closep(&m_context->pb);
+    for (const int code : {earlier, written, closed})
+        if (code < 0)
+            fail(code);
+}
+
+void OutputFile::fail(int code) const {
+    // The device's own error says more than what the container made of it.
+    if (m_context->pb != nullptr && m_context->pb->error < 0)
+        code = m_context->pb->error;
+    throw MediaError("the file could not be written: " + errorText(code));
+}
+
+}

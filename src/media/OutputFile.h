@@ -1,0 +1,38 @@
+// The file that a MediaWriter fills: container, tracks, interleaving.
+#pragma once
+
+#include "media/FFmpegHandles.h"
+
+#include <QString>
+
+namespace pointloom::media {
+
+class OutputFile {
+public:
+    /// Creates the file, replacing what is there. `container` is "mp4" or "mov". Throws MediaError.
+    OutputFile(const QString& path, const char* container);
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    ~OutputFile(); // closes the file, finished or not
+
+    /// A track for what `encoder` produces; the stream belongs to the file.
+    AVStream& addTrack(const AVCodecContext& encoder);
+
+    bool wantsGlobalHeaders() const;
+
+    /// Call once, after the last track and before the first packet.
+    void writeHeader(Rational videoTimeBase);
+
+    /// Takes the packet's content. `timeBase` is that of its timestamps.
+    void write(AVPacket& packet, const AVStream& track, AVRational timeBase);
+
+    /// Writes the index and closes the file.
+    void finish();
+
+private:
+    [[noreturn]] void fail(int code) const;
+
+    AVFormatContext* m_context = nullptr;
+};
+
+}

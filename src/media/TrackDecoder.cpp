@@ -1,0 +1,96 @@
+#include "media/TrackDecoder.h"
+
+#include "media/FFmpegError.h"
+#include "media/InputFile.h"
+
+namespace pointloom::media {
+
+namespace {
+
+// A file that ends before its index says so fails once for every packet that is missing.
+constexpr int mostFailuresInARow = 1000;
+
+}
+
+TrackDecoder::TrackDecoder(AVFormatContext* context, int streamIndex, int threads)
+    : m_context(context)
+    , m_streamIndex(streamIndex)
+    , m_packet(makePacket()) {
+    const AVStream* stream = context->streams[streamIndex];
+    const AVCodec* decoder = avcodec_find_decoder(stream->codecpar->codec_id);
+    if (decoder == nullptr)
+        throw MediaError(std::string("there is no decoder for ") +
+                         avcodec_get_name(stream->codecpar->codec_id));
+    m_codec.reset(avcodec_alloc_context3(decoder));
+    if (!m_codec)
+        throw MediaError("out of memory");
+    check(avcodec_parameters_to_context(m_codec.get(), stream->codecpar), "the decoder could not be set up");
+    m_codec->pkt_timebase = stream->time_base;
+    m_codec->thread_count = threads;
+    m_codec->max_pixels = largestPictureArea;
+    check(avcodec_open2(m_codec.get(), decoder, nullptr), "the decoder could not be opened");
+}
+
+AVFramePtr TrackDecoder::next(std::int64_t packetLimit) {
+    const std::int64_t lastPacket = packetLimit > std::numeric_limits<std::int64_t>::max() - m_packetsRead
+                                        ? packetLimit
+                                        : m_packetsRead + packetLimit;
+    AVFramePtr frame = makeFrame();
+    while (!m_atEnd) {
+        const int result = avcodec_receive_frame(m_codec.get(), frame.get());
+        if (result >= 0) {
+            m_failuresInARow = 0;
+            if ((frame->flags & AV_FRAME_FLAG_CORRUPT) != 0 || frame->decode_error_flags != 0)
+                ++m_damagedPackets;
+            return frame;
+        }
+        if (result == AVERROR(EAGAIN) && !m_draining) {
+            if (m_packetsRead >= lastPacket)
+                return nullptr;
+            feed();
+            continue;
+        }
+        if (result == AVERROR_EOF || result == AVERROR(EAGAIN) || ++m_failuresInARow > mostFailuresInARow) {
+            m_atEnd = true;
+            break;
+        }
+        ++m_damagedPackets;
+    }
+    return nullptr;
+}
+
+void TrackDecoder::feed() {
+    const int read = av_read_frame(m_context, m_packet.get());
+    if (read == AVERROR_EOF || read == AVERROR_EXIT) {
+        beginDraining();
+        return;
+    }
+    if (read < 0) {
+        ++m_damagedPackets;
+        if (++m_failuresInARow > mostFailuresInARow)
+            beginDraining();
+        return;
+    }
+    if (m_packet->stream_index == m_streamIndex) {
+        ++m_packetsRead;
+        const int sent = avcodec_send_packet(m_codec.get(), m_packet.get());
+        if (sent < 0 || (m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
+            ++m_damagedPackets;
+    }
+    av_packet_unref(m_packet.get());
+}
+
+void TrackDecoder::beginDraining() {
+    m_draining = true;
+    m_failuresInARow = 0;
+    avcodec_send_packet(m_codec.get(), nullptr);
+}
+
+void TrackDecoder::flush() {
+    avcodec_flush_buffers(m_codec.get());
+    m_failuresInARow = 0;
+    m_draining = false;
+    m_atEnd = false;
+}
+
+}

@@ -1,0 +1,32 @@
+// Encodes pictures into the packets of one track.
+#pragma once
+
+#include "media/MediaWriter.h"
+#include "media/OutputFile.h"
+
+#include <map>
+
+namespace pointloom::media {
+
+class VideoEncoder {
+public:
+    /// Opens the encoder and adds its track to `file`, which must outlive it. Throws MediaError.
+    VideoEncoder(OutputFile& file, const VideoSettings& settings);
+
+    void write(const VideoFrame& frame);
+    void finish();
+
+private:
+    void send(const AVFrame* picture);
+
+    OutputFile& m_file;
+    VideoSettings m_settings;
+    CodecPtr m_codec;
+    AVStream* m_track = nullptr; // owned by the file
+    PacketPtr m_packet;
+    std::map<std::int64_t, std::int64_t> m_durations; // by timestamp, of pictures inside of the encoder
+    std::int64_t m_lastTimestamp = AV_NOPTS_VALUE;
+    std::int64_t m_usualDuration = 1; // ticks
+};
+
+}

@@ -1,0 +1,166 @@
+#include "media/VideoReader.h"
+
+#include "media/FFmpegError.h"
+#include "media/OpenedMedia.h"
+#include "media/VideoTrack.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <deque>
+
+namespace pointloom::media {
+
+struct VideoReader::State {
+    QString path;
+    InputFile file;
+    OpenedMedia media;
+    std::deque<AVFramePtr> pending{}; // decoded ahead, in order
+    std::optional<std::int64_t> lastTimestamp{};
+    std::int64_t lastDuration = 0;
+    std::int64_t damagedBefore = 0; // by decoders that were given up
+    bool anyPicture = false;
+
+    const AVStream& stream() const { return *file.context()->streams[media.videoStream]; }
+
+    AVFramePtr next();
+    AVFramePtr decodeNext();
+    bool placeInTime(AVFrame& picture);
+    bool seekTo(std::int64_t ticks);
+    void rewind();
+};
+
+VideoReader::VideoReader(std::unique_ptr<State> state)
+    : m_state(std::move(state)) {}
+VideoReader::VideoReader(VideoReader&&) noexcept = default;
+VideoReader& VideoReader::operator=(VideoReader&&) noexcept = default;
+VideoReader::~VideoReader() = default;
+
+const MediaInfo& VideoReader::info() const {
+    return m_state->media.info;
+}
+
+const VideoTrackInfo& VideoReader::track() const {
+    return *m_state->media.info.video;
+}
+
+std::int64_t VideoReader::damagedPackets() const {
+    return m_state->damagedBefore + m_state->media.decoder->damagedPackets();
+}
+
+VideoReader VideoReader::open(const QString& path) {
+    InputFile file = InputFile::open(path);
+    OpenedMedia media = openMedia(file, 0);
+    if (!media.info.video)
+        throw MediaError("the file has no video track");
+    auto state = std::make_unique<State>(State{path, std::move(file), std::move(media)});
+    state->anyPicture = state->media.firstPicture != nullptr;
+    return VideoReader(std::move(state));
+}
+
+std::optional<VideoFrame> VideoReader::read() {
+    AVFramePtr picture = m_state->next();
+    if (!picture) {
+        if (!m_state->anyPicture)
+            throw MediaError("no picture could be decoded");
+        return std::nullopt;
+    }
+    m_state->anyPicture = true;
+    return VideoFrame(std::move(picture), track().timeBase);
+}
+
+AVFramePtr VideoReader::State::next() {
+    if (pending.empty())
+        return decodeNext();
+    AVFramePtr picture = std::move(pending.front());
+    pending.pop_front();
+    return picture;
+}
+
+AVFramePtr VideoReader::State::decodeNext() {
+    for (;;) {
+        AVFramePtr picture = media.firstPicture ? std::move(media.firstPicture) : media.decoder->next();
+        if (!picture)
+            return nullptr;
+        completeTags(*picture, stream());
+        if (placeInTime(*picture))
+            return picture;
+    }
+}
+
+/// Settles the picture's time. False for one that a later one already replaced.
+bool VideoReader::State::placeInTime(AVFrame& picture) {
+    const std::int64_t known = picture.best_effort_timestamp;
+    if (known != AV_NOPTS_VALUE)
+        picture.pts = known;
+    else
+        picture.pts = lastTimestamp ? *lastTimestamp + std::max<std::int64_t>(lastDuration, 1) : 0;
+    if (lastTimestamp && picture.pts <= *lastTimestamp)
+        return false;
+    lastTimestamp = picture.pts;
+    if (frameDuration(picture) > 0)
+        lastDuration = frameDuration(picture);
+    return true;
+}
+
+void VideoReader::seek(double time) {
+    State& state = *m_state;
+    const Rational timeBase = track().timeBase;
+    // A frame's time in seconds may come back a hair below its tick.
+    const auto ticks = static_cast<std::int64_t>(std::floor(time / timeBase.value() + 1e-3));
+    state.pending.clear();
+
+    // Files are searched by decoding time, which runs ahead of presentation: the first try may land after the
+    // frame that is wanted.
+    constexpr std::array stepsBack = {0.0, 0.5, 2.0, 10.0, 60.0}; // seconds
+    AVFramePtr shown;
+    for (const double step : stepsBack) {
+        if (!state.seekTo(ticks - static_cast<std::int64_t>(step / timeBase.value())))
+            continue;
+        shown = state.decodeNext();
+        if (shown && shown->pts <= ticks)
+            break;
+    }
+    if (!shown || shown->pts > ticks) {
+        state.rewind();
+        shown = state.decodeNext();
+    }
+
+    while (shown) {
+        AVFramePtr following = state.decodeNext();
+        if (!following || following->pts > ticks || shown->pts > ticks) {
+            state.pending.push_back(std::move(shown));
+            if (following)
+                state.pending.push_back(std::move(following));
+            return;
+        }
+        shown = std::move(following);
+    }
+}
+
+/// Makes decoding go on with the key picture before `ticks`. False when the file cannot seek there.
+bool VideoReader::State::seekTo(std::int64_t ticks) {
+    if (av_seek_frame(file.context(), media.videoStream, ticks, AVSEEK_FLAG_BACKWARD) < 0)
+        return false;
+    media.decoder->flush();
+    media.firstPicture.reset();
+    lastTimestamp.reset();
+    return true;
+}
+
+/// Back to the first picture, by seeking where the file allows it.
+void VideoReader::State::rewind() {
+    const AVIndexEntry* first = avformat_index_get_entry(file.context()->streams[media.videoStream], 0);
+    if (first != nullptr && seekTo(first->timestamp))
+        return;
+    InputFile reopened = InputFile::open(path);
+    OpenedMedia again = openMedia(reopened, 0);
+    if (!again.info.video)
+        throw MediaError("the file has changed and lost its video track");
+    damagedBefore += media.decoder->damagedPackets();
+    media = std::move(again); // before the file that its decoder read from
+    file = std::move(reopened);
+    lastTimestamp.reset();
+}
+
+}

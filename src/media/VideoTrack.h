@@ -1,0 +1,34 @@
+// Chooses the video track of an open file and describes it.
+#pragma once
+
+#include "media/FFmpeg.h"
+#include "media/MediaInfo.h"
+
+#include <optional>
+#include <vector>
+
+namespace pointloom::media {
+
+/// The first video track that has pictures, is no cover and can be decoded.
+std::optional<int> findVideoTrack(const AVFormatContext& context);
+
+/// What the container says of the track.
+VideoTrackInfo describeVideoTrack(AVFormatContext& context, int streamIndex);
+
+/// Corrects `track` by its first decoded picture, which knows best.
+void describeByPicture(VideoTrackInfo& track, const AVFrame& picture);
+
+/// Makes a decoded picture say all that its track says: no gap in its colour tags, no old layout names.
+void completeTags(AVFrame& picture, const AVStream& stream);
+
+/// Audio tracks that can be decoded, in the file's order.
+std::vector<int> findAudioTracks(const AVFormatContext& context);
+
+/// Seconds from time zero of the presentation timeline to its end: as the container says, and not before the
+/// video track ends (a container that gives no duration has the first frame's time taken off).
+double timelineDuration(const AVFormatContext& context, std::optional<int> videoStream);
+
+/// Packets that are decoded, at most, to find the first good picture.
+constexpr std::int64_t packetsToFirstPicture = 500;
+
+}
