@@ -10,14 +10,16 @@ std::string placeInText(const QByteArray& bytes, std::size_t byte) {
     const auto end = bytes.begin() + std::min<qsizetype>(bytes.size(), static_cast<qsizetype>(byte));
     const auto line = 1 + std::count(bytes.begin(), end, '\n');
     const auto lineStart = std::find(std::make_reverse_iterator(end), bytes.rend(), '\n').base();
-    return "line " + std::to_string(line) + ", column " + std::to_string(std::max<qsizetype>(1, end - lineStart));
+    return "line " + std::to_string(line) + ", column " +
+           std::to_string(std::max<qsizetype>(1, end - lineStart));
 }
 
 // The library's text reads "[json.exception...] parse error at ...: syntax error while ... - REASON".
 std::string reasonOf(const nlohmann::json::exception& error) {
     const std::string_view text = error.what();
-    const auto dash = text.rfind(" - ");
-    const auto reason = dash == std::string_view::npos ? text.substr(text.rfind(": ") + 2) : text.substr(dash + 3);
+    const auto dash = text.find(" - "); // the first: what was last read may hold another
+    const auto reason =
+        dash == std::string_view::npos ? text.substr(text.rfind(": ") + 2) : text.substr(dash + 3);
     return printable(reason);
 }
 

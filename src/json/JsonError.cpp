@@ -30,8 +30,13 @@ std::string printable(std::string_view text) {
     };
     while (end > 0 && continuesCharacter(end))
         --end;
-    for (const char character : text.substr(0, end))
-        result += static_cast<unsigned char>(character) < 0x20 ? '?' : character;
+    for (std::size_t i = 0; i < end; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const bool startsC1 = byte == 0xC2U && i + 1 < end && static_cast<unsigned char>(text[i + 1]) < 0xA0U;
+        if (startsC1)
+            ++i; // U+0080 to U+009F, which terminals obey too
+        result += byte < 0x20 || byte == 0x7F || startsC1 ? '?' : text[i];
+    }
     if (end < text.size())
         result += "...";
     return result;

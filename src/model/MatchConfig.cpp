@@ -11,10 +11,14 @@ bool isFilled(const std::optional<QString>& text) {
 // A flag is the two regional-indicator symbols of its country code (Unicode, UTS #51); a blank follows.
 QString flagEmoji(const std::optional<QString>& code) {
     constexpr char32_t regionalIndicatorA = 0x1F1E6;
-    if (!code || code->size() != 2)
+    constexpr qsizetype codeLength = 2;
+    if (!code || code->size() != codeLength)
+        return {};
+    const QString letters = code->toUpper();
+    if (letters.size() != codeLength) // some letters grow, such as a sharp s
         return {};
     QString flag;
-    for (const QChar character : code->toUpper()) {
+    for (const QChar character : letters) {
         if (character < u'A' || character > u'Z')
             return {};
         flag += QChar::fromUcs4(regionalIndicatorA + (character.unicode() - u'A'));
