@@ -1,0 +1,21 @@
+#include "persistence/DocumentError.h"
+
+#include "json/JsonError.h"
+
+#include <QFileInfo>
+
+namespace pointloom {
+
+namespace {
+
+std::string shownName(const QString& path) {
+    const QString name = QFileInfo(path).fileName();
+    return json::printable((name.isEmpty() ? path : name).toStdString());
+}
+
+}
+
+DocumentError::DocumentError(const QString& path, const QString& reason)
+    : std::runtime_error(shownName(path) + ": " + reason.toStdString()) {}
+
+}

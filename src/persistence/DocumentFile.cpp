@@ -1,0 +1,71 @@
+#include "persistence/DocumentFile.h"
+
+#include "persistence/DocumentError.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace pointloom {
+
+namespace {
+
+QString asReason(QString errorText) {
+    while (errorText.endsWith(u'.'))
+        errorText.chop(1);
+    return errorText;
+}
+
+void requireRegularFile(const QString& path, const QFileInfo& info) {
+    if (info.isDir())
+        throw DocumentError(path, QStringLiteral("is a folder, not a file"));
+    if (!info.isFile())
+        throw DocumentError(path, QStringLiteral("is not a regular file"));
+}
+
+// A disk that fills up takes a part and gives its reason only when asked for the rest; a commit no longer
+// knows why a write failed.
+bool writeAll(QSaveFile& file, const QByteArray& content) {
+    qint64 done = 0;
+    while (done < content.size()) {
+        const qint64 written = file.write(content.constData() + done, content.size() - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return file.flush();
+}
+
+}
+
+QByteArray readDocument(const QString& path, qint64 byteLimit) {
+    const QFileInfo info(path);
+    if (!info.exists())
+        throw DocumentError(path, QStringLiteral("no such file"));
+    requireRegularFile(path, info);
+
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw DocumentError(path, asReason(file.errorString()));
+    // One byte more than allowed tells a file that is too large, even one that grows meanwhile.
+    const QByteArray content = file.read(byteLimit + 1);
+    if (file.error() != QFileDevice::NoError)
+        throw DocumentError(path, asReason(file.errorString()));
+    if (content.size() > byteLimit)
+        throw DocumentError(path, QStringLiteral("larger than %1 MB").arg(byteLimit / (1024 * 1024)));
+    return content;
+}
+
+void writeDocument(const QString& path, const QByteArray& content) {
+    const QFileInfo info(path);
+    if (path.isEmpty())
+        throw DocumentError(path, QStringLiteral("no file name was given"));
+    if (info.exists())
+        requireRegularFile(path, info);
+
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, content) || !file.commit())
+        throw DocumentError(path, asReason(file.errorString()));
+}
+
+}

@@ -1,0 +1,91 @@
+#include "persistence/ProjectFile.h"
+
+#include "persistence/DocumentError.h"
+#include "persistence/DocumentFile.h"
+#include "json/JsonDocument.h"
+
+#include <algorithm>
+
+namespace pointloom {
+
+namespace {
+
+bool isTaggedScore(const json::Value& score) {
+    return score.is_object() && (score.contains("type") || score.contains("score"));
+}
+
+// Only the current format tags its scores with their family, and only it knows the scale.
+bool hasCurrentForm(const json::Value& document) {
+    if (!document.is_object())
+        return false;
+    if (document.contains("scoreboardUserScale"))
+        return true;
+    if (const auto initial = document.find("initialScore");
+        initial != document.end() && isTaggedScore(*initial))
+        return true;
+    const auto markers = document.find("markers");
+    return markers != document.end() && markers->is_array() &&
+           std::any_of(markers->begin(), markers->end(), [](const json::Value& marker) {
+               return marker.is_object() && marker.contains("score") && isTaggedScore(marker["score"]);
+           });
+}
+
+ProjectFile decodeEitherFormat(const json::Value& document) {
+    try {
+        return json::decode<ProjectFile>(document);
+    } catch (const json::DecodingError&) {
+        if (hasCurrentForm(document))
+            throw;
+    }
+    return ProjectFile::migrating(json::decode<LegacyProjectFile>(document));
+}
+
+}
+
+ProjectFile ProjectFile::load(const QString& path) {
+    const json::ParseLimits limits;
+    const QByteArray bytes = readDocument(path, limits.bytes);
+    try {
+        return decodeEitherFormat(json::parse(bytes, limits));
+    } catch (const json::DecodingError& error) {
+        throw DocumentError(path, QString::fromUtf8(error.what()));
+    }
+}
+
+ProjectFile ProjectFile::migrating(const LegacyProjectFile& legacy) {
+    ProjectFile project;
+    project.version = legacy.version.value_or(1);
+    project.selectedSport = legacy.selectedSport;
+    project.selectedTemplate = legacy.selectedTemplate;
+    project.matchConfig = legacy.matchConfig;
+    for (const LegacyProjectFileMarker& marker : legacy.markers)
+        project.markers.push_back({marker.id, marker.startTime, marker.score, marker.label});
+    if (legacy.initialScore)
+        project.initialScore = *legacy.initialScore;
+    project.scoreboardPositionX = legacy.scoreboardPositionX;
+    project.scoreboardPositionY = legacy.scoreboardPositionY;
+    project.trimStart = legacy.trimStart;
+    project.trimEnd = legacy.trimEnd;
+    project.watermarkPath = legacy.watermarkPath;
+    project.watermarkCorner = legacy.watermarkCorner;
+    project.videoPath = legacy.videoPath;
+    return project;
+}
+
+void ProjectFile::save(const QString& path) const {
+    QByteArray text;
+    try {
+        text = json::prettySorted(json::encode(*this));
+    } catch (const json::EncodingError& error) {
+        throw DocumentError(path, QString::fromUtf8(error.what()));
+    }
+    writeDocument(path, text);
+}
+
+QPointF ProjectFile::scoreboardPosition() const {
+    if (scoreboardPositionX > 1.0 || scoreboardPositionY > 1.0)
+        return defaultScoreboardPosition;
+    return {scoreboardPositionX, scoreboardPositionY};
+}
+
+}
