@@ -107,7 +107,9 @@ void VideoReader::seek(double time) {
     State& state = *m_state;
     const Rational timeBase = track().timeBase;
     // A frame's time in seconds may come back a hair below its tick.
-    const auto ticks = static_cast<std::int64_t>(std::floor(time / timeBase.value() + 1e-3));
+    const double exactTicks = std::floor(time / timeBase.value() + 1e-3);
+    constexpr double farthest = 1e17; // ticks
+    const auto ticks = static_cast<std::int64_t>(std::clamp(exactTicks, -farthest, farthest));
     state.pending.clear();
 
     // Files are searched by decoding time, which runs ahead of presentation: the first try may land after the
