@@ -12,8 +12,9 @@ namespace {
 // Decoders need some sound before the wanted one to settle: two frames of AAC, 80 ms of Opus.
 constexpr double lead = 1.0; // seconds
 
-// Timestamps may be rounded to milliseconds; beyond this they mean a gap or an overlap.
-constexpr double toleratedShift = 0.010 * audioSampleRate; // samples
+// Phones give timestamps that swing by ten milliseconds around steady sound; beyond this they mean a gap or
+// an overlap. A lost frame of AAC is 21 ms or more.
+constexpr double toleratedShift = 0.020 * audioSampleRate; // samples
 
 constexpr double farthest = 1e12; // samples; timestamps beyond are nonsense
 

@@ -103,17 +103,7 @@ std::string relight(const Conversion& conversion) {
         text += ",tonemap=tonemap=mobius:param=0.5:desat=2:peak=" +
                 std::to_string(std::max(conversion.sourcePeak / referenceWhite, 1.0));
     text += ",zscale=npl=" + std::to_string(referenceWhite) + zscaleTags(conversion.color, rgb, "");
-    return text + "," + layoutText(rgb ? AV_PIX_FMT_GBRP : conversion.layout) +
-           (rgb ? "," + scale({AV_PIX_FMT_GBRP,
-                               conversion.size,
-                               {},
-                               0,
-                               false,
-                               {},
-                               conversion.size,
-                               conversion.layout,
-                               {}})
-                : "");
+    return text + "," + (rgb ? layoutText(AV_PIX_FMT_GBRP) + "," : "") + layoutText(conversion.layout);
 }
 
 }

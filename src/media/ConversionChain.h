@@ -11,7 +11,6 @@ namespace pointloom::media {
 
 struct Conversion {
     AVPixelFormat sourceLayout = AV_PIX_FMT_NONE;
-    QSize sourceSize;
     ColorDescription sourceColor;
     double sourcePeak = 1000; // cd/m2, brightest light of an HDR source
 

@@ -120,7 +120,6 @@ void FrameConverter::State::prepareGraph(const VideoFrame& frame) {
 
     Conversion conversion;
     conversion.sourceLayout = layout;
-    conversion.sourceSize = size;
     conversion.sourceColor = key.color;
     conversion.sourcePeak = peakLight(stored);
     conversion.deinterlace = source.interlaced;

@@ -1,0 +1,48 @@
+#include "media/FrameImage.h"
+
+#include "media/ColorTags.h"
+#include "media/ConversionChain.h"
+#include "media/FFmpegError.h"
+#include "media/FilterGraph.h"
+
+#include <algorithm>
+
+namespace pointloom::media {
+
+namespace {
+
+AVFramePtr convertToRgba(const AVFrame& stored) {
+    Conversion conversion;
+    conversion.sourceLayout = static_cast<AVPixelFormat>(stored.format);
+    conversion.size = QSize(stored.width, stored.height);
+    conversion.sourceColor = describeColor(tagsOf(stored), conversion.size, conversion.sourceLayout);
+    conversion.sourcePeak = peakLight(stored);
+    conversion.layout = AV_PIX_FMT_RGBA;
+
+    FilterGraph graph(FilterInput::of(stored), conversionChain(conversion));
+    AVFramePtr entering(av_frame_clone(&stored));
+    if (!entering)
+        throw MediaError("out of memory");
+    graph.push(std::move(entering));
+    graph.push(nullptr);
+    AVFramePtr converted = graph.pull();
+    if (!converted)
+        throw MediaError("a picture could not be converted");
+    return converted;
+}
+
+}
+
+RgbaPicture toRgb(const VideoFrame& frame) {
+    prepareFFmpeg();
+    const AVFramePtr converted = convertToRgba(*frame.handle());
+    RgbaPicture picture{converted->width, converted->height, {}};
+    const auto rowBytes = static_cast<std::size_t>(picture.width) * 4;
+    picture.pixels.resize(rowBytes * static_cast<std::size_t>(picture.height));
+    for (int y = 0; y < picture.height; ++y)
+        std::copy_n(converted->data[0] + static_cast<std::ptrdiff_t>(y) * converted->linesize[0], rowBytes,
+                    picture.pixels.data() + static_cast<std::size_t>(y) * rowBytes);
+    return picture;
+}
+
+}
