@@ -9,24 +9,27 @@ export LC_ALL=C.UTF-8
 # What each room may include besides itself. A new room needs a line here.
 declare -A allowed=(
     [json]=""
+    [http]=""
     [model]="json"
+    [info]="json"
     [l10n]="json"
     [render]="model json"
     [media]=""
-    [crash]="json"
+    [crash]="http info json"
     [export]="render media crash model json"
     [session]="export render model l10n json"
-    [licensing]="crash model json"
+    [licensing]="crash http info model json"
     [persistence]="session export render model l10n crash json"
     [playback]="session media model l10n json"
-    [ui]="playback persistence licensing session export render media crash model l10n json"
-    [cli]="persistence licensing session export render media crash model l10n json"
-    [app]="ui playback persistence licensing session export render media crash model l10n json"
+    [ui]="playback persistence licensing session export render media crash model l10n info json"
+    [cli]="persistence licensing session export render media crash model l10n info json"
+    [app]="ui playback persistence licensing session export render media crash model l10n info json"
 )
 
 # Which rooms may see an outside library: included header, CMake name, rooms.
 libraries=(
     '<lib(av|sw|postproc)[a-z]*/|PkgConfig::FFMPEG|media'
+    '<(QtNetwork/.*|QNetwork[A-Za-z]*)>|Qt6::Network|http'
     '<mpv/|PkgConfig::MPV|playback'
     '<(QtWidgets/.*|QApplication|Q[A-Za-z]*Widget|Q[A-Za-z]*Dialog|QMainWindow|QLayout|QBoxLayout)>|Qt6::Widgets|ui app playback'
 )
@@ -118,6 +121,7 @@ self_test() {
     expect_fault 'export/Export.h' 'extern "C" {
 #include <libavcodec/avcodec.h>' 'src/export/Export.h:2: only media may see'
     expect_fault 'ui/Player.cpp' '#include <mpv/client.h>' 'only playback may see'
+    expect_fault 'crash/Upload.cpp' '#include <QNetworkReply>' 'only http may see'
     expect_fault 'export/Export.cpp' '#include <QtWidgets/QLabel>' 'only ui, app, playback may see'
     expect_fault 'cli/Main.cpp' '#include <QApplication>' 'only ui, app, playback may see'
     expect_fault 'cli/CMakeLists.txt' 'pointloom_room(cli USES Qt6::Widgets)' 'only ui, app, playback may see'
