@@ -118,9 +118,9 @@ void addMurmur(Track& track, const Match& match) {
             if (i % samplesPerLevel == 0) {
                 const double time = static_cast<double>(i) / sampleRate;
                 const double swell = 0.75 + 0.25 * std::sin(2 * pi * (0.37 * time + pan));
-                level = 0.16 * swell * (0.6 + 1.2 * match.applause(time));
+                level = 0.42 * swell * (0.6 + 1.2 * match.applause(time));
             }
-            track.add(i, level * voices.filter(noise.sample()) + 0.04 * breath.filter(noise.sample()), pan);
+            track.add(i, level * voices.filter(noise.sample()) + 0.08 * breath.filter(noise.sample()), pan);
         }
     }
 }
@@ -141,7 +141,7 @@ void addApplause(Track& track, const Match& match, double seconds) {
         const auto start = static_cast<std::ptrdiff_t>(time * sampleRate);
         for (std::ptrdiff_t i = 0; i < sampleRate / 25; ++i) {
             const double t = static_cast<double>(i) / sampleRate;
-            track.add(start + i, 0.16 * distance * palm.filter(noise.sample()) * std::exp(-t / length), pan);
+            track.add(start + i, 0.42 * distance * palm.filter(noise.sample()) * std::exp(-t / length), pan);
         }
     }
 }

@@ -29,7 +29,6 @@ declare -A allowed=(
 # Which rooms may see an outside library: included header, CMake name, rooms.
 libraries=(
     '<lib(av|sw|postproc)[a-z]*/|PkgConfig::FFMPEG|media'
-    '<(QtNetwork/.*|QNetwork[A-Za-z]*)>|Qt6::Network|http'
     '<mpv/|PkgConfig::MPV|playback'
     '<(QtWidgets/.*|QApplication|Q[A-Za-z]*Widget|Q[A-Za-z]*Dialog|QMainWindow|QLayout|QBoxLayout)>|Qt6::Widgets|ui app playback'
 )
@@ -121,7 +120,6 @@ self_test() {
     expect_fault 'export/Export.h' 'extern "C" {
 #include <libavcodec/avcodec.h>' 'src/export/Export.h:2: only media may see'
     expect_fault 'ui/Player.cpp' '#include <mpv/client.h>' 'only playback may see'
-    expect_fault 'crash/Upload.cpp' '#include <QNetworkReply>' 'only http may see'
     expect_fault 'export/Export.cpp' '#include <QtWidgets/QLabel>' 'only ui, app, playback may see'
     expect_fault 'cli/Main.cpp' '#include <QApplication>' 'only ui, app, playback may see'
     expect_fault 'cli/CMakeLists.txt' 'pointloom_room(cli USES Qt6::Widgets)' 'only ui, app, playback may see'
