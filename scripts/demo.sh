@@ -76,6 +76,7 @@ SCORES
 
 make_project() {
     printf '== project\n'
+    rm -f "$project"
     build/release/pointloom-cli new -o "$project" --sport tennis --template classic \
         --team1 "A. Moreau" --flags1 FR --team2 "L. Ortega" --flags2 ES --sets 3 \
         --video "$clip" --markers "$markers"
