@@ -1,0 +1,59 @@
+// Small files that survive the process: at any instant a file holds its old bytes or its new ones, and
+// when a call returns they are on the disk.
+#pragma once
+
+#include "persistence/FileError.h"
+
+#include <QByteArray>
+#include <QString>
+#include <utility>
+
+namespace pointloom {
+
+/// An open file of the operating system.
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int descriptor = -1)
+        : m_descriptor(descriptor) {}
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept;
+    ~FileDescriptor();
+
+    int get() const { return m_descriptor; }
+    bool isOpen() const { return m_descriptor >= 0; }
+
+private:
+    int m_descriptor;
+};
+
+/// Keeps other processes, and other holders in this one, out of a folder's files as long as it lives.
+/// The system releases it when a process dies. Only those who ask for it are kept out.
+class FolderGuard {
+public:
+    /// Waits for its turn. Throws FileError when the folder cannot be opened.
+    explicit FolderGuard(const QString& folder);
+
+private:
+    FileDescriptor m_folder;
+};
+
+namespace AtomicFile {
+
+/// The whole file; empty when there is none. Throws FileError when it cannot be read or is larger than
+/// `largestSize` bytes.
+QByteArray read(const QString& path);
+
+constexpr qsizetype largestSize = 256 * 1024 * 1024;
+
+/// Replaces the file, or what a symbolic link of that name points to. The new bytes are gathered in
+/// "PATH.new", so hold a FolderGuard where another process may write too. Missing folders are made,
+/// open to this user alone. Throws FileError, and the file stays as it was.
+void write(const QString& path, const QByteArray& bytes);
+
+/// Makes the folder and those above it. Throws FileError.
+void createFolder(const QString& path);
+
+}
+
+}

@@ -1,0 +1,98 @@
+#include "persistence/InstanceChannel.h"
+
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QThread>
+
+namespace pointloom {
+
+namespace {
+
+// A message is a JSON list of texts and a line break; the answer is one byte.
+constexpr qint64 largestMessage = 1024 * 1024; // bytes
+constexpr char answer = '+';
+
+// A folder of this user alone, and a name short enough for a socket.
+QString socketPath(const QString& folder) {
+    const QByteArray place = QFileInfo(folder).canonicalFilePath().toUtf8();
+    const QByteArray digest = QCryptographicHash::hash(place, QCryptographicHash::Sha256).toHex().first(16);
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + QStringLiteral("/pointloom-") +
+           QString::fromLatin1(digest);
+}
+
+std::optional<QStringList> argumentsIn(const QByteArray& message) {
+    const QJsonDocument document = QJsonDocument::fromJson(message);
+    if (!document.isArray())
+        return std::nullopt;
+    QStringList arguments;
+    for (const QJsonValue& value : document.array()) {
+        if (!value.isString())
+            return std::nullopt;
+        arguments.append(value.toString());
+    }
+    return arguments;
+}
+
+}
+
+InstanceServer::InstanceServer(const SessionLock& lock, Handler handler)
+    : m_handler(std::move(handler)) {
+    const QString path = socketPath(lock.folder());
+    QLocalServer::removeServer(path); // left by an instance that died; a living one would hold the lock
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] { greet(); });
+    if (!m_server.listen(path))
+        throw FileError(path, "could not be listened to", m_server.errorString());
+}
+
+void InstanceServer::greet() {
+    while (QLocalSocket* caller = m_server.nextPendingConnection()) {
+        QObject::connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
+        const auto receive = [this, caller] {
+            if (!caller->canReadLine()) {
+                if (caller->bytesAvailable() > largestMessage)
+                    caller->abort();
+                return;
+            }
+            const auto arguments = argumentsIn(caller->readLine(largestMessage));
+            if (!arguments) {
+                caller->abort();
+                return;
+            }
+            caller->write(&answer, 1);
+            caller->disconnectFromServer(); // once the answer is out
+            m_handler(*arguments);
+        };
+        QObject::connect(caller, &QLocalSocket::readyRead, caller, receive);
+        if (caller->bytesAvailable() > 0)
+            receive();
+    }
+}
+
+bool handOver(const QString& folder, const QStringList& arguments, std::chrono::milliseconds timeout) {
+    const QDeadlineTimer deadline(timeout);
+    const auto remaining = [&] { return static_cast<int>(deadline.remainingTime()); };
+    const QString path = socketPath(folder);
+    QLocalSocket socket;
+    // The other instance may hold the lock already and not listen yet.
+    for (socket.connectToServer(path); !socket.waitForConnected(remaining()); socket.connectToServer(path)) {
+        if (deadline.hasExpired())
+            return false;
+        constexpr unsigned long pause = 20; // milliseconds
+        QThread::msleep(pause);
+    }
+    socket.write(QJsonDocument(QJsonArray::fromStringList(arguments)).toJson(QJsonDocument::Compact) + '\n');
+    while (socket.bytesAvailable() == 0) {
+        if (deadline.hasExpired() || !socket.waitForReadyRead(remaining()))
+            return false;
+    }
+    char received = 0;
+    return socket.getChar(&received) && received == answer;
+}
+
+}

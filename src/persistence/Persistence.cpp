@@ -1,0 +1,149 @@
+#include "persistence/Persistence.h"
+
+#include "persistence/AtomicFile.h"
+#include "session/AppState.h"
+#include "json/JsonDocument.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+
+namespace pointloom {
+
+namespace {
+
+template <class Record>
+std::optional<Record> decodeIfFits(const QByteArray& bytes) {
+    try {
+        return json::decode<Record>(json::parse(bytes));
+    } catch (const json::DecodingError&) {
+        return std::nullopt;
+    }
+}
+
+bool fitsAnyRecord(const QByteArray& bytes) {
+    return decodeIfFits<Persistence::Snapshot>(bytes) || decodeIfFits<Persistence::LegacySnapshot>(bytes);
+}
+
+}
+
+Persistence::Persistence(UserDefaults& defaults, const SessionLock&)
+    : m_defaults(defaults) {}
+
+void Persistence::save(const AppState& state) noexcept {
+    try {
+        const QByteArray bytes = json::compact(json::encode(Snapshot::of(state)));
+        setAsideWhatFitsNoRecord();
+        m_defaults.setData(sessionKey, bytes);
+    } catch (const std::exception&) {
+        // The value before stays; the next edit tries again with all of the session.
+    }
+}
+
+void Persistence::load(AppState& into) noexcept {
+    try {
+        const auto stored = m_defaults.data(sessionKey);
+        if (!stored)
+            return;
+        if (const auto snapshot = decodeIfFits<Snapshot>(*stored)) {
+            m_isStoredValueOurs = true;
+            snapshot->restore(into);
+            into.scoreboardUserScale = 1.0;
+        } else if (const auto legacy = decodeIfFits<LegacySnapshot>(*stored)) {
+            m_isStoredValueOurs = true;
+            legacy->migrated().restore(into);
+            save(into);
+        }
+    } catch (const std::exception&) {
+        // As with nothing stored.
+    }
+}
+
+void Persistence::clear() noexcept {
+    try {
+        setAsideWhatFitsNoRecord();
+        m_defaults.remove(sessionKey);
+    } catch (const std::exception&) {
+        // A session that cannot be removed comes back at the next start.
+    }
+}
+
+void Persistence::setAsideWhatFitsNoRecord() {
+    if (m_isStoredValueOurs)
+        return;
+    const auto stored = m_defaults.data(sessionKey);
+    if (stored && !fitsAnyRecord(*stored)) {
+        // Named by its content, so that each such value is kept, and kept once.
+        const QByteArray digest =
+            QCryptographicHash::hash(*stored, QCryptographicHash::Sha256).toHex().first(16);
+        const QString folder = QFileInfo(m_defaults.path()).absolutePath();
+        const QString copy = folder + QStringLiteral("/unreadable-session-") + QString::fromLatin1(digest) +
+                             QStringLiteral(".json");
+        const FolderGuard guard(folder);
+        if (AtomicFile::read(copy) != *stored)
+            AtomicFile::write(copy, *stored);
+    }
+    m_isStoredValueOurs = true;
+}
+
+Persistence::Snapshot Persistence::Snapshot::of(const AppState& state) {
+    const QPointF position = state.scoreboardPosition;
+    const auto& watermark = state.watermarkURL.value();
+    return {.selectedSport = state.selectedSport.value(),
+            .selectedTemplate = state.selectedTemplate.value(),
+            .matchConfig = state.matchConfig.value(),
+            .markers = state.markers.value(),
+            .cuts = state.cuts.value(),
+            .initialScore = state.initialScore.value(),
+            .scoreboardPositionX = position.x(),
+            .scoreboardPositionY = position.y(),
+            .scoreboardUserScale = state.scoreboardUserScale.value(),
+            .trimStart = state.trimStart.value(),
+            .trimEnd = state.trimEnd.value(),
+            .language = state.language.value(),
+            .watermarkPath = watermark ? std::optional(watermark->path(QUrl::FullyDecoded)) : std::nullopt,
+            .watermarkCorner = state.watermarkCorner.value()};
+}
+
+void Persistence::Snapshot::restore(AppState& into) const {
+    into.selectedSport = selectedSport.value_or(SportID::tennis);
+    into.selectedTemplate = selectedTemplate;
+    into.matchConfig = matchConfig;
+    into.markers = markers;
+    into.cuts = cuts;
+    into.initialScore = initialScore;
+    // Positions used to be stored in points.
+    const bool isFraction = scoreboardPositionX <= 1.0 && scoreboardPositionY <= 1.0;
+    into.scoreboardPosition =
+        isFraction ? QPointF(scoreboardPositionX, scoreboardPositionY) : AppState::defaultScoreboardPosition;
+    into.trimStart = trimStart;
+    into.trimEnd = trimEnd;
+    if (language)
+        into.language = *language;
+    if (watermarkPath)
+        into.watermarkURL = QUrl::fromLocalFile(*watermarkPath);
+    if (watermarkCorner)
+        into.watermarkCorner = *watermarkCorner;
+    into.step = 0;
+}
+
+Persistence::Snapshot Persistence::LegacySnapshot::migrated() const {
+    Snapshot current{.selectedSport = std::nullopt,
+                     .selectedTemplate = selectedTemplate,
+                     .matchConfig = matchConfig,
+                     .markers = {},
+                     .cuts = cuts,
+                     .initialScore = initialScore,
+                     .scoreboardPositionX = scoreboardPositionX,
+                     .scoreboardPositionY = scoreboardPositionY,
+                     .scoreboardUserScale = std::nullopt,
+                     .trimStart = trimStart,
+                     .trimEnd = trimEnd,
+                     .language = language,
+                     .watermarkPath = watermarkPath,
+                     .watermarkCorner = watermarkCorner};
+    for (const LegacyMarker& marker : markers)
+        current.markers.push_back({marker.id, marker.startTime, marker.score, marker.label});
+    return current;
+}
+
+}

@@ -1,0 +1,158 @@
+#include "session/AppState.h"
+
+#include "model/ScoringEngine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace pointloom {
+
+namespace {
+
+// Stable: the order of markers at the same time decides which of them counts. A time that is not a
+// number, which a hand-written file may hold, goes to the end.
+void sortByStartTime(std::vector<Marker>& markers) {
+    std::ranges::stable_sort(markers, [](const Marker& left, const Marker& right) {
+        return left.startTime < right.startTime ||
+               (std::isnan(right.startTime) && !std::isnan(left.startTime));
+    });
+}
+
+auto findMarker(std::vector<Marker>& markers, const QUuid& id) {
+    return std::ranges::find(markers, id, &Marker::id);
+}
+
+void registerEdit(UndoManager* undoManager, const QString& name, UndoManager::Action inverse) {
+    if (!undoManager)
+        return;
+    undoManager->registerUndo(std::move(inverse));
+    undoManager->setActionName(name);
+}
+
+}
+
+AppState::AppState(SessionStore* store)
+    : m_store(store) {
+    m_liveScore.setBinding([this] { return resolveLiveScore(); });
+}
+
+std::optional<SportScoreState> AppState::resolveLiveScore() const {
+    const auto& config = matchConfig.value();
+    if (!config)
+        return std::nullopt;
+    if (const Marker* marker = ScoringEngine::markerAtTime(markers.value(), currentTime))
+        return marker->score;
+    if (const auto& initial = initialScore.value())
+        return initial;
+    return ScoringEngine::getInitialScore(*config);
+}
+
+QString AppState::t(L10nKey key) const {
+    return pointloom::t(language, key);
+}
+
+void AppState::addMarker(Marker marker, UndoManager* undoManager) {
+    const QUuid id = marker.id;
+    auto edited = markers.value();
+    edited.push_back(std::move(marker));
+    sortByStartTime(edited);
+    markers = std::move(edited);
+    selectedMarkerID = id;
+    registerEdit(undoManager, QStringLiteral("Add Marker"),
+                 [this, id, undoManager] { removeMarker(id, undoManager); });
+    save();
+}
+
+void AppState::removeMarker(const QUuid& id, UndoManager* undoManager) {
+    auto edited = markers.value();
+    const auto found = findMarker(edited, id);
+    if (found == edited.end())
+        return;
+    const Marker removed = std::move(*found);
+    edited.erase(found);
+    markers = std::move(edited);
+    if (selectedMarkerID.value() == removed.id)
+        selectedMarkerID = std::nullopt;
+    registerEdit(undoManager, QStringLiteral("Delete Marker"),
+                 [this, removed, undoManager] { addMarker(removed, undoManager); });
+    save();
+}
+
+void AppState::updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoManager* undoManager) {
+    auto edited = markers.value();
+    const auto found = findMarker(edited, id);
+    if (found == edited.end())
+        return;
+    const SportScoreState previous = std::exchange(found->score, score);
+    const QUuid edit = found->id;
+    markers = std::move(edited);
+    registerEdit(undoManager, QStringLiteral("Edit Score"),
+                 [this, edit, previous, undoManager] { updateMarkerScore(edit, previous, undoManager); });
+    save();
+}
+
+void AppState::updateMarkerTime(const QUuid& id, double time, UndoManager* undoManager) {
+    auto edited = markers.value();
+    const auto found = findMarker(edited, id);
+    if (found == edited.end())
+        return;
+    const double previous = std::exchange(found->startTime, time);
+    const QUuid edit = found->id;
+    sortByStartTime(edited);
+    markers = std::move(edited);
+    registerEdit(undoManager, QStringLiteral("Move Marker"),
+                 [this, edit, previous, undoManager] { updateMarkerTime(edit, previous, undoManager); });
+    save();
+}
+
+void AppState::updateMarkerLabel(const QUuid& id, const std::optional<QString>& label,
+                                 UndoManager* undoManager) {
+    auto edited = markers.value();
+    const auto found = findMarker(edited, id);
+    if (found == edited.end())
+        return;
+    const std::optional<QString> previous = std::exchange(found->label, label);
+    const QUuid edit = found->id;
+    markers = std::move(edited);
+    registerEdit(undoManager, QStringLiteral("Rename Marker"),
+                 [this, edit, previous, undoManager] { updateMarkerLabel(edit, previous, undoManager); });
+    save();
+}
+
+void AppState::reset() {
+    step = 0;
+    selectedTemplate = std::nullopt;
+    selectedSport = SportID::tennis;
+    matchConfig = std::nullopt;
+    videoURL = std::nullopt;
+    videoDuration = 0;
+    videoWidth = 0;
+    videoHeight = 0;
+    currentTime = 0;
+    isPlaying = false;
+    trimStart = 0;
+    trimEnd = std::nullopt;
+    scoreboardPosition = defaultScoreboardPosition;
+    scoreboardUserScale = 1.0;
+    scoreboardDrawOrigin = defaultScoreboardDrawOrigin;
+    previewAreaSize = QSizeF(0, 0);
+    selectedMarkerID = std::nullopt;
+    markers = std::vector<Marker>{};
+    initialScore = std::nullopt;
+    exportProgress = 0;
+    exportStatus = ExportStatus{};
+    watermarkURL = std::nullopt;
+    watermarkCorner = WatermarkCorner::bottomRight;
+    currentProjectURL = std::nullopt;
+    showLicenseSheet = false;
+    if (m_store)
+        m_store->clear();
+}
+
+void AppState::save() const {
+    if (m_store)
+        m_store->save(*this);
+}
+
+}

@@ -1,0 +1,24 @@
+// What an undoable edit is given to say how it is taken back.
+#pragma once
+
+#include <functional>
+#include <QString>
+
+namespace pointloom {
+
+class UndoManager {
+public:
+    using Action = std::function<void()>;
+
+    virtual ~UndoManager() = default;
+
+    /// Remembers `inverse`, which takes back the edit just made. An edit made while an action is being
+    /// undone becomes its redo, and the other way round.
+    virtual void registerUndo(Action inverse) = 0;
+
+    /// Names the edit registered last, as in "Add Marker". While undoing or redoing, the name that the
+    /// edit was given first stays.
+    virtual void setActionName(const QString& name) = 0;
+};
+
+}

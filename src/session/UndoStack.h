@@ -1,0 +1,54 @@
+// The edits of one window that can be taken back, over Qt's undo stack.
+#pragma once
+
+#include "session/UndoManager.h"
+
+#include <memory>
+#include <QProperty>
+#include <QUndoStack>
+#include <vector>
+
+namespace pointloom {
+
+/// Each `registerUndo` outside of undo and redo is one step. What the registered actions refer to must
+/// outlive the stack or be removed from it with `removeAllActions`.
+class UndoStack final : public UndoManager {
+public:
+    UndoStack();
+    ~UndoStack() override;
+
+    void registerUndo(Action inverse) override;
+    void setActionName(const QString& name) override;
+
+    /// Takes back the latest step, or makes the step taken back last again. Nothing happens when there is
+    /// none, or when called by an action that is itself being undone or redone. A step whose actions find
+    /// nothing left to do is dropped.
+    void undo();
+    void redo();
+
+    /// Forgets everything: for a session that has been replaced.
+    void removeAllActions();
+
+    // For a menu: readers inside a binding register themselves.
+    QBindable<bool> canUndo() const { return &m_canUndo; }
+    QBindable<bool> canRedo() const { return &m_canRedo; }
+    QBindable<QString> undoActionName() const { return &m_undoActionName; } // empty when there is none
+    QBindable<QString> redoActionName() const { return &m_redoActionName; }
+
+private:
+    class Step;
+
+    void replay(void (QUndoStack::*direction)());
+    void publish();
+
+    QUndoStack m_steps;
+    Step* m_latest = nullptr;                  // on top of `m_steps`, waiting for its name
+    std::vector<Action>* m_replayed = nullptr; // where a step that is being replayed collects its inverse
+
+    QProperty<bool> m_canUndo{false};
+    QProperty<bool> m_canRedo{false};
+    QProperty<QString> m_undoActionName;
+    QProperty<QString> m_redoActionName;
+};
+
+}
