@@ -4,6 +4,8 @@ target_compile_options(pointloom_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror
   -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wuseless-cast
   -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Wsuggest-override)
+# GCC 12 takes the inactive alternative of a variant for uninitialised memory when it optimises.
+target_compile_options(pointloom_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 target_compile_definitions(pointloom_options INTERFACE
   QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 target_include_directories(pointloom_options INTERFACE ${PROJECT_SOURCE_DIR}/src)

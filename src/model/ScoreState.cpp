@@ -75,4 +75,16 @@ SportScoreState json::Codec<SportScoreState>::decode(const Value& value, const P
     return json::decode<PointScoreState>(score, scorePlace);
 }
 
+void json::Writer<SportScoreState>::append(QByteArray& text, const SportScoreState& score) {
+    text += '{';
+    appendQuoted(text, typeKey);
+    text += ':';
+    appendQuoted(text, std::holds_alternative<ScoreState>(score) ? tennisType : pointsType);
+    text += ',';
+    appendQuoted(text, scoreKey);
+    text += ':';
+    std::visit([&]<class State>(const State& state) { Writer<State>::append(text, state); }, score);
+    text += '}';
+}
+
 }

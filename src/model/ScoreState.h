@@ -2,7 +2,7 @@
 // and stored as given.
 #pragma once
 
-#include "json/JsonCoding.h"
+#include "json/JsonWriter.h"
 
 #include <cstdint>
 #include <optional>
@@ -117,6 +117,11 @@ template <>
 struct json::Codec<SportScoreState> {
     static OrderedValue encode(const SportScoreState& score);
     static SportScoreState decode(const Value& value, const Path& path);
+};
+
+template <>
+struct json::Writer<SportScoreState> {
+    static void append(QByteArray& text, const SportScoreState& score);
 };
 
 }

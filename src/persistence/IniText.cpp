@@ -94,26 +94,30 @@ QByteArray unescaped(QByteArrayView text) {
     return result;
 }
 
+// Written through a pointer: a session has hundreds of thousands of characters, each worth a look.
 QByteArray quoted(const QByteArray& bytes) {
-    QByteArray result;
-    result.reserve(bytes.size() + bytes.size() / 4 + 2);
-    result.append('"');
+    constexpr qsizetype longestEscape = 4;
+    QByteArray result(bytes.size() * longestEscape + 2, Qt::Uninitialized);
+    char* out = result.data();
+    *out++ = '"';
     bool afterHexEscape = false; // which takes every hexadecimal digit that follows
     for (const char c : bytes) {
         const bool isPrintable = c >= 0x20 && c < 0x7F;
         if (!isPrintable || (afterHexEscape && isHexDigit(c))) {
             constexpr char digits[] = "0123456789abcdef";
             const auto code = static_cast<unsigned char>(c);
-            result.append("\\x").append(digits[code >> 4]).append(digits[code & 0xF]);
+            for (const char escaped : {'\\', 'x', digits[code >> 4], digits[code & 0xF]})
+                *out++ = escaped;
             afterHexEscape = true;
             continue;
         }
         afterHexEscape = false;
         if (c == '"' || c == '\\')
-            result.append('\\');
-        result.append(c);
+            *out++ = '\\';
+        *out++ = c;
     }
-    result.append('"');
+    *out++ = '"';
+    result.truncate(out - result.constData());
     return result;
 }
 

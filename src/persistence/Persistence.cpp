@@ -2,7 +2,7 @@
 
 #include "persistence/AtomicFile.h"
 #include "session/AppState.h"
-#include "json/JsonDocument.h"
+#include "json/JsonWriter.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -31,7 +31,7 @@ Persistence::Persistence(UserDefaults& defaults, const SessionLock&)
 
 void Persistence::save(const AppState& state) noexcept {
     try {
-        const QByteArray bytes = json::compact(json::encode(Snapshot::of(state)));
+        const QByteArray bytes = json::write(Snapshot::of(state));
         setAsideWhatFitsNoRecord();
         m_defaults.setData(sessionKey, bytes);
     } catch (const std::exception&) {
