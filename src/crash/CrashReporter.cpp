@@ -1,11 +1,12 @@
 #include "crash/CrashReporter.h"
 
 #include "crash/CrashCapture.h"
+#include "crash/CrashConsole.h"
 #include "crash/CrashEvent.h"
 #include "crash/EnvelopeUpload.h"
 #include "json/JsonDocument.h"
 
-#include <cstdio>
+#include <exception>
 #include <QFile>
 #include <QFileInfo>
 
@@ -14,10 +15,6 @@ namespace pointloom {
 namespace {
 
 constexpr qsizetype largestRecord = 1024 * 1024; // bytes; ours are a few kilobytes
-
-void print(const QString& line) {
-    std::fprintf(stderr, "[CrashReporter] %s\n", qUtf8Printable(line));
-}
 
 std::optional<PendingCrashReport> readPendingReport(const QString& path) {
     QFile file(path);
@@ -50,13 +47,14 @@ void CrashReporter::setConsentQuery(ConsentQuery query) {
 void CrashReporter::setup(const InfoDictionary& info) {
     const auto dsn = SentryDSN::parse(info.text("SentryDSN").value_or(QString()));
     if (!dsn) {
-        print(QStringLiteral("SentryDSN missing or invalid — monitoring disabled"));
+        printCrashReporterLine(QStringLiteral("SentryDSN missing or invalid — monitoring disabled"));
         return;
     }
     {
         const std::lock_guard lock(m_mutex);
-        m_info = info;
-        m_dsn = dsn;
+        if (m_destination)
+            return;
+        m_destination = Destination{*dsn, info};
     }
     CrashCapture::prepareCrashFilePath();
     CrashCapture::installHandlers();
@@ -69,8 +67,8 @@ void CrashReporter::flushPending() {
 
 void CrashReporter::captureError(const QString& description, const std::map<QString, QString>&) {
     run([this, description] {
-        if (mayReport())
-            print(QStringLiteral("error (not sent in DEBUG): ") + description);
+        if (permittedDestination())
+            printCrashReporterLine(QStringLiteral("error (not sent in DEBUG): ") + description);
     });
 }
 
@@ -103,36 +101,45 @@ void CrashReporter::work() {
         const auto task = std::move(m_tasks.front());
         m_tasks.pop_front();
         lock.unlock();
-        task();
+        try {
+            task();
+        } catch (const std::exception& error) {
+            // A reporter of crashes must not be the cause of one.
+            printCrashReporterLine(QString::fromUtf8(error.what()));
+        }
         lock.lock();
     }
 }
 
-bool CrashReporter::mayReport() const {
-    ConsentQuery hasConsent;
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!m_dsn)
-            return false;
-        hasConsent = m_hasConsent;
-    }
-    return hasConsent && hasConsent();
-}
-
 void CrashReporter::sendPending() {
-    if (!mayReport())
+    const auto destination = permittedDestination();
+    if (!destination)
         return;
     const QString path = CrashCapture::crashFilePath();
     const auto report = readPendingReport(path);
     if (!report)
         return;
     QFile::remove(path);
-    const SentryDSN dsn = *m_dsn; // set once, before this task was queued
-    const QByteArray envelope = CrashEvent::envelope(CrashEvent::eventOf(*report, m_info), dsn);
-    uploadEnvelope(envelope, dsn, [this] {
+    const auto event = CrashEvent::eventOf(*report, destination->info);
+    uploadEnvelope(CrashEvent::envelope(event, destination->dsn), destination->dsn,
+                   [this] { return isStopping(); });
+}
+
+// Where reports go, when there is such a place and the user agreed.
+std::optional<CrashReporter::Destination> CrashReporter::permittedDestination() const {
+    ConsentQuery hasConsent;
+    std::optional<Destination> destination;
+    {
         const std::lock_guard lock(m_mutex);
-        return m_isStopping;
-    });
+        hasConsent = m_hasConsent;
+        destination = m_destination;
+    }
+    return destination && hasConsent && hasConsent() ? destination : std::nullopt;
+}
+
+bool CrashReporter::isStopping() const {
+    const std::lock_guard lock(m_mutex);
+    return m_isStopping;
 }
 
 }

@@ -32,11 +32,11 @@ public:
     void setConsentQuery(ConsentQuery query);
 
     /// Reads the DSN under "SentryDSN" of `info`, readies capture and sends a pending record. Without a
-    /// valid DSN no handlers are installed and nothing is sent in this run.
+    /// valid DSN no handlers are installed and nothing is sent in this run. Only the first DSN counts.
     void setup(const InfoDictionary& info);
 
     /// Sends the pending record if there is one, the user agreed and a DSN is known. The record is deleted
-    /// first, so that it is sent at most once.
+    /// first, so that it is sent at most once. A record that cannot be read stays where it is.
     void flushPending();
 
     /// Prints an error that is not fatal; nothing is sent.
@@ -46,16 +46,21 @@ public:
     void stop();
 
 private:
+    struct Destination {
+        SentryDSN dsn;
+        InfoDictionary info;
+    };
+
     void run(std::function<void()> task);
     void work();
     void sendPending();
-    bool mayReport() const;
+    std::optional<Destination> permittedDestination() const;
+    bool isStopping() const;
 
-    ConsentQuery m_hasConsent;
-    std::optional<SentryDSN> m_dsn; // guarded by m_mutex
-    InfoDictionary m_info;          // set before m_dsn
-    mutable std::mutex m_mutex;
+    mutable std::mutex m_mutex; // guards all that follows but the thread
     std::condition_variable m_wake;
+    ConsentQuery m_hasConsent;
+    std::optional<Destination> m_destination;
     std::deque<std::function<void()>> m_tasks;
     bool m_isStopping = false;
     std::thread m_thread; // started by the first task
