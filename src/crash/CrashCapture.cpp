@@ -6,7 +6,7 @@
 
 #include <array>
 #include <csignal>
-#include <cstring>
+#include <cstdlib>
 #include <ctime>
 #include <cxxabi.h>
 #include <exception>
@@ -15,9 +15,13 @@
 #include <memory>
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <typeinfo>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace pointloom::CrashCapture {
 
@@ -31,9 +35,11 @@ QString demangled(const char* mangled) {
     return QString::fromUtf8(status == 0 ? text.get() : mangled);
 }
 
-// "program(_ZN4nameEv+0x12) [0x55...]" with the mangled name replaced by the written one.
+// "/folder/program(_ZN4nameEv+0x12) [0x55...]" as "program(name()+0x12) [0x55...]": the folder may name the
+// person who installed it.
 QString readableFrame(const char* symbol) {
-    const QString line = QString::fromUtf8(symbol);
+    QString line = QString::fromUtf8(symbol);
+    line.remove(0, line.left(line.indexOf(u'(')).lastIndexOf(u'/') + 1);
     const qsizetype open = line.indexOf(u'(');
     const qsizetype plus = line.indexOf(u'+', open);
     if (open < 0 || plus <= open + 1)
@@ -45,7 +51,8 @@ QString readableFrame(const char* symbol) {
 std::vector<QString> callStack() {
     std::array<void*, 128> addresses{};
     const int count = backtrace(addresses.data(), static_cast<int>(addresses.size()));
-    const std::unique_ptr<char*, decltype(&std::free)> symbols(backtrace_symbols(addresses.data(), count), &std::free);
+    const std::unique_ptr<char*, decltype(&std::free)> symbols(backtrace_symbols(addresses.data(), count),
+                                                               &std::free);
     std::vector<QString> lines;
     for (int i = 0; symbols && i < count; ++i)
         lines.push_back(readableFrame(symbols.get()[i]));
@@ -58,7 +65,8 @@ void describeException(PendingCrashReport& report) {
     try {
         throw;
     } catch (const std::exception& error) {
-        report.exceptionReason = QString::fromUtf8(error.what());
+        if (const char* reason = error.what(); reason && *reason != '\0')
+            report.exceptionReason = QString::fromUtf8(reason);
     } catch (...) {
         // Anything can be thrown; what is no std::exception has no reason.
     }
@@ -76,16 +84,22 @@ void writeExceptionRecord() {
     file.commit();
 }
 
+std::terminate_handler platformHandler = nullptr;
+
 [[noreturn]] void handleUncaughtException() {
-    if (std::current_exception()) {
+    // An exception whose own description throws comes here a second time.
+    static thread_local bool isHandling = false;
+    if (std::current_exception() && !std::exchange(isHandling, true)) {
         try {
             writeExceptionRecord();
+            // The abort that follows is this exception's end, not a crash of its own.
+            std::signal(SIGABRT, SIG_DFL);
         } catch (...) {
-            // Nothing more can be done for a process that is out of memory.
+            // Out of memory: the abort leaves the record of a signal, which needs none.
         }
-        // The abort that follows is this exception's end, not a crash of its own.
-        std::signal(SIGABRT, SIG_DFL);
     }
+    if (platformHandler)
+        platformHandler(); // names the exception on the console, then aborts
     std::abort();
 }
 
@@ -97,16 +111,13 @@ public:
             m_text[m_length++] = *text++;
     }
 
-    void append(long long number) {
-        std::array<char, 24> digits{};
+    void append(unsigned long long number) {
+        std::array<char, 20> digits{}; // the longest 64-bit number
         std::size_t count = 0;
-        auto rest = static_cast<unsigned long long>(number < 0 ? -number : number);
         do {
-            digits[count++] = static_cast<char>('0' + rest % 10);
-            rest /= 10;
-        } while (rest != 0);
-        if (number < 0)
-            digits[count++] = '-';
+            digits[count++] = static_cast<char>('0' + number % 10);
+            number /= 10;
+        } while (number != 0);
         while (count > 0 && m_length < m_text.size())
             m_text[m_length++] = digits[--count];
     }
@@ -122,15 +133,16 @@ private:
 extern "C" void handleFatalSignal(int number) {
     RecordText text;
     text.append("{\"timestamp\":\"");
-    text.append(static_cast<long long>(std::time(nullptr)));
+    text.append(static_cast<unsigned long long>(std::time(nullptr)));
     text.append("\",\"signal\":");
-    text.append(static_cast<long long>(number));
+    text.append(static_cast<unsigned long long>(number));
     text.append("}\n");
     CrashReporterGlobals::withCrashFilePathBuffer([&](const char* path) {
         if (*path == '\0')
             return;
         constexpr mode_t readableByAll = 0644;
-        const int file = ::open(path, O_WRONLY | O_CREAT | O_TRUNC, readableByAll);
+        // Without O_NONBLOCK a pipe that somebody put there would keep the process from ending.
+        const int file = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK, readableByAll);
         if (file < 0)
             return;
         [[maybe_unused]] const ssize_t written = ::write(file, text.data(), text.length());
@@ -143,20 +155,24 @@ extern "C" void handleFatalSignal(int number) {
 }
 
 QString crashFilePath() {
-    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Pointloom"));
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (data.isEmpty())
+        qFatal("This system names no folder for application data.");
+    const QDir folder(data + QStringLiteral("/Pointloom"));
     folder.mkpath(QStringLiteral("."));
     return folder.filePath(QStringLiteral("pending_crash.json"));
 }
 
 void prepareCrashFilePath() {
-    CrashReporterGlobals::setCrashFilePath(crashFilePath().toStdString());
+    CrashReporterGlobals::setCrashFilePath(QFile::encodeName(crashFilePath()).toStdString());
 }
 
 void installHandlers() {
     // The first backtrace loads a library, which must not happen in a dying process.
     std::array<void*, 1> warmUp{};
     backtrace(warmUp.data(), static_cast<int>(warmUp.size()));
-    std::set_terminate(handleUncaughtException);
+    if (const auto before = std::set_terminate(handleUncaughtException); before != handleUncaughtException)
+        platformHandler = before;
     for (const int number : {SIGABRT, SIGSEGV, SIGILL, SIGBUS})
         std::signal(number, handleFatalSignal);
 }

@@ -20,8 +20,9 @@ QString osName() {
     if (type == u"macos" || type == u"osx")
         return QStringLiteral("macOS");
     const QString pretty = QSysInfo::prettyProductName(); // "Debian GNU/Linux 12 (bookworm)"
-    const qsizetype version = pretty.indexOf(u' ' + QSysInfo::productVersion());
-    return version > 0 ? pretty.left(version) : pretty;
+    const QString number = QSysInfo::productVersion();
+    const qsizetype at = number.isEmpty() ? -1 : pretty.indexOf(u' ' + number);
+    return at > 0 ? pretty.left(at) : pretty;
 }
 
 json::OrderedValue framesOf(const std::vector<QString>& lines) {
@@ -69,14 +70,15 @@ json::OrderedValue eventOf(const PendingCrashReport& report, const InfoDictionar
     else if (report.signal)
         type = QStringLiteral("Signal-%1").arg(*report.signal);
     const QString value = report.exceptionReason.value_or(QStringLiteral("Low-level signal crash"));
-    return buildEvent(QStringLiteral("fatal"), type, value, report.callStack.value_or(std::vector<QString>()), {}, info);
+    return buildEvent(QStringLiteral("fatal"), type, value, report.callStack.value_or(std::vector<QString>()),
+                      {}, info);
 }
 
 QByteArray envelope(const json::OrderedValue& event, const SentryDSN& dsn) {
     const QByteArray body = json::compact(event);
     const QByteArray sentAt = QByteArray::fromStdString(now());
-    return "{\"dsn\":\"" + dsn.rawDSN.toUtf8() + "\",\"sent_at\":\"" + sentAt + "\"}\n"
-           + "{\"type\":\"event\",\"length\":" + QByteArray::number(body.size()) + "}\n" + body + "\n";
+    return "{\"dsn\":\"" + dsn.rawDSN.toUtf8() + "\",\"sent_at\":\"" + sentAt + "\"}\n" +
+           "{\"type\":\"event\",\"length\":" + QByteArray::number(body.size()) + "}\n" + body + "\n";
 }
 
 }

@@ -8,7 +8,8 @@ namespace {
 
 bool isSafeInHeaders(const QString& text) {
     return std::all_of(text.begin(), text.end(), [](QChar character) {
-        return character > u' ' && character < u'\x7f' && character != u'"' && character != u'\\' && character != u',';
+        return character > u' ' && character < u'\x7f' && character != u'"' && character != u'\\' &&
+               character != u',';
     });
 }
 
@@ -23,9 +24,13 @@ std::optional<SentryDSN> SentryDSN::parse(const QString& text) {
     if (project.isEmpty() || !isSafeInHeaders(key))
         return std::nullopt;
     const QString scheme = url.scheme().isEmpty() ? QStringLiteral("https") : url.scheme();
-    const QUrl envelope(QStringLiteral("%1://%2/api/%3/envelope/").arg(scheme, url.host(QUrl::FullyEncoded), project),
-                        QUrl::StrictMode);
-    if (!envelope.isValid() || (scheme != u"https" && scheme != u"http"))
+    if (scheme != u"https" && scheme != u"http")
+        return std::nullopt;
+    QUrl envelope;
+    envelope.setScheme(scheme);
+    envelope.setHost(url.host());
+    envelope.setPath(QStringLiteral("/api/%1/envelope/").arg(project), QUrl::StrictMode);
+    if (!envelope.isValid())
         return std::nullopt;
     return SentryDSN{envelope, key, text};
 }
