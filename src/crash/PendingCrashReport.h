@@ -1,7 +1,7 @@
 // The record that a dying process leaves for its next start.
 #pragma once
 
-#include "json/JsonCoding.h"
+#include "json/JsonFields.h"
 
 #include <cstdint>
 #include <optional>

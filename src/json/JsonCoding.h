@@ -1,15 +1,10 @@
-// Turns value records into JSON and back. A record names its fields once:
-//
-//     static constexpr auto jsonFields() {
-//         return std::tuple{json::field("start", &CutZone::start), json::field("end", &CutZone::end)};
-//     }
-//
-// An absent optional field is left out; a missing required key, a value of the wrong type or an unknown
-// raw value throws DecodingError with its place. Unknown keys are ignored. Nothing has a default on reading.
+// Turns value records into JSON trees and back. An absent optional field is left out; a missing required
+// key, a value of the wrong type or an unknown raw value throws DecodingError with its place. Unknown keys
+// are ignored. Nothing has a default on reading.
 #pragma once
 
 #include "json/JsonError.h"
-#include "json/RawValues.h"
+#include "json/JsonFields.h"
 
 #include <cmath>
 #include <concepts>
@@ -24,27 +19,6 @@
 #include <vector>
 
 namespace pointloom::json {
-
-using Value = nlohmann::json;                // keys sorted; what decoding reads
-using OrderedValue = nlohmann::ordered_json; // keys in the order of writing; what encoding makes
-
-template <class Record, class Member>
-struct Field {
-    std::string_view key;
-    Member Record::*member;
-};
-
-template <class Record, class Member>
-constexpr Field<Record, Member> field(std::string_view key, Member Record::*member) {
-    return {key, member};
-}
-
-template <class T>
-concept JsonRecord = requires { T::jsonFields(); };
-
-/// How one type is written and read; specialise it for a type that is neither a record nor in this file.
-template <class T>
-struct Codec;
 
 template <class T>
 OrderedValue encode(const T& value) {

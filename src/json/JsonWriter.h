@@ -8,8 +8,7 @@
 
 namespace pointloom::json {
 
-/// How one type is appended to a text; specialise it beside a Codec where the way through a tree, which
-/// any other type takes, costs too much.
+/// Any type that has no Writer of its own goes through a tree.
 template <class T>
 struct Writer {
     static void append(QByteArray& text, const T& value) { text += compact(Codec<T>::encode(value)); }

@@ -1,7 +1,7 @@
 // Who plays, in which format, over how many sets.
 #pragma once
 
-#include "json/JsonCoding.h"
+#include "json/JsonFields.h"
 #include "model/SportID.h"
 
 #include <optional>

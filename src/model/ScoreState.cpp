@@ -1,5 +1,7 @@
 #include "model/ScoreState.h"
 
+#include "json/JsonWriter.h"
+
 namespace pointloom {
 
 QString displayString(GamePoint point) {

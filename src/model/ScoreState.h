@@ -2,7 +2,7 @@
 // and stored as given.
 #pragma once
 
-#include "json/JsonWriter.h"
+#include "json/JsonFields.h"
 
 #include <cstdint>
 #include <optional>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/ExportOptions.h"
+#include "json/JsonFields.h"
 #include "l10n/Language.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
@@ -9,7 +10,6 @@
 #include "persistence/UserDefaults.h"
 #include "render/TemplateID.h"
 #include "session/SessionStore.h"
-#include "json/JsonCoding.h"
 
 #include <optional>
 #include <QString>
