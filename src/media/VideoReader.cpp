@@ -52,7 +52,7 @@ VideoReader VideoReader::open(const QString& path) {
     InputFile file = InputFile::open(path);
     OpenedMedia media = openMedia(file, 0);
     if (!media.info.video)
-        throw MediaError("the file has no video track");
+        throw NoVideoTrackError("the file has no video track");
     auto state = std::make_unique<State>(State{path, std::move(file), std::move(media)});
     state->anyPicture = state->media.firstPicture != nullptr;
     return VideoReader(std::move(state));

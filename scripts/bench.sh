@@ -1,0 +1,145 @@
+#!/usr/bin/env bash
+# Times exports against FFmpeg doing the same work, side by side, and prints ratios.
+#
+#   scripts/bench.sh [--pairs N] [CLIP ...]
+#
+# Each row runs ours and theirs in turn N times (5 unless told) and shows the median of the pairs'
+# ratios, so that a machine whose speed drifts does not decide. Without CLIP one 1080p clip with sensor
+# noise and handheld sway is made; clips given are measured beside it. Nothing here passes or fails.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+pairs=5
+clips=()
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --pairs) pairs=$2; shift 2 ;;
+        -h|--help) sed -n '2,8s/^# \{0,1\}//p' "$0"; exit 0 ;;
+        *) clips+=("$(realpath "$1")"); shift ;;
+    esac
+done
+
+scripts/setup.sh
+echo "Building the release ..."
+cmake --preset release >/dev/null
+cmake --build --preset release >/dev/null
+cli=build/release/pointloom-cli
+work=build/bench
+mkdir -p "$work"
+
+if [ ! -s "$work/camera.mp4" ]; then
+    echo "Making a 10 s clip of 1080p30 with sensor noise ..."
+    build/release/sample-clip "$work/camera.mp4" --size 1920x1080 --fps 30 --seconds 10 --camera-noise >/dev/null
+fi
+clips=("$work/camera.mp4" ${clips[@]+"${clips[@]}"})
+
+duration_of() { ffprobe -v error -show_entries format=duration -of csv=p=0 "$1"; }
+size_of() { ffprobe -v error -select_streams v:0 -show_entries stream=width,height -of csv=p=0:s=x "$1" | head -n 1 | tr -d '\r'; }
+
+# project CLIP MARKERS: a document whose markers are spread over the clip.
+project() {
+    local clip=$1 count=$2 file=$work/$(basename "$1").$2.plp csv=$work/$(basename "$1").$2.csv
+    awk -v n="$count" -v d="$(duration_of "$clip")" 'BEGIN {
+        split("0 15 30 40 adv", point, " ");
+        print "startTime,label,servingTeam,game_team1,game_team2,set1_t1,set1_t2,set2_t1,set2_t2,set3_t1,set3_t2";
+        for (i = 0; i < n; i++)
+            printf "%.4f,,%d,%s,%s,%d,%d,%d,%d,0,0\n", i * d / n, i % 2 + 1, point[i % 5 + 1], point[(i * 3) % 4 + 1], \
+                   (i / 9) % 7, (i / 13) % 7, (i / 17) % 7, (i / 23) % 7;
+    }' >"$csv"
+    "$cli" new -o "$file" --sport tennis --template classic --team1 "Dravnik" --team2 "Solvane" \
+        --flags1 FR --flags2 ES --sets 3 --video "$clip" --markers "$csv" >/dev/null
+    echo "$file"
+}
+
+# boards PROJECT MARKERS CLIP: the scoreboard's pictures as a list for FFmpeg's concat demuxer.
+boards() {
+    local plp=$1 count=$2 step list=$work/boards.$2.txt
+    step=$(awk -v n="$count" -v d="$(duration_of "$3")" 'BEGIN { printf "%.4f", d / n }')
+    if [ ! -s "$list" ]; then
+        for ((i = 0; i < count; i++)); do
+            local at; at=$(awk -v i="$i" -v s="$step" 'BEGIN { printf "%.4f", i * s + 0.0005 }')
+            "$cli" scoreboard "$plp" --at "$at" -o "$work/board.$count.$i.png" >/dev/null
+            printf "file 'board.%d.%d.png'\nduration %s\n" "$count" "$i" "$step"
+        done >"$list"
+        printf "file 'board.%d.%d.png'\n" "$count" $((count - 1)) >>"$list"
+    fi
+    echo "$list"
+}
+
+# measured COMMAND ...: "seconds kilobytes" of one run.
+measured() {
+    local report=$work/time.txt
+    if ! /usr/bin/time -f '%e %M' -o "$report" "$@" >"$work/run.log" 2>&1; then
+        echo "failed: $*" >&2
+        tail -n 3 "$work/run.log" >&2
+        exit 1
+    fi
+    tail -n 1 "$report"
+}
+
+median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
+
+# compare TITLE TARGET: runs the arrays `ours` and `theirs` in turn.
+compare() {
+    local title=$1 target=$2 a b
+    : >"$work/ratios"; : >"$work/memory"; : >"$work/ours"; : >"$work/theirs"
+    measured "${ours[@]}" >/dev/null # warms the caches for both
+    for ((pair = 0; pair < pairs; pair++)); do
+        a=$(measured "${ours[@]}")
+        b=$(measured "${theirs[@]}")
+        awk -v a="$a" -v b="$b" 'BEGIN { split(a, x, " "); split(b, y, " "); printf "%.4f\n", x[1] / y[1] }' >>"$work/ratios"
+        awk -v a="$a" -v b="$b" 'BEGIN { split(a, x, " "); split(b, y, " "); printf "%.4f\n", x[2] / y[2] }' >>"$work/memory"
+        echo "${a% *}" >>"$work/ours"
+        echo "${b% *}" >>"$work/theirs"
+    done
+    printf '| %-58s | %5.2f | %6s | %5.2f | %6.2f | %6.2f |\n' "$title" "$(median <"$work/ratios")" "$target" \
+        "$(median <"$work/memory")" "$(median <"$work/ours")" "$(median <"$work/theirs")"
+}
+
+sound=(-c:a aac -b:a 192k -ar 44100 -ac 2)
+ff=(ffmpeg -nostdin -v error -y)
+
+echo
+echo "Machine: $(nproc) cores, $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1); $pairs pairs a row"
+echo
+printf '| %-58s | %5s | %6s | %5s | %6s | %6s |\n' "export against FFmpeg" time target mem "ours s" "its s"
+echo '|---|---|---|---|---|---|'
+for clip in "${clips[@]}"; do
+    name="$(basename "$clip") $(size_of "$clip")"
+    five=$(project "$clip" 5)
+    hundred=$(project "$clip" 100)
+    thousand=$(project "$clip" 1000)
+    list=$(boards "$hundred" 100 "$clip")
+    overlay='[0:v][1:v]overlay=30:20:eof_action=repeat'
+    out=$work/ours.mp4
+    export_to=("$cli" export --progress none -o)
+
+    ours=("${export_to[@]}" "$out" "$five"); theirs=("${ff[@]}" -i "$clip" -c:v libx264 "${sound[@]}" -movflags +faststart "$work/its.mp4")
+    compare "$name, 5 markers, plain transcode" "1.00"
+    ours=("${export_to[@]}" "$out" "$thousand")
+    compare "$name, 1,000 markers, plain transcode" "1.02"
+    ours=("${export_to[@]}" "$out" "$hundred")
+    theirs=("${ff[@]}" -i "$clip" -f concat -safe 0 -i "$list" -filter_complex "$overlay" -c:v libx264 "${sound[@]}" -movflags +faststart "$work/its.mp4")
+    compare "$name, 100 markers, overlay filter" "0.97"
+    ours=("${export_to[@]}" "$out" "$hundred" --encoder-preset veryfast)
+    theirs=("${ff[@]}" -i "$clip" -f concat -safe 0 -i "$list" -filter_complex "$overlay" -c:v libx264 -preset veryfast "${sound[@]}" -movflags +faststart "$work/its.mp4")
+    compare "$name, 100 markers, overlay filter, veryfast" "0.85"
+    ours=("${export_to[@]}" "$work/ours.mov" "$five" --format prores)
+    theirs=("${ff[@]}" -i "$clip" -i "$work/board.100.0.png" -filter_complex '[0:v][1:v]overlay=30:20:format=yuv422p10' -c:v prores_ks -profile:v standard "${sound[@]}" "$work/its.mov")
+    compare "$name, ProRes, prores_ks with overlay" "0.40"
+done
+
+echo
+echo "Memory over the clip's length (veryfast):"
+if [ ! -s "$work/long.mp4" ]; then
+    ffmpeg -nostdin -v error -y -stream_loop 59 -i "$work/camera.mp4" -c copy "$work/long.mp4"
+fi
+short_kb=$(measured "$cli" export --progress none -o "$work/ours.mp4" "$(project "$work/camera.mp4" 5)" --encoder-preset veryfast)
+long_kb=$(measured "$cli" export --progress none -o "$work/ours.mp4" "$(project "$work/long.mp4" 1000)" --encoder-preset veryfast)
+awk -v a="${short_kb#* }" -v b="${long_kb#* }" 'BEGIN { printf "10 s: %.0f MB, 10 min: %.0f MB, ratio %.3f (target 0.95 to 1.05)\n", a / 1024, b / 1024, b / a }'
+rm -f "$work"/ours.* "$work"/its.*
+
+echo
+for program in build/release/bench_*; do
+    [ -x "$program" ] && QT_QPA_PLATFORM=offscreen "$program" --benchmark_min_time=0.5 2>/dev/null
+done

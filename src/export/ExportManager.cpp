@@ -1,0 +1,353 @@
+#include "export/ExportManager.h"
+
+#include "crash/CrashReporter.h"
+#include "export/FrameOverlay.h"
+#include "export/FrameSource.h"
+#include "export/PictureLayout.h"
+#include "media/FrameImage.h"
+#include "media/MediaError.h"
+#include "media/MediaWriter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QTransform>
+
+namespace pointloom {
+
+namespace {
+
+using media::AudioReader;
+using media::FrameConverter;
+using media::MediaError;
+using media::MediaWriter;
+using media::VideoReader;
+
+ExportError failure(const char* what, const std::exception& reason) {
+    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()));
+}
+
+media::VideoCodec codecOf(ExportFormat format) {
+    switch (format) {
+    case ExportFormat::h264:
+        return media::VideoCodec::h264;
+    case ExportFormat::hevc:
+        return media::VideoCodec::hevc;
+    case ExportFormat::prores:
+        return media::VideoCodec::prores;
+    }
+    Q_UNREACHABLE();
+}
+
+VideoReader openVideo(const QString& path) {
+    try {
+        return VideoReader::open(path);
+    } catch (const media::NoVideoTrackError&) {
+        throw ExportError::noVideoTrack();
+    } catch (const MediaError& error) {
+        throw failure("Reader failed: ", error);
+    }
+}
+
+void requireOverlaySize(const media::VideoTrackInfo& track) {
+    if (track.storedSize.width() < 2 || track.storedSize.height() < 2)
+        throw ExportError::exportFailed(QStringLiteral("Cannot add video output."));
+}
+
+void requireOtherFile(const ExportJob& job) {
+    const QString source = QFileInfo(job.videoPath).canonicalFilePath();
+    if (!source.isEmpty() && source == QFileInfo(job.outputPath).canonicalFilePath())
+        throw ExportError::exportFailed(QStringLiteral("the new video would replace the match video itself"));
+}
+
+void requireRange(const ExportJob& job, double videoDuration) {
+    const auto text = [](double seconds) { return QString::number(seconds, 'f', 2); };
+    if (!std::isfinite(job.trimStart) || job.trimStart < 0 || (job.trimEnd && !std::isfinite(*job.trimEnd)))
+        throw ExportError::exportFailed(QStringLiteral("the trim range is not a time"));
+    if (job.trimEnd && *job.trimEnd <= job.trimStart) {
+        throw ExportError::exportFailed(
+            QStringLiteral("the trim range ends (%1 s) before it starts (%2 s)").arg(text(*job.trimEnd), text(job.trimStart)));
+    }
+    if (job.trimStart > 0 && videoDuration > 0 && job.trimStart >= videoDuration) {
+        throw ExportError::exportFailed(QStringLiteral("the trim range starts (%1 s) after the end of the video (%2 s)")
+                                            .arg(text(job.trimStart), text(videoDuration)));
+    }
+}
+
+// What is known before the first frame is decoded.
+struct Plan {
+    PictureLayout layout;
+    media::FrameFormat frameFormat;
+    TrimRange range;
+    double frameRate = 30;
+    std::int64_t expectedFrames = 1;
+};
+
+Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
+    const media::VideoTrackInfo& track = *info.video;
+    Plan plan{
+        .layout = planPicture(track, job.preset),
+        .frameFormat = media::encodableFormat(
+            codecOf(job.format),
+            track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color})),
+        .range = TrimRange(job.trimStart, job.trimEnd),
+    };
+    if (track.frameRate.value() > 0)
+        plan.frameRate = track.frameRate.value();
+    const double length = job.trimEnd.value_or(info.duration) - job.trimStart;
+    plan.expectedFrames = std::max<std::int64_t>(1, static_cast<std::int64_t>(length * plan.frameRate));
+    return plan;
+}
+
+FrameConverter makeConverter(const media::VideoTrackInfo& track, const PictureLayout& layout,
+                             const media::FrameFormat& format) {
+    return {track, media::PictureTarget{
+                       .size = layout.frameSize,
+                       .picture = layout.picture,
+                       .orientation = layout.keepsStoredPicture ? media::Orientation{} : track.orientation,
+                       .sampleAspectRatio = layout.sampleAspectRatio,
+                       .format = format,
+                   }};
+}
+
+std::optional<AudioReader> openAudio(const ExportJob& job, const Plan& plan) {
+    try {
+        return AudioReader::open(job.videoPath, plan.range.start(), plan.range.end());
+    } catch (const MediaError&) {
+        return std::nullopt; // trouble with the sound never fails an export
+    }
+}
+
+MediaWriter openWriter(const ExportJob& job, const Plan& plan, const media::VideoTrackInfo& track, bool withAudio) {
+    QFile::remove(job.outputPath);
+    const media::VideoSettings settings{
+        .codec = codecOf(job.format),
+        .size = plan.layout.frameSize,
+        .format = plan.frameFormat,
+        .orientation = plan.layout.orientation,
+        .sampleAspectRatio = plan.layout.sampleAspectRatio,
+        .timeBase = track.timeBase,
+        .frameRate = track.frameRate,
+        .encoderPreset = job.encoderPreset,
+    };
+    try {
+        return MediaWriter::create(job.outputPath, settings, withAudio);
+    } catch (const MediaError& error) {
+        throw failure("Writer failed: ", error);
+    }
+}
+
+// Reports each whole per cent once.
+class ProgressMeter {
+public:
+    ProgressMeter(const ExportManager::ProgressReport& report, std::int64_t expectedFrames)
+        : m_report(report)
+        , m_expectedFrames(expectedFrames) {}
+
+    void countFrame() {
+        constexpr double mostBeforeTheEnd = 0.95; // the encoders' last frames and the index take time too
+        ++m_frames;
+        const double fraction = static_cast<double>(m_frames) / static_cast<double>(m_expectedFrames);
+        const int percent = static_cast<int>(fraction * 100);
+        if (percent == m_lastPercent)
+            return;
+        m_lastPercent = percent;
+        send(std::min(fraction, mostBeforeTheEnd));
+    }
+
+    void finish() { send(1.0); }
+
+private:
+    void send(double fraction) const {
+        if (m_report)
+            m_report({fraction, m_frames, std::max(m_expectedFrames, m_frames)});
+    }
+
+    const ExportManager::ProgressReport& m_report;
+    std::int64_t m_expectedFrames;
+    std::int64_t m_frames = 0;
+    int m_lastPercent = -1;
+};
+
+// Feeds the writer sound so that it keeps just ahead of the pictures.
+class SoundTrack {
+public:
+    SoundTrack(std::optional<AudioReader> reader, MediaWriter& writer)
+        : m_reader(writer.hasAudio() ? std::move(reader) : std::nullopt)
+        , m_writer(writer) {}
+
+    void writeUntil(double time) {
+        while (m_reader && m_writtenUntil <= time)
+            writeNext();
+    }
+
+    void writeRest() {
+        while (m_reader)
+            writeNext();
+    }
+
+private:
+    void writeNext() {
+        try {
+            if (const auto run = m_reader->read()) {
+                m_writtenUntil = static_cast<double>(run->firstSample + run->sampleCount) / media::audioSampleRate;
+                (void)m_writer.writeAudio(*run); // a refused run is left out
+                return;
+            }
+        } catch (const MediaError&) {
+            // The sound ends where it can no longer be read.
+        }
+        m_reader.reset();
+    }
+
+    std::optional<AudioReader> m_reader;
+    MediaWriter& m_writer;
+    double m_writtenUntil = 0; // seconds of the new file
+};
+
+std::optional<TrimmedFrame> nextFrame(FrameSource& frames) {
+    try {
+        return frames.next();
+    } catch (const MediaError& error) {
+        throw failure("Reader error: ", error);
+    }
+}
+
+// The loop over all frames. False when it was cancelled.
+bool writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer, SoundTrack& sound,
+                 ProgressMeter& progress, const ExportManager::CancelQuery& isCancelled) {
+    constexpr double soundAhead = 0.5; // seconds
+    bool wroteAny = false;
+    while (true) {
+        if (isCancelled && isCancelled())
+            return false;
+        const auto next = nextFrame(frames);
+        if (!next)
+            break;
+        overlay.drawInto(next->frame, next->sourceTime);
+        try {
+            writer.writeVideo(next->frame);
+        } catch (const MediaError& error) {
+            throw failure("Append failed: ", error);
+        }
+        wroteAny = true;
+        progress.countFrame();
+        const double time = static_cast<double>(next->frame.timestamp()) * next->frame.timeBase().value();
+        sound.writeUntil(time + soundAhead);
+    }
+    if (!wroteAny)
+        throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));
+    sound.writeRest();
+    return !(isCancelled && isCancelled());
+}
+
+// Removes the file unless the export was completed.
+class PartialFile {
+public:
+    explicit PartialFile(QString path)
+        : m_path(std::move(path)) {}
+    ~PartialFile() {
+        if (!m_isComplete)
+            QFile::remove(m_path);
+    }
+    PartialFile(const PartialFile&) = delete;
+    PartialFile& operator=(const PartialFile&) = delete;
+
+    void keep() { m_isComplete = true; }
+
+private:
+    QString m_path;
+    bool m_isComplete = false;
+};
+
+QImage uprightImage(const media::RgbaPicture& picture, const PictureLayout& layout) {
+    const auto bytesPerRow = static_cast<qsizetype>(picture.width) * 4;
+    const QImage stored(picture.pixels.data(), picture.width, picture.height, bytesPerRow, QImage::Format_RGBX8888);
+    QImage upright = stored.mirrored(layout.orientation.mirrored, false)
+                         .transformed(QTransform().rotate(90.0 * layout.orientation.quarterTurns));
+    const QSize shown = layout.canvas.toSize();
+    if (upright.size() != shown)
+        upright = upright.scaled(shown, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return upright.convertToFormat(QImage::Format_RGB32);
+}
+
+// Errors that are not fatal are told to the crash reporter, on the main thread.
+void recordError(const QString& description) {
+    const auto record = [description] {
+        CrashReporter::shared().captureError(description, {{QStringLiteral("step"), QStringLiteral("export")}});
+    };
+    if (QCoreApplication* application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(application, record, Qt::QueuedConnection);
+}
+
+void runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
+             const ExportManager::ProgressReport& onProgress) {
+    VideoReader reader = openVideo(job.videoPath);
+    const media::MediaInfo info = reader.info();
+    requireOverlaySize(*info.video);
+    requireOtherFile(job);
+    requireRange(job, info.duration);
+    const Plan plan = makePlan(job, info);
+    auto audio = openAudio(job, plan);
+    FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
+    FrameConverter converter = makeConverter(*info.video, plan.layout, plan.frameFormat);
+
+    PartialFile file(job.outputPath);
+    MediaWriter writer = openWriter(job, plan, *info.video, audio.has_value());
+    SoundTrack sound(std::move(audio), writer);
+    ProgressMeter progress(onProgress, plan.expectedFrames);
+    FrameSource frames(std::move(reader), std::move(converter), plan.range);
+    if (!writeFrames(frames, overlay, writer, sound, progress, isCancelled))
+        throw ExportCancelled();
+    try {
+        writer.finish();
+    } catch (const MediaError& error) {
+        throw failure("Writer error: ", error);
+    }
+    file.keep();
+    progress.finish();
+}
+
+}
+
+void ExportManager::exportVideo(const ExportJob& job, const CancelQuery& isCancelled, const ProgressReport& onProgress) {
+    try {
+        runSync(job, isCancelled, onProgress);
+    } catch (const std::exception& error) {
+        recordError(QString::fromUtf8(error.what()));
+        throw;
+    }
+}
+
+QImage ExportManager::renderStill(const ExportJob& job, double time) {
+    VideoReader reader = openVideo(job.videoPath);
+    const media::MediaInfo info = reader.info();
+    requireOverlaySize(*info.video);
+    const Plan plan = makePlan(job, info);
+    FrameConverter converter = makeConverter(*info.video, plan.layout, plan.frameFormat);
+    try {
+        reader.seek(time);
+        std::optional<media::VideoFrame> frame;
+        while (!(frame = converter.pull())) {
+            auto decoded = reader.read();
+            if (!decoded)
+                break;
+            converter.push(std::move(*decoded));
+        }
+        if (!frame) {
+            converter.finish();
+            frame = converter.pull();
+        }
+        if (!frame)
+            throw MediaError("there is no picture at that time");
+        frame->makeWritable();
+        FrameOverlay(job.overlay, plan.layout, plan.frameFormat).drawInto(*frame, frame->time());
+        return uprightImage(media::toRgb(*frame), plan.layout);
+    } catch (const MediaError& error) {
+        throw failure("Reader error: ", error);
+    }
+}
+
+}

@@ -1,0 +1,77 @@
+#include "export/FrameSource.h"
+
+#include <algorithm>
+
+namespace pointloom {
+
+namespace {
+
+constexpr std::size_t framesAhead = 3; // enough to ride out a key frame, little memory at 4K
+
+}
+
+FrameSource::FrameSource(media::VideoReader reader, media::FrameConverter converter, const TrimRange& range)
+    : m_reader(std::move(reader))
+    , m_converter(std::move(converter))
+    , m_range(range)
+    , m_queue(framesAhead)
+    , m_thread([this] { run(); }) {}
+
+FrameSource::~FrameSource() {
+    m_queue.close();
+    m_thread.join();
+}
+
+std::optional<TrimmedFrame> FrameSource::next() {
+    auto frame = m_queue.pop();
+    if (!frame && m_failure)
+        std::rethrow_exception(m_failure);
+    return frame;
+}
+
+void FrameSource::run() {
+    try {
+        decode();
+    } catch (...) {
+        m_failure = std::current_exception();
+    }
+    m_queue.close();
+}
+
+// Each frame waits for the one after it, which tells how long it is shown.
+void FrameSource::decode() {
+    m_reader.seek(m_range.start());
+    auto current = nextConverted();
+    while (current) {
+        auto following = nextConverted();
+        const auto nextTimestamp = following ? std::optional(following->timestamp()) : std::nullopt;
+        const auto stay = m_range.place(current->timestamp(), current->duration(), nextTimestamp, current->timeBase());
+        if (!stay && m_range.end() && current->time() >= *m_range.end())
+            return;
+        if (stay) {
+            const double sourceTime = std::max(current->time(), m_range.start());
+            current->makeWritable();
+            current->setTimestamp(stay->timestamp, stay->duration);
+            if (!m_queue.push({std::move(*current), sourceTime}))
+                return;
+        }
+        current = std::move(following);
+    }
+}
+
+std::optional<media::VideoFrame> FrameSource::nextConverted() {
+    while (true) {
+        if (auto converted = m_converter.pull())
+            return converted;
+        if (m_readerIsDone)
+            return std::nullopt;
+        if (auto frame = m_reader.read()) {
+            m_converter.push(std::move(*frame));
+        } else {
+            m_converter.finish();
+            m_readerIsDone = true;
+        }
+    }
+}
+
+}

@@ -1,0 +1,46 @@
+// Decodes and converts ahead of the encoder, on a thread of its own.
+#pragma once
+
+#include "export/BoundedQueue.h"
+#include "export/TrimRange.h"
+#include "media/FrameConverter.h"
+#include "media/VideoReader.h"
+
+#include <exception>
+#include <optional>
+#include <thread>
+
+namespace pointloom {
+
+/// A frame of the range, writable, its timestamp on the new file's timeline.
+struct TrimmedFrame {
+    media::VideoFrame frame;
+    double sourceTime = 0; // seconds of the source's timeline at which it comes on screen
+};
+
+class FrameSource {
+public:
+    FrameSource(media::VideoReader reader, media::FrameConverter converter, const TrimRange& range);
+    ~FrameSource();
+
+    FrameSource(const FrameSource&) = delete;
+    FrameSource& operator=(const FrameSource&) = delete;
+
+    /// The next frame; empty at the end of the range. Throws what decoding threw.
+    std::optional<TrimmedFrame> next();
+
+private:
+    void run();
+    void decode();
+    std::optional<media::VideoFrame> nextConverted();
+
+    media::VideoReader m_reader;
+    media::FrameConverter m_converter;
+    TrimRange m_range;
+    bool m_readerIsDone = false;
+    std::exception_ptr m_failure; // written before the queue is closed, read after
+    BoundedQueue<TrimmedFrame> m_queue;
+    std::thread m_thread;
+};
+
+}

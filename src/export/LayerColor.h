@@ -1,0 +1,36 @@
+// What a drawn colour becomes as samples of a video frame.
+#pragma once
+
+#include "media/FrameFormat.h"
+
+#include <array>
+#include <QRgb>
+
+namespace pointloom {
+
+/// One colour as Y', Cb, Cr in units of the format's code values, offsets included: white is 235 (or 940 at
+/// ten bits) in limited range, grey has its chroma at 128 (512).
+using CodeValues = std::array<double, 3>;
+
+/// Maps drawn colours (sRGB) to a frame's samples. In HDR frames drawn white stands at the reference level.
+class LayerColor {
+public:
+    explicit LayerColor(const media::FrameFormat& format);
+
+    /// The samples of an opaque colour; its alpha is not looked at.
+    CodeValues codeValues(QRgb opaque) const;
+
+private:
+    std::array<double, 3> signal(QRgb opaque) const;
+
+    media::FrameFormat m_format;
+};
+
+/// 10-bit or 8-bit inverse PQ curve, SMPTE ST 2084: display light in cd/m2 to signal 0..1.
+double pqSignal(double light);
+
+/// HLG of BT.2100: linear display light of the three primaries in cd/m2, on the nominal 1000 cd/m2 display,
+/// to signals 0..1.
+std::array<double, 3> hlgSignal(const std::array<double, 3>& light);
+
+}

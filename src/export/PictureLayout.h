@@ -1,0 +1,37 @@
+// Where the source picture and the overlay go in the exported frames.
+#pragma once
+
+#include "export/ExportOptions.h"
+#include "media/FrameConverter.h"
+#include "media/MediaInfo.h"
+
+#include <QRect>
+#include <QSize>
+#include <QSizeF>
+
+namespace pointloom {
+
+struct PictureLayout {
+    QSize frameSize;              // of the frames as they are encoded, both sides even
+    media::Orientation orientation; // that players must apply to the encoded frames
+    media::Rational sampleAspectRatio{1, 1}; // of the encoded frames
+    QRect picture;                // of the source picture inside the encoded frame
+    QSizeF canvas;                // the frame as players show it: upright, square pixels
+    QSizeF nativeVideoSize;       // the source as players show it; the unit that templates are sized in
+
+    /// The encoded frame turned upright; its pixels are square only when the sample aspect ratio is 1.
+    QSize uprightFrameSize() const;
+
+    /// True when the picture keeps its stored pixels: not turned, not scaled.
+    bool keepsStoredPicture = true;
+};
+
+/// At the original size frames keep their stored orientation and pixel shape and carry both along; any
+/// other size gets the upright picture, fitted with black bars.
+PictureLayout planPicture(const media::VideoTrackInfo& track, ExportPreset preset);
+
+/// The part of `target` that a picture of `source` size is drawn into: all of it when the aspect ratios
+/// differ by less than 0.02, else the largest centred part of the source's shape. Sides and corner even.
+QRect fittedPicture(QSizeF source, QSize target);
+
+}

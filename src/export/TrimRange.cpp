@@ -1,0 +1,54 @@
+#include "export/TrimRange.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pointloom {
+
+namespace {
+
+constexpr double timescale = 600; // ticks a second: whole for 24, 25, 30, 50 and 60 frames a second
+
+std::int64_t ticksOf(double seconds) {
+    return std::llround(seconds * timescale);
+}
+
+std::int64_t rescale(double ticks600, media::Rational timeBase) {
+    return std::llround(ticks600 / timescale / timeBase.value());
+}
+
+}
+
+TrimRange::TrimRange(double start, std::optional<double> end)
+    : m_start(ticksOf(start)) {
+    if (end)
+        m_end = ticksOf(*end);
+}
+
+double TrimRange::start() const {
+    return static_cast<double>(m_start) / timescale;
+}
+
+std::optional<double> TrimRange::end() const {
+    return m_end ? std::optional(static_cast<double>(*m_end) / timescale) : std::nullopt;
+}
+
+std::optional<TrimRange::Stay> TrimRange::place(std::int64_t timestamp, std::int64_t duration,
+                                                std::optional<std::int64_t> next, media::Rational timeBase) const {
+    const std::int64_t start = rescale(static_cast<double>(m_start), timeBase);
+    const std::int64_t from = std::max<std::int64_t>(0, timestamp - start);
+    std::int64_t until = next ? *next - start : timestamp + duration - start;
+    if (next && until <= from)
+        return std::nullopt;
+    if (m_end) {
+        // A frame on the end is out although rounding to 1/600 s may have put the end just behind it.
+        const std::int64_t lastStart = rescale(static_cast<double>(*m_end) - 0.5, timeBase) - start;
+        if (from >= lastStart)
+            return std::nullopt;
+        const std::int64_t end = rescale(static_cast<double>(*m_end), timeBase) - start;
+        until = std::min(until, end);
+    }
+    return Stay{from, std::max<std::int64_t>(0, until - from)};
+}
+
+}
