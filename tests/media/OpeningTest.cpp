@@ -1,0 +1,153 @@
+// Files that are not what their name says end in a clear error, at once and without touching anything else.
+#include "media/AudioReader.h"
+#include "media/MediaError.h"
+#include "media/MediaInfo.h"
+#include "media/VideoReader.h"
+#include "support/TestClips.h"
+
+#include <chrono>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace pointloom::test {
+
+using namespace media;
+using testing::HasSubstr;
+
+namespace {
+
+/// The message of the error that every way of opening the file ends in; they must agree.
+std::string openingError(const QString& path) {
+    const auto messageOf = [](const auto& open) -> std::string {
+        try {
+            open();
+        } catch (const MediaError& error) {
+            return error.what();
+        }
+        return "no error";
+    };
+    const auto begin = std::chrono::steady_clock::now();
+    const std::string message = messageOf([&] { (void)readMediaInfo(path); });
+    EXPECT_EQ(messageOf([&] { (void)VideoReader::open(path); }), message);
+    EXPECT_EQ(messageOf([&] { (void)AudioReader::open(path, 0, std::nullopt); }), message);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    return message;
+}
+
+QByteArray simpleClip(const ClipFolder& folder) {
+    return readFile(folder.make(QStringLiteral("simple.mp4"),
+                                "-f lavfi -i testsrc2=s=128x96:r=25:d=1 -f lavfi -i "
+                                "sine=d=1 -pix_fmt yuv420p -c:v libx264 -c:a aac"));
+}
+
+}
+
+TEST(Opening, ThingsThatAreNoFilesAreNamed) {
+    const ClipFolder folder;
+    EXPECT_THAT(openingError(folder.path(QStringLiteral("missing.mp4"))), HasSubstr("does not exist"));
+    EXPECT_THAT(openingError(folder.path(QString())), HasSubstr("folder"));
+    EXPECT_THAT(openingError(folder.write(QStringLiteral("empty.mp4"), {})), HasSubstr("empty"));
+
+    const QString pipe = folder.path(QStringLiteral("pipe.mp4"));
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    EXPECT_THAT(openingError(pipe), HasSubstr("not a regular file"));
+}
+
+TEST(Opening, OtherFormatsUnderTheNameOfAMovieAreRefused) {
+    const ClipFolder folder;
+    const QString secret =
+        folder.make(QStringLiteral("secret.ts"), "-f lavfi -i testsrc2=d=1 -c:v mpeg2video");
+    const QByteArray playlist =
+        "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n" + secret.toUtf8() + "\n#EXT-X-ENDLIST\n";
+    const QByteArray list = "ffconcat version 1.0\nfile '" + secret.toUtf8() + "'\n";
+    const QByteArray png = readFile(folder.make(QStringLiteral("a.png"), "-f lavfi -i color -frames:v 1"));
+    const QByteArray matroska =
+        readFile(folder.make(QStringLiteral("a.mkv"), "-f lavfi -i testsrc2=d=1 -c:v mpeg4"));
+    for (const QByteArray& content : {playlist, list, png, matroska, QByteArray("just a text"),
+                                      QByteArray(3, '\0'), QByteArray(100'000, '\0')})
+        EXPECT_THAT(openingError(folder.write(QStringLiteral("disguised.mp4"), content)),
+                    HasSubstr("not an MP4 or MOV video"))
+            << content.left(20).constData();
+}
+
+TEST(Opening, ARecordingWithoutItsIndexIsCalledCutShort) {
+    const ClipFolder folder;
+    const QByteArray clip = simpleClip(folder); // its index stands at the end
+    EXPECT_THAT(openingError(folder.write(QStringLiteral("cut.mp4"), clip.left(clip.size() / 2))),
+                HasSubstr("index is missing"));
+}
+
+TEST(Opening, AFileCutAnywhereOpensOrFailsInWords) {
+    const ClipFolder folder;
+    simpleClip(folder);
+    const QByteArray clip = readFile(
+        folder.make(QStringLiteral("fast.mp4"),
+                    {QStringLiteral("-i"), folder.path(QStringLiteral("simple.mp4")), QStringLiteral("-c"),
+                     QStringLiteral("copy"), QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
+    int opened = 0;
+    for (int part = 1; part < 16; ++part) {
+        const QString path = folder.write(QStringLiteral("part.mp4"), clip.left(clip.size() * part / 16));
+        try {
+            VideoReader reader = VideoReader::open(path);
+            while (reader.read())
+                ++opened;
+        } catch (const MediaError& error) {
+            EXPECT_STRNE(error.what(), "");
+        }
+    }
+    EXPECT_GT(opened, 0) << "what is there of a cut file should be shown";
+}
+
+TEST(Opening, DamageInTheMiddleLeavesFramesOutAndIsCounted) {
+    const ClipFolder folder;
+    const QString path =
+        folder.make(QStringLiteral("clip.mp4"),
+                    "-f lavfi -i testsrc2=s=320x240:r=25:d=4 -pix_fmt yuv420p -c:v libx264 -g 10");
+    QByteArray clip = readFile(path);
+    const auto begin = clip.indexOf("mdat");
+    for (auto i = begin + clip.size() / 4; i < begin + clip.size() / 3; ++i)
+        clip[i] = static_cast<char>(i * 7919);
+    VideoReader reader = VideoReader::open(folder.write(QStringLiteral("damaged.mp4"), clip));
+    int frames = 0;
+    double last = -1;
+    while (const std::optional<VideoFrame> frame = reader.read()) {
+        EXPECT_GT(frame->time(), last);
+        last = frame->time();
+        ++frames;
+    }
+    EXPECT_GT(frames, 50);
+    EXPECT_GT(reader.damagedPackets(), 0);
+    EXPECT_NEAR(last, 3.96, 1e-6) << "after the damage the picture comes back";
+}
+
+TEST(Opening, SoundAloneHasNoVideo) {
+    const ClipFolder folder;
+    const QString path = folder.make(QStringLiteral("sound.mp4"), "-f lavfi -i sine=d=1 -c:a aac");
+    const MediaInfo info = readMediaInfo(path);
+    EXPECT_FALSE(info.video);
+    EXPECT_EQ(info.audioTracks, 1);
+    EXPECT_NEAR(info.duration, 1.0, 0.03);
+    EXPECT_THROW((void)VideoReader::open(path), MediaError);
+}
+
+TEST(Opening, ACoverPictureIsNoVideo) {
+    const ClipFolder folder;
+    const QString cover = folder.make(QStringLiteral("cover.png"), "-f lavfi -i color=s=64x64 -frames:v 1");
+    const QString path = folder.make(QStringLiteral("song.mp4"),
+                                     {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+                                      QStringLiteral("sine=d=1"), QStringLiteral("-i"), cover,
+                                      QStringLiteral("-map"), QStringLiteral("0"), QStringLiteral("-map"),
+                                      QStringLiteral("1"), QStringLiteral("-c:v"), QStringLiteral("copy"),
+                                      QStringLiteral("-disposition:v:0"), QStringLiteral("attached_pic")});
+    EXPECT_FALSE(readMediaInfo(path).video);
+}
+
+TEST(Opening, NamesWithColonsAndSpacesAreFiles) {
+    const ClipFolder folder;
+    const QByteArray clip = simpleClip(folder);
+    const QString path = folder.write(QStringLiteral("http: match: 1%d.mp4"), clip);
+    EXPECT_TRUE(readMediaInfo(path).video);
+}
+
+}

@@ -1,0 +1,98 @@
+#include "support/TestClips.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <stdexcept>
+
+namespace pointloom::test {
+
+namespace {
+
+QByteArray run(const QString& program, const QStringList& arguments) {
+    constexpr int patience = 120'000; // milliseconds
+    QProcess process;
+    process.start(program, arguments);
+    const bool ended = process.waitForFinished(patience);
+    if (!ended || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        throw std::runtime_error(
+            (program + QStringLiteral(" ") + arguments.join(QStringLiteral(" "))).toStdString() + ": " +
+            process.errorString().toStdString() + "\n" + process.readAllStandardError().toStdString());
+    return process.readAllStandardOutput();
+}
+
+nlohmann::json probeWith(const QStringList& wanted, const QString& path) {
+    const QByteArray output =
+        run(QStringLiteral("ffprobe"), QStringList{QStringLiteral("-v"), QStringLiteral("error"),
+                                                   QStringLiteral("-of"), QStringLiteral("json")} +
+                                           wanted + QStringList{path});
+    return nlohmann::json::parse(output.toStdString());
+}
+
+QDir realClipFolder() {
+    const QString chosen = qEnvironmentVariable("POINTLOOM_MEDIA");
+    return QDir(chosen.isEmpty() ? QStringLiteral(POINTLOOM_SOURCE_DIR "/../shared/media") : chosen);
+}
+
+}
+
+QString ClipFolder::make(const QString& name, const QStringList& arguments) const {
+    const QStringList quiet{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-nostdin"),
+                            QStringLiteral("-y")};
+    run(QStringLiteral("ffmpeg"), quiet + arguments + QStringList{path(name)});
+    return path(name);
+}
+
+QString ClipFolder::make(const QString& name, const char* arguments) const {
+    return make(name, QString::fromUtf8(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+}
+
+QString ClipFolder::write(const QString& name, const QByteArray& content) const {
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        throw std::runtime_error(file.errorString().toStdString());
+    return path(name);
+}
+
+nlohmann::json probe(const QString& path) {
+    return probeWith({QStringLiteral("-show_streams"), QStringLiteral("-show_format")}, path);
+}
+
+nlohmann::json probePackets(const QString& path) {
+    return probeWith(
+               {QStringLiteral("-select_streams"), QStringLiteral("v:0"), QStringLiteral("-show_packets")},
+               path)
+        .at("packets");
+}
+
+QByteArray firstPicture(const QString& path, const QString& pixelFormat) {
+    return run(QStringLiteral("ffmpeg"),
+               {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path,
+                QStringLiteral("-frames:v"), QStringLiteral("1"), QStringLiteral("-f"),
+                QStringLiteral("rawvideo"), QStringLiteral("-pix_fmt"), pixelFormat, QStringLiteral("-")});
+}
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error(file.errorString().toStdString());
+    return file.readAll();
+}
+
+std::optional<QString> realClip(const QString& name) {
+    const QDir folder = realClipFolder();
+    if (!folder.exists(name))
+        return std::nullopt;
+    return folder.filePath(name);
+}
+
+QStringList realClips() {
+    const QDir folder = realClipFolder();
+    QStringList paths;
+    for (const QString& name : folder.entryList(
+             {QStringLiteral("*.mp4"), QStringLiteral("*.mov"), QStringLiteral("*.m4v")}, QDir::Files))
+        paths.append(folder.filePath(name));
+    return paths;
+}
+
+}

@@ -1,0 +1,49 @@
+// Makes small video files with the ffmpeg command-line tool and looks at files with ffprobe, so that what our
+// own code reads and writes is held against somebody else's.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace pointloom::test {
+
+/// A folder that goes away with its object.
+class ClipFolder {
+public:
+    QString path(const QString& name) const { return m_folder.filePath(name); }
+
+    /// Runs ffmpeg with `arguments` and this folder's file `name` as its output; returns the file's path.
+    /// Throws std::runtime_error with what ffmpeg said when it fails.
+    QString make(const QString& name, const QStringList& arguments) const;
+
+    /// As `make`, with the arguments in one line, parted by blanks.
+    QString make(const QString& name, const char* arguments) const;
+
+    QString write(const QString& name, const QByteArray& content) const;
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/// Streams and format of a file, as ffprobe shows them in JSON.
+nlohmann::json probe(const QString& path);
+
+/// Packets of the first video stream, in the file's order.
+nlohmann::json probePackets(const QString& path);
+
+/// Samples of the first picture as ffmpeg shows it (turned as the file says), in `pixelFormat`.
+QByteArray firstPicture(const QString& path, const QString& pixelFormat);
+
+QByteArray readFile(const QString& path);
+
+/// A clip made by others, from $POINTLOOM_MEDIA or the folder shared/media beside the repository; empty when
+/// it is not there.
+std::optional<QString> realClip(const QString& name);
+/// All clips there.
+QStringList realClips();
+
+}
