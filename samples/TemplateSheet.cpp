@@ -16,16 +16,16 @@ namespace {
 using namespace pointloom;
 
 constexpr int columns = 5;
-constexpr QSizeF cell(352, 246);
+constexpr QSizeF cell(440, 250);
 
 MatchConfig matchFor(TemplateID id) {
     const SportID sport = sportOf(id);
     MatchConfig config;
     config.sport = sport;
-    if (id == TemplateID::broadcast || id == TemplateID::wimbledon) {
+    if (id == TemplateID::wimbledon) {
         config.format = MatchFormat::doubles;
-        config.team1 = {QStringLiteral("Garcia"), QStringLiteral("Mladenovic"), QStringLiteral("FR"),
-                        QStringLiteral("FR")};
+        config.team1 = {QStringLiteral("Krejcikova"), QStringLiteral("Siniakova"), QStringLiteral("CZ"),
+                        QStringLiteral("CZ")};
         config.team2 = {QStringLiteral("Gauff"), QStringLiteral("Pegula"), QStringLiteral("US"),
                         QStringLiteral("US")};
     } else if (usesTennisScoring(sport)) {

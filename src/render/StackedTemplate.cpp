@@ -21,8 +21,7 @@ constexpr Rgba red{0.835, 0.075, 0.137, 1};
 constexpr Rgba quietTile{1, 1, 1, 0.1};
 constexpr Rgba hairline{1, 1, 1, 0.14};
 constexpr Rgba stripe{1, 1, 1, 0.05};
-constexpr Rgba wonText = white;
-constexpr Rgba lostText{1, 1, 1, 0.6};
+constexpr Rgba quietText{1, 1, 1, 0.55}; // a set lost, or not begun
 constexpr Rgba labelText{1, 1, 1, 0.5};
 
 constexpr double cornerRadius = 10;
@@ -203,7 +202,8 @@ void Card::drawGames(const SetScore& set, int team, QPointF center) const {
     constexpr TextFont tiebreakFont{FontFace::bold, 9};
     const std::int64_t own = team == 1 ? set.team1 : set.team2;
     const std::int64_t other = team == 1 ? set.team2 : set.team1;
-    const Rgba& color = own > other ? wonText : lostText;
+    const bool isQuiet = own < other || (own == 0 && other == 0);
+    const Rgba& color = isQuiet ? quietText : white;
     const QString games = QString::number(own);
     drawCenteredText(painter_, games, font, color, center);
     if (showsTiebreakMark(set, team))

@@ -25,10 +25,14 @@ void drawLine(QPainter& painter, const TextLine& line, double size, const Rgba& 
     painter.save();
     painter.translate(x, baseline);
     painter.scale(size, -up * size);
-    fillShape(painter, line.outlines, color.color());
-    painter.setOpacity(painter.opacity() * color.alpha);
+    const double opacity = painter.opacity();
+    painter.setOpacity(opacity * color.alpha);
     for (const TextLine::Picture& picture : line.pictures)
         drawPicture(painter, picture.image, picture.rect);
+    painter.setOpacity(opacity);
+    constexpr double unit = 1.0 / TextLine::unitsPerEm;
+    painter.scale(unit, unit);
+    fillShape(painter, line.outlines, color.color());
     painter.restore();
 }
 

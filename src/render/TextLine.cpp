@@ -12,7 +12,7 @@ namespace pointloom {
 namespace {
 
 // Outlines are taken unhinted, so this sets only how finely positions are rounded (1/64 of a pixel).
-constexpr int shapingSize = 256;
+constexpr int shapingSize = TextLine::unitsPerEm;
 
 TextLine shape(QString text, FontFace face);
 QString drawableText(QString text);
@@ -98,12 +98,11 @@ void addRun(TextLine& line, const QGlyphRun& run, QPointF baselineStart) {
     const QRawFont font = run.rawFont();
     const QList<quint32> glyphs = run.glyphIndexes();
     const QList<QPointF> positions = run.positions();
-    const QTransform toEms = QTransform::fromScale(1.0 / shapingSize, 1.0 / shapingSize);
     for (qsizetype i = 0; i < glyphs.size(); ++i) {
         const QPointF position = positions[i] - baselineStart;
         const QPainterPath outline = font.pathForGlyph(glyphs[i]);
         if (!outline.isEmpty()) {
-            line.outlines.addPath(toEms.map(outline.translated(position)));
+            line.outlines.addPath(outline.translated(position));
         } else if (TextLine::Picture picture = pictureOf(font, glyphs[i]); !picture.image.isNull()) {
             picture.rect.translate(position / shapingSize);
             line.pictures.push_back(std::move(picture));

@@ -12,15 +12,17 @@
 
 namespace pointloom {
 
-/// Measures are in ems (multiples of the font size), y downward, with the origin at the start of the
-/// baseline.
+/// Widths and heights are in ems (multiples of the font size), y downward, with the origin at the start of
+/// the baseline.
 struct TextLine {
+    static constexpr int unitsPerEm = 256; // of the outlines: much finer ones would be flattened needlessly
+
     struct Picture { // a coloured character, such as a flag
         QImage image;
         QRectF rect;
     };
 
-    QPainterPath outlines; // to be filled with the winding rule
+    QPainterPath outlines; // in units, to be filled with the winding rule
     std::vector<Picture> pictures;
     double width = 0;   // typographic: the sum of the advances
     double ascent = 0;  // of the face, above the baseline
