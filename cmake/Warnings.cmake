@@ -6,6 +6,10 @@ target_compile_options(pointloom_options INTERFACE
   -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Wsuggest-override)
 # GCC 12 takes the inactive alternative of a variant for uninitialised memory when it optimises.
 target_compile_options(pointloom_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 takes joining a literal and a std::string for an overlapping copy (GCC bug 105651).
+  target_compile_options(pointloom_options INTERFACE -Wno-restrict)
+endif()
 target_compile_definitions(pointloom_options INTERFACE
   QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 target_include_directories(pointloom_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
