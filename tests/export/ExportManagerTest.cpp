@@ -1,0 +1,355 @@
+// Whole exports: small clips in, the written files decoded again by ffmpeg's own tools.
+#include "export/ExportManager.h"
+#include "model/ScoringEngine.h"
+#include "support/TestClips.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+namespace pointloom {
+
+namespace {
+
+using test::ClipFolder;
+
+constexpr auto greyClip = "-f lavfi -i color=0x606060:s=640x360:r=25:d=4 -f lavfi -i sine=f=440:d=4 "
+                          "-c:v libx264 -pix_fmt yuv420p -c:a aac -shortest";
+
+SportScoreState score(std::int64_t games, std::int64_t server) {
+    return ScoreState{{{games, 0, {}}}, {}, server};
+}
+
+ExportJob jobFor(const QString& video, const QString& output) {
+    ExportJob job;
+    job.videoPath = video;
+    job.outputPath = output;
+    job.overlay.config.team1.player1 = QStringLiteral("Ana");
+    job.overlay.config.team2.player1 = QStringLiteral("Eva");
+    job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
+    job.overlay.scoreboardPosition = {0.5, 0.5};
+    job.overlay.isLicensed = true;
+    job.encoderPreset = "ultrafast";
+    return job;
+}
+
+void run(const ExportJob& job) {
+    ExportManager::exportVideo(job, {}, {});
+}
+
+QString errorOf(const ExportJob& job) {
+    try {
+        run(job);
+    } catch (const ExportError& error) {
+        return QString::fromUtf8(error.what());
+    }
+    return {};
+}
+
+nlohmann::json stream(const QString& path, const char* type) {
+    const nlohmann::json probed = test::probe(path);
+    for (const auto& candidate : probed["streams"]) {
+        if (candidate["codec_type"] == type)
+            return candidate;
+    }
+    return {};
+}
+
+double number(const nlohmann::json& text) {
+    return std::stod(text.get<std::string>());
+}
+
+// Presentation times of all frames in seconds, as ffprobe decodes them.
+std::vector<double> frameTimes(const QString& path) {
+    QProcess probe;
+    probe.start(QStringLiteral("ffprobe"),
+                {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"), QStringLiteral("v:0"),
+                 QStringLiteral("-show_entries"), QStringLiteral("frame=pts_time"), QStringLiteral("-of"),
+                 QStringLiteral("csv=p=0"), path});
+    probe.waitForFinished();
+    std::vector<double> times;
+    for (const QByteArray& line : probe.readAllStandardOutput().split('\n')) {
+        if (!line.trimmed().isEmpty())
+            times.push_back(line.split(',').first().trimmed().toDouble());
+    }
+    return times;
+}
+
+// The frame shown at `time`, upright, as ffmpeg decodes it.
+QImage frameAt(const QString& path, double time) {
+    const ClipFolder folder;
+    const QString picture = folder.path(QStringLiteral("frame.png"));
+    QProcess::execute(QStringLiteral("ffmpeg"),
+                      {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path, QStringLiteral("-ss"),
+                       QString::number(time), QStringLiteral("-frames:v"), QStringLiteral("1"), picture});
+    return QImage(picture);
+}
+
+double distance(QRgb a, QRgb b) {
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+}
+
+// Mean difference of the first set's column between two frames of a 640x360 clip.
+double boardDifference(const QImage& a, const QImage& b) {
+    double sum = 0;
+    for (int y = 142; y < 218; ++y) {
+        for (int x = 343; x < 371; ++x)
+            sum += distance(a.pixel(x, y), b.pixel(x, y));
+    }
+    return sum / (76 * 28);
+}
+
+}
+
+TEST(Export, KeepsFramesSoundAndTimesAndDrawsTheScoreOfEachFrame) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    // The frames stand at multiples of 0.04 s; a marker exactly on one applies to it.
+    job.overlay.markers = {{QUuid::createUuid(), 2.0, score(4, 2), {}}};
+    std::vector<double> fractions;
+    ExportManager::exportVideo(job, {}, [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); });
+
+    EXPECT_EQ(frameTimes(job.outputPath), frameTimes(clip));
+    EXPECT_NEAR(number(stream(job.outputPath, "audio")["duration"]), 4, 0.05);
+    const QImage before = frameAt(job.outputPath, 1.96);
+    const QImage after = frameAt(job.outputPath, 2.0);
+    const double change = boardDifference(before, after);
+    EXPECT_GT(change, 2);
+    EXPECT_LT(boardDifference(frameAt(job.outputPath, 1.0), before), change / 4);
+    EXPECT_LT(boardDifference(frameAt(job.outputPath, 3.9), after), change / 4);
+    EXPECT_LE(distance(before.pixel(20, 20), qRgb(0x60, 0x60, 0x60)), 3);
+
+    ASSERT_GE(fractions.size(), 50U);
+    EXPECT_LE(fractions.size(), 102U);
+    EXPECT_TRUE(std::is_sorted(fractions.begin(), fractions.end()));
+    EXPECT_EQ(fractions.back(), 1.0);
+    EXPECT_LE(*(fractions.end() - 2), 0.95);
+}
+
+TEST(Export, WritesWhatPlaysEverywhere) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
+    struct Expected {
+        ExportFormat format;
+        const char* tag;
+        const char* pixels;
+    };
+    for (const auto& [format, tag, pixels] : {Expected{ExportFormat::h264, "avc1", "yuv420p"},
+                                              Expected{ExportFormat::hevc, "hvc1", "yuv420p"},
+                                              Expected{ExportFormat::prores, "apcn", "yuv422p10le"}}) {
+        ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.") + fileExtension(format)));
+        job.format = format;
+        run(job);
+        const auto video = stream(job.outputPath, "video");
+        EXPECT_EQ(video["codec_tag_string"], tag);
+        EXPECT_EQ(video["pix_fmt"], pixels);
+        EXPECT_EQ(number(video["start_time"]), 0) << tag;
+        const auto audio = stream(job.outputPath, "audio");
+        EXPECT_EQ(audio["codec_name"], "aac");
+        EXPECT_EQ(audio["sample_rate"], "44100");
+        EXPECT_EQ(audio["channels"], 2);
+        const QByteArray bytes = test::readFile(job.outputPath);
+        EXPECT_LT(bytes.indexOf("moov"), bytes.indexOf("mdat")) << tag;
+    }
+}
+
+TEST(Export, TrimsPictureAndSoundToTheSamePoint) {
+    const ClipFolder folder;
+    // Silence, then a beep and a white picture from 2.0 s on.
+    const QString clip = folder.make(
+        QStringLiteral("clip.mp4"),
+        "-f lavfi -i color=black:s=320x180:r=25:d=4,drawbox=c=white:t=fill:enable='gte(t,2)' "
+        "-f lavfi -i aevalsrc='if(gte(t,2),sin(2*PI*1000*t),0)':d=4:s=48000 -c:v libx264 -g 100 -pix_fmt yuv420p -c:a aac");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    job.trimStart = 1.5;
+    job.trimEnd = 3.0;
+    job.overlay.scoreboardPosition = {0.02, 0.02};
+    run(job);
+    const auto times = frameTimes(job.outputPath);
+    ASSERT_EQ(times.size(), 38U); // the frame on screen at 1.5 s began at 1.48 s
+    EXPECT_EQ(times.front(), 0);
+    EXPECT_NEAR(times[1], 0.02, 1e-6);
+    EXPECT_LT(qGray(frameAt(job.outputPath, 0.46).pixel(160, 150)), 20);
+    EXPECT_GT(qGray(frameAt(job.outputPath, 0.5).pixel(160, 150)), 230);
+    EXPECT_NEAR(number(test::probe(job.outputPath)["format"]["duration"]), 1.5, 0.03);
+
+    QProcess decode;
+    decode.start(QStringLiteral("ffmpeg"), {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), job.outputPath,
+                                            QStringLiteral("-ac"), QStringLiteral("1"), QStringLiteral("-f"),
+                                            QStringLiteral("f32le"), QStringLiteral("-")});
+    decode.waitForFinished();
+    const QByteArray sound = decode.readAllStandardOutput();
+    const auto* samples = reinterpret_cast<const float*>(sound.constData());
+    const auto* end = samples + sound.size() / 4;
+    const auto onset = std::find_if(samples, end, [](float sample) { return std::abs(sample) > 0.3F; }) - samples;
+    EXPECT_NEAR(static_cast<double>(onset) / 44100, 0.5, 0.01);
+}
+
+TEST(Export, ARotatedClipComesOutUprightWithAnUprightScoreboard) {
+    const ClipFolder folder;
+    // Stored on its side: what is stored left (red) is shown on top after a clockwise quarter turn.
+    const QString stored = folder.make(QStringLiteral("stored.mp4"),
+                                       "-f lavfi -i color=green:s=640x360:r=25:d=1,drawbox=c=red:w=100:t=fill -c:v libx264 -pix_fmt yuv420p");
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), {QStringLiteral("-i"), stored, QStringLiteral("-c"), QStringLiteral("copy"),
+                                                                  QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=270")});
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    const QImage source = frameAt(clip, 0);
+    ASSERT_EQ(source.size(), QSize(360, 640));
+    run(job);
+    EXPECT_EQ(stream(job.outputPath, "video")["width"], 640); // stored as it was
+    const QImage original = frameAt(job.outputPath, 0);
+    ASSERT_EQ(original.size(), QSize(360, 640));
+    EXPECT_LE(distance(original.pixel(180, 30), source.pixel(180, 30)), 4);
+    EXPECT_LE(distance(original.pixel(180, 610), source.pixel(180, 610)), 4);
+
+    job.preset = ExportPreset::instagram916;
+    job.outputPath = folder.path(QStringLiteral("fitted.mp4"));
+    run(job);
+    const QImage fitted = frameAt(job.outputPath, 0);
+    ASSERT_EQ(fitted.size(), QSize(1080, 1920));
+    // The same board at the same relative place, three times as large.
+    double sum = 0;
+    for (int y = 280; y < 360; ++y) {
+        for (int x = 80; x < 280; ++x)
+            sum += distance(original.pixel(x, y), fitted.pixel(x * 3 + 1, y * 3 + 1));
+    }
+    EXPECT_LT(sum / (80 * 200), 14);
+    EXPECT_GT(distance(original.pixel(90, 320), source.pixel(90, 320)), 40);
+}
+
+TEST(Export, FitsIntoAPresetWithBlackBarsAndAScaledScoreboard) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.4 -c:v libx264 -pix_fmt yuv420p");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    job.preset = ExportPreset::instagram916;
+    job.overlay.scoreboardPosition = {0.5, 0.1};
+    run(job);
+    const QImage frame = frameAt(job.outputPath, 0);
+    ASSERT_EQ(frame.size(), QSize(1080, 1920));
+    EXPECT_LE(distance(frame.pixel(540, 600), qRgb(0, 0, 0)), 3);
+    EXPECT_LE(distance(frame.pixel(540, 1300), qRgb(0, 0, 0)), 3);
+    EXPECT_LE(distance(frame.pixel(540, 960), qRgb(0x90, 0x50, 0xb0)), 4);
+    EXPECT_GT(distance(frame.pixel(420, 180), qRgb(0, 0, 0)), 20); // the board over the upper bar
+    EXPECT_TRUE(stream(job.outputPath, "audio").is_null());
+}
+
+TEST(Export, ScoreboardStandsWhereItsPositionSaysInItsOwnColours) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.4 -c:v libx264 -pix_fmt yuv420p");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    run(job);
+    const QImage frame = frameAt(job.outputPath, 0);
+    // One set: the canvas is 214 by 97, so the board begins at (320 - 107 + 10, 180 - 48.5 + 10).
+    const QPointF board(223, 141.5);
+    const auto at = [&](double x, double y) { return frame.pixel(static_cast<int>(board.x() + x), static_cast<int>(board.y() + y)); };
+    EXPECT_LE(distance(at(34, 6), qRgb(30, 58, 95)), 6);     // name column
+    EXPECT_LE(distance(at(122, 6), qRgb(22, 48, 89)), 6);    // first set
+    EXPECT_LE(distance(at(152, 72), qRgb(200, 75, 17)), 6);  // game cell
+    EXPECT_LE(distance(at(215, 40), qRgb(0x90, 0x50, 0xb0)), 4);
+}
+
+TEST(Export, StillShowsTheExportedFrame) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i testsrc2=s=640x360:r=25:d=2 -c:v libx264 -crf 10 -pix_fmt yuv420p");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    job.overlay.markers = {{QUuid::createUuid(), 1.01, score(3, 2), {}}};
+    job.overlay.isLicensed = false;
+    run(job);
+    // At 1.02 s the frame of 1.00 s is on screen, which comes before the marker.
+    for (const double time : {0.0, 1.02, 1.05}) {
+        const QImage still = ExportManager::renderStill(job, time);
+        const QImage exported = frameAt(job.outputPath, std::floor(time * 25) / 25);
+        ASSERT_EQ(still.size(), exported.size());
+        double sum = 0;
+        for (int y = 0; y < 360; ++y) {
+            for (int x = 0; x < 640; ++x)
+                sum += distance(still.pixel(x, y), exported.pixel(x, y));
+        }
+        // What is left is the encoder's loss.
+        EXPECT_LT(sum / (640 * 360), 6) << time;
+        EXPECT_LT(boardDifference(still, exported), 9) << time;
+    }
+}
+
+TEST(Export, UnlicensedCopiesCarryAMarkAlongTheLowerEdgeOnly) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.1 -c:v libx264 -pix_fmt yuv420p");
+    ExportJob job = jobFor(clip, {});
+    const QImage licensed = ExportManager::renderStill(job, 0);
+    job.overlay.isLicensed = false;
+    const QImage marked = ExportManager::renderStill(job, 0);
+    QRect touched;
+    for (int y = 0; y < marked.height(); ++y) {
+        for (int x = 0; x < marked.width(); ++x) {
+            if (marked.pixel(x, y) != licensed.pixel(x, y))
+                touched |= QRect(x, y, 1, 1);
+        }
+    }
+    EXPECT_GT(touched.width(), 60);
+    EXPECT_GT(touched.top(), 320);
+    EXPECT_NEAR(touched.center().x(), 320, 3);
+}
+
+TEST(Export, CancellingLeavesNoFileAndIsNoExportError) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
+    const ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    int polls = 0;
+    EXPECT_THROW(ExportManager::exportVideo(job, [&] { return ++polls > 20; }, {}), ExportCancelled);
+    EXPECT_EQ(polls, 21);
+    EXPECT_FALSE(QFile::exists(job.outputPath));
+}
+
+TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
+    const QString sound = folder.make(QStringLiteral("sound.mp4"), "-f lavfi -i sine=d=1 -c:a aac");
+    const QString output = folder.write(QStringLiteral("out.mp4"), "an earlier export");
+
+    EXPECT_EQ(errorOf(jobFor(sound, output)), QStringLiteral("The video file has no video track."));
+    EXPECT_TRUE(errorOf(jobFor(folder.path(QStringLiteral("none.mp4")), output)).startsWith(QStringLiteral("Export failed: Reader failed: ")));
+    EXPECT_EQ(test::readFile(output), "an earlier export");
+
+    const QByteArray before = test::readFile(clip);
+    EXPECT_TRUE(errorOf(jobFor(clip, clip)).contains(QStringLiteral("replace the match video")));
+    EXPECT_EQ(test::readFile(clip), before);
+
+    EXPECT_TRUE(errorOf(jobFor(clip, folder.path(QStringLiteral("no/such/folder.mp4")))).startsWith(QStringLiteral("Export failed: Writer failed: ")));
+    ExportJob backward = jobFor(clip, output);
+    backward.trimStart = 3;
+    backward.trimEnd = 2;
+    EXPECT_TRUE(errorOf(backward).contains(QStringLiteral("before it starts")));
+    backward.trimStart = 9;
+    backward.trimEnd.reset();
+    EXPECT_TRUE(errorOf(backward).contains(QStringLiteral("after the end of the video")));
+}
+
+TEST(Export, RealClipsComeOutInEveryFormatAndPreset) {
+    const QStringList clips = test::realClips();
+    if (clips.isEmpty())
+        GTEST_SKIP() << "no real clips here";
+    const ClipFolder folder;
+    for (const char* name : {"sample_edit_list.mp4", "edit_list_positive_shift.mp4", "bt601.mov", "iibbibb_editlist_videoonly.mp4",
+                             "sample_fragmented_seekable.mp4", "h265_bframes.mp4"}) {
+        const auto clip = test::realClip(QString::fromUtf8(name));
+        if (!clip)
+            continue;
+        for (const auto format : allCases<ExportFormat>()) {
+            ExportJob job = jobFor(*clip, folder.path(QStringLiteral("out.") + fileExtension(format)));
+            job.format = format;
+            job.preset = format == ExportFormat::hevc ? ExportPreset::twitter1080p : ExportPreset::original;
+            job.trimEnd = 1.5;
+            run(job);
+            const auto video = stream(job.outputPath, "video");
+            ASSERT_FALSE(video.is_null()) << name;
+            EXPECT_FALSE(frameTimes(job.outputPath).empty()) << name;
+            EXPECT_LE(number(test::probe(job.outputPath)["format"]["duration"]), 1.6) << name;
+        }
+    }
+}
+
+}
