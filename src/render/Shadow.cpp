@@ -8,6 +8,7 @@
 #include <cstring>
 #include <numbers>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 #include <span>
 #include <vector>
@@ -17,7 +18,8 @@ namespace pointloom {
 namespace {
 
 constexpr std::size_t tapsAtOnce = 4;
-constexpr double reach = 3; // standard deviations; what lies farther out is below one part in 255
+constexpr double broadDeviation = 16; // pixels
+constexpr double reach = 3;           // standard deviations; what lies farther out is below one part in 255
 
 /// Coverage of the device's pixels, 0..255.
 struct Mask {
@@ -55,7 +57,7 @@ void inBlocks(int width, int height, Visit visit) {
     }
 }
 
-QRect visiblePart(const QPainter& painter, const QRectF& shape, int margin);
+QRect visiblePart(const QPainter& painter, const QRectF& shape, int margin, double coarseness);
 Mask coverageOf(const QPainterPath& path, const QRect& area);
 std::vector<float> gaussianKernel(double deviation, int radius);
 void blurRows(Mask& mask, std::span<const float> kernel, int radius);
@@ -71,31 +73,33 @@ void drawShadow(QPainter& painter, const QPainterPath& path, const Shadow& shado
     if (path.isEmpty() || color.alpha <= 0)
         return;
     const DevicePixels pixels(painter);
-    const QPainterPath shape = pixels.fromPainter().map(path.translated(shadow.offset));
-    const double deviation = shadow.blur / 2 * deviceScale(pixels.fromPainter());
-    constexpr double mostDeviation = 512; // pixels; keeps the work bounded at absurd scales
-    const double bounded = std::clamp(deviation, 0.0, mostDeviation);
-    const int margin = static_cast<int>(std::ceil(bounded * reach));
-    const QRect area = visiblePart(painter, shape.boundingRect(), margin);
+    const double devicePixels = std::max(0.0, shadow.blur / 2 * deviceScale(pixels.fromPainter()));
+    // A broad shadow has no detail: it is computed in coarser pixels and drawn enlarged.
+    const double coarseness = std::max(1.0, std::ceil(devicePixels / broadDeviation));
+    const double deviation = devicePixels / coarseness;
+    const QTransform toMask = pixels.fromPainter() * QTransform::fromScale(1 / coarseness, 1 / coarseness);
+    const QPainterPath shape = toMask.map(path.translated(shadow.offset));
+    const int margin = static_cast<int>(std::ceil(deviation * reach));
+    const QRect area = visiblePart(painter, shape.boundingRect(), margin, coarseness);
     if (area.isEmpty())
         return;
 
     Mask mask = coverageOf(shape, area);
-    const std::vector<float> kernel = gaussianKernel(bounded, margin);
+    const std::vector<float> kernel = gaussianKernel(deviation, margin);
     blurRows(mask, kernel, margin);
     Mask columns = transposed(mask);
     blurRows(columns, kernel, margin);
+    painter.scale(coarseness, coarseness);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, coarseness > 1);
     painter.drawImage(area.topLeft(), tinted(columns, color));
 }
 
 namespace {
 
-/// The pixels that the shadow can touch and that have an influence on what the device shows.
-QRect visiblePart(const QPainter& painter, const QRectF& shape, int margin) {
-    const QPaintDevice* device = painter.device();
-    const double ratio = device->devicePixelRatio();
-    const QRectF screen(0, 0, device->width() * std::max(1.0, ratio),
-                        device->height() * std::max(1.0, ratio));
+/// The mask's pixels that the shadow can touch and that have an influence on what the device shows.
+QRect visiblePart(const QPainter& painter, const QRectF& shape, int margin, double coarseness) {
+    const QPaintDevice* device = painter.paintEngine()->paintDevice();
+    const QRectF screen(0, 0, device->width() / coarseness, device->height() / coarseness);
     const double border = margin;
     return shape.adjusted(-border, -border, border, border)
         .intersected(screen.adjusted(-border, -border, border, border))
