@@ -111,7 +111,7 @@ void RowTemplate::drawFinish(QPainter& painter, const QRectF& board) const {
         strokeShape(painter, cgRoundRect(board, style_.radius), style_.decorationColor, 2);
     }
     if (style_.decoration == Decoration::edgeBand) {
-        constexpr double width = 4; // leaves the serve dot free
+        constexpr double width = 3; // leaves the serve dot free
         fillCell(painter, {board.left(), board.top(), width, board.height()}, style_.decorationColor);
     }
 }
