@@ -120,6 +120,19 @@ void AppState::updateMarkerLabel(const QUuid& id, const std::optional<QString>& 
     save();
 }
 
+void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,
+                              UndoManager* undoManager) {
+    const std::vector<Marker> previous = markers;
+    const std::optional<QUuid> previousSelection = selectedMarkerID;
+    markers = std::move(replacement);
+    selectedMarkerID = selection;
+    registerEdit(undoManager, QStringLiteral("Import Markers"),
+                 [this, previous, previousSelection, undoManager] {
+                     replaceMarkers(previous, previousSelection, undoManager);
+                 });
+    save();
+}
+
 void AppState::reset() {
     step = 0;
     selectedTemplate = std::nullopt;

@@ -98,6 +98,10 @@ public:
     void updateMarkerTime(const QUuid& id, double time, UndoManager* undoManager);
     void updateMarkerLabel(const QUuid& id, const std::optional<QString>& label, UndoManager* undoManager);
 
+    /// Takes a whole other list, sorted by start time, and a selection; as an import does.
+    void replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,
+                        UndoManager* undoManager);
+
     /// A fresh start; the stored session is deleted. The language, the licence and the cut zones stay.
     void reset();
 

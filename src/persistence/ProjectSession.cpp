@@ -1,0 +1,119 @@
+#include "persistence/ProjectSession.h"
+
+#include "session/AppState.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace pointloom {
+
+namespace {
+
+// Screens of the session's `step`.
+constexpr int sportStep = 0;
+constexpr int templateStep = 1;
+constexpr int configurationStep = 2;
+constexpr int videoStep = 3;
+constexpr int editorStep = 4;
+
+std::optional<QString> pathOf(const std::optional<QUrl>& url) {
+    return url ? std::optional(url->path(QUrl::FullyDecoded)) : std::nullopt;
+}
+
+int firstUnfinishedStep(const ProjectFile& project, const AppState& state) {
+    if (!project.selectedTemplate)
+        return project.selectedSport ? templateStep : sportStep;
+    if (!project.matchConfig)
+        return configurationStep;
+    return state.videoURL.value() ? editorStep : videoStep;
+}
+
+/// Where the file is now, noted in the report when that is not `storedPath`; absent when it is nowhere.
+std::optional<QString> locate(OpenReport::Role role, const QString& storedPath, const QDir& besideDocument,
+                              OpenReport& report) {
+    const QString named = besideDocument.absoluteFilePath(storedPath);
+    if (QFileInfo(named).isFile())
+        return named;
+    const QString beside = besideDocument.absoluteFilePath(QFileInfo(storedPath).fileName());
+    if (QFileInfo(beside).isFile()) {
+        report.relocated.push_back({role, storedPath, beside});
+        return beside;
+    }
+    report.missing.push_back({role, storedPath});
+    return std::nullopt;
+}
+
+}
+
+ProjectFile projectFrom(const AppState& state) {
+    const QPointF position = state.scoreboardPosition;
+    ProjectFile project;
+    project.selectedSport = state.selectedSport.value();
+    project.selectedTemplate = state.selectedTemplate.value();
+    project.matchConfig = state.matchConfig.value();
+    project.markers = state.markers.value();
+    project.initialScore = state.initialScore.value();
+    project.scoreboardPositionX = position.x();
+    project.scoreboardPositionY = position.y();
+    project.scoreboardUserScale = state.scoreboardUserScale.value();
+    project.trimStart = state.trimStart.value();
+    project.trimEnd = state.trimEnd.value();
+    project.watermarkPath = pathOf(state.watermarkURL.value());
+    project.watermarkCorner = state.watermarkCorner.value();
+    project.videoPath = pathOf(state.videoURL.value());
+    return project;
+}
+
+void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
+    state.reset();
+    state.selectedSport = project.selectedSport.value_or(SportID::tennis);
+    state.selectedTemplate = project.selectedTemplate;
+    state.matchConfig = project.matchConfig;
+    state.markers = project.markers;
+    state.initialScore = project.initialScore;
+    state.scoreboardPosition = project.scoreboardPosition();
+    state.scoreboardUserScale = project.scoreboardUserScale.value_or(1.0);
+    state.trimStart = project.trimStart;
+    state.trimEnd = project.trimEnd;
+    if (project.watermarkCorner)
+        state.watermarkCorner = *project.watermarkCorner;
+    if (project.watermarkPath)
+        state.watermarkURL = QUrl::fromLocalFile(*project.watermarkPath);
+    if (project.videoPath)
+        state.videoURL = QUrl::fromLocalFile(*project.videoPath);
+    state.currentProjectURL = sourceURL;
+    state.step = firstUnfinishedStep(project, state);
+    state.save();
+}
+
+OpenReport openProject(const QString& path, AppState& state) {
+    using enum OpenReport::Role;
+    ProjectFile project = ProjectFile::load(path);
+    const QFileInfo document(path);
+    const QDir folder = document.absoluteDir();
+
+    OpenReport report;
+    if (project.matchConfig && project.matchConfig->logoURL) {
+        const QString stored = *pathOf(project.matchConfig->logoURL);
+        if (const auto found = locate(logo, stored, folder, report))
+            project.matchConfig->logoURL = QUrl::fromLocalFile(*found);
+    }
+    if (project.watermarkPath)
+        project.watermarkPath =
+            locate(watermark, *project.watermarkPath, folder, report).value_or(*project.watermarkPath);
+    bool isVideoMissing = false;
+    if (project.videoPath) {
+        const auto found = locate(video, *project.videoPath, folder, report);
+        isVideoMissing = !found;
+        project.videoPath = found.value_or(*project.videoPath);
+    }
+
+    apply(project, state, QUrl::fromLocalFile(document.absoluteFilePath()));
+    if (isVideoMissing) {
+        state.videoURL = std::nullopt;
+        state.step = videoStep;
+    }
+    return report;
+}
+
+}

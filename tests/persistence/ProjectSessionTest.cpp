@@ -1,0 +1,178 @@
+#include "persistence/ProjectSession.h"
+
+#include "persistence/DocumentError.h"
+#include "persistence/MarkerImport.h"
+#include "session/UndoStack.h"
+#include "support/Sessions.h"
+
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace pointloom {
+namespace {
+
+using namespace test;
+using enum OpenReport::Role;
+
+class ProjectInSession : public testing::Test {
+protected:
+    QTemporaryDir folder;
+    RecordingStore store;
+    AppState state{&store};
+
+    QString at(const char* name) const { return folder.filePath(QString::fromUtf8(name)); }
+
+    QString write(const char* name, const QByteArray& bytes) const {
+        QFile file(at(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+
+    void fillState() {
+        state.selectedSport = SportID::padel;
+        state.selectedTemplate = TemplateID::retro;
+        state.matchConfig = tennisMatch();
+        state.markers = std::vector{markerAt(1), markerAt(2)};
+        state.initialScore = tennisScore(3);
+        state.scoreboardPosition = QPointF(0.7, 0.8);
+        state.scoreboardUserScale = 1.75;
+        state.trimStart = 2;
+        state.trimEnd = 20;
+        state.watermarkURL = QUrl::fromLocalFile(at("mark #1.png"));
+        state.watermarkCorner = WatermarkCorner::topRight;
+        state.videoURL = QUrl::fromLocalFile(at("match 100%.mp4"));
+    }
+};
+
+TEST_F(ProjectInSession, ASessionSurvivesADocumentButItsCutsDoNot) {
+    fillState();
+    state.cuts = std::vector{CutZone{QUuid::createUuid(), 1, 2}};
+    state.language = Language::italian;
+    const ProjectFile saved = projectFrom(state);
+    EXPECT_EQ(saved.videoPath, at("match 100%.mp4"));
+
+    AppState fresh(&store);
+    const QUrl source = QUrl::fromLocalFile(at("project.plp"));
+    apply(saved, fresh, source);
+    EXPECT_EQ(projectFrom(fresh), saved);
+    EXPECT_EQ(fresh.currentProjectURL.value(), source);
+    EXPECT_EQ(fresh.step.value(), 4);
+    EXPECT_EQ(fresh.language.value(), Language::english);
+    EXPECT_TRUE(fresh.cuts.value().empty());
+    EXPECT_EQ(store.saves, 1);
+}
+
+TEST_F(ProjectInSession, TheWizardOpensWhereSomethingIsMissing) {
+    ProjectFile project;
+    const auto stepOf = [&] {
+        apply(project, state, QUrl());
+        return state.step.value();
+    };
+    EXPECT_EQ(stepOf(), 0);
+    project.selectedSport = SportID::squash;
+    EXPECT_EQ(stepOf(), 1);
+    project.selectedSport = std::nullopt;
+    project.selectedTemplate = TemplateID::dark;
+    EXPECT_EQ(stepOf(), 2) << "the sport falls back to tennis";
+    EXPECT_EQ(state.selectedSport.value(), SportID::tennis);
+    project.matchConfig = tennisMatch();
+    EXPECT_EQ(stepOf(), 3);
+    project.videoPath = QStringLiteral("/videos/match.mp4");
+    EXPECT_EQ(stepOf(), 4);
+}
+
+TEST_F(ProjectInSession, AbsentValuesTakeTheirDefaults) {
+    fillState();
+    ProjectFile project;
+    project.scoreboardPositionX = 1.0001;
+    apply(project, state, QUrl());
+    EXPECT_EQ(state.scoreboardPosition.value(), QPointF(0.15, 0.1));
+    EXPECT_EQ(state.scoreboardUserScale.value(), 1.0);
+    EXPECT_EQ(state.watermarkCorner.value(), WatermarkCorner::bottomRight);
+    EXPECT_FALSE(state.watermarkURL.value());
+    EXPECT_TRUE(state.markers.value().empty());
+}
+
+TEST_F(ProjectInSession, FilesThatMovedWithTheDocumentAreFoundBesideIt) {
+    fillState();
+    MatchConfig config = tennisMatch();
+    config.logoURL = QUrl::fromLocalFile(QStringLiteral("/elsewhere/club.png"));
+    state.matchConfig = config;
+    ProjectFile project = projectFrom(state);
+    project.videoPath = QStringLiteral("/elsewhere/match.mp4");
+    project.watermarkPath = QStringLiteral("/elsewhere/mark.png");
+    project.save(at("project.plp"));
+    write("match.mp4", "video");
+    write("club.png", "logo");
+
+    const OpenReport report = openProject(at("project.plp"), state);
+    EXPECT_EQ(report.relocated, (std::vector<OpenReport::Relocation>{
+                                    {logo, QStringLiteral("/elsewhere/club.png"), at("club.png")},
+                                    {video, QStringLiteral("/elsewhere/match.mp4"), at("match.mp4")}}));
+    EXPECT_EQ(report.missing,
+              (std::vector<OpenReport::Missing>{{watermark, QStringLiteral("/elsewhere/mark.png")}}));
+    EXPECT_EQ(state.videoURL.value(), QUrl::fromLocalFile(at("match.mp4")));
+    EXPECT_EQ(state.matchConfig.value()->logoURL, QUrl::fromLocalFile(at("club.png")));
+    EXPECT_EQ(state.step.value(), 4);
+}
+
+TEST_F(ProjectInSession, AMissingVideoIsToBeImportedAgain) {
+    fillState();
+    MatchConfig config = tennisMatch();
+    config.logoURL = QUrl::fromLocalFile(QStringLiteral("/elsewhere/club.png"));
+    state.matchConfig = config;
+    projectFrom(state).save(at("project.plp"));
+
+    const OpenReport report = openProject(at("project.plp"), state);
+    EXPECT_TRUE(report.relocated.empty());
+    ASSERT_EQ(report.missing.size(), 3U);
+    EXPECT_EQ(report.missing.back(), (OpenReport::Missing{video, at("match 100%.mp4")}));
+    EXPECT_FALSE(state.videoURL.value());
+    EXPECT_EQ(state.step.value(), 3);
+    EXPECT_EQ(state.matchConfig.value(), config) << "the document keeps naming its logo";
+    EXPECT_EQ(state.currentProjectURL.value(), QUrl::fromLocalFile(at("project.plp")));
+}
+
+TEST_F(ProjectInSession, AnUnreadableDocumentLeavesTheSession) {
+    fillState();
+    const ProjectFile before = projectFrom(state);
+    write("project.plp", "{");
+    EXPECT_THROW(openProject(at("project.plp"), state), DocumentError);
+    EXPECT_EQ(projectFrom(state), before);
+    EXPECT_EQ(store.saves + store.clears, 0);
+}
+
+TEST_F(ProjectInSession, AnImportReplacesTheMarkersSelectsTheFirstAndSaves) {
+    state.addMarker(markerAt(500), nullptr);
+    UndoStack undo;
+    const QString file = write("match.csv", "\xEF\xBB\xBF"
+                                            "startTime,label\r\n30,Break,2,0,0,2,1\r\n15,,1,adv,40,1,1\r\n");
+    EXPECT_EQ(importMarkers(file, state, &undo), std::nullopt);
+    EXPECT_EQ(timesOf(state), (std::vector<double>{15, 30}));
+    EXPECT_EQ(state.selectedMarkerID.value(), state.markers.value().front().id);
+    EXPECT_EQ(store.saves, 2);
+    undo.undo();
+    EXPECT_EQ(timesOf(state), std::vector<double>{500});
+}
+
+TEST_F(ProjectInSession, AFailedImportSaysWhyInTheSessionsLanguage) {
+    state.addMarker(markerAt(500), nullptr);
+    state.language = Language::french;
+    EXPECT_EQ(importMarkers(write("empty.csv", "startTime,label\n"), state, nullptr),
+              state.t(L10nKey::noValidMarkersInCSV));
+    for (const QString& file : {write("latin.csv", "15,Ren\xE9,1,0,0,1,1\n"), at("absent.csv")}) {
+        const auto message = importMarkers(file, state, nullptr);
+        ASSERT_TRUE(message);
+        EXPECT_TRUE(message->startsWith(QStringLiteral("Impossible de lire le fichier : ")))
+            << message->toStdString();
+        EXPECT_TRUE(message->contains(QStringLiteral(".csv"))) << message->toStdString();
+    }
+    EXPECT_EQ(timesOf(state), std::vector<double>{500});
+    EXPECT_EQ(store.saves, 1);
+}
+
+}
+}

@@ -1,0 +1,124 @@
+#include "session/AppState.h"
+
+#include "l10n/Language.h"
+#include "support/Sessions.h"
+
+#include <gtest/gtest.h>
+
+namespace pointloom {
+namespace {
+
+using namespace test;
+
+TEST(AppState, FieldsNotifyTheirOwnReadersAndOnlyOfChanges) {
+    AppState state;
+    int stepEvaluations = 0;
+    QProperty<int> screen;
+    screen.setBinding([&] {
+        ++stepEvaluations;
+        return state.step.value();
+    });
+    int templateNotifications = 0;
+    const auto watch = state.selectedTemplate.onValueChanged([&] { ++templateNotifications; });
+    stepEvaluations = 0;
+
+    state.selectedTemplate = TemplateID::retro;
+    state.selectedTemplate = TemplateID::retro;
+    EXPECT_EQ(templateNotifications, 1);
+    EXPECT_EQ(stepEvaluations, 0) << "a reader of another field was disturbed";
+
+    state.step = 3;
+    EXPECT_EQ(screen.value(), 3);
+    EXPECT_EQ(stepEvaluations, 1);
+}
+
+TEST(AppState, LiveScorePrefersMarkersThenTheInitialScoreThenTheEmptyMatch) {
+    AppState state;
+    EXPECT_FALSE(state.liveScore()) << "there is no match yet";
+
+    state.matchConfig = tennisMatch();
+    const ScoreState empty{.sets = std::vector<SetScore>(3), .currentGame = {}, .servingTeam = 1};
+    EXPECT_EQ(state.liveScore(), SportScoreState(empty));
+
+    state.initialScore = tennisScore(5);
+    EXPECT_EQ(state.liveScore(), tennisScore(5));
+
+    state.markers = std::vector{markerAt(10)};
+    state.currentTime = 9.99;
+    EXPECT_EQ(state.liveScore(), tennisScore(5));
+    state.currentTime = 10;
+    EXPECT_EQ(state.liveScore(), tennisScore(10));
+
+    state.matchConfig = std::nullopt;
+    EXPECT_FALSE(state.liveScore());
+}
+
+TEST(AppState, LiveScoreTellsItsReadersOnlyWhenItIsAnotherScore) {
+    AppState state;
+    state.matchConfig = tennisMatch();
+    state.markers = std::vector{markerAt(10), markerAt(20)};
+    int changes = 0;
+    const auto watch = state.bindableLiveScore().addNotifier([&] { ++changes; });
+
+    for (double time = 0; time < 30; time += 0.5)
+        state.currentTime = time;
+    EXPECT_EQ(changes, 2) << "60 frames, two of which begin another score";
+
+    state.scoreboardUserScale = 2;
+    state.isPlaying = true;
+    EXPECT_EQ(changes, 2);
+}
+
+TEST(AppState, ResetKeepsLanguageLicenceAndCutsAndDeletesTheStoredSession) {
+    RecordingStore store;
+    AppState state(&store);
+    const std::vector cuts{CutZone{QUuid::createUuid(), 1, 2}};
+    state.language = Language::german;
+    state.isLicensed = true;
+    state.cuts = cuts;
+    state.selectedCutID = cuts.front().id;
+    state.step = 4;
+    state.selectedSport = SportID::squash;
+    state.matchConfig = tennisMatch();
+    state.videoURL = QUrl::fromLocalFile(QStringLiteral("/videos/match.mp4"));
+    state.trimEnd = 12;
+    state.scoreboardPosition = QPointF(0.5, 0.5);
+    state.previewAreaSize = QSizeF(640, 360);
+    state.exportStatus = {AppState::ExportStatus::Stage::error, QStringLiteral("No space left")};
+    state.watermarkCorner = WatermarkCorner::topLeft;
+    state.showLicenseSheet = true;
+    state.addMarker(markerAt(10), nullptr);
+
+    state.reset();
+
+    EXPECT_EQ(state.step.value(), 0);
+    EXPECT_EQ(state.selectedSport.value(), SportID::tennis);
+    EXPECT_FALSE(state.matchConfig.value());
+    EXPECT_FALSE(state.videoURL.value());
+    EXPECT_FALSE(state.trimEnd.value());
+    EXPECT_EQ(state.scoreboardPosition.value(), QPointF(0.15, 0.1));
+    EXPECT_EQ(state.previewAreaSize.value(), QSizeF(0, 0));
+    EXPECT_EQ(state.exportStatus.value(), AppState::ExportStatus{});
+    EXPECT_EQ(state.watermarkCorner.value(), WatermarkCorner::bottomRight);
+    EXPECT_FALSE(state.showLicenseSheet.value());
+    EXPECT_TRUE(state.markers.value().empty());
+    EXPECT_FALSE(state.selectedMarkerID.value());
+
+    EXPECT_EQ(state.language.value(), Language::german);
+    EXPECT_TRUE(state.isLicensed.value());
+    EXPECT_EQ(state.cuts.value(), cuts);
+    EXPECT_EQ(state.selectedCutID.value(), cuts.front().id);
+    EXPECT_EQ(store.clears, 1);
+}
+
+TEST(AppState, TextsFollowTheLanguageInsideABinding) {
+    AppState state;
+    QProperty<QString> label;
+    label.setBinding([&] { return state.t(L10nKey::continueBtn); });
+    EXPECT_EQ(label.value(), QStringLiteral("Continue"));
+    state.language = Language::swedish;
+    EXPECT_EQ(label.value(), QStringLiteral("Fortsätt"));
+}
+
+}
+}
