@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QSize>
 #include <QTemporaryDir>
 #include <random>
 

@@ -160,9 +160,9 @@ TEST_F(MarkerUndo, AnImportIsOneStepAndEarlierStepsStillFit) {
 }
 
 TEST_F(MarkerUndo, RandomWalksThroughTheHistoryMeetTheSameMarkers) {
-    std::mt19937 random(7);
-    const auto below = [&](std::size_t bound) { return static_cast<std::size_t>(random() % bound); };
-    std::vector history{state.markers.value()};
+    std::mt19937_64 random(7);
+    const auto below = [&](std::size_t bound) { return random() % bound; };
+    std::vector<std::vector<Marker>> history(1);
     std::size_t position = 0;
     for (int round = 0; round < 3000; ++round) {
         const auto& markers = state.markers.value();
