@@ -20,8 +20,12 @@ std::optional<Record> decodeIfFits(const QByteArray& bytes) {
     }
 }
 
-bool fitsAnyRecord(const QByteArray& bytes) {
-    return decodeIfFits<Persistence::Snapshot>(bytes) || decodeIfFits<Persistence::LegacySnapshot>(bytes);
+/// False as well for what reads as the older form only because that form knows too little: the session of a
+/// newer version with a sport of its own.
+bool isReadWhole(const QByteArray& bytes) {
+    if (decodeIfFits<Persistence::Snapshot>(bytes))
+        return true;
+    return decodeIfFits<Persistence::LegacySnapshot>(bytes) && !json::parse(bytes).contains("selectedSport");
 }
 
 }
@@ -32,7 +36,7 @@ Persistence::Persistence(UserDefaults& defaults, const SessionLock&)
 void Persistence::save(const AppState& state) noexcept {
     try {
         const QByteArray bytes = json::write(Snapshot::of(state));
-        setAsideWhatFitsNoRecord();
+        setAsideWhatCannotBeRead();
         m_defaults.setData(sessionKey, bytes);
     } catch (const std::exception&) {
         // The value before stays; the next edit tries again with all of the session.
@@ -49,7 +53,6 @@ void Persistence::load(AppState& into) noexcept {
             snapshot->restore(into);
             into.scoreboardUserScale = 1.0;
         } else if (const auto legacy = decodeIfFits<LegacySnapshot>(*stored)) {
-            m_isStoredValueOurs = true;
             legacy->migrated().restore(into);
             save(into);
         }
@@ -60,18 +63,18 @@ void Persistence::load(AppState& into) noexcept {
 
 void Persistence::clear() noexcept {
     try {
-        setAsideWhatFitsNoRecord();
+        setAsideWhatCannotBeRead();
         m_defaults.remove(sessionKey);
     } catch (const std::exception&) {
         // A session that cannot be removed comes back at the next start.
     }
 }
 
-void Persistence::setAsideWhatFitsNoRecord() {
+void Persistence::setAsideWhatCannotBeRead() {
     if (m_isStoredValueOurs)
         return;
     const auto stored = m_defaults.data(sessionKey);
-    if (stored && !fitsAnyRecord(*stored)) {
+    if (stored && !isReadWhole(*stored)) {
         // Named by its content, so that each such value is kept, and kept once.
         const QByteArray digest =
             QCryptographicHash::hash(*stored, QCryptographicHash::Sha256).toHex().first(16);

@@ -41,10 +41,10 @@ public:
     void clear() noexcept override;
 
 private:
-    void setAsideWhatFitsNoRecord();
+    void setAsideWhatCannotBeRead();
 
     UserDefaults& m_defaults;
-    bool m_isStoredValueOurs = false; // absent, or known to fit one of the records
+    bool m_isStoredValueOurs = false; // absent, or known to be read whole
 };
 
 /// Neither the video nor the screen is part of it.

@@ -129,7 +129,7 @@ TEST_F(Autosave, ALegacySessionIsRestoredAsTennisAndRewrittenAtOnce) {
 }
 
 TEST_F(Autosave, AValueThatFitsNoRecordStaysAndIsSetAsideOnceBeforeItIsReplaced) {
-    const QByteArray newer(R"({"selectedSport":"curling","markers":[],"cuts":[],"scoreboardPositionX":0,)"
+    const QByteArray newer(R"({"selectedTemplate":"hologram","markers":[],"cuts":[],"scoreboardPositionX":0,)"
                            R"("scoreboardPositionY":0,"trimStart":0})");
     const auto state = restored(newer);
     EXPECT_EQ(state->step.value(), 4) << "nothing was restored";
@@ -149,6 +149,14 @@ TEST_F(Autosave, AValueThatFitsNoRecordStaysAndIsSetAsideOnceBeforeItIsReplaced)
     EXPECT_FALSE(defaults.data(Persistence::sessionKey));
     restored(newer)->save();
     EXPECT_EQ(copiesSetAside().size(), 2);
+}
+
+TEST_F(Autosave, ANewSportThatReadsAsAnOldSessionIsSetAsideToo) {
+    const auto state =
+        restored(R"({"selectedSport":"curling","markers":[],"cuts":[],"scoreboardPositionX":0,)"
+                 R"("scoreboardPositionY":0,"trimStart":7})");
+    EXPECT_EQ(state->trimStart.value(), 7);
+    EXPECT_EQ(copiesSetAside().size(), 1);
 }
 
 TEST_F(Autosave, WhatCannotBeWrittenAsJsonLeavesTheValueBefore) {

@@ -3,7 +3,7 @@
 //     torture_child edit FOLDER FIRST COUNT    makes COUNT edits from number FIRST on; "saved N" after each
 //     torture_child show FOLDER                prints the restored session as JSON
 //
-// Without the right to write, "edit" goes on as the user "nobody" when the folder is not its own.
+// Root may write anywhere: with POINTLOOM_TORTURE_AS_NOBODY in its environment it gives that up first.
 #include "persistence/Persistence.h"
 #include "session/RandomEdits.h"
 #include "json/JsonWriter.h"
@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <grp.h>
 #include <QCoreApplication>
 #include <string>
 #include <unistd.h>
@@ -56,7 +57,8 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is an error like any other
     if (std::getenv("POINTLOOM_TORTURE_AS_NOBODY") && ::geteuid() == 0) {
         constexpr uid_t nobody = 65534;
-        if (::setresuid(nobody, nobody, nobody) != 0)
+        if (::setgroups(0, nullptr) != 0 || ::setresgid(nobody, nobody, nobody) != 0 ||
+            ::setresuid(nobody, nobody, nobody) != 0)
             return EXIT_FAILURE;
     }
     const QCoreApplication application(argc, argv);

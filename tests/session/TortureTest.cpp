@@ -134,7 +134,7 @@ class SmallDisk {
 public:
     explicit SmallDisk(const QString& place)
         : m_place(QFile::encodeName(place))
-        , m_isMounted(::mount("tmpfs", m_place.constData(), "tmpfs", 0, "size=96k") == 0) {}
+        , m_isMounted(::mount("tmpfs", m_place.constData(), "tmpfs", 0, "size=32k") == 0) {}
     ~SmallDisk() {
         if (m_isMounted)
             ::umount(m_place.constData());
