@@ -2,7 +2,6 @@
 #pragma once
 
 #include "export/ExportOptions.h"
-#include "json/JsonFields.h"
 #include "l10n/Language.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
@@ -10,6 +9,7 @@
 #include "persistence/UserDefaults.h"
 #include "render/TemplateID.h"
 #include "session/SessionStore.h"
+#include "json/JsonFields.h"
 
 #include <optional>
 #include <QString>
