@@ -36,7 +36,7 @@ private:
     std::unique_ptr<Deadline> m_deadline; // the context's interrupt callback points here
 };
 
-/// A decoder exists for the stream and is one that we let files choose.
+/// Whether there is a decoder for what the stream holds.
 bool canDecode(const AVStream& stream);
 
 }
