@@ -54,7 +54,8 @@ void executeAnIllegalInstruction() {
 
 // glibc notices inside of malloc, with its own lock held: a handler that allocates would wait for ever.
 void corruptTheHeap() {
-    auto* block = static_cast<volatile char*>(std::malloc(24));
+    volatile std::size_t blockSize = 24; // unknown to the compiler, which would refuse what comes
+    auto* block = static_cast<volatile char*>(std::malloc(blockSize));
     for (int i = 24; i < 4096; ++i)
         block[i] = '\x41';
     for (std::size_t size = 24; size < 1 << 20; size *= 2) {
