@@ -21,8 +21,7 @@ DecodingError::DecodingError(const Path& place, const std::string& fault)
 DecodingError::DecodingError(const std::string& message)
     : std::runtime_error(message) {}
 
-std::string printable(std::string_view text) {
-    constexpr std::size_t longest = 60; // bytes shown before the text is cut
+std::string printable(std::string_view text, std::size_t longest) {
     std::string result;
     std::size_t end = std::min(text.size(), longest);
     const auto continuesCharacter = [&](std::size_t at) {

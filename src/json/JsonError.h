@@ -44,8 +44,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// `text` made fit for one line of an error message: cut when it is long, control characters replaced.
-std::string printable(std::string_view text);
+/// `text` made fit for one line of a message: cut after `longest` bytes of UTF-8, control characters
+/// replaced.
+std::string printable(std::string_view text, std::size_t longest = 60);
 
 /// The printable form of `text` in double quotes.
 std::string inQuotes(std::string_view text);

@@ -1,11 +1,10 @@
 #include "persistence/CSVParser.h"
 
+#include "persistence/DecimalNumber.h"
 #include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <QList>
 #include <QStringDecoder>
 
@@ -60,22 +59,9 @@ std::vector<QStringView> fieldsOf(QStringView line) {
     return fields;
 }
 
-// Numbers are written the same way everywhere, whatever the desktop's language.
 template <class Number>
 std::optional<Number> parseNumber(QStringView field) {
-    std::string text = field.toUtf8().toStdString();
-    if (text.starts_with('+') && !text.starts_with("+-"))
-        text.erase(0, 1);
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return number;
-}
-
-std::optional<double> parseTime(QStringView field) {
-    const auto time = parseNumber<double>(field);
-    return time && std::isfinite(*time) ? time : std::nullopt; // "inf" and "nan" are numbers to the library
+    return parseDecimal<Number>(field.toUtf8().toStdString());
 }
 
 GamePoint gamePoint(QStringView field) {
@@ -106,7 +92,7 @@ std::optional<Marker> parseRow(QStringView line) {
     const std::vector<QStringView> fields = fieldsOf(line);
     if (fields.size() < fewestColumns)
         return std::nullopt;
-    const auto time = parseTime(fields[0]);
+    const auto time = parseNumber<double>(fields[0]);
     const auto servingTeam = parseNumber<std::int64_t>(fields[2]);
     if (!time || !servingTeam || (*servingTeam != 1 && *servingTeam != 2))
         return std::nullopt;

@@ -10,7 +10,8 @@ namespace {
 
 std::string shownName(const QString& path) {
     const QString name = QFileInfo(path).fileName();
-    return json::printable((name.isEmpty() ? path : name).toStdString());
+    constexpr std::size_t longestFileName = 255; // bytes, of most file systems
+    return json::printable((name.isEmpty() ? path : name).toStdString(), longestFileName);
 }
 
 }
