@@ -1,0 +1,13 @@
+// Writes shell completion from the parser's own description of the command line, so that the two agree.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace pointloom::cli {
+
+/// A bash script that completes subcommands, options, the words and files that options take, and positional
+/// arguments. Options without a help group stay hidden.
+std::string bashCompletion(const CLI::App& root, const std::string& program);
+
+}

@@ -1,0 +1,142 @@
+// pointloom-cli export: burns the scoreboard into the video.
+#include "cli/Arguments.h"
+#include "cli/CancelOnSignal.h"
+#include "cli/Commands.h"
+#include "cli/Messages.h"
+#include "cli/ProgressDisplay.h"
+#include "cli/ProjectInputs.h"
+
+#include <array>
+#include <utility>
+
+namespace pointloom::cli {
+
+namespace {
+
+// Words that are easier to type than the labels of the program's window.
+constexpr auto formatWords = std::to_array<std::pair<ExportFormat, std::string_view>>({
+    {ExportFormat::h264, "h264"},
+    {ExportFormat::hevc, "hevc"},
+    {ExportFormat::prores, "prores"},
+});
+
+constexpr auto presetWords = std::to_array<std::pair<ExportPreset, std::string_view>>({
+    {ExportPreset::original, "original"},
+    {ExportPreset::youtube4k, "youtube4k"},
+    {ExportPreset::twitter1080p, "twitter1080p"},
+    {ExportPreset::instagram916, "instagram916"},
+});
+
+template <class Table>
+std::vector<std::string> wordsOf(const Table& table) {
+    std::vector<std::string> words;
+    for (const auto& [value, word] : table)
+        words.emplace_back(word);
+    return words;
+}
+
+template <class Table>
+auto valueOf(const Table& table, std::string_view word) {
+    auto value = table.front().first;
+    for (const auto& [candidate, candidateWord] : table) {
+        if (candidateWord == word)
+            value = candidate;
+    }
+    return value;
+}
+
+class ExportCommand final : public Command {
+public:
+    explicit ExportCommand(CLI::App& subcommand);
+    bool drawsPictures() const override { return true; }
+    ExitStatus run() override;
+
+private:
+    ExportRequest request() const;
+
+    std::string m_project;
+    std::string m_output;
+    std::optional<std::string> m_video;
+    std::string m_format = "h264";
+    std::string m_preset = "original";
+    std::optional<double> m_trimStart;
+    std::optional<double> m_trimEnd;
+    std::optional<std::string> m_watermark;
+    std::string m_watermarkCorner;
+    std::string m_progress = "auto";
+    std::string m_encoderPreset;
+};
+
+ExportCommand::ExportCommand(CLI::App& subcommand)
+    : Command(subcommand) {
+    addProjectArgument(app(), m_project);
+    addFileOption(app(), "-o,--output", m_output, videoFile,
+                  "Where to write; without it a new file in the Downloads folder. A file there is replaced");
+    addFileOption(app(), "--video", m_video, videoFile, "The source, in place of the project's video");
+    limitChoices(app().add_option("--format", m_format, "Codec: H.264 and HEVC in MP4, ProRes 422 in MOV"),
+                 wordsOf(formatWords))
+        ->capture_default_str();
+    limitChoices(app().add_option("--preset", m_preset, "Size of the picture"), wordsOf(presetWords))
+        ->capture_default_str();
+    addTimeOption(app(), "--trim-start", m_trimStart, "Start of the range, in place of the project's");
+    addTimeOption(app(), "--trim-end", m_trimEnd, "End of the range, in place of the project's");
+    addFileOption(app(), "--watermark", m_watermark, imageFile,
+                  "Logo in a corner, in place of the project's");
+    limitChoices(app().add_option("--watermark-corner", m_watermarkCorner, "Its corner"),
+                 rawValues<WatermarkCorner>());
+    limitChoices(
+        app().add_option("--progress", m_progress, "How to show progress; auto: a bar on a terminal"),
+        rawValues<ProgressMode>())
+        ->capture_default_str();
+    app().add_option("--encoder-preset", m_encoderPreset, "Speed preset of x264 or x265")->group("");
+    app().footer(
+        "Example:\n  pointloom-cli export final.plp -o final.mp4 --preset youtube4k --trim-end 90\n\n"
+        "Ctrl-C stops the export and removes what was written; the exit status is then 130.");
+}
+
+ExportRequest ExportCommand::request() const {
+    ExportRequest request;
+    request.videoPath = toText(m_video);
+    request.watermarkPath = toText(m_watermark);
+    request.watermarkCorner = fromRawValue<WatermarkCorner>(m_watermarkCorner);
+    request.trimStart = m_trimStart;
+    request.trimEnd = m_trimEnd;
+    request.format = valueOf(formatWords, m_format);
+    request.preset = valueOf(presetWords, m_preset);
+    request.outputPath = toText(m_output);
+    request.encoderPreset = m_encoderPreset;
+    return request;
+}
+
+ExitStatus ExportCommand::run() {
+    const QString projectPath = toText(m_project);
+    const ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
+    const ExportJob& job = inputs.job;
+    requireUsableOutput(job.outputPath, inputFiles(job, projectPath));
+
+    const CancelOnSignal cancellation;
+    ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
+    // Remarks wait until the export runs: one that cannot start says only why.
+    Remarks unsaid = inputs.remarks;
+    const auto showProgress = [&](const ExportProgress& progress) {
+        say(std::exchange(unsaid, {}));
+        display.update(progress);
+    };
+    try {
+        ExportManager::exportVideo(
+            job, [&] { return cancellation.isRequested(); }, showProgress);
+    } catch (const ExportError& error) {
+        throw faultOf(error, projectPath);
+    }
+    display.finish(job.outputPath);
+    return ExitStatus::done;
+}
+
+}
+
+std::unique_ptr<Command> makeExportCommand(CLI::App& root) {
+    return std::make_unique<ExportCommand>(
+        *root.add_subcommand("export", "Export the project's video with the scoreboard burned in"));
+}
+
+}

@@ -1,0 +1,12 @@
+// Writes a picture as a PNG file.
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace pointloom::cli {
+
+/// Replaces the file in one step. Throws CommandError, DocumentError.
+void writePng(const QImage& picture, const QString& path);
+
+}

@@ -1,0 +1,170 @@
+#include "cli/ProjectInputs.h"
+
+#include "model/ScoringEngine.h"
+
+#include <algorithm>
+#include <QFileInfo>
+
+namespace pointloom::cli {
+
+namespace {
+
+QString shortName(const QString& path) {
+    return QFileInfo(path).fileName();
+}
+
+[[noreturn]] void fail(const QString& projectPath, const QString& reason) {
+    throw CommandError(shortName(projectPath) + QStringLiteral(": ") + reason);
+}
+
+QString besideNote(const QString& role, const QString& path) {
+    return QStringLiteral("the %1 was found beside the project: %2").arg(role, path);
+}
+
+TemplateID requireTemplate(const ProjectFile& project, const QString& projectPath) {
+    if (!project.selectedTemplate)
+        fail(projectPath, QStringLiteral("no scoreboard template is chosen"));
+    return *project.selectedTemplate;
+}
+
+QString settleVideo(const ProjectFile& project, const QString& projectPath, const ExportRequest& request,
+                    Remarks& remarks) {
+    if (request.videoPath) {
+        if (!QFileInfo::exists(*request.videoPath))
+            throw CommandError(*request.videoPath + QStringLiteral(": no such video"));
+        return *request.videoPath;
+    }
+    if (!project.videoPath)
+        fail(projectPath, QStringLiteral("no video is chosen; name one with --video"));
+    const auto found = findFile(*project.videoPath, projectPath);
+    if (!found)
+        fail(projectPath, QStringLiteral("the video is missing: ") + *project.videoPath);
+    if (found->isBesideDocument)
+        remarks.notes += besideNote(QStringLiteral("video"), found->path);
+    return found->path;
+}
+
+std::optional<QString> settleWatermark(const ProjectFile& project, const QString& projectPath,
+                                       const ExportRequest& request, Remarks& remarks) {
+    if (request.watermarkPath) {
+        if (!QFileInfo(*request.watermarkPath).isFile())
+            throw CommandError(*request.watermarkPath + QStringLiteral(": no such picture"));
+        return request.watermarkPath;
+    }
+    if (!project.watermarkPath)
+        return std::nullopt;
+    const auto found = findFile(*project.watermarkPath, projectPath);
+    if (!found) {
+        remarks.warnings +=
+            QStringLiteral("the watermark is missing and left out: ") + *project.watermarkPath;
+        return std::nullopt;
+    }
+    if (found->isBesideDocument)
+        remarks.notes += besideNote(QStringLiteral("watermark"), found->path);
+    return found->path;
+}
+
+void settleTrim(ExportJob& job, const ProjectFile& project, const QString& projectPath,
+                const ExportRequest& request) {
+    job.trimStart = request.trimStart.value_or(project.trimStart);
+    job.trimEnd = request.trimEnd ? request.trimEnd : project.trimEnd;
+    if (!job.trimEnd || *job.trimEnd > job.trimStart)
+        return;
+    const QString fault = QStringLiteral("the end of the range, %1 s, is not after its start, %2 s")
+                              .arg(*job.trimEnd)
+                              .arg(job.trimStart);
+    if (request.trimStart || request.trimEnd)
+        throw UsageError(QStringLiteral("--trim-start, --trim-end: ") + fault);
+    fail(projectPath, fault);
+}
+
+void warnOfScoresNotDrawn(const OverlayDescription& overlay, Remarks& remarks) {
+    const auto isHidden = [&](const SportScoreState& score) {
+        return !drawsScore(overlay.templateID, score);
+    };
+    const auto hidden = std::count_if(overlay.markers.begin(), overlay.markers.end(),
+                                      [&](const Marker& marker) { return isHidden(marker.score); }) +
+                        (isHidden(overlay.initialScore) ? 1 : 0);
+    if (hidden > 0)
+        remarks.warnings +=
+            QStringLiteral("the template \"%1\" draws another kind of score: %2 of %3 scores are not shown")
+                .arg(QString::fromUtf8(rawValue(overlay.templateID)))
+                .arg(hidden)
+                .arg(overlay.markers.size() + 1);
+}
+
+}
+
+ProjectInputs resolveInputs(const ProjectFile& project, const QString& projectPath,
+                            const ExportRequest& request) {
+    ProjectInputs inputs;
+    ExportJob& job = inputs.job;
+    OverlayDescription& overlay = job.overlay;
+
+    overlay.config = requireMatch(project, projectPath);
+    overlay.templateID = requireTemplate(project, projectPath);
+    settleTrim(job, project, projectPath, request);
+    job.videoPath = settleVideo(project, projectPath, request, inputs.remarks);
+    settleLogo(overlay.config, projectPath, inputs.remarks);
+    overlay.watermarkPath = settleWatermark(project, projectPath, request, inputs.remarks);
+    overlay.watermarkCorner =
+        request.watermarkCorner.value_or(project.watermarkCorner.value_or(WatermarkCorner::bottomRight));
+
+    overlay.markers = project.markers;
+    overlay.initialScore = initialScoreOf(project, overlay.config);
+    overlay.scoreboardPosition = project.scoreboardPosition();
+    overlay.scoreboardUserScale = project.scoreboardUserScale.value_or(1.0);
+    warnOfScoresNotDrawn(overlay, inputs.remarks);
+
+    job.format = request.format;
+    job.preset = request.preset;
+    job.encoderPreset = request.encoderPreset;
+    job.outputPath = request.outputPath.isEmpty() ? defaultOutputPath(request.format) : request.outputPath;
+    return inputs;
+}
+
+const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath) {
+    if (!project.matchConfig)
+        fail(projectPath, QStringLiteral("the match is not set up: no teams, no sets"));
+    return *project.matchConfig;
+}
+
+SportScoreState initialScoreOf(const ProjectFile& project, const MatchConfig& config) {
+    return project.initialScore ? *project.initialScore : ScoringEngine::getInitialScore(config);
+}
+
+bool drawsScore(TemplateID id, const SportScoreState& score) {
+    return usesTennisScoring(sportOf(id)) == std::holds_alternative<ScoreState>(score);
+}
+
+void settleLogo(MatchConfig& config, const QString& projectPath, Remarks& remarks) {
+    if (!config.logoURL)
+        return;
+    const auto path = localPath(*config.logoURL);
+    const auto found = path ? findFile(*path, projectPath) : std::nullopt;
+    if (!found) {
+        const QString shown = path ? *path : config.logoURL->toDisplayString();
+        remarks.warnings += QStringLiteral("the logo is missing and left out: ") + shown;
+        config.logoURL.reset();
+        return;
+    }
+    if (found->isBesideDocument)
+        remarks.notes += besideNote(QStringLiteral("logo"), found->path);
+    config.logoURL = QUrl::fromLocalFile(found->path);
+}
+
+CommandError faultOf(const ExportError& error, const QString& projectPath) {
+    return CommandError(shortName(projectPath) + QStringLiteral(": ") + QString::fromUtf8(error.what()));
+}
+
+std::vector<InputFile> inputFiles(const ExportJob& job, const QString& projectPath) {
+    std::vector<InputFile> files{{projectPath, QStringLiteral("the project itself")},
+                                 {job.videoPath, QStringLiteral("the source video")}};
+    if (job.overlay.watermarkPath)
+        files.push_back({*job.overlay.watermarkPath, QStringLiteral("the watermark")});
+    if (job.overlay.config.logoURL)
+        files.push_back({job.overlay.config.logoURL->toLocalFile(), QStringLiteral("the logo")});
+    return files;
+}
+
+}

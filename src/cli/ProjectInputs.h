@@ -1,0 +1,53 @@
+// Turns a document and the options of the command line into what is to be exported.
+#pragma once
+
+#include "cli/CommandError.h"
+#include "cli/FileLookup.h"
+#include "cli/Messages.h"
+#include "export/ExportManager.h"
+#include "persistence/ProjectFile.h"
+
+namespace pointloom::cli {
+
+/// What the command line adds to a document, or puts in the place of what the document says.
+struct ExportRequest {
+    std::optional<QString> videoPath;
+    std::optional<QString> watermarkPath;
+    std::optional<WatermarkCorner> watermarkCorner;
+    std::optional<double> trimStart; // seconds
+    std::optional<double> trimEnd;
+    ExportFormat format = ExportFormat::h264;
+    ExportPreset preset = ExportPreset::original;
+    QString outputPath; // empty: a new file among the downloads
+    std::string encoderPreset;
+};
+
+struct ProjectInputs {
+    ExportJob job; // without a licence
+    Remarks remarks;
+};
+
+/// Throws CommandError: no match, no template, no video, or an empty range; UsageError when the range is
+/// empty because of `request`. A logo or watermark of the document that is missing is left out.
+ProjectInputs resolveInputs(const ProjectFile& project, const QString& projectPath,
+                            const ExportRequest& request);
+
+/// The match of a document. Throws CommandError when it has none.
+const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath);
+
+/// The score before the first marker.
+SportScoreState initialScoreOf(const ProjectFile& project, const MatchConfig& config);
+
+/// True when the template draws scores of that family; otherwise it would draw nothing.
+bool drawsScore(TemplateID id, const SportScoreState& score);
+
+/// Finds the logo of a match and puts its present place into `config`, or takes it out when it is missing.
+void settleLogo(MatchConfig& config, const QString& projectPath, Remarks& remarks);
+
+/// A fault of the export, with the name of its project.
+CommandError faultOf(const ExportError& error, const QString& projectPath);
+
+/// The files that this job reads: no output may replace them.
+std::vector<InputFile> inputFiles(const ExportJob& job, const QString& projectPath);
+
+}
