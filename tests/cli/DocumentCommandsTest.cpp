@@ -1,0 +1,167 @@
+#include "model/Marker.h"
+#include "persistence/CSVParser.h"
+#include "persistence/ProjectFile.h"
+#include "Program.h"
+
+#include <QDir>
+#include <QImage>
+
+namespace pointloom {
+namespace {
+
+using NewCommandTest = ProgramTest;
+using CheckCommandTest = ProgramTest;
+using ScoreboardCommandTest = ProgramTest;
+using MarkersCommandTest = ProgramTest;
+using TemplatesCommandTest = ProgramTest;
+
+TEST_F(TemplatesCommandTest, ListsTheCatalogueOrOneSport) {
+    const auto ids = [&](const char* arguments) {
+        std::vector<std::string> found;
+        for (const auto& entry : run(arguments).outJson())
+            found.push_back(entry.at("id"));
+        return found;
+    };
+    EXPECT_EQ(ids("templates --json").size(), 30U);
+    EXPECT_EQ(ids("templates --json --sport squash"),
+              (std::vector<std::string>{"squashCourt", "squashDark", "squashNeon", "squashMinimal"}));
+    EXPECT_EQ(ids("templates --json --sport padel"), ids("templates --json --sport tennis"));
+    EXPECT_EQ(run("templates --json --sport squash").outJson()[1],
+              (json::Value{{"id", "squashDark"},
+                           {"displayName", "Dark Pro"},
+                           {"description", "Charcoal/gold \u2014 dark pro"},
+                           {"sport", "squash"}}));
+    EXPECT_EQ(run("templates --sport padel").out.count('\n'), 10);
+}
+
+TEST_F(MarkersCommandTest, ThePrintedSampleReadsBack) {
+    const Outcome sample = run("markers --sample");
+    EXPECT_EQ(QString::fromUtf8(sample.out), CSVParser::sampleText());
+    write(QStringLiteral("s.csv"), sample.out);
+    const auto markers = json::decode<std::vector<Marker>>(run("markers s.csv --json").outJson());
+    ASSERT_EQ(markers.size(), 5U);
+    EXPECT_EQ(markers[4].label, QStringLiteral("Match point"));
+    EXPECT_EQ(run("markers s.csv").out.split('\n').at(3),
+              "     45.00 s  serving 1  game 15-0  sets 6-3 0-0 0-0  Second set");
+}
+
+TEST_F(MarkersCommandTest, ATableWithoutMarkersIsAFault) {
+    write(QStringLiteral("h.csv"), "startTime,label\nx,y\n");
+    EXPECT_EQ(faultOf("markers h.csv --json"), "h.csv: no valid markers in 1 lines of data");
+    write(QStringLiteral("l.csv"), "1,\xE9,1,0,0,0,0");
+    EXPECT_EQ(faultOf("markers l.csv"), "l.csv: not UTF-8 text; save it as \"CSV UTF-8\"");
+}
+
+TEST_F(NewCommandTest, WritesADocumentWithAbsolutePaths) {
+    write(QStringLiteral("v.mp4"), "x");
+    write(QStringLiteral("l.png"), "x");
+    write(QStringLiteral("s.csv"), CSVParser::sampleText().toUtf8());
+    const Outcome outcome =
+        run("new -o m.plp --sport padel --template wimbledon --team1 \"Ana/B\u00e9a\" --flags1 fr,GB --team2 "
+            "Cleo/Dora"
+            " --sets 3 --video v.mp4 --logo ./l.png --markers s.csv --position 0.5,0.25 --scale 1.5");
+    ASSERT_EQ(outcome.status, 0) << outcome.errText();
+    EXPECT_TRUE(outcome.err.isEmpty()) << outcome.errText();
+
+    const ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
+    const QString folderPath = QDir(folder.path()).canonicalPath();
+    EXPECT_EQ(project.videoPath, folderPath + QStringLiteral("/v.mp4"));
+    EXPECT_EQ(project.selectedTemplate, TemplateID::wimbledon);
+    EXPECT_EQ(project.markers.size(), 5U);
+    EXPECT_EQ(project.scoreboardPosition(), QPointF(0.5, 0.25));
+    EXPECT_EQ(project.scoreboardUserScale, 1.5);
+    ASSERT_TRUE(project.matchConfig);
+    EXPECT_EQ(project.matchConfig->format, MatchFormat::doubles) << "two pairs";
+    EXPECT_EQ(project.matchConfig->numberOfSets, 3);
+    EXPECT_EQ(project.matchConfig->team1, (TeamConfig{QStringLiteral("Ana"), QStringLiteral("B\u00e9a"),
+                                                      QStringLiteral("FR"), QStringLiteral("GB")}));
+    EXPECT_EQ(project.matchConfig->logoURL, QUrl::fromLocalFile(folderPath + QStringLiteral("/l.png")));
+}
+
+TEST_F(NewCommandTest, OldDocumentsAreReplacedOnlyOnDemand) {
+    ASSERT_EQ(run(newTennis).status, 0);
+    EXPECT_EQ(faultOf(newTennis), "m.plp: already exists; --force replaces it");
+    EXPECT_EQ(run((std::string(newTennis) + " --force").c_str()).status, 0);
+}
+
+TEST_F(NewCommandTest, WhatDoesNotFitTogetherIsWrongUsage) {
+    const auto fault = [&](const std::string& more) {
+        return faultOf(("new -o x.plp --team1 A/B --team2 C/D " + more).c_str(), 2);
+    };
+    EXPECT_EQ(fault("--sport volleyball --template classic"),
+              "--template: \"classic\" is not made for volleyball; see \"pointloom-cli templates --sport "
+              "volleyball\"");
+    EXPECT_EQ(fault("--sport volleyball --template volleyNeon --sets 1"),
+              "--sets: Volleyball is played over 3 or 5 sets, not 1");
+    EXPECT_EQ(fault("--sport squash --template squashDark --format doubles"),
+              "--format: Squash has no doubles");
+    EXPECT_EQ(
+        fault("--sport squash --template squashDark --markers m.csv").find("--markers: a table gives tennis"),
+        0U);
+    EXPECT_EQ(fault("--sport tennis --template classic --position 2,0"),
+              "--position: give two numbers from 0 to 1, as 0.15,0.1");
+    EXPECT_EQ(
+        faultOf("new -o x.plp --team1 A/B --team2 C --format doubles --sport tennis --template classic", 2),
+        "--format: doubles need two names in each team, as --team1 A/B");
+    EXPECT_EQ(faultOf("new -o x.plp --team1 A --team2 B --sport tennis --template classic --video none.mp4"),
+              "--video: no such file: none.mp4");
+    EXPECT_FALSE(exists(QStringLiteral("x.plp")));
+
+    const Outcome singles = run("new -o x.plp --team1 A/B --team2 C/D --sport squash --template squashDark");
+    EXPECT_EQ(singles.status, 0);
+    EXPECT_EQ(singles.errText(),
+              "pointloom-cli: note: a singles match: the scoreboard shows the first name of each team\n");
+}
+
+TEST_F(CheckCommandTest, SaysWhatIsMissing) {
+    ASSERT_EQ(run(newTennis).status, 0);
+    const Outcome outcome = run("check m.plp --json");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errText(), "pointloom-cli: m.plp: no video is chosen\n");
+    const json::Value report = outcome.outJson();
+    EXPECT_FALSE(report.at("complete"));
+    EXPECT_EQ(report.at("template"), "classic");
+    EXPECT_EQ(report.at("match").at("team1").at("player1"), "Ana");
+    EXPECT_EQ(report.at("missing"), json::Value({"no video is chosen"}));
+
+    ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
+    project.videoPath = QStringLiteral("/nowhere/v.mp4");
+    project.watermarkPath = QStringLiteral("/nowhere/w.png");
+    project.markers = {{QUuid::createUuid(), 1, PointScoreState{}, {}}};
+    project.save(path(QStringLiteral("m.plp")));
+    write(QStringLiteral("v.mp4"), "no video at all");
+    const json::Value moved = run("check m.plp --json").outJson();
+    EXPECT_EQ(moved.at("warnings").size(), 2U)
+        << moved; // the video beside the project; points in a tennis match
+    EXPECT_EQ(moved.at("missing").size(), 2U) << moved; // the watermark, and a video that cannot be read
+    EXPECT_EQ(moved.at("missing")[0], "the watermark is missing: /nowhere/w.png");
+    EXPECT_EQ(moved.at("missing")[1].get<std::string>().find("the video cannot be read: "), 0U);
+}
+
+TEST_F(ScoreboardCommandTest, DrawsTheScoreOfAMoment) {
+    write(QStringLiteral("s.csv"), CSVParser::sampleText().toUtf8());
+    ASSERT_EQ(run((std::string(newTennis) + " --markers s.csv").c_str()).status, 0);
+    const auto draw = [&](const char* arguments) {
+        const Outcome outcome = run((std::string("scoreboard m.plp -o b.png ") + arguments).c_str());
+        EXPECT_EQ(outcome.status, 0) << outcome.errText();
+        return QImage(path(QStringLiteral("b.png")));
+    };
+    const QImage start = draw("");
+    EXPECT_EQ(start.size(), QSize(270, 97)) << "three sets, short names";
+    EXPECT_EQ(start.pixelColor(2, 2).alpha(), 0);
+    EXPECT_GT(start.pixelColor(40, 30).alpha(), 0);
+    EXPECT_NE(draw("--at 60"), start);
+    EXPECT_EQ(draw("--at 0.5"), start);
+    EXPECT_NE(draw("--template dark"), start);
+    EXPECT_EQ(draw("--scale 2").size(), QSize(540, 194));
+}
+
+TEST_F(ScoreboardCommandTest, ATemplateOfAnotherKindOfSportIsAFault) {
+    ASSERT_EQ(run(newTennis).status, 0);
+    EXPECT_EQ(faultOf("scoreboard m.plp --template volleyNeon -o b.png"),
+              "m.plp: the template \"volleyNeon\" draws another kind of score than the match has");
+    EXPECT_FALSE(exists(QStringLiteral("b.png")));
+}
+
+}
+}

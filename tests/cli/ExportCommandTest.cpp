@@ -1,0 +1,142 @@
+#include "persistence/ProjectFile.h"
+#include "Program.h"
+#include "support/TestClips.h"
+
+#include <csignal>
+#include <QDir>
+#include <QImage>
+
+namespace pointloom {
+namespace {
+
+/// A project whose video is a generated clip of 320 x 180 pixels.
+class ExportCommandTest : public ProgramTest {
+protected:
+    void makeProject(int seconds) const {
+        const QString source = QStringLiteral("testsrc2=size=320x180:rate=25:duration=%1").arg(seconds);
+        const QString clip = clips.make(QStringLiteral("v.mp4"),
+                                        {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+                                         source, QStringLiteral("-pix_fmt"), QStringLiteral("yuv420p"),
+                                         QStringLiteral("-preset"), QStringLiteral("ultrafast")});
+        ASSERT_TRUE(QFile::rename(clip, path(QStringLiteral("v.mp4"))));
+        ASSERT_EQ(run((std::string(newTennis) + " --video v.mp4").c_str()).status, 0);
+    }
+
+    double durationOf(const QString& name) const {
+        return std::stod(test::probe(path(name)).at("format").at("duration").get<std::string>());
+    }
+
+    test::ClipFolder clips;
+};
+
+TEST_F(ExportCommandTest, ProgressIsOneObjectALineUpToTheFilesName) {
+    makeProject(2);
+    const Outcome outcome = run("export m.plp -o out.mp4 --progress json --trim-start 0.4 --trim-end 1.4");
+    ASSERT_EQ(outcome.status, 0) << outcome.errText();
+    EXPECT_EQ(outcome.errText(), "");
+    const QList<QByteArray> lines = outcome.out.trimmed().split('\n');
+    ASSERT_GT(lines.size(), 2);
+    double last = 0;
+    for (const QByteArray& line : lines.first(lines.size() - 1)) {
+        const double progress = json::Value::parse(line.toStdString()).at("progress");
+        EXPECT_GE(progress, last);
+        EXPECT_LE(progress, 1);
+        last = progress;
+    }
+    EXPECT_EQ(json::Value::parse(lines.last().toStdString()),
+              (json::Value{{"done", true}, {"output", "out.mp4"}}));
+    EXPECT_NEAR(durationOf(QStringLiteral("out.mp4")), 1.0, 0.05);
+}
+
+TEST_F(ExportCommandTest, WithoutATerminalOnlyTheFilesNameIsPrinted) {
+    makeProject(1);
+    const Outcome outcome = run("export m.plp -o out.mov --format prores");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errText(), "");
+    EXPECT_EQ(outcome.out, "out.mov\n");
+}
+
+TEST_F(ExportCommandTest, CtrlCStopsAndLeavesNothingBehind) {
+    makeProject(60);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        QProcess process;
+        process.setWorkingDirectory(folder.path());
+        process.start(program(),
+                      QProcess::splitCommand(QStringLiteral("export m.plp -o out.mp4 --progress json "
+                                                            "--preset twitter1080p")));
+        ASSERT_TRUE(process.waitForReadyRead(patience)) << "some progress";
+        kill(static_cast<pid_t>(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished(patience));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 130);
+        EXPECT_EQ(process.readAllStandardError(), "pointloom-cli: The export was cancelled.\n");
+        EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files),
+                  (QStringList{QStringLiteral("m.plp"), QStringLiteral("v.mp4")}));
+    }
+}
+
+TEST_F(ExportCommandTest, TheSourceIsNeverOverwritten) {
+    makeProject(1);
+    const QByteArray video = test::readFile(path(QStringLiteral("v.mp4")));
+    const QByteArray project = test::readFile(path(QStringLiteral("m.plp")));
+    EXPECT_EQ(faultOf("export m.plp -o v.mp4"), "v.mp4: is the source video; choose another output");
+    EXPECT_EQ(faultOf("export m.plp -o ./m.plp"), "./m.plp: is the project itself; choose another output");
+    EXPECT_EQ(faultOf("still m.plp --at 0 -o none/x.png").find("none/x.png: there is no folder"), 0U);
+    EXPECT_EQ(test::readFile(path(QStringLiteral("v.mp4"))), video);
+    EXPECT_EQ(test::readFile(path(QStringLiteral("m.plp"))), project);
+}
+
+TEST_F(ExportCommandTest, AMovedVideoIsFoundAndABrokenOneIsAFault) {
+    makeProject(1);
+    ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
+    project.videoPath = QStringLiteral("/elsewhere/v.mp4");
+    project.watermarkPath = QStringLiteral("/elsewhere/w.png");
+    project.save(path(QStringLiteral("m.plp")));
+    const Outcome outcome = run("export m.plp -o out.mp4");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errText(), "pointloom-cli: note: the video was found beside the project: " +
+                                     path(QStringLiteral("v.mp4")).toStdString() +
+                                     "\npointloom-cli: warning: the watermark is missing and left out: "
+                                     "/elsewhere/w.png\n");
+
+    write(QStringLiteral("broken.mp4"), "not a video");
+    EXPECT_EQ(faultOf("export m.plp --video broken.mp4 -o x.mp4").find("m.plp: Export failed: "), 0U);
+    EXPECT_EQ(faultOf("export m.plp --video none.mp4 -o x.mp4"), "none.mp4: no such video");
+    EXPECT_FALSE(exists(QStringLiteral("x.mp4")));
+}
+
+TEST_F(ExportCommandTest, AStillShowsTheVideoWithItsScoreboard) {
+    ASSERT_EQ(run(newTennis).status, 0);
+    const QString black = clips.make(QStringLiteral("black.mp4"),
+                                     "-f lavfi -i color=black:size=640x360:duration=1 -pix_fmt yuv420p");
+    ASSERT_EQ(
+        run({QStringLiteral("still"), QStringLiteral("m.plp"), QStringLiteral("--video"), black,
+             QStringLiteral("--at"), QStringLiteral("0.5"), QStringLiteral("-o"), QStringLiteral("f.png")})
+            .status,
+        0);
+    const QImage frame(path(QStringLiteral("f.png")));
+    ASSERT_EQ(frame.size(), QSize(640, 360));
+    const auto brightest = [&](const QRect& area) {
+        int value = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x)
+                value = std::max(value, frame.pixelColor(x, y).value());
+        }
+        return value;
+    };
+    EXPECT_GT(brightest({0, 0, 200, 80}), 150) << "the scoreboard";
+    EXPECT_LT(brightest({400, 0, 240, 200}), 20) << "the picture beside it";
+}
+
+TEST_F(ExportCommandTest, CheckIsContentWithACompleteProject) {
+    makeProject(1);
+    const Outcome outcome = run("check m.plp --json");
+    EXPECT_EQ(outcome.status, 0) << outcome.errText();
+    const json::Value report = outcome.outJson();
+    EXPECT_TRUE(report.at("complete"));
+    EXPECT_EQ(report.at("video").at("width"), 320);
+    EXPECT_NEAR(report.at("video").at("duration").get<double>(), 1.0, 0.05);
+}
+
+}
+}
