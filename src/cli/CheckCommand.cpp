@@ -25,7 +25,7 @@ CheckCommand::CheckCommand(CLI::App& subcommand)
     addProjectArgument(app(), m_project);
     app().add_flag("--json", m_asJson, "Print one object");
     app().footer("Example:\n  pointloom-cli check final.plp && pointloom-cli export final.plp\n\n"
-                 "The exit status is 0 when nothing is missing, and 1 otherwise.");
+                 "The exit status is 0 when every file that it names is there, and 1 otherwise.");
 }
 
 ExitStatus CheckCommand::run() {

@@ -31,7 +31,7 @@ void reportFiles(ProjectReport& report, const ProjectFile& project, const QStrin
     if (project.videoPath)
         reportFile(report, QStringLiteral("video"), *project.videoPath, projectPath);
     else
-        report.missing += QStringLiteral("no video is chosen");
+        report.unset += QStringLiteral("no video is chosen");
     if (project.matchConfig && project.matchConfig->logoURL) {
         const QUrl& url = *project.matchConfig->logoURL;
         reportFile(report, QStringLiteral("logo"), localPath(url).value_or(url.toDisplayString()),
@@ -43,9 +43,9 @@ void reportFiles(ProjectReport& report, const ProjectFile& project, const QStrin
 
 void reportSettings(ProjectReport& report, const ProjectFile& project) {
     if (!project.matchConfig)
-        report.missing += QStringLiteral("the match is not set up: no teams, no sets");
+        report.unset += QStringLiteral("the match is not set up: no teams, no sets");
     if (!project.selectedTemplate)
-        report.missing += QStringLiteral("no scoreboard template is chosen");
+        report.unset += QStringLiteral("no scoreboard template is chosen");
     if (project.trimEnd && *project.trimEnd <= project.trimStart)
         report.warnings += QStringLiteral("the range to export is empty: it ends at %1 s and starts at %2 s")
                                .arg(*project.trimEnd)
@@ -139,6 +139,8 @@ QString reportText(const ProjectFile& project, const ProjectReport& report) {
                             .arg(report.video->codec));
     for (const QString& warning : report.warnings)
         line(QStringLiteral("warning"), warning);
+    for (const QString& gap : report.unset)
+        line(QStringLiteral("to do"), gap);
     for (const QString& fault : report.missing)
         line(QStringLiteral("missing"), fault);
     return text;
@@ -157,7 +159,7 @@ json::OrderedValue listOf(const QStringList& texts) {
 
 json::OrderedValue reportJson(const ProjectFile& project, const ProjectReport& report) {
     json::OrderedValue object;
-    object["complete"] = report.missing.isEmpty();
+    object["complete"] = report.missing.isEmpty() && report.unset.isEmpty();
     object["version"] = project.version;
     if (project.matchConfig)
         object["match"] = json::encode(*project.matchConfig);
@@ -178,6 +180,7 @@ json::OrderedValue reportJson(const ProjectFile& project, const ProjectReport& r
                                              {"height", video->height},
                                              {"codec", video->codec.toStdString()}};
     object["warnings"] = listOf(report.warnings);
+    object["unset"] = listOf(report.unset);
     object["missing"] = listOf(report.missing);
     return object;
 }

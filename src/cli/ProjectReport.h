@@ -27,7 +27,8 @@ struct VideoReport {
 struct ProjectReport {
     std::vector<FileReport> files;
     std::optional<VideoReport> video; // when it is there and can be read
-    QStringList missing;              // what keeps an export from being complete
+    QStringList missing;              // what the document names and the disk does not have
+    QStringList unset;                // what the document does not name yet and an export needs
     QStringList warnings;             // what will probably surprise
 };
 
