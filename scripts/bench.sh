@@ -46,7 +46,7 @@ project() {
             printf "%.4f,,%d,%s,%s,%d,%d,%d,%d,0,0\n", i * d / n, i % 2 + 1, point[i % 5 + 1], point[(i * 3) % 4 + 1], \
                    (i / 9) % 7, (i / 13) % 7, (i / 17) % 7, (i / 23) % 7;
     }' >"$csv"
-    "$cli" new -o "$file" --sport tennis --template classic --team1 "Dravnik" --team2 "Solvane" \
+    "$cli" new --force -o "$file" --sport tennis --template classic --team1 "Dravnik" --team2 "Solvane" \
         --flags1 FR --flags2 ES --sets 3 --video "$clip" --markers "$csv" >/dev/null
     echo "$file"
 }
