@@ -24,13 +24,13 @@ MatchConfig matchFor(TemplateID id) {
     config.sport = sport;
     if (id == TemplateID::wimbledon) {
         config.format = MatchFormat::doubles;
-        config.team1 = {QStringLiteral("Krejcikova"), QStringLiteral("Siniakova"), QStringLiteral("CZ"),
+        config.team1 = {QStringLiteral("Albaret"), QStringLiteral("Navorro"), QStringLiteral("CZ"),
                         QStringLiteral("CZ")};
-        config.team2 = {QStringLiteral("Gauff"), QStringLiteral("Pegula"), QStringLiteral("US"),
+        config.team2 = {QStringLiteral("Lind"), QStringLiteral("Moss"), QStringLiteral("US"),
                         QStringLiteral("US")};
     } else if (usesTennisScoring(sport)) {
-        config.team1 = {QStringLiteral("Alcaraz"), {}, QStringLiteral("ES"), {}};
-        config.team2 = {QStringLiteral("Sinner"), {}, QStringLiteral("IT"), {}};
+        config.team1 = {QStringLiteral("Dravnik"), {}, QStringLiteral("ES"), {}};
+        config.team2 = {QStringLiteral("Solvane"), {}, QStringLiteral("IT"), {}};
     } else {
         config.team1 = {QStringLiteral("Lyon"), {}, QStringLiteral("FR"), {}};
         config.team2 = {QStringLiteral("Kanagawa"), {}, QStringLiteral("JP"), {}};

@@ -10,9 +10,9 @@ using namespace pointloom;
 namespace {
 
 MatchConfig longDoubles() {
-    MatchConfig config = matchBetween(QStringLiteral("Krejčíková"), QStringLiteral("Herbert"));
+    MatchConfig config = matchBetween(QStringLiteral("Novotníčková"), QStringLiteral("Albaret"));
     config.format = MatchFormat::doubles;
-    config.team1.player2 = QStringLiteral("Siniaková");
+    config.team1.player2 = QStringLiteral("Dvořáčková");
     config.team1.flag1 = config.team1.flag2 = QStringLiteral("CZ");
     config.team2.player2 = QStringLiteral("Mahut");
     config.team2.flag1 = QStringLiteral("FR");
