@@ -36,9 +36,9 @@ struct Unspeakable : std::exception {
 }
 
 [[gnu::noinline]] void readThroughNull() {
-    // Through the integer, so that neither compiler nor sanitizer sees it coming.
-    volatile std::uintptr_t nowhere = 0;
-    std::memset(reinterpret_cast<void*>(nowhere), 1, 1); // NOLINT
+    // Not quite null and unknown to the compiler, so that neither it nor a sanitizer sees it coming.
+    volatile std::uintptr_t nowhere = 8;
+    *reinterpret_cast<volatile char*>(nowhere) = 1;
 }
 
 void readPastTheEndOfAFile() {
