@@ -9,6 +9,12 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET
   libavformat>=59 libavcodec>=59 libavfilter>=8 libavutil>=57 libswscale>=6 libswresample>=4)
 
+pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium>=1.0.18)
+find_package(Qt6Keychain 0.13 REQUIRED)
+if(POINTLOOM_LICENCE_SERVER)
+  pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3>=3.34)
+endif()
+
 if(POINTLOOM_TESTS)
   find_package(GTest REQUIRED)
 endif()

@@ -1,0 +1,83 @@
+// The licence of this machine: activating, verifying without a network, renewing, giving back. Nothing here
+// ever keeps the program from starting, editing or exporting.
+#pragma once
+
+#include "info/InfoDictionary.h"
+#include "licensing/LicenceClient.h"
+#include "licensing/LicenceError.h"
+#include "licensing/LicenceStatus.h"
+#include "licensing/RecordStore.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+namespace pointloom {
+
+/// Every operation may be called from any thread, one at a time is carried out, and those that speak to the
+/// service wait for it: call them from a worker. They throw LicenceError with a message for the person.
+class LicenceManager {
+public:
+    using StopQuery = std::function<bool()>; // polled; true cancels
+
+    struct Parts {
+        InfoDictionary info; // "LicenseServiceURL", "LicensePublicKey", the version
+        std::unique_ptr<RecordStore> store;
+        QByteArray machineId;
+        std::function<QDateTime()> now = [] { return QDateTime::currentDateTimeUtc(); };
+        std::chrono::milliseconds timeout = std::chrono::seconds(30); // for one answer of the service
+    };
+
+    /// The keychain, identity and clock of this machine.
+    static Parts partsOfThisMachine(const InfoDictionary& info);
+
+    explicit LicenceManager(Parts parts);
+
+    /// Reads and verifies the licence kept here, with no network. At every start; never throws.
+    void load() noexcept;
+
+    /// What the export reads. Never waits for an operation under way.
+    bool isLicensed() const;
+    LicenceStatus status() const;
+
+    /// Takes one of the key's machines for this one. A machine activated again takes no second one.
+    void activate(const QString& keyText, const StopQuery& isStopping = {});
+
+    /// Gives the machine back to the key and forgets the licence. Without an answer of the service the
+    /// licence stays.
+    void deactivate(const StopQuery& isStopping = {});
+
+    /// Asks for a new licence when the old one has less than 14 days left. Returns why that failed; a failure
+    /// takes nothing away.
+    std::optional<LicenceError> renewIfDue(const StopQuery& isStopping = {});
+
+    /// The file that a machine without a network hands to the service, and its answer.
+    void writeRequest(const QString& keyText, const QString& path);
+    void importFile(const QString& path);
+
+private:
+    struct Kept;
+
+    Kept readKept();
+    void keep(const Kept& kept);
+    LicenceStatus judged(const Kept& kept) const;
+    LicenceRequest requestFor(const LicenceKey& key) const;
+    LicenceRecord answerTo(const LicenceRequest& request, const SignedLicence& answer) const;
+    void fetch(const QString& operation, const LicenceKey& key, const StopQuery& isStopping);
+    void accept(const SignedLicence& licence, const QDateTime& latestTime);
+    Ed25519::PublicKey publicKey() const;
+    LicenceClient client() const;
+    void setStatus(const LicenceStatus& status);
+
+    Parts m_parts;
+    std::mutex m_operation; // one at a time
+    mutable std::mutex m_statusMutex;
+    LicenceStatus m_status;
+};
+
+}
