@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <QEventLoop>
+#include <QHostAddress>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -105,6 +106,13 @@ private:
     QString m_failure;
 };
 
+}
+
+bool isSecureOrLoopback(const QUrl& url) {
+    if (!url.isValid() || url.host().isEmpty())
+        return false;
+    const bool isThisMachine = url.host() == u"localhost" || QHostAddress(url.host()).isLoopback();
+    return url.scheme() == u"https" || (url.scheme() == u"http" && isThisMachine);
 }
 
 HttpReply send(const HttpPost& post) {

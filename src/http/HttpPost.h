@@ -33,6 +33,9 @@ struct HttpReply {
     QString failure;         // in words; empty when the answer is complete
 };
 
+/// HTTPS to anywhere, or plain HTTP to this very machine.
+bool isSecureOrLoopback(const QUrl& url);
+
 /// Sends and waits, on a thread that may wait. Never throws for what the network does. Beside the headers
 /// given it sends only what HTTP needs: no language, no cookies, no name of the operating system.
 HttpReply send(const HttpPost& post);

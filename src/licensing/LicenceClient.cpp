@@ -7,16 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <QHostAddress>
 #include <QRandomGenerator>
 
 namespace pointloom {
 
 namespace {
-
-bool isThisMachine(const QString& host) {
-    return host == u"localhost" || QHostAddress(host).isLoopback();
-}
 
 struct Refusal {
     const char* code;
@@ -83,9 +78,7 @@ LicenceClient::LicenceClient(const QString& serviceURL, std::chrono::millisecond
     if (serviceURL.isEmpty())
         throw LicenceError(LicenceFault::notConfigured,
                            QStringLiteral("This copy of Pointloom names no licence service."));
-    const bool isSafe =
-        m_base.scheme() == u"https" || (m_base.scheme() == u"http" && isThisMachine(m_base.host()));
-    if (!m_base.isValid() || m_base.host().isEmpty() || !isSafe)
+    if (!isSecureOrLoopback(m_base))
         throw LicenceError(
             LicenceFault::notConfigured,
             QStringLiteral("This copy of Pointloom names a licence service that cannot be used: its "

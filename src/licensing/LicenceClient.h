@@ -2,7 +2,7 @@
 #pragma once
 
 #include "licensing/LicenceKey.h"
-#include "json/JsonCoding.h"
+#include "json/JsonFields.h"
 
 #include <chrono>
 #include <functional>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "licensing/Ed25519.h"
-#include "json/JsonCoding.h"
+#include "json/JsonFields.h"
 
 #include <optional>
 #include <QByteArray>
