@@ -18,7 +18,7 @@ declare -A allowed=(
     [crash]="http info json"
     [export]="render media crash model json"
     [session]="export render model l10n json"
-    [licensing]="crash http info model json"
+    [licensing]="http info json"
     [persistence]="session export render model l10n crash json"
     [playback]="session media model l10n json"
     [ui]="playback persistence licensing session export render media crash model l10n info json"
@@ -30,6 +30,8 @@ declare -A allowed=(
 libraries=(
     '<lib(av|sw|postproc)[a-z]*/|PkgConfig::FFMPEG|media'
     '<(QtNetwork/.*|QNetwork[A-Za-z]*|QTcp[A-Za-z]*|QUdp[A-Za-z]*|QSsl[A-Za-z]*)>||http'
+    '<sodium|PkgConfig::SODIUM|licensing'
+    '<qt6keychain/|qt6keychain|licensing'
     '<mpv/|PkgConfig::MPV|playback'
     '<(QtWidgets/.*|QApplication|Q[A-Za-z]*Widget|Q[A-Za-z]*Dialog|QMainWindow|QLayout|QBoxLayout)>|Qt6::Widgets|ui app playback'
 )

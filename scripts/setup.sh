@@ -21,6 +21,9 @@ packages=(
     libswscale-dev
     nlohmann-json3-dev
     libcli11-dev
+    libsodium-dev
+    libsqlite3-dev # the development licence service
+    qtkeychain-qt6-dev
 
     # Fonts that scoreboards are drawn with: Nimbus Sans, Liberation Sans where that is missing, and flags
     fonts-urw-base35
