@@ -14,9 +14,11 @@ const FileKind videoFile{"VIDEO", {"mp4", "m4v", "mov"}};
 const FileKind imageFile{"IMAGE", {"png", "jpg", "jpeg"}};
 const FileKind pngFile{"PICTURE.png", {"png"}};
 const FileKind csvFile{"FILE.csv", {"csv"}};
+const FileKind licenceFile{"FILE.json", {"json"}};
 
 const std::vector<const FileKind*>& fileKinds() {
-    static const std::vector<const FileKind*> kinds{&projectFile, &videoFile, &imageFile, &pngFile, &csvFile};
+    static const std::vector<const FileKind*> kinds{&projectFile, &videoFile, &imageFile,
+                                                    &pngFile,     &csvFile,   &licenceFile};
     return kinds;
 }
 

@@ -23,6 +23,7 @@ extern const FileKind videoFile;
 extern const FileKind imageFile;
 extern const FileKind pngFile;
 extern const FileKind csvFile;
+extern const FileKind licenceFile;
 const std::vector<const FileKind*>& fileKinds();
 
 /// The placeholder of an argument that is a template's identifier.

@@ -14,6 +14,7 @@ std::unique_ptr<Command> makeTemplatesCommand(CLI::App& root);
 std::unique_ptr<Command> makeMarkersCommand(CLI::App& root);
 std::unique_ptr<Command> makeNewCommand(CLI::App& root);
 std::unique_ptr<Command> makeCheckCommand(CLI::App& root);
+std::unique_ptr<Command> makeLicenceCommand(CLI::App& root);
 std::unique_ptr<Command> makeCompletionCommand(CLI::App& root);
 
 }

@@ -2,6 +2,7 @@
 #include "cli/Arguments.h"
 #include "cli/CancelOnSignal.h"
 #include "cli/Commands.h"
+#include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
@@ -110,7 +111,8 @@ ExportRequest ExportCommand::request() const {
 
 ExitStatus ExportCommand::run() {
     const QString projectPath = toText(m_project);
-    const ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
+    ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
+    inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
     const ExportJob& job = inputs.job;
     requireUsableOutput(job.outputPath, inputFiles(job, projectPath));
 

@@ -1,6 +1,7 @@
 // pointloom-cli still: one frame of the export as a picture.
 #include "cli/Arguments.h"
 #include "cli/Commands.h"
+#include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
 #include "cli/PictureFile.h"
 #include "cli/ProjectInputs.h"
@@ -39,7 +40,8 @@ ExitStatus StillCommand::run() {
     ExportRequest request;
     request.videoPath = toText(m_video);
     request.outputPath = toText(m_output);
-    const ProjectInputs inputs = resolveInputs(project, projectPath, request);
+    ProjectInputs inputs = resolveInputs(project, projectPath, request);
+    inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
     requireUsableOutput(inputs.job.outputPath, inputFiles(inputs.job, projectPath));
     try {
         writePng(ExportManager::renderStill(inputs.job, m_time), inputs.job.outputPath);

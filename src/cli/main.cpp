@@ -23,6 +23,7 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& root) {
     commands.push_back(makeCheckCommand(root));
     commands.push_back(makeTemplatesCommand(root));
     commands.push_back(makeMarkersCommand(root));
+    commands.push_back(makeLicenceCommand(root));
     commands.push_back(makeCompletionCommand(root));
     return commands;
 }

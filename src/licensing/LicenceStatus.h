@@ -2,6 +2,7 @@
 #pragma once
 
 #include "licensing/LicenceRecord.h"
+#include "json/RawValues.h"
 
 #include <chrono>
 #include <optional>
@@ -16,6 +17,17 @@ enum class LicenceState {
     expired,
     otherMachine, // the licence found was made for another machine
     invalid,      // the licence found is damaged or forged
+};
+
+template <>
+struct RawValues<LicenceState> {
+    static constexpr auto table = std::to_array<std::pair<LicenceState, std::string_view>>({
+        {LicenceState::unlicensed, "unlicensed"},
+        {LicenceState::licensed, "licensed"},
+        {LicenceState::expired, "expired"},
+        {LicenceState::otherMachine, "otherMachine"},
+        {LicenceState::invalid, "invalid"},
+    });
 };
 
 /// Days before the end from which a new licence is asked for.

@@ -1,0 +1,106 @@
+// pointloom-cli licence: activates, shows and gives back the licence of this machine.
+#include "cli/Arguments.h"
+#include "cli/CancelOnSignal.h"
+#include "cli/Commands.h"
+#include "cli/LicenceOfThisMachine.h"
+#include "cli/Messages.h"
+
+namespace pointloom::cli {
+
+namespace {
+
+class LicenceCommand final : public Command {
+public:
+    explicit LicenceCommand(CLI::App& subcommand);
+    ExitStatus run() override;
+
+private:
+    void carryOut(LicenceManager& manager, const LicenceManager::StopQuery& isStopping) const;
+    void showStatus(LicenceManager& manager, const LicenceManager::StopQuery& isStopping) const;
+
+    CLI::App* m_status;
+    CLI::App* m_activate;
+    CLI::App* m_deactivate;
+    CLI::App* m_request;
+    CLI::App* m_import;
+    std::string m_key;
+    std::string m_file;
+    bool m_asJson = false;
+};
+
+LicenceCommand::LicenceCommand(CLI::App& subcommand)
+    : Command(subcommand)
+    , m_status(app().add_subcommand("status", "Show the licence; renew it when its end is near"))
+    , m_activate(app().add_subcommand("activate", "Use a bought key on this machine"))
+    , m_deactivate(app().add_subcommand("deactivate", "Give the licence back, for another machine"))
+    , m_request(app().add_subcommand("request", "Write the request of a machine without a network"))
+    , m_import(app().add_subcommand("import", "Take the licence file that answers a request")) {
+    app().require_subcommand(1);
+    m_status->add_flag("--json", m_asJson, "Print an object: state, holder, key, expires, clockIsBehind");
+    m_activate->add_option("key", m_key, "The key, as on the receipt")->type_name("KEY")->required();
+    addFileOption(*m_request, "file", m_file, licenceFile, "The request to write")->required();
+    m_request->add_option("--key", m_key, "The key, as on the receipt")->type_name("KEY")->required();
+    addFileOption(*m_import, "file", m_file, licenceFile, "The licence file")->required();
+    app().footer("Example:\n  pointloom-cli licence activate PL-XXXXX-XXXXX-XXXXX-XXXXX");
+}
+
+json::OrderedValue asJson(const LicenceStatus& status) {
+    json::OrderedValue object{{"state", std::string(rawValue(status.state))}};
+    if (status.record) {
+        object["holder"] = json::encode(status.record->holder);
+        object["key"] = json::encode(LicenceKey::parse(status.record->key).masked());
+        if (status.record->expires)
+            object["expires"] = json::encode(*status.record->expires);
+    }
+    object["clockIsBehind"] = status.isClockBehind;
+    return object;
+}
+
+void LicenceCommand::showStatus(LicenceManager& manager, const LicenceManager::StopQuery& isStopping) const {
+    if (const auto problem = manager.renewIfDue(isStopping))
+        say({.notes = {},
+             .warnings = {QStringLiteral("the licence could not be renewed: ") + problem->message()}});
+    if (m_asJson)
+        printJson(asJson(manager.status()));
+    else
+        print(manager.status().inWords().toStdString() + '\n');
+}
+
+void LicenceCommand::carryOut(LicenceManager& manager, const LicenceManager::StopQuery& isStopping) const {
+    if (m_status->parsed())
+        return showStatus(manager, isStopping);
+    if (m_request->parsed())
+        return manager.writeRequest(toText(m_key), toText(m_file));
+    if (m_deactivate->parsed())
+        manager.deactivate(isStopping);
+    else if (m_import->parsed())
+        manager.importFile(toText(m_file));
+    else
+        manager.activate(toText(m_key), isStopping);
+    print(manager.status().inWords().toStdString() + '\n');
+}
+
+ExitStatus LicenceCommand::run() {
+    const auto manager = licenceOfThisMachine();
+    const CancelOnSignal cancellation;
+    try {
+        carryOut(*manager, [&] { return cancellation.isRequested(); });
+        return ExitStatus::done;
+    } catch (const LicenceError& error) {
+        if (error.fault() == LicenceFault::malformedKey)
+            throw UsageError(error.message());
+        if (error.fault() != LicenceFault::cancelled)
+            throw;
+        sayOnStandardError(error.what());
+        return ExitStatus::cancelled;
+    }
+}
+
+}
+
+std::unique_ptr<Command> makeLicenceCommand(CLI::App& root) {
+    return std::make_unique<LicenceCommand>(
+        *root.add_subcommand("licence", "Activate, show or give back the licence of this machine"));
+}
+
+}

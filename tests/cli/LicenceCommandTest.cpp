@@ -1,0 +1,51 @@
+#include "Program.h"
+
+#include <gmock/gmock.h>
+
+namespace pointloom {
+namespace {
+
+using testing::HasSubstr;
+
+// The program under test stands in the build folder, whose Info.json names no licence service.
+class LicenceCommandTest : public ProgramTest {
+protected:
+    void SetUp() override {
+        // Neither a person's licence nor their keychain.
+        qputenv("XDG_DATA_HOME", folder.path().toUtf8());
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    }
+    void TearDown() override {
+        qunsetenv("XDG_DATA_HOME");
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    }
+};
+
+TEST_F(LicenceCommandTest, AMachineWithoutALicenceSaysSo) {
+    const Outcome words = run("licence status");
+    EXPECT_EQ(words.status, 0) << words.errText();
+    EXPECT_EQ(words.out, "This copy is not licensed. Exported videos carry a licence watermark.\n");
+    EXPECT_EQ(run("licence status --json").outJson().at("state"), "unlicensed");
+    EXPECT_EQ(faultOf("licence deactivate"), "This machine has no licence to give back.");
+}
+
+TEST_F(LicenceCommandTest, FaultsAreOneLine) {
+    EXPECT_THAT(faultOf("licence activate PL-123", 2), HasSubstr("and this one has 3"));
+    EXPECT_NE(faultOf("licence", 2), "");
+    EXPECT_NE(faultOf("licence request r.json", 2), "");
+    EXPECT_THAT(faultOf("licence activate PL-00000-00000-00000-00000"), HasSubstr("names no seller"));
+    EXPECT_THAT(faultOf("licence import none.json"), HasSubstr("none.json"));
+}
+
+TEST_F(LicenceCommandTest, ARequestIsWrittenWithoutANetwork) {
+    const Outcome outcome = run("licence request r.json --key pl000000000000000000-00");
+    EXPECT_EQ(outcome.status, 0) << outcome.errText();
+    QFile file(path(QStringLiteral("r.json")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const auto request = json::Value::parse(file.readAll().toStdString());
+    EXPECT_EQ(request.at("key"), "PL-00000-00000-00000-00000");
+    EXPECT_EQ(request.at("format"), "pointloom-licence-request-1");
+}
+
+}
+}
