@@ -78,9 +78,9 @@ private:
         }
     }
 
+    // The reply ends with this object; aborting one that already has an error makes Qt complain.
     void giveUp(const QString& reason) {
         m_failure = reason;
-        m_reply->abort();
         m_loop.quit();
     }
 
