@@ -71,7 +71,7 @@ void HttpListener::read(QTcpSocket& socket, QByteArray& received) {
         return;
     }
     const QByteArray head = received.left(headEnd);
-    const QList<QByteArray> start = head.left(head.indexOf('\r')).split(' ');
+    const QList<QByteArray> start = received.left(received.indexOf('\r')).split(' ');
     if (start.value(0) != "POST")
         return reply(socket, {405, "{\"error\":\"bad_request\"}\n"});
     const qsizetype length = contentLength(head);
