@@ -6,6 +6,10 @@ find_package(CLI11 2.1 REQUIRED)
 find_package(Threads REQUIRED)
 
 find_package(PkgConfig REQUIRED)
+if(POINTLOOM_DESKTOP)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets OpenGLWidgets)
+  pkg_check_modules(MPV REQUIRED IMPORTED_TARGET mpv>=2)
+endif()
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET
   libavformat>=59 libavcodec>=59 libavfilter>=8 libavutil>=57 libswscale>=6 libswresample>=4)
 

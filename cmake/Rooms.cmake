@@ -7,10 +7,16 @@ function(pointloom_room name)
   target_link_libraries(pointloom_${name} PRIVATE pointloom_options PUBLIC ${ROOM_USES})
 endfunction()
 
-# pointloom_test(NAME SOURCES ... USES ...): one test program, run by CTest.
+# pointloom_test(NAME [WIDGETS] SOURCES ... USES ...): one test program, run by CTest. WIDGETS starts a
+# QApplication instead of a QGuiApplication.
 function(pointloom_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
-  add_executable(test_${name} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/main.cpp)
+  cmake_parse_arguments(TEST "WIDGETS" "" "SOURCES;USES" ${ARGN})
+  set(main main.cpp)
+  if(TEST_WIDGETS)
+    set(main widgets_main.cpp)
+    list(APPEND TEST_USES Qt6::Widgets)
+  endif()
+  add_executable(test_${name} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/${main})
   target_link_libraries(test_${name} PRIVATE pointloom_options pointloom_test_support Qt6::Gui ${TEST_USES})
   set_target_properties(test_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   add_test(NAME ${name} COMMAND test_${name})

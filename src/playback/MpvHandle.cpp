@@ -1,0 +1,142 @@
+#include "playback/MpvHandle.h"
+
+#include "playback/PlaybackError.h"
+
+#include <array>
+#include <clocale>
+#include <mpv/client.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pointloom::playback {
+
+namespace {
+
+struct Option {
+    const char* name;
+    const char* value;
+};
+
+constexpr std::array options{
+    // Newer versions open a window of their own unless told this outright.
+    Option{"vo", "libmpv"},
+    Option{"force-window", "no"},
+    Option{"idle", "yes"},
+    Option{"pause", "yes"},
+    Option{"keep-open", "yes"},
+    Option{"loop-file", "no"},
+    Option{"loop-playlist", "no"},
+
+    // Times stay the file's own, so that markers mean the same here and in the export.
+    Option{"rebase-start-time", "no"},
+    Option{"hr-seek", "yes"},
+    Option{"hr-seek-framedrop", "yes"},
+
+    // The view keeps the aspect; nothing but the picture is drawn.
+    Option{"keepaspect", "no"},
+    Option{"osd-level", "0"},
+    Option{"sid", "no"},
+    Option{"audio-display", "no"},
+    Option{"stop-screensaver", "no"},
+    Option{"audio-fallback-to-null", "yes"},
+    Option{"audio-client-name", "Pointloom"},
+
+    // A local file needs little read ahead; the default grows to hundreds of megabytes.
+    Option{"cache", "no"},
+    Option{"demuxer-max-bytes", "64MiB"},
+    Option{"demuxer-max-back-bytes", "0"},
+
+    // Only MP4 and MOV, whatever the file looks like inside, and no way from it to anywhere else.
+    Option{"demuxer", "lavf"},
+    Option{"demuxer-lavf-format", "mov"},
+    Option{"demuxer-lavf-propagate-opts", "no"},
+    Option{"access-references", "no"},
+    Option{"load-unsafe-playlists", "no"},
+    Option{"ordered-chapters", "no"},
+    Option{"merge-files", "no"},
+    Option{"prefetch-playlist", "no"},
+    Option{"autoload-files", "no"},
+    Option{"sub-auto", "no"},
+    Option{"audio-file-auto", "no"},
+    Option{"cover-art-auto", "no"},
+    Option{"audio-files", ""},
+    Option{"sub-files", ""},
+    Option{"cover-art-files", ""},
+    Option{"external-files", ""},
+
+    // No settings, scripts, keys or traces of the player's own.
+    Option{"config", "no"},
+    Option{"use-filedir-conf", "no"},
+    Option{"load-scripts", "no"},
+    Option{"load-auto-profiles", "no"},
+    Option{"load-osd-console", "no"},
+    Option{"load-stats-overlay", "no"},
+    Option{"osc", "no"},
+    Option{"ytdl", "no"},
+    Option{"cookies", "no"},
+    Option{"resume-playback", "no"},
+    Option{"save-position-on-quit", "no"},
+    Option{"input-default-bindings", "no"},
+    Option{"input-builtin-bindings", "no"},
+    Option{"input-media-keys", "no"},
+    Option{"input-cursor", "no"},
+    Option{"input-vo-keyboard", "no"},
+    Option{"terminal", "no"},
+    Option{"msg-level", "all=no"},
+};
+
+void check(int result, const char* what) {
+    if (result < 0)
+        throw PlaybackError(std::string("The player cannot be started: ") + what + ": " +
+                            mpv_error_string(result) + ".");
+}
+
+// Options of FFmpeg's. Given as one text they would be split at commas, so they go in as a map, and are
+// read back: an option that is not taken fails silently otherwise.
+void setLibavOptions(mpv_handle* handle, const char* name,
+                     std::vector<std::pair<std::string, std::string>> pairs) {
+    std::vector<char*> keys;
+    std::vector<mpv_node> values;
+    std::string expected;
+    for (auto& [key, value] : pairs) {
+        keys.push_back(key.data());
+        values.push_back({{.string = value.data()}, MPV_FORMAT_STRING});
+        expected += (expected.empty() ? "" : ",") + key + "=" + value;
+    }
+    mpv_node_list list{static_cast<int>(pairs.size()), values.data(), keys.data()};
+    mpv_node map{{.list = &list}, MPV_FORMAT_NODE_MAP};
+    check(mpv_set_property(handle, name, MPV_FORMAT_NODE, &map), name);
+
+    const std::unique_ptr<char, decltype(&mpv_free)> taken(mpv_get_property_string(handle, name), &mpv_free);
+    if (!taken || taken.get() != expected)
+        throw PlaybackError(std::string("The player cannot be started: it does not take the option ") + name +
+                            ".");
+}
+
+}
+
+void MpvDeleter::operator()(mpv_handle* handle) const {
+    mpv_terminate_destroy(handle);
+}
+
+MpvHandle startMpv(Sound sound) {
+    // Qt takes over the person's locale at start; a decimal comma would break every number given to libmpv.
+    std::setlocale(LC_NUMERIC, "C");
+    MpvHandle handle(mpv_create());
+    if (!handle)
+        throw PlaybackError("The player cannot be started: there is not enough memory.");
+    for (const Option& option : options)
+        check(mpv_set_option_string(handle.get(), option.name, option.value), option.name);
+    if (sound == Sound::None)
+        check(mpv_set_option_string(handle.get(), "ao", "null"), "ao");
+    check(mpv_initialize(handle.get()), "initialisation");
+    setLibavOptions(handle.get(), "stream-lavf-o", {{"protocol_whitelist", "file"}});
+    // libmpv reads edit lists in a simpler way than FFmpeg does by default, which moves every frame of some
+    // phones' files; the export reads them in full.
+    setLibavOptions(handle.get(), "demuxer-lavf-o",
+                    {{"protocol_whitelist", "file"}, {"advanced_editlist", "1"}});
+    return handle;
+}
+
+}

@@ -1,0 +1,188 @@
+// The editor's playback: plays one MP4 or MOV file, seeks to exact frames and steps through them.
+//
+// libmpv does the work on threads of its own. Nothing here waits for it: every call returns at once, and
+// what comes of it arrives as a signal from the event loop of the main thread, where the player lives.
+#pragma once
+
+#include "playback/MpvHandle.h"
+#include "playback/SeekQueue.h"
+#include "playback/SourceWatch.h"
+
+#include <atomic>
+#include <cstdint>
+#include <QObject>
+#include <QSize>
+#include <QString>
+
+struct mpv_event;
+
+namespace pointloom::playback {
+
+class Player : public QObject {
+    Q_OBJECT
+
+public:
+    enum class SeekMode {
+        Exact,    // the first frame at or after the time, or the last of the file
+        Keyframe, // the key frame at or before the time: quick, for the picture while scrubbing
+    };
+
+    static constexpr double minimumSpeed = 0.25;
+    static constexpr double maximumSpeed = 4.0;
+
+    /// Throws PlaybackError. Sets LC_NUMERIC to "C" for the process (see `startMpv`).
+    explicit Player(Sound sound = Sound::Device, QObject* parent = nullptr);
+    ~Player() override;
+
+    /// Opens a file in place of the present one, showing its first frame; `fileLoaded` or `failed` follows.
+    /// `path` is taken as a file's name whatever it looks like. Waits for a view (PlayerView) to exist.
+    void load(const QString& path);
+    void unload();
+
+    /// Between `fileLoaded` and the next `load`, `unload` or `failed`.
+    bool isLoaded() const { return m_stage == Stage::Loaded; }
+    const QString& path() const { return m_path; }
+
+    /// At the end of the file, goes on from its beginning. Before `fileLoaded`, starts when that comes.
+    void play();
+    void pause();
+    bool isPlaying() const { return m_playing; }
+
+    /// One frame on or back; pauses. A few quick steps in a row add up.
+    void stepForward();
+    void stepBackward();
+
+    /// Goes to a time, in seconds on the source's timeline, limited to [0, duration()]. While one seek is
+    /// under way only the newest further one is kept, so it may be called at every move of the mouse.
+    void seek(double seconds, SeekMode mode = SeekMode::Exact);
+    bool isSeeking() const { return m_queue.busy(); }
+
+    /// Seconds on the source's timeline, whose zero is not necessarily the first frame: the time of the
+    /// frame that is shown or, while a seek is under way or after one to a key frame, the time asked for.
+    double time() const { return m_time; }
+
+    /// Seconds from zero of the timeline to the file's end; 0 when nothing is loaded.
+    double duration() const { return m_duration; }
+
+    /// Upright picture in square pixels; empty when nothing is loaded.
+    QSize size() const { return m_size; }
+
+    /// Limited to [minimumSpeed, maximumSpeed]; the sound keeps its pitch.
+    void setSpeed(double speed);
+    double speed() const { return m_speed; }
+
+    /// Limited to [0, 1], as loud as it sounds.
+    void setVolume(double volume);
+    double volume() const { return m_volume; }
+
+    void setMuted(bool muted);
+    bool isMuted() const { return m_muted; }
+
+    /// Off at first. On, decoders known to be sound are tried, and the processor takes over where there are
+    /// none.
+    void setHardwareDecoding(bool enabled);
+    bool hardwareDecoding() const { return m_hardwareDecoding; }
+
+Q_SIGNALS:
+    void timeChanged(double seconds);
+    void durationChanged(double seconds);
+    void playingChanged(bool playing);
+    void sizeChanged(QSize size);
+
+    /// The first frame can be shown; time, duration and size are known.
+    void fileLoaded();
+
+    /// The file could not be opened or can no longer be played, and is unloaded; `message` is a sentence for
+    /// a person that names the file and the reason.
+    void failed(const QString& message);
+
+    /// Playback came to the end of the file by itself and paused at the last frame.
+    void endReached();
+
+    /// A seek or a step back has ended at `seconds`, which is the time of the frame that is shown.
+    void seeked(double seconds);
+
+    /// Whoever draws lets go of the player in a direct connection to this.
+    void aboutToBeDestroyed();
+
+private:
+    friend class RenderContext;
+    friend class SoftwareSurface;
+
+    enum class Stage { Empty, WaitingForRenderer, Opening, Loaded };
+    enum class Request : std::uint8_t {
+        None,
+        Load,
+        Jump,
+        Duration,
+        Width,
+        Height,
+        Rotation,
+        Time,
+        LandedTime
+    };
+
+    mpv_handle* handle() const { return m_handle.get(); }
+    int storedRotation() const { return m_storedRotation; }
+    void setRotationHandled(bool handled);
+    void attachRenderer();
+    void detachRenderer();
+
+    void open();
+    void closeFile();
+    void refuse(const QString& reason);
+    void fail(const QString& message);
+
+    void step(int frames);
+    void sendJump(Jump jump);
+    void sendSteps(int frames);
+    void goOn();
+    void land(double time);
+    void announceFile(double time);
+
+    static void postWakeup(void* self);
+    void drainEvents();
+    void handleEvent(const mpv_event& event);
+    void handleReply(const mpv_event& event);
+    void handleFileEnd(const mpv_event& event);
+    void handlePropertyChange(const mpv_event& event);
+    void handleEndOfFile(bool reached);
+
+    void request(Request what, const char* property);
+    void requestPicture();
+    std::uint64_t idOf(Request what) const;
+    bool concernsOurFile() const;
+
+    void updateSize();
+    void setTime(double seconds);
+    void setDuration(double seconds);
+    void setPlaying(bool playing);
+
+    MpvHandle m_handle;
+    std::atomic<bool> m_wakeupPosted = false;
+    SourceWatch m_watch;
+    SeekQueue m_queue;
+
+    Stage m_stage = Stage::Empty;
+    QString m_path;
+    std::uint64_t m_generation = 0;  // of the file and jump that answers belong to
+    std::int64_t m_entry = 0;        // libmpv's number for our file, 0 before it is known
+    std::int64_t m_startedEntry = 0; // the one it is playing
+    int m_storedRotation = 0;        // degrees clockwise, left to whoever draws in software
+    QSize m_storedSize;              // square pixels, before turning
+    QSize m_size;
+
+    bool m_hasRenderer = false;
+    bool m_atEnd = false;
+    bool m_timeStandsForKeyframe = false; // m_time was asked for, what is shown is the key frame before it
+    bool m_timeRequested = false;
+    bool m_playing = false;
+    bool m_muted = false;
+    bool m_hardwareDecoding = false;
+    double m_time = 0;
+    double m_duration = 0;
+    double m_speed = 1;
+    double m_volume = 1;
+};
+
+}

@@ -1,0 +1,139 @@
+#include "playback/RenderContext.h"
+
+#include "playback/PlaybackError.h"
+#include "playback/Player.h"
+
+#include <array>
+#include <mpv/client.h>
+#include <mpv/render.h>
+#include <mpv/render_gl.h>
+#include <QGuiApplication>
+#include <QOpenGLContext>
+#include <string>
+
+namespace pointloom::playback {
+
+namespace {
+
+void* findFunction(void* context, const char* name) {
+    return reinterpret_cast<void*>(static_cast<QOpenGLContext*>(context)->getProcAddress(name));
+}
+
+// The parameter lists of libmpv carry everything as a pointer to a variable that is not const.
+mpv_render_param parameter(mpv_render_param_type type, void* value) {
+    return {type, value};
+}
+
+mpv_render_param parameter(mpv_render_param_type type, const char* value) {
+    return {type, const_cast<char*>(value)};
+}
+
+constexpr mpv_render_param lastParameter{MPV_RENDER_PARAM_INVALID, nullptr};
+
+mpv_render_context* create(mpv_handle* handle, mpv_render_param* parameters) {
+    mpv_render_context* context = nullptr;
+    const int result = mpv_render_context_create(&context, handle, parameters);
+    if (result < 0)
+        throw PlaybackError(std::string("The picture cannot be drawn: ") + mpv_error_string(result) + ".");
+    return context;
+}
+
+// Lets hardware-decoded pictures reach the screen without a copy; null on other desktops.
+void* x11Display() {
+#if QT_CONFIG(xcb)
+    if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        return x11->display();
+#endif
+    return nullptr;
+}
+
+}
+
+RenderContext::RenderContext(Player& player)
+    : m_player(player) {}
+
+std::unique_ptr<RenderContext> RenderContext::software(Player& player) {
+    std::unique_ptr<RenderContext> result(new RenderContext(player));
+    std::array parameters{parameter(MPV_RENDER_PARAM_API_TYPE, MPV_RENDER_API_TYPE_SW), lastParameter};
+    // libmpv's software drawing neither turns pictures nor survives being asked to.
+    player.setRotationHandled(false);
+    result->adopt(create(player.handle(), parameters.data()));
+    return result;
+}
+
+std::unique_ptr<RenderContext> RenderContext::openGl(Player& player, QOpenGLContext& context) {
+    std::unique_ptr<RenderContext> result(new RenderContext(player));
+    mpv_opengl_init_params functions{findFunction, &context};
+    void* display = x11Display();
+    std::array parameters{parameter(MPV_RENDER_PARAM_API_TYPE, MPV_RENDER_API_TYPE_OPENGL),
+                          parameter(MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &functions),
+                          display ? parameter(MPV_RENDER_PARAM_X11_DISPLAY, display) : lastParameter,
+                          lastParameter};
+    player.setRotationHandled(true);
+    result->adopt(create(player.handle(), parameters.data()));
+    return result;
+}
+
+RenderContext::~RenderContext() {
+    if (!m_context)
+        return;
+    m_player.detachRenderer();
+    mpv_render_context_free(m_context);
+}
+
+void RenderContext::drawSoftware(QImage& target) {
+    std::array size{target.width(), target.height()};
+    auto stride = static_cast<std::size_t>(target.bytesPerLine());
+    int waitForDisplayTime = 0;
+    std::array parameters{parameter(MPV_RENDER_PARAM_SW_SIZE, size.data()),
+                          parameter(MPV_RENDER_PARAM_SW_FORMAT, "bgr0"),
+                          parameter(MPV_RENDER_PARAM_SW_STRIDE, &stride),
+                          parameter(MPV_RENDER_PARAM_SW_POINTER, target.bits()),
+                          parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime),
+                          lastParameter};
+    mpv_render_context_render(m_context, parameters.data());
+}
+
+void RenderContext::drawOpenGl(int framebuffer, QSize size) {
+    mpv_opengl_fbo target{framebuffer, size.width(), size.height(), 0};
+    int flip = 1;
+    int waitForDisplayTime = 0;
+    std::array parameters{
+        parameter(MPV_RENDER_PARAM_OPENGL_FBO, &target), parameter(MPV_RENDER_PARAM_FLIP_Y, &flip),
+        parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime), lastParameter};
+    mpv_render_context_render(m_context, parameters.data());
+}
+
+void RenderContext::skip() {
+    int skipDrawing = 1;
+    int waitForDisplayTime = 0;
+    std::array parameters{parameter(MPV_RENDER_PARAM_SKIP_RENDERING, &skipDrawing),
+                          parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime),
+                          lastParameter};
+    mpv_render_context_render(m_context, parameters.data());
+}
+
+void RenderContext::reportSwap() {
+    mpv_render_context_report_swap(m_context);
+}
+
+void RenderContext::adopt(mpv_render_context* context) {
+    m_context = context;
+    mpv_render_context_set_update_callback(m_context, &RenderContext::postUpdate, this);
+    m_player.attachRenderer();
+}
+
+// On one of libmpv's threads, which must not call back into it.
+void RenderContext::postUpdate(void* self) {
+    auto* context = static_cast<RenderContext*>(self);
+    if (!context->m_updatePosted.exchange(true))
+        QMetaObject::invokeMethod(context, &RenderContext::handleUpdate, Qt::QueuedConnection);
+}
+
+void RenderContext::handleUpdate() {
+    m_updatePosted = false;
+    if ((mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME) != 0)
+        Q_EMIT pictureReady();
+}
+
+}

@@ -1,0 +1,58 @@
+// The drawing end of a player: libmpv's render interface, by OpenGL or in software.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <QImage>
+#include <QObject>
+#include <QSize>
+
+class QOpenGLContext;
+struct mpv_render_context;
+
+namespace pointloom::playback {
+
+class Player;
+
+/// At most one exists for a player at a time. It may be made and dropped while a file is open.
+class RenderContext : public QObject {
+    Q_OBJECT
+
+public:
+    /// Draws with the processor. Throws PlaybackError.
+    static std::unique_ptr<RenderContext> software(Player& player);
+
+    /// Draws with `context`, which must be current here, in every draw and when the result is destroyed.
+    /// Throws PlaybackError when it cannot be used.
+    static std::unique_ptr<RenderContext> openGl(Player& player, QOpenGLContext& context);
+
+    ~RenderContext() override;
+
+    /// Fills a 32-bit image with the picture, stretched, as it is stored in the file: not yet turned upright.
+    void drawSoftware(QImage& target);
+
+    /// Fills a framebuffer object of `size` device pixels with the picture, stretched and upright.
+    void drawOpenGl(int framebuffer, QSize size);
+
+    /// Takes the next picture without drawing it, so that a hidden view does not hold the player up.
+    void skip();
+
+    /// The last drawing is on the screen.
+    void reportSwap();
+
+Q_SIGNALS:
+    /// There is a new picture to draw.
+    void pictureReady();
+
+private:
+    explicit RenderContext(Player& player);
+    void adopt(mpv_render_context* context);
+    void handleUpdate();
+    static void postUpdate(void* self);
+
+    Player& m_player;
+    mpv_render_context* m_context = nullptr;
+    std::atomic<bool> m_updatePosted = false;
+};
+
+}

@@ -1,0 +1,48 @@
+#include "playback/SeekQueue.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pointloom::playback {
+
+std::optional<double> SeekQueue::target() const {
+    if (m_waiting)
+        return m_waiting->time;
+    if (m_current && m_current->kind != Jump::Kind::StepBack)
+        return m_current->time;
+    return std::nullopt;
+}
+
+std::optional<Jump> SeekQueue::request(Jump jump) {
+    m_waiting = jump;
+    m_waitingSteps = 0;
+    return takeWaiting();
+}
+
+int SeekQueue::requestSteps(int frames) {
+    m_waitingSteps = std::clamp(m_waitingSteps + frames, -maximumWaitingSteps, maximumWaitingSteps);
+    return takeSteps();
+}
+
+std::optional<Jump> SeekQueue::takeWaiting() {
+    if (m_current || !m_waiting)
+        return std::nullopt;
+    m_current = std::exchange(m_waiting, std::nullopt);
+    return m_current;
+}
+
+int SeekQueue::takeSteps() {
+    if (m_current || m_waiting)
+        return 0;
+    if (m_waitingSteps >= 0)
+        return std::exchange(m_waitingSteps, 0);
+    ++m_waitingSteps;
+    m_current = Jump{Jump::Kind::StepBack, 0};
+    return -1;
+}
+
+void SeekQueue::clear() {
+    *this = {};
+}
+
+}

@@ -1,0 +1,158 @@
+#include "playback/NumberedClip.h"
+#include "playback/Watched.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <QFile>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pointloom::playback {
+
+namespace {
+
+class PlayerFailureTest : public testing::Test {
+protected:
+    QString write(const QString& name, const QByteArray& bytes) const {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+
+    // The one message that loading the file brings.
+    std::string failureOf(const QString& path) {
+        watched.failures.clear();
+        EXPECT_FALSE(watched.load(path)) << path.toStdString();
+        EXPECT_FALSE(watched.player.isLoaded());
+        EXPECT_EQ(watched.failures.size(), 1);
+        return watched.failures.value(0).toStdString();
+    }
+
+    QTemporaryDir folder;
+    Watched watched;
+};
+
+using testing::HasSubstr;
+
+}
+
+TEST_F(PlayerFailureTest, FilesThatCannotBeOpenedAreNamedWithTheReason) {
+    EXPECT_EQ(failureOf(folder.filePath(QStringLiteral("gone.mp4"))),
+              "“gone.mp4” cannot be opened: there is no such file.");
+    EXPECT_THAT(failureOf(folder.path()), HasSubstr("it is not a file"));
+    EXPECT_THAT(failureOf(write(QStringLiteral("empty.mp4"), {})), HasSubstr("it is empty"));
+    EXPECT_THAT(failureOf(write(QStringLiteral("text.mp4"), QByteArray(10'000, 'x'))),
+                HasSubstr("not an MP4 or MOV file"));
+    EXPECT_THAT(failureOf(QString()), HasSubstr("no file is named"));
+    const QString pipe = folder.filePath(QStringLiteral("pipe.mp4"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_THAT(failureOf(pipe), HasSubstr("it is not a file"));
+}
+
+TEST_F(PlayerFailureTest, OtherKindsOfVideoAreRefused) {
+    const QString matroska = makeNumberedClip(folder, QStringLiteral("clip.mkv"), {.frames = 5});
+    const QString dressed = folder.filePath(QStringLiteral("dressed.mp4"));
+    ASSERT_TRUE(QFile::rename(matroska, dressed));
+    EXPECT_THAT(failureOf(dressed), HasSubstr("not an MP4 or MOV file"));
+}
+
+TEST_F(PlayerFailureTest, SoundAloneIsRefused) {
+    const QString sound = folder.filePath(QStringLiteral("sound.m4a"));
+    runFfmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+               QStringLiteral("sine=duration=1"), sound});
+    EXPECT_THAT(failureOf(sound), HasSubstr("it holds no picture"));
+}
+
+TEST_F(PlayerFailureTest, AFileCutOffAnywhereFailsOrPlaysButNeverHangs) {
+    const QString clip = makeNumberedClip(
+        folder, QStringLiteral("clip.mp4"),
+        {.sound = true, .more = {QStringLiteral("-movflags"), QStringLiteral("+faststart")}});
+    QFile file(clip);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray whole = file.readAll();
+    for (const int percent : {1, 5, 20, 50, 80, 99}) {
+        const QString cut =
+            write(QStringLiteral("cut%1.mp4").arg(percent), whole.left(whole.size() * percent / 100));
+        const qsizetype failuresBefore = watched.failures.size();
+        if (!watched.load(cut)) {
+            EXPECT_EQ(watched.failures.size(), failuresBefore + 1)
+                << percent << " per cent neither opened nor failed";
+            continue;
+        }
+        EXPECT_TRUE(watched.seek(1.9)) << percent;
+        EXPECT_TRUE(watched.seek(0)) << percent;
+        watched.player.stepBackward();
+        EXPECT_TRUE(Watched::waitFor([this] { return !watched.player.isSeeking(); })) << percent;
+    }
+}
+
+TEST_F(PlayerFailureTest, DamagedFilesNeverHang) {
+    const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"), {.sound = true});
+    QFile file(clip);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray whole = file.readAll();
+    for (int round = 0; round < 8; ++round) {
+        QByteArray damaged = whole;
+        for (qsizetype i = 40 + round; i < damaged.size(); i += 211 + 37 * round)
+            damaged[i] = static_cast<char>(damaged[i] ^ (i % 255));
+        const QString path = write(QStringLiteral("damaged%1.mp4").arg(round), damaged);
+        const qsizetype failuresBefore = watched.failures.size();
+        if (watched.load(path))
+            EXPECT_TRUE(watched.seek(1)) << round;
+        else
+            EXPECT_EQ(watched.failures.size(), failuresBefore + 1) << round;
+    }
+}
+
+TEST_F(PlayerFailureTest, AFileThatChangesWhileOpenIsGivenUpWithAMessage) {
+    const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"));
+    const QString other = makeNumberedClip(folder, QStringLiteral("other.mp4"), {.frames = 60});
+    const QString open = folder.filePath(QStringLiteral("open.mp4"));
+    struct Case {
+        const char* what;
+        std::function<void()> change;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {"deleted", [&] { QFile::remove(open); }, "was moved or deleted"},
+        {"moved", [&] { QFile::rename(open, open + QStringLiteral(".away")); }, "was moved or deleted"},
+        {"cut", [&] { QFile::resize(open, 2000); }, "was changed by another program"},
+        {"replaced",
+         [&] { ::rename(QFile::encodeName(other).constData(), QFile::encodeName(open).constData()); },
+         "was changed by another program"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.what);
+        QFile::remove(open);
+        ASSERT_TRUE(QFile::copy(clip, open));
+        ASSERT_TRUE(watched.load(open));
+        watched.failures.clear();
+        watched.player.play();
+        one.change();
+        ASSERT_TRUE(Watched::waitFor([this] { return !watched.failures.isEmpty(); }));
+        EXPECT_EQ(watched.failures.join(u'|').toStdString(),
+                  std::string("“open.mp4” can no longer be played: it ") + one.reason + ".");
+        EXPECT_FALSE(watched.player.isLoaded());
+        EXPECT_FALSE(watched.player.isPlaying());
+    }
+}
+
+TEST_F(PlayerFailureTest, ANewDateOrPermissionsChangeNothing) {
+    const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"));
+    ASSERT_TRUE(watched.load(clip));
+    ASSERT_EQ(::chmod(QFile::encodeName(clip).constData(), 0640), 0);
+    Watched::settle(200);
+    EXPECT_TRUE(watched.player.isLoaded());
+    EXPECT_TRUE(watched.failures.isEmpty());
+}
+
+TEST_F(PlayerFailureTest, AGoodFileLoadsAfterABadOne) {
+    const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"));
+    failureOf(write(QStringLiteral("text.mp4"), QByteArray(10'000, 'x')));
+    EXPECT_TRUE(watched.load(clip));
+    EXPECT_TRUE(watched.seek(1));
+    EXPECT_TRUE(watched.showsFrame(25));
+}
+
+}
