@@ -48,6 +48,9 @@ OpenGlSurface::OpenGlSurface(Player& player, QWidget* parent)
 
 OpenGlSurface::~OpenGlSurface() {
     release();
+    // The base class is about to destroy it.
+    if (context())
+        disconnect(context(), nullptr, this, nullptr);
 }
 
 bool OpenGlSurface::hasGraphicsCard() {

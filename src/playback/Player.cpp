@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <string_view>
+#include <utility>
 
 namespace pointloom::playback {
 
@@ -17,6 +18,9 @@ namespace {
 // libmpv takes the first frame from 5 ms before the time it is given; at 240 frames a second that is the
 // frame before. This leaves 1 ms, enough for times that were rounded.
 constexpr double seekBias = 0.004; // seconds
+
+// Opening a file is over when its first frame is there, like any other jump.
+constexpr Jump toFirstFrame{Jump::Kind::Exact, 0};
 
 // Answers carry the generation that asked and what was asked for in one number.
 constexpr std::uint64_t requestBits = 4;
@@ -102,6 +106,7 @@ void Player::load(const QString& path) {
         return;
     }
     m_stage = Stage::WaitingForRenderer;
+    m_queue.begin(toFirstFrame);
     if (m_hasRenderer)
         open();
 }
@@ -144,10 +149,10 @@ void Player::step(int frames) {
 void Player::seek(double seconds, SeekMode mode) {
     if (m_stage == Stage::Empty || !std::isfinite(seconds))
         return;
-    const double latest = m_stage == Stage::Loaded ? m_duration : seconds;
+    const double latest = m_announced ? m_duration : seconds;
     const double target = std::clamp(seconds, 0.0, std::max(0.0, latest));
     m_atEnd = false;
-    if (m_stage == Stage::Loaded)
+    if (m_announced)
         setTime(target);
     const auto kind = mode == SeekMode::Exact ? Jump::Kind::Exact : Jump::Kind::Keyframe;
     if (const auto jump = m_queue.request({kind, target}))
@@ -181,28 +186,32 @@ void Player::setRotationHandled(bool handled) {
 
 void Player::attachRenderer() {
     m_hasRenderer = true;
-    if (m_stage == Stage::WaitingForRenderer) {
+    if (m_stage == Stage::WaitingForRenderer)
         open();
-    } else if (m_stage == Stage::Loaded) {
-        // The track was switched off when its drawing end went; where it comes back is not said.
-        sendProperty(handle(), "vid", "auto");
-        seek(m_time);
-    }
 }
 
+// libmpv gives a file up when nothing can draw it, so it is opened again for the next drawing end.
 void Player::detachRenderer() {
     m_hasRenderer = false;
-    if (m_stage == Stage::Opening)
-        m_stage = Stage::WaitingForRenderer;
+    if (m_stage != Stage::Opening && m_stage != Stage::Loaded)
+        return;
+    const std::optional<double> target = m_announced ? m_time : m_queue.target();
+    m_stage = Stage::WaitingForRenderer;
+    m_entry = 0;
+    ++m_generation;
+    m_queue.clear();
+    m_queue.begin(toFirstFrame);
+    if (target)
+        m_queue.request({Jump::Kind::Exact, *target});
+    sendCommand(handle(), {"stop"});
 }
 
 void Player::open() {
     m_stage = Stage::Opening;
     m_entry = 0;
     ++m_generation;
-    // The first frame ends this like any other jump.
-    m_queue.begin({Jump::Kind::Exact, 0});
     m_watch.start(m_path);
+    m_timeRequested = false;
     sendProperty(handle(), "vid", "auto");
     sendProperty(handle(), "pause", !m_playing);
     sendCommand(handle(), {"loadfile", QFile::encodeName(m_path), "replace"}, idOf(Request::Load));
@@ -213,6 +222,7 @@ void Player::closeFile() {
     m_queue.clear();
     ++m_generation;
     m_entry = 0;
+    m_announced = false;
     m_atEnd = false;
     m_timeRequested = false;
     m_timeStandsForKeyframe = false;
@@ -292,9 +302,10 @@ void Player::announceFile(double time) {
     }
     m_stage = Stage::Loaded;
     updateSize();
-    setTime(m_queue.target() && m_queue.waiting() ? *m_queue.target() : time);
+    setTime(m_queue.waiting() ? m_queue.waiting()->time : time);
     const std::uint64_t generation = m_generation;
-    Q_EMIT fileLoaded();
+    if (!std::exchange(m_announced, true))
+        Q_EMIT fileLoaded();
     if (generation == m_generation)
         goOn();
 }

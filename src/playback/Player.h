@@ -40,7 +40,7 @@ public:
     void unload();
 
     /// Between `fileLoaded` and the next `load`, `unload` or `failed`.
-    bool isLoaded() const { return m_stage == Stage::Loaded; }
+    bool isLoaded() const { return m_announced; }
     const QString& path() const { return m_path; }
 
     /// At the end of the file, goes on from its beginning. Before `fileLoaded`, starts when that comes.
@@ -173,6 +173,7 @@ private:
     QSize m_size;
 
     bool m_hasRenderer = false;
+    bool m_announced = false; // fileLoaded was emitted for the present file
     bool m_atEnd = false;
     bool m_timeStandsForKeyframe = false; // m_time was asked for, what is shown is the key frame before it
     bool m_timeRequested = false;

@@ -27,8 +27,8 @@ QString makeNumberedClip(const QTemporaryDir& folder, const QString& name, const
     arguments << QStringLiteral("-frames:v") << QString::number(options.frames) << QStringLiteral("-c:v")
               << QStringLiteral("libx264") << QStringLiteral("-preset") << QStringLiteral("veryfast")
               << QStringLiteral("-bf") << QStringLiteral("3") << QStringLiteral("-g")
-              << QString::number(options.keyFrameEvery) << QStringLiteral("-pix_fmt")
-              << QStringLiteral("yuv420p");
+              << QString::number(options.keyFrameEvery) << QStringLiteral("-sc_threshold")
+              << QStringLiteral("0") << QStringLiteral("-pix_fmt") << QStringLiteral("yuv420p");
     arguments << options.more << path;
     runFfmpeg(arguments);
     return path;

@@ -121,6 +121,7 @@ TEST_F(PlayerTest, AFileWaitsForAViewAndOutlivesIt) {
     }
     Watched::settle();
     PlayerView view(player, PlayerView::Rendering::Software);
+    EXPECT_TRUE(player.isSeeking());
     view.resize(320, 64);
     view.show();
     ASSERT_TRUE(

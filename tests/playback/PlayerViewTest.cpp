@@ -14,7 +14,7 @@ namespace {
 
 class PlayerViewTest : public testing::Test {
 protected:
-    // A clip that is held upright: stored 320x64, shown 64x320 with its first bar at the top.
+    // A clip stored as 320x64 that is to be turned, counterclockwise, to be upright.
     QString makeRotatedClip(const QString& degrees) const {
         const QString stored = makeNumberedClip(folder, QStringLiteral("stored.mp4"));
         const QString rotated = folder.filePath(QStringLiteral("rotated%1.mp4").arg(degrees));
@@ -52,7 +52,7 @@ TEST_F(PlayerViewTest, ThePictureKeepsItsShapeAndOverlaysAreToldWhereItIs) {
 
 TEST_F(PlayerViewTest, PicturesOfPhonesStandUpright) {
     Watched watched(PlayerView::Rendering::Software, {200, 320});
-    for (const int degrees : {90, 270, 180}) {
+    for (const int degrees : {90, 180, 270}) {
         SCOPED_TRACE(degrees);
         ASSERT_TRUE(watched.load(makeRotatedClip(QString::number(degrees))));
         const bool upright = degrees != 180;
@@ -60,7 +60,7 @@ TEST_F(PlayerViewTest, PicturesOfPhonesStandUpright) {
         EXPECT_EQ(watched.view.videoRect(), upright ? QRectF(68, 0, 64, 320) : QRectF(0, 140, 200, 40));
         ASSERT_TRUE(watched.seek(19 / 25.0));
         EXPECT_TRUE(
-            Watched::waitFor([&] { return frameNumberIn(turned(watched.picture(), -degrees)) == 19; }));
+            Watched::waitFor([&] { return frameNumberIn(turned(watched.picture(), degrees)) == 19; }, 2000));
     }
 }
 
@@ -141,7 +141,7 @@ TEST_F(OpenGlSmokeTest, TheGraphicsCardsPictureIsTheSame) {
     ASSERT_TRUE(watched.load(makeRotatedClip(QStringLiteral("90"))));
     EXPECT_EQ(watched.player.size(), QSize(64, 320));
     ASSERT_TRUE(watched.seek(19 / 25.0));
-    EXPECT_TRUE(Watched::waitFor([&] { return frameNumberIn(turned(watched.picture(), -90)) == 19; }));
+    EXPECT_TRUE(Watched::waitFor([&] { return frameNumberIn(turned(watched.picture(), 90)) == 19; }, 2000));
 }
 
 TEST_F(OpenGlSmokeTest, AViewThatMovesToAnotherWindowGoesOn) {
