@@ -22,27 +22,8 @@ constexpr double seekBias = 0.004; // seconds
 // Opening a file is over when its first frame is there, like any other jump.
 constexpr Jump toFirstFrame{Jump::Kind::Exact, 0};
 
-// Answers carry the generation that asked and what was asked for in one number.
-constexpr std::uint64_t requestBits = 4;
-constexpr std::uint64_t requestMask = (1u << requestBits) - 1;
-
 QString fileName(const QString& path) {
     return path.section(u'/', -1);
-}
-
-QString describe(int error) {
-    switch (error) {
-    case MPV_ERROR_UNKNOWN_FORMAT:
-        return QStringLiteral("it is not an MP4 or MOV file, or it is damaged");
-    case MPV_ERROR_LOADING_FAILED:
-        return QStringLiteral("it cannot be read");
-    case MPV_ERROR_NOTHING_TO_PLAY:
-        return QStringLiteral("it holds no picture that can be played");
-    case MPV_ERROR_VO_INIT_FAILED:
-        return QStringLiteral("its picture cannot be drawn");
-    default:
-        return QString::fromUtf8(mpv_error_string(error));
-    }
 }
 
 // Why the file cannot be opened, as far as that shows without reading it; empty when nothing speaks against
@@ -256,6 +237,10 @@ void Player::sendJump(Jump jump) {
         sendCommand(handle(), {"frame-back-step"}, idOf(Request::Jump));
         return;
     }
+    // Eight frames are more than any codec reorders.
+    const double startFurtherBack = jump.fromFurtherBack ? std::max(1.0, 8 * m_frameDuration) : 0;
+    if (std::exchange(m_startFurtherBack, startFurtherBack) != startFurtherBack)
+        sendProperty(handle(), "hr-seek-demuxer-offset", startFurtherBack);
     const char* mode = jump.kind == Jump::Kind::Exact ? "absolute+exact" : "absolute+keyframes";
     constexpr int decimals = 6;
     sendCommand(handle(), {"seek", QByteArray::number(jump.time + seekBias, 'f', decimals), mode},
@@ -278,182 +263,6 @@ void Player::goOn() {
         sendJump(*jump);
     else
         sendSteps(m_queue.takeSteps());
-}
-
-void Player::land(double time) {
-    if (m_stage == Stage::Opening) {
-        announceFile(time);
-        return;
-    }
-    // A time that was asked for since, or that the key frame only stands in for, is not taken back.
-    if (!m_queue.waiting() && !m_timeStandsForKeyframe)
-        setTime(time);
-    const std::uint64_t generation = m_generation;
-    Q_EMIT seeked(time);
-    // Whoever listens may have opened another file.
-    if (generation == m_generation)
-        goOn();
-}
-
-void Player::announceFile(double time) {
-    if (m_storedSize.isEmpty()) {
-        refuse(QStringLiteral("it holds no picture that can be played"));
-        return;
-    }
-    m_stage = Stage::Loaded;
-    updateSize();
-    setTime(m_queue.waiting() ? m_queue.waiting()->time : time);
-    const std::uint64_t generation = m_generation;
-    if (!std::exchange(m_announced, true))
-        Q_EMIT fileLoaded();
-    if (generation == m_generation)
-        goOn();
-}
-
-// On one of libmpv's threads, which must not call back into it.
-void Player::postWakeup(void* self) {
-    auto* player = static_cast<Player*>(self);
-    if (!player->m_wakeupPosted.exchange(true))
-        QMetaObject::invokeMethod(player, &Player::drainEvents, Qt::QueuedConnection);
-}
-
-void Player::drainEvents() {
-    m_wakeupPosted = false;
-    for (;;) {
-        const mpv_event* event = mpv_wait_event(handle(), 0);
-        if (event->event_id == MPV_EVENT_NONE)
-            return;
-        handleEvent(*event);
-    }
-}
-
-void Player::handleEvent(const mpv_event& event) {
-    switch (event.event_id) {
-    case MPV_EVENT_START_FILE:
-        m_startedEntry = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id;
-        break;
-    case MPV_EVENT_FILE_LOADED:
-        // Known before the first frame, and needed to draw it.
-        if (concernsOurFile())
-            request(Request::Rotation, "current-tracks/video/demux-rotation");
-        break;
-    case MPV_EVENT_PLAYBACK_RESTART:
-        if (!concernsOurFile())
-            break;
-        requestPicture();
-        request(Request::Duration, "duration");
-        request(Request::LandedTime, "time-pos");
-        break;
-    case MPV_EVENT_END_FILE:
-        handleFileEnd(event);
-        break;
-    case MPV_EVENT_PROPERTY_CHANGE:
-        handlePropertyChange(event);
-        break;
-    case MPV_EVENT_COMMAND_REPLY:
-    case MPV_EVENT_GET_PROPERTY_REPLY:
-        if (event.reply_userdata >> requestBits == m_generation)
-            handleReply(event);
-        break;
-    default:
-        break;
-    }
-}
-
-void Player::handleReply(const mpv_event& event) {
-    const std::optional<double> number =
-        event.event_id == MPV_EVENT_GET_PROPERTY_REPLY ? numberIn(event) : std::nullopt;
-    switch (static_cast<Request>(event.reply_userdata & requestMask)) {
-    case Request::Load:
-        if (const auto entry = playlistEntryIn(event))
-            m_entry = *entry;
-        else
-            refuse(describe(event.error));
-        break;
-    case Request::Jump:
-        if (event.error < 0)
-            goOn();
-        break;
-    case Request::Duration:
-        setDuration(number.value_or(0));
-        break;
-    case Request::Width:
-        m_storedSize.setWidth(static_cast<int>(number.value_or(0)));
-        break;
-    case Request::Height:
-        m_storedSize.setHeight(static_cast<int>(number.value_or(0)));
-        if (m_stage == Stage::Loaded)
-            updateSize();
-        break;
-    case Request::Rotation: {
-        constexpr int quarter = 90;
-        m_storedRotation = static_cast<int>(std::lround(number.value_or(0) / quarter)) % 4 * quarter;
-        break;
-    }
-    case Request::Time:
-        m_timeRequested = false;
-        if (number && !m_queue.busy() && !m_timeStandsForKeyframe)
-            setTime(*number);
-        break;
-    case Request::LandedTime:
-        land(number.value_or(m_time));
-        break;
-    case Request::None:
-        break;
-    }
-}
-
-void Player::handleFileEnd(const mpv_event& event) {
-    const auto* end = static_cast<const mpv_event_end_file*>(event.data);
-    if (m_entry == 0 || end->playlist_entry_id != m_entry)
-        return;
-    if (end->reason == MPV_END_FILE_REASON_ERROR)
-        refuse(describe(end->error));
-    else if (end->reason == MPV_END_FILE_REASON_EOF)
-        refuse(describe(MPV_ERROR_NOTHING_TO_PLAY));
-}
-
-void Player::handlePropertyChange(const mpv_event& event) {
-    const auto* property = static_cast<const mpv_event_property*>(event.data);
-    const std::string_view name = property->name;
-    if (name == "eof-reached" && property->format == MPV_FORMAT_FLAG) {
-        handleEndOfFile(*static_cast<const int*>(property->data) != 0);
-    } else if (m_stage != Stage::Loaded) {
-        return;
-    } else if (name == "time-pos" && !m_queue.busy() && !m_timeRequested) {
-        m_timeRequested = true;
-        request(Request::Time, "time-pos");
-    } else if (name == "duration") {
-        request(Request::Duration, "duration");
-    } else if (name == "video-params") {
-        requestPicture();
-    }
-}
-
-void Player::handleEndOfFile(bool reached) {
-    m_atEnd = reached && m_stage == Stage::Loaded && !m_queue.busy();
-    if (!m_atEnd || !m_playing)
-        return;
-    pause();
-    Q_EMIT endReached();
-}
-
-void Player::request(Request what, const char* property) {
-    requestNumber(handle(), property, idOf(what));
-}
-
-void Player::requestPicture() {
-    request(Request::Rotation, "current-tracks/video/demux-rotation");
-    request(Request::Width, "video-params/dw");
-    request(Request::Height, "video-params/dh");
-}
-
-std::uint64_t Player::idOf(Request what) const {
-    return m_generation << requestBits | static_cast<std::uint64_t>(what);
-}
-
-bool Player::concernsOurFile() const {
-    return m_entry != 0 && m_entry == m_startedEntry;
 }
 
 void Player::updateSize() {

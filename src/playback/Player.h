@@ -110,17 +110,7 @@ private:
     friend class SoftwareSurface;
 
     enum class Stage { Empty, WaitingForRenderer, Opening, Loaded };
-    enum class Request : std::uint8_t {
-        None,
-        Load,
-        Jump,
-        Duration,
-        Width,
-        Height,
-        Rotation,
-        Time,
-        LandedTime
-    };
+    enum class Request : std::uint8_t { None, Load, Jump, FrameRate, Duration, Width, Height, Rotation, Time, LandedTime };
 
     mpv_handle* handle() const { return m_handle.get(); }
     int storedRotation() const { return m_storedRotation; }
@@ -136,6 +126,7 @@ private:
     void step(int frames);
     void sendJump(Jump jump);
     void sendSteps(int frames);
+    bool isTooLate(double time) const;
     void goOn();
     void land(double time);
     void announceFile(double time);
@@ -182,6 +173,9 @@ private:
     bool m_hardwareDecoding = false;
     double m_time = 0;
     double m_duration = 0;
+    double m_firstTime = 0;        // of the first frame
+    double m_frameDuration = 0;    // seconds, nominal; 0 when the file does not say
+    double m_startFurtherBack = 0; // seconds before its target that a seek begins to decode, as last set
     double m_speed = 1;
     double m_volume = 1;
 };

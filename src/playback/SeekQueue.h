@@ -10,7 +10,8 @@ struct Jump {
     enum class Kind { Exact, Keyframe, StepBack };
 
     Kind kind = Kind::Exact;
-    double time = 0; // seconds on the source's timeline; without meaning for a step
+    double time = 0;              // seconds on the source's timeline; without meaning for a step
+    bool fromFurtherBack = false; // a second try that starts decoding earlier
 
     bool operator==(const Jump&) const = default;
 };

@@ -64,6 +64,19 @@ TEST_F(PlayerSeekTest, SeeksLandOnFramesOfAVariableRate) {
     }
 }
 
+// As cameras write them: the pictures before a key frame need the one before it.
+TEST_F(PlayerSeekTest, ExactSeeksReachFramesThatReferAcrossAKeyFrame) {
+    ASSERT_TRUE(watched.load(makeNumberedClip(
+        folder, QStringLiteral("clip.mp4"),
+        {.frames = 60,
+         .keyFrameEvery = 10,
+         .more = {QStringLiteral("-x264-params"), QStringLiteral("open-gop=1:b-adapt=0")}})));
+    for (int number = 27; number < 41; ++number) {
+        ASSERT_TRUE(watched.seek(number * frame));
+        EXPECT_TRUE(watched.showsFrame(number)) << number << " is " << watched.frameNumber();
+    }
+}
+
 TEST_F(PlayerSeekTest, SeeksBeyondTheEndsStayInTheFile) {
     ASSERT_TRUE(watched.load(makeNumberedClip(folder, QStringLiteral("clip.mp4"), {.sound = true})));
     ASSERT_TRUE(watched.seek(1e9));

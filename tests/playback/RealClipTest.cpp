@@ -70,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
                     RealClip{"sample_edit_list.mp4", {1080, 1920}},
                     RealClip{"iibbibb_editlist_videoonly.mp4", {704, 576}},
                     RealClip{"h265_bframes.mp4", {854, 480}}, RealClip{"sowt-with-video.mov", {1920, 1080}},
-                    RealClip{"bt601.mov", {640, 480}}, RealClip{"sample_shorter_audio.mp4", {1920, 1080}},
+                    RealClip{"bt601.mov", {640, 428}}, RealClip{"sample_shorter_audio.mp4", {320, 240}},
                     RealClip{"sample_empty_track.mp4", {1080, 720}}),
     [](const testing::TestParamInfo<RealClip>& clip) {
         QString name = QString::fromUtf8(clip.param.name);
