@@ -1,0 +1,97 @@
+#include "ui/style/Controls.h"
+
+#include "ui/style/Icons.h"
+#include "ui/style/Tokens.h"
+
+#include <QStyle>
+
+namespace pointloom::Controls {
+
+namespace {
+
+struct RoleLook {
+    TextRole role;
+    const char* name; // in the style sheet
+    double scale;
+    QFont::Weight weight;
+};
+
+constexpr RoleLook roleLooks[] = {
+    {TextRole::title, "title", TypeScale::title, QFont::DemiBold},
+    {TextRole::section, "section", TypeScale::section, QFont::DemiBold},
+    {TextRole::body, "body", TypeScale::body, QFont::Normal},
+    {TextRole::quiet, "quiet", TypeScale::quiet, QFont::Normal},
+    {TextRole::danger, "danger", TypeScale::body, QFont::Normal},
+    {TextRole::warning, "warning", TypeScale::body, QFont::Normal},
+    {TextRole::success, "success", TypeScale::body, QFont::Normal},
+};
+
+const char* nameOf(ButtonKind kind) {
+    switch (kind) {
+    case ButtonKind::normal:
+        return "normal";
+    case ButtonKind::primary:
+        return "primary";
+    case ButtonKind::danger:
+        return "danger";
+    case ButtonKind::plain:
+        return "plain";
+    }
+    return "normal";
+}
+
+}
+
+QLabel* label(TextRole role, QWidget* parent) {
+    auto* result = new QLabel(parent);
+    setRole(result, role);
+    return result;
+}
+
+void setRole(QLabel* label, TextRole role) {
+    for (const RoleLook& look : roleLooks) {
+        if (look.role != role)
+            continue;
+        QFont font = QFont();
+        font.setPointSizeF(font.pointSizeF() * look.scale);
+        font.setWeight(look.weight);
+        label->setFont(font);
+        label->setProperty("role", QString::fromUtf8(look.name));
+        label->style()->unpolish(label);
+        label->style()->polish(label);
+    }
+}
+
+QPushButton* button(ButtonKind kind, QWidget* parent) {
+    auto* result = new QPushButton(parent);
+    result->setProperty("kind", QString::fromUtf8(nameOf(kind)));
+    result->setCursor(Qt::PointingHandCursor);
+    return result;
+}
+
+QToolButton* iconButton(const QString& icon, QWidget* parent) {
+    auto* result = new QToolButton(parent);
+    result->setProperty("kind", QStringLiteral("plain"));
+    result->setIcon(Icons::icon(icon));
+    result->setIconSize(QSize(20, 20));
+    result->setFocusPolicy(Qt::TabFocus);
+    return result;
+}
+
+QFrame* card(QWidget* parent) {
+    auto* result = new QFrame(parent);
+    result->setProperty("kind", QStringLiteral("card"));
+    return result;
+}
+
+QFrame* separator(Qt::Orientation orientation, QWidget* parent) {
+    auto* result = new QFrame(parent);
+    result->setProperty("kind", QStringLiteral("separator"));
+    if (orientation == Qt::Horizontal)
+        result->setFixedHeight(1);
+    else
+        result->setFixedWidth(1);
+    return result;
+}
+
+}

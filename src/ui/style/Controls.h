@@ -1,0 +1,32 @@
+// The few kinds of label, button and card that all screens are made of.
+#pragma once
+
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+#include <QString>
+#include <QToolButton>
+
+namespace pointloom::Controls {
+
+enum class TextRole { title, section, body, quiet, danger, warning, success };
+enum class ButtonKind { normal, primary, danger, plain };
+
+/// A label that wraps nothing; sizes follow the desktop's font.
+QLabel* label(TextRole role, QWidget* parent);
+
+/// Gives a label another role.
+void setRole(QLabel* label, TextRole role);
+
+QPushButton* button(ButtonKind kind, QWidget* parent);
+
+/// A button with an icon alone. `accessibleName` is what a screen reader says; set the tool tip beside it.
+QToolButton* iconButton(const QString& icon, QWidget* parent);
+
+/// A rounded surface.
+QFrame* card(QWidget* parent);
+
+/// A line one point thick.
+QFrame* separator(Qt::Orientation orientation, QWidget* parent);
+
+}

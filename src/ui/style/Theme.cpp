@@ -1,0 +1,181 @@
+#include "ui/style/Theme.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace pointloom {
+
+namespace {
+
+QPalette paletteOf(const ColorTokens& t) {
+    QPalette palette;
+    palette.setColor(QPalette::Window, t.window);
+    palette.setColor(QPalette::WindowText, t.text);
+    palette.setColor(QPalette::Base, t.raised);
+    palette.setColor(QPalette::AlternateBase, t.surface);
+    palette.setColor(QPalette::Text, t.text);
+    palette.setColor(QPalette::PlaceholderText, t.quietText);
+    palette.setColor(QPalette::Button, t.raised);
+    palette.setColor(QPalette::ButtonText, t.text);
+    palette.setColor(QPalette::Highlight, t.accent);
+    palette.setColor(QPalette::HighlightedText, t.onAccent);
+    palette.setColor(QPalette::ToolTipBase, t.raised);
+    palette.setColor(QPalette::ToolTipText, t.text);
+    palette.setColor(QPalette::Link, t.accent);
+    palette.setColor(QPalette::Light, t.raised);
+    palette.setColor(QPalette::Mid, t.line);
+    palette.setColor(QPalette::Dark, t.line);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, t.quietText);
+    return palette;
+}
+
+// @names stand for tokens; the rest is plain Qt style sheet language.
+constexpr const char* styleSheetPattern = R"(
+QWidget { color: @text; }
+QMainWindow, QDialog, QWidget[room="window"] { background: @window; }
+QWidget[room="surface"] { background: @surface; }
+QFrame[kind="card"] { background: @surface; border: 1px solid @line; border-radius: @cardRadiuspx; }
+QFrame[kind="separator"] { background: @line; border: none; }
+
+QLabel { background: transparent; }
+QLabel[role="quiet"] { color: @quietText; }
+QLabel[role="danger"] { color: @danger; }
+QLabel[role="warning"] { color: @warning; }
+QLabel[role="success"] { color: @success; }
+
+QPushButton, QToolButton {
+  background: @raised; color: @text; border: 1px solid @line; border-radius: @fieldRadiuspx; padding: 6px 14px;
+}
+QPushButton:hover, QToolButton:hover { background: @line; }
+QPushButton:focus, QToolButton:focus { border: 2px solid @accent; padding: 5px 13px; }
+QPushButton:disabled, QToolButton:disabled { color: @quietText; background: @surface; }
+QPushButton[kind="primary"] { background: @accent; color: @onAccent; border: 1px solid @accent; font-weight: 600; }
+QPushButton[kind="primary"]:hover { background: @accentHover; border-color: @accentHover; }
+QPushButton[kind="primary"]:focus { border: 2px solid @text; }
+QPushButton[kind="primary"]:disabled { background: @raised; color: @quietText; border-color: @line; }
+QPushButton[kind="danger"] { color: @danger; }
+QPushButton[kind="plain"], QToolButton[kind="plain"] { background: transparent; border: 1px solid transparent; }
+QPushButton[kind="plain"]:hover, QToolButton[kind="plain"]:hover { background: @raised; }
+QPushButton[kind="plain"]:focus, QToolButton[kind="plain"]:focus { border: 2px solid @accent; }
+QToolButton { padding: 5px; }
+QToolButton:focus { padding: 4px; }
+QToolButton:checked, QPushButton:checked { border-color: @accent; color: @accent; }
+QToolButton::menu-indicator { image: none; }
+
+QLineEdit, QSpinBox, QDoubleSpinBox, QComboBox, QPlainTextEdit, QTextEdit {
+  background: @raised; color: @text; border: 1px solid @line; border-radius: @fieldRadiuspx; padding: 6px 8px;
+  selection-background-color: @accent; selection-color: @onAccent;
+}
+QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QComboBox:focus, QPlainTextEdit:focus, QTextEdit:focus {
+  border: 2px solid @accent; padding: 5px 7px;
+}
+QLineEdit:disabled, QSpinBox:disabled, QComboBox:disabled { color: @quietText; background: @surface; }
+QComboBox::drop-down { border: none; width: 22px; }
+QComboBox::down-arrow { image: url(:/icons/@mode/chevron-down.svg); width: 12px; height: 12px; }
+QComboBox QAbstractItemView {
+  background: @surface; color: @text; border: 1px solid @line; selection-background-color: @raised;
+  selection-color: @text; outline: none;
+}
+
+QCheckBox, QRadioButton { spacing: 8px; background: transparent; }
+QCheckBox::indicator, QRadioButton::indicator { width: 16px; height: 16px; border: 1px solid @quietText; background: @raised; }
+QCheckBox::indicator { border-radius: 4px; }
+QRadioButton::indicator { border-radius: 9px; }
+QCheckBox::indicator:checked { background: @accent; border-color: @accent; image: url(:/icons/@mode/check-on-accent.svg); }
+QRadioButton::indicator:checked { background: @accent; border: 4px solid @raised; }
+QCheckBox:focus::indicator, QRadioButton:focus::indicator { border: 2px solid @accent; }
+
+QMenuBar { background: @window; color: @text; }
+QMenuBar::item { padding: 4px 10px; background: transparent; border-radius: 4px; }
+QMenuBar::item:selected { background: @raised; }
+QMenu { background: @surface; color: @text; border: 1px solid @line; padding: 4px; }
+QMenu::item { padding: 6px 28px 6px 14px; border-radius: 4px; }
+QMenu::item:selected { background: @raised; }
+QMenu::item:disabled { color: @quietText; }
+QMenu::separator { height: 1px; background: @line; margin: 4px 8px; }
+QToolTip { background: @raised; color: @text; border: 1px solid @line; padding: 6px; }
+
+QProgressBar { background: @raised; border: none; border-radius: 4px; min-height: 8px; max-height: 8px; }
+QProgressBar::chunk { background: @accent; border-radius: 4px; }
+
+QSlider::groove:horizontal { height: 4px; background: @line; border-radius: 2px; }
+QSlider::sub-page:horizontal { background: @accent; border-radius: 2px; }
+QSlider::handle:horizontal { background: @text; width: 12px; height: 12px; margin: -4px 0; border-radius: 6px; }
+QSlider::handle:horizontal:focus { background: @accent; }
+
+QScrollArea { background: transparent; border: none; }
+QScrollArea > QWidget > QWidget { background: transparent; }
+QScrollBar:vertical { background: transparent; width: 10px; margin: 2px; }
+QScrollBar:horizontal { background: transparent; height: 10px; margin: 2px; }
+QScrollBar::handle { background: @line; border-radius: 3px; }
+QScrollBar::handle:vertical { min-height: 28px; }
+QScrollBar::handle:horizontal { min-width: 28px; }
+QScrollBar::handle:hover { background: @quietText; }
+QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page { background: none; border: none; height: 0; width: 0; }
+
+QListView { background: transparent; border: none; outline: none; }
+QListView::item { border-radius: @fieldRadiuspx; padding: 4px; }
+QListView::item:selected { background: @raised; color: @text; }
+QListView:focus { border: none; }
+QSplitter::handle { background: @line; }
+QSplitter::handle:hover { background: @accent; }
+)";
+
+QString styleSheetOf(const ColorTokens& t, bool isDark) {
+    QString sheet = QString::fromUtf8(styleSheetPattern);
+    const std::pair<const char*, QString> names[] = {
+        // The longer of two names that begin alike comes first.
+        {"@accentHover", (isDark ? t.accent.lighter(112) : t.accent.lighter(125)).name()},
+        {"@onAccent", t.onAccent.name()},
+        {"@quietText", t.quietText.name()},
+        {"@window", t.window.name()},
+        {"@surface", t.surface.name()},
+        {"@raised", t.raised.name()},
+        {"@line", t.line.name()},
+        {"@text", t.text.name()},
+        {"@accent", t.accent.name()},
+        {"@danger", t.danger.name()},
+        {"@warning", t.warning.name()},
+        {"@success", t.success.name()},
+        {"@cardRadius", QString::number(Radius::card)},
+        {"@fieldRadius", QString::number(Radius::field)},
+        {"@mode", isDark ? QStringLiteral("dark") : QStringLiteral("light")},
+    };
+    for (const auto& [name, value] : names)
+        sheet.replace(QString::fromUtf8(name), value);
+    return sheet;
+}
+
+// Read before our own palette covers it.
+bool desktopIsLight() {
+    static const bool isLight = QApplication::style()->standardPalette().color(QPalette::Window).lightness() > 127
+                                && QApplication::palette().color(QPalette::Window).lightness() > 127;
+    return isLight;
+}
+
+}
+
+Theme& Theme::shared() {
+    static Theme theme;
+    return theme;
+}
+
+void Theme::apply(QApplication& application, ThemeChoice choice) {
+    const bool isLight = choice == ThemeChoice::light || (choice == ThemeChoice::desktop && desktopIsLight());
+    m_choice = choice;
+    m_tokens = isLight ? &lightTokens() : &darkTokens();
+    application.setStyle(QStyleFactory::create(QStringLiteral("Fusion"))); // the application takes it over
+    application.setPalette(paletteOf(*m_tokens));
+    application.setStyleSheet(styleSheetOf(*m_tokens, !isLight));
+    Q_EMIT changed();
+}
+
+bool Theme::animates() {
+    return QApplication::isEffectEnabled(Qt::UI_General) && !qEnvironmentVariableIsSet("POINTLOOM_REDUCED_MOTION");
+}
+
+}

@@ -1,0 +1,57 @@
+// The look of the whole application: one palette and one style sheet built from the tokens.
+#pragma once
+
+#include "json/RawValues.h"
+#include "ui/style/Tokens.h"
+
+#include <QObject>
+
+class QApplication;
+
+namespace pointloom {
+
+enum class ThemeChoice { dark, light, desktop };
+
+template <>
+struct RawValues<ThemeChoice> {
+    static constexpr auto table = std::to_array<std::pair<ThemeChoice, std::string_view>>({
+        {ThemeChoice::dark, "dark"},
+        {ThemeChoice::light, "light"},
+        {ThemeChoice::desktop, "desktop"},
+    });
+};
+
+/// One for the application. Widgets that paint themselves read `tokens()` while painting and repaint on
+/// `changed`.
+class Theme : public QObject {
+    Q_OBJECT
+
+public:
+    static Theme& shared();
+
+    const ColorTokens& tokens() const { return *m_tokens; }
+    ThemeChoice choice() const { return m_choice; }
+
+    /// Applies palette and style sheet to the application. `desktop` follows what the desktop's own
+    /// palette says, dark when it says nothing.
+    void apply(QApplication& application, ThemeChoice choice);
+
+    /// False when the desktop asks for reduced motion.
+    static bool animates();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    Theme() = default;
+
+    ThemeChoice m_choice = ThemeChoice::dark;
+    const ColorTokens* m_tokens = &darkTokens();
+};
+
+/// The tokens of the theme in use.
+inline const ColorTokens& tokens() {
+    return Theme::shared().tokens();
+}
+
+}
