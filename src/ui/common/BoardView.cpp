@@ -1,0 +1,72 @@
+#include "ui/common/BoardView.h"
+
+#include "render/ScoreboardImage.h"
+#include "render/TemplateRegistry.h"
+
+#include <algorithm>
+#include <QPainter>
+
+namespace pointloom {
+
+BoardView::BoardView(QWidget* parent)
+    : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+}
+
+void BoardView::setBoard(TemplateID templateID, const SportScoreState& score, const MatchConfig& config, const QImage& logo) {
+    m_board = Board{templateID, score, config, logo};
+    updateGeometry();
+    update();
+}
+
+void BoardView::clear() {
+    m_board.reset();
+    update();
+}
+
+void BoardView::setLargestScale(double scale) {
+    m_largestScale = scale;
+    updateGeometry();
+    update();
+}
+
+QSizeF BoardView::naturalSize() const {
+    if (!m_board)
+        return {270, 97};
+    return scoreboardImageSize(TemplateRegistry::templateFor(m_board->templateID),
+                               static_cast<std::int64_t>(setsOf(m_board->score).size()), m_board->config);
+}
+
+QSize BoardView::sizeHint() const {
+    return (naturalSize() * m_largestScale).toSize();
+}
+
+QSize BoardView::minimumSizeHint() const {
+    return (naturalSize() * std::min(0.5, m_largestScale)).toSize();
+}
+
+void BoardView::paintEvent(QPaintEvent*) {
+    if (!m_board)
+        return;
+    const QSizeF natural = naturalSize();
+    const double scale = std::min({m_largestScale, width() / natural.width(), height() / natural.height()});
+    QImage picture = renderScoreboardImage(m_board->templateID, m_board->score, m_board->config, m_board->logo,
+                                           scale * devicePixelRatioF());
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    const QSizeF shown = picture.deviceIndependentSize();
+    QPainter(this).drawImage(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2), picture);
+}
+
+SportScoreState tellingScore(SportID sport, std::int64_t numberOfSets) {
+    const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(numberOfSets, 1, 7));
+    if (usesTennisScoring(sport)) {
+        const std::vector<SetScore> sets = {{6, 4, {}}, {6, 7, 5}, {3, 3, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}};
+        const bool isOneSet = count == 1;
+        return ScoreState{isOneSet ? std::vector{SetScore{6, 7, 5}} : std::vector(sets.begin(), sets.begin() + static_cast<std::ptrdiff_t>(count)),
+                          {GamePoint::advantage, GamePoint::forty}, 1};
+    }
+    const std::vector<SetScore> sets = {{25, 21, {}}, {19, 25, {}}, {8, 7, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}};
+    return PointScoreState{std::vector(sets.begin(), sets.begin() + static_cast<std::ptrdiff_t>(count)), {14, 9}, 2};
+}
+
+}

@@ -1,0 +1,28 @@
+// What every screen is given.
+#pragma once
+
+#include "l10n/DesktopWords.h"
+#include "l10n/UiText.h"
+#include "session/AppState.h"
+#include "session/UndoStack.h"
+#include "ui/common/Dialogs.h"
+
+namespace pointloom {
+
+class UserDefaults;
+
+/// Outlives every screen. Screens hold no state of the session: they watch it (`Bindings`) and call its
+/// operations.
+struct UiContext {
+    AppState& state;
+    UndoStack& undo;
+    UserDefaults& defaults;
+    Dialogs& dialogs;
+
+    /// A text in the session's language and this desktop's words. Readers inside a binding on
+    /// `state.language` follow a switch of language.
+    QString text(L10nKey key) const { return forThisDesktop(state.t(key), state.language); }
+    QString text(const UiText& text) const { return t(state.language, text); }
+};
+
+}
