@@ -13,6 +13,9 @@ packages=(
 
     # Libraries
     qt6-base-dev # Core, Gui, Widgets, Network
+    libqt6opengl6-dev
+    qt6-svg-dev
+    libmpv-dev
     libavcodec-dev
     libavfilter-dev
     libavformat-dev
@@ -34,6 +37,8 @@ packages=(
     libgtest-dev
     libgmock-dev
     libbenchmark-dev
+    xvfb xauth       # a screen for the test that draws by OpenGL
+    libgl1-mesa-dri  # ... and OpenGL without a graphics card
     ffmpeg # the program: encodes sample and test clips, and is what the benchmark compares with
     time   # peak memory in the benchmark
 )
