@@ -26,7 +26,8 @@ QString symbolsOf(const QString& text) {
             continue;
         symbols += character;
     }
-    if (symbols.startsWith(u"PL"))
+    // Without its prefix a key may begin with P and 1, written as a small L.
+    if (symbols.size() != symbolCount && symbols.startsWith(u"PL"))
         symbols.remove(0, 2);
     return symbols.replace(u'O', u'0').replace(u'I', u'1').replace(u'L', u'1');
 }

@@ -3,9 +3,9 @@
 
 #include <array>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <map>
 #include <stdexcept>
@@ -35,10 +35,10 @@ struct Unspeakable : std::exception {
     throw std::runtime_error("the ball \"left\"\nthe court\x01");
 }
 
-[[gnu::noinline]] void readThroughNull() {
-    // Not quite null and unknown to the compiler, so that neither it nor a sanitizer sees it coming.
-    volatile std::uintptr_t nowhere = 8;
-    *reinterpret_cast<volatile char*>(nowhere) = 1;
+[[gnu::noinline]] void writeNearNull() {
+    // Near it and through an integer, so that neither compiler nor sanitizer sees it coming.
+    volatile std::uintptr_t nowhere = 16;
+    *reinterpret_cast<volatile char*>(nowhere) = 1; // NOLINT
 }
 
 void readPastTheEndOfAFile() {
@@ -77,10 +77,10 @@ void inAThread(void (*die)()) {
 
 const std::map<std::string, std::function<void()>> deaths{
     {"abort", [] { std::abort(); }},
-    {"null", readThroughNull},
+    {"null", writeNearNull},
     {"illegal", executeAnIllegalInstruction},
     {"bus", readPastTheEndOfAFile},
-    {"null-in-thread", [] { inAThread(readThroughNull); }},
+    {"null-in-thread", [] { inAThread(writeNearNull); }},
     {"corrupted-heap", corruptTheHeap},
     {"exception", throwFromDeepInside},
     {"exception-in-thread", [] { inAThread(throwFromDeepInside); }},
