@@ -134,6 +134,8 @@ void VideoEncoder::write(const VideoFrame& frame) {
     m_lastTimestamp = timestamp;
     const std::int64_t duration =
         av_rescale_q(frame.duration(), toAv(frame.timeBase()), toAv(m_settings.timeBase));
+    if (m_settings.codec == VideoCodec::hevc)
+        m_decodeTimes.pictureWentIn(timestamp);
     m_durations[timestamp] = duration > 0 ? duration : m_usualDuration;
 
     AVFramePtr picture(av_frame_clone(frame.handle()));
@@ -161,6 +163,8 @@ void VideoEncoder::send(const AVFrame* picture) {
             m_packet->duration = found->second;
             m_durations.erase(found);
         }
+        if (m_settings.codec == VideoCodec::hevc)
+            m_packet->dts = m_decodeTimes.next();
         m_file.write(*m_packet, *m_track, m_codec->time_base);
     }
 }

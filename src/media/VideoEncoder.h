@@ -1,6 +1,7 @@
 // Encodes pictures into the packets of one track.
 #pragma once
 
+#include "media/DecodeTimes.h"
 #include "media/MediaWriter.h"
 #include "media/OutputFile.h"
 
@@ -25,6 +26,7 @@ private:
     AVStream* m_track = nullptr; // owned by the file
     PacketPtr m_packet;
     std::map<std::int64_t, std::int64_t> m_durations; // by timestamp, of pictures inside of the encoder
+    DecodeTimes m_decodeTimes;                        // of HEVC
     std::int64_t m_lastTimestamp = AV_NOPTS_VALUE;
     std::int64_t m_usualDuration = 1; // ticks
 };

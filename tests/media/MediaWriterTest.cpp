@@ -83,6 +83,24 @@ TEST(MediaWriter, TimesOfEveryCodecAreKeptToTheTick) {
     }
 }
 
+TEST(MediaWriter, ClipsOfAFewFramesAreWholeToo) {
+    const ClipFolder folder;
+    for (const VideoCodec codec : {VideoCodec::h264, VideoCodec::hevc, VideoCodec::prores}) {
+        for (const std::size_t count : {1U, 2U, 3U, 4U}) {
+            VideoSettings settings = settingsFor(solidFrame(QSize(64, 48), plainFormat, {}), codec);
+            settings.format = encodableFormat(codec, plainFormat);
+            settings.timeBase = {1, 600};
+            std::vector<std::int64_t> times = {0, 24, 30, 54};
+            times.resize(count);
+            const QString path = folder.path(QStringLiteral("short.mov"));
+            MediaWriter writer = MediaWriter::create(path, settings, false);
+            writeFrames(writer, settings, times, 24);
+            writer.finish();
+            EXPECT_EQ(readTicks(path), times) << int(codec);
+        }
+    }
+}
+
 TEST(MediaWriter, AConstantRateIsWrittenAsOne) {
     const ClipFolder folder;
     VideoSettings settings = settingsFor(solidFrame(QSize(128, 96), plainFormat, {}), VideoCodec::h264);
