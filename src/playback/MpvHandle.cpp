@@ -60,10 +60,6 @@ constexpr std::array options{
     Option{"sub-auto", "no"},
     Option{"audio-file-auto", "no"},
     Option{"cover-art-auto", "no"},
-    Option{"audio-files", ""},
-    Option{"sub-files", ""},
-    Option{"cover-art-files", ""},
-    Option{"external-files", ""},
 
     // No settings, scripts, keys or traces of the player's own.
     Option{"config", "no"},

@@ -3,11 +3,11 @@
 #include "playback/MpvCalls.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <filesystem>
 #include <mpv/client.h>
 #include <QFile>
-#include <QFileInfo>
 #include <string_view>
 #include <utility>
 
@@ -63,6 +63,11 @@ Player::Player(Sound sound, QObject* parent)
     connect(&m_watch, &SourceWatch::lost, this, [this](const QString& reason) {
         fail(QStringLiteral("“%1” can no longer be played: it %2.").arg(fileName(m_path), reason));
     });
+    constexpr std::chrono::seconds patience(10);
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(patience);
+    // libmpv passes over a step back in silence when the picture's decoder has given up.
+    m_patience.callOnTimeout(this, [this] { request(Request::LandedTime, "time-pos"); });
     mpv_set_wakeup_callback(handle(), &Player::postWakeup, this);
 }
 
@@ -176,14 +181,17 @@ void Player::detachRenderer() {
     m_hasRenderer = false;
     if (m_stage != Stage::Opening && m_stage != Stage::Loaded)
         return;
-    const std::optional<double> target = m_announced ? m_time : m_queue.target();
+    std::optional<Jump> resumed = m_queue.waiting();
+    if (m_announced)
+        resumed = Jump{Jump::Kind::Exact, m_time};
     m_stage = Stage::WaitingForRenderer;
     m_entry = 0;
     ++m_generation;
+    m_patience.stop();
     m_queue.clear();
     m_queue.begin(toFirstFrame);
-    if (target)
-        m_queue.request({Jump::Kind::Exact, *target});
+    if (resumed)
+        m_queue.request(*resumed);
     sendCommand(handle(), {"stop"});
 }
 
@@ -200,6 +208,7 @@ void Player::open() {
 
 void Player::closeFile() {
     m_watch.stop();
+    m_patience.stop();
     m_queue.clear();
     ++m_generation;
     m_entry = 0;
@@ -233,6 +242,7 @@ void Player::sendJump(Jump jump) {
     ++m_generation;
     m_timeRequested = false;
     m_timeStandsForKeyframe = jump.kind == Jump::Kind::Keyframe && !m_playing;
+    m_patience.start();
     if (jump.kind == Jump::Kind::StepBack) {
         sendCommand(handle(), {"frame-back-step"}, idOf(Request::Jump));
         return;
@@ -258,6 +268,7 @@ void Player::sendSteps(int frames) {
 
 // The jump under way has ended: starts what waited for it.
 void Player::goOn() {
+    m_patience.stop();
     m_queue.finish();
     if (const auto jump = m_queue.takeWaiting())
         sendJump(*jump);

@@ -13,6 +13,7 @@
 #include <QObject>
 #include <QSize>
 #include <QString>
+#include <QTimer>
 
 struct mpv_event;
 
@@ -110,7 +111,18 @@ private:
     friend class SoftwareSurface;
 
     enum class Stage { Empty, WaitingForRenderer, Opening, Loaded };
-    enum class Request : std::uint8_t { None, Load, Jump, FrameRate, Duration, Width, Height, Rotation, Time, LandedTime };
+    enum class Request : std::uint8_t {
+        None,
+        Load,
+        Jump,
+        FrameRate,
+        Duration,
+        Width,
+        Height,
+        Rotation,
+        Time,
+        LandedTime
+    };
 
     mpv_handle* handle() const { return m_handle.get(); }
     int storedRotation() const { return m_storedRotation; }
@@ -153,6 +165,7 @@ private:
     std::atomic<bool> m_wakeupPosted = false;
     SourceWatch m_watch;
     SeekQueue m_queue;
+    QTimer m_patience; // with a jump whose end is not reported
 
     Stage m_stage = Stage::Empty;
     QString m_path;

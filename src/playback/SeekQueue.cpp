@@ -5,14 +5,6 @@
 
 namespace pointloom::playback {
 
-std::optional<double> SeekQueue::target() const {
-    if (m_waiting)
-        return m_waiting->time;
-    if (m_current && m_current->kind != Jump::Kind::StepBack)
-        return m_current->time;
-    return std::nullopt;
-}
-
 std::optional<Jump> SeekQueue::request(Jump jump) {
     m_waiting = jump;
     m_waitingSteps = 0;

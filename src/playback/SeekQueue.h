@@ -25,9 +25,6 @@ public:
     std::optional<Jump> current() const { return m_current; }
     std::optional<Jump> waiting() const { return m_waiting; }
 
-    /// Where a jump to a time is going to end: the waiting one's target, else the current one's.
-    std::optional<double> target() const;
-
     /// Notes a jump to a time, which replaces whatever waits. Returns the jump when it can start now.
     std::optional<Jump> request(Jump jump);
 

@@ -1,8 +1,5 @@
 #include "playback/NumberedClip.h"
 
-#include <QProcess>
-#include <stdexcept>
-
 namespace pointloom::playback {
 
 namespace {
@@ -11,8 +8,7 @@ constexpr int bars = 8;
 
 }
 
-QString makeNumberedClip(const QTemporaryDir& folder, const QString& name, const ClipOptions& options) {
-    const QString path = folder.filePath(name);
+QString makeNumberedClip(const test::ClipFolder& folder, const QString& name, const ClipOptions& options) {
     const double seconds = 10000; // the number of frames ends it
     QStringList arguments{
         QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
@@ -29,20 +25,7 @@ QString makeNumberedClip(const QTemporaryDir& folder, const QString& name, const
               << QStringLiteral("-bf") << QStringLiteral("3") << QStringLiteral("-g")
               << QString::number(options.keyFrameEvery) << QStringLiteral("-sc_threshold")
               << QStringLiteral("0") << QStringLiteral("-pix_fmt") << QStringLiteral("yuv420p");
-    arguments << options.more << path;
-    runFfmpeg(arguments);
-    return path;
-}
-
-void runFfmpeg(const QStringList& arguments) {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QStringLiteral("ffmpeg"),
-                  QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} +
-                      arguments);
-    constexpr int patience = 120'000; // milliseconds
-    if (!process.waitForFinished(patience) || process.exitCode() != 0)
-        throw std::runtime_error("ffmpeg: " + process.readAll().toStdString());
+    return folder.make(name, arguments + options.more);
 }
 
 int frameNumberIn(const QImage& picture) {

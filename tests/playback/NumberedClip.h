@@ -1,10 +1,11 @@
 // Clips whose frames carry their number, so that a test can tell from a picture which frame it shows.
 #pragma once
 
+#include "support/TestClips.h"
+
 #include <QImage>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 
 namespace pointloom::playback {
 
@@ -17,12 +18,9 @@ struct ClipOptions {
     QStringList more = {}; // further arguments for the output
 };
 
-/// Makes a clip with the ffmpeg tool; frames carry their number in eight vertical bars, lowest bit first.
-/// Throws when the tool fails.
-QString makeNumberedClip(const QTemporaryDir& folder, const QString& name, const ClipOptions& options = {});
-
-/// Runs the ffmpeg tool. Throws with what it printed when it fails.
-void runFfmpeg(const QStringList& arguments);
+/// Frames carry their number in eight vertical bars, lowest bit first, white for one.
+QString makeNumberedClip(const test::ClipFolder& folder, const QString& name,
+                         const ClipOptions& options = {});
 
 /// The number in a picture that shows a numbered clip from edge to edge.
 int frameNumberIn(const QImage& picture);

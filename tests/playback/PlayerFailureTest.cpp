@@ -13,13 +13,6 @@ namespace {
 
 class PlayerFailureTest : public testing::Test {
 protected:
-    QString write(const QString& name, const QByteArray& bytes) const {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    }
-
     // The one message that loading the file brings.
     std::string failureOf(const QString& path) {
         watched.failures.clear();
@@ -29,7 +22,7 @@ protected:
         return watched.failures.value(0).toStdString();
     }
 
-    QTemporaryDir folder;
+    test::ClipFolder folder;
     Watched watched;
 };
 
@@ -38,29 +31,27 @@ using testing::HasSubstr;
 }
 
 TEST_F(PlayerFailureTest, FilesThatCannotBeOpenedAreNamedWithTheReason) {
-    EXPECT_EQ(failureOf(folder.filePath(QStringLiteral("gone.mp4"))),
+    EXPECT_EQ(failureOf(folder.path(QStringLiteral("gone.mp4"))),
               "“gone.mp4” cannot be opened: there is no such file.");
-    EXPECT_THAT(failureOf(folder.path()), HasSubstr("it is not a file"));
-    EXPECT_THAT(failureOf(write(QStringLiteral("empty.mp4"), {})), HasSubstr("it is empty"));
-    EXPECT_THAT(failureOf(write(QStringLiteral("text.mp4"), QByteArray(10'000, 'x'))),
+    EXPECT_THAT(failureOf(folder.path({})), HasSubstr("it is not a file"));
+    EXPECT_THAT(failureOf(folder.write(QStringLiteral("empty.mp4"), {})), HasSubstr("it is empty"));
+    EXPECT_THAT(failureOf(folder.write(QStringLiteral("text.mp4"), QByteArray(10'000, 'x'))),
                 HasSubstr("not an MP4 or MOV file"));
     EXPECT_THAT(failureOf(QString()), HasSubstr("no file is named"));
-    const QString pipe = folder.filePath(QStringLiteral("pipe.mp4"));
+    const QString pipe = folder.path(QStringLiteral("pipe.mp4"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     EXPECT_THAT(failureOf(pipe), HasSubstr("it is not a file"));
 }
 
 TEST_F(PlayerFailureTest, OtherKindsOfVideoAreRefused) {
     const QString matroska = makeNumberedClip(folder, QStringLiteral("clip.mkv"), {.frames = 5});
-    const QString dressed = folder.filePath(QStringLiteral("dressed.mp4"));
+    const QString dressed = folder.path(QStringLiteral("dressed.mp4"));
     ASSERT_TRUE(QFile::rename(matroska, dressed));
     EXPECT_THAT(failureOf(dressed), HasSubstr("not an MP4 or MOV file"));
 }
 
 TEST_F(PlayerFailureTest, SoundAloneIsRefused) {
-    const QString sound = folder.filePath(QStringLiteral("sound.m4a"));
-    runFfmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-               QStringLiteral("sine=duration=1"), sound});
+    const QString sound = folder.make(QStringLiteral("sound.m4a"), "-f lavfi -i sine=duration=1");
     EXPECT_THAT(failureOf(sound), HasSubstr("it holds no picture"));
 }
 
@@ -68,12 +59,10 @@ TEST_F(PlayerFailureTest, AFileCutOffAnywhereFailsOrPlaysButNeverHangs) {
     const QString clip = makeNumberedClip(
         folder, QStringLiteral("clip.mp4"),
         {.sound = true, .more = {QStringLiteral("-movflags"), QStringLiteral("+faststart")}});
-    QFile file(clip);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray whole = file.readAll();
+    const QByteArray whole = test::readFile(clip);
     for (const int percent : {1, 5, 20, 50, 80, 99}) {
         const QString cut =
-            write(QStringLiteral("cut%1.mp4").arg(percent), whole.left(whole.size() * percent / 100));
+            folder.write(QStringLiteral("cut%1.mp4").arg(percent), whole.left(whole.size() * percent / 100));
         const qsizetype failuresBefore = watched.failures.size();
         if (!watched.load(cut)) {
             EXPECT_EQ(watched.failures.size(), failuresBefore + 1)
@@ -89,14 +78,12 @@ TEST_F(PlayerFailureTest, AFileCutOffAnywhereFailsOrPlaysButNeverHangs) {
 
 TEST_F(PlayerFailureTest, DamagedFilesNeverHang) {
     const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"), {.sound = true});
-    QFile file(clip);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray whole = file.readAll();
+    const QByteArray whole = test::readFile(clip);
     for (int round = 0; round < 8; ++round) {
         QByteArray damaged = whole;
         for (qsizetype i = 40 + round; i < damaged.size(); i += 211 + 37 * round)
             damaged[i] = static_cast<char>(damaged[i] ^ (i % 255));
-        const QString path = write(QStringLiteral("damaged%1.mp4").arg(round), damaged);
+        const QString path = folder.write(QStringLiteral("damaged%1.mp4").arg(round), damaged);
         const qsizetype failuresBefore = watched.failures.size();
         if (watched.load(path))
             EXPECT_TRUE(watched.seek(1)) << round;
@@ -108,7 +95,7 @@ TEST_F(PlayerFailureTest, DamagedFilesNeverHang) {
 TEST_F(PlayerFailureTest, AFileThatChangesWhileOpenIsGivenUpWithAMessage) {
     const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"));
     const QString other = makeNumberedClip(folder, QStringLiteral("other.mp4"), {.frames = 60});
-    const QString open = folder.filePath(QStringLiteral("open.mp4"));
+    const QString open = folder.path(QStringLiteral("open.mp4"));
     struct Case {
         const char* what;
         std::function<void()> change;
@@ -149,7 +136,7 @@ TEST_F(PlayerFailureTest, ANewDateOrPermissionsChangeNothing) {
 
 TEST_F(PlayerFailureTest, AGoodFileLoadsAfterABadOne) {
     const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"));
-    failureOf(write(QStringLiteral("text.mp4"), QByteArray(10'000, 'x')));
+    failureOf(folder.write(QStringLiteral("text.mp4"), QByteArray(10'000, 'x')));
     EXPECT_TRUE(watched.load(clip));
     EXPECT_TRUE(watched.seek(1));
     EXPECT_TRUE(watched.showsFrame(25));

@@ -16,7 +16,7 @@ constexpr double frame = 1.0 / 25;
 
 class PlayerTest : public testing::Test {
 protected:
-    QTemporaryDir folder;
+    test::ClipFolder folder;
 };
 
 }
@@ -95,7 +95,7 @@ TEST_F(PlayerTest, TheNewestOfSeveralLoadsWins) {
                                            {.frames = 10, .size = QStringLiteral("640x128")});
     for (int i = 0; i < 10; ++i) {
         watched.player.load(small);
-        watched.player.load(folder.filePath(QStringLiteral("missing.mp4")));
+        watched.player.load(folder.path(QStringLiteral("missing.mp4")));
         watched.player.load(large);
         if (i % 3 == 0)
             Watched::settle(5);

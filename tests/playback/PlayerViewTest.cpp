@@ -17,13 +17,12 @@ protected:
     // A clip stored as 320x64 that is to be turned, counterclockwise, to be upright.
     QString makeRotatedClip(const QString& degrees) const {
         const QString stored = makeNumberedClip(folder, QStringLiteral("stored.mp4"));
-        const QString rotated = folder.filePath(QStringLiteral("rotated%1.mp4").arg(degrees));
-        runFfmpeg({QStringLiteral("-i"), stored, QStringLiteral("-c"), QStringLiteral("copy"),
-                   QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=") + degrees, rotated});
-        return rotated;
+        return folder.make(QStringLiteral("rotated%1.mp4").arg(degrees),
+                           {QStringLiteral("-i"), stored, QStringLiteral("-c"), QStringLiteral("copy"),
+                            QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=") + degrees});
     }
 
-    QTemporaryDir folder;
+    test::ClipFolder folder;
 };
 
 // The picture turned back to how it is stored.

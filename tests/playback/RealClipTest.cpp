@@ -1,19 +1,13 @@
 // Clips of real cameras and odd writers, where the folder with them is at hand.
 #include "playback/Watched.h"
+#include "support/TestClips.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
-#include <QFileInfo>
 #include <QProcess>
 
 namespace pointloom::playback {
 
 namespace {
-
-QString mediaFolder() {
-    const QString named = qEnvironmentVariable("POINTLOOM_MEDIA");
-    return named.isEmpty() ? QStringLiteral(POINTLOOM_SOURCE_DIR "/../shared/media") : named;
-}
 
 // Times of the first video track's frames, as FFmpeg gives them.
 std::vector<double> frameTimes(const QString& path) {
@@ -47,13 +41,13 @@ class RealClipTest : public testing::TestWithParam<RealClip> {};
 }
 
 TEST_P(RealClipTest, TimesAreThoseThatFfmpegReads) {
-    const QString path = mediaFolder() + u'/' + QString::fromUtf8(GetParam().name);
-    if (!QFileInfo::exists(path))
+    const auto path = test::realClip(QString::fromUtf8(GetParam().name));
+    if (!path)
         GTEST_SKIP() << "no real clips here";
-    const std::vector<double> times = frameTimes(path);
+    const std::vector<double> times = frameTimes(*path);
     ASSERT_FALSE(times.empty());
     Watched watched(PlayerView::Rendering::Software, {480, 270});
-    ASSERT_TRUE(watched.load(path)) << watched.failures.value(0).toStdString();
+    ASSERT_TRUE(watched.load(*path)) << watched.failures.value(0).toStdString();
     EXPECT_EQ(watched.player.size(), GetParam().size);
     EXPECT_NEAR(watched.player.time(), times.front(), 0.001);
     for (const std::size_t index : {times.size() * 2 / 3, times.size() / 3, std::size_t{0}, std::size_t{1}}) {

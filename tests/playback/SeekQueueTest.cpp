@@ -17,7 +17,7 @@ TEST(SeekQueue, OnlyTheNewestOfManySeeksFollowsTheOneUnderWay) {
     EXPECT_EQ(queue.request(exact(1)), exact(1));
     for (int i = 2; i < 100; ++i)
         EXPECT_EQ(queue.request(exact(i)), std::nullopt);
-    EXPECT_EQ(queue.target(), 99.0);
+    EXPECT_EQ(queue.waiting(), exact(99));
     queue.finish();
     EXPECT_EQ(queue.takeWaiting(), exact(99));
     queue.finish();

@@ -2,6 +2,7 @@
 
 #include "playback/NumberedClip.h"
 
+#include <cmath>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QThread>
@@ -64,6 +65,11 @@ int Watched::frameNumber() {
 
 bool Watched::showsFrame(int number) {
     return waitFor([&] { return frameNumber() == number; }, 3'000);
+}
+
+bool Watched::reaches(double seconds) {
+    constexpr double tolerance = 0.0005;
+    return waitFor([&] { return std::abs(player.time() - seconds) < tolerance; }, 3'000);
 }
 
 }

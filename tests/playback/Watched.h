@@ -44,6 +44,9 @@ public:
 
     /// Waits until the frame with this number is shown.
     bool showsFrame(int number);
+
+    /// Waits until the playhead is at a time, within half a millisecond.
+    bool reaches(double seconds);
 };
 
 }
