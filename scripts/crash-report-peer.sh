@@ -51,7 +51,7 @@ start_receiver() {
 crash_and_send() {
     local home
     home=$(mktemp -d)
-    XDG_DATA_HOME=$home "$programs/crash_victim" "$1" 2>/dev/null || true
+    { XDG_DATA_HOME=$home "$programs/crash_victim" "$1" || true; } 2>/dev/null
     printf '== %s left\n' "$1"
     cat "$home/Pointloom/pending_crash.json"
     printf '\n'

@@ -4,11 +4,13 @@
 #include "crash/PendingCrashReport.h"
 #include "json/JsonDocument.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <cxxabi.h>
+#include <dlfcn.h>
 #include <exception>
 #include <execinfo.h>
 #include <fcntl.h>
@@ -18,6 +20,7 @@
 #include <QFile>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <span>
 #include <typeinfo>
 #include <unistd.h>
 #include <utility>
@@ -48,13 +51,33 @@ QString readableFrame(const char* symbol) {
     return line.left(open + 1) + demangled(name.constData()) + line.mid(plus);
 }
 
-std::vector<QString> callStack() {
+// The file that an address lies in, by where it is loaded; null for none.
+const void* moduleOf(const void* address) {
+    Dl_info facts{};
+    return dladdr(address, &facts) != 0 ? facts.dli_fbase : nullptr;
+}
+
+// How many of the innermost frames are the capture's own and then the language's, which are the same for
+// every exception: collectors tell crashes apart by the innermost frame. `caller` is who called the capture.
+int framesToLeaveOut(std::span<void* const> frames, const void* caller) {
+    auto first = std::find(frames.begin(), frames.end(), caller);
+    if (first == frames.end())
+        return 0;
+    const void* language = moduleOf(caller);
+    if (language == moduleOf(reinterpret_cast<const void*>(&demangled))) // linked into the program itself
+        return static_cast<int>(first - frames.begin());
+    first = std::find_if(first, frames.end(), [&](const void* frame) { return moduleOf(frame) != language; });
+    return first == frames.end() ? 0 : static_cast<int>(first - frames.begin());
+}
+
+std::vector<QString> callStack(const void* caller) {
     std::array<void*, 128> addresses{};
     const int count = backtrace(addresses.data(), static_cast<int>(addresses.size()));
     const std::unique_ptr<char*, decltype(&std::free)> symbols(backtrace_symbols(addresses.data(), count),
                                                                &std::free);
     std::vector<QString> lines;
-    for (int i = 0; symbols && i < count; ++i)
+    const std::span frames(addresses.data(), static_cast<std::size_t>(count));
+    for (int i = framesToLeaveOut(frames, caller); symbols && i < count; ++i)
         lines.push_back(readableFrame(symbols.get()[i]));
     return lines;
 }
@@ -72,10 +95,10 @@ void describeException(PendingCrashReport& report) {
     }
 }
 
-void writeExceptionRecord() {
+void writeExceptionRecord(const void* caller) {
     PendingCrashReport report;
     report.timestamp = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
-    report.callStack = callStack();
+    report.callStack = callStack(caller);
     describeException(report);
     QSaveFile file(crashFilePath());
     if (!file.open(QIODevice::WriteOnly))
@@ -91,7 +114,7 @@ std::terminate_handler platformHandler = nullptr;
     static thread_local bool isHandling = false;
     if (std::current_exception() && !std::exchange(isHandling, true)) {
         try {
-            writeExceptionRecord();
+            writeExceptionRecord(__builtin_return_address(0));
             // The abort that follows is this exception's end, not a crash of its own.
             std::signal(SIGABRT, SIG_DFL);
         } catch (...) {

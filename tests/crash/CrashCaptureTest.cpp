@@ -103,7 +103,9 @@ TEST_F(CrashCapture, AnUncaughtExceptionLeavesTypeReasonAndSymbolisedStack) {
             std::find_if(left.callStack->begin(), left.callStack->end(), [](const QString& text) {
                 return text.startsWith(u"crash_victim(victim::throwFromDeepInside()+");
             });
-        EXPECT_NE(line, left.callStack->end());
+        ASSERT_NE(line, left.callStack->end());
+        // Collectors tell crashes apart by the innermost frame. A sanitizer's own may stand before it.
+        EXPECT_LE(line - left.callStack->begin(), allocatorIsReplaced ? 1 : 0);
         EXPECT_TRUE(m_console.contains("runtime_error")) << "the console no longer names the exception";
         QFile::remove(recordPath());
     }
