@@ -8,13 +8,13 @@ function(pointloom_room name)
 endfunction()
 
 # pointloom_test(NAME [WIDGETS] SOURCES ... USES ...): one test program, run by CTest. WIDGETS starts a
-# QApplication instead of a QGuiApplication.
+# QApplication instead of a QGuiApplication, and brings Qt Test's input events.
 function(pointloom_test name)
   cmake_parse_arguments(TEST "WIDGETS" "" "SOURCES;USES" ${ARGN})
   set(main main.cpp)
   if(TEST_WIDGETS)
     set(main widgets_main.cpp)
-    list(APPEND TEST_USES Qt6::Widgets)
+    list(APPEND TEST_USES Qt6::Widgets Qt6::Test)
   endif()
   add_executable(test_${name} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/${main})
   target_link_libraries(test_${name} PRIVATE pointloom_options pointloom_test_support Qt6::Gui ${TEST_USES})

@@ -1,0 +1,87 @@
+#include "ui/common/VideoImport.h"
+
+#include "l10n/Format.h"
+#include "media/MediaError.h"
+#include "media/VideoReader.h"
+
+#include <cmath>
+#include <QFileInfo>
+
+namespace pointloom {
+
+namespace {
+
+constexpr UiText withoutPictureText{
+    "%@ has no video track.",         "%@ ne contient pas de piste vidéo.",
+    "%@ no tiene pista de vídeo.",    "%@ non contiene una traccia video.",
+    "%@ enthält keine Videospur.",    "%@ har inget videospår.",
+    "%@ não tem uma pista de vídeo.",
+};
+
+}
+
+VideoImport::VideoImport(const UiContext& context, QObject* parent)
+    : QObject(parent)
+    , m_context(context) {}
+
+void VideoImport::start(const QString& path) {
+    const QString absolutePath = QFileInfo(path).absoluteFilePath();
+    m_reading.start([absolutePath] { return read(absolutePath); },
+                    [this, absolutePath](const Outcome& outcome) { finish(absolutePath, outcome); });
+}
+
+// Readying the decoder as well finds the file that can be opened but never shown.
+VideoImport::Outcome VideoImport::read(const QString& path) {
+    try {
+        const auto reader = media::VideoReader::open(path);
+        return {Outcome::Kind::readable, reader.info().duration, reader.track().uprightSize(), {}};
+    } catch (const media::NoVideoTrackError&) {
+        return {Outcome::Kind::withoutPicture, 0, {}, {}};
+    } catch (const std::exception& error) {
+        return {Outcome::Kind::unreadable, 0, {}, QString::fromUtf8(error.what())};
+    }
+}
+
+void VideoImport::finish(const QString& path, const Outcome& outcome) {
+    if (const auto message = complaint(path, outcome)) {
+        Q_EMIT failed(*message);
+        return;
+    }
+    takeIn(path, outcome);
+    Q_EMIT imported();
+}
+
+std::optional<QString> VideoImport::complaint(const QString& path, const Outcome& outcome) const {
+    const QString name = QFileInfo(path).fileName();
+    switch (outcome.kind) {
+    case Outcome::Kind::withoutPicture:
+        return format(m_context.text(withoutPictureText), name);
+    case Outcome::Kind::unreadable:
+        return format(m_context.text(L10nKey::couldNotReadFile),
+                      name + QStringLiteral(": ") + outcome.reason);
+    case Outcome::Kind::readable:
+        break;
+    }
+    if (!std::isfinite(outcome.duration) || outcome.duration <= 0)
+        return name + QStringLiteral(": ") + m_context.text(L10nKey::couldNotReadDuration);
+    if (outcome.uprightSize.isEmpty())
+        return name + QStringLiteral(": ") + m_context.text(L10nKey::couldNotReadMetadata);
+    return std::nullopt;
+}
+
+// The video itself comes last: who loads it finds its length and size in place.
+void VideoImport::takeIn(const QString& path, const Outcome& outcome) {
+    AppState& state = m_context.state;
+    state.isPlaying = false;
+    state.currentTime = 0;
+    if (state.trimStart >= outcome.duration)
+        state.trimStart = 0;
+    if (state.trimEnd.value() && *state.trimEnd.value() > outcome.duration)
+        state.trimEnd = std::nullopt;
+    state.videoDuration = outcome.duration;
+    state.videoWidth = outcome.uprightSize.width();
+    state.videoHeight = outcome.uprightSize.height();
+    state.videoURL = QUrl::fromLocalFile(path);
+}
+
+}

@@ -1,0 +1,48 @@
+// Brings a video file into the session, from wherever it was chosen: a dialog, a drop, an argument.
+#pragma once
+
+#include "ui/common/BackgroundTask.h"
+#include "ui/common/UiContext.h"
+
+#include <QObject>
+#include <QSize>
+
+namespace pointloom {
+
+class VideoImport : public QObject {
+    Q_OBJECT
+
+public:
+    explicit VideoImport(const UiContext& context, QObject* parent = nullptr);
+
+    /// Reads the file on a worker thread. A later start replaces an earlier one, of which nothing more is
+    /// heard. Success sets the session's video with its length and upright size, puts the playhead at 0 and
+    /// clears trims beyond the new end; failure leaves the session as it was.
+    void start(const QString& path);
+
+    bool isReading() const { return m_reading.isRunning(); }
+
+Q_SIGNALS:
+    void imported();
+    void failed(const QString& message); // in the session's language, names the file
+
+private:
+    struct Outcome {
+        enum class Kind { readable, unreadable, withoutPicture };
+
+        Kind kind = Kind::unreadable;
+        double duration = 0; // seconds
+        QSize uprightSize;
+        QString reason; // why it is unreadable
+    };
+
+    static Outcome read(const QString& path);
+    void finish(const QString& path, const Outcome& outcome);
+    std::optional<QString> complaint(const QString& path, const Outcome& outcome) const;
+    void takeIn(const QString& path, const Outcome& outcome);
+
+    UiContext m_context;
+    BackgroundTask<Outcome> m_reading;
+};
+
+}

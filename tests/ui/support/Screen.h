@@ -1,0 +1,52 @@
+// A session with what screens need around it; people's answers to dialogs are prepared by the test.
+#pragma once
+
+#include "persistence/UserDefaults.h"
+#include "support/Sessions.h"
+#include "ui/common/UiContext.h"
+#include "ui/style/Theme.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+
+namespace pointloom::test {
+
+/// Answers every question with what the test prepared, and remembers what was shown.
+class PreparedDialogs final : public Dialogs {
+public:
+    std::optional<QString> fileToOpen;
+    std::optional<QString> fileToSave;
+    bool confirms = true;
+    QStringList shown; // titles and messages
+
+    std::optional<QString> chooseFileToOpen(QWidget*, const QString& title, const QStringList&) override {
+        shown << title;
+        return fileToOpen;
+    }
+    std::optional<QString> chooseFileToSave(QWidget*, const QString& title, const QString&,
+                                            const QStringList&) override {
+        shown << title;
+        return fileToSave;
+    }
+    void alert(QWidget*, const QString& title, const QString& message) override { shown << title << message; }
+    bool confirm(QWidget*, const QString& title, const QString& message, const QString&,
+                 const QString&) override {
+        shown << title << message;
+        return confirms;
+    }
+};
+
+/// Declare it before the screen that uses its context.
+struct Screen {
+    Screen() { Theme::shared().apply(*qApp, ThemeChoice::dark); }
+
+    QTemporaryDir folder;
+    RecordingStore store;
+    AppState state{&store};
+    UndoStack undo;
+    UserDefaults defaults{folder.filePath(QStringLiteral("settings.conf"))};
+    PreparedDialogs dialogs;
+    UiContext context{state, undo, defaults, dialogs};
+};
+
+}
