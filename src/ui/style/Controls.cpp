@@ -19,6 +19,7 @@ struct RoleLook {
 constexpr RoleLook roleLooks[] = {
     {TextRole::title, "title", TypeScale::title, QFont::DemiBold},
     {TextRole::section, "section", TypeScale::section, QFont::DemiBold},
+    {TextRole::strong, "strong", TypeScale::body, QFont::DemiBold},
     {TextRole::body, "body", TypeScale::body, QFont::Normal},
     {TextRole::quiet, "quiet", TypeScale::quiet, QFont::Normal},
     {TextRole::danger, "danger", TypeScale::body, QFont::Normal},

@@ -9,7 +9,7 @@
 
 namespace pointloom::Controls {
 
-enum class TextRole { title, section, body, quiet, danger, warning, success };
+enum class TextRole { title, section, strong, body, quiet, danger, warning, success };
 enum class ButtonKind { normal, primary, danger, plain };
 
 /// A label that wraps nothing; sizes follow the desktop's font.

@@ -7,12 +7,23 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+// In a static library nothing registers them by itself. The macro wants the global namespace.
+static void registerIcons() {
+    Q_INIT_RESOURCE(icons);
+}
+
 namespace pointloom::Icons {
+
+void makeAvailable() {
+    static const bool isDone = (registerIcons(), true);
+    Q_UNUSED(isDone);
+}
 
 namespace {
 
 // Icons are drawn in black; "currentColor" takes the colour of the moment.
 QByteArray tintedSource(const QString& name, const QColor& color) {
+    makeAvailable();
     QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
     if (!file.open(QIODevice::ReadOnly))
         return {};

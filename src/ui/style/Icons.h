@@ -8,6 +8,9 @@
 
 namespace pointloom::Icons {
 
+/// Registers the icon files, for style sheets that name them; the functions below do so by themselves.
+void makeAvailable();
+
 /// The icon `name` (a file of the icons folder without its ending) in the text colour, dimmed when
 /// disabled, in the accent colour when checked. Sharp at every scale.
 QIcon icon(const QString& name);

@@ -1,5 +1,7 @@
 #include "ui/style/Theme.h"
 
+#include "ui/style/Icons.h"
+
 #include <QApplication>
 #include <QFontMetricsF>
 #include <QPalette>
@@ -46,6 +48,9 @@ QLabel[role="quiet"] { color: @quietText; }
 QLabel[role="danger"] { color: @danger; }
 QLabel[role="warning"] { color: @warning; }
 QLabel[role="success"] { color: @success; }
+QLabel[kind="key"] {
+  background: @raised; border: 1px solid @line; border-bottom-width: 2px; border-radius: 4px; padding: 1px 6px;
+}
 
 QPushButton, QToolButton {
   background: @raised; color: @text; border: 1px solid @line; border-radius: @fieldRadiuspx; padding: 6px 14px;
@@ -87,7 +92,7 @@ QCheckBox::indicator { border-radius: 4px; }
 QRadioButton::indicator { border-radius: 9px; }
 QCheckBox::indicator:checked { background: @accent; border-color: @accent; image: url(:/icons/@mode/check-on-accent.svg); }
 QRadioButton::indicator:checked { background: @accent; border: 4px solid @raised; }
-QCheckBox:focus::indicator, QRadioButton:focus::indicator { border: 2px solid @accent; }
+QCheckBox::indicator:focus, QRadioButton::indicator:focus { border: 2px solid @accent; }
 
 QMenuBar { background: @window; color: @text; }
 QMenuBar::item { padding: 4px 10px; background: transparent; border-radius: 4px; }
@@ -165,7 +170,9 @@ Theme& Theme::shared() {
 }
 
 void Theme::apply(QApplication& application, ThemeChoice choice) {
-    const bool isLight = choice == ThemeChoice::light || (choice == ThemeChoice::desktop && desktopIsLight());
+    const bool isDesktopLight = desktopIsLight();
+    const bool isLight = choice == ThemeChoice::light || (choice == ThemeChoice::desktop && isDesktopLight);
+    Icons::makeAvailable();
     m_choice = choice;
     m_tokens = isLight ? &lightTokens() : &darkTokens();
     application.setStyle(QStyleFactory::create(QStringLiteral("Fusion"))); // the application takes it over
