@@ -1,9 +1,10 @@
 #include "ui/common/Dialogs.h"
 
-#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStandardPaths>
 
 namespace pointloom {
 
@@ -21,8 +22,13 @@ std::optional<QString> DesktopDialogs::chooseFileToOpen(QWidget* parent, const Q
 
 std::optional<QString> DesktopDialogs::chooseFileToSave(QWidget* parent, const QString& title, const QString& proposedName,
                                                         const QStringList& filters) {
-    return chosen(QFileDialog::getSaveFileName(parent, title, QDir::home().filePath(proposedName),
-                                               filters.join(QStringLiteral(";;"))));
+    // Not the static function: it knows no ending to add before it asks whether to replace a file.
+    QFileDialog dialog(parent, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+                       filters.join(QStringLiteral(";;")));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QFileInfo(proposedName).suffix());
+    dialog.selectFile(proposedName);
+    return dialog.exec() == QDialog::Accepted ? chosen(dialog.selectedFiles().value(0)) : std::nullopt;
 }
 
 void DesktopDialogs::alert(QWidget* parent, const QString& title, const QString& message) {

@@ -1,0 +1,142 @@
+#include "ui/settings/HelpDialog.h"
+
+#include "ui/settings/ShortcutTable.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+constexpr int pageHeight = 38; // lines of text
+
+constexpr UiText shortcutsTitle{"Keyboard", "Clavier",     "Teclado", "Tastiera",
+                                "Tastatur", "Tangentbord", "Teclado"};
+
+struct Section {
+    L10nKey title;
+    L10nKey detail;
+};
+
+constexpr Section steps[] = {
+    {L10nKey::helpStep0, L10nKey::helpStep0Detail},   {L10nKey::helpStep1, L10nKey::helpStep1Detail},
+    {L10nKey::helpStep2, L10nKey::helpStep2Detail},   {L10nKey::helpStep3, L10nKey::helpStep3Detail},
+    {L10nKey::helpStep4, L10nKey::helpStep4Detail},   {L10nKey::helpTipsSection, L10nKey::helpTipsDetail},
+    {L10nKey::helpCSVSection, L10nKey::helpCSVDetail}};
+
+}
+
+HelpDialog::HelpDialog(const UiContext& context, QWidget* parent)
+    : Sheet(context, 84, parent) {
+    auto* area = new QScrollArea(this);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setMinimumHeight(fontMetrics().lineSpacing() * pageHeight / 2);
+    area->setWidget(makePage());
+    body().addWidget(area);
+    QPushButton* sample = Controls::button(Controls::ButtonKind::normal, this);
+    sample->setAutoDefault(false);
+    footer().insertWidget(0, sample);
+    connect(sample, &QPushButton::clicked, this, &HelpDialog::sampleRequested);
+    inEachLanguage([this, area, sample] {
+        setTitle(this->context().text(L10nKey::helpTitle));
+        area->setAccessibleName(windowTitle());
+        sample->setText(this->context().text(L10nKey::downloadSampleCSV));
+    });
+    resize(minimumWidth(), fontMetrics().lineSpacing() * pageHeight);
+    area->setFocus();
+}
+
+QWidget* HelpDialog::makePage() {
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, Space::m, 0);
+    layout->setSpacing(Space::m);
+    QLabel* intro = paragraph(page);
+    layout->addWidget(intro);
+    inEachLanguage([this, intro] { intro->setText(context().text(L10nKey::helpIntro)); });
+    for (const auto& [title, detail] : steps)
+        addSection(*layout, title, detail);
+    addShortcuts(*layout);
+    layout->addStretch();
+    return page;
+}
+
+void HelpDialog::addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail) {
+    QFrame* card = Controls::card(this);
+    auto* inside = new QVBoxLayout(card);
+    inside->setContentsMargins(Space::l, Space::m, Space::l, Space::m);
+    inside->setSpacing(Space::xs);
+    QLabel* heading = Controls::label(Controls::TextRole::strong, card);
+    QLabel* text = paragraph(card);
+    inside->addWidget(heading);
+    inside->addWidget(text);
+    layout.addWidget(card);
+    inEachLanguage([this, heading, text, title, detail] {
+        heading->setText(context().text(title));
+        text->setText(context().text(detail));
+    });
+}
+
+// Made anew in each language: the keys have other names then.
+void HelpDialog::addShortcuts(QVBoxLayout& layout) {
+    QLabel* heading = Controls::label(Controls::TextRole::section, this);
+    layout.addSpacing(Space::s);
+    layout.addWidget(heading);
+    auto* holder = new QWidget(this);
+    auto* place = new QVBoxLayout(holder);
+    place->setContentsMargins(0, 0, 0, 0);
+    layout.addWidget(holder);
+    inEachLanguage([this, heading, place] {
+        heading->setText(context().text(shortcutsTitle));
+        if (const std::unique_ptr<QLayoutItem> before{place->takeAt(0)})
+            before->widget()->deleteLater();
+        QFrame* card = Controls::card(this);
+        auto* grid = new QGridLayout(card);
+        grid->setContentsMargins(Space::l, Space::m, Space::l, Space::m);
+        grid->setHorizontalSpacing(Space::xl);
+        grid->setVerticalSpacing(Space::s);
+        grid->setColumnStretch(1, 1);
+        for (const auto& [groupTitle, shortcuts] : shortcutGroups()) {
+            QLabel* groupHeading = Controls::label(Controls::TextRole::quiet, card);
+            groupHeading->setText(context().text(groupTitle));
+            if (grid->rowCount() > 1)
+                grid->setRowMinimumHeight(grid->rowCount(), Space::s);
+            grid->addWidget(groupHeading, grid->rowCount(), 0, 1, 2);
+            for (const Shortcut& shortcut : shortcuts) {
+                QLabel* effect = paragraph(card);
+                effect->setText(context().text(shortcut.effect));
+                const int row = grid->rowCount();
+                grid->addWidget(makeKeys(keyLabels(shortcut, context().state.language), card), row, 0);
+                grid->addWidget(effect, row, 1);
+            }
+        }
+        place->addWidget(card);
+    });
+}
+
+QWidget* HelpDialog::makeKeys(const std::vector<QString>& labels, QWidget* parent) const {
+    auto* row = new QWidget(parent);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Space::xs);
+    for (const QString& label : labels) {
+        QLabel* key = Controls::label(Controls::TextRole::body, row);
+        key->setProperty("kind", QStringLiteral("key"));
+        key->setText(label);
+        key->setAlignment(Qt::AlignCenter);
+        key->setMinimumWidth(fontMetrics().lineSpacing() + Space::s);
+        layout->addWidget(key);
+    }
+    layout->addStretch();
+    return row;
+}
+
+}

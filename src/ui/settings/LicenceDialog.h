@@ -1,0 +1,64 @@
+// The licence of this machine: how it stands, activating a key, giving it back, and doing so by files on a
+// machine without a network.
+#pragma once
+
+#include "licensing/LicenceSheet.h"
+#include "ui/settings/Sheet.h"
+
+class QLineEdit;
+class QProgressBar;
+
+namespace pointloom {
+
+/// `isLicensed` of the session follows each outcome.
+class LicenceDialog : public Sheet {
+    Q_OBJECT
+
+public:
+    LicenceDialog(const UiContext& context, LicenceManager& manager, QWidget* parent);
+
+    /// Waits for what is under way, which it cancels.
+    void reject() override;
+
+private:
+    enum class Operation { activate, deactivate, writeRequest, importFile };
+
+    QWidget* makeState();
+    QWidget* makeKeyEntry();
+    QWidget* makeOffline();
+    void putTextsIn();
+    void follow();
+    void show(const LicenceStatus& status);
+    void showOutcome();
+    bool hasWholeKey() const;
+
+    void activate();
+    void deactivate();
+    void writeRequest();
+    void importFile();
+
+    LicenceSheet m_sheet;
+    Operation m_operation = Operation::activate; // under way, or the last
+    bool m_isClosing = false;
+
+    QLabel* m_stateIcon;
+    QLabel* m_state;
+    QLabel* m_key;
+    QPushButton* m_deactivate;
+    QWidget* m_entry;
+    QLabel* m_entryTitle;
+    QLineEdit* m_entryField;
+    QLabel* m_entryHint;
+    QPushButton* m_activate;
+    QWidget* m_offline;
+    QLabel* m_offlineTitle;
+    QLabel* m_offlineText;
+    QPushButton* m_writeRequest;
+    QPushButton* m_importFile;
+    QWidget* m_progressRow;
+    QLabel* m_progressText;
+    QPushButton* m_cancel;
+    QLabel* m_outcome;
+};
+
+}

@@ -1,0 +1,16 @@
+// The licence in the language of the person.
+#pragma once
+
+#include "l10n/Language.h"
+#include "licensing/LicenceError.h"
+#include "licensing/LicenceStatus.h"
+
+namespace pointloom::LicenceWords {
+
+/// One or two sentences on how this machine stands.
+QString ofStatus(const LicenceStatus& status, Language language);
+
+/// What went wrong. `detail` is what the licence room said in English, which goes along where it says more.
+QString ofFault(LicenceFault fault, const QString& detail, Language language);
+
+}

@@ -1,0 +1,33 @@
+// Preferences: each choice takes effect and is kept at once.
+#pragma once
+
+#include "ui/settings/Sheet.h"
+
+class QCheckBox;
+class QComboBox;
+
+namespace pointloom {
+
+class PreferencesDialog : public Sheet {
+    Q_OBJECT
+
+public:
+    PreferencesDialog(const UiContext& context, QWidget* parent);
+
+private:
+    void layOut();
+    QWidget* makeAppearance();
+    QWidget* makeSwitches();
+    void addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key, const UiText& title,
+                   const UiText& detail);
+    void chooseLanguage(int index);
+    void chooseTheme(int index);
+    void keep(std::string_view key, bool value);
+    void showFault(const QString& message);
+
+    QComboBox* m_language;
+    QComboBox* m_theme;
+    QLabel* m_fault;
+};
+
+}

@@ -1,0 +1,51 @@
+// A dialog over the window: a title, a body, and a row of buttons that ends in "Done".
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+
+#include <QDialog>
+
+class QHBoxLayout;
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+namespace pointloom {
+
+/// Texts follow the session's language. Escape and "Done" close it.
+class Sheet : public QDialog {
+    Q_OBJECT
+
+protected:
+    /// `characters` is the width of the body, in average letters of the interface font.
+    Sheet(const UiContext& context, int characters, QWidget* parent);
+
+    const UiContext& context() const { return m_context; }
+    QVBoxLayout& body() { return *m_body; }
+    /// Buttons to the left of "Done" are added in front.
+    QHBoxLayout& footer() { return *m_footer; }
+    QPushButton& doneButton() { return *m_done; }
+
+    void setTitle(const QString& title);
+
+    /// Runs `update` now and at each switch of language.
+    template <class Update>
+    void inEachLanguage(Update update) {
+        m_bindings.watch(m_context.state.language, std::move(update));
+    }
+    Bindings& bindings() { return m_bindings; }
+
+    /// A label whose lines wrap at the width of the body.
+    static QLabel* paragraph(QWidget* parent, bool isQuiet = false);
+
+private:
+    UiContext m_context;
+    QLabel* m_title;
+    QVBoxLayout* m_body;
+    QHBoxLayout* m_footer;
+    QPushButton* m_done;
+    Bindings m_bindings;
+};
+
+}
