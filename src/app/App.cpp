@@ -1,0 +1,124 @@
+#include "app/App.h"
+
+#include "app/BackgroundLicence.h"
+#include "app/FirstLanguage.h"
+#include "app/MainWindow.h"
+#include "crash/CrashReporter.h"
+#include "info/InfoDictionary.h"
+#include "persistence/InstanceChannel.h"
+#include "persistence/Persistence.h"
+#include "persistence/SessionLock.h"
+#include "ui/settings/Preferences.h"
+#include "ui/style/Theme.h"
+
+#include <QApplication>
+#include <QLocale>
+#include <QStandardPaths>
+
+namespace pointloom::App {
+
+namespace {
+
+QString dataFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Pointloom");
+}
+
+// Consent is asked for on the reporter's thread, through settings of its own.
+class CrashReports {
+public:
+    explicit CrashReports(const InfoDictionary& info) {
+        CrashReporter& reporter = CrashReporter::shared();
+        reporter.setConsentQuery([] { return UserDefaults().boolean("crashReportingEnabled"); });
+        reporter.setup(info);
+    }
+    ~CrashReports() { CrashReporter::shared().stop(); }
+    CrashReports(const CrashReports&) = delete;
+    CrashReports& operator=(const CrashReports&) = delete;
+};
+
+// What a start without its usual place on the disk goes on without; told once there is a window.
+struct Trouble {
+    QString title;
+    QString message;
+};
+
+void loadSession(Persistence* persistence, const UserDefaults& defaults, AppState& state) {
+    bool isFirst = true;
+    try {
+        isFirst = !defaults.data(Persistence::sessionKey);
+    } catch (const FileError&) {
+        // As with nothing stored.
+    }
+    if (isFirst)
+        state.language = firstLanguage(QLocale::system().uiLanguages());
+    if (persistence)
+        persistence->load(state);
+}
+
+// Runs in the instance that owns the stored session, or in one that can keep none.
+int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
+              std::optional<Trouble> trouble) {
+    const InfoDictionary info = InfoDictionary::ofApplication();
+    const CrashReports crashReports(info);
+    UserDefaults defaults;
+    std::optional<Persistence> persistence;
+    if (lock)
+        persistence.emplace(defaults, *lock);
+    AppState state(persistence ? &*persistence : nullptr);
+    loadSession(persistence ? &*persistence : nullptr, defaults, state);
+    UndoStack undo;
+    DesktopDialogs dialogs;
+    LicenceManager licence(LicenceManager::partsOfThisMachine(info));
+    MainWindow window({state, undo, defaults, dialogs}, licence);
+
+    std::optional<InstanceServer> server;
+    const auto takeOver = [&window](const QStringList& handedOver) {
+        window.bringToFront();
+        for (const QString& file : handedOver)
+            window.content().openFile(file);
+    };
+    try {
+        if (lock)
+            server.emplace(*lock, takeOver);
+    } catch (const FileError& error) {
+        trouble = {QStringLiteral("Other starts of Pointloom cannot be answered"),
+                   QString::fromUtf8(error.what())};
+    }
+
+    window.show();
+    const BackgroundLicence licenceFollower(licence, state);
+    QTimer::singleShot(0, &window, [&] {
+        if (trouble)
+            dialogs.alert(&window, trouble->title, trouble->message);
+        for (const QString& file : files)
+            window.content().openFile(file);
+    });
+    return QApplication::exec();
+}
+
+int handOverOrExplain(const QStringList& files) {
+    if (handOver(dataFolder(), files))
+        return EXIT_SUCCESS;
+    DesktopDialogs().alert(nullptr, QStringLiteral("Pointloom is already running"),
+                           QStringLiteral("It does not answer. Close it, or end it, and start again."));
+    return EXIT_FAILURE;
+}
+
+}
+
+int run(QApplication& application, const QStringList& files) {
+    Theme::shared().apply(application, Preferences::theme(UserDefaults()));
+    std::optional<SessionLock> lock;
+    std::optional<Trouble> trouble;
+    try {
+        lock = SessionLock::tryAcquire(dataFolder());
+        if (!lock)
+            return handOverOrExplain(files);
+    } catch (const FileError& error) {
+        trouble = {QStringLiteral("Your session will not be kept"), QString::fromUtf8(error.what())};
+    }
+    return runWindow(lock, files, trouble);
+}
+
+}

@@ -1,0 +1,14 @@
+// Starts the program: what lives as long as it does, in the order in which it comes and goes.
+#pragma once
+
+#include <QStringList>
+
+class QApplication;
+
+namespace pointloom::App {
+
+/// Opens the window and runs until it is closed, or hands `files` (absolute names) to the instance that is
+/// running already. Returns the exit status.
+int run(QApplication& application, const QStringList& files);
+
+}

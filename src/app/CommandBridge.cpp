@@ -1,0 +1,10 @@
+#include "app/CommandBridge.h"
+
+namespace pointloom {
+
+CommandBridge& CommandBridge::shared() {
+    static CommandBridge bridge;
+    return bridge;
+}
+
+}

@@ -1,0 +1,32 @@
+// Decouples the menu from the window's content: the window fills in what each command does.
+#pragma once
+
+#include <functional>
+
+namespace pointloom {
+
+/// A command whose action is absent does nothing.
+class CommandBridge {
+public:
+    using Action = std::function<void()>;
+
+    static CommandBridge& shared();
+
+    Action openVideo;
+    Action exportVideo;
+    Action reset;
+    Action openProject;
+    Action saveProject;
+    Action saveProjectAs;
+    Action showLicense;
+    Action showHelp;
+    Action downloadSampleCSV;
+    Action showPreferences;
+
+    static void call(const Action& action) {
+        if (action)
+            action();
+    }
+};
+
+}

@@ -1,0 +1,59 @@
+// The document commands of the menu: open, save, save as, new session, sample file. Failures are told in
+// alerts and leave the session as it was.
+#pragma once
+
+#include "persistence/ProjectFile.h"
+#include "ui/common/UiContext.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+namespace pointloom {
+
+class DocumentCommands : public QObject {
+    Q_OBJECT
+
+public:
+    /// `window` is the parent of every dialog. What the session holds now counts as saved only when it is
+    /// what a fresh session holds.
+    DocumentCommands(const UiContext& context, QWidget* window);
+
+    /// Asks before work is thrown away.
+    void newSession();
+    void openProject();
+    void openProjectFile(const QString& path);
+    void saveProject();
+    void saveProjectAs();
+    void downloadSampleCSV();
+
+    /// Whether the session differs from the document that it was last saved to or opened from, or from a
+    /// fresh session when there is none.
+    bool isModified() const;
+
+    /// Documents opened or saved before, the latest first. They are not looked at: a disk may be asleep.
+    QStringList recentProjects() const;
+    void forgetRecentProjects();
+
+Q_SIGNALS:
+    /// A document has become the session; its video, if it has one, is yet to be read.
+    void opened();
+    /// After each command that may have changed the document or its place.
+    void documentChanged();
+
+private:
+    bool mayThrowAway(const QString& title, const QString& message, const QString& confirm);
+    void becomeDocument();
+    void writeTo(const QString& path);
+    void remember(const QString& path);
+    void storeRecent(const QStringList& paths);
+    void alert(const QString& title, const QString& message);
+
+    UiContext m_context;
+    QWidget* m_window;
+    ProjectFile m_saved; // as it was written or opened
+};
+
+}

@@ -1,0 +1,143 @@
+#include "app/MainWindow.h"
+
+#include "app/AppCommands.h"
+#include "persistence/FileError.h"
+#include "persistence/UserDefaults.h"
+
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+
+namespace pointloom {
+
+namespace {
+
+constexpr std::string_view placeKey = "windowGeometry";
+constexpr QSize firstSize(900, 640);
+
+constexpr UiText untitled{"Untitled",  "Sans titre", "Sin título", "Senza titolo",
+                          "Unbenannt", "Namnlös",    "Sem título"};
+constexpr UiText clearRecent{"Clear List",   "Effacer la liste", "Borrar la lista", "Cancella elenco",
+                             "Liste leeren", "Rensa listan",     "Limpar lista"};
+
+QStringList filesIn(const QMimeData& data) {
+    QStringList files;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile() && TopLevelView::canOpen(url.toLocalFile()))
+            files.append(url.toLocalFile());
+    }
+    return files;
+}
+
+}
+
+MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, CommandBridge& bridge)
+    : m_context(context)
+    , m_content(new TopLevelView(context, licence, bridge, this))
+    , m_recent(AppCommands::fillMenuBar(*menuBar(), bridge, context.undo)) {
+    setCentralWidget(m_content);
+    setAcceptDrops(true);
+    connect(m_recent, &QMenu::aboutToShow, this, &MainWindow::fillRecentProjects);
+    restorePlace();
+    watchDocument();
+}
+
+void MainWindow::restorePlace() {
+    resize(firstSize);
+    try {
+        if (const auto place = m_context.defaults.data(placeKey))
+            restoreGeometry(*place);
+    } catch (const FileError&) {
+        // The first size it is.
+    }
+}
+
+void MainWindow::rememberPlace() {
+    try {
+        m_context.defaults.setData(placeKey, saveGeometry());
+    } catch (const FileError&) {
+        // The next start has the place before.
+    }
+}
+
+// The title names the document and marks what it does not hold yet.
+void MainWindow::watchDocument() {
+    m_titleUpdate.setSingleShot(true);
+    connect(&m_titleUpdate, &QTimer::timeout, this, &MainWindow::updateTitle);
+    connect(&m_content->documents(), &DocumentCommands::documentChanged, this, &MainWindow::updateTitle);
+    AppState& state = m_context.state;
+    m_bindings.watchAll([this] { m_titleUpdate.start(0); }, state.selectedSport, state.selectedTemplate,
+                        state.matchConfig, state.markers, state.initialScore, state.scoreboardPosition,
+                        state.scoreboardUserScale, state.trimStart, state.trimEnd, state.watermarkURL,
+                        state.watermarkCorner, state.videoURL, state.currentProjectURL, state.language);
+    updateTitle();
+}
+
+void MainWindow::updateTitle() {
+    const auto& document = m_context.state.currentProjectURL.value();
+    const bool isModified = m_content->documents().isModified();
+    const QString name = document ? QFileInfo(document->toLocalFile()).fileName() : m_context.text(untitled);
+    setWindowTitle(document || isModified ? QStringLiteral("%1[*] — Pointloom").arg(name)
+                                          : QStringLiteral("Pointloom"));
+    setWindowFilePath(document ? document->toLocalFile() : QString());
+    setWindowModified(isModified);
+}
+
+void MainWindow::fillRecentProjects() {
+    m_recent->clear();
+    const QStringList paths = m_content->documents().recentProjects();
+    for (const QString& path : paths) {
+        QAction* action = m_recent->addAction(QFileInfo(path).fileName().replace(u'&', QStringLiteral("&&")));
+        action->setToolTip(path);
+        connect(action, &QAction::triggered, this, [this, path] { m_content->openFile(path); });
+    }
+    m_recent->setToolTipsVisible(true);
+    m_recent->addSeparator();
+    QAction* clear = m_recent->addAction(m_context.text(clearRecent));
+    clear->setEnabled(!paths.isEmpty());
+    connect(clear, &QAction::triggered, &m_content->documents(), &DocumentCommands::forgetRecentProjects);
+}
+
+void MainWindow::bringToFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (!std::exchange(m_wasShown, true))
+        m_content->askForCrashConsentOnce();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!m_content->mayClose()) {
+        event->ignore();
+        return;
+    }
+    rememberPlace();
+    event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!filesIn(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+// There is one session: of several files the first counts.
+void MainWindow::dropEvent(QDropEvent* event) {
+    const QStringList files = filesIn(*event->mimeData());
+    if (files.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // Not within the drop, which the file manager waits for.
+    QTimer::singleShot(0, m_content,
+                       [content = m_content, file = files.first()] { content->openFile(file); });
+}
+
+}

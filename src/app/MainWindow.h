@@ -1,0 +1,45 @@
+// The one window: menus, title, what is dropped on it, its size between runs.
+#pragma once
+
+#include "app/TopLevelView.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+namespace pointloom {
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// Everything given outlives the window.
+    MainWindow(const UiContext& context, LicenceManager& licence,
+               CommandBridge& bridge = CommandBridge::shared());
+
+    TopLevelView& content() { return *m_content; }
+
+    /// To the front, whatever the desktop lets a program do.
+    void bringToFront();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void restorePlace();
+    void rememberPlace();
+    void fillRecentProjects();
+    void watchDocument();
+    void updateTitle();
+
+    UiContext m_context;
+    TopLevelView* m_content;
+    QMenu* m_recent;
+    QTimer m_titleUpdate; // one for all changes of a moment
+    bool m_wasShown = false;
+    Bindings m_bindings;
+};
+
+}

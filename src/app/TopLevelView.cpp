@@ -1,0 +1,246 @@
+#include "app/TopLevelView.h"
+
+#include "l10n/Format.h"
+#include "persistence/FileError.h"
+#include "persistence/UserDefaults.h"
+#include "ui/common/VideoImport.h"
+#include "ui/settings/HelpDialog.h"
+#include "ui/settings/LicenceDialog.h"
+#include "ui/settings/PreferencesDialog.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QFileInfo>
+#include <QPointer>
+#include <QTimer>
+
+namespace pointloom {
+
+namespace {
+
+constexpr std::string_view consentAskedKey = "crashConsentAsked";
+constexpr std::string_view consentKey = "crashReportingEnabled";
+constexpr QSize smallestContent(760, 560);
+
+// Screens of the session's `step`.
+constexpr int videoStep = 3;
+
+constexpr UiText cannotOpenTitle{"Could not open file",
+                                 "Impossible d'ouvrir le fichier",
+                                 "No se pudo abrir el archivo",
+                                 "Impossibile aprire il file",
+                                 "Datei konnte nicht geöffnet werden",
+                                 "Kunde inte öppna filen",
+                                 "Não foi possível abrir o ficheiro"};
+constexpr UiText cannotOpenMessage{
+    "%@ is neither a Pointloom project (.plp) nor a video (MP4, MOV, M4V).",
+    "%@ n'est ni un projet Pointloom (.plp) ni une vidéo (MP4, MOV, M4V).",
+    "%@ no es ni un proyecto de Pointloom (.plp) ni un vídeo (MP4, MOV, M4V).",
+    "%@ non è né un progetto Pointloom (.plp) né un video (MP4, MOV, M4V).",
+    "%@ ist weder ein Pointloom-Projekt (.plp) noch ein Video (MP4, MOV, M4V).",
+    "%@ är varken ett Pointloom-projekt (.plp) eller en video (MP4, MOV, M4V).",
+    "%@ não é um projeto do Pointloom (.plp) nem um vídeo (MP4, MOV, M4V)."};
+constexpr UiText stopExportTitle{"Stop the export?",        "Arrêter l'export ?", "¿Detener la exportación?",
+                                 "Fermare l'esportazione?", "Export abbrechen?",  "Avbryta exporten?",
+                                 "Parar a exportação?"};
+constexpr UiText stopExportMessage{
+    "The video is not finished. What was written so far is removed.",
+    "La vidéo n'est pas terminée. Ce qui a été écrit sera supprimé.",
+    "El vídeo no está terminado. Se borrará lo que se ha escrito.",
+    "Il video non è finito. Quello che è stato scritto verrà rimosso.",
+    "Das Video ist noch nicht fertig. Was bisher geschrieben wurde, wird gelöscht.",
+    "Videon är inte klar. Det som hittills har skrivits tas bort.",
+    "O vídeo não está pronto. O que foi escrito até agora será removido."};
+constexpr UiText stopExportConfirm{"Stop and quit", "Arrêter et quitter",    "Detener y salir",
+                                   "Ferma ed esci", "Abbrechen und beenden", "Avbryt och avsluta",
+                                   "Parar e sair"};
+
+bool isProject(const QString& path) {
+    return QFileInfo(path).suffix().compare(QStringLiteral("plp"), Qt::CaseInsensitive) == 0;
+}
+
+bool isVideo(const QString& path) {
+    static const QStringList endings = {QStringLiteral("mp4"), QStringLiteral("mov"), QStringLiteral("m4v")};
+    return endings.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+}
+
+}
+
+TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, CommandBridge& bridge,
+                           QWidget* parent)
+    : QStackedWidget(parent)
+    , m_context(context)
+    , m_licence(licence)
+    , m_bridge(bridge)
+    , m_documents(context, this) {
+    setMinimumSize(smallestContent);
+    connect(&m_documents, &DocumentCommands::documentChanged, this, [this] { m_import.reset(); });
+    connect(&m_documents, &DocumentCommands::opened, this, [this] {
+        if (const auto& url = m_context.state.videoURL.value())
+            readVideo(url->toLocalFile(), [] {});
+    });
+    fillBridge();
+    m_bindings.watch(m_context.state.step, [this] { route(); });
+    bindSheet(showHelpSheet, [this] {
+        auto* help = new HelpDialog(m_context, this);
+        connect(help, &HelpDialog::sampleRequested, &m_documents, &DocumentCommands::downloadSampleCSV);
+        return help;
+    });
+    bindSheet(showPreferencesSheet, [this] { return new PreferencesDialog(m_context, this); });
+    bindSheet(m_context.state.showLicenseSheet,
+              [this] { return new LicenceDialog(m_context, m_licence, this); });
+    m_bindings.watch(showCrashConsentDialog, [this] {
+        if (showCrashConsentDialog)
+            QTimer::singleShot(0, this, &TopLevelView::askForCrashConsent);
+    });
+}
+
+TopLevelView::~TopLevelView() {
+    m_bridge = CommandBridge();
+}
+
+void TopLevelView::fillBridge() {
+    m_bridge.openVideo = [this] { chooseVideo(); };
+    m_bridge.exportVideo = [this] { exportVideo(); };
+    m_bridge.reset = [this] { m_documents.newSession(); };
+    m_bridge.openProject = [this] { m_documents.openProject(); };
+    m_bridge.saveProject = [this] { m_documents.saveProject(); };
+    m_bridge.saveProjectAs = [this] { m_documents.saveProjectAs(); };
+    m_bridge.showLicense = [this] { m_context.state.showLicenseSheet = true; };
+    m_bridge.showHelp = [this] { showHelpSheet = true; };
+    m_bridge.downloadSampleCSV = [this] { m_documents.downloadSampleCSV(); };
+    m_bridge.showPreferences = [this] { showPreferencesSheet = true; };
+}
+
+// 0 to 3 are the wizard's steps, any other is the editor.
+void TopLevelView::route() {
+    const int step = m_context.state.step;
+    const bool isWizard = step >= 0 && step <= videoStep;
+    QWidget*& screen = isWizard ? m_wizard : m_editor;
+    if (!screen) {
+        screen = isWizard ? new QWidget(this) : makeEditor();
+        addWidget(screen);
+    }
+    setCurrentWidget(screen);
+}
+
+QWidget* TopLevelView::makeEditor() {
+    return new QWidget(this);
+}
+
+// A dialog that is there while `isShown` is true.
+void TopLevelView::bindSheet(QProperty<bool>& isShown, std::function<QDialog*()> make) {
+    const auto sheet = std::make_shared<QPointer<QDialog>>();
+    m_bindings.watch(isShown, [&isShown, sheet, make = std::move(make)] {
+        if (!isShown) {
+            if (*sheet)
+                (*sheet)->close();
+            return;
+        }
+        *sheet = make();
+        connect(*sheet, &QDialog::finished, *sheet, [&isShown] { isShown = false; });
+        openSheet(*sheet);
+    });
+}
+
+void TopLevelView::openSheet(QDialog* sheet) {
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    sheet->open();
+}
+
+void TopLevelView::chooseVideo() {
+    const auto path = m_context.dialogs.chooseFileToOpen(
+        this, m_context.text(L10nKey::selectVideoFile),
+        {QStringLiteral("MP4, MOV, M4V (*.mp4 *.mov *.m4v *.MP4 *.MOV *.M4V)")});
+    if (path)
+        importVideo(*path);
+}
+
+void TopLevelView::importVideo(const QString& path) {
+    readVideo(path, [this] {
+        AppState& state = m_context.state;
+        // Where everything before is settled, the wizard shows what was imported.
+        if (state.step < videoStep && state.selectedTemplate.value() && state.matchConfig.value())
+            state.step = videoStep;
+    });
+}
+
+// A later video, or another document, takes the place of one that is still being read.
+void TopLevelView::readVideo(const QString& path, const std::function<void()>& done) {
+    m_import = std::make_unique<VideoImport>(m_context);
+    connect(m_import.get(), &VideoImport::imported, this, done);
+    connect(m_import.get(), &VideoImport::failed, this, [this](const QString& message) {
+        m_context.dialogs.alert(this, m_context.text(L10nKey::couldNotReadMetadata), message);
+    });
+    m_import->start(path);
+}
+
+bool TopLevelView::canOpen(const QString& path) {
+    return isProject(path) || isVideo(path);
+}
+
+void TopLevelView::openFile(const QString& path) {
+    if (QApplication::activeModalWidget()) {
+        m_waitingFiles.append(path);
+        return;
+    }
+    if (isProject(path))
+        m_documents.openProjectFile(path);
+    else if (isVideo(path))
+        importVideo(path);
+    else
+        m_context.dialogs.alert(this, m_context.text(cannotOpenTitle),
+                                format(m_context.text(cannotOpenMessage), QFileInfo(path).fileName()));
+}
+
+bool TopLevelView::event(QEvent* event) {
+    // Sent when the last dialog over the window has gone.
+    if (event->type() == QEvent::WindowUnblocked)
+        QTimer::singleShot(0, this, &TopLevelView::openWaitingFiles);
+    return QStackedWidget::event(event);
+}
+
+void TopLevelView::openWaitingFiles() {
+    for (const QString& path : std::exchange(m_waitingFiles, {}))
+        openFile(path);
+}
+
+// In the wizard there may be nothing to export yet.
+void TopLevelView::exportVideo() {
+    const AppState& state = m_context.state;
+    if (!state.videoURL.value() || !state.matchConfig.value() || !state.selectedTemplate.value())
+        return;
+}
+
+bool TopLevelView::mayClose() {
+    return m_context.state.exportStatus.value().stage != AppState::ExportStatus::Stage::exporting ||
+           m_context.dialogs.confirm(this, m_context.text(stopExportTitle), m_context.text(stopExportMessage),
+                                     m_context.text(stopExportConfirm), m_context.text(L10nKey::cancel));
+}
+
+void TopLevelView::askForCrashConsentOnce() {
+    try {
+        if (!m_context.defaults.boolean(consentAskedKey))
+            showCrashConsentDialog = true;
+    } catch (const FileError&) {
+        // Settings that cannot be read could not keep the answer either.
+    }
+}
+
+void TopLevelView::askForCrashConsent() {
+    const bool agrees = m_context.dialogs.confirm(
+        this, QStringLiteral("Anonymous Crash Reports"),
+        QStringLiteral("Pointloom can send anonymous crash reports to help improve the app. "
+                       "No personal data is included."),
+        QStringLiteral("Enable"), QStringLiteral("No thanks"));
+    showCrashConsentDialog = false;
+    try {
+        m_context.defaults.setBoolean(consentKey, agrees);
+        m_context.defaults.setBoolean(consentAskedKey, true);
+    } catch (const FileError& error) {
+        m_context.dialogs.alert(this, QStringLiteral("Could not save preferences"),
+                                QString::fromUtf8(error.what()));
+    }
+}
+
+}

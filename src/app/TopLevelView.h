@@ -1,0 +1,79 @@
+// The window's content: routes the session's step to a screen, carries out the menu's commands and shows
+// help, preferences and the licence as sheets over the screen.
+#pragma once
+
+#include "app/CommandBridge.h"
+#include "app/DocumentCommands.h"
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+
+#include <functional>
+#include <memory>
+#include <QProperty>
+#include <QStackedWidget>
+#include <QStringList>
+
+class QDialog;
+
+namespace pointloom {
+
+class LicenceManager;
+class VideoImport;
+
+class TopLevelView : public QStackedWidget {
+    Q_OBJECT
+
+public:
+    /// Everything given outlives the view; `bridge` is filled while it exists.
+    TopLevelView(const UiContext& context, LicenceManager& licence, CommandBridge& bridge, QWidget* parent);
+    ~TopLevelView() override;
+
+    QProperty<bool> showHelpSheet{false};
+    QProperty<bool> showPreferencesSheet{false};
+    QProperty<bool> showCrashConsentDialog{false};
+
+    DocumentCommands& documents() { return m_documents; }
+
+    /// Asks once, ever, whether crash reports may be sent.
+    void askForCrashConsentOnce();
+
+    /// False when an export is under way that the person does not want to end.
+    [[nodiscard]] bool mayClose();
+
+    /// A project opens, a video imports, anything else is refused with a message. Where a dialog is open,
+    /// waits for its end.
+    void openFile(const QString& path);
+
+    /// Whether `path` ends as something that `openFile` takes.
+    static bool canOpen(const QString& path);
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    void fillBridge();
+    void route();
+    QWidget* makeEditor();
+    void bindSheet(QProperty<bool>& isShown, std::function<QDialog*()> make);
+    static void openSheet(QDialog* sheet);
+
+    void chooseVideo();
+    void importVideo(const QString& path);
+    void readVideo(const QString& path, const std::function<void()>& done);
+    void exportVideo();
+    void previewFrame();
+    void askForCrashConsent();
+    void openWaitingFiles();
+
+    UiContext m_context;
+    LicenceManager& m_licence;
+    CommandBridge& m_bridge;
+    DocumentCommands m_documents;
+    std::unique_ptr<VideoImport> m_import; // there while a video is being read
+    QWidget* m_wizard = nullptr;           // each screen is made when it is first shown
+    QWidget* m_editor = nullptr;
+    QStringList m_waitingFiles;
+    Bindings m_bindings;
+};
+
+}

@@ -1,0 +1,38 @@
+// The desktop program.
+#include "app/App.h"
+
+#include <csignal>
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QIcon>
+
+namespace {
+
+QStringList filesOf(const QApplication& application) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Burns a live scoreboard into match videos."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("file"),
+                                 QStringLiteral("A project (.plp) or a video to open."),
+                                 QStringLiteral("[file]"));
+    parser.process(application);
+    QStringList files;
+    for (const QString& file : parser.positionalArguments())
+        files.append(QFileInfo(file).absoluteFilePath());
+    return files;
+}
+
+}
+
+int main(int argc, char** argv) {
+    // A file that grows past the allowed size is then a failed write with a message, not the end.
+    std::signal(SIGXFSZ, SIG_IGN);
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Pointloom"));
+    QApplication::setApplicationVersion(QStringLiteral(POINTLOOM_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("pointloom"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/app/pointloom.svg")));
+    return pointloom::App::run(application, filesOf(application));
+}
