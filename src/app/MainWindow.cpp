@@ -4,6 +4,7 @@
 #include "persistence/FileError.h"
 #include "persistence/UserDefaults.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -105,8 +106,12 @@ void MainWindow::fillRecentProjects() {
 void MainWindow::bringToFront() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
+    QWidget* front = QApplication::activeModalWidget(); // a dialog stays above what it blocks
     raise();
-    activateWindow();
+    if (!front)
+        front = this;
+    front->raise();
+    front->activateWindow();
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

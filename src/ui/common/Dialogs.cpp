@@ -1,14 +1,69 @@
 #include "ui/common/Dialogs.h"
 
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+
+#include <algorithm>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QStandardPaths>
+#include <QVBoxLayout>
 
 namespace pointloom {
 
 namespace {
+
+constexpr int messageWidth = 52; // average letters
+
+// A title, what there is to say, and one or two buttons; Escape is the second.
+class MessageDialog : public QDialog {
+public:
+    MessageDialog(QWidget* parent, const QString& title, const QString& message, const QString& accept,
+                  const std::optional<QString>& refuse)
+        : QDialog(parent) {
+        setWindowTitle(title);
+        QLabel* heading = Controls::label(Controls::TextRole::section, this);
+        heading->setText(title);
+        heading->setWordWrap(true);
+        QLabel* text = Controls::label(Controls::TextRole::body, this);
+        text->setTextFormat(Qt::PlainText);
+        text->setText(message);
+        text->setWordWrap(true);
+        text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        auto* buttons = new QHBoxLayout;
+        buttons->setSpacing(Space::s);
+        buttons->addStretch();
+        if (refuse)
+            buttons->addWidget(button(Controls::ButtonKind::normal, *refuse, &QDialog::reject));
+        QPushButton* accepting = button(Controls::ButtonKind::primary, accept, &QDialog::accept);
+        buttons->addWidget(accepting);
+        accepting->setDefault(true);
+        accepting->setFocus();
+
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(Space::xl, Space::xl, Space::xl, Space::l);
+        layout->setSpacing(Space::m);
+        layout->addWidget(heading);
+        layout->addWidget(text, 1);
+        layout->addSpacing(Space::s);
+        layout->addLayout(buttons);
+        const int width =
+            std::max(fontMetrics().averageCharWidth() * messageWidth, buttons->sizeHint().width()) +
+            2 * Space::xl;
+        setFixedSize(width, layout->heightForWidth(width));
+    }
+
+private:
+    QPushButton* button(Controls::ButtonKind kind, const QString& words, void (QDialog::*pressed)()) {
+        QPushButton* result = Controls::button(kind, this);
+        result->setText(words);
+        connect(result, &QPushButton::clicked, this, pressed);
+        return result;
+    }
+};
 
 std::optional<QString> chosen(const QString& path) {
     return path.isEmpty() ? std::nullopt : std::optional(path);
@@ -16,11 +71,13 @@ std::optional<QString> chosen(const QString& path) {
 
 }
 
-std::optional<QString> DesktopDialogs::chooseFileToOpen(QWidget* parent, const QString& title, const QStringList& filters) {
+std::optional<QString> DesktopDialogs::chooseFileToOpen(QWidget* parent, const QString& title,
+                                                        const QStringList& filters) {
     return chosen(QFileDialog::getOpenFileName(parent, title, {}, filters.join(QStringLiteral(";;"))));
 }
 
-std::optional<QString> DesktopDialogs::chooseFileToSave(QWidget* parent, const QString& title, const QString& proposedName,
+std::optional<QString> DesktopDialogs::chooseFileToSave(QWidget* parent, const QString& title,
+                                                        const QString& proposedName,
                                                         const QStringList& filters) {
     // Not the static function: it knows no ending to add before it asks whether to replace a file.
     QFileDialog dialog(parent, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
@@ -32,21 +89,12 @@ std::optional<QString> DesktopDialogs::chooseFileToSave(QWidget* parent, const Q
 }
 
 void DesktopDialogs::alert(QWidget* parent, const QString& title, const QString& message) {
-    QMessageBox box(QMessageBox::NoIcon, title, QStringLiteral("<b>%1</b>").arg(title.toHtmlEscaped()), QMessageBox::Ok, parent);
-    box.setInformativeText(message);
-    box.exec();
+    MessageDialog(parent, title, message, QStringLiteral("OK"), std::nullopt).exec();
 }
 
-bool DesktopDialogs::confirm(QWidget* parent, const QString& title, const QString& message, const QString& confirm,
-                             const QString& cancel) {
-    QMessageBox box(QMessageBox::NoIcon, title, QStringLiteral("<b>%1</b>").arg(title.toHtmlEscaped()), QMessageBox::NoButton, parent);
-    box.setInformativeText(message);
-    QPushButton* yes = box.addButton(confirm, QMessageBox::AcceptRole);
-    QPushButton* no = box.addButton(cancel, QMessageBox::RejectRole);
-    box.setDefaultButton(yes);
-    box.setEscapeButton(no);
-    box.exec();
-    return box.clickedButton() == yes;
+bool DesktopDialogs::confirm(QWidget* parent, const QString& title, const QString& message,
+                             const QString& confirm, const QString& cancel) {
+    return MessageDialog(parent, title, message, confirm, cancel).exec() == QDialog::Accepted;
 }
 
 }
