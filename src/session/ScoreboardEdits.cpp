@@ -1,0 +1,43 @@
+#include "session/ScoreboardEdits.h"
+
+namespace pointloom {
+
+ScoreboardPlace ScoreboardPlace::of(const AppState& state) {
+    return {state.scoreboardPosition, state.scoreboardUserScale};
+}
+
+void placeScoreboard(AppState& state, const ScoreboardPlace& place, const QString& name,
+                     UndoManager* undoManager) {
+    const ScoreboardPlace previous = ScoreboardPlace::of(state);
+    state.scoreboardPosition = place.position;
+    state.scoreboardUserScale = place.userScale;
+    concludePlacing(state, previous, name, undoManager);
+}
+
+void concludePlacing(AppState& state, const ScoreboardPlace& previous, const QString& name,
+                     UndoManager* undoManager) {
+    if (previous == ScoreboardPlace::of(state))
+        return;
+    if (undoManager) {
+        undoManager->registerUndo([&state, previous, name, undoManager] {
+            placeScoreboard(state, previous, name, undoManager);
+        });
+        undoManager->setActionName(name);
+    }
+    state.save();
+}
+
+void setInitialScore(AppState& state, const std::optional<SportScoreState>& score, UndoManager* undoManager) {
+    const std::optional<SportScoreState> previous = state.initialScore;
+    if (previous == score)
+        return;
+    state.initialScore = score;
+    if (undoManager) {
+        undoManager->registerUndo(
+            [&state, previous, undoManager] { setInitialScore(state, previous, undoManager); });
+        undoManager->setActionName(QStringLiteral("Edit Initial Score"));
+    }
+    state.save();
+}
+
+}

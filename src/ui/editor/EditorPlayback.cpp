@@ -1,0 +1,189 @@
+#include "ui/editor/EditorPlayback.h"
+
+#include "persistence/UserDefaults.h"
+#include "playback/PlaybackError.h"
+
+#include <algorithm>
+#include <QScopedValueRollback>
+
+namespace pointloom {
+
+namespace {
+
+constexpr double assumedFrame = 1.0 / 25; // seconds, while no video says otherwise
+
+bool storedHardwareDecoding(const UserDefaults& defaults) {
+    try {
+        return defaults.boolean("hardwareDecoding");
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
+}
+
+EditorPlayback::EditorPlayback(const UiContext& context, QObject* parent)
+    : QObject(parent)
+    , m_context(context)
+    , m_hardwareDecoding(storedHardwareDecoding(context.defaults)) {
+    AppState& state = m_context.state;
+    m_bindings.watch(state.currentTime, [this] { followSession(); });
+    m_bindings.watch(state.isPlaying, [this] {
+        const bool playing = m_context.state.isPlaying;
+        if (m_isPublishing || !m_player || m_player->isPlaying() == playing)
+            return;
+        playing ? m_player->play() : m_player->pause();
+    });
+}
+
+EditorPlayback::~EditorPlayback() = default;
+
+void EditorPlayback::start() {
+    m_bindings.watch(m_context.state.videoURL, [this] { openVideo(); });
+}
+
+void EditorPlayback::reload() {
+    openVideo();
+}
+
+void EditorPlayback::openVideo() {
+    const auto& url = m_context.state.videoURL.value();
+    Q_EMIT opening();
+    if (!url) {
+        if (m_player)
+            m_player->unload();
+        return;
+    }
+    if (!startPlayer())
+        return;
+    m_player->pause();
+    m_player->load(url->toLocalFile());
+    if (const double time = m_context.state.currentTime; time > 0)
+        m_player->seek(time);
+}
+
+bool EditorPlayback::startPlayer() {
+    if (m_player || m_isUnavailable)
+        return m_player != nullptr;
+    try {
+        m_player = std::make_unique<playback::Player>();
+        m_player->setHardwareDecoding(m_hardwareDecoding);
+        m_player->setSpeed(m_speed);
+        m_player->setVolume(m_volume);
+        m_player->setMuted(m_isMuted);
+        followPlayer();
+        Q_EMIT playerStarted(*m_player);
+    } catch (const playback::PlaybackError& error) {
+        m_player.reset();
+        m_isUnavailable = true;
+        Q_EMIT unavailable(QString::fromUtf8(error.what()));
+    }
+    return m_player != nullptr;
+}
+
+void EditorPlayback::followPlayer() {
+    using playback::Player;
+    Player* player = m_player.get();
+    connect(player, &Player::timeChanged, this, &EditorPlayback::publishTime);
+    connect(player, &Player::playingChanged, this, [this](bool playing) {
+        const QScopedValueRollback publishing(m_isPublishing, true);
+        m_context.state.isPlaying = playing;
+    });
+    connect(player, &Player::fileLoaded, this, [this] {
+        AppState& state = m_context.state;
+        if (state.videoDuration <= 0)
+            state.videoDuration = m_player->duration();
+        if (state.videoWidth < 1 || state.videoHeight < 1) {
+            state.videoWidth = m_player->size().width();
+            state.videoHeight = m_player->size().height();
+        }
+        publishTime();
+        Q_EMIT loaded();
+    });
+    connect(player, &Player::failed, this, &EditorPlayback::failed);
+}
+
+void EditorPlayback::publishTime() {
+    // A file that goes away leaves the playhead where it was.
+    if (!isLoaded())
+        return;
+    const QScopedValueRollback publishing(m_isPublishing, true);
+    m_context.state.currentTime = m_player->time();
+}
+
+void EditorPlayback::followSession() {
+    if (!m_isPublishing && m_player)
+        m_player->seek(m_context.state.currentTime);
+}
+
+void EditorPlayback::seek(double seconds, bool exact) {
+    const double duration = m_context.state.videoDuration;
+    const double target = std::clamp(seconds, 0.0, duration > 0 ? duration : std::max(0.0, seconds));
+    if (isLoaded())
+        m_player->seek(target, exact ? playback::Player::SeekMode::Exact : playback::Player::SeekMode::Keyframe);
+    else
+        m_context.state.currentTime = target;
+}
+
+void EditorPlayback::seekBy(double seconds) {
+    seek(m_context.state.currentTime + seconds);
+}
+
+void EditorPlayback::goToEnd() {
+    seek(m_context.state.videoDuration);
+}
+
+void EditorPlayback::togglePlaying() {
+    m_context.state.isPlaying ? pause() : play();
+}
+
+void EditorPlayback::play() {
+    if (isLoaded())
+        m_player->play();
+}
+
+void EditorPlayback::pause() {
+    if (isLoaded())
+        m_player->pause();
+}
+
+void EditorPlayback::stepFrames(int frames) {
+    if (!isLoaded()) {
+        seekBy(frames * assumedFrame);
+        return;
+    }
+    for (int step = 0; step < std::abs(frames); ++step)
+        frames > 0 ? m_player->stepForward() : m_player->stepBackward();
+}
+
+void EditorPlayback::setSpeed(double speed) {
+    m_speed = std::clamp(speed, playback::Player::minimumSpeed, playback::Player::maximumSpeed);
+    if (m_player)
+        m_player->setSpeed(m_speed);
+    Q_EMIT speedChanged(m_speed);
+}
+
+void EditorPlayback::setVolume(double volume) {
+    m_volume = std::clamp(volume, 0.0, 1.0);
+    m_isMuted = false;
+    if (m_player) {
+        m_player->setVolume(m_volume);
+        m_player->setMuted(false);
+    }
+    Q_EMIT soundChanged();
+}
+
+void EditorPlayback::setMuted(bool muted) {
+    m_isMuted = muted;
+    if (m_player)
+        m_player->setMuted(muted);
+    Q_EMIT soundChanged();
+}
+
+void EditorPlayback::setHardwareDecoding(bool enabled) {
+    m_hardwareDecoding = enabled;
+    if (m_player)
+        m_player->setHardwareDecoding(enabled);
+}
+
+}

@@ -1,0 +1,81 @@
+// Keeps the session's playhead and the player in step. There is no player before the first video, and none
+// at all where libmpv cannot start: the playhead still moves.
+#pragma once
+
+#include "playback/Player.h"
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+
+#include <memory>
+#include <QObject>
+
+namespace pointloom {
+
+class EditorPlayback : public QObject {
+    Q_OBJECT
+
+public:
+    explicit EditorPlayback(const UiContext& context, QObject* parent = nullptr);
+    ~EditorPlayback() override;
+
+    /// Opens the session's video, now and whenever it changes. Once, when whoever listens is connected.
+    void start();
+
+    /// Null before the first video and where playback is not possible.
+    playback::Player* player() const { return m_player.get(); }
+    bool isLoaded() const { return m_player && m_player->isLoaded(); }
+
+    /// Opens the session's video anew, at the playhead: after a failure, or when its file has changed.
+    void reload();
+
+    /// Seconds of the source, limited to the video.
+    void seek(double seconds, bool exact = true);
+    void seekBy(double seconds);
+    void goToEnd();
+
+    void togglePlaying();
+    void play();
+    void pause();
+    void stepFrames(int frames);
+
+    /// 0.25..4
+    void setSpeed(double speed);
+    double speed() const { return m_speed; }
+    /// 0..1
+    void setVolume(double volume);
+    double volume() const { return m_volume; }
+    void setMuted(bool muted);
+    bool isMuted() const { return m_isMuted; }
+    void setHardwareDecoding(bool enabled);
+
+Q_SIGNALS:
+    /// Whoever shows the picture makes a PlayerView in a direct connection to this.
+    void playerStarted(playback::Player& player);
+    /// A video was asked for: what was said of an earlier one no longer holds.
+    void opening();
+    void loaded();
+    /// `message` is a sentence for a person.
+    void failed(const QString& message);
+    void unavailable(const QString& reason);
+    void soundChanged();
+    void speedChanged(double speed);
+
+private:
+    void openVideo();
+    bool startPlayer();
+    void followPlayer();
+    void publishTime();
+    void followSession();
+
+    UiContext m_context;
+    std::unique_ptr<playback::Player> m_player;
+    bool m_isUnavailable = false;
+    bool m_isPublishing = false; // what changes in the session comes from the player
+    double m_speed = 1;
+    double m_volume = 1;
+    bool m_isMuted = false;
+    bool m_hardwareDecoding = false;
+    Bindings m_bindings;
+};
+
+}

@@ -1,0 +1,357 @@
+#include "ui/editor/ScoreboardOverlayView.h"
+
+#include "render/OverlayPlacement.h"
+#include "ui/editor/EditorTexts.h"
+#include "ui/style/Theme.h"
+
+#include <cmath>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <utility>
+
+namespace pointloom {
+
+namespace {
+
+constexpr double outlineDistance = 5; // points between the board and its outline
+constexpr double handleSide = 12;
+constexpr double handleReach = 6; // around the handle that still counts as the handle
+
+const QString moveName = QStringLiteral("Move Scoreboard");
+const QString resizeName = QStringLiteral("Resize Scoreboard");
+
+QSizeF asSize(QPointF point) {
+    return {point.x(), point.y()};
+}
+
+}
+
+ScoreboardOverlayView::ScoreboardOverlayView(const UiContext& context, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_logo(context.state) {
+    setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus); // a press takes it only when it meets the board
+    AppState& state = m_context.state;
+    connect(&m_logo, &LogoWatch::changed, this, &ScoreboardOverlayView::refreshBoard);
+    connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
+    m_bindings.watchAll([this] { refreshBoard(); }, state.selectedTemplate, state.matchConfig);
+    auto liveScore = state.bindableLiveScore();
+    m_bindings.watch(liveScore, [this] { refreshBoard(); });
+    m_bindings.watchAll(
+        [this] {
+            updateDrawOrigin();
+            update();
+        },
+        state.scoreboardPosition, state.scoreboardUserScale, state.videoWidth);
+    m_bindings.watch(state.language, [this] {
+        setAccessibleName(m_context.text(EditorTexts::scoreboard));
+        setAccessibleDescription(m_context.text(EditorTexts::scoreboardHint));
+    });
+}
+
+void ScoreboardOverlayView::setVideoRect(const QRectF& videoRect) {
+    m_videoRect = videoRect;
+    updateDrawOrigin();
+    update();
+}
+
+void ScoreboardOverlayView::refreshBoard() {
+    const AppState& state = m_context.state;
+    const auto& templateID = state.selectedTemplate.value();
+    const auto& config = state.matchConfig.value();
+    const auto& score = state.liveScore();
+    std::optional<ScoreboardImageView::Board> board;
+    if (templateID && config && score)
+        board = {*templateID, *score, *config, m_logo.image()};
+    m_image.setBoard(std::move(board));
+    updateDrawOrigin();
+    update();
+}
+
+void ScoreboardOverlayView::updateDrawOrigin() {
+    if (m_image.isEmpty() || m_videoRect.isEmpty())
+        return;
+    AppState& state = m_context.state;
+    state.scoreboardDrawOrigin = OverlayPlacement::drawOrigin(m_videoRect, state.scoreboardPosition,
+                                                              m_image.canvasSize(), displayScale());
+}
+
+double ScoreboardOverlayView::previewScale() const {
+    return OverlayPlacement::previewScale(m_videoRect, m_context.state.videoWidth);
+}
+
+double ScoreboardOverlayView::displayScale() const {
+    return previewScale() * m_context.state.scoreboardUserScale;
+}
+
+QPointF ScoreboardOverlayView::displayPosition() const {
+    return OverlayPlacement::displayPosition(m_videoRect, m_context.state.scoreboardPosition, m_dragOffset);
+}
+
+QRectF ScoreboardOverlayView::boardRect() const {
+    if (m_image.isEmpty() || m_videoRect.isEmpty())
+        return {};
+    const double scale = displayScale();
+    const QSizeF fromCentre = (QSizeF(canvasMargin, canvasMargin) - m_image.canvasSize() / 2) * scale;
+    const QPointF origin = displayPosition() + QPointF(fromCentre.width(), fromCentre.height());
+    return {origin, m_image.boardSize() * scale};
+}
+
+QRectF ScoreboardOverlayView::outlineRect() const {
+    return boardRect().adjusted(-outlineDistance, -outlineDistance, outlineDistance, outlineDistance);
+}
+
+QRectF ScoreboardOverlayView::handleRect() const {
+    if (m_image.isEmpty())
+        return {};
+    QRectF handle(0, 0, handleSide, handleSide);
+    handle.moveCenter(outlineRect().bottomRight());
+    // Within reach wherever the board stands.
+    handle.moveRight(std::min(handle.right(), static_cast<double>(width())));
+    handle.moveBottom(std::min(handle.bottom(), static_cast<double>(height())));
+    return handle;
+}
+
+ScoreboardOverlayView::Grip ScoreboardOverlayView::gripAt(QPointF point) const {
+    if (m_image.isEmpty())
+        return Grip::none;
+    if (handleRect().adjusted(-handleReach, -handleReach, handleReach, handleReach).contains(point))
+        return Grip::handle;
+    return outlineRect().contains(point) ? Grip::board : Grip::none;
+}
+
+void ScoreboardOverlayView::showGrip(QPointF point) {
+    const Grip grip = gripAt(point);
+    if (grip == Grip::none)
+        unsetCursor();
+    else
+        setCursor(grip == Grip::handle ? Qt::SizeFDiagCursor : Qt::OpenHandCursor);
+    if (std::exchange(m_isHovering, grip != Grip::none) != m_isHovering)
+        update();
+}
+
+void ScoreboardOverlayView::mousePressEvent(QMouseEvent* event) {
+    const Grip grip = event->button() == Qt::LeftButton ? gripAt(event->position()) : Grip::none;
+    if (grip == Grip::none) {
+        if (m_grip == Grip::none)
+            Q_EMIT picturePressed();
+        return;
+    }
+    m_grip = grip;
+    m_pressedAt = event->position();
+    m_isDragging = false;
+    setFocus(Qt::MouseFocusReason);
+    if (grip == Grip::board)
+        setCursor(Qt::ClosedHandCursor);
+}
+
+void ScoreboardOverlayView::mouseMoveEvent(QMouseEvent* event) {
+    constexpr double jitter = 3; // points that a press may move without meaning it
+    if (m_grip == Grip::none) {
+        showGrip(event->position());
+        return;
+    }
+    m_isDragging = m_isDragging || (event->position() - m_pressedAt).manhattanLength() >= jitter;
+    if (!m_isDragging)
+        return;
+    if (m_grip == Grip::board)
+        moveDrag(event->position(), !event->modifiers().testFlag(Qt::AltModifier));
+    else
+        resizeDrag(event->position());
+}
+
+void ScoreboardOverlayView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    const Grip grip = std::exchange(m_grip, Grip::none);
+    if (std::exchange(m_isDragging, false)) {
+        if (grip == Grip::board)
+            endMoveDrag();
+        else
+            endResizeDrag();
+    }
+    showGrip(event->position());
+}
+
+void ScoreboardOverlayView::moveDrag(QPointF point, bool snaps) {
+    m_dragOffset = {};
+    const QRectF board = boardRect();
+    OverlaySnapping::Snap snap{asSize(point - m_pressedAt), {}, {}};
+    if (snaps)
+        snap = OverlaySnapping::snapped(m_videoRect, board, snap.translation);
+    m_dragOffset = snap.translation;
+    m_verticalGuide = snap.verticalGuide;
+    m_horizontalGuide = snap.horizontalGuide;
+    update();
+}
+
+void ScoreboardOverlayView::endMoveDrag() {
+    AppState& state = m_context.state;
+    const QPointF position =
+        OverlayPlacement::movedPosition(state.scoreboardPosition, std::exchange(m_dragOffset, {}), m_videoRect);
+    m_verticalGuide.reset();
+    m_horizontalGuide.reset();
+    placeScoreboard(state, {position, state.scoreboardUserScale}, moveName, &m_context.undo);
+    update();
+}
+
+void ScoreboardOverlayView::resizeDrag(QPointF point) {
+    AppState& state = m_context.state;
+    if (!std::exchange(m_isResizing, true))
+        m_resizeStartScale = state.scoreboardUserScale;
+    state.scoreboardUserScale = OverlayPlacement::resizedScale(m_resizeStartScale, asSize(point - m_pressedAt),
+                                                               previewScale() * m_image.canvasSize().width());
+}
+
+void ScoreboardOverlayView::endResizeDrag() {
+    if (!std::exchange(m_isResizing, false))
+        return;
+    AppState& state = m_context.state;
+    concludePlacing(state, {state.scoreboardPosition, m_resizeStartScale}, resizeName, &m_context.undo);
+    update();
+}
+
+void ScoreboardOverlayView::abandonDrag() {
+    m_grip = Grip::none;
+    m_isDragging = false;
+    m_dragOffset = {};
+    m_verticalGuide.reset();
+    m_horizontalGuide.reset();
+    if (std::exchange(m_isResizing, false))
+        m_context.state.scoreboardUserScale = m_resizeStartScale;
+    update();
+}
+
+void ScoreboardOverlayView::leaveEvent(QEvent*) {
+    if (m_grip == Grip::none && std::exchange(m_isHovering, false))
+        update();
+}
+
+bool ScoreboardOverlayView::isOurKey(const QKeyEvent& event) const {
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        return !m_image.isEmpty();
+    case Qt::Key_Escape:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool ScoreboardOverlayView::event(QEvent* event) {
+    // The editor leaves alone the keys that whatever has the focus claims.
+    if (event->type() == QEvent::ShortcutOverride && isOurKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void ScoreboardOverlayView::keyPressEvent(QKeyEvent* event) {
+    constexpr double resizeFactor = 1.05;
+    const bool resizes = event->modifiers().testFlag(Qt::ControlModifier);
+    const double distance = event->modifiers().testFlag(Qt::ShiftModifier) ? 10 : 1; // points
+    if (!isOurKey(*event)) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        if (m_grip != Grip::none)
+            abandonDrag();
+        else
+            clearFocus();
+        return;
+    case Qt::Key_Left:
+        nudge({resizes ? 0 : -distance, 0}, resizes ? 1 / resizeFactor : 1);
+        return;
+    case Qt::Key_Right:
+        nudge({resizes ? 0 : distance, 0}, resizes ? resizeFactor : 1);
+        return;
+    case Qt::Key_Up:
+        nudge({0, resizes ? 0 : -distance}, resizes ? resizeFactor : 1);
+        return;
+    default:
+        nudge({0, resizes ? 0 : distance}, resizes ? 1 / resizeFactor : 1);
+    }
+}
+
+// While a key is held the board moves at once; one step of undo takes all of it back.
+void ScoreboardOverlayView::nudge(QSizeF points, double scaleFactor) {
+    AppState& state = m_context.state;
+    if (!m_nudgedFrom)
+        m_nudgedFrom = ScoreboardPlace::of(state);
+    if (!points.isNull())
+        state.scoreboardPosition = OverlayPlacement::movedPosition(state.scoreboardPosition, points, m_videoRect);
+    state.scoreboardUserScale =
+        std::clamp(state.scoreboardUserScale * scaleFactor, OverlayPlacement::smallestScale, OverlayPlacement::largestScale);
+}
+
+void ScoreboardOverlayView::keyReleaseEvent(QKeyEvent* event) {
+    if (!event->isAutoRepeat())
+        concludeNudging();
+    QWidget::keyReleaseEvent(event);
+}
+
+void ScoreboardOverlayView::concludeNudging() {
+    const auto from = std::exchange(m_nudgedFrom, std::nullopt);
+    if (!from)
+        return;
+    const bool isMove = from->position != m_context.state.scoreboardPosition.value();
+    concludePlacing(m_context.state, *from, isMove ? moveName : resizeName, &m_context.undo);
+}
+
+void ScoreboardOverlayView::focusInEvent(QFocusEvent*) {
+    update();
+}
+
+void ScoreboardOverlayView::focusOutEvent(QFocusEvent*) {
+    concludeNudging();
+    update();
+}
+
+void ScoreboardOverlayView::paintEvent(QPaintEvent*) {
+    const QRectF board = boardRect();
+    if (board.isEmpty())
+        return;
+    QPainter painter(this);
+    m_image.paint(painter, m_videoRect, board.topLeft(), displayScale());
+    paintAdornments(painter);
+}
+
+void ScoreboardOverlayView::paintAdornments(QPainter& painter) const {
+    const ColorTokens& colors = tokens();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto guide = [&](const QLineF& line) {
+        painter.setPen(QPen(colors.accent, 1));
+        painter.drawLine(line);
+    };
+    if (m_verticalGuide)
+        guide({*m_verticalGuide, m_videoRect.top(), *m_verticalGuide, m_videoRect.bottom()});
+    if (m_horizontalGuide)
+        guide({m_videoRect.left(), *m_horizontalGuide, m_videoRect.right(), *m_horizontalGuide});
+
+    const bool isBusy = m_isDragging || m_isResizing;
+    if (!m_isHovering && !isBusy && !hasFocus())
+        return;
+    // A dark line under the bright one: it must show on any picture.
+    QColor ground = darkTokens().window;
+    ground.setAlphaF(0.55F);
+    QColor line = hasFocus() || isBusy ? darkTokens().accent : darkTokens().text;
+    const QRectF outline = outlineRect();
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(ground, 3.5));
+    painter.drawRoundedRect(outline, Radius::field, Radius::field);
+    painter.setPen(QPen(line, 1.5));
+    painter.drawRoundedRect(outline, Radius::field, Radius::field);
+    painter.setPen(QPen(darkTokens().window, 1.5));
+    painter.setBrush(line);
+    painter.drawRoundedRect(handleRect().adjusted(1, 1, -1, -1), 3, 3);
+}
+
+}

@@ -1,0 +1,97 @@
+// The scoreboard over the picture: dragged, resized and nudged into place.
+#pragma once
+
+#include "ui/common/LogoWatch.h"
+#include "session/ScoreboardEdits.h"
+#include "ui/common/UiContext.h"
+#include "ui/editor/OverlaySnapping.h"
+#include "ui/editor/ScoreboardImageView.h"
+#include "ui/style/Bindings.h"
+
+#include <QWidget>
+
+namespace pointloom {
+
+/// Lies over the whole preview area. The board's place lives in the session; a drag in progress lives here
+/// alone, and the session learns of it when it ends.
+class ScoreboardOverlayView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ScoreboardOverlayView(const UiContext& context, QWidget* parent = nullptr);
+
+    /// Where the picture stands, in points of this widget.
+    void setVideoRect(const QRectF& videoRect);
+    const QRectF& videoRect() const { return m_videoRect; }
+
+    QSizeF dragOffset() const { return m_dragOffset; }
+    bool isHovering() const { return m_isHovering; }
+    bool isResizing() const { return m_isResizing; }
+    double resizeStartScale() const { return m_resizeStartScale; }
+
+    /// Preview points to one pixel of the video.
+    double previewScale() const;
+    /// The centre of the scoreboard as it is shown.
+    QPointF displayPosition() const;
+    /// The board as it is shown, its canvas's margin left out; empty when there is no board.
+    QRectF boardRect() const;
+    QRectF handleRect() const;
+
+Q_SIGNALS:
+    /// A press on the picture beside the board.
+    void picturePressed();
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    enum class Grip { none, board, handle };
+
+    Grip gripAt(QPointF point) const;
+    void showGrip(QPointF point);
+    void refreshBoard();
+    void updateDrawOrigin();
+
+    void moveDrag(QPointF point, bool snaps);
+    void endMoveDrag();
+    void resizeDrag(QPointF point);
+    void endResizeDrag();
+    void abandonDrag();
+
+    bool isOurKey(const QKeyEvent& event) const;
+    void nudge(QSizeF points, double scaleFactor);
+    void concludeNudging();
+
+    double displayScale() const;
+    QRectF outlineRect() const;
+    void paintAdornments(QPainter& painter) const;
+
+    UiContext m_context;
+    ScoreboardImageView m_image;
+    LogoWatch m_logo;
+    QRectF m_videoRect;
+
+    QSizeF m_dragOffset;
+    bool m_isHovering = false;
+    bool m_isResizing = false;
+    double m_resizeStartScale = 1;
+
+    Grip m_grip = Grip::none;
+    bool m_isDragging = false; // the pointer has gone far enough to mean it
+    QPointF m_pressedAt;
+    std::optional<double> m_verticalGuide; // points
+    std::optional<double> m_horizontalGuide;
+    std::optional<ScoreboardPlace> m_nudgedFrom; // while a key is held
+    Bindings m_bindings;
+};
+
+}
