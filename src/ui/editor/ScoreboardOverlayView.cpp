@@ -1,10 +1,11 @@
 #include "ui/editor/ScoreboardOverlayView.h"
 
 #include "render/OverlayPlacement.h"
+#include "render/ScoreboardTemplate.h"
 #include "ui/editor/EditorTexts.h"
 #include "ui/style/Theme.h"
 
-#include <cmath>
+#include <algorithm>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -16,6 +17,7 @@ namespace {
 
 constexpr double outlineDistance = 5; // points between the board and its outline
 constexpr double handleSide = 12;
+constexpr QSizeF noOffset(0, 0); // a size left to itself is (-1, -1)
 constexpr double handleReach = 6; // around the handle that still counts as the handle
 
 const QString moveName = QStringLiteral("Move Scoreboard");
@@ -176,7 +178,7 @@ void ScoreboardOverlayView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void ScoreboardOverlayView::moveDrag(QPointF point, bool snaps) {
-    m_dragOffset = {};
+    m_dragOffset = noOffset;
     const QRectF board = boardRect();
     OverlaySnapping::Snap snap{asSize(point - m_pressedAt), {}, {}};
     if (snaps)
@@ -190,7 +192,7 @@ void ScoreboardOverlayView::moveDrag(QPointF point, bool snaps) {
 void ScoreboardOverlayView::endMoveDrag() {
     AppState& state = m_context.state;
     const QPointF position =
-        OverlayPlacement::movedPosition(state.scoreboardPosition, std::exchange(m_dragOffset, {}), m_videoRect);
+        OverlayPlacement::movedPosition(state.scoreboardPosition, std::exchange(m_dragOffset, noOffset), m_videoRect);
     m_verticalGuide.reset();
     m_horizontalGuide.reset();
     placeScoreboard(state, {position, state.scoreboardUserScale}, moveName, &m_context.undo);
@@ -216,7 +218,7 @@ void ScoreboardOverlayView::endResizeDrag() {
 void ScoreboardOverlayView::abandonDrag() {
     m_grip = Grip::none;
     m_isDragging = false;
-    m_dragOffset = {};
+    m_dragOffset = noOffset;
     m_verticalGuide.reset();
     m_horizontalGuide.reset();
     if (std::exchange(m_isResizing, false))

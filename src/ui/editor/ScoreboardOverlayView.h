@@ -80,7 +80,7 @@ private:
     LogoWatch m_logo;
     QRectF m_videoRect;
 
-    QSizeF m_dragOffset;
+    QSizeF m_dragOffset{0, 0}; // preview points
     bool m_isHovering = false;
     bool m_isResizing = false;
     double m_resizeStartScale = 1;

@@ -1,0 +1,145 @@
+#include "ui/editor/EditorView.h"
+
+#include "ui/editor/EditorKeyFilter.h"
+#include "ui/style/Tokens.h"
+
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+constexpr QSize smallest{760, 520};
+constexpr int sidebarWidth = 304;
+constexpr int timelineHeight = 190;
+
+QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
+    auto* splitter = new QSplitter(orientation, parent);
+    splitter->setHandleWidth(1); // Qt lets it be taken from a little further away
+    splitter->setChildrenCollapsible(false);
+    return splitter;
+}
+
+}
+
+EditorView::EditorView(const UiContext& context, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_playback(context)
+    , m_stage(new PictureStage(context, m_playback, this))
+    , m_transport(new TransportBar(context, m_playback, this))
+    , m_sidebar(new EditorSidebar(context, this))
+    , m_columns(makeSplitter(Qt::Horizontal, this))
+    , m_rows(makeSplitter(Qt::Vertical, this)) {
+    setProperty("room", QStringLiteral("window"));
+    setAttribute(Qt::WA_StyledBackground);
+    setFocusPolicy(Qt::ClickFocus); // a click beside every control gives the keys back to the editor
+    m_rows->addWidget(makePictureColumn());
+    m_rows->setStretchFactor(0, 1);
+    m_columns->addWidget(m_rows);
+    m_columns->addWidget(m_sidebar);
+    m_columns->setStretchFactor(0, 1);
+    m_columns->setSizes({1000, sidebarWidth});
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_columns);
+
+    connect(m_stage, &PictureStage::importRequested, this, &EditorView::importRequested);
+    connect(&m_stage->overlay(), &ScoreboardOverlayView::picturePressed, this,
+            [this] { setFocus(Qt::MouseFocusReason); });
+    connect(m_transport, &TransportBar::previewFrameRequested, this, &EditorView::previewFrameRequested);
+    connect(m_sidebar, &EditorSidebar::exportRequested, this, &EditorView::exportRequested);
+    connect(m_sidebar, &EditorSidebar::seekRequested, this, [this](double seconds) { m_playback.seek(seconds); });
+    new EditorKeyFilter(*this, [this](EditorAction action, bool isRepeat) { perform(action, isRepeat); });
+    m_playback.start();
+}
+
+EditorView::~EditorView() {
+    // The parts follow the player's signals until the last, and would hear of its end half taken apart.
+    delete m_columns;
+}
+
+QSize EditorView::minimumSizeHint() const {
+    return smallest;
+}
+
+QWidget* EditorView::makePictureColumn() {
+    auto* column = new QWidget(m_rows);
+    auto* layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_stage, 1);
+    layout->addWidget(m_transport);
+    return column;
+}
+
+void EditorView::perform(EditorAction action, bool isRepeat) {
+    using enum EditorAction;
+    switch (action) {
+    case frameBack:
+        return m_playback.stepFrames(-1);
+    case frameForward:
+        return m_playback.stepFrames(1);
+    case secondBack:
+        return m_playback.seekBy(-1);
+    case secondForward:
+        return m_playback.seekBy(1);
+    case jumpBack:
+        return m_playback.seekBy(-5);
+    case previousMarker:
+        return goToNeighbour(EditorCommands::Neighbour::previous);
+    case nextMarker:
+        return goToNeighbour(EditorCommands::Neighbour::next);
+    default:
+        break;
+    }
+    // The rest is done once, however long the key is held.
+    if (isRepeat)
+        return;
+    switch (action) {
+    case playPause:
+        return m_playback.togglePlaying();
+    case pause:
+        return m_playback.pause();
+    case playFaster:
+        return playFasterStill();
+    case goToStart:
+        return m_playback.seek(0);
+    case goToEnd:
+        return m_playback.goToEnd();
+    case addMarker:
+        return EditorCommands::addMarkerAtPlayhead(m_context);
+    case pointTeam1:
+        return EditorCommands::stepPointAtPlayhead(m_context, 1, StepDirection::next);
+    case pointTeam2:
+        return EditorCommands::stepPointAtPlayhead(m_context, 2, StepDirection::next);
+    case pointBackTeam1:
+        return EditorCommands::stepPointAtPlayhead(m_context, 1, StepDirection::previous);
+    case pointBackTeam2:
+        return EditorCommands::stepPointAtPlayhead(m_context, 2, StepDirection::previous);
+    case swapServe:
+        return EditorCommands::swapServeOfSelectedMarker(m_context);
+    case deleteSelection:
+        return EditorCommands::deleteSelection(m_context);
+    default:
+        break;
+    }
+}
+
+void EditorView::goToNeighbour(EditorCommands::Neighbour which) {
+    const Marker* marker = EditorCommands::neighbour(m_context.state, which);
+    if (!marker)
+        return;
+    const double time = marker->startTime;
+    m_context.state.selectedMarkerID = marker->id;
+    m_playback.seek(time);
+}
+
+void EditorView::playFasterStill() {
+    if (m_context.state.isPlaying)
+        m_playback.setSpeed(m_playback.speed() < 1 ? 1 : m_playback.speed() * 2);
+    else
+        m_playback.play();
+}
+
+}

@@ -1,0 +1,54 @@
+// The editor: picture with the scoreboard, transport, timeline, and the sidebar with markers and scores.
+#pragma once
+
+#include "ui/editor/EditorCommands.h"
+#include "ui/editor/EditorPlayback.h"
+#include "ui/editor/EditorSidebar.h"
+#include "ui/editor/PictureStage.h"
+#include "ui/editor/Shortcuts.h"
+#include "ui/editor/TransportBar.h"
+
+#include <QSplitter>
+
+namespace pointloom {
+
+/// Follows the session: it plays whatever `videoURL` names. Keys are in Shortcuts.h.
+class EditorView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit EditorView(const UiContext& context, QWidget* parent = nullptr);
+    ~EditorView() override;
+
+    EditorPlayback& playback() { return m_playback; }
+    PictureStage& stage() { return *m_stage; }
+    EditorSidebar& sidebar() { return *m_sidebar; }
+
+    void setHardwareDecoding(bool enabled) { m_playback.setHardwareDecoding(enabled); }
+
+    /// Opens the session's video anew: after the same file was imported again.
+    void reloadVideo() { m_playback.reload(); }
+
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void exportRequested();
+    void previewFrameRequested();
+    void importRequested();
+
+private:
+    QWidget* makePictureColumn();
+    void perform(EditorAction action, bool isRepeat);
+    void goToNeighbour(EditorCommands::Neighbour which);
+    void playFasterStill();
+
+    UiContext m_context;
+    EditorPlayback m_playback;
+    PictureStage* m_stage;
+    TransportBar* m_transport;
+    EditorSidebar* m_sidebar;
+    QSplitter* m_columns;
+    QSplitter* m_rows;
+};
+
+}

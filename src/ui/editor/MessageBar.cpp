@@ -1,0 +1,67 @@
+#include "ui/editor/MessageBar.h"
+
+#include "ui/editor/EditorTexts.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Icons.h"
+#include "ui/style/Theme.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace pointloom {
+
+MessageBar::MessageBar(const UiContext& context, QWidget* parent)
+    : QFrame(parent)
+    , m_icon(new QLabel(this))
+    , m_message(Controls::label(Controls::TextRole::body, this))
+    , m_firstAction(Controls::button(Controls::ButtonKind::normal, this))
+    , m_secondAction(Controls::button(Controls::ButtonKind::plain, this))
+    , m_close(Controls::iconButton(QStringLiteral("close"), this)) {
+    m_message->setWordWrap(true);
+    m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(Space::m, Space::s, Space::s, Space::s);
+    row->setSpacing(Space::s);
+    row->addWidget(m_icon);
+    row->addWidget(m_message, 1);
+    row->addWidget(m_secondAction);
+    row->addWidget(m_firstAction);
+    row->addWidget(m_close);
+
+    const auto tint = [this] {
+        constexpr int side = 20;
+        m_icon->setPixmap(Icons::pixmap(QStringLiteral("warning"), side, tokens().warning, devicePixelRatioF()));
+    };
+    tint();
+    connect(&Theme::shared(), &Theme::changed, this, tint);
+    connect(m_firstAction, &QPushButton::clicked, this, &MessageBar::firstActionChosen);
+    connect(m_secondAction, &QPushButton::clicked, this, &MessageBar::secondActionChosen);
+    connect(m_close, &QToolButton::clicked, this, &QWidget::hide);
+    m_bindings.watch(context.state.language, [this, context] {
+        m_close->setAccessibleName(context.text(EditorTexts::closeMessage));
+        m_close->setToolTip(context.text(EditorTexts::closeMessage));
+    });
+    hide();
+}
+
+void MessageBar::showMessage(const QString& message, const QString& firstAction, const QString& secondAction) {
+    m_message->setText(message);
+    m_firstAction->setText(firstAction);
+    m_firstAction->setVisible(!firstAction.isEmpty());
+    m_secondAction->setText(secondAction);
+    m_secondAction->setVisible(!secondAction.isEmpty());
+    show();
+    QAccessibleEvent alert(m_message, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void MessageBar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(tokens().warning, 1));
+    painter.setBrush(tokens().surface);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Radius::field, Radius::field);
+}
+
+}

@@ -1,0 +1,41 @@
+// A message above what it concerns, with what can be done about it.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+
+namespace pointloom {
+
+class MessageBar : public QFrame {
+    Q_OBJECT
+
+public:
+    /// Hidden until it has something to say.
+    explicit MessageBar(const UiContext& context, QWidget* parent = nullptr);
+
+    /// Two actions at most; an empty text leaves the button out.
+    void showMessage(const QString& message, const QString& firstAction = {}, const QString& secondAction = {});
+    QString message() const { return m_message->text(); }
+
+Q_SIGNALS:
+    void firstActionChosen();
+    void secondActionChosen();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QLabel* m_icon;
+    QLabel* m_message;
+    QPushButton* m_firstAction;
+    QPushButton* m_secondAction;
+    QToolButton* m_close;
+    Bindings m_bindings;
+};
+
+}

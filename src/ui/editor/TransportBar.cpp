@@ -1,0 +1,176 @@
+#include "ui/editor/TransportBar.h"
+
+#include "ui/common/TimeCode.h"
+#include "ui/editor/EditorTexts.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Icons.h"
+#include "ui/style/Tokens.h"
+
+#include <cmath>
+#include <QActionGroup>
+#include <QHBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+constexpr double speeds[] = {0.25, 0.5, 0.75, 1, 1.5, 2, 4};
+constexpr int fullVolume = 100; // steps of the slider
+
+QString speedName(double speed) {
+    return QStringLiteral("%1×").arg(speed);
+}
+
+// As wide as the widest time, so that nothing moves while the clip plays.
+void reserveWidth(QLabel* label, const QString& widest) {
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
+}
+
+}
+
+TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_playback(playback)
+    , m_start(makeButton(QStringLiteral("skip-start"), EditorTexts::goToStart, QStringLiteral("Home")))
+    , m_back(makeButton(QStringLiteral("step-back"), EditorTexts::stepBack, QStringLiteral("←")))
+    , m_play(Controls::iconButton(QStringLiteral("play"), this))
+    , m_forward(makeButton(QStringLiteral("step-forward"), EditorTexts::stepForward, QStringLiteral("→")))
+    , m_end(makeButton(QStringLiteral("skip-end"), EditorTexts::goToEnd, QStringLiteral("End")))
+    , m_time(Controls::label(Controls::TextRole::body, this))
+    , m_total(Controls::label(Controls::TextRole::quiet, this))
+    , m_speed(new QToolButton(this))
+    , m_speedMenu(new QMenu(m_speed))
+    , m_mute(Controls::iconButton(QStringLiteral("volume"), this))
+    , m_volume(new QSlider(Qt::Horizontal, this))
+    , m_preview(Controls::iconButton(QStringLiteral("image"), this)) {
+    setProperty("room", QStringLiteral("surface"));
+    setAttribute(Qt::WA_StyledBackground);
+    m_back->setAutoRepeat(true);
+    m_forward->setAutoRepeat(true);
+    m_play->setProperty("kind", QStringLiteral("normal"));
+    m_play->setIconSize(QSize(24, 24));
+    m_time->setObjectName(QStringLiteral("timeCode"));
+    reserveWidth(m_time, QStringLiteral("00:00:00.00"));
+    makeSpeedMenu();
+    m_volume->setRange(0, fullVolume);
+    m_volume->setFixedWidth(72);
+    m_volume->setFocusPolicy(Qt::TabFocus);
+
+    auto* row = new QHBoxLayout(this);
+    row->setSizeConstraint(QLayout::SetNoConstraint); // see minimumSizeHint
+    row->setContentsMargins(Space::s, Space::s, Space::s, Space::s);
+    row->setSpacing(Space::xs);
+    for (QToolButton* button : {m_start, m_back, m_play, m_forward, m_end})
+        row->addWidget(button);
+    row->addSpacing(Space::xs);
+    row->addWidget(m_time);
+    row->addWidget(m_total);
+    row->addStretch(1);
+    row->addWidget(m_speed);
+    row->addWidget(m_mute);
+    row->addWidget(m_volume);
+    row->addWidget(m_preview);
+
+    connect(m_start, &QToolButton::clicked, this, [this] { m_playback.seek(0); });
+    connect(m_back, &QToolButton::clicked, this, [this] { m_playback.stepFrames(-1); });
+    connect(m_play, &QToolButton::clicked, &m_playback, &EditorPlayback::togglePlaying);
+    connect(m_forward, &QToolButton::clicked, this, [this] { m_playback.stepFrames(1); });
+    connect(m_end, &QToolButton::clicked, &m_playback, &EditorPlayback::goToEnd);
+    connect(m_mute, &QToolButton::clicked, this, [this] { m_playback.setMuted(!m_playback.isMuted()); });
+    connect(m_volume, &QSlider::valueChanged, this, [this](int value) {
+        m_playback.setVolume(static_cast<double>(value) / fullVolume);
+    });
+    connect(m_preview, &QToolButton::clicked, this, &TransportBar::previewFrameRequested);
+    connect(&m_playback, &EditorPlayback::soundChanged, this, &TransportBar::showSound);
+    connect(&m_playback, &EditorPlayback::speedChanged, this, &TransportBar::showSpeed);
+
+    AppState& state = m_context.state;
+    m_bindings.watchAll([this] { showPlaying(); }, state.isPlaying, state.language);
+    m_bindings.watchAll([this] { showTime(); }, state.currentTime, state.videoDuration);
+    m_bindings.watch(state.videoURL, [this] {
+        const bool hasVideo = m_context.state.videoURL.value().has_value();
+        for (QToolButton* button : {m_start, m_back, m_play, m_forward, m_end, m_preview})
+            button->setEnabled(hasVideo);
+    });
+    m_bindings.watch(state.language, [this] {
+        m_speed->setAccessibleName(m_context.text(EditorTexts::speed));
+        m_speed->setToolTip(m_context.text(EditorTexts::speed));
+        m_volume->setAccessibleName(m_context.text(EditorTexts::volume));
+        m_volume->setToolTip(m_context.text(EditorTexts::volume));
+        m_preview->setAccessibleName(m_context.text(L10nKey::previewFrame));
+        m_preview->setToolTip(m_context.text(L10nKey::previewFrame));
+        m_time->setAccessibleName(m_context.text(EditorTexts::playhead));
+        showSound();
+    });
+    showSpeed();
+}
+
+QToolButton* TransportBar::makeButton(const QString& icon, const UiText& text, const QString& key) {
+    QToolButton* button = Controls::iconButton(icon, this);
+    m_bindings.watch(m_context.state.language, [this, button, &text, key] {
+        button->setAccessibleName(m_context.text(text));
+        button->setToolTip(QStringLiteral("%1 (%2)").arg(m_context.text(text), key));
+    });
+    return button;
+}
+
+void TransportBar::makeSpeedMenu() {
+    auto* group = new QActionGroup(m_speedMenu);
+    for (const double speed : speeds) {
+        QAction* action = m_speedMenu->addAction(speedName(speed));
+        action->setCheckable(true);
+        action->setData(speed);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [this, speed] { m_playback.setSpeed(speed); });
+    }
+    m_speed->setProperty("kind", QStringLiteral("plain"));
+    m_speed->setFocusPolicy(Qt::TabFocus);
+    m_speed->setPopupMode(QToolButton::InstantPopup);
+    m_speed->setMenu(m_speedMenu);
+    m_speed->setMinimumWidth(m_speed->fontMetrics().horizontalAdvance(speedName(0.25)) + 2 * Space::m);
+}
+
+void TransportBar::showPlaying() {
+    const bool playing = m_context.state.isPlaying;
+    const QString text = m_context.text(playing ? EditorTexts::pause : EditorTexts::play);
+    m_play->setIcon(Icons::icon(playing ? QStringLiteral("pause") : QStringLiteral("play")));
+    m_play->setAccessibleName(text);
+    m_play->setToolTip(text);
+}
+
+void TransportBar::showTime() {
+    m_time->setText(timeCode(m_context.state.currentTime));
+    m_total->setText(QStringLiteral("/ ") + timeCode(m_context.state.videoDuration));
+}
+
+void TransportBar::showSound() {
+    const bool silent = m_playback.isMuted() || m_playback.volume() <= 0;
+    const QString text = m_context.text(m_playback.isMuted() ? EditorTexts::unmute : EditorTexts::mute);
+    m_mute->setIcon(Icons::icon(silent ? QStringLiteral("volume-off") : QStringLiteral("volume")));
+    m_mute->setAccessibleName(text);
+    m_mute->setToolTip(text);
+    const QSignalBlocker silence(m_volume);
+    m_volume->setValue(m_playback.isMuted() ? 0 : static_cast<int>(std::lround(m_playback.volume() * fullVolume)));
+}
+
+void TransportBar::showSpeed() {
+    m_speed->setText(speedName(m_playback.speed()));
+    for (QAction* action : m_speedMenu->actions())
+        action->setChecked(action->data().toDouble() == m_playback.speed());
+}
+
+// The total makes room in a narrow window.
+void TransportBar::resizeEvent(QResizeEvent*) {
+    const int needed = m_total->sizeHint().width() + Space::xs;
+    const int others = layout()->sizeHint().width() - (m_total->isHidden() ? 0 : needed);
+    m_total->setVisible(width() >= others + needed);
+}
+
+QSize TransportBar::minimumSizeHint() const {
+    const int total = m_total->isHidden() ? 0 : m_total->sizeHint().width() + Space::xs;
+    const QSize whole = layout()->sizeHint();
+    return {whole.width() - total, whole.height()};
+}
+
+}

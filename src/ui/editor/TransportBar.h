@@ -1,0 +1,54 @@
+// Play, step, speed and sound, and where the playhead is.
+#pragma once
+
+#include "ui/editor/EditorPlayback.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QSlider>
+#include <QToolButton>
+#include <QWidget>
+
+namespace pointloom {
+
+class TransportBar : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `playback` outlives this.
+    TransportBar(const UiContext& context, EditorPlayback& playback, QWidget* parent = nullptr);
+
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void previewFrameRequested();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QToolButton* makeButton(const QString& icon, const UiText& text, const QString& key);
+    void makeSpeedMenu();
+    void showPlaying();
+    void showTime();
+    void showSound();
+    void showSpeed();
+
+    UiContext m_context;
+    Bindings m_bindings; // before the parts that are made with it
+    EditorPlayback& m_playback;
+    QToolButton* m_start;
+    QToolButton* m_back;
+    QToolButton* m_play;
+    QToolButton* m_forward;
+    QToolButton* m_end;
+    QLabel* m_time;
+    QLabel* m_total;
+    QToolButton* m_speed;
+    QMenu* m_speedMenu;
+    QToolButton* m_mute;
+    QSlider* m_volume;
+    QToolButton* m_preview;
+};
+
+}

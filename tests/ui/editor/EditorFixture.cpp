@@ -1,0 +1,44 @@
+#include "ui/editor/EditorFixture.h"
+
+#include "ui/style/Theme.h"
+
+#include <QApplication>
+
+namespace pointloom::test {
+
+EditorFixture::EditorFixture()
+    : defaults(folder.path(QStringLiteral("settings.ini")))
+    , context{state, undo, defaults, dialogs} {
+    Theme::shared().apply(*qobject_cast<QApplication*>(QCoreApplication::instance()), ThemeChoice::dark);
+    state.selectedTemplate = TemplateID::classic;
+    state.matchConfig = tennisMatch();
+    state.step = 4;
+}
+
+void EditorFixture::openEditor(QSize size) {
+    editor = std::make_unique<EditorView>(context);
+    editor->resize(size);
+    editor->show();
+    editor->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(editor.get()));
+}
+
+void EditorFixture::openClip(int seconds) {
+    const QString clip = folder.make(
+        QStringLiteral("clip.mp4"),
+        qPrintable(QStringLiteral("-f lavfi -i testsrc2=s=640x360:r=25:d=%1 -c:v libx264 -preset ultrafast -g 25 "
+                                  "-pix_fmt yuv420p")
+                       .arg(seconds)));
+    state.videoDuration = seconds;
+    state.videoWidth = 640;
+    state.videoHeight = 360;
+    state.videoURL = QUrl::fromLocalFile(clip);
+    ASSERT_TRUE(waitFor([this] { return editor->playback().isLoaded(); }));
+}
+
+void EditorFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QWidget* focus = QApplication::focusWidget();
+    QTest::keyClick(focus ? focus : editor.get(), key, modifiers);
+}
+
+}
