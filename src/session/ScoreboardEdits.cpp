@@ -19,9 +19,8 @@ void concludePlacing(AppState& state, const ScoreboardPlace& previous, const QSt
     if (previous == ScoreboardPlace::of(state))
         return;
     if (undoManager) {
-        undoManager->registerUndo([&state, previous, name, undoManager] {
-            placeScoreboard(state, previous, name, undoManager);
-        });
+        undoManager->registerUndo(
+            [&state, previous, name, undoManager] { placeScoreboard(state, previous, name, undoManager); });
         undoManager->setActionName(name);
     }
     state.save();

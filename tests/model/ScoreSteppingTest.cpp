@@ -10,7 +10,8 @@ TEST(ScoreSteppingTest, TennisWalksItsSixValuesAndStaysAtTheEnds) {
     for (const auto expected : {GamePoint::fifteen, GamePoint::thirty, GamePoint::forty, GamePoint::deuce,
                                 GamePoint::advantage, GamePoint::advantage}) {
         score = steppedScore(score, 1, StepDirection::next);
-        EXPECT_EQ(score, SportScoreState(ScoreState{{{6, 4, {}}, {5, 4, {}}}, {expected, GamePoint::zero}, 2}));
+        EXPECT_EQ(score,
+                  SportScoreState(ScoreState{{{6, 4, {}}, {5, 4, {}}}, {expected, GamePoint::zero}, 2}));
     }
     score = steppedScore(score, 1, StepDirection::previous);
     score = steppedScore(score, 2, StepDirection::previous);

@@ -19,8 +19,8 @@ Parts partsOf(double seconds) {
     constexpr double rounding = 1e-6; // 0.29 x 100 is a hair below 29
     const double counted = std::isfinite(seconds) ? std::clamp(seconds, 0.0, longest) : 0;
     const auto hundredths = static_cast<qint64>(std::floor(counted * 100 + rounding));
-    return {hundredths / 360'000, static_cast<int>(hundredths / 6000 % 60), static_cast<int>(hundredths / 100 % 60),
-            static_cast<int>(hundredths % 100)};
+    return {hundredths / 360'000, static_cast<int>(hundredths / 6000 % 60),
+            static_cast<int>(hundredths / 100 % 60), static_cast<int>(hundredths % 100)};
 }
 
 QString twoDigits(qint64 number) {
@@ -32,7 +32,8 @@ QString twoDigits(qint64 number) {
 QString timeCode(double seconds) {
     const Parts parts = partsOf(seconds);
     return QStringLiteral("%1:%2:%3.%4")
-        .arg(twoDigits(parts.hours), twoDigits(parts.minutes), twoDigits(parts.seconds), twoDigits(parts.hundredths));
+        .arg(twoDigits(parts.hours), twoDigits(parts.minutes), twoDigits(parts.seconds),
+             twoDigits(parts.hundredths));
 }
 
 QString shortTime(double seconds, bool hundredths) {

@@ -65,8 +65,8 @@ const Marker* neighbour(const AppState& state, Neighbour which) {
     const auto& markers = state.markers.value(); // sorted by time
     const double time = state.currentTime;
     if (which == Neighbour::next) {
-        const auto next =
-            std::ranges::find_if(markers, [&](const Marker& marker) { return marker.startTime > time + sameMoment; });
+        const auto next = std::ranges::find_if(
+            markers, [&](const Marker& marker) { return marker.startTime > time + sameMoment; });
         return next == markers.end() ? nullptr : &*next;
     }
     const Marker* previous = nullptr;

@@ -120,7 +120,8 @@ void EditorPlayback::seek(double seconds, bool exact) {
     const double duration = m_context.state.videoDuration;
     const double target = std::clamp(seconds, 0.0, duration > 0 ? duration : std::max(0.0, seconds));
     if (isLoaded())
-        m_player->seek(target, exact ? playback::Player::SeekMode::Exact : playback::Player::SeekMode::Keyframe);
+        m_player->seek(target,
+                       exact ? playback::Player::SeekMode::Exact : playback::Player::SeekMode::Keyframe);
     else
         m_context.state.currentTime = target;
 }

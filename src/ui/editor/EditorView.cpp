@@ -49,7 +49,8 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
             [this] { setFocus(Qt::MouseFocusReason); });
     connect(m_transport, &TransportBar::previewFrameRequested, this, &EditorView::previewFrameRequested);
     connect(m_sidebar, &EditorSidebar::exportRequested, this, &EditorView::exportRequested);
-    connect(m_sidebar, &EditorSidebar::seekRequested, this, [this](double seconds) { m_playback.seek(seconds); });
+    connect(m_sidebar, &EditorSidebar::seekRequested, this,
+            [this](double seconds) { m_playback.seek(seconds); });
     new EditorKeyFilter(*this, [this](EditorAction action, bool isRepeat) { perform(action, isRepeat); });
     m_playback.start();
 }

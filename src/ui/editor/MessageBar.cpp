@@ -31,7 +31,8 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
 
     const auto tint = [this] {
         constexpr int side = 20;
-        m_icon->setPixmap(Icons::pixmap(QStringLiteral("warning"), side, tokens().warning, devicePixelRatioF()));
+        m_icon->setPixmap(
+            Icons::pixmap(QStringLiteral("warning"), side, tokens().warning, devicePixelRatioF()));
     };
     tint();
     connect(&Theme::shared(), &Theme::changed, this, tint);
@@ -45,7 +46,8 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     hide();
 }
 
-void MessageBar::showMessage(const QString& message, const QString& firstAction, const QString& secondAction) {
+void MessageBar::showMessage(const QString& message, const QString& firstAction,
+                             const QString& secondAction) {
     m_message->setText(message);
     m_firstAction->setText(firstAction);
     m_firstAction->setVisible(!firstAction.isEmpty());

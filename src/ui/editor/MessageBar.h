@@ -19,7 +19,8 @@ public:
     explicit MessageBar(const UiContext& context, QWidget* parent = nullptr);
 
     /// Two actions at most; an empty text leaves the button out.
-    void showMessage(const QString& message, const QString& firstAction = {}, const QString& secondAction = {});
+    void showMessage(const QString& message, const QString& firstAction = {},
+                     const QString& secondAction = {});
     QString message() const { return m_message->text(); }
 
 Q_SIGNALS:

@@ -30,7 +30,9 @@ AxisSnap snapAxis(const Axis& axis, double from, double to) {
         {from, axis.low + axis.margin},
         {to, axis.high - axis.margin},
     }};
-    const auto distance = [](const Candidate& candidate) { return std::abs(candidate.line - candidate.place); };
+    const auto distance = [](const Candidate& candidate) {
+        return std::abs(candidate.line - candidate.place);
+    };
     const auto& nearest = *std::ranges::min_element(candidates, {}, distance);
     if (distance(nearest) > reach)
         return {};
@@ -42,8 +44,10 @@ AxisSnap snapAxis(const Axis& axis, double from, double to) {
 Snap snapped(const QRectF& videoRect, const QRectF& board, QSizeF translation) {
     const QRectF dragged = board.translated(translation.width(), translation.height());
     const double margin = edgeMargin * std::min(videoRect.width(), videoRect.height());
-    const AxisSnap x = snapAxis({videoRect.left(), videoRect.right(), margin}, dragged.left(), dragged.right());
-    const AxisSnap y = snapAxis({videoRect.top(), videoRect.bottom(), margin}, dragged.top(), dragged.bottom());
+    const AxisSnap x =
+        snapAxis({videoRect.left(), videoRect.right(), margin}, dragged.left(), dragged.right());
+    const AxisSnap y =
+        snapAxis({videoRect.top(), videoRect.bottom(), margin}, dragged.top(), dragged.bottom());
     return {translation + QSizeF(x.shift, y.shift), x.guide, y.guide};
 }
 

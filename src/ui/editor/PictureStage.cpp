@@ -60,7 +60,8 @@ QWidget* PictureStage::makeEmptyState() {
 
     const auto tint = [this, picture] {
         constexpr int side = 44;
-        picture->setPixmap(Icons::pixmap(QStringLiteral("film"), side, tokens().quietText, devicePixelRatioF()));
+        picture->setPixmap(
+            Icons::pixmap(QStringLiteral("film"), side, tokens().quietText, devicePixelRatioF()));
     };
     tint();
     connect(&Theme::shared(), &Theme::changed, picture, tint);
@@ -84,7 +85,8 @@ void PictureStage::showPlayer(playback::Player& player) {
 }
 
 void PictureStage::showFailure(const QString& message) {
-    m_messages->showMessage(message, m_context.text(EditorTexts::importAgain), m_context.text(L10nKey::retry));
+    m_messages->showMessage(message, m_context.text(EditorTexts::importAgain),
+                            m_context.text(L10nKey::retry));
     place();
 }
 

@@ -43,7 +43,8 @@ void ScoreboardImageView::draw(const Place& place) {
     constexpr double shadowReach = 40; // template units around the board that its shadow can darken
     const double reach = shadowReach * place.scale;
     const QRectF touched =
-        QRectF(place.origin, boardSize() * place.scale).adjusted(-reach, -reach, reach, reach) & place.videoRect;
+        QRectF(place.origin, boardSize() * place.scale).adjusted(-reach, -reach, reach, reach) &
+        place.videoRect;
     const QRect area = touched.toAlignedRect() & place.videoRect.toRect();
     m_place = place;
     m_pictureOrigin = area.topLeft();

@@ -17,7 +17,7 @@ namespace {
 
 constexpr double outlineDistance = 5; // points between the board and its outline
 constexpr double handleSide = 12;
-constexpr QSizeF noOffset(0, 0); // a size left to itself is (-1, -1)
+constexpr QSizeF noOffset(0, 0);  // a size left to itself is (-1, -1)
 constexpr double handleReach = 6; // around the handle that still counts as the handle
 
 const QString moveName = QStringLiteral("Move Scoreboard");
@@ -191,8 +191,8 @@ void ScoreboardOverlayView::moveDrag(QPointF point, bool snaps) {
 
 void ScoreboardOverlayView::endMoveDrag() {
     AppState& state = m_context.state;
-    const QPointF position =
-        OverlayPlacement::movedPosition(state.scoreboardPosition, std::exchange(m_dragOffset, noOffset), m_videoRect);
+    const QPointF position = OverlayPlacement::movedPosition(
+        state.scoreboardPosition, std::exchange(m_dragOffset, noOffset), m_videoRect);
     m_verticalGuide.reset();
     m_horizontalGuide.reset();
     placeScoreboard(state, {position, state.scoreboardUserScale}, moveName, &m_context.undo);
@@ -203,8 +203,8 @@ void ScoreboardOverlayView::resizeDrag(QPointF point) {
     AppState& state = m_context.state;
     if (!std::exchange(m_isResizing, true))
         m_resizeStartScale = state.scoreboardUserScale;
-    state.scoreboardUserScale = OverlayPlacement::resizedScale(m_resizeStartScale, asSize(point - m_pressedAt),
-                                                               previewScale() * m_image.canvasSize().width());
+    state.scoreboardUserScale = OverlayPlacement::resizedScale(
+        m_resizeStartScale, asSize(point - m_pressedAt), previewScale() * m_image.canvasSize().width());
 }
 
 void ScoreboardOverlayView::endResizeDrag() {
@@ -289,9 +289,10 @@ void ScoreboardOverlayView::nudge(QSizeF points, double scaleFactor) {
     if (!m_nudgedFrom)
         m_nudgedFrom = ScoreboardPlace::of(state);
     if (!points.isNull())
-        state.scoreboardPosition = OverlayPlacement::movedPosition(state.scoreboardPosition, points, m_videoRect);
-    state.scoreboardUserScale =
-        std::clamp(state.scoreboardUserScale * scaleFactor, OverlayPlacement::smallestScale, OverlayPlacement::largestScale);
+        state.scoreboardPosition =
+            OverlayPlacement::movedPosition(state.scoreboardPosition, points, m_videoRect);
+    state.scoreboardUserScale = std::clamp(state.scoreboardUserScale * scaleFactor,
+                                           OverlayPlacement::smallestScale, OverlayPlacement::largestScale);
 }
 
 void ScoreboardOverlayView::keyReleaseEvent(QKeyEvent* event) {

@@ -1,8 +1,8 @@
 // The scoreboard over the picture: dragged, resized and nudged into place.
 #pragma once
 
-#include "ui/common/LogoWatch.h"
 #include "session/ScoreboardEdits.h"
+#include "ui/common/LogoWatch.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/OverlaySnapping.h"
 #include "ui/editor/ScoreboardImageView.h"

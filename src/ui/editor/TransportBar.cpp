@@ -78,9 +78,8 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     connect(m_forward, &QToolButton::clicked, this, [this] { m_playback.stepFrames(1); });
     connect(m_end, &QToolButton::clicked, &m_playback, &EditorPlayback::goToEnd);
     connect(m_mute, &QToolButton::clicked, this, [this] { m_playback.setMuted(!m_playback.isMuted()); });
-    connect(m_volume, &QSlider::valueChanged, this, [this](int value) {
-        m_playback.setVolume(static_cast<double>(value) / fullVolume);
-    });
+    connect(m_volume, &QSlider::valueChanged, this,
+            [this](int value) { m_playback.setVolume(static_cast<double>(value) / fullVolume); });
     connect(m_preview, &QToolButton::clicked, this, &TransportBar::previewFrameRequested);
     connect(&m_playback, &EditorPlayback::soundChanged, this, &TransportBar::showSound);
     connect(&m_playback, &EditorPlayback::speedChanged, this, &TransportBar::showSpeed);
@@ -151,7 +150,8 @@ void TransportBar::showSound() {
     m_mute->setAccessibleName(text);
     m_mute->setToolTip(text);
     const QSignalBlocker silence(m_volume);
-    m_volume->setValue(m_playback.isMuted() ? 0 : static_cast<int>(std::lround(m_playback.volume() * fullVolume)));
+    m_volume->setValue(
+        m_playback.isMuted() ? 0 : static_cast<int>(std::lround(m_playback.volume() * fullVolume)));
 }
 
 void TransportBar::showSpeed() {

@@ -26,9 +26,10 @@ void EditorFixture::openEditor(QSize size) {
 void EditorFixture::openClip(int seconds) {
     const QString clip = folder.make(
         QStringLiteral("clip.mp4"),
-        qPrintable(QStringLiteral("-f lavfi -i testsrc2=s=640x360:r=25:d=%1 -c:v libx264 -preset ultrafast -g 25 "
-                                  "-pix_fmt yuv420p")
-                       .arg(seconds)));
+        qPrintable(
+            QStringLiteral("-f lavfi -i testsrc2=s=640x360:r=25:d=%1 -c:v libx264 -preset ultrafast -g 25 "
+                           "-pix_fmt yuv420p")
+                .arg(seconds)));
     state.videoDuration = seconds;
     state.videoWidth = 640;
     state.videoHeight = 360;

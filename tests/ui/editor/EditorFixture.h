@@ -18,7 +18,8 @@ public:
     std::optional<QString> chooseFileToOpen(QWidget*, const QString&, const QStringList&) override {
         return fileToOpen;
     }
-    std::optional<QString> chooseFileToSave(QWidget*, const QString&, const QString&, const QStringList&) override {
+    std::optional<QString> chooseFileToSave(QWidget*, const QString&, const QString&,
+                                            const QStringList&) override {
         return std::nullopt;
     }
     void alert(QWidget*, const QString&, const QString& message) override { alerts << message; }

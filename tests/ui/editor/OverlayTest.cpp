@@ -28,13 +28,15 @@ protected:
 
     void drag(QPointF from, QSize by, Qt::KeyboardModifiers modifiers = Qt::AltModifier) {
         beginDrag(from, by, modifiers);
-        QTest::mouseRelease(&overlay, Qt::LeftButton, modifiers, (from + QPointF(by.width(), by.height())).toPoint());
+        QTest::mouseRelease(&overlay, Qt::LeftButton, modifiers,
+                            (from + QPointF(by.width(), by.height())).toPoint());
     }
 
     void beginDrag(QPointF from, QSize by, Qt::KeyboardModifiers modifiers = Qt::AltModifier) {
         QTest::mousePress(&overlay, Qt::LeftButton, modifiers, from.toPoint());
         const QPoint to = from.toPoint() + QPoint(by.width(), by.height());
-        QMouseEvent move(QEvent::MouseMove, to, overlay.mapToGlobal(to), Qt::NoButton, Qt::LeftButton, modifiers);
+        QMouseEvent move(QEvent::MouseMove, to, overlay.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                         modifiers);
         QApplication::sendEvent(&overlay, &move);
     }
 
