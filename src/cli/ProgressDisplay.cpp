@@ -1,6 +1,7 @@
 #include "cli/ProgressDisplay.h"
 
 #include "cli/Messages.h"
+#include "export/ExportPace.h"
 
 #include <algorithm>
 #include <cmath>
@@ -40,11 +41,9 @@ std::string progressLine(const ExportProgress& progress, double elapsedSeconds, 
     const double fraction = std::clamp(progress.fraction, 0.0, 1.0);
     const std::string percent = std::to_string(static_cast<int>(fraction * 100 + 1e-6)) + " %";
     std::string rest;
-    if (elapsedSeconds > 0 && fraction > 0) {
-        const auto framesPerSecond = std::lround(static_cast<double>(progress.frames) / elapsedSeconds);
-        rest = "  " + std::to_string(framesPerSecond) + " fps  " +
-               clockText(elapsedSeconds * (1 - fraction) / fraction) + " left";
-    }
+    if (const auto pace = paceOf({fraction, progress.frames, progress.expectedFrames}, elapsedSeconds))
+        rest = "  " + std::to_string(std::lround(pace->framesPerSecond)) + " fps  " +
+               clockText(pace->secondsLeft) + " left";
 
     const auto space = static_cast<std::size_t>(std::max(columns - 1, 0)); // the cursor needs the last column
     if (percent.size() + rest.size() > space)

@@ -1,6 +1,6 @@
 #include "cli/ProjectInputs.h"
 
-#include "model/ScoringEngine.h"
+#include "persistence/ProjectExport.h"
 
 #include <algorithm>
 #include <QFileInfo>
@@ -21,10 +21,9 @@ QString besideNote(const QString& role, const QString& path) {
     return QStringLiteral("the %1 was found beside the project: %2").arg(role, path);
 }
 
-TemplateID requireTemplate(const ProjectFile& project, const QString& projectPath) {
+void requireTemplate(const ProjectFile& project, const QString& projectPath) {
     if (!project.selectedTemplate)
         fail(projectPath, QStringLiteral("no scoreboard template is chosen"));
-    return *project.selectedTemplate;
 }
 
 QString settleVideo(const ProjectFile& project, const QString& projectPath, const ExportRequest& request,
@@ -64,15 +63,14 @@ std::optional<QString> settleWatermark(const ProjectFile& project, const QString
     return found->path;
 }
 
-void settleTrim(ExportJob& job, const ProjectFile& project, const QString& projectPath,
-                const ExportRequest& request) {
-    job.trimStart = request.trimStart.value_or(project.trimStart);
-    job.trimEnd = request.trimEnd ? request.trimEnd : project.trimEnd;
-    if (!job.trimEnd || *job.trimEnd > job.trimStart)
+void settleTrim(ProjectFile& project, const QString& projectPath, const ExportRequest& request) {
+    project.trimStart = request.trimStart.value_or(project.trimStart);
+    project.trimEnd = request.trimEnd ? request.trimEnd : project.trimEnd;
+    if (!project.trimEnd || *project.trimEnd > project.trimStart)
         return;
     const QString fault = QStringLiteral("the end of the range, %1 s, is not after its start, %2 s")
-                              .arg(*job.trimEnd)
-                              .arg(job.trimStart);
+                              .arg(*project.trimEnd)
+                              .arg(project.trimStart);
     if (request.trimStart || request.trimEnd)
         throw UsageError(QStringLiteral("--trim-start, --trim-end: ") + fault);
     fail(projectPath, fault);
@@ -95,27 +93,19 @@ void warnOfScoresNotDrawn(const OverlayDescription& overlay, Remarks& remarks) {
 
 }
 
-ProjectInputs resolveInputs(const ProjectFile& project, const QString& projectPath,
-                            const ExportRequest& request) {
+ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, const ExportRequest& request) {
     ProjectInputs inputs;
+    requireMatch(project, projectPath);
+    requireTemplate(project, projectPath);
+    settleTrim(project, projectPath, request);
+    project.videoPath = settleVideo(project, projectPath, request, inputs.remarks);
+    settleLogo(*project.matchConfig, projectPath, inputs.remarks);
+    project.watermarkPath = settleWatermark(project, projectPath, request, inputs.remarks);
+    project.watermarkCorner = request.watermarkCorner ? request.watermarkCorner : project.watermarkCorner;
+
     ExportJob& job = inputs.job;
-    OverlayDescription& overlay = job.overlay;
-
-    overlay.config = requireMatch(project, projectPath);
-    overlay.templateID = requireTemplate(project, projectPath);
-    settleTrim(job, project, projectPath, request);
-    job.videoPath = settleVideo(project, projectPath, request, inputs.remarks);
-    settleLogo(overlay.config, projectPath, inputs.remarks);
-    overlay.watermarkPath = settleWatermark(project, projectPath, request, inputs.remarks);
-    overlay.watermarkCorner =
-        request.watermarkCorner.value_or(project.watermarkCorner.value_or(WatermarkCorner::bottomRight));
-
-    overlay.markers = project.markers;
-    overlay.initialScore = initialScoreOf(project, overlay.config);
-    overlay.scoreboardPosition = project.scoreboardPosition();
-    overlay.scoreboardUserScale = project.scoreboardUserScale.value_or(1.0);
-    warnOfScoresNotDrawn(overlay, inputs.remarks);
-
+    job = exportJobFor(project).value(); // all that it needs was required above
+    warnOfScoresNotDrawn(job.overlay, inputs.remarks);
     job.format = request.format;
     job.preset = request.preset;
     job.encoderPreset = request.encoderPreset;
@@ -127,10 +117,6 @@ const MatchConfig& requireMatch(const ProjectFile& project, const QString& proje
     if (!project.matchConfig)
         fail(projectPath, QStringLiteral("the match is not set up: no teams, no sets"));
     return *project.matchConfig;
-}
-
-SportScoreState initialScoreOf(const ProjectFile& project, const MatchConfig& config) {
-    return project.initialScore ? *project.initialScore : ScoringEngine::getInitialScore(config);
 }
 
 bool drawsScore(TemplateID id, const SportScoreState& score) {

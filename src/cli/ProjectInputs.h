@@ -29,14 +29,10 @@ struct ProjectInputs {
 
 /// Throws CommandError: no match, no template, no video, or an empty range; UsageError when the range is
 /// empty because of `request`. A logo or watermark of the document that is missing is left out.
-ProjectInputs resolveInputs(const ProjectFile& project, const QString& projectPath,
-                            const ExportRequest& request);
+ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, const ExportRequest& request);
 
 /// The match of a document. Throws CommandError when it has none.
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath);
-
-/// The score before the first marker.
-SportScoreState initialScoreOf(const ProjectFile& project, const MatchConfig& config);
 
 /// True when the template draws scores of that family; otherwise it would draw nothing.
 bool drawsScore(TemplateID id, const SportScoreState& score);

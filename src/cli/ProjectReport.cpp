@@ -4,6 +4,7 @@
 #include "cli/ProjectInputs.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
+#include "persistence/ProjectExport.h"
 
 #include <algorithm>
 

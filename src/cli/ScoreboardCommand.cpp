@@ -5,6 +5,7 @@
 #include "cli/PictureFile.h"
 #include "cli/ProjectInputs.h"
 #include "model/ScoringEngine.h"
+#include "persistence/ProjectExport.h"
 #include "render/LogoImage.h"
 #include "render/ScoreboardImage.h"
 
