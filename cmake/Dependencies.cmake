@@ -7,7 +7,7 @@ find_package(Threads REQUIRED)
 
 find_package(PkgConfig REQUIRED)
 if(POINTLOOM_DESKTOP)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets OpenGLWidgets Svg)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets OpenGLWidgets Svg DBus)
   pkg_check_modules(MPV REQUIRED IMPORTED_TARGET mpv>=2)
 endif()
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET

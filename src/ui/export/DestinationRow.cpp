@@ -1,0 +1,181 @@
+#include "ui/export/DestinationRow.h"
+
+#include "ui/export/ExportTexts.h"
+#include "ui/export/ExportWords.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Icons.h"
+#include "ui/style/Theme.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+constexpr int iconSize = 20;
+
+QString withHomeShortened(const QString& path) {
+    const QString home = QDir::homePath() + QLatin1Char('/');
+    return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
+}
+
+// The ending says how the file is written, so a foreign one stays as a part of the name.
+QString withExtension(const QString& path, ExportFormat format) {
+    const QString ending = QLatin1Char('.') + fileExtension(format);
+    return path.endsWith(ending, Qt::CaseInsensitive) ? path : path + ending;
+}
+
+QString withExtensionSwapped(const QString& path, ExportFormat from, ExportFormat to) {
+    const QString old = QLatin1Char('.') + fileExtension(from);
+    return withExtension(path.endsWith(old, Qt::CaseInsensitive) ? path.chopped(old.size()) : path, to);
+}
+
+}
+
+DestinationRow::DestinationRow(const UiContext& context, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_icon(new QLabel(this))
+    , m_heading(Controls::label(Controls::TextRole::quiet, this))
+    , m_shownPath(Controls::label(Controls::TextRole::body, this))
+    , m_room(Controls::label(Controls::TextRole::quiet, this))
+    , m_change(Controls::button(Controls::ButtonKind::normal, this)) {
+    build();
+    bind();
+}
+
+void DestinationRow::build() {
+    m_change->setObjectName(QStringLiteral("changeDestination"));
+    m_change->setAutoDefault(false);
+    m_shownPath->setObjectName(QStringLiteral("destination"));
+    m_room->setObjectName(QStringLiteral("room"));
+    m_room->setWordWrap(true);
+    // A long path is shortened rather than pushing the buttons out.
+    m_shownPath->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+
+    auto* lines = new QVBoxLayout;
+    lines->setSpacing(2);
+    lines->addWidget(m_heading);
+    lines->addWidget(m_shownPath);
+    lines->addWidget(m_room);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Space::m);
+    row->addWidget(m_icon);
+    row->addLayout(lines, 1);
+    row->addWidget(m_change);
+}
+
+void DestinationRow::bind() {
+    const auto showIcon = [this] {
+        m_icon->setPixmap(
+            Icons::pixmap(QStringLiteral("folder"), iconSize, tokens().quietText, devicePixelRatioF()));
+    };
+    showIcon();
+    connect(&Theme::shared(), &Theme::changed, this, showIcon);
+    connect(m_change, &QPushButton::clicked, this, &DestinationRow::choose);
+    m_bindings.watch(m_context.state.language, [this] { showWords(); });
+    m_bindings.watch(m_context.state.videoURL, [this] { gather(); });
+}
+
+void DestinationRow::showWords() {
+    m_heading->setText(m_context.text(L10nKey::saveTo));
+    m_change->setText(m_context.text(ExportTexts::changeDestination));
+    m_change->setAccessibleName(m_context.text(ExportTexts::chooseDestination));
+    showRoom();
+}
+
+void DestinationRow::proposeNewFile() {
+    m_isProposed = true;
+    setPath(defaultOutputPath(m_format));
+}
+
+void DestinationRow::setExport(ExportFormat format, ExportPreset preset, double seconds) {
+    const ExportFormat former = m_format;
+    m_format = format;
+    m_preset = preset;
+    m_seconds = seconds;
+    if (format != former)
+        setPath(withExtensionSwapped(m_path, former, format));
+    showRoom();
+}
+
+void DestinationRow::setPath(const QString& path) {
+    m_path = path;
+    m_isReplacingAgreed = false;
+    showPath();
+    gather();
+}
+
+void DestinationRow::showPath() {
+    const QString whole = withHomeShortened(m_path);
+    m_shownPath->setText(m_shownPath->fontMetrics().elidedText(whole, Qt::ElideMiddle, m_shownPath->width()));
+    m_shownPath->setAccessibleName(whole);
+    m_shownPath->setToolTip(m_path);
+}
+
+void DestinationRow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    showPath();
+}
+
+void DestinationRow::gather() {
+    const auto& video = m_context.state.videoURL.value();
+    const auto read = [video = video ? video->toLocalFile() : QString(), output = m_path] {
+        return gatherFacts(video, output);
+    };
+    m_gathering.start(read, [this](const ExportFacts& facts) {
+        m_facts = facts;
+        showRoom();
+    });
+}
+
+void DestinationRow::showRoom() {
+    if (!m_facts)
+        return;
+    const ExportFacts& facts = *m_facts;
+    const std::int64_t needed =
+        facts.source ? estimatedBytes(*facts.source, m_format, m_preset, m_seconds) : 0;
+    const bool isShort = facts.freeBytes && needed > *facts.freeBytes;
+    const Language language = m_context.state.language;
+    const auto size = [&](std::int64_t bytes) { return ExportWords::bytes(bytes, language); };
+
+    Controls::setRole(m_room, isShort ? Controls::TextRole::warning : Controls::TextRole::quiet);
+    if (!facts.freeBytes)
+        m_room->setText(m_context.text(ExportTexts::folderMissing).arg(QFileInfo(m_path).absolutePath()));
+    else if (isShort)
+        m_room->setText(m_context.text(ExportTexts::spaceShort).arg(size(needed), size(*facts.freeBytes)));
+    else if (needed > 0)
+        m_room->setText(m_context.text(ExportTexts::spaceLine).arg(size(needed), size(*facts.freeBytes)));
+    else
+        m_room->setText(m_context.text(ExportTexts::freeLine).arg(size(*facts.freeBytes)));
+}
+
+void DestinationRow::choose() {
+    const QString filter =
+        QStringLiteral("%1 (*.%2)").arg(m_context.text(ExportTexts::videoFile), fileExtension(m_format));
+    const auto chosen = m_context.dialogs.chooseFileToSave(
+        this, m_context.text(ExportTexts::chooseDestination), m_path, {filter});
+    if (!chosen)
+        return;
+    m_isProposed = false;
+    setPath(withExtension(*chosen, m_format));
+    // Whoever picks a file that is there was asked about it by the dialog.
+    m_isReplacingAgreed = m_path == *chosen && QFileInfo::exists(m_path);
+}
+
+bool DestinationRow::prepare() {
+    if (m_isProposed)
+        QDir().mkpath(QFileInfo(m_path).absolutePath());
+    if (m_isReplacingAgreed || !QFileInfo::exists(m_path))
+        return true;
+    return m_context.dialogs.confirm(
+        this, m_context.text(ExportTexts::replaceTitle),
+        m_context.text(ExportTexts::replaceMessage).arg(QFileInfo(m_path).fileName()),
+        m_context.text(ExportTexts::replaceConfirm), m_context.text(L10nKey::cancel));
+}
+
+}

@@ -1,0 +1,63 @@
+// Where the new video goes, and whether there is room for it.
+#pragma once
+
+#include "ui/common/BackgroundTask.h"
+#include "ui/common/UiContext.h"
+#include "ui/export/ExportFacts.h"
+#include "ui/style/Bindings.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+
+namespace pointloom {
+
+class DestinationRow : public QWidget {
+    Q_OBJECT
+
+public:
+    DestinationRow(const UiContext& context, QWidget* parent);
+
+    const QString& path() const { return m_path; }
+    /// A new file named after this moment.
+    void proposeNewFile();
+
+    /// Names the file anew and judges the room by it; `seconds` of video are written.
+    void setExport(ExportFormat format, ExportPreset preset, double seconds);
+
+    /// True when the file may be written: it is not there, or the person agrees that it is replaced. The
+    /// folder of a proposed file is made when it is missing.
+    bool prepare();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void build();
+    void bind();
+    void showWords();
+    void showPath();
+    void showRoom();
+    void choose();
+    void setPath(const QString& path);
+    void gather();
+
+    UiContext m_context;
+    QLabel* m_icon;
+    QLabel* m_heading;
+    QLabel* m_shownPath;
+    QLabel* m_room;
+    QPushButton* m_change;
+
+    QString m_path;
+    bool m_isProposed = true;         // the person did not choose another
+    bool m_isReplacingAgreed = false; // the person chose a file that was there
+    ExportFormat m_format = ExportFormat::h264;
+    ExportPreset m_preset = ExportPreset::original;
+    double m_seconds = 0;
+    std::optional<ExportFacts> m_facts; // absent until they are gathered
+    BackgroundTask<ExportFacts> m_gathering;
+    Bindings m_bindings; // ends first
+};
+
+}

@@ -1,0 +1,19 @@
+// What the disk has to say about an export: the source's rate and the room that is left.
+#pragma once
+
+#include "export/SizeEstimate.h"
+
+#include <optional>
+#include <QString>
+
+namespace pointloom {
+
+struct ExportFacts {
+    std::optional<SourceRate> source;      // absent when the video cannot be read
+    std::optional<std::int64_t> freeBytes; // where the output goes; absent when its folder is not there
+};
+
+/// Reads both files' surroundings: for a worker thread, as disks may sleep.
+ExportFacts gatherFacts(const QString& videoPath, const QString& outputPath);
+
+}

@@ -1,0 +1,206 @@
+#include "ui/export/ExportSheet.h"
+
+#include "persistence/ProjectExport.h"
+#include "persistence/ProjectSession.h"
+#include "ui/export/ExportTexts.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+
+#include <QHBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+using Stage = AppState::ExportStatus::Stage;
+
+constexpr QSize usualSize(960, 660);
+constexpr QSize smallestSize(700, 500);
+constexpr int optionsWidth = 344;
+
+}
+
+ExportSheet::ExportSheet(const UiContext& context, QWidget* parent)
+    : QDialog(parent)
+    , m_context(context)
+    , m_runner(context.state)
+    , m_title(Controls::label(Controls::TextRole::title, this))
+    , m_still(new StillView(this))
+    , m_summary(new ExportSummary(context, this))
+    , m_options(new ExportOptionsPanel(context, this))
+    , m_optionsArea(new QScrollArea(this))
+    , m_setup(nullptr)
+    , m_destination(new DestinationRow(context, this))
+    , m_cancel(Controls::button(Controls::ButtonKind::normal, this))
+    , m_start(Controls::button(Controls::ButtonKind::primary, this))
+    , m_stage(new ExportStage(context, m_runner, this)) {
+    m_context.state.exportStatus = AppState::ExportStatus{};
+    build();
+    bind();
+    m_destination->proposeNewFile();
+    updateExport();
+    m_start->setFocus();
+}
+
+void ExportSheet::build() {
+    m_optionsArea->setWidget(m_options);
+    m_optionsArea->setWidgetResizable(true);
+    m_optionsArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_optionsArea->setFixedWidth(optionsWidth);
+    m_optionsArea->setFocusPolicy(Qt::NoFocus);
+    m_still->setObjectName(QStringLiteral("still"));
+    m_setup = makeSetup();
+
+    auto* picture = new QVBoxLayout;
+    picture->setSpacing(Space::m);
+    picture->addWidget(m_still, 1);
+    picture->addWidget(m_summary);
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(Space::xl);
+    middle->addLayout(picture, 1);
+    middle->addWidget(m_optionsArea);
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(Space::xl, Space::l, Space::xl, Space::l);
+    whole->setSpacing(Space::m);
+    whole->addWidget(m_title);
+    whole->addLayout(middle, 1);
+    whole->addWidget(Controls::separator(Qt::Horizontal, this));
+    whole->addWidget(m_setup);
+    whole->addWidget(m_stage);
+    setMinimumSize(smallestSize);
+    resize(usualSize);
+}
+
+QWidget* ExportSheet::makeSetup() {
+    m_cancel->setObjectName(QStringLiteral("cancel"));
+    m_cancel->setAutoDefault(false);
+    m_start->setObjectName(QStringLiteral("startExport"));
+    m_start->setDefault(true);
+    auto* setup = new QWidget(this);
+    auto* row = new QHBoxLayout(setup);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Space::s);
+    row->addWidget(m_destination, 1);
+    row->addSpacing(Space::s);
+    row->addWidget(m_cancel);
+    row->addWidget(m_start);
+    return setup;
+}
+
+void ExportSheet::bind() {
+    AppState& state = m_context.state;
+    connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::updateExport);
+    connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::requestStill);
+    connect(m_options, &ExportOptionsPanel::formatChanged, this, &ExportSheet::updateExport);
+    connect(m_cancel, &QPushButton::clicked, this, &ExportSheet::reject);
+    connect(m_start, &QPushButton::clicked, this, &ExportSheet::start);
+    connect(m_stage, &ExportStage::cancelRequested, this, &ExportSheet::stop);
+    connect(m_stage, &ExportStage::retryRequested, this, &ExportSheet::start);
+    connect(m_stage, &ExportStage::optionsRequested, this, &ExportSheet::showOptions);
+    connect(m_stage, &ExportStage::closeRequested, this, &ExportSheet::reject);
+    connect(m_stage, &ExportStage::anotherRequested, this, [this] {
+        m_destination->proposeNewFile();
+        showOptions();
+    });
+    connect(&m_renderer, &StillRenderer::rendered, this, [this](const QImage& still) {
+        m_still->setBusyNote({});
+        m_still->setStill(still);
+    });
+    connect(&m_renderer, &StillRenderer::failed, this, [this](const QString& message) {
+        m_still->setBusyNote({});
+        m_still->setFault(message);
+    });
+    connect(&m_runner, &ExportRunner::finished, this, [this] {
+        if (m_closesWhenStopped)
+            QDialog::reject();
+    });
+    m_bindings.watch(state.language, [this] { showWords(); });
+    m_bindings.watch(state.exportStatus, [this] { showStage(); });
+    m_bindings.watchAll([this] { updateExport(); }, state.trimStart, state.trimEnd, state.videoDuration);
+    m_bindings.watchAll([this] { requestStill(); }, state.videoURL, state.currentTime, state.trimStart,
+                        state.trimEnd, state.watermarkURL, state.watermarkCorner, state.isLicensed,
+                        state.matchConfig, state.selectedTemplate, state.markers);
+}
+
+void ExportSheet::showWords() {
+    setWindowTitle(m_context.text(L10nKey::exportVideoTitle));
+    m_title->setText(m_context.text(L10nKey::exportVideoTitle));
+    m_cancel->setText(m_context.text(L10nKey::cancel));
+    m_start->setText(m_context.text(L10nKey::startExport));
+    m_still->setAccessibleName(m_context.text(ExportTexts::exportedFrame));
+}
+
+void ExportSheet::showStage() {
+    const bool isChoosing = m_context.state.exportStatus.value().stage == Stage::idle;
+    m_optionsArea->setVisible(isChoosing);
+    m_summary->setVisible(isChoosing);
+    m_setup->setVisible(isChoosing);
+    m_stage->setVisible(!isChoosing);
+    if (isChoosing)
+        m_start->setFocus();
+}
+
+void ExportSheet::showOptions() {
+    m_context.state.exportStatus = AppState::ExportStatus{};
+}
+
+void ExportSheet::updateExport() {
+    m_destination->setExport(m_options->format(), m_options->preset(),
+                             exportedRangeOf(m_context.state).length());
+}
+
+void ExportSheet::requestStill() {
+    const auto wanted = job();
+    m_start->setEnabled(wanted.has_value());
+    if (!wanted) {
+        m_still->setFault(m_context.text(ExportTexts::notReady));
+        return;
+    }
+    m_still->setBusyNote(m_context.text(L10nKey::generating));
+    m_renderer.request(*wanted, exportedRangeOf(m_context.state).nearest(m_context.state.currentTime),
+                       m_context.state.language);
+}
+
+std::optional<ExportJob> ExportSheet::job() const {
+    auto job = exportJobFor(projectFrom(m_context.state));
+    if (!job)
+        return std::nullopt;
+    job->overlay.isLicensed = m_context.state.isLicensed;
+    job->preset = m_options->preset();
+    job->format = m_options->format();
+    job->outputPath = m_destination->path();
+    return job;
+}
+
+void ExportSheet::start() {
+    const auto wanted = job();
+    if (!wanted || !m_destination->prepare())
+        return;
+    m_closesWhenStopped = false;
+    m_stage->setOutput(wanted->outputPath);
+    m_runner.start(*wanted);
+}
+
+void ExportSheet::stop() {
+    m_runner.cancel();
+    m_stage->showStopping();
+}
+
+void ExportSheet::reject() {
+    if (!m_runner.isRunning()) {
+        QDialog::reject();
+        return;
+    }
+    const bool agreed = m_context.dialogs.confirm(
+        this, m_context.text(ExportTexts::stopTitle), m_context.text(ExportTexts::stopMessage),
+        m_context.text(ExportTexts::stopConfirm), m_context.text(ExportTexts::keepExporting));
+    if (!agreed)
+        return;
+    if (!m_runner.isRunning()) { // it ended while the question stood: its result is worth a look
+        return;
+    }
+    m_closesWhenStopped = true;
+    stop();
+}
+
+}

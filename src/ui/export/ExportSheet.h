@@ -1,0 +1,61 @@
+// The export of the session's video: its choices, its progress, its result.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/export/DestinationRow.h"
+#include "ui/export/ExportOptionsPanel.h"
+#include "ui/export/ExportRunner.h"
+#include "ui/export/ExportStage.h"
+#include "ui/export/ExportSummary.h"
+#include "ui/export/StillRenderer.h"
+#include "ui/export/StillView.h"
+#include "ui/style/Bindings.h"
+
+#include <optional>
+#include <QDialog>
+#include <QScrollArea>
+
+namespace pointloom {
+
+/// Closing it while it exports asks, and stops the export when the person agrees. Destroying it stops the
+/// export without a question.
+class ExportSheet : public QDialog {
+    Q_OBJECT
+
+public:
+    ExportSheet(const UiContext& context, QWidget* parent);
+
+    bool isExporting() const { return m_runner.isRunning(); }
+    void reject() override;
+
+private:
+    void build();
+    QWidget* makeSetup();
+    void bind();
+    void showWords();
+    void showStage();
+    void showOptions();
+    void updateExport();
+    void requestStill();
+    std::optional<ExportJob> job() const;
+    void start();
+    void stop();
+
+    UiContext m_context;
+    ExportRunner m_runner;
+    StillRenderer m_renderer;
+    QLabel* m_title;
+    StillView* m_still;
+    ExportSummary* m_summary;
+    ExportOptionsPanel* m_options;
+    QScrollArea* m_optionsArea;
+    QWidget* m_setup; // destination and buttons, before an export
+    DestinationRow* m_destination;
+    QPushButton* m_cancel;
+    QPushButton* m_start;
+    ExportStage* m_stage;
+    bool m_closesWhenStopped = false;
+    Bindings m_bindings; // ends first
+};
+
+}

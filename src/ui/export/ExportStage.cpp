@@ -1,0 +1,160 @@
+#include "ui/export/ExportStage.h"
+
+#include "ui/export/ExportTexts.h"
+#include "ui/export/ExportWords.h"
+#include "ui/export/FileManager.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QUrl>
+
+namespace pointloom {
+
+namespace {
+
+constexpr int barSteps = 1000;
+constexpr int refreshInterval = 200; // milliseconds
+
+}
+
+ExportStage::ExportStage(const UiContext& context, const ExportRunner& runner, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_runner(runner)
+    , m_heading(Controls::label(Controls::TextRole::section, this))
+    , m_detail(Controls::label(Controls::TextRole::body, this))
+    , m_bar(new QProgressBar(this)) {
+    build();
+    bind();
+}
+
+void ExportStage::build() {
+    m_heading->setObjectName(QStringLiteral("stageHeading"));
+    m_detail->setObjectName(QStringLiteral("stageDetail"));
+    m_detail->setWordWrap(true);
+    m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_bar->setRange(0, barSteps);
+    m_bar->setTextVisible(false);
+
+    m_another = addButton("exportAnother", false, &ExportStage::anotherRequested);
+    m_options = addButton("changeOptions", false, &ExportStage::optionsRequested);
+    m_folder = addButton("showInFolder", false, &ExportStage::showInFolder);
+    m_play = addButton("play", false, &ExportStage::play);
+    m_cancel = addButton("cancelExport", false, &ExportStage::cancelRequested);
+    m_retry = addButton("retry", true, &ExportStage::retryRequested);
+    m_close = addButton("closeSheet", true, &ExportStage::closeRequested);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(Space::s);
+    buttons->addWidget(m_another);
+    buttons->addWidget(m_options);
+    buttons->addStretch();
+    for (QPushButton* button : {m_folder, m_play, m_cancel, m_retry, m_close})
+        buttons->addWidget(button);
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->setSpacing(Space::s);
+    whole->addWidget(m_heading);
+    whole->addWidget(m_bar);
+    whole->addWidget(m_detail);
+    whole->addLayout(buttons);
+}
+
+QPushButton* ExportStage::addButton(const char* name, bool isPrimary, void (ExportStage::*chosen)()) {
+    QPushButton* button =
+        Controls::button(isPrimary ? Controls::ButtonKind::primary : Controls::ButtonKind::normal, this);
+    button->setObjectName(QString::fromUtf8(name));
+    connect(button, &QPushButton::clicked, this, chosen);
+    return button;
+}
+
+void ExportStage::bind() {
+    AppState& state = m_context.state;
+    m_refresh.setInterval(refreshInterval);
+    connect(&m_refresh, &QTimer::timeout, this, &ExportStage::showProgress);
+    m_bindings.watch(state.language, [this] { showWords(); });
+    m_bindings.watchAll([this] { showStage(); }, state.exportStatus, state.language);
+}
+
+void ExportStage::setOutput(const QString& path) {
+    m_path = path;
+}
+
+void ExportStage::showWords() {
+    m_another->setText(m_context.text(ExportTexts::exportAnother));
+    m_options->setText(m_context.text(ExportTexts::changeOptions));
+    m_folder->setText(m_context.text(L10nKey::showInFinder));
+    m_play->setText(m_context.text(ExportTexts::play));
+    m_cancel->setText(m_context.text(L10nKey::cancel));
+    m_retry->setText(m_context.text(L10nKey::retry));
+    m_close->setText(m_context.text(L10nKey::done));
+    m_bar->setAccessibleName(m_context.text(ExportTexts::progressName));
+}
+
+void ExportStage::showStage() {
+    const AppState::ExportStatus status = m_context.state.exportStatus;
+    const bool isExporting = status.stage == Stage::exporting;
+    const bool isDone = status.stage == Stage::done;
+    const bool isFailed = status.stage == Stage::error;
+    m_bar->setVisible(isExporting);
+    m_cancel->setVisible(isExporting);
+    m_cancel->setEnabled(true);
+    for (QPushButton* button : {m_another, m_folder, m_play, m_close})
+        button->setVisible(isDone);
+    m_retry->setVisible(isFailed);
+    m_options->setVisible(isFailed);
+
+    Controls::setRole(m_heading, Controls::TextRole::section);
+    if (isExporting) {
+        m_heading->setText(m_context.text(L10nKey::exporting));
+        m_refresh.start();
+        showProgress();
+        m_cancel->setFocus();
+        return;
+    }
+    m_refresh.stop();
+    if (isDone) {
+        m_heading->setText(m_context.text(L10nKey::exportComplete));
+        m_detail->setText(QStringLiteral("%1 · %2").arg(
+            QFileInfo(m_path).fileName(),
+            ExportWords::bytes(QFileInfo(m_path).size(), m_context.state.language)));
+        m_close->setFocus();
+    } else if (isFailed) {
+        m_heading->setText(m_context.text(L10nKey::exportFailed));
+        m_detail->setText(status.message);
+        m_retry->setFocus();
+    }
+    m_detail->setAccessibleName(m_detail->text());
+}
+
+void ExportStage::showProgress() {
+    const ExportProgress progress = m_runner.progress();
+    m_bar->setValue(static_cast<int>(progress.fraction * barSteps));
+    if (m_runner.isStopping())
+        m_detail->setText(m_context.text(ExportTexts::stopping));
+    else if (progress.fraction <= 0)
+        m_detail->setText(m_context.text(ExportTexts::preparing));
+    else if (progress.fraction >= 1)
+        m_detail->setText(m_context.text(ExportTexts::finishing));
+    else
+        m_detail->setText(
+            ExportWords::progress(progress, m_runner.elapsedSeconds(), m_context.state.language));
+}
+
+void ExportStage::showStopping() {
+    m_cancel->setEnabled(false);
+    showProgress();
+}
+
+void ExportStage::play() {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(m_path));
+}
+
+void ExportStage::showInFolder() {
+    showInFileManager(m_path);
+}
+
+}

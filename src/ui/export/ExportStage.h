@@ -1,0 +1,63 @@
+// The lower part of the sheet while an export runs, and when it is over.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/export/ExportRunner.h"
+#include "ui/style/Bindings.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QWidget>
+
+namespace pointloom {
+
+class ExportStage : public QWidget {
+    Q_OBJECT
+
+public:
+    ExportStage(const UiContext& context, const ExportRunner& runner, QWidget* parent);
+
+    /// The file that is written.
+    void setOutput(const QString& path);
+    /// Shows that a wish to stop was heard.
+    void showStopping();
+
+Q_SIGNALS:
+    void cancelRequested();
+    void anotherRequested();
+    void optionsRequested();
+    void retryRequested();
+    void closeRequested();
+
+private:
+    using Stage = AppState::ExportStatus::Stage;
+
+    void build();
+    void bind();
+    QPushButton* addButton(const char* name, bool isPrimary, void (ExportStage::*chosen)());
+    void showWords();
+    void showStage();
+    void showProgress();
+    void play();
+    void showInFolder();
+
+    UiContext m_context;
+    const ExportRunner& m_runner;
+    QString m_path;
+    QLabel* m_heading;
+    QLabel* m_detail;
+    QProgressBar* m_bar;
+    QPushButton* m_another = nullptr;
+    QPushButton* m_options = nullptr;
+    QPushButton* m_folder = nullptr;
+    QPushButton* m_close = nullptr;
+    QPushButton* m_cancel = nullptr;
+    QPushButton* m_play = nullptr;
+    QPushButton* m_retry = nullptr;
+    QTimer m_refresh;
+    Bindings m_bindings; // ends first
+};
+
+}

@@ -1,0 +1,60 @@
+// What an export will hold, and what a person should know before it starts.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+
+namespace pointloom {
+
+/// The exported part of the session's clip, seconds from the start of the source.
+struct ExportedRange {
+    double start = 0;
+    double end = 0;
+
+    double length() const { return end - start; }
+    /// The place nearest to `time` whose frame is exported.
+    double nearest(double time) const;
+};
+
+ExportedRange exportedRangeOf(const AppState& state);
+
+class ExportSummary : public QWidget {
+    Q_OBJECT
+
+public:
+    ExportSummary(const UiContext& context, QWidget* parent);
+
+private:
+    struct Fact {
+        QLabel* name;
+        QLabel* value;
+    };
+    struct Notice {
+        QWidget* row;
+        QLabel* icon;
+        QLabel* text;
+    };
+
+    Fact makeFact();
+    Notice makeNotice();
+    void build();
+    void bind();
+    void showFacts();
+    void showNotices();
+
+    UiContext m_context;
+    Fact m_range;
+    Fact m_duration;
+    Fact m_markers;
+    Fact m_template;
+    Notice m_noMarkers;
+    Notice m_unlicensed;
+    QPushButton* m_licence;
+    Bindings m_bindings; // ends first
+};
+
+}

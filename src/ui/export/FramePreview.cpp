@@ -1,0 +1,172 @@
+#include "ui/export/FramePreview.h"
+
+#include "persistence/ProjectExport.h"
+#include "persistence/ProjectSession.h"
+#include "ui/export/ExportTexts.h"
+#include "ui/export/ExportWords.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QImageWriter>
+#include <QSaveFile>
+
+namespace pointloom {
+
+namespace {
+
+constexpr QSize usualSize(880, 600);
+constexpr QSize smallestSize(520, 380);
+
+// The file is whole or not there at all. Returns why it is not there.
+QString writePicture(const QImage& still, const QString& path) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    QImageWriter writer(&file, "png");
+    if (!writer.write(still))
+        return writer.errorString();
+    return file.commit() ? QString() : file.errorString();
+}
+
+}
+
+FramePreview::FramePreview(const UiContext& context, QWidget* parent)
+    : QDialog(parent)
+    , m_context(context)
+    , m_title(Controls::label(Controls::TextRole::title, this))
+    , m_facts(Controls::label(Controls::TextRole::quiet, this))
+    , m_area(new QScrollArea(this))
+    , m_still(new StillView(this))
+    , m_retry(Controls::button(Controls::ButtonKind::normal, this))
+    , m_actualSize(Controls::button(Controls::ButtonKind::normal, this))
+    , m_save(Controls::button(Controls::ButtonKind::normal, this))
+    , m_close(Controls::button(Controls::ButtonKind::primary, this)) {
+    build();
+    bind();
+    m_close->setFocus();
+}
+
+void FramePreview::build() {
+    m_still->setObjectName(QStringLiteral("still"));
+    m_retry->setObjectName(QStringLiteral("retry"));
+    m_actualSize->setObjectName(QStringLiteral("actualSize"));
+    m_save->setObjectName(QStringLiteral("savePicture"));
+    m_close->setObjectName(QStringLiteral("close"));
+    m_actualSize->setCheckable(true);
+    m_actualSize->setAutoDefault(false);
+    m_save->setAutoDefault(false);
+    m_close->setDefault(true);
+    m_area->setWidget(m_still);
+    m_area->setWidgetResizable(true);
+    m_area->setAlignment(Qt::AlignCenter);
+    m_area->setFocusPolicy(Qt::StrongFocus); // arrow keys move a large picture
+    m_retry->hide();
+
+    auto* heading = new QHBoxLayout;
+    heading->addWidget(m_title);
+    heading->addStretch();
+    heading->addWidget(m_facts, 0, Qt::AlignBottom);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(Space::s);
+    buttons->addWidget(m_actualSize);
+    buttons->addStretch();
+    buttons->addWidget(m_retry);
+    buttons->addWidget(m_save);
+    buttons->addWidget(m_close);
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(Space::xl, Space::l, Space::xl, Space::l);
+    whole->setSpacing(Space::m);
+    whole->addLayout(heading);
+    whole->addWidget(m_area, 1);
+    whole->addLayout(buttons);
+    setMinimumSize(smallestSize);
+    resize(usualSize);
+}
+
+void FramePreview::bind() {
+    AppState& state = m_context.state;
+    connect(m_actualSize, &QPushButton::toggled, this, &FramePreview::showZoom);
+    connect(m_save, &QPushButton::clicked, this, &FramePreview::save);
+    connect(m_close, &QPushButton::clicked, this, &QDialog::accept);
+    connect(m_retry, &QPushButton::clicked, this, &FramePreview::requestStill);
+    connect(&m_renderer, &StillRenderer::rendered, this, &FramePreview::showStill);
+    connect(&m_renderer, &StillRenderer::failed, this, &FramePreview::showFault);
+    m_bindings.watch(state.language, [this] { showWords(); });
+    m_bindings.watchAll([this] { requestStill(); }, state.currentTime, state.videoURL, state.isLicensed);
+}
+
+void FramePreview::showWords() {
+    setWindowTitle(m_context.text(L10nKey::framePreview));
+    m_title->setText(m_context.text(L10nKey::framePreview));
+    m_actualSize->setText(QStringLiteral("100 %"));
+    m_actualSize->setToolTip(m_context.text(ExportTexts::actualSize));
+    m_actualSize->setAccessibleName(m_context.text(ExportTexts::actualSize));
+    m_save->setText(m_context.text(ExportTexts::savePicture));
+    m_close->setText(m_context.text(ExportTexts::close));
+    m_retry->setText(m_context.text(L10nKey::retry));
+    m_still->setAccessibleName(m_context.text(ExportTexts::exportedFrame));
+}
+
+void FramePreview::showZoom(bool isActualSize) {
+    m_still->setActualSize(isActualSize);
+    m_still->setMinimumSize(isActualSize ? m_still->sizeHint() : QSize(0, 0));
+}
+
+void FramePreview::requestStill() {
+    m_save->setEnabled(false);
+    m_retry->hide();
+    m_facts->setText(ExportWords::place(m_context.state.currentTime));
+    auto job = exportJobFor(projectFrom(m_context.state));
+    if (!job) {
+        showFault(m_context.text(ExportTexts::notReady));
+        return;
+    }
+    job->overlay.isLicensed = m_context.state.isLicensed;
+    m_still->setFault({});
+    m_still->setBusyNote(m_context.text(L10nKey::generating));
+    m_renderer.request(*job, m_context.state.currentTime, m_context.state.language);
+}
+
+void FramePreview::showStill(const QImage& still) {
+    m_still->setBusyNote({});
+    m_still->setStill(still);
+    m_facts->setText(QStringLiteral("%1 · %2 × %3")
+                         .arg(ExportWords::place(m_context.state.currentTime))
+                         .arg(still.width())
+                         .arg(still.height()));
+    m_save->setEnabled(true);
+    showZoom(m_actualSize->isChecked());
+}
+
+void FramePreview::showFault(const QString& message) {
+    m_still->setBusyNote({});
+    m_still->setFault(message);
+    m_retry->setVisible(m_context.state.videoURL.value().has_value());
+}
+
+void FramePreview::save() {
+    const auto& video = m_context.state.videoURL.value();
+    const QString name =
+        QFileInfo(video ? video->toLocalFile() : QString()).completeBaseName() + QLatin1Char('_') +
+        ExportWords::place(m_context.state.currentTime).replace(QLatin1Char(':'), QLatin1Char('-')) +
+        QStringLiteral(".png");
+    const auto chosen = m_context.dialogs.chooseFileToSave(this, m_context.text(ExportTexts::savePicture),
+                                                           name, {QStringLiteral("PNG (*.png)")});
+    if (!chosen)
+        return;
+    const QString ending = QStringLiteral(".png");
+    const QString path = chosen->endsWith(ending, Qt::CaseInsensitive) ? *chosen : *chosen + ending;
+    m_save->setEnabled(false);
+    m_saving.start([still = m_still->still(), path] { return writePicture(still, path); },
+                   [this](const QString& fault) {
+                       m_save->setEnabled(true);
+                       if (!fault.isEmpty())
+                           m_context.dialogs.alert(
+                               this, m_context.text(L10nKey::framePreview),
+                               m_context.text(ExportTexts::couldNotSavePicture).arg(fault));
+                   });
+}
+
+}

@@ -1,0 +1,268 @@
+// The export sheet as a person uses it: by clicks and keys, to files that are decoded again.
+#include "ui/export/ExportSheet.h"
+
+#include "ExportScreen.h"
+#include "persistence/ProjectExport.h"
+#include "persistence/ProjectSession.h"
+
+#include <cmath>
+#include <QDesktopServices>
+#include <QDir>
+#include <QProgressBar>
+
+namespace pointloom {
+
+namespace {
+
+using test::click;
+using test::ExportScreen;
+using test::longest;
+using test::named;
+using Stage = AppState::ExportStatus::Stage;
+
+bool waitForStage(const ExportScreen& screen, Stage stage) {
+    return QTest::qWaitFor([&] { return screen.state.exportStatus.value().stage == stage; }, longest);
+}
+
+// The frame that the sheet shows once nothing newer is being made.
+QImage settledStill(ExportSheet& sheet, QSize size) {
+    const auto* view = named<StillView>(sheet, "still");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->still().size() == size; }, longest));
+    return view->still();
+}
+
+struct OpenSheet : ExportScreen {
+    explicit OpenSheet(double seconds = 2)
+        : ExportScreen(seconds)
+        , sheet(context, nullptr) {
+        test::show(sheet);
+        click(sheet, "changeDestination");
+    }
+
+    QString detail() { return named<QLabel>(sheet, "stageDetail")->text(); }
+
+    ExportSheet sheet;
+};
+
+// Mean difference of two pictures' channels, 0..255.
+double difference(const QImage& one, const QImage& other) {
+    double sum = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            const QRgb a = one.pixel(x, y);
+            const QRgb b = other.pixel(x, y);
+            sum +=
+                std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) + std::abs(qBlue(a) - qBlue(b));
+        }
+    }
+    return sum / (3.0 * one.width() * one.height());
+}
+
+QImage firstPicture(const QString& path, QSize size) {
+    const QByteArray bytes = test::firstPicture(path, QStringLiteral("rgb24"));
+    EXPECT_EQ(bytes.size(), qsizetype{3} * size.width() * size.height());
+    return QImage(reinterpret_cast<const uchar*>(bytes.constData()), size.width(), size.height(),
+                  3 * size.width(), QImage::Format_RGB888)
+        .copy();
+}
+
+TEST(ExportSheet, ClicksMakeAFileThatLooksLikeTheStill) {
+    OpenSheet open;
+    const QImage still = settledStill(open.sheet, {640, 360});
+    click(open.sheet, "startExport");
+    EXPECT_EQ(open.state.exportStatus.value().stage, Stage::exporting);
+    ASSERT_TRUE(waitForStage(open, Stage::done));
+    EXPECT_EQ(open.state.exportProgress.value(), 1.0);
+
+    const QImage exported = firstPicture(open.output, {640, 360});
+    const double scoreboard = difference(still, QImage(still.size(), QImage::Format_RGB32));
+    EXPECT_LT(difference(still, exported), 2.0) << "apart from what coding loses";
+    EXPECT_GT(difference(exported,
+                         [&] {
+                             QImage plain(still.size(), QImage::Format_RGB32);
+                             plain.fill(still.pixel(2, 2));
+                             return plain;
+                         }()),
+              2.0)
+        << "a scoreboard stands on the picture, " << scoreboard;
+    EXPECT_TRUE(open.detail().startsWith(QStringLiteral("result.mp4")));
+}
+
+TEST(ExportSheet, ChoicesByKeyboardShapeTheFile) {
+    OpenSheet open;
+    auto* original = named<QWidget>(open.sheet, "Original");
+    original->setFocus();
+    QTest::keyClick(original, Qt::Key_Down);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    const QImage upright = settledStill(open.sheet, {1080, 1920});
+    EXPECT_EQ(upright.pixelColor(540, 10), QColor(Qt::black)) << "bars above the picture";
+
+    auto* h264 = named<QWidget>(open.sheet, "H.264 (MP4)");
+    h264->setFocus();
+    QTest::keyClick(h264, Qt::Key_Down);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QTest::keyClick(named<QWidget>(open.sheet, "startExport"), Qt::Key_Space);
+    ASSERT_TRUE(waitForStage(open, Stage::done)) << open.detail().toStdString();
+    const auto video = test::probe(open.clips.path(QStringLiteral("result.mov")))["streams"][0];
+    EXPECT_EQ(video["codec_name"], "prores");
+    EXPECT_EQ(video["width"], 1080);
+    EXPECT_EQ(video["height"], 1920);
+}
+
+TEST(ExportSheet, CancelRemovesThePartialFileAndGoesBackToTheChoices) {
+    OpenSheet open(60);
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return open.state.exportProgress.value() > 0; }, longest));
+    EXPECT_TRUE(QFile::exists(open.output));
+    click(open.sheet, "cancelExport");
+    ASSERT_TRUE(waitForStage(open, Stage::idle));
+    EXPECT_FALSE(QFile::exists(open.output));
+    EXPECT_TRUE(named(open.sheet, "startExport")->isVisible());
+}
+
+TEST(ExportSheet, ClosingWhileExportingAsksAndStops) {
+    OpenSheet open(60);
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return open.state.exportProgress.value() > 0; }, longest));
+
+    open.dialogs.confirms = false;
+    open.dialogs.shown.clear();
+    QTest::keyClick(&open.sheet, Qt::Key_Escape);
+    EXPECT_EQ(open.dialogs.shown.value(0), QStringLiteral("Stop the Export?"));
+    EXPECT_TRUE(open.sheet.isVisible());
+    EXPECT_TRUE(open.sheet.isExporting());
+
+    open.dialogs.confirms = true;
+    open.sheet.close();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !open.sheet.isVisible(); }, longest));
+    EXPECT_FALSE(QFile::exists(open.output));
+    EXPECT_EQ(open.state.exportStatus.value().stage, Stage::idle);
+}
+
+TEST(ExportSheet, AVanishedVideoIsNamedAndRetryWorksOnceItIsBack) {
+    OpenSheet open;
+    const QString clip = open.state.videoURL.value()->toLocalFile();
+    settledStill(open.sheet, {640, 360});
+    ASSERT_TRUE(QFile::rename(clip, clip + QStringLiteral(".away")));
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::error));
+    EXPECT_TRUE(open.detail().contains(QStringLiteral("clip.mp4"))) << open.detail().toStdString();
+    EXPECT_FALSE(QFile::exists(open.output));
+
+    ASSERT_TRUE(QFile::rename(clip + QStringLiteral(".away"), clip));
+    click(open.sheet, "retry");
+    EXPECT_TRUE(waitForStage(open, Stage::done)) << open.detail().toStdString();
+}
+
+TEST(ExportSheet, AFolderThatIsNotThereIsNamed) {
+    ExportScreen screen;
+    screen.dialogs.fileToSave = screen.clips.path(QStringLiteral("nowhere/result.mp4"));
+    ExportSheet sheet(screen.context, nullptr);
+    test::show(sheet);
+    click(sheet, "changeDestination");
+    click(sheet, "startExport");
+    ASSERT_TRUE(waitForStage(screen, Stage::error));
+    EXPECT_TRUE(named<QLabel>(sheet, "stageDetail")->text().contains(QStringLiteral("nowhere")));
+
+    ASSERT_TRUE(QDir().mkpath(screen.clips.path(QStringLiteral("nowhere"))));
+    click(sheet, "retry");
+    EXPECT_TRUE(waitForStage(screen, Stage::done));
+}
+
+TEST(ExportSheet, AFileThatIsThereIsReplacedOnlyWhenThePersonAgrees) {
+    OpenSheet open;
+    open.clips.write(QStringLiteral("result.mp4"), "precious");
+    open.dialogs.confirms = false;
+    click(open.sheet, "startExport");
+    EXPECT_EQ(open.state.exportStatus.value().stage, Stage::idle);
+    EXPECT_EQ(test::readFile(open.output), "precious");
+
+    open.dialogs.confirms = true;
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::done));
+    EXPECT_NE(test::readFile(open.output), "precious");
+}
+
+TEST(ExportSheet, WarnsWithoutMarkersAndOffersTheLicence) {
+    OpenSheet open;
+    EXPECT_FALSE(named<QWidget>(open.sheet, "noMarkersNotice")->isVisible());
+    EXPECT_FALSE(named<QWidget>(open.sheet, "unlicensedNotice")->isVisible());
+
+    open.state.markers = std::vector<Marker>();
+    open.state.isLicensed = false;
+    EXPECT_TRUE(named<QWidget>(open.sheet, "noMarkersNotice")->isVisible());
+    EXPECT_TRUE(named<QWidget>(open.sheet, "unlicensedNotice")->isVisible());
+    click(open.sheet, "enterLicence");
+    EXPECT_TRUE(open.state.showLicenseSheet.value());
+}
+
+TEST(ExportSheet, AWatermarkIsChosenPlacedByKeysAndSeenInTheStill) {
+    OpenSheet open;
+    const QImage plain = settledStill(open.sheet, {640, 360});
+    QImage logo(40, 40, QImage::Format_RGB32);
+    logo.fill(Qt::red);
+    const QString path = open.clips.path(QStringLiteral("logo.png"));
+    ASSERT_TRUE(logo.save(path));
+    open.dialogs.fileToOpen = path;
+    click(open.sheet, "chooseWatermark");
+    auto* corner = named<QWidget>(open.sheet, "bottomRight");
+    corner->setFocus();
+    QTest::keyClick(corner, Qt::Key_Up);
+    EXPECT_EQ(open.state.watermarkCorner.value(), WatermarkCorner::topRight);
+    EXPECT_GT(open.store.saves, 0);
+    const auto* view = named<StillView>(open.sheet, "still");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->still().pixelColor(600, 40).red() > 200; }, longest));
+
+    click(open.sheet, "removeWatermark");
+    EXPECT_FALSE(open.state.watermarkURL.value().has_value());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->still() == plain; }, longest));
+}
+
+TEST(ExportSheet, TheStillIsTheExportsOwnWithinTheTrimmedRange) {
+    ExportScreen screen;
+    screen.state.trimStart = 1.0;
+    screen.state.currentTime = 0.2; // not exported: the nearest frame that is
+    ExportSheet sheet(screen.context, nullptr);
+    auto job = exportJobFor(projectFrom(screen.state)).value();
+    job.overlay.isLicensed = true;
+    EXPECT_EQ(settledStill(sheet, {640, 360}), ExportManager::renderStill(job, 1.0));
+}
+
+TEST(ExportSheet, SpeaksAnotherLanguageAtOnce) {
+    OpenSheet open;
+    open.state.language = Language::german;
+    EXPECT_EQ(named(open.sheet, "startExport")->text(), QStringLiteral("Export starten"));
+    EXPECT_EQ(named<QWidget>(open.sheet, "Original")->accessibleDescription(),
+              QStringLiteral("640 × 360\nWie gefilmt"));
+}
+
+class Opened : public QObject {
+    Q_OBJECT
+
+public:
+    Opened() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
+    ~Opened() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+
+    QList<QUrl> urls;
+
+public Q_SLOTS:
+    void open(const QUrl& url) { urls << url; }
+};
+
+TEST(ExportSheet, TheResultPlaysAndAnotherExportGetsAnotherName) {
+    OpenSheet open;
+    const Opened opened;
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::done));
+    click(open.sheet, "play");
+    EXPECT_EQ(opened.urls, QList{QUrl::fromLocalFile(open.output)});
+    click(open.sheet, "exportAnother");
+    EXPECT_TRUE(named(open.sheet, "startExport")->isVisible());
+    EXPECT_NE(named<QLabel>(open.sheet, "destination")->toolTip(), open.output);
+}
+
+}
+
+}
+
+#include "ExportSheetTest.moc"
