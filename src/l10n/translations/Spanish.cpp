@@ -107,7 +107,7 @@ constexpr Text list[] = {
     {helpStep0Detail,
      u"Selecciona el deporte que has grabado. Solo verás las plantillas disponibles para ese deporte."},
     {helpStep1, u"Paso 2 — Elige una plantilla"},
-    {helpStep1Detail, u"Escoge el estilo visual de tu marcador. Cada deporte ofrece varios estilos."},
+    {helpStep1Detail, u"Elige el estilo visual de tu marcador. Cada deporte ofrece varios estilos."},
     {helpStep2, u"Paso 3 — Configuración del partido"},
     {helpStep2Detail,
      u"Escribe los nombres de los jugadores, elige individuales o dobles e indica el número de sets."},

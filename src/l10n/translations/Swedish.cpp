@@ -47,7 +47,7 @@ constexpr Text list[] = {
     {egAlbaret, u"t.ex. Albaret"},
     {egNavorro, u"t.ex. Navorro"},
     {fillNamesToContinue, u"Fyll i alla spelares namn för att fortsätta"},
-    {logoOptional, u"Klubb- / turneringslogga (valfri)"},
+    {logoOptional, u"Klubb-/turneringslogga (valfri)"},
     {noLogo, u"Ingen logga vald"},
     {chooseLogo, u"Välj logga…"},
     {changeLogo, u"Byt…"},
@@ -64,7 +64,7 @@ constexpr Text list[] = {
     {couldNotReadMetadata, u"Kunde inte läsa videons metadata."},
     {sets, u"Set"},
     {setLabel, u"Set"},
-    {gameScore, u"Ställning i game"},
+    {gameScore, u"Ställning i gamet"},
     {serving, u"Servar"},
     {setServe, u"Ange serve"},
     {addMarker, u"Lägg till markör"},
@@ -123,7 +123,7 @@ constexpr Text list[] = {
     {helpTipsSection, u"Tips"},
     {helpTipsDetail,
      u"• M eller + — Lägg till markör vid aktuell tidpunkt\n"
-     u"• Mellanslag — Spela / Pausa\n"
+     u"• Mellanslag — Spela upp / Pausa\n"
      u"• ← → — Stega bildruta för bildruta\n"
      u"• ⌘⇧E — Exportera video\n"
      u"• Dra resultattavlan dit du vill ha den"},
