@@ -24,7 +24,7 @@ TEST(Json, DoublesAreWrittenAsShortAsReadsBackTheSame) {
 TEST(Json, NumbersThatJsonCannotHoldAreRefused) {
     EXPECT_THROW(json::encode(std::numeric_limits<double>::quiet_NaN()), json::EncodingError);
     EXPECT_THROW(json::encode(std::numeric_limits<double>::infinity()), json::EncodingError);
-    EXPECT_EQ(decodingFault<double>("1e999"), "a number is too large for JSON");
+    EXPECT_EQ(decodingFault<double>("1e999"), "a number is too large: 1e999");
 }
 
 TEST(Json, IntegersHave64BitsAndMayBeWrittenAsWholeNumbers) {
@@ -68,7 +68,18 @@ TEST(Json, FaultsInTheTextNameLineAndColumn) {
 TEST(Json, TextsAreBoundedInSizeAndDepth) {
     const QByteArray deep = QByteArray(100'000, '[') + QByteArray(100'000, ']');
     EXPECT_EQ(decodingFault<CutZone>(deep.constData()), "nested deeper than 32 levels");
+    EXPECT_EQ(decodeText<QString>(R"("[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[\"")").back(), u'"')
+        << "brackets in a text";
+    EXPECT_EQ(json::parse(R"({"a":[{}],"b\"[":[[]]})", {.depth = 3}).size(), 2U);
+    EXPECT_THROW(json::parse(R"({"a":[{}]})", {.depth = 2}), json::DecodingError);
     EXPECT_THROW(json::parse("[1,2,3]", {.bytes = 6}), json::DecodingError);
+}
+
+TEST(Json, LongListsAreReadInTimeThatGrowsAsTheirLength) {
+    // Quadratic time would take minutes here.
+    constexpr int count = 50'000;
+    const QByteArray text = '[' + QByteArray("{\"a\":[1]},").repeated(count) + "{}]";
+    EXPECT_EQ(json::parse(text).size(), count + 1U);
 }
 
 TEST(Json, MessagesStayOnOneLineAndBareOfTerminalCodes) {
