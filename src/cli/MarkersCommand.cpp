@@ -38,7 +38,7 @@ std::string asLine(const Marker& marker) {
     return QStringLiteral("%1 s  serving %2  game %3-%4  sets%5%6\n")
         .arg(QString::number(marker.startTime, 'f', 2).rightJustified(timeColumn))
         .arg(servingTeamOf(marker.score))
-        .arg(game1, game2, sets, marker.label ? QStringLiteral("  ") + *marker.label : QString())
+        .arg(game1, game2, sets, marker.label ? QStringLiteral("  ") + bareText(*marker.label) : QString())
         .toStdString();
 }
 

@@ -11,6 +11,11 @@ void sayOnStandardError(std::string_view message) {
     std::cerr << programName << ": " << json::printable(message, message.size()) << std::endl;
 }
 
+QString bareText(const QString& text) {
+    const std::string utf8 = text.toStdString();
+    return QString::fromStdString(json::printable(utf8, utf8.size()));
+}
+
 void say(const Remarks& remarks) {
     for (const QString& note : remarks.notes)
         sayOnStandardError("note: " + note.toStdString());

@@ -14,6 +14,9 @@ constexpr auto programName = "pointloom-cli";
 /// "pointloom-cli: " and the message; control characters are replaced.
 void sayOnStandardError(std::string_view message);
 
+/// `text` from a file made fit for a terminal: control characters, line breaks too, are replaced.
+QString bareText(const QString& text);
+
 /// What a person should know although the command goes on.
 struct Remarks {
     QStringList notes;    // what was settled for them

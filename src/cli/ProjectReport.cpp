@@ -1,6 +1,7 @@
 #include "cli/ProjectReport.h"
 
 #include "cli/FileLookup.h"
+#include "cli/Messages.h"
 #include "cli/ProjectInputs.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
@@ -11,6 +12,8 @@
 namespace pointloom::cli {
 
 namespace {
+
+constexpr QStringView videoRole = u"video";
 
 template <HasRawValues Enumeration>
 QString word(Enumeration value) {
@@ -30,7 +33,7 @@ void reportFile(ProjectReport& report, const QString& role, const QString& store
 
 void reportFiles(ProjectReport& report, const ProjectFile& project, const QString& projectPath) {
     if (project.videoPath)
-        reportFile(report, QStringLiteral("video"), *project.videoPath, projectPath);
+        reportFile(report, videoRole.toString(), *project.videoPath, projectPath);
     else
         report.unset += QStringLiteral("no video is chosen");
     if (project.matchConfig && project.matchConfig->logoURL) {
@@ -42,9 +45,19 @@ void reportFiles(ProjectReport& report, const ProjectFile& project, const QStrin
         reportFile(report, QStringLiteral("watermark"), *project.watermarkPath, projectPath);
 }
 
+void reportNumberOfSets(ProjectReport& report, const MatchConfig& config) {
+    const auto offered = numberOfSetsOptions(config.sport);
+    if (std::find(offered.begin(), offered.end(), config.numberOfSets) == offered.end())
+        report.warnings += QStringLiteral("%1 is not played over %2 sets")
+                               .arg(displayName(config.sport))
+                               .arg(config.numberOfSets);
+}
+
 void reportSettings(ProjectReport& report, const ProjectFile& project) {
     if (!project.matchConfig)
         report.unset += QStringLiteral("the match is not set up: no teams, no sets");
+    else
+        reportNumberOfSets(report, *project.matchConfig);
     if (!project.selectedTemplate)
         report.unset += QStringLiteral("no scoreboard template is chosen");
     if (project.trimEnd && *project.trimEnd <= project.trimStart)
@@ -118,7 +131,7 @@ QString reportText(const ProjectFile& project, const ProjectReport& report) {
     QString text;
     const auto line = [&](const QString& name, const QString& value) {
         constexpr int nameColumn = 12;
-        text += name.leftJustified(nameColumn) + value + u'\n';
+        text += name.leftJustified(nameColumn) + bareText(value) + u'\n';
     };
     if (const auto& config = project.matchConfig) {
         line(QStringLiteral("sport"), displayName(config->sport));
@@ -130,14 +143,15 @@ QString reportText(const ProjectFile& project, const ProjectReport& report) {
     if (project.selectedTemplate)
         line(QStringLiteral("template"), word(*project.selectedTemplate));
     line(QStringLiteral("markers"), QString::number(project.markers.size()));
-    for (const FileReport& file : report.files)
+    for (const FileReport& file : report.files) {
         line(file.role, file.foundPath.value_or(file.storedPath));
-    if (report.video)
-        line(QString(), QStringLiteral("%1 s, %2 x %3, %4")
-                            .arg(report.video->duration)
-                            .arg(report.video->width)
-                            .arg(report.video->height)
-                            .arg(report.video->codec));
+        if (file.role == videoRole && report.video)
+            line(QString(), QStringLiteral("%1 s, %2 x %3, %4")
+                                .arg(report.video->duration)
+                                .arg(report.video->width)
+                                .arg(report.video->height)
+                                .arg(report.video->codec));
+    }
     for (const QString& warning : report.warnings)
         line(QStringLiteral("warning"), warning);
     for (const QString& gap : report.unset)

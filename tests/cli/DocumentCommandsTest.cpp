@@ -45,6 +45,11 @@ TEST_F(MarkersCommandTest, ThePrintedSampleReadsBack) {
               "     45.00 s  serving 1  game 15-0  sets 6-3 0-0 0-0  Second set");
 }
 
+TEST_F(MarkersCommandTest, LabelsLeaveTheTerminalAlone) {
+    write(QStringLiteral("e.csv"), "1,\x1b[2Jx,1,0,0,0,0");
+    EXPECT_EQ(run("markers e.csv").out, "      1.00 s  serving 1  game 0-0  sets 0-0  ?[2Jx\n");
+}
+
 TEST_F(MarkersCommandTest, ATableWithoutMarkersIsAFault) {
     write(QStringLiteral("h.csv"), "startTime,label\nx,y\n");
     EXPECT_EQ(faultOf("markers h.csv --json"), "h.csv: no valid markers in 1 lines of data");
@@ -135,6 +140,17 @@ TEST_F(CheckCommandTest, SaysWhatIsMissing) {
     EXPECT_EQ(moved.at("missing").size(), 2U) << moved; // the watermark, and a video that cannot be read
     EXPECT_EQ(moved.at("missing")[0], "the watermark is missing: /nowhere/w.png");
     EXPECT_EQ(moved.at("missing")[1].get<std::string>().find("the video cannot be read: "), 0U);
+}
+
+TEST_F(CheckCommandTest, SaysOnOneLineEachWhatIsOddInADocument) {
+    ASSERT_EQ(run(newTennis).status, 0);
+    ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
+    project.matchConfig->team1.player1 = QStringLiteral("A\x1b[31m\nB");
+    project.matchConfig->numberOfSets = -5;
+    project.save(path(QStringLiteral("m.plp")));
+    const QString report = QString::fromUtf8(run("check m.plp").out);
+    EXPECT_TRUE(report.contains(u"match       A?[31m?B  -  ")) << report.toStdString();
+    EXPECT_TRUE(report.contains(u"warning     Tennis is not played over -5 sets\n")) << report.toStdString();
 }
 
 TEST_F(ScoreboardCommandTest, DrawsTheScoreOfAMoment) {
