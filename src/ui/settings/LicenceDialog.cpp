@@ -214,7 +214,7 @@ void LicenceDialog::follow() {
     const LicenceStatus status = m_sheet.status();
     const bool isWorking = m_sheet.isWorking();
     context().state.isLicensed = status.isLicensed();
-    show(status);
+    showState(status);
     m_entry->setVisible(!status.isLicensed() || isWorking);
     m_offline->setVisible(!status.isLicensed());
     m_entryField->setReadOnly(isWorking);
@@ -232,7 +232,7 @@ void LicenceDialog::follow() {
         Sheet::reject();
 }
 
-void LicenceDialog::show(const LicenceStatus& status) {
+void LicenceDialog::showState(const LicenceStatus& status) {
     const bool isGood = status.isLicensed();
     const bool isBad = !isGood && status.state != LicenceState::unlicensed;
     const ColorTokens& colors = tokens();

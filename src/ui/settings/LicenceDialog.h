@@ -28,7 +28,7 @@ private:
     QWidget* makeOffline();
     void putTextsIn();
     void follow();
-    void show(const LicenceStatus& status);
+    void showState(const LicenceStatus& status);
     void showOutcome();
     bool hasWholeKey() const;
 

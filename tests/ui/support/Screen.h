@@ -17,21 +17,28 @@ public:
     std::optional<QString> fileToOpen;
     std::optional<QString> fileToSave;
     bool confirms = true;
-    QStringList shown; // titles and messages
+    QStringList shown;    // titles and messages
+    QString proposedName; // by the last dialog that saves
+    QStringList filters;  // of the last dialog for a file
+    QStringList buttons;  // of the last question
 
-    std::optional<QString> chooseFileToOpen(QWidget*, const QString& title, const QStringList&) override {
+    std::optional<QString> chooseFileToOpen(QWidget*, const QString& title, const QStringList& given) override {
         shown << title;
+        filters = given;
         return fileToOpen;
     }
-    std::optional<QString> chooseFileToSave(QWidget*, const QString& title, const QString&,
-                                            const QStringList&) override {
+    std::optional<QString> chooseFileToSave(QWidget*, const QString& title, const QString& name,
+                                            const QStringList& given) override {
         shown << title;
+        proposedName = name;
+        filters = given;
         return fileToSave;
     }
     void alert(QWidget*, const QString& title, const QString& message) override { shown << title << message; }
-    bool confirm(QWidget*, const QString& title, const QString& message, const QString&,
-                 const QString&) override {
+    bool confirm(QWidget*, const QString& title, const QString& message, const QString& accept,
+                 const QString& refuse) override {
         shown << title << message;
+        buttons = {accept, refuse};
         return confirms;
     }
 };

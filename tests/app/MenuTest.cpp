@@ -1,0 +1,243 @@
+// Every command of the menus, with the dialogs answered by the test.
+#include "app/Shell.h"
+#include "persistence/CSVParser.h"
+#include "persistence/ProjectFile.h"
+#include "support/Sessions.h"
+#include "ui/settings/HelpDialog.h"
+#include "ui/settings/LicenceDialog.h"
+#include "ui/settings/PreferencesDialog.h"
+
+#include <QAction>
+#include <QFile>
+#include <QMenuBar>
+#include <QTest>
+
+namespace pointloom::test {
+namespace {
+
+using MenuTest = Shell;
+
+const Qt::KeyboardModifiers ctrl = Qt::ControlModifier;
+const Qt::KeyboardModifiers ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
+
+TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
+    EXPECT_EQ(titlesIn(QStringLiteral("&File")).join(u'|').toStdString(),
+              "New Session|Open Project…|Open Recent|Open Video…|-|Save Project|Save Project As…|"
+              "Export Video…|-|Quit");
+    EXPECT_EQ(titlesIn(QStringLiteral("&Edit")).join(u'|').toStdString(), "Undo|Redo|-|Preferences…");
+    EXPECT_EQ(titlesIn(QStringLiteral("&Help")).join(u'|').toStdString(),
+              "Help…|Download Sample CSV…|-|Licence…");
+}
+
+TEST_F(MenuTest, ShortcutsReachTheActionsThatAreThereAndNoOthers) {
+    QStringList called;
+    const auto record = [&called](const char* name) {
+        return [&called, name] { called << QString::fromUtf8(name); };
+    };
+    bridge = CommandBridge();
+    bridge.openVideo = record("openVideo");
+    bridge.exportVideo = record("exportVideo");
+    bridge.openProject = record("openProject");
+    bridge.saveProject = record("saveProject");
+    bridge.saveProjectAs = record("saveProjectAs");
+    bridge.showHelp = record("showHelp");
+    bridge.showPreferences = record("showPreferences");
+    QTest::keyClick(window.get(), Qt::Key_N, ctrl); // absent: nothing happens
+    QTest::keyClick(window.get(), Qt::Key_O, ctrl);
+    QTest::keyClick(window.get(), Qt::Key_E, ctrlShift);
+    QTest::keyClick(window.get(), Qt::Key_O, ctrlShift);
+    QTest::keyClick(window.get(), Qt::Key_S, ctrl);
+    QTest::keyClick(window.get(), Qt::Key_S, ctrlShift);
+    QTest::keyClick(window.get(), Qt::Key_Question, ctrl);
+    QTest::keyClick(window.get(), Qt::Key_F1);
+    QTest::keyClick(window.get(), Qt::Key_Comma, ctrl);
+    EXPECT_EQ(
+        called.join(u' ').toStdString(),
+        "openVideo exportVideo openProject saveProject saveProjectAs showHelp showHelp showPreferences");
+}
+
+TEST_F(MenuTest, NewSessionAsksBeforeItThrowsWorkAway) {
+    choose(QStringLiteral("New Session"));
+    EXPECT_TRUE(dialogs.shown.isEmpty()); // nothing to lose
+    configure();
+    state->addMarker(markerAt(3), undo.get());
+    dialogs.confirms = false;
+    choose(QStringLiteral("New Session"));
+    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Start over?"));
+    EXPECT_EQ(state->markers.value().size(), 3U);
+    dialogs.confirms = true;
+    choose(QStringLiteral("New Session"));
+    EXPECT_TRUE(state->markers.value().empty());
+    EXPECT_FALSE(action(QStringLiteral("Undo")).isEnabled());
+    EXPECT_FALSE(defaults.data(Persistence::sessionKey));
+}
+
+TEST_F(MenuTest, OpeningAProjectReadsItsVideoAndKeepsItsTrimAndPlace) {
+    state->addMarker(markerAt(9), undo.get());
+    dialogs.fileToOpen = makeProject(QStringLiteral("match.plp"), makeClip(QStringLiteral("match.mp4")));
+    choose(QStringLiteral("Open Project…"));
+    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Open Pointloom Project"));
+    EXPECT_EQ(dialogs.filters, QStringList{QStringLiteral("Pointloom (*.plp)")});
+    ASSERT_TRUE(eventually([this] { return state->videoDuration > 0; }));
+    EXPECT_EQ(state->step, 4);
+    EXPECT_EQ(state->videoWidth, 320);
+    EXPECT_EQ(state->trimStart, 0.5);
+    EXPECT_EQ(state->scoreboardPosition.value(), QPointF(0.5, 0.75));
+    EXPECT_EQ(state->currentProjectURL.value(), QUrl::fromLocalFile(*dialogs.fileToOpen));
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_FALSE(undo->canUndo().value());
+}
+
+TEST_F(MenuTest, OpeningAsksOnlyWhenWorkWouldBeLostAndCancellingKeepsTheSession) {
+    configure();
+    choose(QStringLiteral("Open Project…")); // cancelled in the file dialog
+    dialogs.fileToOpen = makeProject(QStringLiteral("match.plp"));
+    dialogs.confirms = false;
+    choose(QStringLiteral("Open Project…"));
+    EXPECT_EQ(dialogs.shown.value(2), QStringLiteral("Open another project?"));
+    EXPECT_EQ(state->selectedTemplate.value(), TemplateID::broadcast);
+    dialogs.confirms = true;
+    choose(QStringLiteral("Open Project…"));
+    EXPECT_EQ(state->selectedTemplate.value(), TemplateID::wimbledon);
+}
+
+TEST_F(MenuTest, AProjectThatCannotBeReadLeavesTheSessionAlone) {
+    configure();
+    dialogs.fileToOpen = folder.write(QStringLiteral("broken.plp"), "{}");
+    choose(QStringLiteral("Open Project…"));
+    EXPECT_TRUE(dialogs.shown.contains(QStringLiteral("Could not open project")));
+    EXPECT_TRUE(dialogs.shown.last().startsWith(QStringLiteral("broken.plp: ")));
+    EXPECT_EQ(state->markers.value().size(), 2U);
+    EXPECT_FALSE(state->currentProjectURL.value());
+}
+
+TEST_F(MenuTest, MissingFilesAreNamedAndTheRestOpens) {
+    ProjectFile project =
+        ProjectFile::load(makeProject(QStringLiteral("match.plp"), path(QStringLiteral("gone.mp4"))));
+    project.matchConfig->logoURL = QUrl::fromLocalFile(path(QStringLiteral("gone.png")));
+    project.save(path(QStringLiteral("match.plp")));
+    window->content().openFile(path(QStringLiteral("match.plp")));
+    EXPECT_EQ(dialogs.shown,
+              QStringList({QStringLiteral("Logo file not found"),
+                           QStringLiteral("The logo at %1 could not be found. Loading without logo.")
+                               .arg(path(QStringLiteral("gone.png"))),
+                           QStringLiteral("Video file not found"),
+                           QStringLiteral("The video at %1 could not be found. Please re-import it.")
+                               .arg(path(QStringLiteral("gone.mp4")))}));
+    EXPECT_EQ(state->step, 3);
+    EXPECT_FALSE(state->videoURL.value());
+    EXPECT_EQ(state->markers.value().size(), 1U);
+}
+
+TEST_F(MenuTest, SavingAsksForAPlaceOnce) {
+    configure();
+    choose(QStringLiteral("Save Project")); // cancelled
+    EXPECT_FALSE(state->currentProjectURL.value());
+    dialogs.fileToSave = path(QStringLiteral("mine"));
+    choose(QStringLiteral("Save Project"));
+    EXPECT_EQ(dialogs.proposedName, QStringLiteral("project.plp"));
+    EXPECT_EQ(dialogs.shown.last(), QStringLiteral("Save Pointloom Project"));
+    const QString saved = path(QStringLiteral("mine.plp"));
+    EXPECT_EQ(ProjectFile::load(saved).markers.size(), 2U);
+
+    state->addMarker(markerAt(7), undo.get());
+    dialogs.shown.clear();
+    choose(QStringLiteral("Save Project"));
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+    EXPECT_EQ(ProjectFile::load(saved).markers.size(), 3U);
+
+    dialogs.fileToSave = path(QStringLiteral("other.plp"));
+    choose(QStringLiteral("Save Project As…"));
+    EXPECT_EQ(state->currentProjectURL.value(), QUrl::fromLocalFile(*dialogs.fileToSave));
+}
+
+TEST_F(MenuTest, AProjectThatCannotBeWrittenIsNotTheCurrentOne) {
+    configure();
+    dialogs.fileToSave = path(QStringLiteral("nowhere/mine.plp"));
+    choose(QStringLiteral("Save Project As…"));
+    EXPECT_TRUE(dialogs.shown.contains(QStringLiteral("Could not save project")));
+    EXPECT_FALSE(state->currentProjectURL.value());
+    EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(MenuTest, TheSampleTableIsWrittenWhereAsked) {
+    dialogs.fileToSave = path(QStringLiteral("sample"));
+    choose(QStringLiteral("Download Sample CSV…"));
+    EXPECT_EQ(dialogs.shown, QStringList{QStringLiteral("Save Sample CSV")});
+    EXPECT_EQ(dialogs.proposedName, QStringLiteral("pointloom_sample.csv"));
+    EXPECT_EQ(readFile(path(QStringLiteral("sample.csv"))), CSVParser::sampleText().toUtf8());
+    dialogs.fileToSave = path(QStringLiteral("nowhere/sample.csv"));
+    choose(QStringLiteral("Download Sample CSV…"));
+    EXPECT_TRUE(dialogs.shown.contains(QStringLiteral("Could not save CSV")));
+}
+
+TEST_F(MenuTest, OpeningAVideoImportsItAndSaysWhyItCannot) {
+    configure();
+    dialogs.fileToOpen = makeClip(QStringLiteral("match.mp4"));
+    choose(QStringLiteral("Open Video…"));
+    ASSERT_TRUE(eventually([this] { return state->videoURL.value().has_value(); }));
+    EXPECT_EQ(state->step, 3); // where the wizard shows it
+    dialogs.fileToOpen = folder.write(QStringLiteral("broken.mp4"), "no video");
+    choose(QStringLiteral("Open Video…"));
+    ASSERT_TRUE(eventually([this] { return dialogs.shown.last().contains(QStringLiteral("broken.mp4")); }));
+    EXPECT_TRUE(state->videoURL.value()->path().endsWith(QStringLiteral("/match.mp4")));
+}
+
+TEST_F(MenuTest, AVideoStillBeingReadDoesNotArriveInAnotherSession) {
+    dialogs.fileToOpen = makeClip(QStringLiteral("match.mp4"));
+    choose(QStringLiteral("Open Video…"));
+    choose(QStringLiteral("New Session"));
+    QTest::qWait(300);
+    EXPECT_FALSE(state->videoURL.value());
+}
+
+TEST_F(MenuTest, UndoAndRedoNameWhatTheyDo) {
+    configure();
+    QTest::keyClick(window.get(), Qt::Key_Z, ctrl); // nothing to undo yet
+    state->addMarker(markerAt(7), undo.get());
+    EXPECT_TRUE(action(QStringLiteral("Undo Add Marker")).isEnabled());
+    QTest::keyClick(window.get(), Qt::Key_Z, ctrl);
+    EXPECT_EQ(timesOf(*state), (std::vector<double>{1, 2}));
+    EXPECT_FALSE(action(QStringLiteral("Undo")).isEnabled());
+    EXPECT_TRUE(action(QStringLiteral("Redo Add Marker")).isEnabled());
+    QTest::keyClick(window.get(), Qt::Key_Z, ctrlShift);
+    EXPECT_EQ(timesOf(*state), (std::vector<double>{1, 2, 7}));
+}
+
+TEST_F(MenuTest, RecentProjectsComeBackAtTheNextStart) {
+    makeProject(QStringLiteral("a.plp"));
+    makeProject(QStringLiteral("b.plp"));
+    for (const char* name : {"a.plp", "b.plp", "a.plp"})
+        window->content().openFile(path(QString::fromUtf8(name)));
+    start();
+    QMenu& recent = *action(QStringLiteral("Open Recent")).menu();
+    Q_EMIT recent.aboutToShow();
+    ASSERT_EQ(recent.actions().size(), 4); // both, a line, the clearing
+    EXPECT_EQ(recent.actions().at(0)->text(), QStringLiteral("a.plp"));
+    recent.actions().at(1)->trigger();
+    EXPECT_EQ(state->currentProjectURL.value(), QUrl::fromLocalFile(path(QStringLiteral("b.plp"))));
+    recent.actions().at(3)->trigger();
+    EXPECT_TRUE(window->content().documents().recentProjects().isEmpty());
+}
+
+TEST_F(MenuTest, SheetsOpenOnceAndComeAgain) {
+    choose(QStringLiteral("Help…"));
+    choose(QStringLiteral("Help…"));
+    EXPECT_EQ(window->findChildren<HelpDialog*>().size(), 1);
+    QTest::keyClick(sheet<HelpDialog>(), Qt::Key_Escape);
+    ASSERT_TRUE(eventually([this] { return !sheet<HelpDialog>(); }));
+    choose(QStringLiteral("Help…"));
+    EXPECT_TRUE(sheet<HelpDialog>());
+    sheet<HelpDialog>()->close();
+    choose(QStringLiteral("Preferences…"));
+    EXPECT_TRUE(sheet<PreferencesDialog>());
+    sheet<PreferencesDialog>()->close();
+    choose(QStringLiteral("Licence…"));
+    EXPECT_TRUE(sheet<LicenceDialog>());
+    EXPECT_TRUE(state->showLicenseSheet);
+    sheet<LicenceDialog>()->close();
+    EXPECT_FALSE(state->showLicenseSheet);
+}
+
+}
+}

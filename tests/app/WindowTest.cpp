@@ -1,0 +1,146 @@
+// The window around the screens: title, routing, what is dropped on it, closing.
+#include "app/FirstLanguage.h"
+#include "app/Shell.h"
+#include "support/Sessions.h"
+
+#include <QDialog>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTest>
+
+namespace pointloom::test {
+namespace {
+
+class WindowTest : public Shell {
+protected:
+    // Whether the window took it.
+    bool drop(const QString& file) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(file)});
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window.get(), &enter);
+        QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window.get(), &event);
+        QCoreApplication::processEvents();
+        return enter.isAccepted();
+    }
+
+    void expectTitle(const char* title, bool isModified) {
+        QCoreApplication::processEvents();
+        EXPECT_EQ(window->windowTitle(), QString::fromUtf8(title));
+        EXPECT_EQ(window->isWindowModified(), isModified);
+    }
+};
+
+TEST_F(WindowTest, TitleNamesTheDocumentAndMarksWhatItDoesNotHold) {
+    expectTitle("Pointloom", false);
+    configure();
+    expectTitle("Untitled[*] — Pointloom", true);
+    state->language = Language::german;
+    expectTitle("Unbenannt[*] — Pointloom", true);
+    window->content().openFile(makeProject(QStringLiteral("match.plp")));
+    expectTitle("match.plp[*] — Pointloom", false);
+    state->addMarker(markerAt(5), undo.get());
+    expectTitle("match.plp[*] — Pointloom", true);
+    undo->undo();
+    expectTitle("match.plp[*] — Pointloom", false);
+}
+
+TEST_F(WindowTest, StepsLeadToTheWizardOrTheEditor) {
+    QWidget* const wizard = window->content().currentWidget();
+    for (const int step : {1, 2, 3}) {
+        state->step = step;
+        EXPECT_EQ(window->content().currentWidget(), wizard);
+    }
+    for (const int step : {4, 9, -1}) {
+        state->step = 0;
+        state->step = step;
+        EXPECT_NE(window->content().currentWidget(), wizard) << step;
+    }
+}
+
+TEST_F(WindowTest, HoldsAtItsSmallestSizeInEveryLanguage) {
+    for (const Language language : allCases<Language>()) {
+        state->language = language;
+        for (int step = 0; step <= 4; ++step) {
+            state->step = step;
+            window->resize(1, 1);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(window->content().size(), QSize(760, 560)) << step;
+        }
+    }
+}
+
+TEST_F(WindowTest, FilesMayBeDropped) {
+    EXPECT_TRUE(drop(makeProject(QStringLiteral("match.plp"))));
+    EXPECT_EQ(state->selectedTemplate.value(), TemplateID::wimbledon);
+    EXPECT_TRUE(drop(makeClip(QStringLiteral("match.MP4"))));
+    ASSERT_TRUE(eventually([this] { return state->videoURL.value().has_value(); }));
+    EXPECT_FALSE(drop(folder.write(QStringLiteral("notes.txt"), "0:15")));
+    window->content().openFile(path(QStringLiteral("notes.txt"))); // as an argument
+    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Could not open file"));
+}
+
+TEST_F(WindowTest, AFileHandedOverWaitsForTheDialogThatIsOpen) {
+    QDialog question(window.get());
+    question.setModal(true);
+    question.show();
+    window->content().openFile(makeProject(QStringLiteral("match.plp")));
+    EXPECT_FALSE(state->selectedTemplate.value());
+    question.close();
+    EXPECT_TRUE(eventually([this] { return state->selectedTemplate.value().has_value(); }));
+}
+
+TEST_F(WindowTest, CrashConsentIsAskedOnce) {
+    for (const bool agrees : {true, false}) {
+        defaults.remove("crashConsentAsked");
+        dialogs.shown.clear();
+        dialogs.confirms = agrees;
+        start();
+        ASSERT_TRUE(eventually([this] { return !dialogs.shown.isEmpty(); }));
+        EXPECT_EQ(dialogs.shown,
+                  QStringList({QStringLiteral("Anonymous Crash Reports"),
+                               QStringLiteral("Pointloom can send anonymous crash reports to help "
+                                              "improve the app. No personal data is included.")}));
+        EXPECT_EQ(dialogs.buttons, QStringList({QStringLiteral("Enable"), QStringLiteral("No thanks")}));
+        EXPECT_EQ(defaults.boolean("crashReportingEnabled"), agrees);
+        start();
+        QTest::qWait(20);
+        EXPECT_EQ(dialogs.shown.size(), 2);
+    }
+}
+
+TEST_F(WindowTest, ClosingAsksOnlyWhileAnExportRuns) {
+    configure();
+    state->exportStatus = AppState::ExportStatus{AppState::ExportStatus::Stage::exporting, {}};
+    dialogs.confirms = false;
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Stop the export?"));
+    dialogs.confirms = true;
+    EXPECT_TRUE(window->close());
+    state->exportStatus = AppState::ExportStatus{};
+    window->show();
+    dialogs.shown.clear();
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+}
+
+TEST_F(WindowTest, TheNextStartHasTheSessionAndTheSizeOfTheLast) {
+    EXPECT_EQ(window->size(), QSize(900, 640));
+    configure();
+    window->resize(1000, 700);
+    window->close();
+    start();
+    EXPECT_EQ(window->size(), QSize(1000, 700));
+    EXPECT_EQ(state->markers.value().size(), 2U);
+    EXPECT_EQ(state->step, 0);
+}
+
+TEST(FirstLanguageTest, IsTheFirstOfTheDesktopsThatThereIs) {
+    EXPECT_EQ(firstLanguage({QStringLiteral("nl-NL"), QStringLiteral("de-AT")}), Language::german);
+    EXPECT_EQ(firstLanguage({QStringLiteral("pt_BR")}), Language::portuguese);
+    EXPECT_EQ(firstLanguage({QStringLiteral("C")}), Language::english);
+}
+
+}
+}

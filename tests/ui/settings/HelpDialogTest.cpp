@@ -1,0 +1,52 @@
+#include "ui/settings/HelpDialog.h"
+
+#include "ui/settings/ShortcutTable.h"
+#include "ui/support/Screen.h"
+
+#include <gtest/gtest.h>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+namespace pointloom::test {
+namespace {
+
+QStringList textsOf(const QWidget& widget) {
+    QStringList texts;
+    for (const QLabel* label : widget.findChildren<QLabel*>())
+        texts << label->text();
+    return texts;
+}
+
+TEST(HelpDialogTest, FollowsTheLanguageAndNamesThisDesktopsKeys) {
+    Screen screen;
+    HelpDialog help(screen.context, nullptr);
+    help.show();
+    EXPECT_TRUE(textsOf(help).contains(QStringLiteral("Step 1 — Choose a Sport")));
+    EXPECT_TRUE(textsOf(help).contains(QStringLiteral("Ctrl+Shift+E")));
+    screen.state.language = Language::german;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    const QStringList german = textsOf(help);
+    EXPECT_EQ(help.windowTitle(), QStringLiteral("Pointloom Hilfe"));
+    EXPECT_TRUE(german.contains(QStringLiteral("Strg+Umschalt+E")));
+    EXPECT_TRUE(german.contains(QStringLiteral("Leertaste")));
+    EXPECT_FALSE(german.contains(QStringLiteral("Ctrl+Shift+E")));
+    EXPECT_FALSE(german.join(u' ').contains(u'⌘'));
+}
+
+TEST(HelpDialogTest, EveryShortcutHasKeysAndAMeaningInEveryLanguage) {
+    for (const Language language : allCases<Language>()) {
+        for (const auto& [title, shortcuts] : shortcutGroups()) {
+            EXPECT_FALSE(t(language, title).isEmpty());
+            for (const Shortcut& shortcut : shortcuts) {
+                EXPECT_FALSE(t(language, shortcut.effect).isEmpty());
+                for (const QString& label : keyLabels(shortcut, language))
+                    EXPECT_FALSE(label.isEmpty() || label.contains(u'⌘') || label.contains(u'⇧'))
+                        << qPrintable(label);
+            }
+        }
+    }
+}
+
+}
+}

@@ -1,0 +1,69 @@
+#include "ui/settings/PreferencesDialog.h"
+
+#include "ui/settings/Preferences.h"
+#include "ui/support/Screen.h"
+
+#include <gtest/gtest.h>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QTest>
+
+namespace pointloom::test {
+namespace {
+
+class PreferencesDialogTest : public testing::Test {
+protected:
+    void open() {
+        m_dialog = std::make_unique<PreferencesDialog>(m_screen.context, nullptr);
+        m_dialog->show();
+    }
+    QComboBox& list(int number) { return *m_dialog->findChildren<QComboBox*>().at(number); }
+    QCheckBox& box(const char* name) { return *m_dialog->findChild<QCheckBox*>(QString::fromUtf8(name)); }
+
+    Screen m_screen;
+    std::unique_ptr<PreferencesDialog> m_dialog;
+};
+
+TEST_F(PreferencesDialogTest, ChoicesHoldAtOnceAndAtTheNextStart) {
+    open();
+    QTest::keyClick(&list(0), Qt::Key_Down); // French
+    EXPECT_EQ(m_screen.state.language.value(), Language::french);
+    EXPECT_EQ(m_screen.store.saves, 1);
+    EXPECT_EQ(m_dialog->windowTitle(), QStringLiteral("Préférences"));
+    QTest::keyClick(&list(1), Qt::Key_Down);
+    EXPECT_EQ(Theme::shared().choice(), ThemeChoice::light);
+    QTest::keyClick(&box("hardwareDecoding"), Qt::Key_Space);
+    QTest::keyClick(&box("crashReportingEnabled"), Qt::Key_Space);
+
+    open();
+    EXPECT_EQ(Preferences::theme(m_screen.defaults), ThemeChoice::light);
+    EXPECT_EQ(list(0).currentIndex(), 1);
+    EXPECT_EQ(list(1).currentIndex(), 1);
+    EXPECT_TRUE(box("hardwareDecoding").isChecked());
+    EXPECT_TRUE(m_screen.defaults.boolean("crashReportingEnabled"));
+    QTest::keyClick(&box("crashReportingEnabled"), Qt::Key_Space);
+    EXPECT_FALSE(m_screen.defaults.boolean("crashReportingEnabled"));
+}
+
+TEST_F(PreferencesDialogTest, WhatCannotBeKeptIsTold) {
+    m_screen.defaults = UserDefaults(QStringLiteral("/proc/nowhere/settings.conf"));
+    open();
+    QTest::keyClick(&box("hardwareDecoding"), Qt::Key_Space);
+    QStringList visible;
+    for (const QLabel* label : m_dialog->findChildren<QLabel*>()) {
+        if (label->isVisible())
+            visible << label->text();
+    }
+    EXPECT_TRUE(visible.join(u'\n').contains(QStringLiteral("This could not be kept: /proc/nowhere")));
+}
+
+TEST(PreferencesTest, SettingsOfAnotherVersionReadAsAtFirst) {
+    Screen screen;
+    screen.defaults.setData(Preferences::themeKey, "sepia");
+    EXPECT_EQ(Preferences::theme(screen.defaults), ThemeChoice::dark);
+}
+
+}
+}
