@@ -4,6 +4,9 @@
 #include "persistence/FileError.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/VideoImport.h"
+#include "ui/editor/EditorView.h"
+#include "ui/export/ExportSheet.h"
+#include "ui/export/FramePreview.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
 #include "ui/settings/PreferencesDialog.h"
@@ -86,7 +89,14 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Co
         connect(help, &HelpDialog::sampleRequested, &m_documents, &DocumentCommands::downloadSampleCSV);
         return help;
     });
-    bindSheet(showPreferencesSheet, [this] { return new PreferencesDialog(m_context, this); });
+    bindSheet(showPreferencesSheet, [this] {
+        auto* preferences = new PreferencesDialog(m_context, this);
+        connect(preferences, &PreferencesDialog::hardwareDecodingChosen, this, [this](bool isOn) {
+            if (m_editor)
+                m_editor->setHardwareDecoding(isOn);
+        });
+        return preferences;
+    });
     bindSheet(m_context.state.showLicenseSheet,
               [this] { return new LicenceDialog(m_context, m_licence, this); });
     m_bindings.watch(showCrashConsentDialog, [this] {
@@ -116,16 +126,20 @@ void TopLevelView::fillBridge() {
 void TopLevelView::route() {
     const int step = m_context.state.step;
     const bool isWizard = step >= 0 && step <= videoStep;
-    QWidget*& screen = isWizard ? m_wizard : m_editor;
-    if (!screen) {
-        screen = isWizard ? new QWidget(this) : makeEditor();
-        addWidget(screen);
-    }
-    setCurrentWidget(screen);
+    if (isWizard && !m_wizard)
+        addWidget(m_wizard = new QWidget(this));
+    if (!isWizard && !m_editor)
+        addWidget(m_editor = makeEditor());
+    setCurrentWidget(isWizard ? m_wizard : m_editor);
 }
 
-QWidget* TopLevelView::makeEditor() {
-    return new QWidget(this);
+EditorView* TopLevelView::makeEditor() {
+    auto* editor = new EditorView(m_context, this);
+    connect(editor, &EditorView::exportRequested, this, &TopLevelView::exportVideo);
+    connect(editor, &EditorView::previewFrameRequested, this,
+            [this] { openSheet(new FramePreview(m_context, this)); });
+    connect(editor, &EditorView::importRequested, this, &TopLevelView::chooseVideo);
+    return editor;
 }
 
 // A dialog that is there while `isShown` is true.
@@ -157,11 +171,14 @@ void TopLevelView::chooseVideo() {
 }
 
 void TopLevelView::importVideo(const QString& path) {
-    readVideo(path, [this] {
+    readVideo(path, [this, before = m_context.state.videoURL.value()] {
         AppState& state = m_context.state;
         // Where everything before is settled, the wizard shows what was imported.
         if (state.step < videoStep && state.selectedTemplate.value() && state.matchConfig.value())
             state.step = videoStep;
+        // The same name may stand for another file by now.
+        if (m_editor && state.videoURL.value() == before)
+            m_editor->reloadVideo();
     });
 }
 
@@ -210,6 +227,7 @@ void TopLevelView::exportVideo() {
     const AppState& state = m_context.state;
     if (!state.videoURL.value() || !state.matchConfig.value() || !state.selectedTemplate.value())
         return;
+    openSheet(new ExportSheet(m_context, this));
 }
 
 bool TopLevelView::mayClose() {

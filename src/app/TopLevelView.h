@@ -17,6 +17,7 @@ class QDialog;
 
 namespace pointloom {
 
+class EditorView;
 class LicenceManager;
 class VideoImport;
 
@@ -53,7 +54,7 @@ protected:
 private:
     void fillBridge();
     void route();
-    QWidget* makeEditor();
+    EditorView* makeEditor();
     void bindSheet(QProperty<bool>& isShown, std::function<QDialog*()> make);
     static void openSheet(QDialog* sheet);
 
@@ -61,7 +62,6 @@ private:
     void importVideo(const QString& path);
     void readVideo(const QString& path, const std::function<void()>& done);
     void exportVideo();
-    void previewFrame();
     void askForCrashConsent();
     void openWaitingFiles();
 
@@ -71,7 +71,7 @@ private:
     DocumentCommands m_documents;
     std::unique_ptr<VideoImport> m_import; // there while a video is being read
     QWidget* m_wizard = nullptr;           // each screen is made when it is first shown
-    QWidget* m_editor = nullptr;
+    EditorView* m_editor = nullptr;
     QStringList m_waitingFiles;
     Bindings m_bindings;
 };

@@ -104,17 +104,18 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
         grid->setHorizontalSpacing(Space::xl);
         grid->setVerticalSpacing(Space::s);
         grid->setColumnStretch(1, 1);
-        for (const auto& [groupTitle, shortcuts] : shortcutGroups()) {
+        for (const auto& [groupTitle, rows] : shortcutGroups()) {
             QLabel* groupHeading = Controls::label(Controls::TextRole::quiet, card);
             groupHeading->setText(context().text(groupTitle));
             if (grid->rowCount() > 1)
                 grid->setRowMinimumHeight(grid->rowCount(), Space::s);
             grid->addWidget(groupHeading, grid->rowCount(), 0, 1, 2);
-            for (const Shortcut& shortcut : shortcuts) {
+            for (const ShortcutRow& shortcut : rows) {
                 QLabel* effect = paragraph(card);
-                effect->setText(context().text(shortcut.effect));
+                effect->setText(context().text(shortcut.does));
                 const int row = grid->rowCount();
-                grid->addWidget(makeKeys(keyLabels(shortcut, context().state.language), card), row, 0);
+                grid->addWidget(makeKeys(keyLabels(shortcut, context().state.language), card), row, 0,
+                                Qt::AlignTop);
                 grid->addWidget(effect, row, 1);
             }
         }
@@ -133,7 +134,7 @@ QWidget* HelpDialog::makeKeys(const std::vector<QString>& labels, QWidget* paren
         key->setText(label);
         key->setAlignment(Qt::AlignCenter);
         key->setMinimumWidth(fontMetrics().lineSpacing() + Space::s);
-        layout->addWidget(key);
+        layout->addWidget(key, 0, Qt::AlignTop);
     }
     layout->addStretch();
     return row;

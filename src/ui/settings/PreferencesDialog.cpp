@@ -155,6 +155,8 @@ void PreferencesDialog::chooseTheme(int index) {
 }
 
 void PreferencesDialog::keep(std::string_view key, bool value) {
+    if (key == Preferences::hardwareDecodingKey)
+        Q_EMIT hardwareDecodingChosen(value);
     try {
         context().defaults.setBoolean(key, value);
     } catch (const FileError& error) {

@@ -14,8 +14,10 @@ class PreferencesDialog : public Sheet {
 public:
     PreferencesDialog(const UiContext& context, QWidget* parent);
 
+Q_SIGNALS:
+    void hardwareDecodingChosen(bool isOn);
+
 private:
-    void layOut();
     QWidget* makeAppearance();
     QWidget* makeSwitches();
     void addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key, const UiText& title,

@@ -1,28 +1,22 @@
 // Every keyboard shortcut, for the help.
 #pragma once
 
-#include "l10n/UiText.h"
+#include "ui/editor/Shortcuts.h"
 
 #include <span>
 #include <vector>
 
 namespace pointloom {
 
-struct Shortcut {
-    /// Alternatives parted by blanks; "⌘" and "⇧" stand for this desktop's keys, "Space" and "Delete" for
-    /// the names of these keys in the language.
-    const char* keys;
-    UiText effect;
-};
-
 struct ShortcutGroup {
     UiText title;
-    std::span<const Shortcut> shortcuts;
+    std::span<const ShortcutRow> rows;
 };
 
+/// The editor's, then the menu's.
 std::span<const ShortcutGroup> shortcutGroups();
 
-/// The alternatives of `shortcut` as the keys are labelled.
-std::vector<QString> keyLabels(const Shortcut& shortcut, Language language);
+/// The keys of a row one by one, as they are labelled.
+std::vector<QString> keyLabels(const ShortcutRow& row, Language language);
 
 }

@@ -36,11 +36,11 @@ TEST(HelpDialogTest, FollowsTheLanguageAndNamesThisDesktopsKeys) {
 
 TEST(HelpDialogTest, EveryShortcutHasKeysAndAMeaningInEveryLanguage) {
     for (const Language language : allCases<Language>()) {
-        for (const auto& [title, shortcuts] : shortcutGroups()) {
+        for (const auto& [title, rows] : shortcutGroups()) {
             EXPECT_FALSE(t(language, title).isEmpty());
-            for (const Shortcut& shortcut : shortcuts) {
-                EXPECT_FALSE(t(language, shortcut.effect).isEmpty());
-                for (const QString& label : keyLabels(shortcut, language))
+            for (const ShortcutRow& row : rows) {
+                EXPECT_FALSE(t(language, row.does).isEmpty());
+                for (const QString& label : keyLabels(row, language))
                     EXPECT_FALSE(label.isEmpty() || label.contains(u'⌘') || label.contains(u'⇧'))
                         << qPrintable(label);
             }
