@@ -16,5 +16,6 @@ std::unique_ptr<Command> makeNewCommand(CLI::App& root);
 std::unique_ptr<Command> makeCheckCommand(CLI::App& root);
 std::unique_ptr<Command> makeLicenceCommand(CLI::App& root);
 std::unique_ptr<Command> makeCompletionCommand(CLI::App& root);
+std::unique_ptr<Command> makeManualCommand(CLI::App& root);
 
 }

@@ -21,12 +21,13 @@ private:
 CompletionCommand::CompletionCommand(CLI::App& subcommand, const CLI::App& root)
     : Command(subcommand)
     , m_root(root) {
-    limitChoices(app().add_option("shell", m_shell, "The shell"), {"bash"})->required();
+    limitChoices(app().add_option("shell", m_shell, "The shell"), {"bash", "fish", "zsh"})->required();
     app().footer("Example:\n  source <(pointloom-cli completion bash)");
 }
 
 ExitStatus CompletionCommand::run() {
-    print(bashCompletion(m_root, programName));
+    const auto write = m_shell == "bash" ? bashCompletion : m_shell == "zsh" ? zshCompletion : fishCompletion;
+    print(write(m_root, programName));
     return ExitStatus::done;
 }
 

@@ -6,8 +6,10 @@
 
 namespace pointloom::cli {
 
-/// A bash script that completes subcommands, options, the words and files that options take, and positional
+/// Scripts that complete subcommands, options, the words and files that options take, and positional
 /// arguments. Options without a help group stay hidden.
 std::string bashCompletion(const CLI::App& root, const std::string& program);
+std::string zshCompletion(const CLI::App& root, const std::string& program);
+std::string fishCompletion(const CLI::App& root, const std::string& program);
 
 }

@@ -25,6 +25,7 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& root) {
     commands.push_back(makeMarkersCommand(root));
     commands.push_back(makeLicenceCommand(root));
     commands.push_back(makeCompletionCommand(root));
+    commands.push_back(makeManualCommand(root));
     return commands;
 }
 

@@ -53,7 +53,7 @@ TEST_F(CompletionTest, OffersCommandsOptionsAndTheirValues) {
     EXPECT_EQ(offers("export m.plp --format = he"), words("hevc")) << "bash splits at the equals sign";
     EXPECT_EQ(offers("new --template squ"), words("squashCourt squashDark squashNeon squashMinimal"));
     EXPECT_EQ(offers("new --team1 "), QStringList()) << "names cannot be foretold";
-    EXPECT_EQ(offers("completion "), words("bash"));
+    EXPECT_EQ(offers("completion "), words("bash fish zsh"));
 }
 
 TEST_F(CompletionTest, OffersFilesOfTheRightKind) {
@@ -74,6 +74,25 @@ TEST_F(CompletionTest, KnowsExactlyTheOptionsThatHelpShows) {
             EXPECT_TRUE(help.contains(option.toUtf8())) << command << ' ' << option.toStdString();
         EXPECT_FALSE(offered.contains(QStringLiteral("--encoder-preset")));
     }
+}
+
+// Other shells and the manual are written from the same description; what they say is held to help.
+TEST_F(CompletionTest, EveryShellAndTheManualNameEveryOption) {
+    const QByteArray zsh = run("completion zsh").out;
+    const QByteArray fish = run("completion fish").out;
+    QByteArray manual = run("manual").out;
+    manual.replace("\\-", "-");
+    EXPECT_TRUE(zsh.startsWith("#compdef pointloom-cli"));
+    EXPECT_TRUE(manual.startsWith(".TH POINTLOOM-CLI 1"));
+    for (const char* command : {"export", "still", "scoreboard", "templates", "markers", "new", "check"}) {
+        for (const QString& option : offers({QString::fromLatin1(command), QStringLiteral("--")})) {
+            const QByteArray name = option.toUtf8();
+            EXPECT_TRUE(zsh.contains(name)) << command << ' ' << name.constData();
+            EXPECT_TRUE(fish.contains("-l " + name.mid(2) + ' ')) << command << ' ' << name.constData();
+            EXPECT_TRUE(manual.contains(name)) << command << ' ' << name.constData();
+        }
+    }
+    EXPECT_FALSE(zsh.contains("encoder-preset") || fish.contains("encoder-preset") || manual.contains("encoder-preset"));
 }
 
 }

@@ -1,7 +1,5 @@
+#include "cli/ArgumentOffers.h"
 #include "cli/CompletionScript.h"
-
-#include "cli/Arguments.h"
-#include "render/TemplateID.h"
 
 #include <algorithm>
 #include <sstream>
@@ -48,36 +46,17 @@ constexpr auto scriptTail = R"(    esac
 complete -F _POINTLOOM_ POINTLOOM
 )";
 
-// An option without a help group is hidden.
-bool isShown(const CLI::Option* option) {
-    return !option->get_group().empty();
-}
-
-std::vector<std::string> namesOf(const CLI::Option* option) {
-    std::vector<std::string> names;
-    for (const std::string& name : option->get_snames())
-        names.push_back('-' + name);
-    for (const std::string& name : option->get_lnames())
-        names.push_back("--" + name);
-    return names;
-}
-
 std::string offerWords(const std::vector<std::string>& words) {
-    return "_POINTLOOM__words '" + CLI::detail::join(words, " ") + '\'';
+    return "_POINTLOOM__words '" + joined(words) + '\'';
 }
 
-// What may follow an option is told by the placeholder that help shows.
-std::string offerFor(const CLI::Option* option) {
-    const std::string placeholder = option->get_type_name();
-    if (placeholder.starts_with('{'))
-        return offerWords(CLI::detail::split(placeholder.substr(1, placeholder.size() - 2), ','));
-    if (placeholder == templatePlaceholder)
-        return offerWords(rawValues<TemplateID>());
-    for (const FileKind* kind : fileKinds()) {
-        if (placeholder == kind->placeholder)
-            return "_POINTLOOM__files '" + CLI::detail::join(kind->extensions, " ") + '\'';
-    }
-    return ":"; // numbers and names cannot be foretold
+std::string shellOffer(const CLI::Option& option) {
+    const ArgumentOffer offer = offerFor(option);
+    if (!offer.words.empty())
+        return offerWords(offer.words);
+    if (!offer.extensions.empty())
+        return "_POINTLOOM__files '" + joined(offer.extensions) + '\'';
+    return ":";
 }
 
 // One case for each option that takes a value; then the options, after a dash; else what stands alone.
@@ -85,19 +64,16 @@ void writeCase(std::ostream& script, const CLI::App& app, const std::string& lab
     std::vector<std::string> optionNames;
     std::string alone = ":";
     script << "    " << label << ")\n        case $previous in\n";
-    for (const CLI::Option* option : app.get_options()) {
-        if (!isShown(option))
-            continue;
-        const auto names = namesOf(option);
+    for (const CLI::Option* option : shownOptions(app)) {
+        const auto names = namesOf(*option);
         if (names.empty())
-            alone = offerFor(option);
-        else if (option->get_expected_max() > 0) // no flag
-            script << "        " << CLI::detail::join(names, "|") << ") " << offerFor(option)
-                   << "; return ;;\n";
+            alone = shellOffer(*option);
+        else if (takesValue(*option))
+            script << "        " << joined(names, "|") << ") " << shellOffer(*option) << "; return ;;\n";
         optionNames.insert(optionNames.end(), names.begin(), names.end());
     }
     std::vector<std::string> subcommandNames;
-    for (const CLI::App* subcommand : app.get_subcommands({}))
+    for (const CLI::App* subcommand : subcommandsOf(app))
         subcommandNames.push_back(subcommand->get_name());
     if (!subcommandNames.empty())
         alone = offerWords(subcommandNames);
@@ -106,18 +82,13 @@ void writeCase(std::ostream& script, const CLI::App& app, const std::string& lab
            << "; fi ;;\n";
 }
 
-void replaceAll(std::string& text, std::string_view from, std::string_view to) {
-    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-        text.replace(at, from.size(), to);
-}
-
 }
 
 std::string bashCompletion(const CLI::App& root, const std::string& program) {
     std::ostringstream script;
     script << scriptHead;
     writeCase(script, root, "''");
-    for (const CLI::App* subcommand : root.get_subcommands({}))
+    for (const CLI::App* subcommand : subcommandsOf(root))
         writeCase(script, *subcommand, subcommand->get_name());
     script << scriptTail;
 
