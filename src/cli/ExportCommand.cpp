@@ -6,6 +6,8 @@
 #include "cli/Messages.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
+#include "export/Chapters.h"
+#include "media/MediaInfo.h"
 
 #include <array>
 #include <utility>
@@ -54,6 +56,7 @@ public:
 
 private:
     ExportRequest request() const;
+    static ExitStatus printChapters(const ExportJob& job);
 
     std::string m_project;
     std::string m_output;
@@ -65,6 +68,8 @@ private:
     std::optional<std::string> m_watermark;
     std::string m_watermarkCorner;
     std::string m_progress = "auto";
+    bool m_withoutChapters = false;
+    bool m_chaptersText = false;
     std::string m_encoderPreset;
 };
 
@@ -85,6 +90,9 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
                   "Logo in a corner, in place of the project's");
     limitChoices(app().add_option("--watermark-corner", m_watermarkCorner, "Its corner"),
                  rawValues<WatermarkCorner>());
+    app().add_flag("--no-chapters", m_withoutChapters, "Do not make chapters of labelled markers");
+    app().add_flag("--chapters-text", m_chaptersText,
+                   "Print the chapters as video sites take them, and export nothing");
     limitChoices(
         app().add_option("--progress", m_progress, "How to show progress; auto: a bar on a terminal"),
         rawValues<ProgressMode>())
@@ -109,11 +117,23 @@ ExportRequest ExportCommand::request() const {
     return request;
 }
 
+ExitStatus ExportCommand::printChapters(const ExportJob& job) {
+    const double end = job.trimEnd ? *job.trimEnd : media::readMediaInfo(job.videoPath).duration;
+    const auto chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, end);
+    if (chapters.empty())
+        throw CommandError("no marker of the project has a label, so there are no chapters");
+    print(chapterList(chapters).toStdString());
+    return ExitStatus::done;
+}
+
 ExitStatus ExportCommand::run() {
     const QString projectPath = toText(m_project);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
+    inputs.job.withChapters = !m_withoutChapters;
     const ExportJob& job = inputs.job;
+    if (m_chaptersText)
+        return printChapters(job);
     requireUsableOutput(job.outputPath, inputFiles(job, projectPath));
 
     const CancelOnSignal cancellation;

@@ -1,6 +1,7 @@
 #include "export/ExportManager.h"
 
 #include "crash/CrashReporter.h"
+#include "export/Chapters.h"
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
 #include "export/PictureLayout.h"
@@ -83,6 +84,7 @@ struct Plan {
     TrimRange range;
     double frameRate = 30;
     std::int64_t expectedFrames = 1;
+    std::vector<media::Chapter> chapters;
 };
 
 Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
@@ -93,10 +95,13 @@ Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
             codecOf(job.format),
             track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color})),
         .range = TrimRange(job.trimStart, job.trimEnd),
+        .chapters = {},
     };
     if (track.frameRate.value() > 0)
         plan.frameRate = track.frameRate.value();
     const double length = job.trimEnd.value_or(info.duration) - job.trimStart;
+    if (job.withChapters)
+        plan.chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, job.trimStart + length);
     plan.expectedFrames = std::max<std::int64_t>(1, static_cast<std::int64_t>(length * plan.frameRate));
     return plan;
 }
@@ -133,7 +138,7 @@ MediaWriter openWriter(const ExportJob& job, const Plan& plan, const media::Vide
         .encoderPreset = job.encoderPreset,
     };
     try {
-        return MediaWriter::create(job.outputPath, settings, withAudio);
+        return MediaWriter::create(job.outputPath, settings, withAudio, plan.chapters);
     } catch (const MediaError& error) {
         throw failure("Writer failed: ", error);
     }

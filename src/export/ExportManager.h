@@ -38,6 +38,7 @@ struct ExportJob {
     double trimStart = 0;          // seconds of the source's timeline
     std::optional<double> trimEnd; // none: to the end of the video
     std::string encoderPreset;     // of x264 or x265; empty for the encoder's default
+    bool withChapters = true;      // labelled markers become chapters
 };
 
 struct ExportProgress {

@@ -10,11 +10,14 @@ struct MediaWriter::State {
     VideoEncoder video;
     std::optional<AudioEncoder> audio;
 
-    State(const QString& path, const VideoSettings& settings, bool withAudio)
+    State(const QString& path, const VideoSettings& settings, bool withAudio,
+          const std::vector<Chapter>& chapters)
         : file(path, settings.codec == VideoCodec::prores ? "mov" : "mp4")
         , video(file, settings) {
         if (withAudio)
             addAudio();
+        for (const Chapter& chapter : chapters)
+            file.addChapter(chapter);
         file.writeHeader(settings.timeBase);
     }
 
@@ -33,8 +36,9 @@ MediaWriter::MediaWriter(MediaWriter&&) noexcept = default;
 MediaWriter& MediaWriter::operator=(MediaWriter&&) noexcept = default;
 MediaWriter::~MediaWriter() = default;
 
-MediaWriter MediaWriter::create(const QString& path, const VideoSettings& video, bool withAudio) {
-    return MediaWriter(std::make_unique<State>(path, video, withAudio));
+MediaWriter MediaWriter::create(const QString& path, const VideoSettings& video, bool withAudio,
+                                const std::vector<Chapter>& chapters) {
+    return MediaWriter(std::make_unique<State>(path, video, withAudio, chapters));
 }
 
 bool MediaWriter::hasAudio() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "media/AudioReader.h"
+#include "media/Chapter.h"
 #include "media/FrameFormat.h"
 #include "media/VideoFrame.h"
 
@@ -10,6 +11,7 @@
 #include <QSize>
 #include <QString>
 #include <string>
+#include <vector>
 
 namespace pointloom::media {
 
@@ -35,7 +37,8 @@ FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
 class MediaWriter {
 public:
     /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false.
-    static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio);
+    static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio,
+                              const std::vector<Chapter>& chapters = {});
 
     MediaWriter(MediaWriter&&) noexcept;
     MediaWriter& operator=(MediaWriter&&) noexcept;

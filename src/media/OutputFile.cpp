@@ -2,6 +2,7 @@
 
 #include "media/FFmpegError.h"
 
+#include <cmath>
 #include <QFile>
 
 namespace pointloom::media {
@@ -48,6 +49,27 @@ AVStream& OutputFile::addTrack(const AVCodecContext& encoder) {
     track->avg_frame_rate = encoder.framerate;
     track->sample_aspect_ratio = encoder.sample_aspect_ratio;
     return *track;
+}
+
+// FFmpeg has no public function that adds one: its list of chapters is filled by hand.
+void OutputFile::addChapter(const Chapter& chapter) {
+    constexpr int ticks = 1000; // a second
+    auto* added = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
+    if (added == nullptr)
+        throw MediaError("out of memory");
+    added->id = m_context->nb_chapters;
+    added->time_base = {1, ticks};
+    added->start = std::llround(chapter.start * ticks);
+    added->end = std::llround(chapter.end * ticks);
+    av_dict_set(&added->metadata, "title", chapter.title.toUtf8().constData(), 0);
+    int count = static_cast<int>(m_context->nb_chapters);
+    const int result = av_dynarray_add_nofree(&m_context->chapters, &count, added);
+    if (result < 0) {
+        av_dict_free(&added->metadata);
+        av_free(added);
+        check(result, "a chapter could not be added");
+    }
+    m_context->nb_chapters = static_cast<unsigned>(count);
 }
 
 void OutputFile::writeHeader(Rational videoTimeBase) {

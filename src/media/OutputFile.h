@@ -1,6 +1,7 @@
 // The file that a MediaWriter fills: container, tracks, interleaving.
 #pragma once
 
+#include "media/Chapter.h"
 #include "media/FFmpegHandles.h"
 
 #include <QString>
@@ -19,6 +20,9 @@ public:
     AVStream& addTrack(const AVCodecContext& encoder);
 
     bool wantsGlobalHeaders() const;
+
+    /// In the order of their times.
+    void addChapter(const Chapter& chapter);
 
     /// Call once, after the last track and before the first packet.
     void writeHeader(Rational videoTimeBase);

@@ -1,0 +1,58 @@
+#include "export/Chapters.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pointloom {
+
+namespace {
+
+QString matchTitle(const MatchConfig& match) {
+    return match.team1.displayName() + QStringLiteral(" - ") + match.team2.displayName();
+}
+
+// One line, whatever was typed.
+QString titleOf(const Marker& marker) {
+    return marker.label ? marker.label->simplified() : QString();
+}
+
+// "1:02:03", or "2:03" below an hour.
+QString clock(double seconds) {
+    const auto whole = static_cast<qint64>(std::floor(seconds));
+    const QString tail = QStringLiteral("%1:%2")
+                             .arg(whole / 60 % 60, whole >= 3600 ? 2 : 1, 10, QLatin1Char('0'))
+                             .arg(whole % 60, 2, 10, QLatin1Char('0'));
+    return whole >= 3600 ? QStringLiteral("%1:%2").arg(whole / 3600).arg(tail) : tail;
+}
+
+}
+
+std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const MatchConfig& match,
+                                       double from, double to) {
+    std::vector<media::Chapter> chapters;
+    for (const Marker& marker : markers) {
+        const QString title = titleOf(marker);
+        if (title.isEmpty() || marker.startTime >= to)
+            continue;
+        const double start = std::max(0.0, marker.startTime - from);
+        // Of several at one moment, and of those before the range, the last one holds.
+        if (!chapters.empty() && chapters.back().start == start)
+            chapters.back().title = title;
+        else
+            chapters.push_back({.start = start, .end = 0, .title = title});
+    }
+    if (!chapters.empty() && chapters.front().start > 0)
+        chapters.insert(chapters.begin(), {.start = 0, .end = 0, .title = matchTitle(match)});
+    for (std::size_t i = 0; i < chapters.size(); ++i)
+        chapters[i].end = i + 1 < chapters.size() ? chapters[i + 1].start : to - from;
+    return chapters;
+}
+
+QString chapterList(const std::vector<media::Chapter>& chapters) {
+    QString list;
+    for (const media::Chapter& chapter : chapters)
+        list += clock(chapter.start) + u' ' + chapter.title + u'\n';
+    return list;
+}
+
+}

@@ -1,0 +1,21 @@
+// Labelled markers as chapters of the exported video.
+#pragma once
+
+#include "media/Chapter.h"
+#include "model/Marker.h"
+#include "model/MatchConfig.h"
+
+#include <vector>
+
+namespace pointloom {
+
+/// One chapter for each labelled marker from its time to the next one's, cut to the range `from`..`to`
+/// (seconds of the source) and counted from `from`. What comes before the first is named by the match. Empty
+/// without labels. `markers` are sorted by time.
+std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const MatchConfig& match,
+                                       double from, double to);
+
+/// The list that video sites read from a description, a line each: "0:00 Dravnik - Solvane".
+QString chapterList(const std::vector<media::Chapter>& chapters);
+
+}
