@@ -57,6 +57,22 @@ void BoardView::paintEvent(QPaintEvent*) {
     QPainter(this).drawImage(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2), picture);
 }
 
+namespace {
+
+// What a set is usually played to.
+std::int64_t pointsOfASet(SportID sport) {
+    switch (sport) {
+    case SportID::volleyball:
+        return 25;
+    case SportID::badminton:
+        return 21;
+    default:
+        return 11;
+    }
+}
+
+}
+
 SportScoreState tellingScore(SportID sport, std::int64_t numberOfSets) {
     const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(numberOfSets, 1, 7));
     if (usesTennisScoring(sport)) {
@@ -65,8 +81,11 @@ SportScoreState tellingScore(SportID sport, std::int64_t numberOfSets) {
         return ScoreState{isOneSet ? std::vector{SetScore{6, 7, 5}} : std::vector(sets.begin(), sets.begin() + static_cast<std::ptrdiff_t>(count)),
                           {GamePoint::advantage, GamePoint::forty}, 1};
     }
-    const std::vector<SetScore> sets = {{25, 21, {}}, {19, 25, {}}, {8, 7, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}};
-    return PointScoreState{std::vector(sets.begin(), sets.begin() + static_cast<std::ptrdiff_t>(count)), {14, 9}, 2};
+    // One set each; the third is being played.
+    const std::int64_t points = pointsOfASet(sport);
+    std::vector<SetScore> sets = {{points, points - 4, {}}, {points - 5, points, {}}};
+    sets.resize(count);
+    return PointScoreState{std::move(sets), {points * 3 / 5, points * 2 / 5}, 2};
 }
 
 }

@@ -67,6 +67,7 @@ QPushButton* button(ButtonKind kind, QWidget* parent) {
     auto* result = new QPushButton(parent);
     result->setProperty("kind", QString::fromUtf8(nameOf(kind)));
     result->setCursor(Qt::PointingHandCursor);
+    result->setAutoDefault(true); // Enter presses it outside of dialogs too
     return result;
 }
 

@@ -22,6 +22,23 @@ struct ColorTokens {
 const ColorTokens& darkTokens();
 const ColorTokens& lightTokens();
 
+/// The ground that scoreboards are shown on before there is a video: a court, the same in every theme.
+struct CourtTokens {
+    QColor floor;
+    QColor surround;
+    QColor line;
+};
+
+namespace Court {
+const CourtTokens& clay();
+const CourtTokens& hard();
+const CourtTokens& green();
+const CourtTokens& table();
+const CourtTokens& wood();
+const CourtTokens& parquet();
+const CourtTokens& plum();
+}
+
 /// Distances in points.
 namespace Space {
 constexpr int xs = 4;

@@ -1,0 +1,205 @@
+#include "ui/wizard/MatchPage.h"
+
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+#include "ui/wizard/BoardPanel.h"
+#include "ui/wizard/LogoField.h"
+#include "ui/wizard/PageColumn.h"
+#include "ui/wizard/PageHeader.h"
+#include "ui/wizard/SegmentedControl.h"
+
+#include <algorithm>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+int idOf(MatchFormat format) {
+    return static_cast<int>(format);
+}
+
+// A label over its control.
+QWidget* labelled(QLabel* label, QWidget* control, QWidget* parent) {
+    auto* box = new QWidget(parent);
+    auto* column = new QVBoxLayout(box);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Space::xs);
+    column->addWidget(label);
+    column->addWidget(control);
+    return box;
+}
+
+// The table words matches of up to five sets; longer ones go by the same words.
+QString setsText(const UiContext& context, int count) {
+    if (count == 1)
+        return context.text(L10nKey::oneSet);
+    if (count == 3)
+        return context.text(L10nKey::bestOf3);
+    return context.text(L10nKey::bestOf5).replace(u'5', QString::number(count));
+}
+
+}
+
+MatchPage::MatchPage(const UiContext& context, WizardFlow& flow, QWidget* parent)
+    : WizardPage(parent)
+    , m_context(context)
+    , m_flow(flow)
+    , m_board(new BoardPanel(context, this)) {
+    QVBoxLayout* column = pageColumn(this);
+    column->setSpacing(Space::m);
+    column->addWidget(new PageHeader(context, L10nKey::matchConfig, L10nKey::matchConfigSubtitle, this));
+    column->addWidget(m_board);
+    column->addWidget(scrollAround(makeForm(), this), 1);
+
+    for (TeamForm* team : {m_team1, m_team2}) {
+        connect(team, &TeamForm::edited, this, &MatchPage::writeDraft);
+        connect(team, &TeamForm::submitted, this, &MatchPage::submit);
+    }
+    connect(m_format, &SegmentedControl::valuePicked, this, &MatchPage::writeDraft);
+    connect(m_sets, &SegmentedControl::valuePicked, this, &MatchPage::writeDraft);
+    connect(m_logo, &LogoField::logoPicked, this, &MatchPage::writeDraft);
+    connect(m_logo, &LogoField::pictureChanged, this, &MatchPage::showBoard);
+    connect(&m_flow, &WizardFlow::draftReplaced, this, &MatchPage::readDraft);
+    readDraft();
+    m_bindings.watch(m_context.state.selectedTemplate, [this] { showBoard(); });
+    m_bindings.watch(m_context.state.language, [this] { showTexts(); });
+}
+
+// Made in the order in which Tab walks through it.
+QWidget* MatchPage::makeForm() {
+    auto* form = new QWidget;
+    QWidget* choices = makeChoices(form);
+    m_team1 = new TeamForm(m_context, TeamForm::Side::team1, form);
+    m_team2 = new TeamForm(m_context, TeamForm::Side::team2, form);
+    m_logo = new LogoField(m_context, form);
+    auto* lines = new QVBoxLayout(form);
+    lines->setContentsMargins(0, 0, 0, Space::l);
+    lines->setSpacing(Space::m);
+    lines->addWidget(choices);
+    auto* teams = new QHBoxLayout;
+    teams->setSpacing(Space::m);
+    teams->addWidget(m_team1, 1);
+    teams->addWidget(m_team2, 1);
+    lines->addLayout(teams);
+    lines->addWidget(m_logo);
+    lines->addStretch(1);
+    return form;
+}
+
+QWidget* MatchPage::makeChoices(QWidget* form) {
+    auto* choices = new QWidget(form);
+    m_formatLabel = Controls::label(Controls::TextRole::quiet, choices);
+    m_setsLabel = Controls::label(Controls::TextRole::quiet, choices);
+    m_format = new SegmentedControl(choices);
+    m_format->setValues({idOf(MatchFormat::singles), idOf(MatchFormat::doubles)});
+    m_sets = new SegmentedControl(choices);
+    m_formatBox = labelled(m_formatLabel, m_format, choices);
+    auto* row = new QHBoxLayout(choices);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Space::xl);
+    row->addWidget(m_formatBox);
+    row->addWidget(labelled(m_setsLabel, m_sets, choices));
+    row->addStretch(1);
+    return choices;
+}
+
+void MatchPage::readDraft() {
+    const MatchConfig& match = m_flow.draft();
+    offerSets(match);
+    m_formatBox->setVisible(supportsDoubles(match.sport));
+    m_format->setValue(idOf(match.format));
+    m_sets->setValue(static_cast<int>(match.numberOfSets));
+    for (TeamForm* team : {m_team1, m_team2})
+        team->setFormat(match.format);
+    m_team1->setTeam(match.team1);
+    m_team2->setTeam(match.team2);
+    m_logo->setLogo(match.logoURL);
+    showTexts();
+    showBoard();
+    Q_EMIT obstacleChanged();
+}
+
+// A document may hold a count that its sport does not offer: it is offered too, so that it stays.
+void MatchPage::offerSets(const MatchConfig& match) {
+    std::vector<int> offered;
+    for (const std::int64_t count : numberOfSetsOptions(match.sport))
+        offered.push_back(static_cast<int>(count));
+    const int current =
+        static_cast<int>(std::clamp<std::int64_t>(match.numberOfSets, 0, largestNumberOfSets));
+    if (std::ranges::find(offered, current) == offered.end())
+        offered.push_back(current);
+    if (offered == m_offeredSets)
+        return;
+    m_offeredSets = offered;
+    m_sets->setValues(offered);
+}
+
+void MatchPage::writeDraft() {
+    MatchConfig match = m_flow.draft();
+    match.format =
+        m_format->value() == idOf(MatchFormat::doubles) ? MatchFormat::doubles : MatchFormat::singles;
+    match.numberOfSets = m_sets->value();
+    match.team1 = m_team1->team();
+    match.team2 = m_team2->team();
+    match.logoURL = m_logo->logo();
+    m_flow.setDraft(match);
+    for (TeamForm* team : {m_team1, m_team2})
+        team->setFormat(match.format);
+    showBoard();
+    Q_EMIT obstacleChanged();
+}
+
+void MatchPage::showBoard() {
+    m_board->showMatch(m_flow.draft(), m_logo->picture());
+}
+
+void MatchPage::showTexts() {
+    m_formatLabel->setText(m_context.text(L10nKey::matchFormat));
+    m_format->setAccessibleName(m_formatLabel->text());
+    m_format->setText(idOf(MatchFormat::singles), m_context.text(L10nKey::singles));
+    m_format->setText(idOf(MatchFormat::doubles), m_context.text(L10nKey::doubles));
+    m_setsLabel->setText(m_context.text(L10nKey::numberOfSets));
+    m_sets->setAccessibleName(m_setsLabel->text());
+    for (const int count : m_offeredSets)
+        m_sets->setText(count, setsText(m_context, count));
+    showBoard(); // which names nameless sides
+}
+
+QString MatchPage::obstacle() const {
+    return isComplete(m_flow.draft()) ? QString() : m_context.text(L10nKey::fillNamesToContinue);
+}
+
+bool MatchPage::confirm() {
+    m_flow.confirmMatch();
+    return true;
+}
+
+void MatchPage::takeFocus() {
+    for (const TeamForm* team : {m_team1, m_team2}) {
+        if (QLineEdit* empty = team->firstEmptyName()) {
+            empty->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
+    m_team1->firstName()->setFocus(Qt::OtherFocusReason);
+}
+
+void MatchPage::submit() {
+    if (obstacle().isEmpty())
+        Q_EMIT continueRequested();
+    else
+        takeFocus();
+}
+
+void MatchPage::resizeEvent(QResizeEvent* event) {
+    constexpr int lowest = 108;
+    constexpr int highest = 200;
+    WizardPage::resizeEvent(event);
+    m_board->setFixedHeight(std::clamp(height() / 4, lowest, highest));
+}
+
+}

@@ -1,0 +1,52 @@
+// The third screen of the setup: who plays, in which format, over how many sets, under which logo.
+#pragma once
+
+#include "ui/wizard/TeamForm.h"
+#include "ui/wizard/WizardFlow.h"
+#include "ui/wizard/WizardPage.h"
+
+namespace pointloom {
+
+class BoardPanel;
+class LogoField;
+class SegmentedControl;
+
+class MatchPage final : public WizardPage {
+    Q_OBJECT
+
+public:
+    MatchPage(const UiContext& context, WizardFlow& flow, QWidget* parent);
+
+    QString obstacle() const override;
+    bool confirm() override;
+    void takeFocus() override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QWidget* makeForm();
+    QWidget* makeChoices(QWidget* form);
+    void readDraft();
+    void writeDraft();
+    void offerSets(const MatchConfig& match);
+    void showBoard();
+    void showTexts();
+    void submit();
+
+    UiContext m_context;
+    WizardFlow& m_flow;
+    BoardPanel* m_board;
+    QWidget* m_formatBox = nullptr;
+    QLabel* m_formatLabel = nullptr;
+    SegmentedControl* m_format = nullptr;
+    QLabel* m_setsLabel = nullptr;
+    SegmentedControl* m_sets = nullptr;
+    std::vector<int> m_offeredSets;
+    TeamForm* m_team1 = nullptr;
+    TeamForm* m_team2 = nullptr;
+    LogoField* m_logo = nullptr;
+    Bindings m_bindings;
+};
+
+}

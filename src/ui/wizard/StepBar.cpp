@@ -1,0 +1,92 @@
+#include "ui/wizard/StepBar.h"
+
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+#include "ui/wizard/StepButton.h"
+
+#include <QActionGroup>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QToolButton>
+
+namespace pointloom {
+
+namespace {
+
+// In every language at once, so that whoever cannot read the others finds it.
+const QString languageMenuText = QStringLiteral("Language / Langue / Idioma");
+
+constexpr UiText sportText{"Sport", "Sport", "Deporte", "Sport", "Sportart", "Sport", "Desporto"};
+constexpr UiText matchText{"Match", "Match", "Partido", "Partita", "Match", "Match", "Jogo"};
+constexpr UiText videoText{"Video", "Vidéo", "Vídeo", "Video", "Video", "Video", "Vídeo"};
+
+}
+
+StepBar::StepBar(const UiContext& context, WizardFlow& flow, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_flow(flow) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(Space::l, Space::s, Space::xl, Space::s);
+    row->setSpacing(Space::xs);
+    for (int step = 0; step < wizardStepCount; ++step) {
+        if (step > 0) {
+            QFrame* connection = Controls::separator(Qt::Horizontal, this);
+            connection->setMinimumWidth(Space::s);
+            connection->setMaximumWidth(Space::xxl);
+            row->addWidget(connection, 1, Qt::AlignVCenter);
+        }
+        auto* button = new StepButton(step + 1, this);
+        connect(button, &QAbstractButton::clicked, this, [this, step] { Q_EMIT stepPicked(step); });
+        m_steps.push_back(button);
+        row->addWidget(button);
+    }
+    m_languageMenu = makeLanguageMenu();
+    row->addStretch(2);
+    row->addWidget(m_languageMenu);
+    m_bindings.watch(m_context.state.language, [this] { showTexts(); });
+}
+
+QToolButton* StepBar::makeLanguageMenu() {
+    QToolButton* button = Controls::iconButton(QStringLiteral("globe"), this);
+    button->setText(languageMenuText);
+    button->setAccessibleName(languageMenuText);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setPopupMode(QToolButton::InstantPopup);
+    auto* menu = new QMenu(button);
+    auto* group = new QActionGroup(menu);
+    for (const auto& [language, name] : RawValues<Language>::table) {
+        QAction* action = menu->addAction(flag(language) + QStringLiteral("  ") + displayName(language));
+        action->setCheckable(true);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [this, chosen = language] {
+            m_context.state.language = chosen;
+            m_context.state.save();
+        });
+        m_bindings.watch(m_context.state.language, [this, action, own = language] {
+            action->setChecked(m_context.state.language == own);
+        });
+    }
+    button->setMenu(menu);
+    return button;
+}
+
+void StepBar::showTexts() {
+    const QString texts[wizardStepCount] = {m_context.text(sportText), m_context.text(L10nKey::templateLabel),
+                                            m_context.text(matchText), m_context.text(videoText)};
+    for (int step = 0; step < wizardStepCount; ++step)
+        m_steps[static_cast<std::size_t>(step)]->setText(texts[step]);
+    showProgress();
+}
+
+void StepBar::showProgress() {
+    for (int step = 0; step < wizardStepCount; ++step) {
+        const auto each = static_cast<WizardStep>(step);
+        auto mark = m_flow.isDone(each) ? StepButton::Mark::done : StepButton::Mark::upcoming;
+        if (m_context.state.step == step)
+            mark = StepButton::Mark::current;
+        m_steps[static_cast<std::size_t>(step)]->setMark(mark, m_flow.isReachable(each));
+    }
+}
+
+}

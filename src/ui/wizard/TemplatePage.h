@@ -1,0 +1,34 @@
+// The second screen of the setup: which scoreboard, each shown as it will look.
+#pragma once
+
+#include "ui/wizard/PickerGrid.h"
+#include "ui/wizard/WizardFlow.h"
+#include "ui/wizard/WizardPage.h"
+
+class QScrollArea;
+
+namespace pointloom {
+
+class TemplatePage final : public WizardPage {
+    Q_OBJECT
+
+public:
+    TemplatePage(const UiContext& context, WizardFlow& flow, QWidget* parent);
+
+    QString obstacle() const override;
+    bool confirm() override;
+    void takeFocus() override;
+
+private:
+    void showTemplates();
+    void showPicked();
+
+    UiContext m_context;
+    WizardFlow& m_flow;
+    PickerGrid* m_grid;
+    QScrollArea* m_scroll;
+    std::vector<TemplateID> m_templates; // that fit the sport
+    Bindings m_bindings;
+};
+
+}

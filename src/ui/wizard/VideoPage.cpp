@@ -1,0 +1,197 @@
+#include "ui/wizard/VideoPage.h"
+
+#include "l10n/Format.h"
+#include "ui/common/VideoStill.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+#include "ui/wizard/DropTarget.h"
+#include "ui/wizard/PageColumn.h"
+#include "ui/wizard/PageHeader.h"
+
+#include <cmath>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QMimeData>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+constexpr UiText readingText{
+    "Reading %@…",      "Lecture de %@…", "Leyendo %@…", "Lettura di %@…",
+    "%@ wird gelesen…", "Läser %@…",      "A ler %@…",
+};
+constexpr UiText formatsText{
+    "MP4, MOV or M4V",   "MP4, MOV ou M4V",    "MP4, MOV o M4V",  "MP4, MOV o M4V",
+    "MP4, MOV oder M4V", "MP4, MOV eller M4V", "MP4, MOV ou M4V",
+};
+constexpr UiText videosText{"Videos", "Vidéos", "Vídeos", "Video", "Videos", "Videor", "Vídeos"};
+
+// "1:05" or "1:12:40".
+QString clockText(double seconds) {
+    const qint64 whole = std::llround(seconds);
+    const auto twoDigits = [](qint64 number) { return QString::number(number).rightJustified(2, u'0'); };
+    const QString rest = twoDigits(whole % 60);
+    if (whole < 3600)
+        return QString::number(whole / 60) + u':' + rest;
+    return QString::number(whole / 3600) + u':' + twoDigits(whole / 60 % 60) + u':' + rest;
+}
+
+QString sizeText(const QString& path, Language language) {
+    const QLocale locale(QString::fromUtf8(rawValue(language)));
+    return locale.formattedDataSize(QFileInfo(path).size(), 1, QLocale::DataSizeSIFormat);
+}
+
+}
+
+VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent)
+    : WizardPage(parent)
+    , m_context(context)
+    , m_flow(flow)
+    , m_import(context)
+    , m_states(new QStackedWidget(this))
+    , m_target(new DropTarget(this)) {
+    setAcceptDrops(true);
+    m_card = makeVideoCard();
+    m_states->addWidget(m_target);
+    m_states->addWidget(m_card);
+    QVBoxLayout* column = pageColumn(this);
+    column->addWidget(new PageHeader(context, L10nKey::importVideo, L10nKey::importVideoSubtitle, this));
+    column->addWidget(m_states, 1);
+    column->addSpacing(Space::s);
+
+    connect(m_target, &QAbstractButton::clicked, this, &VideoPage::browse);
+    connect(m_change, &QPushButton::clicked, this, &VideoPage::browse);
+    connect(&m_import, &VideoImport::imported, this, &VideoPage::showVideo);
+    connect(&m_import, &VideoImport::failed, this, &VideoPage::showError);
+    m_bindings.watch(m_context.state.videoURL, [this] { showVideo(); });
+    m_bindings.watch(m_context.state.language, [this] { showTexts(); });
+}
+
+QWidget* VideoPage::makeVideoCard() {
+    QFrame* card = Controls::card(this);
+    m_poster = new VideoStill(card);
+    m_name = Controls::label(Controls::TextRole::section, card);
+    m_name->setTextFormat(Qt::PlainText);
+    m_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_facts = Controls::label(Controls::TextRole::quiet, card);
+    m_error = Controls::label(Controls::TextRole::danger, card);
+    m_error->setWordWrap(true);
+    m_error->setTextFormat(Qt::PlainText);
+    m_change = Controls::button(Controls::ButtonKind::normal, card);
+
+    auto* words = new QVBoxLayout;
+    words->setSpacing(Space::xs);
+    words->addWidget(m_name);
+    words->addWidget(m_facts);
+    words->addWidget(m_error);
+    auto* below = new QHBoxLayout;
+    below->setSpacing(Space::l);
+    below->addLayout(words, 1);
+    below->addWidget(m_change, 0, Qt::AlignTop);
+    auto* column = new QVBoxLayout(card);
+    column->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
+    column->setSpacing(Space::m);
+    column->addWidget(m_poster, 1);
+    column->addLayout(below);
+    return card;
+}
+
+void VideoPage::browse() {
+    const QString filter =
+        m_context.text(videosText) + QStringLiteral(" (*.mp4 *.mov *.m4v *.MP4 *.MOV *.M4V)");
+    if (const auto path =
+            m_context.dialogs.chooseFileToOpen(window(), m_context.text(L10nKey::selectVideoFile), {filter}))
+        import(*path);
+}
+
+void VideoPage::import(const QString& path) {
+    showError({});
+    m_import.start(path);
+    m_reading = QFileInfo(path).fileName();
+    showTexts();
+}
+
+void VideoPage::showError(const QString& message) {
+    m_reading.clear();
+    m_target->setError(message);
+    m_error->setText(message);
+    m_error->setVisible(!message.isEmpty());
+    showTexts();
+}
+
+void VideoPage::showVideo() {
+    const auto& url = m_context.state.videoURL.value();
+    m_states->setCurrentWidget(url ? m_card : m_target);
+    if (url) {
+        constexpr double posterPlace = 0.1; // of the length: clips often begin with a hand before the lens
+        m_poster->showStill(url->toLocalFile(), m_context.state.videoDuration * posterPlace);
+    } else {
+        m_poster->clear();
+    }
+    showError({});
+    Q_EMIT obstacleChanged();
+}
+
+void VideoPage::showTexts() {
+    const QString reading = m_reading.isEmpty() ? QString() : format(m_context.text(readingText), m_reading);
+    m_target->setTexts(m_context.text(L10nKey::dropVideoHere), m_context.text(L10nKey::orClickToBrowse),
+                       m_context.text(formatsText));
+    m_target->setBusy(reading);
+    m_change->setText(m_context.text(L10nKey::changeVideo));
+    showFacts();
+    if (!reading.isEmpty())
+        m_facts->setText(reading);
+}
+
+void VideoPage::showFacts() {
+    const AppState& state = m_context.state;
+    const auto& url = state.videoURL.value();
+    if (!url)
+        return;
+    const QString path = url->toLocalFile();
+    m_name->setText(url->fileName());
+    m_name->setToolTip(path);
+    m_facts->setText(QStringList{clockText(state.videoDuration), sizeText(path, state.language),
+                                 QStringLiteral("%1 × %2").arg(state.videoWidth).arg(state.videoHeight)}
+                         .join(QStringLiteral("   ·   ")));
+}
+
+QString VideoPage::obstacle() const {
+    return m_context.state.videoURL.value() ? QString() : m_context.text(L10nKey::selectVideoFile);
+}
+
+bool VideoPage::confirm() {
+    m_flow.openEditor();
+    return false; // the editor takes over
+}
+
+void VideoPage::takeFocus() {
+    if (m_context.state.videoURL.value())
+        m_change->setFocus(Qt::OtherFocusReason);
+    else
+        m_target->setFocus(Qt::OtherFocusReason);
+}
+
+void VideoPage::dragEnterEvent(QDragEnterEvent* event) {
+    if (droppedFile(event->mimeData()).isEmpty())
+        return;
+    event->acceptProposedAction();
+    m_target->setHighlighted(true);
+}
+
+void VideoPage::dragLeaveEvent(QDragLeaveEvent*) {
+    m_target->setHighlighted(false);
+}
+
+void VideoPage::dropEvent(QDropEvent* event) {
+    m_target->setHighlighted(false);
+    event->acceptProposedAction();
+    import(droppedFile(event->mimeData()));
+}
+
+}

@@ -1,0 +1,56 @@
+// The last screen of the setup: the clip, by drop or from a dialog, and what it is.
+#pragma once
+
+#include "ui/common/VideoImport.h"
+#include "ui/wizard/WizardFlow.h"
+#include "ui/wizard/WizardPage.h"
+
+class QLabel;
+class QPushButton;
+class QStackedWidget;
+
+namespace pointloom {
+
+class DropTarget;
+class VideoStill;
+
+class VideoPage final : public WizardPage {
+    Q_OBJECT
+
+public:
+    VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent);
+
+    QString obstacle() const override;
+    bool confirm() override;
+    void takeFocus() override;
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    QWidget* makeVideoCard();
+    void browse();
+    void import(const QString& path);
+    void showVideo();
+    void showFacts();
+    void showTexts();
+    void showError(const QString& message);
+
+    UiContext m_context;
+    WizardFlow& m_flow;
+    VideoImport m_import;
+    QString m_reading; // name of the file that is being read
+    QStackedWidget* m_states;
+    DropTarget* m_target;
+    QWidget* m_card = nullptr;
+    VideoStill* m_poster = nullptr;
+    QLabel* m_name = nullptr;
+    QLabel* m_facts = nullptr;
+    QLabel* m_error = nullptr;
+    QPushButton* m_change = nullptr;
+    Bindings m_bindings;
+};
+
+}

@@ -1,0 +1,191 @@
+#include "ui/wizard/WizardFlow.h"
+
+#include "l10n/Format.h"
+
+#include <algorithm>
+#include <QScopedValueRollback>
+
+namespace pointloom {
+
+namespace {
+
+constexpr UiText changeSportTitle{
+    "Change the sport?",  "Changer de sport ?", "¿Cambiar de deporte?", "Cambiare sport?",
+    "Sportart wechseln?", "Byta sport?",        "Mudar de desporto?",
+};
+constexpr UiText changeSportMessage{
+    "The scores you have entered cannot be counted in %@. They will be deleted.",
+    "Les scores que tu as saisis ne peuvent pas être comptés en %@. Ils seront supprimés.",
+    "Los resultados que has introducido no se pueden contar en %@. Se eliminarán.",
+    "I punteggi che hai inserito non si possono contare in %@. Verranno eliminati.",
+    "Deine eingegebenen Spielstände lassen sich in %@ nicht zählen. Sie werden gelöscht.",
+    "Resultaten du har angett kan inte räknas i %@. De tas bort.",
+    "Os resultados que introduziste não podem ser contados em %@. Serão eliminados.",
+};
+constexpr UiText changeSportConfirm{
+    "Change sport",      "Changer de sport", "Cambiar de deporte", "Cambia sport",
+    "Sportart wechseln", "Byt sport",        "Mudar de desporto",
+};
+
+bool offersSets(SportID sport, std::int64_t count) {
+    const auto options = numberOfSetsOptions(sport);
+    return std::ranges::find(options, count) != options.end();
+}
+
+bool isFilled(const std::optional<QString>& name) {
+    return name && !name->trimmed().isEmpty();
+}
+
+std::optional<QString> wholeFlag(const std::optional<QString>& code) {
+    constexpr qsizetype length = 2;
+    return code && code->size() == length ? code : std::nullopt;
+}
+
+// What the form keeps for a change of mind, such as the partners while singles are chosen, stays out.
+TeamConfig confirmed(const TeamConfig& team, MatchFormat format) {
+    TeamConfig result;
+    result.player1 = team.player1.trimmed();
+    result.flag1 = wholeFlag(team.flag1);
+    if (format == MatchFormat::doubles && isFilled(team.player2)) {
+        result.player2 = team.player2->trimmed();
+        result.flag2 = wholeFlag(team.flag2);
+    }
+    return result;
+}
+
+}
+
+MatchConfig emptyMatch(SportID sport) {
+    MatchConfig match;
+    match.sport = sport;
+    match.numberOfSets = defaultNumberOfSets(sport);
+    return match;
+}
+
+MatchConfig matchIn(SportID sport, MatchConfig match) {
+    if (match.sport == sport)
+        return match;
+    match.sport = sport;
+    if (!supportsDoubles(sport))
+        match.format = MatchFormat::singles;
+    if (!offersSets(sport, match.numberOfSets))
+        match.numberOfSets = defaultNumberOfSets(sport);
+    return match;
+}
+
+bool isComplete(const MatchConfig& match) {
+    const auto isNamed = [&](const TeamConfig& team) {
+        return !team.player1.trimmed().isEmpty() &&
+               (match.format == MatchFormat::singles || isFilled(team.player2));
+    };
+    return isNamed(match.team1) && isNamed(match.team2);
+}
+
+WizardFlow::WizardFlow(const UiContext& context, QObject* parent)
+    : QObject(parent)
+    , m_context(context) {
+    AppState& state = m_context.state;
+    m_bindings.watchAll([this] { followSession(); }, state.matchConfig, state.selectedTemplate,
+                        state.selectedSport);
+}
+
+// The session is replaced from outside by a start, a project or a new session; each of them changes the
+// template, and only a new session takes it away.
+void WizardFlow::followSession() {
+    if (m_isOwnChange)
+        return;
+    const AppState& state = m_context.state;
+    const auto& match = state.matchConfig.value();
+    if (match)
+        m_draft = *match;
+    else if (!state.selectedTemplate.value())
+        m_draft = emptyMatch(state.selectedSport);
+    Q_EMIT draftReplaced();
+}
+
+bool WizardFlow::pickSport(SportID sport, QWidget* window) {
+    AppState& state = m_context.state;
+    const bool losing = losesScores(sport);
+    if (losing && !confirmsLossOfScores(sport, window))
+        return false;
+
+    const QScopedValueRollback guard(m_isOwnChange, true);
+    if (losing) {
+        state.selectedMarkerID = std::nullopt;
+        state.markers = std::vector<Marker>{};
+        state.initialScore = std::nullopt;
+        m_context.undo.removeAllActions(); // they would bring such scores back
+    }
+    const auto fitting = filteredTemplates(sport);
+    if (const auto chosen = state.selectedTemplate.value();
+        chosen && std::ranges::find(fitting, *chosen) == fitting.end())
+        state.selectedTemplate = std::nullopt;
+    m_draft = matchIn(sport, m_draft);
+    if (const auto match = state.matchConfig.value())
+        state.matchConfig = matchIn(sport, *match);
+    state.selectedSport = sport;
+    state.save();
+    Q_EMIT draftReplaced();
+    return true;
+}
+
+bool WizardFlow::losesScores(SportID sport) const {
+    const auto isForeign = [&](const SportScoreState& score) {
+        return std::holds_alternative<ScoreState>(score) != usesTennisScoring(sport);
+    };
+    const AppState& state = m_context.state;
+    const auto& initial = state.initialScore.value();
+    return (initial && isForeign(*initial)) ||
+           std::ranges::any_of(state.markers.value(), isForeign, &Marker::score);
+}
+
+bool WizardFlow::confirmsLossOfScores(SportID sport, QWidget* window) const {
+    return m_context.dialogs.confirm(window, m_context.text(changeSportTitle),
+                                     format(m_context.text(changeSportMessage), displayName(sport)),
+                                     m_context.text(changeSportConfirm), m_context.text(L10nKey::cancel));
+}
+
+void WizardFlow::pickTemplate(TemplateID templateID) {
+    const QScopedValueRollback guard(m_isOwnChange, true);
+    m_context.state.selectedTemplate = templateID;
+    m_context.state.save();
+}
+
+void WizardFlow::confirmMatch() {
+    const QScopedValueRollback guard(m_isOwnChange, true);
+    MatchConfig match = m_draft;
+    match.team1 = confirmed(m_draft.team1, m_draft.format);
+    match.team2 = confirmed(m_draft.team2, m_draft.format);
+    m_context.state.matchConfig = match;
+    m_context.state.save();
+}
+
+void WizardFlow::openEditor() {
+    m_context.state.step = editorStep;
+    m_context.state.save();
+}
+
+bool WizardFlow::isDone(WizardStep step) const {
+    const AppState& state = m_context.state;
+    switch (step) {
+    case WizardStep::sport:
+        return state.step > 0 || state.selectedTemplate.value();
+    case WizardStep::scoreboard:
+        return state.selectedTemplate.value().has_value();
+    case WizardStep::match:
+        return state.matchConfig.value().has_value();
+    case WizardStep::video:
+        return state.videoURL.value().has_value();
+    }
+    return false;
+}
+
+bool WizardFlow::isReachable(WizardStep step) const {
+    for (int earlier = 0; earlier < static_cast<int>(step); ++earlier) {
+        if (!isDone(static_cast<WizardStep>(earlier)))
+            return false;
+    }
+    return true;
+}
+
+}

@@ -1,0 +1,69 @@
+// What the setup does to the session, step by step, and the match as it stands in the form.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+
+#include <QObject>
+
+namespace pointloom {
+
+/// The order of the setup's screens.
+enum class WizardStep { sport, scoreboard, match, video };
+constexpr int wizardStepCount = 4;
+constexpr int editorStep = 4;
+
+/// The match of a sport that nothing is known of yet.
+MatchConfig emptyMatch(SportID sport);
+
+/// The same match played in another sport: what the sport does not offer is brought to its default.
+MatchConfig matchIn(SportID sport, MatchConfig match);
+
+/// Both names are there, in doubles all four.
+bool isComplete(const MatchConfig& match);
+
+class WizardFlow : public QObject {
+    Q_OBJECT
+
+public:
+    explicit WizardFlow(const UiContext& context, QObject* parent = nullptr);
+
+    /// Chooses the sport and saves. A template that does not fit goes, the match is brought to the sport.
+    /// Scores that cannot be counted in it are deleted, which `window` is asked about first; false when the
+    /// person would rather keep them.
+    bool pickSport(SportID sport, QWidget* window);
+
+    void pickTemplate(TemplateID templateID);
+
+    /// The match as entered so far; the session's own once it is confirmed.
+    const MatchConfig& draft() const { return m_draft; }
+    void setDraft(const MatchConfig& match) { m_draft = match; }
+
+    /// Makes the draft the session's match and saves. The draft is complete.
+    void confirmMatch();
+
+    /// Leaves the setup for the editor and saves.
+    void openEditor();
+
+    /// What the step is there for has been done.
+    bool isDone(WizardStep step) const;
+
+    /// Everything before the step has been done.
+    bool isReachable(WizardStep step) const;
+
+Q_SIGNALS:
+    /// The session was replaced or begun anew: forms read the draft again.
+    void draftReplaced();
+
+private:
+    void followSession();
+    bool losesScores(SportID sport) const;
+    bool confirmsLossOfScores(SportID sport, QWidget* window) const;
+
+    UiContext m_context;
+    MatchConfig m_draft;
+    bool m_isOwnChange = false;
+    Bindings m_bindings;
+};
+
+}

@@ -1,0 +1,123 @@
+#include "ui/wizard/WizardView.h"
+
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+#include "ui/wizard/MatchPage.h"
+#include "ui/wizard/SportPage.h"
+#include "ui/wizard/StepBar.h"
+#include "ui/wizard/TemplatePage.h"
+#include "ui/wizard/VideoPage.h"
+
+#include <QHBoxLayout>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+WizardView::WizardView(const UiContext& context, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_flow(context)
+    , m_bar(new StepBar(context, m_flow, this))
+    , m_stack(new QStackedWidget(this)) {
+    setProperty("room", QStringLiteral("window"));
+    setAttribute(Qt::WA_StyledBackground);
+    addPage(WizardStep::sport, new SportPage(context, m_flow, m_stack));
+    addPage(WizardStep::scoreboard, new TemplatePage(context, m_flow, m_stack));
+    addPage(WizardStep::match, new MatchPage(context, m_flow, m_stack));
+    addPage(WizardStep::video, new VideoPage(context, m_flow, m_stack));
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_bar);
+    column->addWidget(Controls::separator(Qt::Horizontal, this));
+    column->addWidget(m_stack, 1);
+    column->addWidget(Controls::separator(Qt::Horizontal, this));
+    column->addWidget(makeFooter());
+
+    connect(m_bar, &StepBar::stepPicked, this, [this](int step) { m_context.state.step = step; });
+    auto* backKey = new QShortcut(QKeySequence::Back, this);
+    connect(backKey, &QShortcut::activated, this, &WizardView::goBack);
+    AppState& state = m_context.state;
+    m_bindings.watch(state.step, [this] { showStep(); });
+    m_bindings.watch(state.language, [this] { showTexts(); });
+    m_bindings.watchAll([this] { showProgress(); }, state.selectedTemplate, state.matchConfig,
+                        state.videoURL);
+}
+
+void WizardView::addPage(WizardStep step, WizardPage* page) {
+    m_pages[static_cast<std::size_t>(step)] = page;
+    m_stack->addWidget(page);
+    connect(page, &WizardPage::obstacleChanged, this, &WizardView::showProgress);
+    connect(page, &WizardPage::continueRequested, this, &WizardView::goOn);
+}
+
+QWidget* WizardView::makeFooter() {
+    auto* footer = new QWidget(this);
+    m_back = Controls::button(Controls::ButtonKind::normal, footer);
+    m_hint = Controls::label(Controls::TextRole::quiet, footer);
+    m_hint->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_hint->setWordWrap(true);
+    m_continue = Controls::button(Controls::ButtonKind::primary, footer);
+    auto* row = new QHBoxLayout(footer);
+    row->setContentsMargins(Space::xl, Space::m, Space::xl, Space::m);
+    row->setSpacing(Space::l);
+    row->addWidget(m_back);
+    row->addWidget(m_hint, 1);
+    row->addWidget(m_continue);
+    connect(m_back, &QPushButton::clicked, this, &WizardView::goBack);
+    connect(m_continue, &QPushButton::clicked, this, &WizardView::goOn);
+    return footer;
+}
+
+WizardPage* WizardView::currentPage() const {
+    return m_pages[static_cast<std::size_t>(m_stack->currentIndex())];
+}
+
+void WizardView::showStep() {
+    const int step = m_context.state.step;
+    if (step < 0 || step >= wizardStepCount)
+        return; // the editor's turn
+    m_stack->setCurrentIndex(step);
+    showTexts();
+    if (isVisible())
+        currentPage()->takeFocus();
+}
+
+void WizardView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    currentPage()->takeFocus();
+}
+
+void WizardView::showTexts() {
+    const bool isLast = m_stack->currentIndex() == wizardStepCount - 1;
+    m_back->setText(m_context.text(L10nKey::back));
+    m_back->setVisible(m_stack->currentIndex() > 0);
+    m_continue->setText(m_context.text(isLast ? L10nKey::openEditor : L10nKey::continueBtn));
+    showProgress();
+}
+
+void WizardView::showProgress() {
+    if (!m_continue)
+        return;
+    const QString obstacle = currentPage()->obstacle();
+    m_hint->setText(obstacle);
+    m_continue->setEnabled(obstacle.isEmpty());
+    m_continue->setAccessibleDescription(obstacle);
+    m_bar->showProgress();
+}
+
+void WizardView::goOn() {
+    if (!currentPage()->obstacle().isEmpty() || !currentPage()->confirm())
+        return;
+    m_context.state.step = m_context.state.step + 1;
+}
+
+void WizardView::goBack() {
+    if (m_context.state.step > 0)
+        m_context.state.step = m_context.state.step - 1;
+}
+
+}
