@@ -36,8 +36,9 @@ QImage readVideoStill(const QString& path, double time, QSize largest) {
         if (!frame)
             return {};
         const media::RgbaPicture picture = media::toRgb(*frame);
-        const QImage stored(picture.pixels.data(), picture.width, picture.height, picture.width * 4,
-                            QImage::Format_RGBX8888);
+        const QImage borrowed(picture.pixels.data(), picture.width, picture.height, picture.width * 4,
+                              QImage::Format_RGBX8888);
+        const QImage stored = borrowed.convertToFormat(QImage::Format_RGB32); // pixels of its own
         return upright(stored, reader.track(), largest);
     } catch (const std::exception&) {
         return {};

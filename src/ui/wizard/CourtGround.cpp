@@ -51,10 +51,10 @@ QImage smallCourt(const CourtTokens& court) {
 
 QPixmap courtGround(SportID sport, QSizeF size, double devicePixelRatio) {
     const QSize pixels = (size * devicePixelRatio).toSize().expandedTo({1, 1});
-    constexpr int enlargement = 3; // twice in steps: smoother than at once
-    const QImage court = smallCourt(courtOf(sport));
-    QImage ground = court.scaled(court.size() * enlargement, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                        .scaled(pixels, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+    QImage ground = smallCourt(courtOf(sport));
+    while (ground.width() < pixels.width()) // in small steps, which leaves no squares to be seen
+        ground = ground.scaled(ground.size() * 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    ground = ground.scaled(pixels, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
     ground = ground.copy((ground.width() - pixels.width()) / 2, (ground.height() - pixels.height()) / 2,
                          pixels.width(), pixels.height());
     QPixmap result = QPixmap::fromImage(std::move(ground));

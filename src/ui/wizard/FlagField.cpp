@@ -44,6 +44,9 @@ FlagField::FlagField(QWidget* parent)
     setValidator(new CountryCode(this));
     setTextMargins(0, 0, flagRoom - Space::s, 0);
     setFixedWidth(fieldWidth);
+    QFont flagFont = font();
+    flagFont.setPointSizeF(flagFont.pointSizeF() * TypeScale::section);
+    m_flag->setFont(flagFont);
     m_flag->setAlignment(Qt::AlignCenter);
     m_flag->setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(this, &QLineEdit::textChanged, m_flag,

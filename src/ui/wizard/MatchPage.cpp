@@ -52,7 +52,7 @@ MatchPage::MatchPage(const UiContext& context, WizardFlow& flow, QWidget* parent
     QVBoxLayout* column = pageColumn(this);
     column->setSpacing(Space::m);
     column->addWidget(new PageHeader(context, L10nKey::matchConfig, L10nKey::matchConfigSubtitle, this));
-    column->addWidget(m_board);
+    addBesideScrollBar(column, m_board);
     column->addWidget(scrollAround(makeForm(), this), 1);
 
     for (TeamForm* team : {m_team1, m_team2}) {

@@ -7,10 +7,14 @@ class QWidget;
 
 namespace pointloom {
 
-/// Gives `page` its margins and a column of limited width in the middle; returns that column.
+/// Gives `page` its margins and a column of limited width in the middle; returns that column. Its right
+/// margin is narrower by a scroll bar, which `scrollAround` leaves room for whether it is needed or not.
 QVBoxLayout* pageColumn(QWidget* page);
 
 /// A scroll area without a frame around `content`, which it takes over.
 QScrollArea* scrollAround(QWidget* content, QWidget* parent);
+
+/// Adds something that does not scroll, as wide as what does.
+void addBesideScrollBar(QVBoxLayout* column, QWidget* widget, int stretch = 0);
 
 }

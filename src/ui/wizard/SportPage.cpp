@@ -9,6 +9,11 @@
 #include <QSvgRenderer>
 #include <QVBoxLayout>
 
+// In a static library nothing registers them by itself. The macro wants the global namespace.
+static void registerSportPictures() {
+    Q_INIT_RESOURCE(sports);
+}
+
 namespace pointloom {
 
 namespace {
@@ -41,6 +46,7 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
     , m_context(context)
     , m_flow(flow)
     , m_grid(new PickerGrid({.narrowest = 160, .fewest = 2, .most = 4}, this)) {
+    registerSportPictures();
     for (const auto& [sport, name] : RawValues<SportID>::table)
         m_cards.push_back(new SportCard(sport, m_grid));
     m_grid->setCards(m_cards);

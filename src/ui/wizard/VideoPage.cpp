@@ -1,6 +1,7 @@
 #include "ui/wizard/VideoPage.h"
 
 #include "l10n/Format.h"
+#include "ui/common/TimeCode.h"
 #include "ui/common/VideoStill.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
@@ -8,7 +9,6 @@
 #include "ui/wizard/PageColumn.h"
 #include "ui/wizard/PageHeader.h"
 
-#include <cmath>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -31,16 +31,6 @@ constexpr UiText formatsText{
 };
 constexpr UiText videosText{"Videos", "Vidéos", "Vídeos", "Video", "Videos", "Videor", "Vídeos"};
 
-// "1:05" or "1:12:40".
-QString clockText(double seconds) {
-    const qint64 whole = std::llround(seconds);
-    const auto twoDigits = [](qint64 number) { return QString::number(number).rightJustified(2, u'0'); };
-    const QString rest = twoDigits(whole % 60);
-    if (whole < 3600)
-        return QString::number(whole / 60) + u':' + rest;
-    return QString::number(whole / 3600) + u':' + twoDigits(whole / 60 % 60) + u':' + rest;
-}
-
 QString sizeText(const QString& path, Language language) {
     const QLocale locale(QString::fromUtf8(rawValue(language)));
     return locale.formattedDataSize(QFileInfo(path).size(), 1, QLocale::DataSizeSIFormat);
@@ -61,7 +51,7 @@ VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent
     m_states->addWidget(m_card);
     QVBoxLayout* column = pageColumn(this);
     column->addWidget(new PageHeader(context, L10nKey::importVideo, L10nKey::importVideoSubtitle, this));
-    column->addWidget(m_states, 1);
+    addBesideScrollBar(column, m_states, 1);
     column->addSpacing(Space::s);
 
     connect(m_target, &QAbstractButton::clicked, this, &VideoPage::browse);
@@ -156,7 +146,7 @@ void VideoPage::showFacts() {
     const QString path = url->toLocalFile();
     m_name->setText(url->fileName());
     m_name->setToolTip(path);
-    m_facts->setText(QStringList{clockText(state.videoDuration), sizeText(path, state.language),
+    m_facts->setText(QStringList{shortTime(state.videoDuration), sizeText(path, state.language),
                                  QStringLiteral("%1 × %2").arg(state.videoWidth).arg(state.videoHeight)}
                          .join(QStringLiteral("   ·   ")));
 }
