@@ -10,6 +10,7 @@
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
 #include "ui/settings/PreferencesDialog.h"
+#include "ui/wizard/WizardView.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -127,7 +128,7 @@ void TopLevelView::route() {
     const int step = m_context.state.step;
     const bool isWizard = step >= 0 && step <= videoStep;
     if (isWizard && !m_wizard)
-        addWidget(m_wizard = new QWidget(this));
+        addWidget(m_wizard = new WizardView(m_context, this));
     if (!isWizard && !m_editor)
         addWidget(m_editor = makeEditor());
     setCurrentWidget(isWizard ? m_wizard : m_editor);
