@@ -11,11 +11,12 @@ namespace pointloom::media {
 
 namespace {
 
-AVFramePtr convertToRgba(const AVFrame& stored) {
+AVFramePtr convertToRgba(const AVFrame& stored, QSize size) {
     Conversion conversion;
     conversion.sourceLayout = static_cast<AVPixelFormat>(stored.format);
-    conversion.size = QSize(stored.width, stored.height);
-    conversion.sourceColor = describeColor(tagsOf(stored), conversion.size, conversion.sourceLayout);
+    conversion.size = size;
+    conversion.sourceColor =
+        describeColor(tagsOf(stored), QSize(stored.width, stored.height), conversion.sourceLayout);
     conversion.sourcePeak = peakLight(stored);
     conversion.layout = AV_PIX_FMT_RGBA;
 
@@ -34,8 +35,12 @@ AVFramePtr convertToRgba(const AVFrame& stored) {
 }
 
 RgbaPicture toRgb(const VideoFrame& frame) {
+    return toRgb(frame, QSize(frame.width(), frame.height()));
+}
+
+RgbaPicture toRgb(const VideoFrame& frame, QSize size) {
     prepareFFmpeg();
-    const AVFramePtr converted = convertToRgba(*frame.handle());
+    const AVFramePtr converted = convertToRgba(*frame.handle(), size);
     RgbaPicture picture{converted->width, converted->height, {}};
     const auto rowBytes = static_cast<std::size_t>(picture.width) * 4;
     picture.pixels.resize(rowBytes * static_cast<std::size_t>(picture.height));

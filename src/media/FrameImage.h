@@ -4,6 +4,7 @@
 #include "media/VideoFrame.h"
 
 #include <cstdint>
+#include <QSize>
 #include <vector>
 
 namespace pointloom::media {
@@ -18,5 +19,8 @@ struct RgbaPicture {
 /// The frame as stored (not turned, pixels not made square) in full-range BT.709 RGB. HDR is tone-mapped as
 /// FrameConverter does. Throws MediaError.
 RgbaPicture toRgb(const VideoFrame& frame);
+
+/// The same, scaled to `size` pixels on the way, which for small pictures costs a fraction.
+RgbaPicture toRgb(const VideoFrame& frame, QSize size);
 
 }

@@ -11,6 +11,17 @@
 
 namespace pointloom::media {
 
+namespace {
+
+std::int64_t ticksOf(double time, Rational timeBase) {
+    // A frame's time in seconds may come back a hair below its tick.
+    const double exactTicks = std::floor(time / timeBase.value() + 1e-3);
+    constexpr double farthest = 1e17; // ticks
+    return static_cast<std::int64_t>(std::clamp(exactTicks, -farthest, farthest));
+}
+
+}
+
 struct VideoReader::State {
     QString path;
     InputFile file;
@@ -106,10 +117,7 @@ bool VideoReader::State::placeInTime(AVFrame& picture) {
 void VideoReader::seek(double time) {
     State& state = *m_state;
     const Rational timeBase = track().timeBase;
-    // A frame's time in seconds may come back a hair below its tick.
-    const double exactTicks = std::floor(time / timeBase.value() + 1e-3);
-    constexpr double farthest = 1e17; // ticks
-    const auto ticks = static_cast<std::int64_t>(std::clamp(exactTicks, -farthest, farthest));
+    const std::int64_t ticks = ticksOf(time, timeBase);
     state.pending.clear();
 
     // Files are searched by decoding time, which runs ahead of presentation: the first try may land after the
@@ -138,6 +146,12 @@ void VideoReader::seek(double time) {
         }
         shown = std::move(following);
     }
+}
+
+void VideoReader::seekToKeyFrame(double time) {
+    m_state->pending.clear();
+    if (!m_state->seekTo(ticksOf(time, track().timeBase)))
+        m_state->rewind();
 }
 
 /// Makes decoding go on with the key picture before `ticks`. False when the file cannot seek there.

@@ -27,6 +27,10 @@ public:
     /// or the first of the file when all are later. Throws MediaError.
     void seek(double time);
 
+    /// Makes `read` go on with a key frame near `time` (seconds), mostly the last one at or before it. Costs
+    /// one decoded frame however far apart key frames stand. Throws MediaError.
+    void seekToKeyFrame(double time);
+
     /// The next frame in presentation order, timestamps strictly rising; empty at the end.
     /// Frames that cannot be decoded are left out and counted. Throws MediaError when nothing can be
     /// decoded at all.

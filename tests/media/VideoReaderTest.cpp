@@ -76,6 +76,21 @@ TEST(VideoReader, SeekLandsOnTheFrameThatIsShownThen) {
     }
 }
 
+TEST(VideoReader, AQuickSeekGoesOnFromTheKeyFrameBefore) {
+    const ClipFolder folder;
+    VideoReader reader = VideoReader::open(folder.make(QStringLiteral("b.mp4"), numberedFrames));
+    constexpr int keyFrameDistance = 12;
+    for (const double time : {1.2, 0.1, 0.49, 1.99, 0.0}) {
+        reader.seekToKeyFrame(time);
+        const int wanted = static_cast<int>(std::floor(time * 25 + 1e-6));
+        const int number = shown(*reader.read()).number;
+        EXPECT_EQ(number % keyFrameDistance, 0) << time;
+        EXPECT_LE(number, wanted) << time;
+        EXPECT_GT(number, wanted - 2 * keyFrameDistance) << time;
+        EXPECT_EQ(shown(*reader.read()).number, number + 1) << "reading goes on after " << time;
+    }
+}
+
 TEST(VideoReader, AnEditListCutsFramesAndMovesTimeZero) {
     const ClipFolder folder;
     const QString whole = folder.make(QStringLiteral("b.mp4"), numberedFrames);
