@@ -1,0 +1,71 @@
+#include "session/RangeEdits.h"
+
+#include <algorithm>
+
+namespace pointloom {
+
+namespace {
+
+void registerEdit(UndoManager* undoManager, const QString& name, UndoManager::Action inverse) {
+    if (!undoManager)
+        return;
+    undoManager->registerUndo(std::move(inverse));
+    undoManager->setActionName(name);
+}
+
+}
+
+TrimTimes trimOf(const AppState& state) {
+    return {state.trimStart, state.trimEnd};
+}
+
+void setTrim(AppState& state, const TrimTimes& trim, UndoManager* undoManager) {
+    const TrimTimes previous = trimOf(state);
+    if (trim == previous)
+        return;
+    state.trimStart = trim.start;
+    state.trimEnd = trim.end;
+    registerEdit(undoManager, QStringLiteral("Set Trim"),
+                 [&state, previous, undoManager] { setTrim(state, previous, undoManager); });
+    state.save();
+}
+
+void addCut(AppState& state, const CutZone& cut, UndoManager* undoManager) {
+    auto edited = state.cuts.value();
+    edited.insert(std::ranges::upper_bound(edited, cut.start, {}, &CutZone::start), cut);
+    state.cuts = std::move(edited);
+    state.selectedCutID = cut.id;
+    registerEdit(undoManager, QStringLiteral("Add Cut"),
+                 [&state, id = cut.id, undoManager] { removeCut(state, id, undoManager); });
+    state.save();
+}
+
+void updateCut(AppState& state, const CutZone& cut, UndoManager* undoManager) {
+    auto edited = state.cuts.value();
+    const auto found = std::ranges::find(edited, cut.id, &CutZone::id);
+    if (found == edited.end() || *found == cut)
+        return;
+    const CutZone previous = std::exchange(*found, cut);
+    std::ranges::stable_sort(edited, {}, &CutZone::start);
+    state.cuts = std::move(edited);
+    registerEdit(undoManager, QStringLiteral("Move Cut"),
+                 [&state, previous, undoManager] { updateCut(state, previous, undoManager); });
+    state.save();
+}
+
+void removeCut(AppState& state, const QUuid& id, UndoManager* undoManager) {
+    auto edited = state.cuts.value();
+    const auto found = std::ranges::find(edited, id, &CutZone::id);
+    if (found == edited.end())
+        return;
+    const CutZone removed = *found;
+    edited.erase(found);
+    state.cuts = std::move(edited);
+    if (state.selectedCutID.value() == removed.id)
+        state.selectedCutID = std::nullopt;
+    registerEdit(undoManager, QStringLiteral("Delete Cut"),
+                 [&state, removed, undoManager] { addCut(state, removed, undoManager); });
+    state.save();
+}
+
+}

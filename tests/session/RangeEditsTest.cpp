@@ -1,0 +1,72 @@
+// Trims and cut zones: each edit is one step that can be taken back, and is saved.
+#include "session/RangeEdits.h"
+
+#include "session/UndoStack.h"
+#include "support/Sessions.h"
+
+#include <gtest/gtest.h>
+
+namespace pointloom::test {
+
+namespace {
+
+struct RangeEdits : testing::Test {
+    RecordingStore store;
+    AppState state{&store};
+    UndoStack undo;
+};
+
+CutZone cutFrom(double start, double end) {
+    return {QUuid::createUuid(), start, end};
+}
+
+}
+
+TEST_F(RangeEdits, ATrimIsOneStepWithBothItsEnds) {
+    setTrim(state, {2, 8}, &undo);
+    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Set Trim"));
+    setTrim(state, {2, std::nullopt}, &undo);
+    undo.undo();
+    EXPECT_EQ(trimOf(state), (TrimTimes{2, 8}));
+    undo.undo();
+    EXPECT_EQ(trimOf(state), TrimTimes{});
+    undo.redo();
+    EXPECT_EQ(trimOf(state), (TrimTimes{2, 8}));
+    EXPECT_EQ(store.saves, 5);
+}
+
+TEST_F(RangeEdits, WhatChangesNothingIsNoStep) {
+    setTrim(state, {}, &undo);
+    const CutZone cut = cutFrom(1, 2);
+    updateCut(state, cut, &undo);
+    removeCut(state, cut.id, &undo);
+    EXPECT_FALSE(undo.canUndo().value());
+    EXPECT_EQ(store.saves, 0);
+}
+
+TEST_F(RangeEdits, CutsComeAndGoByUndoInTheirOrderAndSelected) {
+    const CutZone late = cutFrom(10, 12);
+    const CutZone early = cutFrom(1, 2);
+    addCut(state, late, &undo);
+    addCut(state, early, &undo);
+    EXPECT_EQ(state.cuts.value(), (std::vector{early, late}));
+    EXPECT_EQ(state.selectedCutID.value(), early.id);
+
+    CutZone moved = early;
+    moved.start = 20;
+    moved.end = 21;
+    updateCut(state, moved, &undo);
+    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Cut"));
+    EXPECT_EQ(state.cuts.value(), (std::vector{late, moved}));
+
+    removeCut(state, moved.id, &undo);
+    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Delete Cut"));
+    EXPECT_FALSE(state.selectedCutID.value());
+    undo.undo();
+    undo.undo();
+    EXPECT_EQ(state.cuts.value(), (std::vector{early, late}));
+    undo.undo();
+    EXPECT_EQ(state.cuts.value(), std::vector{late});
+}
+
+}
