@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <QString>
+#include <span>
 
 namespace pointloom::media {
 
@@ -17,6 +18,9 @@ struct AudioFrame {
     AVFramePtr frame; // its pts counts samples from the start of the exported range
     std::int64_t firstSample = 0;
     int sampleCount = 0;
+
+    /// The samples of one channel, 0 or 1; -1 to 1.
+    std::span<const float> channel(int index) const;
 };
 
 /// Decodes every audio track, mixes them to stereo and cuts the sound to a range of the timeline.

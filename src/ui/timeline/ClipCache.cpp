@@ -1,0 +1,102 @@
+#include "ui/timeline/ClipCache.h"
+
+#include <algorithm>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <vector>
+
+namespace pointloom {
+
+namespace {
+
+constexpr auto useMark = "used"; // a file whose time says when the clip was open last
+
+QString keyOf(const QFileInfo& clip) {
+    const QString state = QStringLiteral("%1|%2|%3")
+                              .arg(clip.absoluteFilePath())
+                              .arg(clip.size())
+                              .arg(clip.lastModified().toMSecsSinceEpoch());
+    return QString::fromLatin1(QCryptographicHash::hash(state.toUtf8(), QCryptographicHash::Sha256).toHex().left(32));
+}
+
+struct CachedClip {
+    QString folder;
+    QDateTime used;
+    qint64 bytes = 0;
+};
+
+CachedClip measure(const QFileInfo& folder) {
+    CachedClip clip{folder.absoluteFilePath(), QFileInfo(folder.absoluteFilePath(), QLatin1String(useMark)).lastModified()};
+    QDirIterator files(clip.folder, QDir::Files);
+    while (files.hasNext()) {
+        files.next();
+        clip.bytes += files.fileInfo().size();
+    }
+    return clip;
+}
+
+}
+
+ClipCache::ClipCache(const QString& root, const QString& clipPath, qint64 limit) {
+    const QFileInfo clip(clipPath);
+    if (!clip.isFile())
+        return;
+    const QString folder = QDir(root).filePath(keyOf(clip));
+    if (!QDir().mkpath(folder))
+        return;
+    m_folder = folder;
+    write(QLatin1String(useMark), {});
+    forgetOldest(root, limit);
+}
+
+QString ClipCache::standardRoot() {
+    return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + QStringLiteral("/timeline");
+}
+
+std::optional<QByteArray> ClipCache::read(const QString& name, qint64 largest) const {
+    if (m_folder.isEmpty())
+        return std::nullopt;
+    QFile file(QDir(m_folder).filePath(name));
+    if (!file.open(QIODevice::ReadOnly) || file.size() > largest)
+        return std::nullopt;
+    return file.read(largest);
+}
+
+void ClipCache::write(const QString& name, const QByteArray& content) {
+    if (m_folder.isEmpty() || m_written + content.size() > largestClip)
+        return;
+    m_written += content.size();
+    // Under another name first, so that nobody finds half a file.
+    const QString path = QDir(m_folder).filePath(name);
+    const QString unfinished = path + QStringLiteral(".part");
+    QFile file(unfinished);
+    const bool isWhole = file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+    file.close();
+    QFile::remove(path);
+    if (!isWhole || !QFile::rename(unfinished, path))
+        QFile::remove(unfinished);
+}
+
+void ClipCache::forgetOldest(const QString& root, qint64 limit) const {
+    std::vector<CachedClip> clips;
+    qint64 total = 0;
+    for (const QFileInfo& folder : QDir(root).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
+        clips.push_back(measure(folder));
+        total += clips.back().bytes;
+    }
+    std::ranges::sort(clips, {}, &CachedClip::used);
+    for (const CachedClip& clip : clips) {
+        if (total <= limit)
+            return;
+        if (clip.folder == m_folder)
+            continue;
+        QDir(clip.folder).removeRecursively();
+        total -= clip.bytes;
+    }
+}
+
+}

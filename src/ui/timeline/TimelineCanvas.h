@@ -1,0 +1,117 @@
+// The timeline itself: rows that are painted and dragged on, without the controls around them.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+#include "ui/timeline/Gestures.h"
+#include "ui/timeline/IdleWorker.h"
+#include "ui/timeline/ThumbnailStore.h"
+#include "ui/timeline/TimelinePainting.h"
+#include "ui/timeline/TimelineScene.h"
+#include "ui/timeline/WaveformStore.h"
+
+#include <memory>
+#include <optional>
+#include <QBasicTimer>
+#include <QPixmap>
+#include <QWidget>
+
+namespace pointloom {
+
+class TimelineCanvas : public QWidget {
+    Q_OBJECT
+
+public:
+    /// What is made of clips is kept below `cacheRoot`.
+    TimelineCanvas(const UiContext& context, const QString& cacheRoot, QWidget* parent = nullptr);
+    ~TimelineCanvas() override;
+
+    const TimelineScene& scene() const { return m_scene; }
+
+    /// Around the playhead when it can be seen, else around the middle.
+    void zoomBy(double factor);
+    void fit();
+    void scrollTo(double offset);
+
+    bool isDragging() const { return m_gesture != nullptr; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void seekRequested(double seconds, bool exact);
+    void scrubbingChanged(bool isScrubbing);
+    void viewChanged(); // zoom or scroll position
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void bind();
+    void takeClip();
+    void takeFrameRate(double frameRate);
+    void takeDuration();
+    void takeMarkers();
+    void takeRanges();
+    void takeSelection();
+    void takePlayhead();
+
+    void refresh();
+    void layOut();
+    void changeView();
+    void showFont();
+    TimelinePainting::Look look() const;
+    void paintLayer();
+    void paintRows(QPainter& painter);
+    void wantThumbnails();
+    double pictureAspect() const;
+
+    void press(const TimelineHit& hit, double time);
+    std::unique_ptr<Gesture> makeGesture(const TimelineHit& hit, double grabbedAt);
+    SnapRules rulesFor(const TimelineHit& hit) const;
+    void moveGesture();
+    void endGesture(bool commits);
+    void setHover(const TimelineHit& hit);
+    QString toolTipFor(const TimelineHit& hit) const;
+
+    UiContext m_context;
+    TimelineScene m_scene;
+    ThumbnailStore m_thumbnails;
+    WaveformStore m_waveform;
+    std::optional<IdleWorker> m_frameRateReader;
+    std::vector<std::int64_t> m_wantedThumbnails;
+
+    QPixmap m_layer; // all that does not move while playing
+    bool m_isLayerStale = true;
+    bool m_showsFocus = false;
+
+    struct Press {
+        QPointF position;
+        TimelineHit hit;
+        double time = 0; // under the pointer
+    };
+    std::optional<Press> m_press; // of the left button, from its going down
+    std::unique_ptr<Gesture> m_gesture;
+    DragPreview m_preview;
+    QPointF m_pointer;
+    bool m_snaps = true;
+    bool m_isScrubbing = false;
+    QBasicTimer m_edgeScroll;
+
+    Bindings m_bindings;
+};
+
+}

@@ -1,0 +1,12 @@
+// What the timeline says of a thing under the pointer, over several lines.
+#pragma once
+
+#include "ui/common/UiContext.h"
+
+namespace pointloom {
+
+QString markerToolTip(const UiContext& context, const Marker& marker);
+QString cutToolTip(const UiContext& context, const CutZone& cut);
+QString trimToolTip(const UiContext& context, const UiText& meaning, double time);
+
+}

@@ -1,0 +1,217 @@
+#include "ui/timeline/TimelineView.h"
+
+#include "ui/style/Controls.h"
+#include "ui/timeline/Snapping.h"
+#include "ui/timeline/TimelineCanvas.h"
+#include "ui/timeline/TimelineTexts.h"
+
+#include <algorithm>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+constexpr double zoomStep = 1.5;
+
+}
+
+TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QString& cacheRoot)
+    : QWidget(parent)
+    , m_context(context)
+    , m_canvas(new TimelineCanvas(context, cacheRoot, this))
+    , m_scrollBar(new QScrollBar(Qt::Horizontal, this))
+    , m_trimStart(addButton(QStringLiteral("trim-start"), &TimelineView::trimStartAtPlayhead))
+    , m_trimEnd(addButton(QStringLiteral("trim-end"), &TimelineView::trimEndAtPlayhead))
+    , m_addCut(addButton(QStringLiteral("cut"), &TimelineView::addCutAtPlayhead))
+    , m_zoomOut(addButton(QStringLiteral("zoom-out"), &TimelineView::zoomOut))
+    , m_zoomIn(addButton(QStringLiteral("zoom-in"), &TimelineView::zoomIn))
+    , m_fit(addButton(QStringLiteral("fit"), &TimelineView::zoomToFit)) {
+    setProperty("room", QStringLiteral("surface"));
+    setAttribute(Qt::WA_StyledBackground);
+    auto* controls = new QHBoxLayout; // its column takes it
+    controls->setContentsMargins(Space::s, 2, Space::s, 2);
+    controls->setSpacing(2);
+    for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut})
+        controls->addWidget(button);
+    controls->addSpacing(Space::s);
+    controls->addWidget(m_scrollBar, 1);
+    controls->addSpacing(Space::s);
+    for (QToolButton* button : {m_zoomOut, m_zoomIn, m_fit})
+        controls->addWidget(button);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_canvas, 1);
+    column->addLayout(controls);
+
+    connect(m_canvas, &TimelineCanvas::seekRequested, this, &TimelineView::seekRequested);
+    connect(m_canvas, &TimelineCanvas::scrubbingChanged, this, &TimelineView::scrubbingChanged);
+    connect(m_canvas, &TimelineCanvas::viewChanged, this, &TimelineView::showView);
+    connect(m_scrollBar, &QScrollBar::valueChanged, m_canvas, &TimelineCanvas::scrollTo);
+    m_scrollBar->setFocusPolicy(Qt::NoFocus);
+    setFocusProxy(m_canvas);
+    m_bindings.watch(context.state.language, [this] { showTexts(); });
+    showView();
+}
+
+QToolButton* TimelineView::addButton(const QString& icon, void (TimelineView::*action)()) {
+    QToolButton* button = Controls::iconButton(icon, this);
+    button->setIconSize(QSize(18, 18));
+    connect(button, &QToolButton::clicked, this, action);
+    return button;
+}
+
+void TimelineView::showView() {
+    const TimeScale& scale = m_canvas->scene().scale;
+    const QSignalBlocker quiet(m_scrollBar);
+    m_scrollBar->setRange(0, static_cast<int>(scale.largestOffset()));
+    m_scrollBar->setPageStep(std::max(1, static_cast<int>(scale.width())));
+    m_scrollBar->setSingleStep(std::max(1, static_cast<int>(scale.width() / 10)));
+    m_scrollBar->setValue(static_cast<int>(scale.offset()));
+    const bool hasClip = scale.duration() > 0;
+    for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut, m_zoomIn})
+        button->setEnabled(hasClip);
+    for (QToolButton* button : {m_zoomOut, m_fit})
+        button->setEnabled(hasClip && !scale.isFitted());
+}
+
+void TimelineView::showTexts() {
+    const auto name = [this](QToolButton* button, const UiText& text, const QString& key) {
+        button->setAccessibleName(m_context.text(text));
+        button->setToolTip(QStringLiteral("%1 (%2)").arg(m_context.text(text), key));
+    };
+    const auto keyName = [this](const char16_t* keys) {
+        return forThisDesktop(QString::fromUtf16(keys), m_context.state.language);
+    };
+    name(m_trimStart, TimelineTexts::trimStart, QStringLiteral("I"));
+    name(m_trimEnd, TimelineTexts::trimEnd, QStringLiteral("O"));
+    name(m_addCut, TimelineTexts::addCut, QStringLiteral("C"));
+    name(m_zoomOut, TimelineTexts::zoomOut, keyName(u"⌘-"));
+    name(m_zoomIn, TimelineTexts::zoomIn, keyName(u"⌘+"));
+    name(m_fit, TimelineTexts::fit, keyName(u"⌘0"));
+}
+
+void TimelineView::trimStartAtPlayhead() {
+    const TimelineScene& scene = m_canvas->scene();
+    const double duration = scene.scale.duration();
+    const double frame = 1 / scene.frameRate;
+    if (duration <= frame)
+        return;
+    TrimTimes trim = trimOf(m_context.state);
+    trim.start = std::clamp(m_context.state.currentTime.value(), 0.0, duration - frame);
+    if (trim.end && *trim.end < trim.start + frame)
+        trim.end = std::nullopt;
+    setTrim(m_context.state, trim, &m_context.undo);
+}
+
+void TimelineView::trimEndAtPlayhead() {
+    const TimelineScene& scene = m_canvas->scene();
+    const double duration = scene.scale.duration();
+    const double frame = 1 / scene.frameRate;
+    if (duration <= frame)
+        return;
+    TrimTimes trim = trimOf(m_context.state);
+    const double end = std::max(m_context.state.currentTime.value(), frame);
+    trim.end = end > duration - frame / 2 ? std::nullopt : std::optional(end);
+    if (trim.start > end - frame)
+        trim.start = 0;
+    setTrim(m_context.state, trim, &m_context.undo);
+}
+
+void TimelineView::addCutAtPlayhead() {
+    const TimelineScene& scene = m_canvas->scene();
+    const double duration = scene.scale.duration();
+    if (duration <= 0)
+        return;
+    constexpr double shareOfView = 0.1;
+    const double frame = std::min(1 / scene.frameRate, duration);
+    const double visible = std::min(duration, scene.scale.width() / scene.scale.pointsPerSecond());
+    const double length = std::max(frame, nearestFrame(visible * shareOfView, scene.frameRate));
+    const double start = std::clamp(m_context.state.currentTime.value(), 0.0, duration - frame);
+    addCut(m_context.state, {QUuid::createUuid(), start, std::min(duration, start + length)}, &m_context.undo);
+    m_context.state.selectedMarkerID = std::nullopt;
+}
+
+bool TimelineView::removeSelection() {
+    AppState& state = m_context.state;
+    if (const auto cut = state.selectedCutID.value())
+        removeCut(state, *cut, &m_context.undo);
+    else if (const auto marker = state.selectedMarkerID.value())
+        state.removeMarker(*marker, &m_context.undo);
+    else
+        return false;
+    return true;
+}
+
+void TimelineView::zoomIn() {
+    m_canvas->zoomBy(zoomStep);
+}
+
+void TimelineView::zoomOut() {
+    m_canvas->zoomBy(1 / zoomStep);
+}
+
+void TimelineView::zoomToFit() {
+    m_canvas->fit();
+}
+
+bool TimelineView::event(QEvent* event) {
+    // A window's shortcut for the same key must not come first: here Delete may mean a cut.
+    if (event->type() == QEvent::ShortcutOverride && handleKey(*static_cast<QKeyEvent*>(event), false)) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void TimelineView::keyPressEvent(QKeyEvent* event) {
+    if (!handleKey(*event, true))
+        QWidget::keyPressEvent(event);
+}
+
+bool TimelineView::handleKey(const QKeyEvent& event, bool acts) {
+    const auto does = [&](auto action) {
+        if (acts)
+            (this->*action)();
+        return true;
+    };
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier);
+    if (modifiers == Qt::ControlModifier) {
+        switch (event.key()) {
+        case Qt::Key_Plus:
+        case Qt::Key_Equal:
+            return does(&TimelineView::zoomIn);
+        case Qt::Key_Minus:
+            return does(&TimelineView::zoomOut);
+        case Qt::Key_0:
+            return does(&TimelineView::zoomToFit);
+        default:
+            return false;
+        }
+    }
+    if (modifiers != Qt::NoModifier || event.modifiers().testFlag(Qt::ShiftModifier))
+        return false;
+    switch (event.key()) {
+    case Qt::Key_I:
+        return does(&TimelineView::trimStartAtPlayhead);
+    case Qt::Key_O:
+        return does(&TimelineView::trimEndAtPlayhead);
+    case Qt::Key_C:
+        return does(&TimelineView::addCutAtPlayhead);
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace: {
+        const bool hasSelection = m_context.state.selectedCutID.value() || m_context.state.selectedMarkerID.value();
+        return hasSelection && (!acts || removeSelection());
+    }
+    default:
+        return false;
+    }
+}
+
+}

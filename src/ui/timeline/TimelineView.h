@@ -1,0 +1,69 @@
+// The clip's whole length with its markers, trims and cuts, and the controls to move about in it.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+#include "ui/timeline/ClipCache.h"
+
+#include <QWidget>
+
+class QScrollBar;
+class QToolButton;
+
+namespace pointloom {
+
+class TimelineCanvas;
+
+/// The playhead is `AppState::currentTime`; the timeline asks for another one by `seekRequested`.
+/// Keys, when it has the focus: I and O trim at the playhead, C marks a cut, Delete removes what is selected,
+/// Ctrl with plus, minus and 0 zooms. All others are left to the parent.
+class TimelineView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit TimelineView(const UiContext& context, QWidget* parent = nullptr,
+                          const QString& cacheRoot = ClipCache::standardRoot());
+
+    TimelineCanvas& canvas() { return *m_canvas; }
+
+    /// A trim that would leave nothing gives up its other end.
+    void trimStartAtPlayhead();
+    void trimEndAtPlayhead();
+
+    /// From the playhead on over a tenth of what is visible, selected.
+    void addCutAtPlayhead();
+
+    /// Removes the selected cut, or else the selected marker. False when nothing is selected.
+    bool removeSelection();
+
+    void zoomIn();
+    void zoomOut();
+    void zoomToFit();
+
+Q_SIGNALS:
+    void seekRequested(double seconds, bool exact);
+    void scrubbingChanged(bool isScrubbing);
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    bool handleKey(const QKeyEvent& event, bool acts);
+    QToolButton* addButton(const QString& icon, void (TimelineView::*action)());
+    void showView();
+    void showTexts();
+
+    UiContext m_context;
+    TimelineCanvas* m_canvas;
+    QScrollBar* m_scrollBar;
+    QToolButton* m_trimStart;
+    QToolButton* m_trimEnd;
+    QToolButton* m_addCut;
+    QToolButton* m_zoomOut;
+    QToolButton* m_zoomIn;
+    QToolButton* m_fit;
+    Bindings m_bindings;
+};
+
+}

@@ -1,0 +1,221 @@
+// Where things stand on the timeline: arithmetic without a window.
+#include "ui/timeline/FlagLayout.h"
+#include "ui/timeline/RowLayout.h"
+#include "ui/timeline/RulerTicks.h"
+#include "ui/timeline/ScoreWords.h"
+#include "ui/timeline/Snapping.h"
+#include "ui/timeline/ThumbnailGrid.h"
+#include "ui/timeline/TimeScale.h"
+#include "ui/timeline/TimeText.h"
+#include "ui/timeline/WaveformPyramid.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+#include <QString>
+
+namespace pointloom::test {
+
+using testing::ElementsAre;
+
+namespace {
+
+TimeScale scaleOf(double duration, double width) {
+    TimeScale scale;
+    scale.setClip(duration, 25);
+    scale.setWidth(width);
+    return scale;
+}
+
+std::vector<std::string> labelsOf(const RulerRange& range) {
+    std::vector<std::string> labels;
+    for (const RulerTick& tick : rulerTicks(range)) {
+        if (!tick.label.isEmpty())
+            labels.push_back(tick.label.toStdString());
+    }
+    return labels;
+}
+
+}
+
+TEST(TimeScale, TheWholeClipFitsAndGoesOnFitting) {
+    TimeScale scale = scaleOf(100, 1028);
+    EXPECT_DOUBLE_EQ(scale.x(0), 14);
+    EXPECT_DOUBLE_EQ(scale.x(100), 1014);
+    EXPECT_DOUBLE_EQ(scale.time(514), 50);
+    EXPECT_EQ(scale.largestOffset(), 0);
+    scale.setWidth(528);
+    EXPECT_DOUBLE_EQ(scale.x(100), 514);
+    scale.setClip(50, 25);
+    EXPECT_DOUBLE_EQ(scale.x(50), 514);
+}
+
+TEST(TimeScale, ZoomKeepsTheTimeUnderThePointer) {
+    TimeScale scale = scaleOf(100, 1028);
+    const double time = scale.time(700);
+    for (int i = 0; i < 12; ++i) {
+        scale.zoomBy(1.3, 700);
+        EXPECT_NEAR(scale.x(time), 700, 0.5) << "offsets are whole points";
+    }
+    EXPECT_FALSE(scale.isFitted());
+    scale.zoomBy(1e9, 700);
+    EXPECT_NEAR(scale.pointsPerSecond(), 64 * 25, 1e-6) << "a frame takes 64 points at most";
+    scale.zoomBy(1e-9, 700);
+    EXPECT_TRUE(scale.isFitted());
+    EXPECT_EQ(scale.offset(), 0);
+}
+
+TEST(TimeScale, HostileLengthsLeaveItUsable) {
+    for (const double duration : {0.0, -5.0, 1e-9, 1e12, std::numeric_limits<double>::infinity(),
+                                  std::numeric_limits<double>::quiet_NaN()}) {
+        TimeScale scale = scaleOf(duration, 800);
+        scale.zoomBy(1e6, 400);
+        EXPECT_GT(scale.pointsPerSecond(), 0) << duration;
+        EXPECT_LE(scale.largestOffset(), 2e9) << "scroll bars count in whole numbers; " << duration;
+    }
+}
+
+TEST(Ruler, LabelsStandOnRoundTimesAtEveryZoom) {
+    EXPECT_THAT(labelsOf({0, 120, 2, 25, 64}), ElementsAre("0:00", "1:00", "2:00"));
+    EXPECT_THAT(labelsOf({3590, 3620, 10, 25, 64}), ElementsAre("59:50", "1:00:00", "1:00:10", "1:00:20"));
+    EXPECT_THAT(labelsOf({4, 5.5, 64, 25, 60}), ElementsAre("0:04", "0:05"));
+    EXPECT_THAT(labelsOf({4, 5.2, 300, 25, 60}), ElementsAre("0:04", "5f", "10f", "15f", "20f", "0:05", "5f", "10f", "15f", "20f"));
+}
+
+TEST(Ruler, TicksNeverCrowdAndAlwaysRise) {
+    for (double pointsPerSecond = 0.001; pointsPerSecond < 4000; pointsPerSecond *= 1.37) {
+        for (const double frameRate : {10.0, 23.976, 25.0, 29.97, 60.0, 240.0}) {
+            double lastTick = -1;
+            double lastLabel = -1e9;
+            const RulerRange range{1000, 1000 + 1200 / pointsPerSecond, pointsPerSecond, frameRate, 64};
+            for (const RulerTick& tick : rulerTicks(range)) {
+                ASSERT_GT(tick.time, lastTick) << pointsPerSecond << " " << frameRate;
+                ASSERT_TRUE(lastTick < 0 || (tick.time - lastTick) * pointsPerSecond > 3) << pointsPerSecond << " " << frameRate;
+                lastTick = tick.time;
+                if (tick.label.isEmpty())
+                    continue;
+                ASSERT_GE((tick.time - lastLabel) * pointsPerSecond, 55) << pointsPerSecond << " " << frameRate;
+                lastLabel = tick.time;
+            }
+        }
+    }
+}
+
+TEST(TimeText, AFramesTimeKeepsItsHundredth) {
+    EXPECT_EQ(preciseClockText(65.2), QStringLiteral("1:05.20"));
+    EXPECT_EQ(preciseClockText(0.29), QStringLiteral("0:00.29"));
+    EXPECT_EQ(preciseClockText(3661.999), QStringLiteral("1:01:01.99"));
+    EXPECT_EQ(preciseClockText(-1), QStringLiteral("0:00.00"));
+}
+
+TEST(Snapping, TargetsWinWithinReachAndFramesElsewhere) {
+    const std::vector<double> targets = {1.003, 5};
+    EXPECT_DOUBLE_EQ(snap(1.05, 25, targets, 0.1).time, 1.003);
+    EXPECT_TRUE(snap(1.05, 25, targets, 0.1).isOnTarget);
+    EXPECT_DOUBLE_EQ(snap(1.15, 25, targets, 0.1).time, 1.16);
+    EXPECT_FALSE(snap(1.15, 25, targets, 0.1).isOnTarget);
+    EXPECT_DOUBLE_EQ(snap(-0.3, 25, targets, 0.1).time, 0);
+    for (const double frameRate : {23.976, 25.0, 29.97, 59.94})
+        for (int frame = 0; frame < 5000; frame += 7)
+            EXPECT_NEAR(frameStart(frame / frameRate, frameRate), frame / frameRate, 1e-9) << "a frame's own time is its start";
+}
+
+TEST(Flags, SayLessAsTheyComeCloserAndNeverOverlap) {
+    const std::vector<FlagWidths> widths(3, {30, 80});
+    const auto details = [&](const std::vector<double>& positions, int lanes) {
+        std::vector<FlagDetail> result;
+        for (const FlagPlace& place : layOutFlags(positions, widths, lanes))
+            result.push_back(place.detail);
+        return result;
+    };
+    using enum FlagDetail;
+    EXPECT_THAT(details({0, 100, 200}, 1), ElementsAre(full, full, full));
+    EXPECT_THAT(details({0, 40, 200}, 1), ElementsAre(brief, full, full));
+    EXPECT_THAT(details({0, 10, 200}, 1), ElementsAre(tick, full, full));
+    EXPECT_THAT(details({0, 40, 100}, 2), ElementsAre(full, full, full)) << "the second lane takes the one between";
+    EXPECT_THAT(details({5, 5, 5}, 2), ElementsAre(tick, full, full)) << "at one time";
+    EXPECT_THAT(details({0, 50, std::numeric_limits<double>::quiet_NaN()}, 1), ElementsAre(brief, full, tick));
+}
+
+TEST(Flags, ManyCloseTogetherBecomeTicks) {
+    std::vector<double> positions;
+    for (int i = 0; i < 2000; ++i)
+        positions.push_back(i * 0.75);
+    const auto places = layOutFlags(positions, std::vector<FlagWidths>(2000, {40, 90}), 3);
+    const auto labelled = std::ranges::count_if(places, [](const FlagPlace& place) { return place.detail != FlagDetail::tick; });
+    EXPECT_LE(labelled, 3) << "the last ones have room";
+}
+
+TEST(Rows, FoldFromPicturesToSoundAndNeverOverlap) {
+    constexpr double line = 14;
+    const double smallest = smallestTimelineHeight(line);
+    const RowLayout least = layOutRows(800, smallest, line, true);
+    EXPECT_TRUE(least.thumbnails.isEmpty());
+    EXPECT_TRUE(least.waveform.isEmpty());
+    EXPECT_LE(least.trim.bottom(), smallest);
+    const RowLayout some = layOutRows(800, smallest + 40, line, true);
+    EXPECT_TRUE(some.thumbnails.isEmpty());
+    EXPECT_FALSE(some.waveform.isEmpty());
+    for (double height = smallest; height < 600; height += 3) {
+        for (const bool hasSound : {true, false}) {
+            const RowLayout rows = layOutRows(800, height, line, hasSound);
+            EXPECT_LE(rows.ruler.bottom(), rows.flags.top());
+            EXPECT_LE(rows.flags.bottom(), rows.thumbnails.top());
+            EXPECT_LE(rows.thumbnails.bottom(), rows.waveform.top());
+            EXPECT_LE(rows.waveform.bottom(), rows.trim.top());
+            EXPECT_LE(rows.trim.bottom(), height + 1e-9) << height;
+            EXPECT_TRUE(hasSound || rows.waveform.isEmpty());
+        }
+    }
+}
+
+TEST(ThumbnailGrid, TilesMeetAndZoomLevelsShareTheirPictures) {
+    TimeScale scale = scaleOf(600, 1000);
+    std::int64_t lastStep = std::numeric_limits<std::int64_t>::max();
+    for (int i = 0; i < 30; ++i, scale.zoomBy(1.4, 500)) {
+        const std::int64_t step = thumbnailStep(scale, 100);
+        EXPECT_LE(step, lastStep);
+        EXPECT_TRUE(lastStep == std::numeric_limits<std::int64_t>::max() || lastStep % step == 0);
+        lastStep = step;
+        const auto tiles = thumbnailTiles(scale, 100, 0, 1000);
+        ASSERT_FALSE(tiles.empty());
+        for (std::size_t tile = 1; tile < tiles.size(); ++tile)
+            EXPECT_NEAR(tiles[tile].left, tiles[tile - 1].left + tiles[tile - 1].width, 1e-6);
+        EXPECT_LE(tiles.size(), 22U);
+    }
+}
+
+TEST(WaveformPyramid, EveryRangeHasTheLoudestOfItsPeaks) {
+    std::vector<std::uint8_t> peaks(5000);
+    std::uint32_t random = 7;
+    for (auto& peak : peaks)
+        peak = static_cast<std::uint8_t>((random = random * 1664525 + 1013904223) >> 24);
+    WaveformPyramid pyramid;
+    for (std::size_t at = 0; at < peaks.size(); at += 333)
+        pyramid.append(std::span(peaks).subspan(at, std::min<std::size_t>(333, peaks.size() - at)));
+    ASSERT_EQ(pyramid.size(), peaks.size());
+    constexpr double second = WaveformPyramid::peaksPerSecond;
+    for (std::size_t from = 0; from < peaks.size(); from += 97) {
+        for (std::size_t to = from + 1; to <= peaks.size(); to = to * 2 + 1) {
+            const auto expected = *std::max_element(peaks.begin() + static_cast<std::ptrdiff_t>(from), peaks.begin() + static_cast<std::ptrdiff_t>(to));
+            const auto found = pyramid.loudest((static_cast<double>(from) + 0.01) / second, (static_cast<double>(to) - 0.01) / second);
+            ASSERT_EQ(found, expected) << from << " to " << to;
+        }
+    }
+    EXPECT_EQ(pyramid.loudest(1e6, 2e6), 0);
+}
+
+TEST(ScoreWords, LeaveOutWhatHasNotBegun) {
+    const auto tennis = [](std::vector<SetScore> sets, GameScore game) { return scoreInWords(ScoreState{std::move(sets), game, 1}); };
+    EXPECT_EQ(tennis({{0, 0, {}}, {0, 0, {}}}, {}).full, QStringLiteral("0-0"));
+    EXPECT_EQ(tennis({{0, 0, {}}}, {GamePoint::thirty, GamePoint::zero}).full, QStringLiteral("30-0"));
+    const ScoreWords second = tennis({{6, 4, {}}, {2, 1, {}}, {0, 0, {}}}, {});
+    EXPECT_EQ(second.full, QStringLiteral("6-4 2-1"));
+    EXPECT_EQ(second.brief, QStringLiteral("2-1"));
+    const ScoreWords tieBreak = tennis({{7, 6, 4}, {0, 0, {}}}, {GamePoint::advantage, GamePoint::forty});
+    EXPECT_EQ(tieBreak.full, QStringLiteral("7-6(4) Ad-40"));
+    EXPECT_EQ(tieBreak.brief, QStringLiteral("Ad-40"));
+    EXPECT_EQ(scoreInWords(PointScoreState{{{25, 21, {}}}, {14, 9}, 2}).full, QStringLiteral("25-21 14-9"));
+}
+
+}

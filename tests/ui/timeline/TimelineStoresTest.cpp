@@ -1,0 +1,147 @@
+// Pictures and loudness of clips, made behind the window.
+#include "support/TestClips.h"
+#include "ui/timeline/ClipCache.h"
+#include "ui/timeline/ThumbnailGrid.h"
+#include "ui/timeline/ThumbnailStore.h"
+#include "ui/timeline/WaveformStore.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+namespace pointloom::test {
+
+namespace {
+
+constexpr int patience = 20'000; // milliseconds
+constexpr std::int64_t second = static_cast<std::int64_t>(thumbnailSlotsPerSecond);
+
+struct TimelineStores : testing::Test {
+    QString clip(const QString& name, const char* arguments) { return folder.make(name, arguments); }
+    QString cacheRoot() const { return folder.path(QStringLiteral("cache")); }
+
+    ClipFolder folder;
+};
+
+// Red for a second, then blue; every frame a key frame.
+constexpr const char* redThenBlue = "-f lavfi -i color=red:s=320x180:r=10:d=1 -f lavfi -i color=blue:s=320x180:r=10:d=1 "
+                                    "-filter_complex [0][1]concat -c:v libx264 -g 1 -pix_fmt yuv420p";
+// Silence for a second, then a tone of half the full level.
+constexpr const char* silenceThenTone = "-f lavfi -i aevalsrc=0.5*sin(2000*t)*gte(t\\,1):d=2:s=44100 -c:a aac -b:a 192k";
+
+}
+
+TEST_F(TimelineStores, ThumbnailsShowTheirMomentUpright) {
+    const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
+    ThumbnailStore store(cacheRoot());
+    store.open(path);
+    store.want({0, second + 4, 100 * second});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(second + 4).isNull(); }, patience));
+    EXPECT_EQ(store.picture(0).size(), QSize(228, 128));
+    EXPECT_GT(qRed(store.picture(0).pixel(50, 50)), 200);
+    EXPECT_GT(qBlue(store.picture(second + 4).pixel(50, 50)), 200);
+
+    const QString turned = clip(QStringLiteral("turned.mp4"), qPrintable(QStringLiteral("-display_rotation 90 -i %1 -c copy").arg(path)));
+    store.open(turned);
+    store.want({0});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(0).isNull(); }, patience));
+    EXPECT_EQ(store.picture(0).size(), QSize(72, 128));
+}
+
+TEST_F(TimelineStores, WhatWasMadeOnceComesFromDisk) {
+    const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
+    ThumbnailStore store(cacheRoot());
+    store.open(path);
+    store.want({3});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(3).isNull(); }, patience));
+    ClipCache cache(cacheRoot(), path);
+    const auto kept = cache.read(QStringLiteral("3.jpg"), 1 << 20);
+    ASSERT_TRUE(kept);
+    cache.write(QStringLiteral("5.jpg"), *kept);
+    cache.write(QStringLiteral("6.jpg"), QByteArrayLiteral("no picture"));
+    store.open(path);
+    EXPECT_TRUE(store.picture(3).isNull());
+    store.want({5, 6});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !store.picture(6).isNull(); }, patience)) << "what is damaged is made again";
+    EXPECT_FALSE(store.picture(5).isNull());
+}
+
+TEST_F(TimelineStores, AClipThatIsGoneOrDamagedHasBlanks) {
+    const QString gone = folder.path(QStringLiteral("gone.mp4"));
+    const QString damaged = folder.write(QStringLiteral("damaged.mp4"), QByteArray(5000, 'x'));
+    for (const QString& path : {gone, damaged}) {
+        ThumbnailStore thumbnails(cacheRoot());
+        WaveformStore waveform(cacheRoot());
+        int answers = 0;
+        QObject::connect(&thumbnails, &ThumbnailStore::changed, [&] { ++answers; });
+        thumbnails.open(path);
+        thumbnails.want({0, 1});
+        waveform.open(path);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return answers == 2 && !waveform.hasSound(); }, patience)) << path.toStdString();
+        EXPECT_TRUE(thumbnails.picture(0).isNull());
+        EXPECT_EQ(waveform.peaks().size(), 0U);
+    }
+}
+
+TEST_F(TimelineStores, AClipThatVanishesWhileOpenGivesBlanksFromThen) {
+    const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
+    ThumbnailStore store(cacheRoot());
+    store.open(path);
+    store.want({0});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(0).isNull(); }, patience));
+    QFile file(path);
+    ASSERT_TRUE(file.resize(100));
+    int answers = 0;
+    QObject::connect(&store, &ThumbnailStore::changed, [&] { ++answers; });
+    store.want({second + 2, second + 3});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answers == 2; }, patience));
+}
+
+TEST_F(TimelineStores, ClosingStopsTheWorkAndNothingArrivesLater) {
+    const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
+    ThumbnailStore store(cacheRoot());
+    int answers = 0;
+    QObject::connect(&store, &ThumbnailStore::changed, [&] { ++answers; });
+    for (int i = 0; i < 5; ++i) {
+        store.open(path);
+        store.want({0, 4, 8, 12, 16, 20, 24});
+        store.close();
+    }
+    QTest::qWait(300);
+    EXPECT_EQ(answers, 0);
+    {
+        ThumbnailStore shortLived(cacheRoot());
+        shortLived.open(path);
+        shortLived.want({0, 4, 8});
+    }
+    QTest::qWait(100);
+}
+
+TEST_F(TimelineStores, LoudnessStandsWhereTheSoundIs) {
+    const QString path = clip(QStringLiteral("a.m4a"), silenceThenTone);
+    WaveformStore store(cacheRoot());
+    for (const char* source : {"read", "cached"}) {
+        store.open(path);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return store.peaks().size() >= 2 * WaveformPyramid::peaksPerSecond - 1; }, patience)) << source;
+        EXPECT_LT(store.peaks().loudest(0, 0.9), 6) << source;
+        EXPECT_NEAR(store.peaks().loudest(1.2, 1.8), 128, 12) << source;
+        EXPECT_TRUE(store.hasSound());
+    }
+}
+
+TEST_F(TimelineStores, TheCacheForgetsTheClipsUsedLongestAgo) {
+    const QString root = cacheRoot();
+    const auto clipNumber = [&](int number) { return folder.write(QStringLiteral("%1.mp4").arg(number), QByteArray(number, 'x')); };
+    const QByteArray content(1000, 'x');
+    for (int i = 1; i <= 5; ++i) {
+        ClipCache(root, clipNumber(i), 2500).write(QStringLiteral("a"), content);
+        QTest::qWait(20);
+    }
+    EXPECT_FALSE(ClipCache(root, clipNumber(1), 1 << 20).read(QStringLiteral("a"), 2000));
+    EXPECT_EQ(ClipCache(root, clipNumber(5), 1 << 20).read(QStringLiteral("a"), 2000), content);
+    EXPECT_FALSE(ClipCache(root, clipNumber(5), 1 << 20).read(QStringLiteral("a"), 10)) << "larger than expected";
+}
+
+}

@@ -1,0 +1,280 @@
+// The timeline under the mouse and the keyboard.
+#include "ui/timeline/TimelineView.h"
+
+#include "persistence/UserDefaults.h"
+#include "support/Sessions.h"
+#include "ui/timeline/TimelineCanvas.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWheelEvent>
+
+namespace pointloom::test {
+
+using testing::ElementsAre;
+
+namespace {
+
+constexpr double frameRate = 30; // of a clip that cannot be read
+constexpr double duration = 100; // seconds
+
+struct Timeline : testing::Test {
+    Timeline() {
+        state.videoDuration = duration;
+        view.resize(1028, 300); // ten points a second
+        view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+    }
+
+    TimelineCanvas& canvas() { return view.canvas(); }
+    const TimelineScene& scene() { return canvas().scene(); }
+    QPoint onRuler(double time) { return at(time, scene().rows.ruler); }
+    QPoint onTrim(double time) { return at(time, scene().rows.trim); }
+    QPoint at(double time, const QRectF& row) {
+        return QPointF(scene().scale.x(time), row.center().y()).toPoint();
+    }
+    QPoint onFlag(std::size_t index) {
+        return (scene().boxOf(scene().flags.flags()[index]).topLeft() + QPointF(5, 8)).toPoint();
+    }
+
+    void press(QPoint place) { QTest::mousePress(&canvas(), Qt::LeftButton, {}, place); }
+    void release(QPoint place) { QTest::mouseRelease(&canvas(), Qt::LeftButton, {}, place); }
+    void move(QPoint place, Qt::KeyboardModifiers modifiers = {}) {
+        QMouseEvent event(QEvent::MouseMove, place, canvas().mapToGlobal(place), Qt::NoButton, Qt::LeftButton, modifiers);
+        QApplication::sendEvent(&canvas(), &event);
+    }
+    void drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {}) {
+        press(from);
+        move((from + to) / 2, modifiers);
+        move(to, modifiers);
+        release(to);
+    }
+    void turnWheel(QPoint place, int notches, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent event(place, canvas().mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&canvas(), &event);
+    }
+
+    QTemporaryDir folder;
+    RecordingStore store;
+    AppState state{&store};
+    UndoStack undo;
+    UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
+    DesktopDialogs dialogs;
+    TimelineView view{UiContext{state, undo, defaults, dialogs}, nullptr, folder.filePath(QStringLiteral("cache"))};
+};
+
+}
+
+TEST_F(Timeline, AClickSeeksAndADragScrubsToFrames) {
+    QSignalSpy seeks(&view, &TimelineView::seekRequested);
+    QSignalSpy scrubbing(&view, &TimelineView::scrubbingChanged);
+    press(onRuler(20));
+    move(onRuler(30));
+    move(onRuler(40));
+    EXPECT_EQ(scrubbing.count(), 1);
+    release(onRuler(40));
+    ASSERT_EQ(seeks.count(), 4);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(seeks[i][1].toBool(), i == 3) << "exact at the end alone";
+    const double last = seeks[3][0].toDouble();
+    EXPECT_NEAR(last, 40, 0.1);
+    EXPECT_NEAR(last * frameRate, std::round(last * frameRate), 1e-6);
+    EXPECT_FALSE(scrubbing.last()[0].toBool());
+
+    press(onRuler(50));
+    move(QPoint(5000, 5));
+    QTest::keyClick(&canvas(), Qt::Key_Escape);
+    EXPECT_EQ(seeks.last()[0].toDouble(), state.currentTime.value()) << "escape goes back to the playhead";
+    EXPECT_LT(seeks[seeks.count() - 2][0].toDouble(), duration);
+}
+
+TEST_F(Timeline, AClickedMarkerIsSelectedAndSought) {
+    state.markers = std::vector{markerAt(10), markerAt(50)};
+    QSignalSpy seeks(&view, &TimelineView::seekRequested);
+    QTest::mouseClick(&canvas(), Qt::LeftButton, {}, onFlag(1));
+    EXPECT_EQ(state.selectedMarkerID.value(), state.markers.value()[1].id);
+    ASSERT_EQ(seeks.count(), 1);
+    EXPECT_EQ(seeks[0][0].toDouble(), 50);
+    EXPECT_EQ(store.saves, 0) << "looking is no edit";
+}
+
+TEST_F(Timeline, ADraggedMarkerSnapsToFramesAndIsOneStep) {
+    state.markers = std::vector{markerAt(10), markerAt(50)};
+    const QPoint grip = onFlag(1);
+    press(grip);
+    move(grip + QPoint(100, 0));
+    move(grip + QPoint(203, 0));
+    EXPECT_THAT(timesOf(state), ElementsAre(10, 50)) << "nothing is edited while dragging";
+    release(grip + QPoint(203, 0));
+    const double moved = timesOf(state)[1];
+    EXPECT_NEAR(moved, 70.3, 0.02);
+    EXPECT_NEAR(moved * frameRate, std::round(moved * frameRate), 1e-6);
+    EXPECT_EQ(store.saves, 1);
+    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Marker"));
+    undo.undo();
+    EXPECT_THAT(timesOf(state), ElementsAre(10, 50));
+}
+
+TEST_F(Timeline, ADraggedMarkerHoldsOnToPlayheadAndMarkersUnlessAltIsDown) {
+    state.markers = std::vector{markerAt(10), markerAt(50)};
+    state.currentTime = 70.017;
+    drag(onFlag(1), onFlag(1) + QPoint(204, 0));
+    EXPECT_EQ(timesOf(state)[1], 70.017);
+    undo.undo();
+    drag(onFlag(1), onFlag(1) + QPoint(-395, 0));
+    EXPECT_THAT(timesOf(state), ElementsAre(10, 10));
+    undo.undo();
+    drag(onFlag(1), onFlag(1) + QPoint(-395, 0), Qt::AltModifier);
+    EXPECT_NEAR(timesOf(state)[1], 10.5, 1e-6);
+}
+
+TEST_F(Timeline, EscapeLeavesADraggedMarkerWhereItWas) {
+    state.markers = std::vector{markerAt(50)};
+    const QPoint grip = onFlag(0);
+    press(grip);
+    move(grip + QPoint(100, 0));
+    QTest::keyClick(&canvas(), Qt::Key_Escape);
+    move(grip + QPoint(150, 0));
+    release(grip + QPoint(150, 0));
+    EXPECT_THAT(timesOf(state), ElementsAre(50));
+    EXPECT_FALSE(undo.canUndo().value());
+}
+
+TEST_F(Timeline, TrimsAreDraggedAndNeverCross) {
+    drag(scene().trimStartHandle().center().toPoint(), onTrim(20));
+    EXPECT_NEAR(state.trimStart, 20, 0.6);
+    const double start = state.trimStart;
+    drag(scene().trimEndHandle().center().toPoint(), onTrim(5));
+    EXPECT_NEAR(*state.trimEnd.value(), start + 1 / frameRate, 1e-6) << "one frame is left";
+    drag(scene().trimStartHandle().center().toPoint(), onTrim(90));
+    EXPECT_NEAR(state.trimStart, *state.trimEnd.value() - 1 / frameRate, 1e-6);
+    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Set Trim"));
+    drag(scene().trimEndHandle().center().toPoint(), QPoint(2000, onTrim(0).y()));
+    EXPECT_FALSE(state.trimEnd.value()) << "at the clip's end there is no trim";
+    QTest::mouseDClick(&canvas(), Qt::LeftButton, {}, scene().trimStartHandle().center().toPoint());
+    EXPECT_EQ(state.trimStart, 0);
+    undo.undo();
+    EXPECT_GT(state.trimStart, 0);
+}
+
+TEST_F(Timeline, KeysTrimAtThePlayhead) {
+    state.currentTime = 30;
+    QTest::keyClick(&canvas(), Qt::Key_I);
+    state.currentTime = 60;
+    QTest::keyClick(&canvas(), Qt::Key_O);
+    EXPECT_EQ(trimOf(state), (TrimTimes{30, 60}));
+    state.currentTime = 80;
+    QTest::keyClick(&canvas(), Qt::Key_I);
+    EXPECT_EQ(trimOf(state), (TrimTimes{80, std::nullopt})) << "an end that lies before gives way";
+    undo.undo();
+    undo.undo();
+    undo.undo();
+    EXPECT_EQ(trimOf(state), TrimTimes{});
+}
+
+TEST_F(Timeline, CutsAreDrawnMovedResizedAndRemoved) {
+    drag(onTrim(20), onTrim(30));
+    ASSERT_EQ(state.cuts.value().size(), 1U);
+    const auto cut = [&] { return state.cuts.value().front(); };
+    EXPECT_NEAR(cut().start, 20, 0.1);
+    EXPECT_NEAR(cut().end, 30, 0.1);
+    EXPECT_EQ(state.selectedCutID.value(), cut().id);
+    const double length = cut().end - cut().start;
+
+    drag(onTrim(25), onTrim(65));
+    EXPECT_NEAR(cut().start, 60, 0.2);
+    EXPECT_NEAR(cut().end - cut().start, length, 1e-9);
+    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Cut"));
+    drag(onTrim(cut().end) - QPoint(1, 0), onTrim(80));
+    EXPECT_NEAR(cut().end, 80, 0.2);
+    drag(onTrim(cut().end) - QPoint(1, 0), onTrim(5));
+    EXPECT_NEAR(cut().end - cut().start, 1 / frameRate, 1e-6) << "an edge stops before the other";
+
+    QTest::keyClick(&canvas(), Qt::Key_Delete);
+    EXPECT_TRUE(state.cuts.value().empty());
+    for (int i = 0; i < 4; ++i)
+        undo.undo();
+    EXPECT_NEAR(cut().start, 20, 0.1);
+    undo.undo();
+    EXPECT_TRUE(state.cuts.value().empty());
+    EXPECT_EQ(store.saves, 10);
+}
+
+TEST_F(Timeline, DeleteRemovesTheOneThingThatIsSelected) {
+    state.markers = std::vector{markerAt(50)};
+    state.currentTime = 20;
+    QTest::keyClick(&canvas(), Qt::Key_C);
+    ASSERT_EQ(state.cuts.value().size(), 1U);
+    QTest::mouseClick(&canvas(), Qt::LeftButton, {}, onFlag(0));
+    EXPECT_FALSE(state.selectedCutID.value());
+    QTest::keyClick(&canvas(), Qt::Key_Delete);
+    EXPECT_TRUE(state.markers.value().empty());
+    EXPECT_EQ(state.cuts.value().size(), 1U);
+    QTest::mouseClick(&canvas(), Qt::LeftButton, {}, onTrim(25));
+    QTest::keyClick(&canvas(), Qt::Key_Delete);
+    EXPECT_TRUE(state.cuts.value().empty());
+}
+
+TEST_F(Timeline, TheWheelScrollsAndWithCtrlZoomsAroundThePointer) {
+    const QPoint place = onRuler(70);
+    const double time = scene().scale.time(place.x());
+    turnWheel(place, 8, Qt::ControlModifier);
+    EXPECT_NEAR(scene().scale.x(time), place.x(), 1);
+    EXPECT_GT(scene().scale.pointsPerSecond(), 30);
+    const double offset = scene().scale.offset();
+    turnWheel(place, -1, {});
+    EXPECT_GT(scene().scale.offset(), offset);
+    QTest::keyClick(&canvas(), Qt::Key_0, Qt::ControlModifier);
+    EXPECT_TRUE(scene().scale.isFitted());
+}
+
+TEST_F(Timeline, TheViewFollowsThePlayheadButNotAgainstTheUser) {
+    turnWheel(onRuler(10), 10, Qt::ControlModifier);
+    state.isPlaying = true;
+    double time = 0;
+    while (time < 60) {
+        state.currentTime = time += 0.2;
+        ASSERT_TRUE(scene().scale.shows(time)) << time;
+    }
+    canvas().scrollTo(0);
+    state.currentTime = time += 0.2;
+    EXPECT_EQ(scene().scale.offset(), 0) << "scrolled away on purpose";
+    state.isPlaying = false;
+    state.currentTime = 90;
+    EXPECT_TRUE(scene().scale.shows(90)) << "put there";
+}
+
+TEST_F(Timeline, UndoDuringADragIsNoTrap) {
+    state.markers = std::vector{markerAt(50)};
+    const QPoint grip = onFlag(0);
+    press(grip);
+    move(grip + QPoint(100, 0));
+    state.removeMarker(state.markers.value().front().id, &undo);
+    move(grip + QPoint(150, 0));
+    canvas().grab();
+    release(grip + QPoint(150, 0));
+    EXPECT_TRUE(state.markers.value().empty());
+}
+
+TEST_F(Timeline, StrangeTimesAreShownWithoutHarm) {
+    Marker never = markerAt(3);
+    never.startTime = std::numeric_limits<double>::quiet_NaN();
+    Marker beyond = markerAt(1e300);
+    Marker before = markerAt(-40);
+    state.markers = std::vector{before, markerAt(10), beyond, never};
+    state.cuts = std::vector{CutZone{QUuid::createUuid(), 50, 40}, CutZone{QUuid::createUuid(), -1e12, 1e12}};
+    state.trimStart = 500;
+    state.trimEnd = -3;
+    canvas().grab();
+    turnWheel(onRuler(10), 30, Qt::ControlModifier);
+    canvas().grab();
+    QTest::mouseClick(&canvas(), Qt::LeftButton, {}, onTrim(45));
+    state.videoDuration = 0;
+    canvas().grab();
+    QTest::mouseClick(&canvas(), Qt::LeftButton, {}, QPoint(100, 5));
+}
+
+}
