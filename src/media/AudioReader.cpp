@@ -18,7 +18,8 @@ constexpr std::size_t mostTracksMixed = 16;
 }
 
 std::span<const float> AudioFrame::channel(int index) const {
-    return {reinterpret_cast<const float*>(frame->extended_data[index]), static_cast<std::size_t>(sampleCount)};
+    return {reinterpret_cast<const float*>(frame->extended_data[index]),
+            static_cast<std::size_t>(sampleCount)};
 }
 
 struct AudioReader::State {

@@ -17,9 +17,9 @@ namespace pointloom {
 
 namespace {
 
-constexpr double dragThreshold = 4;   // points
-constexpr double snapDistance = 7;    // points
-constexpr double wheelNotch = 120;    // eighths of a degree
+constexpr double dragThreshold = 4; // points
+constexpr double snapDistance = 7;  // points
+constexpr double wheelNotch = 120;  // eighths of a degree
 constexpr double pointsPerNotch = 96;
 constexpr double zoomPerNotch = 1.25;
 constexpr int edgeScrollInterval = 25; // milliseconds
@@ -54,7 +54,8 @@ void TimelineCanvas::wheelEvent(QWheelEvent* event) {
     }
     // A plain wheel turns along the one way that there is to scroll.
     const bool isFine = !event->pixelDelta().isNull();
-    const QPointF way = isFine ? QPointF(event->pixelDelta()) : QPointF(degrees) * (pointsPerNotch / wheelNotch);
+    const QPointF way =
+        isFine ? QPointF(event->pixelDelta()) : QPointF(degrees) * (pointsPerNotch / wheelNotch);
     scrollTo(m_scene.scale.offset() - (std::abs(way.x()) > std::abs(way.y()) ? way.x() : way.y()));
 }
 
@@ -73,7 +74,8 @@ bool TimelineCanvas::event(QEvent* event) {
         QToolTip::showText(help->globalPos(), text, this);
         return true;
     }
-    if (event->type() == QEvent::ShortcutOverride && m_press && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    if (event->type() == QEvent::ShortcutOverride && m_press &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         event->accept();
         return true;
     }
@@ -140,16 +142,18 @@ std::unique_ptr<Gesture> TimelineCanvas::makeGesture(const TimelineHit& hit, dou
     SnapRules rules = rulesFor(hit);
     const auto cutDrag = [&](CutPart part) -> std::unique_ptr<Gesture> {
         const auto cut = std::ranges::find(m_scene.cuts, hit.id, &CutZone::id);
-        return cut == m_scene.cuts.end() ? nullptr : makeCutDrag(m_context, *cut, part, grabbedAt, std::move(rules));
+        return cut == m_scene.cuts.end() ? nullptr
+                                         : makeCutDrag(m_context, *cut, part, grabbedAt, std::move(rules));
     };
     switch (hit.kind) {
     case Kind::time:
-        return makeScrub([this](double time, bool exact) { Q_EMIT seekRequested(time, exact); }, m_scene.playhead,
-                         std::move(rules));
+        return makeScrub([this](double time, bool exact) { Q_EMIT seekRequested(time, exact); },
+                         m_scene.playhead, std::move(rules));
     case Kind::marker: {
         const auto& markers = m_context.state.markers.value();
         const auto marker = std::ranges::find(markers, hit.id, &Marker::id);
-        return marker == markers.end() ? nullptr : makeMarkerDrag(m_context, *marker, grabbedAt, std::move(rules));
+        return marker == markers.end() ? nullptr
+                                       : makeMarkerDrag(m_context, *marker, grabbedAt, std::move(rules));
     }
     case Kind::trimStart:
         return makeTrimDrag(m_context, TrimEdge::start, std::move(rules));

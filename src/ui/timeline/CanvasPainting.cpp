@@ -58,7 +58,8 @@ void TimelineCanvas::paintRows(QPainter& painter) {
     paintThumbnails(painter, m_scene, m_thumbnails, pictureAspect());
     paintWaveform(painter, m_scene, m_waveform, how);
     paintTrim(painter, m_scene, how);
-    paintCuts(painter, m_scene, {m_context.text(TimelineTexts::cut), m_context.text(TimelineTexts::cutIsNote)}, how);
+    paintCuts(painter, m_scene,
+              {m_context.text(TimelineTexts::cut), m_context.text(TimelineTexts::cutIsNote)}, how);
     paintFlags(painter, m_scene, how);
     paintTrimHandles(painter, m_scene, how);
 }
@@ -69,7 +70,8 @@ void TimelineCanvas::wantThumbnails() {
     if (!m_scene.rows.thumbnails.isEmpty() && m_scene.scale.duration() > 0) {
         const double pictureWidth = TimelinePainting::thumbnailWidth(m_scene, pictureAspect());
         const double view = m_scene.scale.width();
-        for (const auto& [from, to] : {std::pair(0.0, view), std::pair(view, view * 1.5), std::pair(-view / 2, 0.0)}) {
+        for (const auto& [from, to] :
+             {std::pair(0.0, view), std::pair(view, view * 1.5), std::pair(-view / 2, 0.0)}) {
             for (const ThumbnailTile& tile : thumbnailTiles(m_scene.scale, pictureWidth, from, to))
                 wanted.push_back(tile.slot);
         }

@@ -20,7 +20,8 @@ QString keyOf(const QFileInfo& clip) {
                               .arg(clip.absoluteFilePath())
                               .arg(clip.size())
                               .arg(clip.lastModified().toMSecsSinceEpoch());
-    return QString::fromLatin1(QCryptographicHash::hash(state.toUtf8(), QCryptographicHash::Sha256).toHex().left(32));
+    return QString::fromLatin1(
+        QCryptographicHash::hash(state.toUtf8(), QCryptographicHash::Sha256).toHex().left(32));
 }
 
 struct CachedClip {
@@ -30,7 +31,8 @@ struct CachedClip {
 };
 
 CachedClip measure(const QFileInfo& folder) {
-    CachedClip clip{folder.absoluteFilePath(), QFileInfo(folder.absoluteFilePath(), QLatin1String(useMark)).lastModified()};
+    CachedClip clip{folder.absoluteFilePath(),
+                    QFileInfo(folder.absoluteFilePath(), QLatin1String(useMark)).lastModified()};
     QDirIterator files(clip.folder, QDir::Files);
     while (files.hasNext()) {
         files.next();
@@ -74,7 +76,8 @@ void ClipCache::write(const QString& name, const QByteArray& content) {
     const QString path = QDir(m_folder).filePath(name);
     const QString unfinished = path + QStringLiteral(".part");
     QFile file(unfinished);
-    const bool isWhole = file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+    const bool isWhole =
+        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
     file.close();
     QFile::remove(path);
     if (!isWhole || !QFile::rename(unfinished, path))
@@ -84,7 +87,8 @@ void ClipCache::write(const QString& name, const QByteArray& content) {
 void ClipCache::forgetOldest(const QString& root, qint64 limit) const {
     std::vector<CachedClip> clips;
     qint64 total = 0;
-    for (const QFileInfo& folder : QDir(root).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
+    for (const QFileInfo& folder :
+         QDir(root).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
         clips.push_back(measure(folder));
         total += clips.back().bytes;
     }

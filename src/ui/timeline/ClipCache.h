@@ -14,8 +14,8 @@ public:
     static constexpr qint64 largestCache = 256LL << 20; // bytes, of all clips together
     static constexpr qint64 largestClip = 48LL << 20;   // bytes that one object writes
 
-    /// `root` holds the folders of all clips. The clips used longest ago are forgotten when they take more than
-    /// `limit` bytes.
+    /// `root` holds the folders of all clips. The clips used longest ago are forgotten when they take more
+    /// than `limit` bytes.
     ClipCache(const QString& root, const QString& clipPath, qint64 limit = largestCache);
 
     /// The desktop's folder for such things.

@@ -6,6 +6,7 @@
 #include "ui/timeline/WaveformStore.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace pointloom::TimelinePainting {
 
@@ -34,7 +35,8 @@ QImage pictureNear(ThumbnailStore& store, std::int64_t slot) {
 /// The middle of `picture` that fills `tile`.
 QRectF middleThatFills(const QImage& picture, const QSizeF& tile) {
     const QSizeF part = tile.scaled(picture.size(), Qt::KeepAspectRatio);
-    return {(picture.width() - part.width()) / 2, (picture.height() - part.height()) / 2, part.width(), part.height()};
+    return {(picture.width() - part.width()) / 2, (picture.height() - part.height()) / 2, part.width(),
+            part.height()};
 }
 
 }
@@ -44,7 +46,8 @@ double thumbnailWidth(const TimelineScene& scene, double aspectRatio) {
     return std::max(scene.rows.thumbnails.height() * aspectRatio, narrowest);
 }
 
-void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailStore& store, double aspectRatio) {
+void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailStore& store,
+                     double aspectRatio) {
     const QRectF row = clipOf(scene, scene.rows.thumbnails);
     if (row.isEmpty())
         return;
@@ -58,12 +61,14 @@ void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailSto
         const QRectF place(tile.left, row.top(), tile.width, row.height());
         if (const QImage picture = pictureNear(store, tile.slot); !picture.isNull())
             painter.drawImage(place, picture, middleThatFills(picture, place.size()));
-        painter.fillRect(QRectF(place.right() - 1, place.top(), 1, place.height()), faded(colors.window, 0.5F));
+        painter.fillRect(QRectF(place.right() - 1, place.top(), 1, place.height()),
+                         faded(colors.window, 0.5F));
     }
     painter.restore();
 }
 
-void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformStore& store, const Look& look) {
+void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformStore& store,
+                   const Look& look) {
     const QRectF row = clipOf(scene, scene.rows.waveform);
     if (row.isEmpty())
         return;
@@ -76,11 +81,15 @@ void paintWaveform(QPainter& painter, const TimelineScene& scene, const Waveform
     std::vector<QRectF> bars;
     bars.reserve(static_cast<std::size_t>(row.width() / bar) + 1);
     const double known = static_cast<double>(store.peaks().size()) / WaveformPyramid::peaksPerSecond;
+    // Relative to the loudest moment, and lifted a little: a camera far from the court records quietly.
+    constexpr double quietestFull = 20; // of 255: below that a clip is taken to be silent
+    constexpr double lift = 0.7;
+    const double full = std::max<double>(store.peaks().loudest(), quietestFull);
     for (double x = std::floor(row.left()); x < row.right(); x += bar) {
         const double time = std::max(0.0, scene.scale.time(x));
         if (time >= known)
             break;
-        const double level = store.peaks().loudest(time, scene.scale.time(x + bar)) / 255.0;
+        const double level = std::pow(store.peaks().loudest(time, scene.scale.time(x + bar)) / full, lift);
         const double height = std::max(0.5, level * half);
         bars.emplace_back(x, middle - height, bar, 2 * height);
     }

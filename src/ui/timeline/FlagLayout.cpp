@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace pointloom {
 
@@ -11,22 +12,34 @@ namespace {
 constexpr double gap = 3; // points between two flags of a lane
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
+auto isFreeAt(double position) {
+    return [position](double end) { return end + gap <= position; };
 }
 
-std::vector<FlagPlace> layOutFlags(std::span<const double> positions, std::span<const FlagWidths> widths, int lanes) {
+/// Where the first flag after flag `index` stands that finds no other lane, when the flags between have taken
+/// one each.
+double rivalOf(std::span<const double> positions, std::size_t index, std::span<const double> laneEnds) {
+    for (std::size_t i = index + 1; i < positions.size() && std::isfinite(positions[i]); ++i) {
+        const auto others = std::ranges::count_if(laneEnds, isFreeAt(positions[i])) - 1; // without its own
+        if (std::cmp_less(others, i - index))
+            return positions[i];
+    }
+    return infinity;
+}
+
+}
+
+std::vector<FlagPlace> layOutFlags(std::span<const double> positions, std::span<const FlagWidths> widths,
+                                   int lanes, double end) {
     std::vector<FlagPlace> places(positions.size());
     std::vector<double> laneEnds(static_cast<std::size_t>(std::max(lanes, 1)), -infinity);
     for (std::size_t i = 0; i < positions.size(); ++i) {
         if (!std::isfinite(positions[i]))
             continue;
-        const auto isFree = [&](double end) { return end + gap <= positions[i]; };
-        const auto freeLane = std::ranges::find_if(laneEnds, isFree);
+        const auto freeLane = std::ranges::find_if(laneEnds, isFreeAt(positions[i]));
         if (freeLane == laneEnds.end())
             continue;
-        // The flags that follow may go into the other free lanes; the one after those needs this one.
-        const std::size_t rival = i + static_cast<std::size_t>(std::ranges::count_if(laneEnds, isFree));
-        const bool hasRival = rival < positions.size() && std::isfinite(positions[rival]);
-        const double room = hasRival ? positions[rival] - positions[i] - gap : infinity;
+        const double room = std::min(rivalOf(positions, i, laneEnds) - gap, end) - positions[i];
         FlagPlace& place = places[i];
         if (widths[i].full <= room)
             place = {0, FlagDetail::full, widths[i].full};

@@ -24,19 +24,21 @@ FlagColors colorsOf(bool isSelected, bool isHovered) {
     if (isSelected)
         return {colors.accent, colors.accent, colors.onAccent, colors.onAccent, colors.accent};
     return {isHovered ? mixed(colors.raised, colors.text, 0.12F) : colors.raised,
-            isHovered ? colors.quietText : mixed(colors.line, colors.quietText, 0.25F), colors.text, colors.accent,
-            faded(colors.quietText, 0.55F)};
+            isHovered ? colors.quietText : mixed(colors.line, colors.quietText, 0.25F), colors.text,
+            colors.accent, faded(colors.quietText, 0.55F)};
 }
 
 void paintBox(QPainter& painter, const QRectF& box, const QString& text, std::int64_t servingTeam,
               const FlagColors& colors, double devicePixelRatio) {
-    const QRectF whole(onPixel(box.left(), devicePixelRatio) + 0.5, box.top() + 0.5, box.width() - 1, box.height() - 1);
+    const QRectF whole(onPixel(box.left(), devicePixelRatio) + 0.5, box.top() + 0.5, box.width() - 1,
+                       box.height() - 1);
     painter.setPen(QPen(colors.edge, 1));
     painter.setBrush(colors.fill);
     painter.drawRoundedRect(whole, corner, corner);
 
     const bool ballIsLeft = servingTeam != 2;
-    const double ballX = ballIsLeft ? box.left() + FlagRow::padding : box.right() - FlagRow::padding - ballSize;
+    const double ballX =
+        ballIsLeft ? box.left() + FlagRow::padding : box.right() - FlagRow::padding - ballSize;
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.ball);
     painter.drawEllipse(QRectF(ballX, box.center().y() - ballSize / 2, ballSize, ballSize));
@@ -45,12 +47,13 @@ void paintBox(QPainter& painter, const QRectF& box, const QString& text, std::in
     painter.drawText(words, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text);
 }
 
-void paintFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, QRectF box, double x, FlagDetail detail,
-               const FlagColors& colors, const Look& look) {
-    paintVerticalLine(painter, x, box.top() + corner, scene.rows.clip().bottom(), colors.pole, look.devicePixelRatio);
+void paintFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, QRectF box, double x,
+               FlagDetail detail, const FlagColors& colors, const Look& look) {
+    paintVerticalLine(painter, x, box.top() + corner, scene.rows.clip().bottom(), colors.pole,
+                      look.devicePixelRatio);
     if (detail != FlagDetail::tick)
-        paintBox(painter, box, detail == FlagDetail::full ? flag.words.full : flag.words.brief, flag.servingTeam, colors,
-                 look.devicePixelRatio);
+        paintBox(painter, box, detail == FlagDetail::full ? flag.words.full : flag.words.brief,
+                 flag.servingTeam, colors, look.devicePixelRatio);
 }
 
 }
@@ -68,11 +71,12 @@ void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look)
     const double bottom = scene.rows.flags.bottom();
     for (const Flag& flag : visible) {
         const double x = scene.scale.x(flag.time);
-        if (flag.place.detail != FlagDetail::tick || x - lastTick < closestTicks || flag.id == scene.movingMarker)
+        if (flag.place.detail != FlagDetail::tick || x - lastTick < closestTicks ||
+            flag.id == scene.movingMarker)
             continue;
         lastTick = x;
-        paintVerticalLine(painter, x, bottom - scene.rows.laneHeight * 0.55, bottom, faded(colors.quietText, 0.8F),
-                          look.devicePixelRatio);
+        paintVerticalLine(painter, x, bottom - scene.rows.laneHeight * 0.55, bottom,
+                          faded(colors.quietText, 0.8F), look.devicePixelRatio);
     }
     const auto isHovered = [&](const Flag& flag) {
         return scene.hover == TimelineHit{TimelineHit::Kind::marker, flag.id};
@@ -82,7 +86,8 @@ void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look)
                   colorsOf(isSelected, isHovered(flag)), look);
     };
     for (const Flag& flag : visible) {
-        if (flag.place.detail != FlagDetail::tick && flag.id != scene.selectedMarker && flag.id != scene.movingMarker)
+        if (flag.place.detail != FlagDetail::tick && flag.id != scene.selectedMarker &&
+            flag.id != scene.movingMarker)
             paint(flag, false);
     }
     for (const Flag& flag : visible) {
@@ -92,7 +97,8 @@ void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look)
     painter.restore();
 }
 
-void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, double time, const Look& look) {
+void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, double time,
+                     const Look& look) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(look.font);

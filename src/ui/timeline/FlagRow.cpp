@@ -56,7 +56,8 @@ void FlagRow::arrange(const TimeScale& scale, int lanes) {
         positions.push_back(flag.time * scale.pointsPerSecond());
         widths.push_back(flag.widths);
     }
-    const auto places = layOutFlags(positions, widths, lanes);
+    const auto places =
+        layOutFlags(positions, widths, lanes, scale.duration() * scale.pointsPerSecond() + TimeScale::margin);
     for (std::size_t i = 0; i < places.size(); ++i)
         m_flags[i].place = places[i];
 }
@@ -69,7 +70,9 @@ const Flag* FlagRow::find(const QUuid& id) const {
 std::span<const Flag> FlagRow::between(const TimeScale& scale, double from, double to) const {
     constexpr double widestFlag = 400; // points
     // A time that is no number stands at the end of the list and compares as beyond.
-    const auto isBefore = [](double limit) { return [limit](const Flag& flag) { return flag.time < limit; }; };
+    const auto isBefore = [](double limit) {
+        return [limit](const Flag& flag) { return flag.time < limit; };
+    };
     const auto first = std::ranges::partition_point(m_flags, isBefore(scale.time(from - widestFlag)));
     const auto last = std::ranges::partition_point(m_flags, isBefore(scale.time(to)));
     return {first, std::max(first, last)};

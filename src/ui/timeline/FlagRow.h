@@ -38,7 +38,7 @@ public:
     /// The flags of which something may be seen between two positions of the scale.
     std::span<const Flag> between(const TimeScale& scale, double from, double to) const;
 
-    static constexpr double padding = 6;  // points at both ends of a flag
+    static constexpr double padding = 6;   // points at both ends of a flag
     static constexpr double ballWidth = 9; // points for the ball on the side that serves, with its distance
 
 private:

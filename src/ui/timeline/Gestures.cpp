@@ -196,7 +196,8 @@ std::unique_ptr<Gesture> makeScrub(std::function<void(double, bool)> seek, doubl
     return std::make_unique<Scrub>(std::move(seek), playhead, std::move(rules));
 }
 
-std::unique_ptr<Gesture> makeMarkerDrag(const UiContext& context, const Marker& marker, double grabbedAt, SnapRules rules) {
+std::unique_ptr<Gesture> makeMarkerDrag(const UiContext& context, const Marker& marker, double grabbedAt,
+                                        SnapRules rules) {
     return std::make_unique<MarkerDrag>(context, marker, grabbedAt, std::move(rules));
 }
 
@@ -204,8 +205,8 @@ std::unique_ptr<Gesture> makeTrimDrag(const UiContext& context, TrimEdge edge, S
     return std::make_unique<TrimDrag>(context, edge, std::move(rules));
 }
 
-std::unique_ptr<Gesture> makeCutDrag(const UiContext& context, const CutZone& cut, CutPart part, double grabbedAt,
-                                     SnapRules rules) {
+std::unique_ptr<Gesture> makeCutDrag(const UiContext& context, const CutZone& cut, CutPart part,
+                                     double grabbedAt, SnapRules rules) {
     return std::make_unique<CutDrag>(context, cut, part, grabbedAt, std::move(rules));
 }
 

@@ -1,8 +1,8 @@
 // Drags on the timeline. Nothing reaches the session before they end.
 #pragma once
 
-#include "ui/common/UiContext.h"
 #include "session/RangeEdits.h"
+#include "ui/common/UiContext.h"
 
 #include <functional>
 #include <memory>
@@ -43,14 +43,15 @@ public:
 std::unique_ptr<Gesture> makeScrub(std::function<void(double, bool)> seek, double playhead, SnapRules rules);
 
 /// `grabbedAt` is the time under the pointer where the drag began.
-std::unique_ptr<Gesture> makeMarkerDrag(const UiContext& context, const Marker& marker, double grabbedAt, SnapRules rules);
+std::unique_ptr<Gesture> makeMarkerDrag(const UiContext& context, const Marker& marker, double grabbedAt,
+                                        SnapRules rules);
 
 enum class TrimEdge { start, end };
 std::unique_ptr<Gesture> makeTrimDrag(const UiContext& context, TrimEdge edge, SnapRules rules);
 
 enum class CutPart { start, end, whole };
-std::unique_ptr<Gesture> makeCutDrag(const UiContext& context, const CutZone& cut, CutPart part, double grabbedAt,
-                                     SnapRules rules);
+std::unique_ptr<Gesture> makeCutDrag(const UiContext& context, const CutZone& cut, CutPart part,
+                                     double grabbedAt, SnapRules rules);
 std::unique_ptr<Gesture> makeNewCut(const UiContext& context, double grabbedAt, SnapRules rules);
 
 }

@@ -28,7 +28,8 @@ inline double onPixel(double position, double devicePixelRatio) {
 inline void paintVerticalLine(QPainter& painter, double x, double top, double bottom, const QColor& color,
                               double devicePixelRatio) {
     const double thickness = std::max(1.0, std::floor(devicePixelRatio)) / devicePixelRatio;
-    painter.fillRect(QRectF(onPixel(x - thickness / 2, devicePixelRatio), top, thickness, bottom - top), color);
+    painter.fillRect(QRectF(onPixel(x - thickness / 2, devicePixelRatio), top, thickness, bottom - top),
+                     color);
 }
 
 }

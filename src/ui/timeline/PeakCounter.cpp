@@ -10,7 +10,8 @@ namespace pointloom {
 namespace {
 
 constexpr int samplesOfPeak = media::audioSampleRate / WaveformPyramid::peaksPerSecond;
-static_assert(samplesOfPeak * WaveformPyramid::peaksPerSecond == media::audioSampleRate, "peaks must not drift");
+static_assert(samplesOfPeak * WaveformPyramid::peaksPerSecond == media::audioSampleRate,
+              "peaks must not drift");
 
 }
 
@@ -21,7 +22,8 @@ void PeakCounter::add(const media::AudioFrame& sound, QByteArray& peaks) {
         m_loudest = std::max({m_loudest, std::abs(left[i]), std::abs(right[i])});
         if (++m_samples < samplesOfPeak)
             continue;
-        peaks.append(static_cast<char>(static_cast<unsigned char>(std::lround(std::min(m_loudest, 1.0F) * 255))));
+        peaks.append(
+            static_cast<char>(static_cast<unsigned char>(std::lround(std::min(m_loudest, 1.0F) * 255))));
         m_loudest = 0;
         m_samples = 0;
     }

@@ -19,8 +19,8 @@ struct RowLayout {
     QRectF clip() const { return thumbnails.united(waveform); }
 };
 
-/// Ruler, one lane of flags and trims always stay, `smallestTimelineHeight` shows nothing else. Thumbnails fold
-/// first, then the waveform. `lineHeight` is that of a line of small text.
+/// Ruler, one lane of flags and trims always stay, `smallestTimelineHeight` shows nothing else. Thumbnails
+/// fold first, then the waveform. `lineHeight` is that of a line of small text.
 RowLayout layOutRows(double width, double height, double lineHeight, bool hasSound);
 
 double smallestTimelineHeight(double lineHeight);

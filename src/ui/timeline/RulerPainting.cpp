@@ -1,8 +1,8 @@
+#include "ui/common/TimeCode.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/PaintingTools.h"
 #include "ui/timeline/RulerTicks.h"
 #include "ui/timeline/TimelinePainting.h"
-#include "ui/timeline/TimeText.h"
 
 #include <algorithm>
 #include <QFontMetricsF>
@@ -16,9 +16,9 @@ constexpr double labelOffset = 4; // points from a tick to its label
 constexpr double headWidth = 11;  // points, of the playhead's grip
 constexpr double headHeight = 9;
 
-double labelDistance(const TimelineScene& scene, const QFont& font) {
+double labelDistance(const TimelineScene& scene, const QFontMetricsF& metrics) {
     constexpr double air = 22; // points between two labels
-    return QFontMetricsF(font).horizontalAdvance(clockText(std::max(scene.scale.duration(), 600.0))) + air;
+    return metrics.horizontalAdvance(shortTime(std::max(scene.scale.duration(), 600.0))) + air;
 }
 
 }
@@ -29,7 +29,8 @@ void paintRuler(QPainter& painter, const TimelineScene& scene, const Look& look)
     const double base = row.bottom();
     painter.save();
     painter.setFont(look.font);
-    const double distance = labelDistance(scene, look.font);
+    const QFontMetricsF metrics(look.font);
+    const double distance = labelDistance(scene, metrics);
     const RulerRange range{.from = std::max(0.0, scene.scale.time(-distance)),
                            .to = std::min(scene.scale.duration(), scene.scale.time(scene.scale.width())),
                            .pointsPerSecond = scene.scale.pointsPerSecond(),
@@ -41,13 +42,15 @@ void paintRuler(QPainter& painter, const TimelineScene& scene, const Look& look)
         const double x = scene.scale.x(tick.time);
         const bool isLabelled = !tick.label.isEmpty();
         const double height = isLabelled ? row.height() * 0.55 : row.height() * 0.22;
-        paintVerticalLine(painter, x, base - height, base, mixed(colors.line, colors.quietText, isLabelled ? 0.6F : 0.2F),
+        paintVerticalLine(painter, x, base - height, base,
+                          mixed(colors.line, colors.quietText, isLabelled ? 0.6F : 0.2F),
                           look.devicePixelRatio);
-        if (!isLabelled)
+        const double room = scene.scale.x(scene.scale.duration()) + TimeScale::margin - x - labelOffset;
+        if (!isLabelled || metrics.horizontalAdvance(tick.label) > room)
             continue;
         painter.setPen(tick.isWholeSecond ? colors.quietText : mixed(colors.quietText, colors.window, 0.25F));
-        painter.drawText(QRectF(x + labelOffset, row.top(), distance, row.height() - 2), Qt::AlignVCenter | Qt::AlignLeft,
-                         tick.label);
+        painter.drawText(QRectF(x + labelOffset, row.top(), distance, row.height() - 2),
+                         Qt::AlignVCenter | Qt::AlignLeft, tick.label);
     }
     painter.fillRect(QRectF(row.left(), base - 1, row.width(), 1), colors.line);
     painter.restore();
@@ -67,9 +70,11 @@ void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& lo
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     // A dark edge sets it off from bright pictures.
-    painter.fillRect(QRectF(x - thickness, ruler.bottom(), 2 * thickness, scene.rows.trim.bottom() - ruler.bottom()),
-                     faded(colors.window, 0.45F));
-    painter.fillRect(QRectF(x - thickness / 2, ruler.bottom() - 2, thickness, scene.rows.trim.bottom() - ruler.bottom() + 2),
+    painter.fillRect(
+        QRectF(x - thickness, ruler.bottom(), 2 * thickness, scene.rows.trim.bottom() - ruler.bottom()),
+        faded(colors.window, 0.45F));
+    painter.fillRect(QRectF(x - thickness / 2, ruler.bottom() - 2, thickness,
+                            scene.rows.trim.bottom() - ruler.bottom() + 2),
                      colors.accent);
     QPainterPath head;
     head.moveTo(x - headWidth / 2, top);
@@ -84,11 +89,12 @@ void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& lo
     painter.restore();
 }
 
-void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget, const Look& look) {
+void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,
+                 const Look& look) {
     constexpr double padding = 7; // points
     const ColorTokens& colors = tokens();
     const double x = scene.scale.x(time);
-    const QString text = preciseClockText(time);
+    const QString text = shortTime(time, true);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(look.font);

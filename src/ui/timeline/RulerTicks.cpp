@@ -1,6 +1,6 @@
 #include "ui/timeline/RulerTicks.h"
 
-#include "ui/timeline/TimeText.h"
+#include "ui/common/TimeCode.h"
 
 #include <algorithm>
 #include <array>
@@ -19,9 +19,10 @@ struct Step {
 };
 
 constexpr std::array steps = {
-    Step{1, 5},    Step{2, 4},    Step{5, 5},     Step{10, 5},    Step{15, 3},    Step{30, 6},     Step{60, 6},
-    Step{120, 4},  Step{300, 5},  Step{600, 5},   Step{900, 3},   Step{1800, 6},  Step{3600, 6},   Step{7200, 4},
-    Step{14400, 4}, Step{21600, 6}, Step{43200, 6}, Step{86400, 4}, Step{604800, 7},
+    Step{1, 5},     Step{2, 4},     Step{5, 5},     Step{10, 5},     Step{15, 3},
+    Step{30, 6},    Step{60, 6},    Step{120, 4},   Step{300, 5},    Step{600, 5},
+    Step{900, 3},   Step{1800, 6},  Step{3600, 6},  Step{7200, 4},   Step{14400, 4},
+    Step{21600, 6}, Step{43200, 6}, Step{86400, 4}, Step{604800, 7},
 };
 
 std::vector<RulerTick> secondTicks(const RulerRange& range) {
@@ -33,11 +34,12 @@ std::vector<RulerTick> secondTicks(const RulerRange& range) {
     const double length = static_cast<double>(step->seconds);
     const int parts = length / step->parts * range.pointsPerSecond >= closestTicks ? step->parts : 1;
     std::vector<RulerTick> ticks;
-    for (auto index = static_cast<qint64>(std::floor(range.from / length)); ticks.size() < mostTicks; ++index) {
+    for (auto index = static_cast<qint64>(std::floor(range.from / length)); ticks.size() < mostTicks;
+         ++index) {
         const double start = static_cast<double>(index) * length;
         if (start > range.to)
             break;
-        ticks.push_back({start, clockText(start), true});
+        ticks.push_back({start, shortTime(start), true});
         for (int part = 1; part < parts; ++part)
             ticks.push_back({start + length * part / parts, {}, true});
     }
@@ -60,7 +62,7 @@ std::vector<RulerTick> frameTicks(const RulerRange& range, qint64 framesPerLabel
             // The last label of a second keeps clear of the next second's.
             const bool hasLabel = frame % framesPerLabel == 0 && count - frame >= framesPerLabel;
             if (frame == 0)
-                ticks.push_back({time, clockText(static_cast<double>(second)), true});
+                ticks.push_back({time, shortTime(static_cast<double>(second)), true});
             else if (hasLabel)
                 ticks.push_back({time, QStringLiteral("%1f").arg(frame), false});
             else if (marksFrames)

@@ -1,14 +1,16 @@
 #include "ui/timeline/ScoreWords.h"
 
 #include <algorithm>
-#include <ranges>
 #include <QStringList>
+#include <ranges>
 
 namespace pointloom {
 
 ScoreWords scoreInWords(const SportScoreState& score) {
     const auto& sets = setsOf(score);
-    const auto hasBegun = [](const SetScore& set) { return set.team1 != 0 || set.team2 != 0 || set.tiebreak; };
+    const auto hasBegun = [](const SetScore& set) {
+        return set.team1 != 0 || set.team2 != 0 || set.tiebreak;
+    };
     const auto lastBegun = std::ranges::find_if(sets | std::views::reverse, hasBegun).base();
     QStringList words;
     for (auto set = sets.begin(); set != lastBegun; ++set)

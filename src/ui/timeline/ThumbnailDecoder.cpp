@@ -13,8 +13,9 @@ namespace {
 QImage turnedUpright(QImage picture, media::Orientation orientation) {
     if (orientation.mirrored)
         picture = picture.mirrored(true, false);
-    return orientation.quarterTurns == 0 ? picture
-                                         : picture.transformed(QTransform().rotate(90.0 * orientation.quarterTurns));
+    return orientation.quarterTurns == 0
+               ? picture
+               : picture.transformed(QTransform().rotate(90.0 * orientation.quarterTurns));
 }
 
 }
@@ -57,7 +58,8 @@ QImage ThumbnailDecoder::convert(const media::VideoFrame& frame) const {
     const QSize upright = track.uprightSize().scaled(m_largest, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
     const QSize stored = track.orientation.swapsSides() ? upright.transposed() : upright;
     const media::RgbaPicture small = media::toRgb(frame, stored);
-    const QImage picture(small.pixels.data(), small.width, small.height, small.width * 4, QImage::Format_RGBX8888);
+    const QImage picture(small.pixels.data(), small.width, small.height, small.width * 4,
+                         QImage::Format_RGBX8888);
     return turnedUpright(picture.convertToFormat(QImage::Format_RGB32), track.orientation);
 }
 

@@ -14,8 +14,8 @@ public:
     /// Pictures fill a box of `largest` pixels in one direction.
     ThumbnailDecoder(QString path, QSize largest);
 
-    /// The key frame near `time` (seconds), upright and with square pixels. Null when the file is gone or cannot
-    /// be decoded there; never throws.
+    /// The key frame near `time` (seconds), upright and with square pixels. Null when the file is gone or
+    /// cannot be decoded there; never throws.
     QImage pictureAt(double time);
 
 private:

@@ -22,6 +22,7 @@ struct ThumbnailTile {
 std::int64_t thumbnailStep(const TimeScale& scale, double pictureWidth);
 
 /// The tiles of which something lies between the positions `from` and `to`.
-std::vector<ThumbnailTile> thumbnailTiles(const TimeScale& scale, double pictureWidth, double from, double to);
+std::vector<ThumbnailTile> thumbnailTiles(const TimeScale& scale, double pictureWidth, double from,
+                                          double to);
 
 }

@@ -72,9 +72,9 @@ struct ThumbnailStore::Wishes {
     }
 };
 
-ThumbnailStore::ThumbnailStore(const QString& cacheRoot, QObject* parent)
-    : QObject(parent)
-    , m_cacheRoot(cacheRoot)
+ThumbnailStore::ThumbnailStore(const QString& cacheRoot, QThread::Priority priority)
+    : m_cacheRoot(cacheRoot)
+    , m_priority(priority)
     , m_pictures(memoryLimit) {}
 
 ThumbnailStore::~ThumbnailStore() {
@@ -84,7 +84,7 @@ ThumbnailStore::~ThumbnailStore() {
 void ThumbnailStore::open(const QString& path) {
     close();
     m_wishes = std::make_shared<Wishes>();
-    m_worker.emplace([this, path, root = m_cacheRoot, wishes = m_wishes](IdleWorker::Link link) {
+    const auto work = [this, path, root = m_cacheRoot, wishes = m_wishes](IdleWorker::Link link) {
         ClipCache cache(root, path);
         ThumbnailDecoder decoder(path, largestPicture);
         while (const auto slot = wishes->next()) {
@@ -97,7 +97,8 @@ void ThumbnailStore::open(const QString& path) {
             // The store is there as long as the work is not cancelled.
             link.post([this, slot = *slot, picture] { take(slot, picture); });
         }
-    });
+    };
+    m_worker.emplace(work, m_priority);
 }
 
 void ThumbnailStore::close() {
@@ -117,7 +118,8 @@ void ThumbnailStore::want(const std::vector<std::int64_t>& slots_) {
     if (!m_wishes)
         return;
     std::vector<std::int64_t> missing;
-    std::ranges::copy_if(slots_, std::back_inserter(missing), [&](std::int64_t slot) { return !m_pictures.contains(slot); });
+    std::ranges::copy_if(slots_, std::back_inserter(missing),
+                         [&](std::int64_t slot) { return !m_pictures.contains(slot); });
     m_wishes->replace(missing);
 }
 

@@ -23,7 +23,7 @@ public:
     static constexpr QSize largestPicture{240, 128}; // pixels
 
     /// Keeps what it makes below `cacheRoot`.
-    explicit ThumbnailStore(const QString& cacheRoot, QObject* parent = nullptr);
+    explicit ThumbnailStore(const QString& cacheRoot, QThread::Priority priority = QThread::IdlePriority);
     ~ThumbnailStore() override;
 
     /// Forgets the clip before. Returns at once.
@@ -45,6 +45,7 @@ private:
     void take(std::int64_t slot, const QImage& picture);
 
     QString m_cacheRoot;
+    QThread::Priority m_priority;
     QCache<std::int64_t, QImage> m_pictures; // null pictures are those that cannot be made
     std::shared_ptr<Wishes> m_wishes;
     std::optional<IdleWorker> m_worker;

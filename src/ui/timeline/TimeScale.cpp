@@ -7,7 +7,7 @@ namespace pointloom {
 
 namespace {
 
-constexpr double widestFrame = 64;    // points
+constexpr double widestFrame = 64;      // points
 constexpr double longestTimeline = 1e9; // points; scroll bars count in whole numbers
 
 }
@@ -32,7 +32,8 @@ double TimeScale::largestOffset() const {
 }
 
 void TimeScale::scrollTo(double offset) {
-    m_offset = std::round(std::clamp(offset, 0.0, largestOffset()));
+    m_exactOffset = std::clamp(offset, 0.0, largestOffset());
+    m_offset = std::round(m_exactOffset);
 }
 
 void TimeScale::reveal(double time, double distance) {
@@ -50,7 +51,7 @@ bool TimeScale::shows(double time) const {
 }
 
 void TimeScale::zoomBy(double factor, double x) {
-    const double kept = time(x);
+    const double kept = (x + m_exactOffset - margin) / m_pointsPerSecond;
     const double wanted = m_pointsPerSecond * factor;
     m_pointsPerSecond = std::clamp(wanted, fittedScale(), largestScale());
     m_isFitted = wanted <= fittedScale();
@@ -69,14 +70,15 @@ double TimeScale::fittedScale() const {
 }
 
 double TimeScale::largestScale() const {
-    const double deepest = m_duration > 0 ? std::min(widestFrame * m_frameRate, longestTimeline / m_duration) : 1;
+    const double deepest =
+        m_duration > 0 ? std::min(widestFrame * m_frameRate, longestTimeline / m_duration) : 1;
     return std::max(deepest, fittedScale());
 }
 
 void TimeScale::limit() {
     m_isFitted = m_isFitted || m_pointsPerSecond <= fittedScale();
     m_pointsPerSecond = m_isFitted ? fittedScale() : std::min(m_pointsPerSecond, largestScale());
-    scrollTo(m_offset);
+    scrollTo(m_exactOffset);
 }
 
 }

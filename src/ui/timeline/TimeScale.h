@@ -9,7 +9,8 @@ class TimeScale {
 public:
     static constexpr double margin = 14; // points
 
-    /// `duration` in seconds; `frameRate` limits the zoom. A scale that showed the whole clip goes on doing so.
+    /// `duration` in seconds; `frameRate` limits the zoom. A scale that showed the whole clip goes on doing
+    /// so.
     void setClip(double duration, double frameRate);
     void setWidth(double points);
 
@@ -43,7 +44,8 @@ private:
     double m_frameRate = 30;
     double m_width = 0; // points
     double m_pointsPerSecond = 1;
-    double m_offset = 0; // points
+    double m_offset = 0;      // points, whole
+    double m_exactOffset = 0; // points; many small zooms in a row must not add up their roundings
     bool m_isFitted = true;
 };
 

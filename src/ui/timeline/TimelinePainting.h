@@ -1,4 +1,5 @@
-// Paints the rows of a timeline. Each function paints what is visible of one row and leaves the painter as it was.
+// Paints the rows of a timeline. Each function paints what is visible of one row and leaves the painter as it
+// was.
 #pragma once
 
 #include "ui/timeline/TimelineScene.h"
@@ -28,21 +29,25 @@ struct CutWords {
 
 void paintRuler(QPainter& painter, const TimelineScene& scene, const Look& look);
 void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look);
-void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailStore& store, double aspectRatio);
+void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailStore& store,
+                     double aspectRatio);
 
 /// The width that pictures of `aspectRatio` take in their row, points.
 double thumbnailWidth(const TimelineScene& scene, double aspectRatio);
-void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformStore& store, const Look& look);
+void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformStore& store,
+                   const Look& look);
 void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look);
 void paintCuts(QPainter& painter, const TimelineScene& scene, const CutWords& words, const Look& look);
 void paintTrimHandles(QPainter& painter, const TimelineScene& scene, const Look& look);
 void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& look);
 
 /// A flag that is being dragged, at another time than its own.
-void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, double time, const Look& look);
+void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, double time,
+                     const Look& look);
 
 /// The time of what is being dragged; with a line through all rows when it holds on to something.
-void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget, const Look& look);
+void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,
+                 const Look& look);
 
 /// What the playhead's painting covers, points.
 QRectF playheadArea(const TimelineScene& scene);

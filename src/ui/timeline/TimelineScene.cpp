@@ -65,7 +65,8 @@ TimelineHit TimelineScene::hitAt(QPointF point) const {
 TimelineHit TimelineScene::flagAt(QPointF point) const {
     const auto hit = [](const Flag& flag) { return TimelineHit{TimelineHit::Kind::marker, flag.id}; };
     const auto isHit = [&](const Flag& flag) { return boxOf(flag).contains(point); };
-    if (const Flag* selected = selectedMarker ? flags.find(*selectedMarker) : nullptr; selected && isHit(*selected))
+    if (const Flag* selected = selectedMarker ? flags.find(*selectedMarker) : nullptr;
+        selected && isHit(*selected))
         return hit(*selected);
     const auto near = flags.between(scale, point.x(), point.x() + reachOfPole);
     if (const auto box = std::ranges::find_if(near, isHit); box != near.end())
@@ -84,7 +85,9 @@ TimelineHit TimelineScene::flagAt(QPointF point) const {
 
 TimelineHit TimelineScene::trimLaneAt(QPointF point) const {
     using Kind = TimelineHit::Kind;
-    const auto near = [&](QRectF handle) { return handle.adjusted(-reachOfHandle, 0, reachOfHandle, 0).contains(point); };
+    const auto near = [&](QRectF handle) {
+        return handle.adjusted(-reachOfHandle, 0, reachOfHandle, 0).contains(point);
+    };
     if (near(trimStartHandle()))
         return {Kind::trimStart, {}};
     if (near(trimEndHandle()))

@@ -1,8 +1,8 @@
 #include "ui/timeline/TimelineToolTips.h"
 
+#include "ui/common/TimeCode.h"
 #include "ui/timeline/ScoreWords.h"
 #include "ui/timeline/TimelineTexts.h"
-#include "ui/timeline/TimeText.h"
 
 #include <algorithm>
 #include <QStringList>
@@ -29,21 +29,23 @@ QString nameOf(const UiContext& context, std::int64_t team) {
 
 QString markerToolTip(const UiContext& context, const Marker& marker) {
     constexpr qsizetype longestLabel = 60;
-    QString first = preciseClockText(marker.startTime);
+    QString first = shortTime(marker.startTime, true);
     if (marker.label && !marker.label->isEmpty())
         first += QStringLiteral("  ") + marker.label->left(longestLabel);
     return toolTip({first, scoreInWords(marker.score).full,
-                    context.text(L10nKey::serving) + QStringLiteral(": ") + nameOf(context, servingTeamOf(marker.score))});
+                    context.text(L10nKey::serving) + QStringLiteral(": ") +
+                        nameOf(context, servingTeamOf(marker.score))});
 }
 
 QString cutToolTip(const UiContext& context, const CutZone& cut) {
     const auto [start, end] = std::minmax({cut.start, cut.end});
-    return toolTip({QStringLiteral("%1 %2 – %3").arg(context.text(TimelineTexts::cut), preciseClockText(start), preciseClockText(end)),
+    return toolTip({QStringLiteral("%1 %2 – %3")
+                        .arg(context.text(TimelineTexts::cut), shortTime(start, true), shortTime(end, true)),
                     context.text(TimelineTexts::cutIsNoteLong)});
 }
 
 QString trimToolTip(const UiContext& context, const UiText& meaning, double time) {
-    return toolTip({context.text(meaning) + QStringLiteral(": ") + preciseClockText(time),
+    return toolTip({context.text(meaning) + QStringLiteral(": ") + shortTime(time, true),
                     context.text(TimelineTexts::resetHandle)});
 }
 

@@ -1,6 +1,7 @@
 #include "ui/timeline/TimelineView.h"
 
 #include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
 #include "ui/timeline/Snapping.h"
 #include "ui/timeline/TimelineCanvas.h"
 #include "ui/timeline/TimelineTexts.h"
@@ -53,8 +54,12 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     connect(m_canvas, &TimelineCanvas::seekRequested, this, &TimelineView::seekRequested);
     connect(m_canvas, &TimelineCanvas::scrubbingChanged, this, &TimelineView::scrubbingChanged);
     connect(m_canvas, &TimelineCanvas::viewChanged, this, &TimelineView::showView);
-    connect(m_scrollBar, &QScrollBar::valueChanged, m_canvas, &TimelineCanvas::scrollTo);
+    connect(m_scrollBar, &QScrollBar::valueChanged, m_canvas,
+            [this](int offset) { m_canvas->scrollTo(offset); });
     m_scrollBar->setFocusPolicy(Qt::NoFocus);
+    QSizePolicy place = m_scrollBar->sizePolicy();
+    place.setRetainSizeWhenHidden(true);
+    m_scrollBar->setSizePolicy(place);
     setFocusProxy(m_canvas);
     m_bindings.watch(context.state.language, [this] { showTexts(); });
     showView();
@@ -74,6 +79,7 @@ void TimelineView::showView() {
     m_scrollBar->setPageStep(std::max(1, static_cast<int>(scale.width())));
     m_scrollBar->setSingleStep(std::max(1, static_cast<int>(scale.width() / 10)));
     m_scrollBar->setValue(static_cast<int>(scale.offset()));
+    m_scrollBar->setVisible(scale.largestOffset() > 0);
     const bool hasClip = scale.duration() > 0;
     for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut, m_zoomIn})
         button->setEnabled(hasClip);
@@ -134,7 +140,8 @@ void TimelineView::addCutAtPlayhead() {
     const double visible = std::min(duration, scene.scale.width() / scene.scale.pointsPerSecond());
     const double length = std::max(frame, nearestFrame(visible * shareOfView, scene.frameRate));
     const double start = std::clamp(m_context.state.currentTime.value(), 0.0, duration - frame);
-    addCut(m_context.state, {QUuid::createUuid(), start, std::min(duration, start + length)}, &m_context.undo);
+    addCut(m_context.state, {QUuid::createUuid(), start, std::min(duration, start + length)},
+           &m_context.undo);
     m_context.state.selectedMarkerID = std::nullopt;
 }
 
@@ -206,7 +213,8 @@ bool TimelineView::handleKey(const QKeyEvent& event, bool acts) {
         return does(&TimelineView::addCutAtPlayhead);
     case Qt::Key_Delete:
     case Qt::Key_Backspace: {
-        const bool hasSelection = m_context.state.selectedCutID.value() || m_context.state.selectedMarkerID.value();
+        const bool hasSelection =
+            m_context.state.selectedCutID.value() || m_context.state.selectedMarkerID.value();
         return hasSelection && (!acts || removeSelection());
     }
     default:

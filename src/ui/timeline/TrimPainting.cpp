@@ -13,12 +13,14 @@ constexpr double corner = 4; // points
 
 void paintHandle(QPainter& painter, const QRectF& handle, bool isHovered, const Look& look) {
     const ColorTokens& colors = tokens();
-    const QRectF box(onPixel(handle.left(), look.devicePixelRatio), handle.top() + 1, handle.width(), handle.height() - 2);
+    const QRectF box(onPixel(handle.left(), look.devicePixelRatio), handle.top() + 1, handle.width(),
+                     handle.height() - 2);
     painter.setPen(Qt::NoPen);
     painter.setBrush(isHovered ? colors.accent : colors.text);
     painter.drawRoundedRect(box, 3, 3);
     paintVerticalLine(painter, box.center().x(), box.top() + 5, box.bottom() - 5,
-                      isHovered ? colors.onAccent : mixed(colors.window, colors.text, 0.3F), look.devicePixelRatio);
+                      isHovered ? colors.onAccent : mixed(colors.window, colors.text, 0.3F),
+                      look.devicePixelRatio);
 }
 
 /// Slanted lines that stand still on the clip while it scrolls.
@@ -38,7 +40,8 @@ QRectF visiblePart(const QRectF& box, const TimelineScene& scene) {
     return box.intersected(QRectF(-4, box.top(), scene.scale.width() + 8, box.height()));
 }
 
-void paintCut(QPainter& painter, const TimelineScene& scene, const CutZone& cut, const CutWords& words, const Look& look) {
+void paintCut(QPainter& painter, const TimelineScene& scene, const CutZone& cut, const CutWords& words,
+              const Look& look) {
     const ColorTokens& colors = tokens();
     constexpr double narrowest = 3; // points
     QRectF box = scene.boxOf(cut);
@@ -104,14 +107,18 @@ void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look) 
             paintVerticalLine(painter, edge, clip.top(), clip.bottom(), colors.text, look.devicePixelRatio);
     }
 
-    const QRectF whole = visiblePart(QRectF(clipStart, lane.top(), clipEnd - clipStart, lane.height()), scene);
-    painter.fillRect(QRectF(whole.left(), onPixel(lane.center().y(), look.devicePixelRatio), whole.width(), 1), colors.line);
+    const QRectF whole =
+        visiblePart(QRectF(clipStart, lane.top(), clipEnd - clipStart, lane.height()), scene);
+    painter.fillRect(
+        QRectF(whole.left(), onPixel(lane.center().y(), look.devicePixelRatio), whole.width(), 1),
+        colors.line);
     const QRectF kept = visiblePart(QRectF(start, lane.top(), end - start, lane.height()), scene);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.raised);
     painter.drawRect(kept.adjusted(0, 3, 0, -3));
     for (const double edge : {kept.top() + 2, kept.bottom() - 3})
-        painter.fillRect(QRectF(kept.left(), edge, kept.width(), 1), mixed(colors.line, colors.quietText, 0.4F));
+        painter.fillRect(QRectF(kept.left(), edge, kept.width(), 1),
+                         mixed(colors.line, colors.quietText, 0.4F));
 
     painter.restore();
 }

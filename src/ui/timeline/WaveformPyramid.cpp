@@ -7,6 +7,8 @@ namespace pointloom {
 
 void WaveformPyramid::append(std::span<const std::uint8_t> peaks) {
     std::size_t changed = m_levels[0].size();
+    for (const std::uint8_t peak : peaks)
+        m_loudest = std::max(m_loudest, peak);
     m_levels[0].insert(m_levels[0].end(), peaks.begin(), peaks.end());
     for (std::size_t level = 1; level < levelCount; ++level) {
         const auto& below = m_levels[level - 1];
@@ -24,6 +26,7 @@ void WaveformPyramid::append(std::span<const std::uint8_t> peaks) {
 void WaveformPyramid::clear() {
     for (auto& level : m_levels)
         level.clear();
+    m_loudest = 0;
 }
 
 std::uint8_t WaveformPyramid::loudest(double from, double to) const {

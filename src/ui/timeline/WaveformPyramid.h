@@ -8,8 +8,8 @@
 
 namespace pointloom {
 
-/// Peaks, 0 for silence to 255 for full level, in levels that each halve the one below several times over. Two
-/// hours take about two megabytes.
+/// Peaks, 0 for silence to 255 for full level, in levels that each halve the one below several times over.
+/// Two hours take about two megabytes.
 class WaveformPyramid {
 public:
     static constexpr int peaksPerSecond = 210; // which divides the rate that sound is read at
@@ -19,6 +19,9 @@ public:
 
     std::size_t size() const { return m_levels[0].size(); }
 
+    /// The loudest peak of all.
+    std::uint8_t loudest() const { return m_loudest; }
+
     /// The loudest peak between two times in seconds, of what is there.
     std::uint8_t loudest(double from, double to) const;
 
@@ -27,6 +30,7 @@ private:
     static constexpr std::size_t levelCount = 6;
 
     std::array<std::vector<std::uint8_t>, levelCount> m_levels;
+    std::uint8_t m_loudest = 0;
 };
 
 }

@@ -11,11 +11,12 @@ namespace pointloom {
 
 namespace {
 
-constexpr auto cacheName = "waveform-1"; // the number changes with the meaning of the peaks
+constexpr auto cacheName = "waveform-1";       // the number changes with the meaning of the peaks
 constexpr qint64 largestWaveform = 32LL << 20; // bytes; more than a day
 constexpr qint64 tellAfter = 150;              // milliseconds between two looks at what has been read
 
-void readSound(const QString& path, ClipCache& cache, IdleWorker::Link link, const std::function<void(QByteArray)>& tell) {
+void readSound(const QString& path, ClipCache& cache, IdleWorker::Link link,
+               const std::function<void(QByteArray)>& tell) {
     auto reader = media::AudioReader::open(path, 0, std::nullopt);
     if (!reader)
         return;
@@ -43,14 +44,14 @@ void readSound(const QString& path, ClipCache& cache, IdleWorker::Link link, con
 
 }
 
-WaveformStore::WaveformStore(const QString& cacheRoot, QObject* parent)
-    : QObject(parent)
-    , m_cacheRoot(cacheRoot) {}
+WaveformStore::WaveformStore(const QString& cacheRoot, QThread::Priority priority)
+    : m_cacheRoot(cacheRoot)
+    , m_priority(priority) {}
 
 void WaveformStore::open(const QString& path) {
     close();
     m_hasSound = true;
-    m_worker.emplace([this, path, root = m_cacheRoot](IdleWorker::Link link) {
+    const auto work = [this, path, root = m_cacheRoot](IdleWorker::Link link) {
         // The store is there as long as the work is not cancelled.
         const auto tell = [&](const QByteArray& peaks) { link.post([this, peaks] { take(peaks); }); };
         ClipCache cache(root, path);
@@ -64,7 +65,8 @@ void WaveformStore::open(const QString& path) {
             }
         }
         link.post([this] { finish(); });
-    });
+    };
+    m_worker.emplace(work, m_priority);
 }
 
 void WaveformStore::close() {
@@ -75,7 +77,8 @@ void WaveformStore::close() {
 }
 
 void WaveformStore::take(const QByteArray& peaks) {
-    m_peaks.append({reinterpret_cast<const std::uint8_t*>(peaks.constData()), static_cast<std::size_t>(peaks.size())});
+    m_peaks.append(
+        {reinterpret_cast<const std::uint8_t*>(peaks.constData()), static_cast<std::size_t>(peaks.size())});
     Q_EMIT changed();
 }
 

@@ -16,7 +16,7 @@ class WaveformStore : public QObject {
 
 public:
     /// Keeps what it makes below `cacheRoot`.
-    explicit WaveformStore(const QString& cacheRoot, QObject* parent = nullptr);
+    explicit WaveformStore(const QString& cacheRoot, QThread::Priority priority = QThread::IdlePriority);
 
     /// Forgets the clip before. Returns at once; what has been read is shown as it grows.
     void open(const QString& path);
@@ -35,6 +35,7 @@ private:
     void finish();
 
     QString m_cacheRoot;
+    QThread::Priority m_priority;
     WaveformPyramid m_peaks;
     bool m_hasSound = true;
     std::optional<IdleWorker> m_worker;

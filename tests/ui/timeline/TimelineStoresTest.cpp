@@ -26,24 +26,27 @@ struct TimelineStores : testing::Test {
 };
 
 // Red for a second, then blue; every frame a key frame.
-constexpr const char* redThenBlue = "-f lavfi -i color=red:s=320x180:r=10:d=1 -f lavfi -i color=blue:s=320x180:r=10:d=1 "
-                                    "-filter_complex [0][1]concat -c:v libx264 -g 1 -pix_fmt yuv420p";
+constexpr const char* redThenBlue =
+    "-f lavfi -i color=red:s=320x180:r=10:d=1 -f lavfi -i color=blue:s=320x180:r=10:d=1 "
+    "-filter_complex [0][1]concat -c:v libx264 -g 1 -pix_fmt yuv420p";
 // Silence for a second, then a tone of half the full level.
-constexpr const char* silenceThenTone = "-f lavfi -i aevalsrc=0.5*sin(2000*t)*gte(t\\,1):d=2:s=44100 -c:a aac -b:a 192k";
+constexpr const char* silenceThenTone =
+    "-f lavfi -i aevalsrc=0.5*sin(2000*t)*gte(t\\,1):d=2:s=44100 -c:a aac -b:a 192k";
 
 }
 
 TEST_F(TimelineStores, ThumbnailsShowTheirMomentUpright) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot());
+    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
     store.open(path);
     store.want({0, second + 4, 100 * second});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(second + 4).isNull(); }, patience));
-    EXPECT_EQ(store.picture(0).size(), QSize(228, 128));
+    EXPECT_EQ(store.picture(0).size(), QSize(227, 128));
     EXPECT_GT(qRed(store.picture(0).pixel(50, 50)), 200);
     EXPECT_GT(qBlue(store.picture(second + 4).pixel(50, 50)), 200);
 
-    const QString turned = clip(QStringLiteral("turned.mp4"), qPrintable(QStringLiteral("-display_rotation 90 -i %1 -c copy").arg(path)));
+    const QString turned = clip(QStringLiteral("turned.mp4"),
+                                qPrintable(QStringLiteral("-i %1 -c copy -metadata:s:v rotate=90").arg(path)));
     store.open(turned);
     store.want({0});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(0).isNull(); }, patience));
@@ -52,7 +55,7 @@ TEST_F(TimelineStores, ThumbnailsShowTheirMomentUpright) {
 
 TEST_F(TimelineStores, WhatWasMadeOnceComesFromDisk) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot());
+    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
     store.open(path);
     store.want({3});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(3).isNull(); }, patience));
@@ -64,7 +67,8 @@ TEST_F(TimelineStores, WhatWasMadeOnceComesFromDisk) {
     store.open(path);
     EXPECT_TRUE(store.picture(3).isNull());
     store.want({5, 6});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !store.picture(6).isNull(); }, patience)) << "what is damaged is made again";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !store.picture(6).isNull(); }, patience))
+        << "what is damaged is made again";
     EXPECT_FALSE(store.picture(5).isNull());
 }
 
@@ -72,14 +76,15 @@ TEST_F(TimelineStores, AClipThatIsGoneOrDamagedHasBlanks) {
     const QString gone = folder.path(QStringLiteral("gone.mp4"));
     const QString damaged = folder.write(QStringLiteral("damaged.mp4"), QByteArray(5000, 'x'));
     for (const QString& path : {gone, damaged}) {
-        ThumbnailStore thumbnails(cacheRoot());
-        WaveformStore waveform(cacheRoot());
+        ThumbnailStore thumbnails(cacheRoot(), QThread::NormalPriority);
+        WaveformStore waveform(cacheRoot(), QThread::NormalPriority);
         int answers = 0;
         QObject::connect(&thumbnails, &ThumbnailStore::changed, [&] { ++answers; });
         thumbnails.open(path);
         thumbnails.want({0, 1});
         waveform.open(path);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return answers == 2 && !waveform.hasSound(); }, patience)) << path.toStdString();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return answers == 2 && !waveform.hasSound(); }, patience))
+            << path.toStdString();
         EXPECT_TRUE(thumbnails.picture(0).isNull());
         EXPECT_EQ(waveform.peaks().size(), 0U);
     }
@@ -87,7 +92,7 @@ TEST_F(TimelineStores, AClipThatIsGoneOrDamagedHasBlanks) {
 
 TEST_F(TimelineStores, AClipThatVanishesWhileOpenGivesBlanksFromThen) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot());
+    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
     store.open(path);
     store.want({0});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(0).isNull(); }, patience));
@@ -101,7 +106,7 @@ TEST_F(TimelineStores, AClipThatVanishesWhileOpenGivesBlanksFromThen) {
 
 TEST_F(TimelineStores, ClosingStopsTheWorkAndNothingArrivesLater) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot());
+    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
     int answers = 0;
     QObject::connect(&store, &ThumbnailStore::changed, [&] { ++answers; });
     for (int i = 0; i < 5; ++i) {
@@ -112,7 +117,7 @@ TEST_F(TimelineStores, ClosingStopsTheWorkAndNothingArrivesLater) {
     QTest::qWait(300);
     EXPECT_EQ(answers, 0);
     {
-        ThumbnailStore shortLived(cacheRoot());
+        ThumbnailStore shortLived(cacheRoot(), QThread::NormalPriority);
         shortLived.open(path);
         shortLived.want({0, 4, 8});
     }
@@ -121,10 +126,12 @@ TEST_F(TimelineStores, ClosingStopsTheWorkAndNothingArrivesLater) {
 
 TEST_F(TimelineStores, LoudnessStandsWhereTheSoundIs) {
     const QString path = clip(QStringLiteral("a.m4a"), silenceThenTone);
-    WaveformStore store(cacheRoot());
+    WaveformStore store(cacheRoot(), QThread::NormalPriority);
     for (const char* source : {"read", "cached"}) {
         store.open(path);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return store.peaks().size() >= 2 * WaveformPyramid::peaksPerSecond - 1; }, patience)) << source;
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] { return store.peaks().size() >= 2 * WaveformPyramid::peaksPerSecond - 1; }, patience))
+            << source;
         EXPECT_LT(store.peaks().loudest(0, 0.9), 6) << source;
         EXPECT_NEAR(store.peaks().loudest(1.2, 1.8), 128, 12) << source;
         EXPECT_TRUE(store.hasSound());
@@ -133,15 +140,22 @@ TEST_F(TimelineStores, LoudnessStandsWhereTheSoundIs) {
 
 TEST_F(TimelineStores, TheCacheForgetsTheClipsUsedLongestAgo) {
     const QString root = cacheRoot();
-    const auto clipNumber = [&](int number) { return folder.write(QStringLiteral("%1.mp4").arg(number), QByteArray(number, 'x')); };
+    std::vector<QString> clips;
+    for (const char* name : {"a.mp4", "b.mp4", "c.mp4", "d.mp4", "e.mp4"})
+        clips.push_back(folder.write(QString::fromLatin1(name), name));
     const QByteArray content(1000, 'x');
-    for (int i = 1; i <= 5; ++i) {
-        ClipCache(root, clipNumber(i), 2500).write(QStringLiteral("a"), content);
+    for (const QString& path : clips) {
+        ClipCache(root, path, 2500).write(QStringLiteral("picture"), content);
         QTest::qWait(20);
     }
-    EXPECT_FALSE(ClipCache(root, clipNumber(1), 1 << 20).read(QStringLiteral("a"), 2000));
-    EXPECT_EQ(ClipCache(root, clipNumber(5), 1 << 20).read(QStringLiteral("a"), 2000), content);
-    EXPECT_FALSE(ClipCache(root, clipNumber(5), 1 << 20).read(QStringLiteral("a"), 10)) << "larger than expected";
+    const auto kept = [&](const QString& path, qint64 largest) {
+        return ClipCache(root, path).read(QStringLiteral("picture"), largest);
+    };
+    EXPECT_FALSE(kept(clips.front(), 2000));
+    EXPECT_EQ(kept(clips.back(), 2000), content);
+    EXPECT_FALSE(kept(clips.back(), 10)) << "larger than expected";
+    folder.write(QStringLiteral("e.mp4"), "another film");
+    EXPECT_FALSE(kept(clips.back(), 2000)) << "the clip has been replaced";
 }
 
 }

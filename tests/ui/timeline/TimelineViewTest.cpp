@@ -43,7 +43,8 @@ struct Timeline : testing::Test {
     void press(QPoint place) { QTest::mousePress(&canvas(), Qt::LeftButton, {}, place); }
     void release(QPoint place) { QTest::mouseRelease(&canvas(), Qt::LeftButton, {}, place); }
     void move(QPoint place, Qt::KeyboardModifiers modifiers = {}) {
-        QMouseEvent event(QEvent::MouseMove, place, canvas().mapToGlobal(place), Qt::NoButton, Qt::LeftButton, modifiers);
+        QMouseEvent event(QEvent::MouseMove, place, canvas().mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                          modifiers);
         QApplication::sendEvent(&canvas(), &event);
     }
     void drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {}) {
@@ -53,7 +54,8 @@ struct Timeline : testing::Test {
         release(to);
     }
     void turnWheel(QPoint place, int notches, Qt::KeyboardModifiers modifiers) {
-        QWheelEvent event(place, canvas().mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+        QWheelEvent event(place, canvas().mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
         QApplication::sendEvent(&canvas(), &event);
     }
 
@@ -63,7 +65,8 @@ struct Timeline : testing::Test {
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
     DesktopDialogs dialogs;
-    TimelineView view{UiContext{state, undo, defaults, dialogs}, nullptr, folder.filePath(QStringLiteral("cache"))};
+    TimelineView view{UiContext{state, undo, defaults, dialogs}, nullptr,
+                      folder.filePath(QStringLiteral("cache"))};
 };
 
 }
@@ -233,6 +236,7 @@ TEST_F(Timeline, TheWheelScrollsAndWithCtrlZoomsAroundThePointer) {
 
 TEST_F(Timeline, TheViewFollowsThePlayheadButNotAgainstTheUser) {
     turnWheel(onRuler(10), 10, Qt::ControlModifier);
+    canvas().scrollTo(0);
     state.isPlaying = true;
     double time = 0;
     while (time < 60) {

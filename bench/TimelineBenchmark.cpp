@@ -1,0 +1,99 @@
+// What a frame of the timeline costs: scrolling it, and painting it anew after an edit. Offscreen.
+#include "persistence/UserDefaults.h"
+#include "ui/style/Theme.h"
+#include "ui/timeline/TimelineCanvas.h"
+
+#include <benchmark/benchmark.h>
+#include <QApplication>
+#include <QTemporaryDir>
+
+namespace pointloom {
+namespace {
+
+constexpr double duration = 7200; // seconds
+
+std::vector<Marker> markerList(std::int64_t count) {
+    std::vector<Marker> markers;
+    for (std::int64_t number = 0; number < count; ++number) {
+        ScoreState score{
+            .sets = {{6, number % 5, std::nullopt}, {number % 7, 3, std::nullopt}, {0, 0, std::nullopt}},
+            .currentGame = {static_cast<GamePoint>(number % 4), GamePoint::fifteen},
+            .servingTeam = 1 + number % 2};
+        markers.push_back({QUuid::createUuid(),
+                           duration * static_cast<double>(number) / static_cast<double>(count),
+                           std::move(score), std::nullopt});
+    }
+    return markers;
+}
+
+/// A canvas as wide as a large window, at a scale of the screen.
+struct Stage {
+    explicit Stage(std::int64_t markerCount) {
+        state.videoDuration = duration;
+        state.markers = markerList(markerCount);
+        canvas.resize(1600, 260);
+        canvas.ensurePolished();
+        paint();
+    }
+
+    void paint() { canvas.render(&picture); }
+
+    QTemporaryDir folder;
+    AppState state;
+    UndoStack undo;
+    UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
+    DesktopDialogs dialogs;
+    TimelineCanvas canvas{UiContext{state, undo, defaults, dialogs}, folder.path()};
+    QImage picture{1600, 260, QImage::Format_ARGB32_Premultiplied};
+};
+
+/// At a zoom (the argument, in steps of a half more) where flags change from ticks to whole texts.
+void scroll(benchmark::State& run) {
+    Stage stage(2000);
+    for (std::int64_t i = 0; i < run.range(0); ++i)
+        stage.canvas.zoomBy(1.5);
+    double offset = 0;
+    for ([[maybe_unused]] const auto step : run) {
+        offset = offset + 7 > stage.canvas.scene().scale.largestOffset() ? 0 : offset + 7;
+        stage.canvas.scrollTo(offset);
+        stage.canvas.update();
+        stage.paint();
+    }
+}
+BENCHMARK(scroll)->Arg(1)->Arg(5)->Arg(9)->Arg(14)->Unit(benchmark::kMillisecond);
+
+void repaintAfterEdit(benchmark::State& run) {
+    Stage stage(2000);
+    for (std::int64_t i = 0; i < run.range(0); ++i)
+        stage.canvas.zoomBy(1.5);
+    std::int64_t round = 0;
+    for ([[maybe_unused]] const auto step : run) {
+        const auto& markers = stage.state.markers.value();
+        const QUuid id = markers[static_cast<std::size_t>(round * 7919) % markers.size()].id;
+        stage.state.updateMarkerTime(id, static_cast<double>(round++ * 37 % 7200), nullptr);
+        stage.paint();
+    }
+}
+BENCHMARK(repaintAfterEdit)->Arg(0)->Arg(9)->Unit(benchmark::kMillisecond);
+
+void movePlayhead(benchmark::State& run) {
+    Stage stage(2000);
+    double time = 0;
+    for ([[maybe_unused]] const auto step : run) {
+        time = time > 7000 ? 0 : time + 0.04;
+        stage.state.currentTime = time;
+        stage.paint();
+    }
+}
+BENCHMARK(movePlayhead)->Unit(benchmark::kMillisecond);
+
+}
+}
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    pointloom::Theme::shared().apply(application, pointloom::ThemeChoice::dark);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
