@@ -97,9 +97,7 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     return QApplication::exec();
 }
 
-int handOverOrExplain(const QStringList& files) {
-    if (handOver(dataFolder(), files))
-        return EXIT_SUCCESS;
+int explainSilence() {
     DesktopDialogs().alert(nullptr, QStringLiteral("Pointloom is already running"),
                            QStringLiteral("It does not answer. Close it, or end it, and start again."));
     return EXIT_FAILURE;
@@ -113,8 +111,12 @@ int run(QApplication& application, const QStringList& files) {
     std::optional<Trouble> trouble;
     try {
         lock = SessionLock::tryAcquire(dataFolder());
+        if (!lock && handOver(dataFolder(), files))
+            return EXIT_SUCCESS;
         if (!lock)
-            return handOverOrExplain(files);
+            lock = SessionLock::tryAcquire(dataFolder()); // the other may have been about to end
+        if (!lock)
+            return explainSilence();
     } catch (const FileError& error) {
         trouble = {QStringLiteral("Your session will not be kept"), QString::fromUtf8(error.what())};
     }

@@ -6,8 +6,10 @@
 #include "persistence/FileError.h"
 #include "persistence/ProjectSession.h"
 #include "persistence/UserDefaults.h"
+#include "json/JsonDocument.h"
 
 #include <algorithm>
+#include <QCryptographicHash>
 #include <QFileInfo>
 
 namespace pointloom {
@@ -17,6 +19,7 @@ namespace {
 constexpr std::string_view recentKey = "recentProjects";
 constexpr QChar recentSeparator = u'\0'; // stands in no path
 constexpr qsizetype mostRecent = 10;
+constexpr std::string_view savedKey = "savedSession"; // fingerprint of what was last saved or opened
 
 constexpr UiText openTitle{"Open another project?",   "Ouvrir un autre projet ?",
                            "¿Abrir otro proyecto?",   "Aprire un altro progetto?",
@@ -31,6 +34,13 @@ constexpr UiText openMessage{"Changes that you have not saved to a project will 
                              "As alterações que não guardaste num projeto vão perder-se."};
 constexpr UiText openConfirm{"Open", "Ouvrir", "Abrir", "Apri", "Öffnen", "Öppna", "Abrir"};
 
+// Of what a restored session keeps: neither its video nor its scale comes back.
+QByteArray fingerprint(ProjectFile project) {
+    project.videoPath.reset();
+    project.scoreboardUserScale.reset();
+    return QCryptographicHash::hash(json::compact(json::encode(project)), QCryptographicHash::Sha256).toHex();
+}
+
 QString projectFilter() {
     return QStringLiteral("Pointloom (*.plp)");
 }
@@ -44,7 +54,11 @@ QString withEnding(const QString& path, const QString& ending) {
 DocumentCommands::DocumentCommands(const UiContext& context, QWidget* window)
     : m_context(context)
     , m_window(window)
-    , m_saved(projectFrom(AppState())) {}
+    , m_saved(projectFrom(AppState())) {
+    const ProjectFile restored = projectFrom(context.state);
+    if (storedFingerprint() == fingerprint(restored))
+        m_saved = restored;
+}
 
 void DocumentCommands::newSession() {
     if (!mayThrowAway(m_context.text(L10nKey::resetDialogTitle), m_context.text(L10nKey::resetDialogMessage),
@@ -106,7 +120,7 @@ void DocumentCommands::writeTo(const QString& path) {
         alert(QStringLiteral("Could not save project"), QString::fromUtf8(error.what()));
         return;
     }
-    m_saved = project;
+    setSaved(project);
     m_context.state.currentProjectURL = QUrl::fromLocalFile(path);
     remember(path);
     Q_EMIT documentChanged();
@@ -137,8 +151,25 @@ bool DocumentCommands::mayThrowAway(const QString& title, const QString& message
 // The session has been replaced by a document, or by a fresh one.
 void DocumentCommands::becomeDocument() {
     m_context.undo.removeAllActions();
-    m_saved = projectFrom(m_context.state);
+    setSaved(projectFrom(m_context.state));
     Q_EMIT documentChanged();
+}
+
+void DocumentCommands::setSaved(const ProjectFile& project) {
+    m_saved = project;
+    try {
+        m_context.defaults.setData(savedKey, fingerprint(project));
+    } catch (const FileError&) {
+        // The next start takes the session for unsaved.
+    }
+}
+
+QByteArray DocumentCommands::storedFingerprint() const {
+    try {
+        return m_context.defaults.data(savedKey).value_or(QByteArray());
+    } catch (const FileError&) {
+        return {};
+    }
 }
 
 QStringList DocumentCommands::recentProjects() const {

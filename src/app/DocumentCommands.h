@@ -17,8 +17,8 @@ class DocumentCommands : public QObject {
     Q_OBJECT
 
 public:
-    /// `window` is the parent of every dialog. What the session holds now counts as saved only when it is
-    /// what a fresh session holds.
+    /// `window` is the parent of every dialog. A session restored from the run before counts as saved when
+    /// it holds what was last saved or opened.
     DocumentCommands(const UiContext& context, QWidget* window);
 
     /// Asks before work is thrown away.
@@ -46,6 +46,8 @@ Q_SIGNALS:
 private:
     bool mayThrowAway(const QString& title, const QString& message, const QString& confirm);
     void becomeDocument();
+    void setSaved(const ProjectFile& project);
+    QByteArray storedFingerprint() const;
     void writeTo(const QString& path);
     void remember(const QString& path);
     void storeRecent(const QStringList& paths);

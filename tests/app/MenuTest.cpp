@@ -101,6 +101,23 @@ TEST_F(MenuTest, OpeningAsksOnlyWhenWorkWouldBeLostAndCancellingKeepsTheSession)
     EXPECT_EQ(state->selectedTemplate.value(), TemplateID::wimbledon);
 }
 
+TEST_F(MenuTest, TheNextStartKnowsThatTheSessionWasSaved) {
+    const QString first = makeProject(QStringLiteral("first.plp"), makeClip(QStringLiteral("match.mp4")));
+    const QString second = makeProject(QStringLiteral("second.plp"));
+    window->content().openFile(first);
+    state->scoreboardUserScale = 2;
+    choose(QStringLiteral("Save Project"));
+    start();
+    EXPECT_FALSE(window->isWindowModified());
+    window->content().openFile(second);
+    EXPECT_EQ(dialogs.shown, QStringList());
+    state->addMarker(markerAt(8), undo.get());
+    start();
+    EXPECT_TRUE(window->isWindowModified());
+    window->content().openFile(second);
+    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Open another project?"));
+}
+
 TEST_F(MenuTest, AProjectThatCannotBeReadLeavesTheSessionAlone) {
     configure();
     dialogs.fileToOpen = folder.write(QStringLiteral("broken.plp"), "{}");
