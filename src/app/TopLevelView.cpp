@@ -132,6 +132,8 @@ void TopLevelView::route() {
     if (!isWizard && !m_editor)
         addWidget(m_editor = makeEditor());
     setCurrentWidget(isWizard ? m_wizard : m_editor);
+    if (!isWizard)
+        m_editor->setFocus(); // its keys work at once, rather than those of the first thing on it
 }
 
 EditorView* TopLevelView::makeEditor() {
