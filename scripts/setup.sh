@@ -37,7 +37,8 @@ packages=(
     libgtest-dev
     libgmock-dev
     libbenchmark-dev
-    xvfb xauth       # a screen for the test that draws by OpenGL
+    xvfb xauth       # a screen for the tests in a real window
+    xdotool          # ... and keys for it
     libgl1-mesa-dri  # ... and OpenGL without a graphics card
     ffmpeg # the program: encodes sample and test clips, and is what the benchmark compares with
     time   # peak memory in the benchmark
