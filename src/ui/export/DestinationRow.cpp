@@ -35,7 +35,7 @@ QString withExtensionSwapped(const QString& path, ExportFormat from, ExportForma
 }
 
 DestinationRow::DestinationRow(const UiContext& context, QWidget* parent)
-    : QWidget(parent)
+    : QFrame(parent)
     , m_context(context)
     , m_icon(new QLabel(this))
     , m_heading(Controls::label(Controls::TextRole::quiet, this))
@@ -47,6 +47,7 @@ DestinationRow::DestinationRow(const UiContext& context, QWidget* parent)
 }
 
 void DestinationRow::build() {
+    setProperty("kind", QStringLiteral("card"));
     m_change->setObjectName(QStringLiteral("changeDestination"));
     m_change->setAutoDefault(false);
     m_shownPath->setObjectName(QStringLiteral("destination"));
@@ -61,7 +62,7 @@ void DestinationRow::build() {
     lines->addWidget(m_shownPath);
     lines->addWidget(m_room);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(Space::m, Space::s, Space::s, Space::s);
     row->setSpacing(Space::m);
     row->addWidget(m_icon);
     row->addLayout(lines, 1);
@@ -117,7 +118,7 @@ void DestinationRow::showPath() {
 }
 
 void DestinationRow::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
+    QFrame::resizeEvent(event);
     layout()->activate();
     showPath();
 }
@@ -140,12 +141,16 @@ void DestinationRow::showRoom() {
     const std::int64_t needed =
         facts.source ? estimatedBytes(*facts.source, m_format, m_preset, m_seconds) : 0;
     const bool isShort = facts.freeBytes && needed > *facts.freeBytes;
+    const bool isFolderMissing = !facts.isFolderThere && !m_isProposed;
     const Language language = m_context.state.language;
     const auto size = [&](std::int64_t bytes) { return ExportWords::bytes(bytes, language); };
 
-    Controls::setRole(m_room, isShort ? Controls::TextRole::warning : Controls::TextRole::quiet);
-    if (!facts.freeBytes)
+    Controls::setRole(m_room,
+                      isShort || isFolderMissing ? Controls::TextRole::warning : Controls::TextRole::quiet);
+    if (isFolderMissing)
         m_room->setText(m_context.text(ExportTexts::folderMissing).arg(QFileInfo(m_path).absolutePath()));
+    else if (!facts.freeBytes)
+        m_room->clear();
     else if (isShort)
         m_room->setText(m_context.text(ExportTexts::spaceShort).arg(size(needed), size(*facts.freeBytes)));
     else if (needed > 0)

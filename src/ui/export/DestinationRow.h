@@ -6,13 +6,13 @@
 #include "ui/export/ExportFacts.h"
 #include "ui/style/Bindings.h"
 
+#include <QFrame>
 #include <QLabel>
 #include <QPushButton>
-#include <QWidget>
 
 namespace pointloom {
 
-class DestinationRow : public QWidget {
+class DestinationRow : public QFrame {
     Q_OBJECT
 
 public:

@@ -22,7 +22,9 @@ std::optional<SourceRate> rateOf(const QString& path) {
     }
 }
 
-std::optional<std::int64_t> freeBytesAt(const QString& folder) {
+std::optional<std::int64_t> freeBytesAt(QString folder) {
+    while (!QFileInfo(folder).isDir() && QFileInfo(folder).absolutePath() != folder)
+        folder = QFileInfo(folder).absolutePath();
     const QStorageInfo disk(folder);
     if (!disk.isValid() || !disk.isReady())
         return std::nullopt;
@@ -32,7 +34,8 @@ std::optional<std::int64_t> freeBytesAt(const QString& folder) {
 }
 
 ExportFacts gatherFacts(const QString& videoPath, const QString& outputPath) {
-    return {rateOf(videoPath), freeBytesAt(QFileInfo(outputPath).absolutePath())};
+    const QString folder = QFileInfo(outputPath).absolutePath();
+    return {rateOf(videoPath), QFileInfo(folder).isDir(), freeBytesAt(folder)};
 }
 
 }

@@ -10,7 +10,8 @@ namespace pointloom {
 
 struct ExportFacts {
     std::optional<SourceRate> source;      // absent when the video cannot be read
-    std::optional<std::int64_t> freeBytes; // where the output goes; absent when its folder is not there
+    bool isFolderThere = false;            // that the output goes into
+    std::optional<std::int64_t> freeBytes; // where that folder is or would be
 };
 
 /// Reads both files' surroundings: for a worker thread, as disks may sleep.

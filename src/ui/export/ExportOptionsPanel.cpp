@@ -15,22 +15,14 @@ QString labelOf(ExportPreset preset) {
     return QString::fromUtf8(rawValue(preset)).simplified();
 }
 
-QLabel* heading(QWidget* parent) {
-    QLabel* label = Controls::label(Controls::TextRole::body, parent);
-    QFont font = label->font();
-    font.setWeight(QFont::DemiBold);
-    label->setFont(font);
-    return label;
-}
-
 }
 
 ExportOptionsPanel::ExportOptionsPanel(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
-    , m_sizeHeading(heading(this))
-    , m_formatHeading(heading(this))
-    , m_watermarkHeading(heading(this))
+    , m_sizeHeading(Controls::label(Controls::TextRole::strong, this))
+    , m_formatHeading(Controls::label(Controls::TextRole::strong, this))
+    , m_watermarkHeading(Controls::label(Controls::TextRole::strong, this))
     , m_watermark(nullptr) {
     build();
     bind();
@@ -117,7 +109,7 @@ QString ExportOptionsPanel::detailOf(ExportPreset preset) const {
     const QSize size = targetSize(preset).value_or(source);
     const QString use = m_context.text(ExportTexts::useOf(preset));
     if (size.isEmpty())
-        return use;
+        return use; // until the video was read
     return QStringLiteral("%1 × %2\n%3").arg(size.width()).arg(size.height()).arg(use);
 }
 

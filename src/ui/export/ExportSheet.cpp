@@ -16,7 +16,7 @@ using Stage = AppState::ExportStatus::Stage;
 
 constexpr QSize usualSize(960, 660);
 constexpr QSize smallestSize(700, 500);
-constexpr int optionsWidth = 344;
+constexpr int optionsWidth = 58; // letters
 
 }
 
@@ -46,7 +46,7 @@ void ExportSheet::build() {
     m_optionsArea->setWidget(m_options);
     m_optionsArea->setWidgetResizable(true);
     m_optionsArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_optionsArea->setFixedWidth(optionsWidth);
+    m_optionsArea->setFixedWidth(fontMetrics().averageCharWidth() * optionsWidth);
     m_optionsArea->setFocusPolicy(Qt::NoFocus);
     m_still->setObjectName(QStringLiteral("still"));
     m_setup = makeSetup();

@@ -4,7 +4,8 @@
 #include "ui/export/ExportWords.h"
 #include "ui/export/FileManager.h"
 #include "ui/style/Controls.h"
-#include "ui/style/Tokens.h"
+#include "ui/style/Icons.h"
+#include "ui/style/Theme.h"
 
 #include <QDesktopServices>
 #include <QFileInfo>
@@ -15,6 +16,7 @@ namespace pointloom {
 
 namespace {
 
+constexpr int iconSize = 22;
 constexpr int barSteps = 1000;
 constexpr int refreshInterval = 200; // milliseconds
 
@@ -24,6 +26,7 @@ ExportStage::ExportStage(const UiContext& context, const ExportRunner& runner, Q
     : QWidget(parent)
     , m_context(context)
     , m_runner(runner)
+    , m_icon(new QLabel(this))
     , m_heading(Controls::label(Controls::TextRole::section, this))
     , m_detail(Controls::label(Controls::TextRole::body, this))
     , m_bar(new QProgressBar(this)) {
@@ -52,14 +55,22 @@ void ExportStage::build() {
     buttons->addWidget(m_another);
     buttons->addWidget(m_options);
     buttons->addStretch();
-    for (QPushButton* button : {m_folder, m_play, m_cancel, m_retry, m_close})
+    for (QPushButton* button : {m_folder, m_play, m_retry, m_close})
         buttons->addWidget(button);
+    auto* heading = new QHBoxLayout;
+    heading->setSpacing(Space::s);
+    heading->addWidget(m_icon);
+    heading->addWidget(m_heading, 1);
+    auto* detail = new QHBoxLayout;
+    detail->setSpacing(Space::m);
+    detail->addWidget(m_detail, 1);
+    detail->addWidget(m_cancel);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->setSpacing(Space::s);
-    whole->addWidget(m_heading);
+    whole->addLayout(heading);
     whole->addWidget(m_bar);
-    whole->addWidget(m_detail);
+    whole->addLayout(detail);
     whole->addLayout(buttons);
 }
 
@@ -75,6 +86,7 @@ void ExportStage::bind() {
     AppState& state = m_context.state;
     m_refresh.setInterval(refreshInterval);
     connect(&m_refresh, &QTimer::timeout, this, &ExportStage::showProgress);
+    connect(&Theme::shared(), &Theme::changed, this, &ExportStage::showStage);
     m_bindings.watch(state.language, [this] { showWords(); });
     m_bindings.watchAll([this] { showStage(); }, state.exportStatus, state.language);
 }
@@ -107,7 +119,10 @@ void ExportStage::showStage() {
     m_retry->setVisible(isFailed);
     m_options->setVisible(isFailed);
 
-    Controls::setRole(m_heading, Controls::TextRole::section);
+    m_icon->setVisible(isDone || isFailed);
+    m_icon->setPixmap(
+        isFailed ? Icons::pixmap(QStringLiteral("warning"), iconSize, tokens().danger, devicePixelRatioF())
+                 : Icons::pixmap(QStringLiteral("check"), iconSize, tokens().success, devicePixelRatioF()));
     if (isExporting) {
         m_heading->setText(m_context.text(L10nKey::exporting));
         m_refresh.start();

@@ -46,6 +46,7 @@ private:
     UiContext m_context;
     const ExportRunner& m_runner;
     QString m_path;
+    QLabel* m_icon;
     QLabel* m_heading;
     QLabel* m_detail;
     QProgressBar* m_bar;

@@ -3,6 +3,7 @@
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
+#include <cmath>
 #include <QPainter>
 
 namespace pointloom {
@@ -56,6 +57,13 @@ double OptionCard::textLeft() const {
     return m_shape.isEmpty() ? Space::m : Space::m + shapeSide + Space::s + 2;
 }
 
+double OptionCard::titleHeight(double width) const {
+    const double room = width - textLeft() - Space::s;
+    return QFontMetricsF(titleFont())
+        .boundingRect(QRectF(0, 0, room, 1000), Qt::TextWordWrap, m_title)
+        .height();
+}
+
 QSize OptionCard::sizeHint() const {
     return {narrowest, heightForWidth(narrowest)};
 }
@@ -64,8 +72,8 @@ int OptionCard::heightForWidth(int width) const {
     const double room = width - textLeft() - Space::s;
     const QRectF detail =
         QFontMetricsF(detailFont()).boundingRect(QRectF(0, 0, room, 1000), Qt::TextWordWrap, m_detail);
-    const double text = QFontMetricsF(titleFont()).height() + 2 + detail.height();
-    return static_cast<int>(std::max(text, shapeSide)) + 2 * Space::s + 2;
+    const double text = titleHeight(width) + 2 + detail.height();
+    return static_cast<int>(std::ceil(std::max(text, m_shape.isEmpty() ? 0 : shapeSide))) + 2 * Space::s;
 }
 
 void OptionCard::paintEvent(QPaintEvent*) {
@@ -83,20 +91,24 @@ void OptionCard::paintEvent(QPaintEvent*) {
     if (!m_shape.isEmpty())
         drawShape(painter);
     const QRectF text = QRectF(rect()).adjusted(textLeft(), Space::s, -Space::s, -Space::s);
-    const double titleRoom = text.width() - (isChecked() ? checkSide + Space::xs : 0);
-    const QFontMetricsF titleMetrics(titleFont());
+    const double titleBottom = titleHeight(width());
     painter.setFont(titleFont());
     painter.setPen(isEnabled() ? colors.text : colors.quietText);
-    painter.drawText(QPointF(text.left(), text.top() + titleMetrics.ascent()),
-                     titleMetrics.elidedText(m_title, Qt::ElideRight, titleRoom));
+    painter.drawText(text, Qt::TextWordWrap, m_title);
     painter.setFont(detailFont());
     painter.setPen(colors.quietText);
-    painter.drawText(text.adjusted(0, titleMetrics.height() + 2, 0, Space::s), Qt::TextWordWrap, m_detail);
+    painter.drawText(text.adjusted(0, titleBottom + 2, 0, Space::s), Qt::TextWordWrap, m_detail);
     if (isChecked())
-        painter.drawPixmap(
-            QPointF(text.right() - checkSide, text.top() + (titleMetrics.height() - checkSide) / 2),
-            Icons::pixmap(QStringLiteral("check"), static_cast<int>(checkSide), colors.accent,
-                          devicePixelRatioF()));
+        drawCheck(painter);
+}
+
+// Inside of the shape, or else beside the title.
+void OptionCard::drawCheck(QPainter& painter) const {
+    const QPointF place = m_shape.isEmpty()
+                              ? QPointF(width() - Space::m - checkSide, Space::s + 1)
+                              : QPointF(Space::m + (shapeSide - checkSide) / 2, (height() - checkSide) / 2);
+    painter.drawPixmap(place, Icons::pixmap(QStringLiteral("check"), static_cast<int>(checkSide),
+                                            tokens().accent, devicePixelRatioF()));
 }
 
 void OptionCard::drawShape(QPainter& painter) const {

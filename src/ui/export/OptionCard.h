@@ -30,6 +30,8 @@ private:
     QFont titleFont() const;
     QFont detailFont() const;
     double textLeft() const;
+    double titleHeight(double width) const;
+    void drawCheck(QPainter& painter) const;
     void drawShape(QPainter& painter) const;
 
     QString m_title;

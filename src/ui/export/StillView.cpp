@@ -13,6 +13,7 @@ namespace {
 constexpr QSize emptySize(480, 270);
 constexpr QSize smallestSize(200, 113);
 constexpr int faultIconSize = 28;
+constexpr int canvasDarkness = 107; // per cent; around the picture the window recedes a little
 
 }
 
@@ -81,13 +82,12 @@ void StillView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF picture = pictureRectangle();
-    QPainterPath outline;
-    outline.addRoundedRect(picture, Radius::field, Radius::field);
+    QPainterPath canvas;
+    canvas.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Radius::card, Radius::card);
 
-    painter.setClipPath(outline);
-    if (m_still.isNull())
-        painter.fillPath(outline, tokens().raised);
-    else
+    painter.setClipPath(canvas);
+    painter.fillPath(canvas, tokens().window.darker(canvasDarkness));
+    if (!m_still.isNull())
         painter.drawPixmap(picture, scaledStill((picture.size() * devicePixelRatioF()).toSize()),
                            QRectF(m_scaled.rect()));
     if (!m_fault.isEmpty())
@@ -96,11 +96,11 @@ void StillView::paintEvent(QPaintEvent*) {
         drawBusyNote(painter, picture);
     painter.setClipping(false);
     painter.setPen(tokens().line);
-    painter.drawPath(outline);
+    painter.drawPath(canvas);
 }
 
 void StillView::drawFault(QPainter& painter) const {
-    const QRectF space = pictureRectangle().adjusted(Space::l, Space::s, -Space::l, -Space::s);
+    const QRectF space = QRectF(rect()).adjusted(Space::l, Space::s, -Space::l, -Space::s);
     const QFontMetricsF metrics(font());
     const QRectF text = metrics.boundingRect(space, Qt::AlignCenter | Qt::TextWordWrap, m_fault);
     const double height = faultIconSize + Space::s + text.height();
