@@ -23,6 +23,7 @@ namespace pointloom::samples {
 
 namespace {
 
+constexpr std::string_view consentAskedKey = "crashConsentAsked";
 constexpr int settleTime = 250;  // milliseconds, for layouts and the last of the animations
 constexpr int windowTime = 2500; // for pictures, thumbnails and waveforms made in the background
 constexpr int longest = 120'000;
@@ -60,6 +61,7 @@ ScreenTour::ScreenTour(TourOptions options)
         throw std::runtime_error("the project names a file that is not there: " +
                                  report.missing.front().storedPath.toStdString());
     m_licence.load();
+    m_defaults.setBoolean(consentAskedKey, true); // until its turn comes
 }
 
 void ScreenTour::run() {
@@ -193,9 +195,8 @@ void ScreenTour::takeConsent() {
     const QString name = QStringLiteral("consent");
     if (!wants(name))
         return;
-    m_defaults.remove("crashConsentAsked");
+    m_defaults.remove(consentAskedKey);
     MainWindow window(m_context, m_licence);
-    window.show();
     bool isTaken = false;
     QTimer::singleShot(2 * settleTime, &window, [&] {
         QWidget* question = QApplication::activeModalWidget();
@@ -205,7 +206,7 @@ void ScreenTour::takeConsent() {
         question->close();
         isTaken = true;
     });
-    window.content().askForCrashConsentOnce();
+    window.show(); // the first start asks
     waitUntil(name, [&] { return isTaken; });
 }
 
