@@ -77,7 +77,7 @@ QWidget* MatchPage::makeForm() {
     m_team2 = new TeamForm(m_context, TeamForm::Side::team2, form);
     m_logo = new LogoField(m_context, form);
     auto* lines = new QVBoxLayout(form);
-    lines->setContentsMargins(0, 0, 0, Space::l);
+    lines->setContentsMargins(cardRingRoom, 0, cardRingRoom, Space::l);
     lines->setSpacing(Space::m);
     lines->addWidget(choices);
     auto* teams = new QHBoxLayout;

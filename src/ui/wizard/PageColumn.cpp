@@ -34,7 +34,8 @@ QVBoxLayout* pageColumn(QWidget* page) {
     auto* inner = new QWidget(page);
     inner->setMaximumWidth(widest);
     auto* sides = new QHBoxLayout(page);
-    sides->setContentsMargins(Space::xl, Space::l, Space::xl - scrollBarRoom, 0);
+    sides->setContentsMargins(Space::xl - cardRingRoom, Space::l, Space::xl - cardRingRoom - scrollBarRoom,
+                              0);
     sides->setSpacing(0);
     sides->addStretch(1);
     sides->addWidget(inner, columnStretch);
@@ -57,7 +58,7 @@ QScrollArea* scrollAround(QWidget* content, QWidget* parent) {
 
 void addBesideScrollBar(QVBoxLayout* column, QWidget* widget, int stretch) {
     auto* row = new QHBoxLayout;
-    row->setContentsMargins(0, 0, scrollBarRoom, 0);
+    row->setContentsMargins(cardRingRoom, 0, cardRingRoom + scrollBarRoom, 0);
     row->addWidget(widget);
     column->addLayout(row, stretch);
 }

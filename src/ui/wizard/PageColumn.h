@@ -7,6 +7,9 @@ class QWidget;
 
 namespace pointloom {
 
+/// Kept free around every card for its ring of focus; what stands above and below cards is indented by it.
+constexpr int cardRingRoom = 4;
+
 /// Gives `page` its margins and a column of limited width in the middle; returns that column. Its right
 /// margin is narrower by a scroll bar, which `scrollAround` leaves room for whether it is needed or not.
 QVBoxLayout* pageColumn(QWidget* page);

@@ -2,6 +2,7 @@
 
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
+#include "ui/wizard/PageColumn.h"
 
 #include <QVBoxLayout>
 
@@ -14,7 +15,7 @@ PageHeader::PageHeader(const UiContext& context, L10nKey title, L10nKey subtitle
     subtitleLabel->setProperty("role", QStringLiteral("quiet"));
     subtitleLabel->setWordWrap(true);
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(cardRingRoom, 0, cardRingRoom, 0);
     column->setSpacing(Space::xs);
     column->addWidget(titleLabel);
     column->addWidget(subtitleLabel);

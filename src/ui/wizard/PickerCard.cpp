@@ -2,6 +2,7 @@
 
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
+#include "ui/wizard/PageColumn.h"
 
 #include <QFontMetricsF>
 #include <QKeyEvent>
@@ -12,9 +13,9 @@ namespace pointloom {
 
 namespace {
 
+constexpr double ringRoom = cardRingRoom; // on all sides
 constexpr double ringWidth = 2;
-constexpr double ringGap = 2;                    // between the card and the ring of focus around it
-constexpr double ringRoom = ringWidth + ringGap; // kept free on all sides
+constexpr double ringGap = ringRoom - ringWidth; // between the card and the ring of focus around it
 
 }
 

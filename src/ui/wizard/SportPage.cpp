@@ -3,6 +3,7 @@
 #include "l10n/Format.h"
 #include "ui/wizard/PageColumn.h"
 #include "ui/wizard/PageHeader.h"
+#include "ui/wizard/SportName.h"
 
 #include <QPainter>
 #include <QScrollArea>
@@ -69,7 +70,8 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
         for (int index = 0; index < static_cast<int>(m_cards.size()); ++index) {
             const auto count = static_cast<qint64>(filteredTemplates(sportAt(index)).size());
             m_cards[static_cast<std::size_t>(index)]->setTexts(
-                displayName(sportAt(index)), format(m_context.text(L10nKey::templatesCount), count));
+                sportName(sportAt(index), m_context.state.language),
+                format(m_context.text(L10nKey::templatesCount), count));
         }
     });
 }

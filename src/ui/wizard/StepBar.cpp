@@ -27,7 +27,7 @@ StepBar::StepBar(const UiContext& context, WizardFlow& flow, QWidget* parent)
     , m_context(context)
     , m_flow(flow) {
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Space::l, Space::s, Space::xl, Space::s);
+    row->setContentsMargins(Space::l, Space::s, Space::l, Space::s);
     row->setSpacing(Space::xs);
     for (int step = 0; step < wizardStepCount; ++step) {
         if (step > 0) {

@@ -1,6 +1,7 @@
 #include "ui/wizard/WizardFlow.h"
 
 #include "l10n/Format.h"
+#include "ui/wizard/SportName.h"
 
 #include <algorithm>
 #include <QScopedValueRollback>
@@ -140,9 +141,10 @@ bool WizardFlow::losesScores(SportID sport) const {
 }
 
 bool WizardFlow::confirmsLossOfScores(SportID sport, QWidget* window) const {
-    return m_context.dialogs.confirm(window, m_context.text(changeSportTitle),
-                                     format(m_context.text(changeSportMessage), displayName(sport)),
-                                     m_context.text(changeSportConfirm), m_context.text(L10nKey::cancel));
+    return m_context.dialogs.confirm(
+        window, m_context.text(changeSportTitle),
+        format(m_context.text(changeSportMessage), sportName(sport, m_context.state.language)),
+        m_context.text(changeSportConfirm), m_context.text(L10nKey::cancel));
 }
 
 void WizardFlow::pickTemplate(TemplateID templateID) {

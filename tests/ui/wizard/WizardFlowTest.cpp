@@ -1,0 +1,93 @@
+#include "ui/wizard/WizardFlow.h"
+#include "ui/support/Screen.h"
+
+#include <gtest/gtest.h>
+
+namespace pointloom {
+
+namespace {
+
+class WizardFlowTest : public testing::Test {
+protected:
+    WizardFlowTest() {
+        screen.state.selectedTemplate = TemplateID::wimbledon;
+        MatchConfig match = test::tennisMatch();
+        match.format = MatchFormat::doubles;
+        match.numberOfSets = 1;
+        match.team1.player2 = QStringLiteral("Albaret");
+        match.team2.player2 = QStringLiteral("Navorro");
+        screen.state.matchConfig = match;
+    }
+
+    test::Screen screen;
+    WizardFlow flow{screen.context};
+};
+
+}
+
+TEST_F(WizardFlowTest, AnotherSportTakesOverWhatFitsAndNothingElse) {
+    ASSERT_TRUE(flow.pickSport(SportID::padel, nullptr));
+    EXPECT_EQ(screen.state.selectedTemplate.value(), TemplateID::wimbledon) << "padel uses tennis templates";
+    EXPECT_EQ(screen.state.matchConfig.value()->format, MatchFormat::doubles);
+    EXPECT_EQ(screen.state.matchConfig.value()->sport, SportID::padel);
+
+    ASSERT_TRUE(flow.pickSport(SportID::squash, nullptr));
+    EXPECT_EQ(screen.state.selectedTemplate.value(), std::nullopt);
+    EXPECT_EQ(screen.state.matchConfig.value()->format, MatchFormat::singles);
+    EXPECT_EQ(screen.state.matchConfig.value()->numberOfSets, 5);
+    EXPECT_EQ(flow.draft().team1.player1, QStringLiteral("Dravnik"));
+    EXPECT_EQ(screen.store.saves, 2);
+    EXPECT_TRUE(screen.dialogs.shown.isEmpty());
+}
+
+TEST_F(WizardFlowTest, ScoresThatTheSportCannotCountAreAskedAbout) {
+    screen.state.addMarker(test::markerAt(1), &screen.undo);
+    EXPECT_TRUE(flow.pickSport(SportID::padel, nullptr));
+    EXPECT_EQ(screen.state.markers.value().size(), 1U);
+
+    screen.dialogs.confirms = false;
+    EXPECT_FALSE(flow.pickSport(SportID::volleyball, nullptr));
+    EXPECT_EQ(screen.state.selectedSport, SportID::padel);
+    EXPECT_EQ(screen.state.markers.value().size(), 1U);
+
+    screen.dialogs.confirms = true;
+    EXPECT_TRUE(flow.pickSport(SportID::volleyball, nullptr));
+    EXPECT_TRUE(screen.state.markers.value().empty());
+    EXPECT_FALSE(screen.undo.canUndo().value()) << "undoing would bring tennis scores back";
+}
+
+TEST_F(WizardFlowTest, ConfirmingKeepsMarkersOfAnotherLengthAndLeavesOutWhatSinglesDoNotUse) {
+    screen.state.addMarker(test::markerAt(1), nullptr);
+    MatchConfig draft = flow.draft();
+    draft.format = MatchFormat::singles;
+    draft.numberOfSets = 5;
+    draft.team1.player1 = QStringLiteral("  Dravnik ");
+    draft.team1.flag1 = QStringLiteral("F");
+    flow.setDraft(draft);
+    flow.confirmMatch();
+
+    const MatchConfig match = *screen.state.matchConfig.value();
+    EXPECT_EQ(match.numberOfSets, 5);
+    EXPECT_EQ(match.team1, (TeamConfig{QStringLiteral("Dravnik"), {}, {}, {}}));
+    EXPECT_EQ(screen.state.markers.value().size(), 1U);
+    EXPECT_EQ(flow.draft().team1.player2, QStringLiteral("Albaret")) << "kept for a change of mind";
+}
+
+TEST_F(WizardFlowTest, NewSessionBeginsWithAnEmptyMatch) {
+    screen.state.matchConfig = std::nullopt; // entered, but not confirmed
+    MatchConfig draft = emptyMatch(SportID::tennis);
+    draft.team1.player1 = QStringLiteral("Dravnik");
+    flow.setDraft(draft);
+    screen.state.reset();
+    EXPECT_EQ(flow.draft(), emptyMatch(SportID::tennis));
+}
+
+TEST_F(WizardFlowTest, StepsAreReachedInOrder) {
+    screen.state.matchConfig = std::nullopt;
+    EXPECT_TRUE(flow.isReachable(WizardStep::match));
+    EXPECT_FALSE(flow.isReachable(WizardStep::video));
+    screen.state.reset();
+    EXPECT_FALSE(flow.isReachable(WizardStep::scoreboard));
+}
+
+}

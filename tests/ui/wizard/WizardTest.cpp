@@ -1,0 +1,216 @@
+#include "support/TestClips.h"
+#include "ui/support/Screen.h"
+#include "ui/wizard/BoardPanel.h"
+#include "ui/wizard/DropTarget.h"
+#include "ui/wizard/FlagField.h"
+#include "ui/wizard/PickerCard.h"
+#include "ui/wizard/StepButton.h"
+#include "ui/wizard/TemplateCard.h"
+#include "ui/wizard/VideoPage.h"
+#include "ui/wizard/WizardView.h"
+
+#include <gtest/gtest.h>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+
+namespace pointloom {
+
+namespace {
+
+class WizardTest : public testing::Test {
+protected:
+    WizardTest() {
+        view.resize(900, 640);
+        view.show();
+        view.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
+    }
+
+    void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+    void type(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+
+    template <class Widget>
+    std::vector<Widget*> shown() const {
+        std::vector<Widget*> result;
+        for (Widget* each : view.findChildren<Widget*>()) {
+            if (each->isVisible())
+                result.push_back(each);
+        }
+        return result;
+    }
+
+    QPushButton* button(L10nKey key) const {
+        for (QPushButton* each : shown<QPushButton>()) {
+            if (each->text() == screen.context.text(key))
+                return each;
+        }
+        return nullptr;
+    }
+
+    void enterMatch() {
+        screen.state.selectedTemplate = TemplateID::classic;
+        screen.state.step = 2;
+    }
+
+    QStringList visibleTexts() const {
+        QStringList texts;
+        for (const QLabel* each : shown<QLabel>())
+            texts << each->text();
+        for (const QAbstractButton* each : shown<QAbstractButton>()) {
+            if (!qobject_cast<const TemplateCard*>(each)) // whose names are names
+                texts << each->text() << each->accessibleName();
+        }
+        for (const QLineEdit* each : shown<QLineEdit>())
+            texts << each->placeholderText() << each->accessibleName();
+        texts.removeAll(QString());
+        return texts;
+    }
+
+    test::ClipFolder clips;
+    test::Screen screen;
+    WizardView view{screen.context};
+};
+
+}
+
+TEST_F(WizardTest, KeysAloneLeadFromTheSportToTheEditor) {
+    press(Qt::Key_Right);
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    press(Qt::Key_Return);
+    EXPECT_EQ(screen.state.selectedSport, SportID::padel);
+    EXPECT_GT(screen.store.saves, 0);
+    ASSERT_EQ(screen.state.step, 1);
+
+    EXPECT_FALSE(button(L10nKey::continueBtn)->isEnabled());
+    press(Qt::Key_Right);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(button(L10nKey::continueBtn)->isEnabled());
+    press(Qt::Key_Return);
+    EXPECT_EQ(screen.state.selectedTemplate.value(), TemplateID::dark);
+    ASSERT_EQ(screen.state.step, 2);
+
+    type(QStringLiteral("Ana"));
+    press(Qt::Key_Tab);
+    type(QStringLiteral("pt"));
+    press(Qt::Key_Return); // a name is missing: goes there
+    EXPECT_EQ(screen.state.step, 2);
+    type(QStringLiteral("Eva"));
+    press(Qt::Key_Return);
+    ASSERT_EQ(screen.state.step, 3);
+    ASSERT_TRUE(screen.state.matchConfig.value());
+    EXPECT_EQ(screen.state.matchConfig.value()->team1,
+              (TeamConfig{QStringLiteral("Ana"), {}, QStringLiteral("PT"), {}}));
+    EXPECT_EQ(screen.state.matchConfig.value()->team2.player1, QStringLiteral("Eva"));
+
+    screen.dialogs.fileToOpen =
+        clips.make(QStringLiteral("clip.mp4"), "-f lavfi -i testsrc=size=64x64:rate=25 -t 1");
+    press(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return screen.state.videoURL.value().has_value(); }, 30'000));
+    const int saves = screen.store.saves;
+    button(L10nKey::openEditor)->setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(screen.state.step, 4);
+    EXPECT_GT(screen.store.saves, saves);
+}
+
+TEST_F(WizardTest, FlagFieldTakesTwoLettersAndShowsTheirFlag) {
+    enterMatch();
+    auto* flag = view.findChild<FlagField*>();
+    flag->setFocus();
+    type(QStringLiteral("1f-"));
+    EXPECT_EQ(flag->text(), QStringLiteral("F"));
+    EXPECT_EQ(flag->findChild<QLabel*>()->text(), QString());
+    type(QStringLiteral("rx"));
+    EXPECT_EQ(flag->text(), QStringLiteral("FR"));
+    EXPECT_EQ(flag->findChild<QLabel*>()->text(), QString::fromUtf8("🇫🇷"));
+}
+
+TEST_F(WizardTest, BoardFollowsEveryKey) {
+    enterMatch();
+    const auto* board = view.findChild<BoardPanel*>();
+    const auto look = [&] { return const_cast<BoardPanel*>(board)->grab().toImage(); };
+    const QImage nameless = look();
+    type(QStringLiteral("A"));
+    const QImage one = look();
+    type(QStringLiteral("b"));
+    EXPECT_NE(nameless, one);
+    EXPECT_NE(one, look());
+}
+
+TEST_F(WizardTest, DoublesAskForFourNamesWhichComeBackAfterSingles) {
+    enterMatch();
+    button(L10nKey::doubles)->click();
+    for (const char* name : {"Ana", "Bia", "Eva", "Ida"}) {
+        EXPECT_FALSE(button(L10nKey::continueBtn)->isEnabled());
+        type(QString::fromUtf8(name));
+        press(Qt::Key_Return);
+    }
+    ASSERT_EQ(screen.state.step, 3);
+    EXPECT_EQ(screen.state.matchConfig.value()->team2.displayName(), QStringLiteral("Eva / Ida"));
+
+    button(L10nKey::back)->click();
+    button(L10nKey::singles)->click();
+    button(L10nKey::continueBtn)->click();
+    EXPECT_EQ(screen.state.matchConfig.value()->team2.displayName(), QStringLiteral("Eva"));
+    button(L10nKey::back)->click();
+    button(L10nKey::doubles)->click();
+    EXPECT_TRUE(button(L10nKey::continueBtn)->isEnabled()) << "the partners were kept";
+}
+
+TEST_F(WizardTest, FinishedStepsOfTheBarLeadBack) {
+    enterMatch();
+    const auto steps = shown<StepButton>();
+    QTest::mouseClick(steps[3], Qt::LeftButton);
+    EXPECT_EQ(screen.state.step, 2) << "nothing leads past a match without names";
+    QTest::mouseClick(steps[0], Qt::LeftButton);
+    EXPECT_EQ(screen.state.step, 0);
+    EXPECT_TRUE(shown<PickerCard>().front()->hasFocus());
+}
+
+TEST_F(WizardTest, LanguageChangesEveryTextOnEveryScreen) {
+    // Spelled alike in both languages, or the same for everybody.
+    const QStringList alike = {QStringLiteral("Language / Langue / Idioma"), QStringLiteral("Padel"),
+                               QStringLiteral("Badminton"), QStringLiteral("Squash"),
+                               QStringLiteral("Pickleball")};
+    screen.state.selectedTemplate = TemplateID::classic;
+    for (int step = 0; step < 4; ++step) {
+        screen.state.step = step;
+        screen.state.language = Language::english;
+        const QStringList english = visibleTexts();
+        screen.state.language = Language::portuguese;
+        const QStringList portuguese = visibleTexts();
+        ASSERT_EQ(english.size(), portuguese.size());
+        for (qsizetype index = 0; index < english.size(); ++index) {
+            if (alike.contains(english[index]))
+                continue;
+            EXPECT_NE(english[index].toStdString(), portuguese[index].toStdString()) << "on screen " << step;
+        }
+    }
+}
+
+TEST_F(WizardTest, BadVideoIsExplainedWhereItWasDropped) {
+    enterMatch();
+    screen.state.matchConfig = test::tennisMatch();
+    screen.state.step = 3;
+    auto* target = view.findChild<DropTarget*>();
+    const QString path = clips.write(QStringLiteral("holiday.mp4"), "no video");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    auto* page = view.findChild<VideoPage*>(); // which takes a drop anywhere on it
+    const QPoint place = page->rect().center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(page, &enter);
+    ASSERT_TRUE(enter.isAccepted());
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(page, &drop);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !target->accessibleDescription().isEmpty(); }, 30'000));
+    EXPECT_TRUE(target->accessibleDescription().contains(QStringLiteral("holiday.mp4")));
+    EXPECT_FALSE(button(L10nKey::openEditor)->isEnabled());
+}
+
+}
