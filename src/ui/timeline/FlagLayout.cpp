@@ -9,7 +9,8 @@ namespace pointloom {
 
 namespace {
 
-constexpr double gap = 3; // points between two flags of a lane
+constexpr double gap = 3;            // points between two flags of a lane
+constexpr double closestLabels = 12; // points; flags closer to each other than this make one group of ticks
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 auto isFreeAt(double position) {
@@ -40,11 +41,13 @@ std::vector<FlagPlace> layOutFlags(std::span<const double> positions, std::span<
         if (freeLane == laneEnds.end())
             continue;
         const double room = std::min(rivalOf(positions, i, laneEnds) - gap, end) - positions[i];
+        const double next = i + 1 < positions.size() ? positions[i + 1] : infinity;
+        const bool isCrowded = next - positions[i] < closestLabels;
         FlagPlace& place = places[i];
         if (widths[i].full <= room)
             place = {0, FlagDetail::full, widths[i].full};
-        else if (widths[i].brief <= room)
-            place = {0, FlagDetail::brief, widths[i].brief};
+        else if (widths[i].brief <= (isCrowded ? room : end - positions[i]))
+            place = {0, FlagDetail::brief, widths[i].brief}; // the one in its way becomes a tick
         else
             continue;
         place.lane = static_cast<int>(freeLane - laneEnds.begin());

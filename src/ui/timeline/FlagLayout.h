@@ -21,8 +21,8 @@ struct FlagPlace {
 };
 
 /// A flag begins at its position (points, in rising order, on any origin: scrolling changes nothing) in the
-/// first lane that is free there. It says as much as leaves room for the flags that follow; where they stand
-/// too close, they become ticks. No flag goes beyond `end`.
+/// first lane that is free there. It says as much as leaves room for the flags that follow. Where not all
+/// have room some become ticks, and where they crowd all of them. No flag goes beyond `end`.
 std::vector<FlagPlace> layOutFlags(std::span<const double> positions, std::span<const FlagWidths> widths,
                                    int lanes, double end);
 

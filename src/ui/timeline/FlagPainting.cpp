@@ -3,6 +3,7 @@
 #include "ui/timeline/TimelinePainting.h"
 
 #include <limits>
+#include <ranges>
 
 namespace pointloom::TimelinePainting {
 
@@ -56,28 +57,43 @@ void paintFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, 
                  flag.servingTeam, colors, look.devicePixelRatio);
 }
 
+template <class Flags>
+void paintTicks(QPainter& painter, const TimelineScene& scene, Flags&& flags, const Look& look) {
+    // Ticks that stand closer than this merge; painting them all would only make a block.
+    constexpr double closestTicks = 2; // points
+    double last = -std::numeric_limits<double>::infinity();
+    const double bottom = scene.rows.flags.bottom();
+    for (const Flag& flag : flags) {
+        const double x = scene.scale.x(flag.time);
+        if (x - last < closestTicks)
+            continue;
+        last = x;
+        paintVerticalLine(painter, x, bottom - scene.rows.laneHeight * 0.55, bottom,
+                          faded(tokens().quietText, 0.8F), look.devicePixelRatio);
+    }
+}
+
 }
 
 void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look) {
-    const ColorTokens& colors = tokens();
     const auto visible = scene.flags.between(scene.scale, 0, scene.scale.width());
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(look.font);
 
-    // Ticks that stand closer than this merge; painting them all would only make a block.
-    constexpr double closestTicks = 2; // points
-    double lastTick = -std::numeric_limits<double>::infinity();
-    const double bottom = scene.rows.flags.bottom();
-    for (const Flag& flag : visible) {
-        const double x = scene.scale.x(flag.time);
-        if (flag.place.detail != FlagDetail::tick || x - lastTick < closestTicks ||
-            flag.id == scene.movingMarker)
-            continue;
-        lastTick = x;
-        paintVerticalLine(painter, x, bottom - scene.rows.laneHeight * 0.55, bottom,
-                          faded(colors.quietText, 0.8F), look.devicePixelRatio);
-    }
+    // The selected flag lies on top: a part of another's text beside it would only mislead.
+    const Flag* selected = scene.selectedMarker ? scene.flags.find(*scene.selectedMarker) : nullptr;
+    const QRectF onTop = selected && selected->id != scene.movingMarker ? scene.boxOf(*selected) : QRectF();
+    const auto isTick = [&](const Flag& flag) {
+        return flag.place.detail == FlagDetail::tick || scene.boxOf(flag).intersects(onTop);
+    };
+    const auto isElsewhere = [&](const Flag& flag) {
+        return flag.id == scene.selectedMarker || flag.id == scene.movingMarker;
+    };
+    paintTicks(painter, scene, visible | std::views::filter([&](const Flag& flag) {
+                                   return isTick(flag) && !isElsewhere(flag);
+                               }),
+               look);
     const auto isHovered = [&](const Flag& flag) {
         return scene.hover == TimelineHit{TimelineHit::Kind::marker, flag.id};
     };
@@ -86,8 +102,7 @@ void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look)
                   colorsOf(isSelected, isHovered(flag)), look);
     };
     for (const Flag& flag : visible) {
-        if (flag.place.detail != FlagDetail::tick && flag.id != scene.selectedMarker &&
-            flag.id != scene.movingMarker)
+        if (!isTick(flag) && !isElsewhere(flag))
             paint(flag, false);
     }
     for (const Flag& flag : visible) {

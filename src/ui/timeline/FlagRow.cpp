@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <QFontMetricsF>
+#include <utility>
 
 namespace pointloom {
 
@@ -13,17 +14,36 @@ constexpr qsizetype mostKnownWidths = 20'000;
 }
 
 void FlagRow::setMarkers(std::span<const Marker> markers) {
-    m_flags.clear();
+    // Most lists differ from the one before by one marker: its neighbours keep their words.
+    std::vector<Flag> before = std::exchange(m_flags, {});
+    std::size_t next = 0; // of those before
+    const auto isAt = [&](std::size_t index, const Marker& marker) {
+        return index < before.size() && before[index].id == marker.id;
+    };
     m_flags.reserve(markers.size());
     for (const Marker& marker : markers) {
-        m_flags.push_back({.id = marker.id,
-                           .time = marker.startTime,
-                           .words = scoreInWords(marker.score),
-                           .servingTeam = servingTeamOf(marker.score),
-                           .widths = {},
-                           .place = {}});
-        measure(m_flags.back());
+        if (!isAt(next, marker) && isAt(next + 1, marker))
+            ++next;
+        const bool wasThere = isAt(next, marker);
+        if (wasThere && before[next].score == marker.score)
+            m_flags.push_back(std::move(before[next]));
+        else
+            m_flags.push_back(makeFlag(marker));
+        m_flags.back().time = marker.startTime;
+        next += wasThere ? 1 : 0;
     }
+}
+
+Flag FlagRow::makeFlag(const Marker& marker) {
+    Flag flag{.id = marker.id,
+              .time = marker.startTime,
+              .score = marker.score,
+              .words = scoreInWords(marker.score),
+              .servingTeam = servingTeamOf(marker.score),
+              .widths = {},
+              .place = {}};
+    measure(flag);
+    return flag;
 }
 
 void FlagRow::setFont(const QFont& font) {

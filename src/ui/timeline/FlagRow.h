@@ -17,6 +17,7 @@ namespace pointloom {
 struct Flag {
     QUuid id;
     double time = 0; // seconds
+    SportScoreState score;
     ScoreWords words;
     std::int64_t servingTeam = 1;
     FlagWidths widths;
@@ -42,6 +43,7 @@ public:
     static constexpr double ballWidth = 9; // points for the ball on the side that serves, with its distance
 
 private:
+    Flag makeFlag(const Marker& marker);
     void measure(Flag& flag);
     double textWidth(const QString& text);
 

@@ -1,5 +1,7 @@
 // Where things stand on the timeline: arithmetic without a window.
+#include "support/Sessions.h"
 #include "ui/timeline/FlagLayout.h"
+#include "ui/timeline/FlagRow.h"
 #include "ui/timeline/RowLayout.h"
 #include "ui/timeline/RulerTicks.h"
 #include "ui/timeline/ScoreWords.h"
@@ -131,6 +133,8 @@ TEST(Flags, SayLessAsTheyComeCloserAndNeverOverlap) {
     EXPECT_THAT(details({0, 40, 100}, 2), ElementsAre(full, full, full))
         << "the second lane takes the one between";
     EXPECT_THAT(details({5, 5, 5}, 2), ElementsAre(tick, full, full)) << "at one time";
+    EXPECT_THAT(details({0, 20, 200}, 1), ElementsAre(brief, tick, full))
+        << "some words are better than none";
     EXPECT_THAT(details({0, 100, 200}, 1, 260), ElementsAre(full, full, brief)) << "before the end";
     EXPECT_THAT(details({0, 50, std::numeric_limits<double>::quiet_NaN()}, 1),
                 ElementsAre(brief, full, tick));
@@ -144,6 +148,30 @@ TEST(Flags, ManyCloseTogetherBecomeTicks) {
     const auto labelled = std::ranges::count_if(
         places, [](const FlagPlace& place) { return place.detail != FlagDetail::tick; });
     EXPECT_LE(labelled, 3) << "the last ones have room";
+}
+
+TEST(Flags, SayWhatTheirMarkersSayAfterEveryEdit) {
+    std::vector<Marker> markers;
+    for (const double time : {1.0, 2.0, 3.0, 4.0, 5.0})
+        markers.push_back(markerAt(time)); // whose score has as many games
+    FlagRow row;
+    const auto shows = [&] {
+        row.setMarkers(markers);
+        std::vector<std::string> words;
+        for (const Flag& flag : row.flags())
+            words.push_back(QStringLiteral("%1: %2").arg(flag.time).arg(flag.words.full).toStdString());
+        return words;
+    };
+    shows();
+    markers[1].score = tennisScore(9);
+    markers.erase(markers.begin() + 3);
+    EXPECT_THAT(shows(), ElementsAre("1: 1-0", "2: 9-0", "3: 3-0", "5: 5-0"));
+    markers[0].startTime = 6;
+    std::ranges::rotate(markers, markers.begin() + 1);
+    EXPECT_THAT(shows(), ElementsAre("2: 9-0", "3: 3-0", "5: 5-0", "6: 1-0"));
+    markers.insert(markers.begin(), markerAt(1));
+    std::swap(markers[1], markers[3]);
+    EXPECT_THAT(shows(), ElementsAre("1: 1-0", "5: 5-0", "3: 3-0", "2: 9-0", "6: 1-0"));
 }
 
 TEST(Rows, FoldFromPicturesToSoundAndNeverOverlap) {

@@ -45,8 +45,9 @@ TEST_F(TimelineStores, ThumbnailsShowTheirMomentUpright) {
     EXPECT_GT(qRed(store.picture(0).pixel(50, 50)), 200);
     EXPECT_GT(qBlue(store.picture(second + 4).pixel(50, 50)), 200);
 
-    const QString turned = clip(QStringLiteral("turned.mp4"),
-                                qPrintable(QStringLiteral("-i %1 -c copy -metadata:s:v rotate=90").arg(path)));
+    const QString turned =
+        clip(QStringLiteral("turned.mp4"),
+             qPrintable(QStringLiteral("-i %1 -c copy -metadata:s:v rotate=90").arg(path)));
     store.open(turned);
     store.want({0});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(0).isNull(); }, patience));
