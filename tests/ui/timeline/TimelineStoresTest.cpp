@@ -54,6 +54,18 @@ TEST_F(TimelineStores, ThumbnailsShowTheirMomentUpright) {
     EXPECT_EQ(store.picture(0).size(), QSize(72, 128));
 }
 
+TEST_F(TimelineStores, APhonesHdrClipHeldUprightHasUprightPictures) {
+    const auto path = realClip(QStringLiteral("sample_edit_list.mp4"));
+    if (!path)
+        GTEST_SKIP() << "the real clips are not here";
+    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
+    store.open(*path);
+    store.want({0, second});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(second).isNull(); }, patience));
+    EXPECT_EQ(store.picture(0).size(), QSize(72, 128));
+    EXPECT_EQ(store.picture(second).size(), QSize(72, 128));
+}
+
 TEST_F(TimelineStores, WhatWasMadeOnceComesFromDisk) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
     ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
