@@ -31,13 +31,13 @@ constexpr UiText keyHint{
     "Skriv eller klistra in nyckeln från ditt kvitto. Skiftläge, blanksteg och bindestreck spelar ingen roll.",
     "Escreve ou cola a chave do teu recibo. Maiúsculas, espaços e hífenes não importam."};
 constexpr UiText malformed{
-    "This is not a complete key yet. A key looks like PL-XXXXX-XXXXX-XXXXX-XXXXX.",
-    "La clé n'est pas encore complète. Une clé ressemble à PL-XXXXX-XXXXX-XXXXX-XXXXX.",
-    "La clave aún no está completa. Una clave es como PL-XXXXX-XXXXX-XXXXX-XXXXX.",
-    "La chiave non è ancora completa. Una chiave ha la forma PL-XXXXX-XXXXX-XXXXX-XXXXX.",
-    "Der Schlüssel ist noch nicht vollständig. Er sieht aus wie PL-XXXXX-XXXXX-XXXXX-XXXXX.",
-    "Nyckeln är inte fullständig än. Den ser ut som PL-XXXXX-XXXXX-XXXXX-XXXXX.",
-    "A chave ainda não está completa. Uma chave é como PL-XXXXX-XXXXX-XXXXX-XXXXX."};
+    "This is not a complete key yet. A key looks like PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
+    "La clé n'est pas encore complète. Une clé ressemble à PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
+    "La clave aún no está completa. Una clave es como PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
+    "La chiave non è ancora completa. Una chiave ha la forma PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
+    "Der Schlüssel ist noch nicht vollständig. Er sieht aus wie PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
+    "Nyckeln är inte fullständig än. Den ser ut som PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
+    "A chave ainda não está completa. Uma chave é como PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX."};
 constexpr UiText activateText{"Activate", "Activer", "Activar", "Attiva", "Aktivieren", "Aktivera", "Ativar"};
 constexpr UiText deactivateText{"Deactivate…", "Désactiver…", "Desactivar…", "Disattiva…", "Deaktivieren…", "Inaktivera…", "Desativar…"};
 constexpr UiText deactivateTitle{

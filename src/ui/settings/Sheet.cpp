@@ -3,6 +3,8 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
+#include <algorithm>
+#include <QEvent>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -37,6 +39,17 @@ Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
 void Sheet::setTitle(const QString& title) {
     m_title->setText(title);
     setWindowTitle(title);
+}
+
+// Wrapped text has no smallest height of its own, and Qt makes dialogs no taller than two thirds of the
+// screen.
+bool Sheet::event(QEvent* event) {
+    const bool result = QDialog::event(event);
+    const bool mayNeedMore = event->type() == QEvent::LayoutRequest || event->type() == QEvent::Polish ||
+                             (event->type() == QEvent::Resize && isVisible());
+    if (mayNeedMore && layout())
+        setMinimumHeight(layout()->totalHeightForWidth(std::max(width(), minimumWidth())));
+    return result;
 }
 
 QLabel* Sheet::paragraph(QWidget* parent, bool isQuiet) {

@@ -36,6 +36,8 @@ protected:
     }
     Bindings& bindings() { return m_bindings; }
 
+    bool event(QEvent* event) override;
+
     /// A label whose lines wrap at the width of the body.
     static QLabel* paragraph(QWidget* parent, bool isQuiet = false);
 
