@@ -1,7 +1,11 @@
 #include "ui/editor/EditorSidebar.h"
 
+#include "crash/CrashReporter.h"
+#include "l10n/Format.h"
+#include "persistence/MarkerImport.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/editor/EditorTexts.h"
+#include "ui/editor/InitialScoreRow.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
@@ -10,23 +14,109 @@
 
 namespace pointloom {
 
+namespace {
+
+constexpr int narrowest = 260; // points
+constexpr int highestBoard = 104;
+
+void reportImport(const CSVParseError& error) {
+    CrashReporter::shared().captureError(error.description(),
+                                         {{QStringLiteral("step"), QStringLiteral("csv_import")}});
+}
+
+QLabel* makeTitle(QWidget* parent) {
+    QLabel* title = Controls::label(Controls::TextRole::body, parent);
+    QFont bold = title->font();
+    bold.setWeight(QFont::DemiBold);
+    title->setFont(bold);
+    return title;
+}
+
+}
+
 EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
     , m_logo(context.state)
-    , m_board(new BoardView(this)) {
+    , m_board(new BoardView(this))
+    , m_markers(new MarkerListView(context, this))
+    , m_messages(new MessageBar(context, this))
+    , m_panel(new ScorePanel(context, this)) {
     setProperty("room", QStringLiteral("surface"));
     setAttribute(Qt::WA_StyledBackground);
+    auto* initialScore = new InitialScoreRow(context, this);
+    auto* listArea = new QVBoxLayout;
+    listArea->setContentsMargins(Space::xs, 0, Space::xs, Space::xs);
+    listArea->setSpacing(Space::xs);
+    listArea->addWidget(m_messages);
+    listArea->addWidget(m_markers, 1);
     auto* column = new QVBoxLayout(this);
-    column->addWidget(m_board);
-    column->addStretch();
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeLiveScore());
+    column->addWidget(initialScore);
+    column->addSpacing(Space::xs);
+    column->addWidget(Controls::separator(Qt::Horizontal, this));
+    column->addWidget(makeListHead());
+    column->addLayout(listArea, 1);
+    column->addWidget(Controls::separator(Qt::Horizontal, this));
+    column->addWidget(m_panel);
+    column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeButtons());
 
-    AppState& state = m_context.state;
+    connect(m_markers, &MarkerListView::seekRequested, this, &EditorSidebar::seekRequested);
+    connect(initialScore, &InitialScoreRow::editRequested, m_panel, &ScorePanel::editInitialScore);
     connect(&m_logo, &LogoWatch::changed, this, &EditorSidebar::showLiveScore);
+    AppState& state = m_context.state;
     auto liveScore = state.bindableLiveScore();
     m_bindings.watch(liveScore, [this] { showLiveScore(); });
     m_bindings.watchAll([this] { showLiveScore(); }, state.selectedTemplate, state.matchConfig);
+}
+
+QSize EditorSidebar::minimumSizeHint() const {
+    return {narrowest, QWidget::minimumSizeHint().height()};
+}
+
+QWidget* EditorSidebar::makeLiveScore() {
+    auto* area = new QWidget(this);
+    QLabel* title = makeTitle(area);
+    m_board->setMaximumHeight(highestBoard);
+    m_board->setMinimumHeight(highestBoard / 2);
+    m_board->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    auto* column = new QVBoxLayout(area);
+    column->setContentsMargins(Space::m, Space::m, Space::m, Space::xs);
+    column->setSpacing(Space::xs);
+    column->addWidget(title);
+    column->addWidget(m_board);
+    m_bindings.watch(m_context.state.language, [this, title] {
+        title->setText(m_context.text(L10nKey::liveScore));
+        m_board->setAccessibleName(m_context.text(L10nKey::liveScore));
+    });
+    return area;
+}
+
+QWidget* EditorSidebar::makeListHead() {
+    auto* area = new QWidget(this);
+    QLabel* title = makeTitle(area);
+    QToolButton* import = Controls::iconButton(QStringLiteral("import"), area);
+    import->setObjectName(QStringLiteral("importMarkers"));
+    auto* row = new QHBoxLayout(area);
+    row->setContentsMargins(Space::m, Space::s, Space::s, Space::xs);
+    row->addWidget(title, 1);
+    row->addWidget(import);
+    connect(import, &QToolButton::clicked, this, &EditorSidebar::importMarkersFromFile);
+    AppState& state = m_context.state;
+    m_bindings.watchAll(
+        [this, title] {
+            const auto count = static_cast<qint64>(m_context.state.markers.value().size());
+            title->setText(format(m_context.text(L10nKey::markersSection), count));
+        },
+        state.markers, state.language);
+    m_bindings.watch(state.language, [this, import] {
+        import->setToolTip(m_context.text(L10nKey::importMarkersCSVTooltip));
+        import->setAccessibleName(m_context.text(L10nKey::importMarkersCSV));
+    });
+    return area;
 }
 
 QWidget* EditorSidebar::makeButtons() {
@@ -34,20 +124,37 @@ QWidget* EditorSidebar::makeButtons() {
     auto* add = Controls::button(Controls::ButtonKind::normal, area);
     auto* exportButton = Controls::button(Controls::ButtonKind::primary, area);
     add->setIcon(Icons::icon(QStringLiteral("plus")));
+    add->setObjectName(QStringLiteral("addMarker"));
+    for (QPushButton* button : {add, exportButton})
+        button->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the editor
     auto* row = new QHBoxLayout(area);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(Space::m, Space::s, Space::m, Space::s);
     row->setSpacing(Space::s);
     row->addWidget(add, 1);
     row->addWidget(exportButton, 1);
     connect(add, &QPushButton::clicked, this, [this] { EditorCommands::addMarkerAtPlayhead(m_context); });
     connect(exportButton, &QPushButton::clicked, this, &EditorSidebar::exportRequested);
+    m_bindings.watch(m_context.state.matchConfig,
+                     [this, add] { add->setEnabled(m_context.state.matchConfig.value().has_value()); });
     m_bindings.watch(m_context.state.language, [this, add, exportButton] {
         add->setText(m_context.text(EditorTexts::markerButton));
+        add->setAccessibleName(m_context.text(L10nKey::addMarker));
         add->setToolTip(m_context.text(L10nKey::addMarkerTooltip));
         exportButton->setText(m_context.text(EditorTexts::exportButton));
+        exportButton->setAccessibleName(m_context.text(L10nKey::exportVideo));
         exportButton->setToolTip(m_context.text(L10nKey::exportVideo));
     });
     return area;
+}
+
+void EditorSidebar::importMarkersFromFile() {
+    const auto path = m_context.dialogs.chooseFileToOpen(this, m_context.text(L10nKey::importMarkersCSV),
+                                                         {QStringLiteral("CSV (*.csv)")});
+    if (!path)
+        return;
+    m_messages->hide();
+    if (const auto error = importMarkers(*path, m_context.state, &m_context.undo, reportImport))
+        m_messages->showMessage(*error);
 }
 
 void EditorSidebar::showLiveScore() {

@@ -4,6 +4,9 @@
 #include "ui/common/BoardView.h"
 #include "ui/common/LogoWatch.h"
 #include "ui/common/UiContext.h"
+#include "ui/editor/MarkerListView.h"
+#include "ui/editor/MessageBar.h"
+#include "ui/editor/ScorePanel.h"
 #include "ui/style/Bindings.h"
 
 #include <QPushButton>
@@ -17,20 +20,32 @@ class EditorSidebar : public QWidget {
 public:
     explicit EditorSidebar(const UiContext& context, QWidget* parent = nullptr);
 
-    QSize minimumSizeHint() const override { return {260, 200}; }
+    MarkerListView& markers() { return *m_markers; }
+    MessageBar& messages() { return *m_messages; }
+    ScorePanel& panel() { return *m_panel; }
+
+    /// Asks for a file of markers and takes them all; what went wrong is said above the list.
+    void importMarkersFromFile();
+
+    QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
     void exportRequested();
     void seekRequested(double seconds);
 
 private:
+    QWidget* makeLiveScore();
+    QWidget* makeListHead();
     QWidget* makeButtons();
     void showLiveScore();
 
     UiContext m_context;
+    Bindings m_bindings; // before the parts that are made with it
     LogoWatch m_logo;
     BoardView* m_board;
-    Bindings m_bindings;
+    MarkerListView* m_markers;
+    MessageBar* m_messages;
+    ScorePanel* m_panel;
 };
 
 }

@@ -1,0 +1,21 @@
+#include "ui/editor/ElidedLabel.h"
+
+namespace pointloom {
+
+void ElidedLabel::setFullText(const QString& text) {
+    m_fullText = text;
+    setToolTip(text);
+    setAccessibleName(text);
+    elide();
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent* event) {
+    QLabel::resizeEvent(event);
+    elide();
+}
+
+void ElidedLabel::elide() {
+    setText(fontMetrics().elidedText(m_fullText, Qt::ElideRight, width()));
+}
+
+}

@@ -1,0 +1,42 @@
+// The session's markers as rows.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
+
+#include <QAbstractListModel>
+
+namespace pointloom {
+
+/// Follows the session row by row, so that selection, scrolling and a label being edited outlast edits of
+/// other markers. Editing a row's text renames its marker.
+class MarkerListModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role {
+        HoldsRole = Qt::UserRole, // whether it is the marker whose score holds at the playhead
+    };
+
+    explicit MarkerListModel(const UiContext& context, QObject* parent = nullptr);
+
+    const Marker& marker(int row) const { return m_markers.at(static_cast<std::size_t>(row)); }
+    /// -1 for an unknown identifier.
+    int rowOf(const std::optional<QUuid>& id) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    void followMarkers();
+    void followPlayhead();
+
+    UiContext m_context;
+    std::vector<Marker> m_markers; // what the rows show now
+    std::optional<QUuid> m_holding;
+    Bindings m_bindings;
+};
+
+}

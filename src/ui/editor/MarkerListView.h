@@ -1,0 +1,38 @@
+// The markers of the session, one row each: chosen, renamed in place, jumped to.
+#pragma once
+
+#include "ui/common/UiContext.h"
+#include "ui/editor/MarkerListModel.h"
+
+#include <QListView>
+
+namespace pointloom {
+
+class MarkerListView : public QListView {
+    Q_OBJECT
+
+public:
+    explicit MarkerListView(const UiContext& context, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override { return {240, 120}; }
+
+Q_SIGNALS:
+    /// The person chose a marker and wants to see its moment.
+    void seekRequested(double seconds);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    void jumpTo(const QModelIndex& index);
+    void showSelection();
+
+    UiContext m_context;
+    MarkerListModel m_model;
+    bool m_isFollowing = false; // the session's selection, which is no jump
+    Bindings m_bindings;
+};
+
+}

@@ -1,0 +1,243 @@
+#include "ui/editor/ScoreEditor.h"
+
+#include "ui/editor/EditorTexts.h"
+#include "ui/editor/MarkerWords.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Icons.h"
+#include "ui/style/Tokens.h"
+
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+namespace {
+
+constexpr int titleColumn = 0;
+constexpr int firstTeamColumn = 1;
+constexpr int tiebreakColumn = 3;
+constexpr int nameRow = 0;
+constexpr int gameRow = 1;
+constexpr int serveRow = 2;
+constexpr int firstSetRow = 3;
+
+constexpr std::int64_t largestNumber = 999;
+
+// One key for each value of a game.
+ValueStepper::Value gamePointOfKey(int key) {
+    const auto point = [](GamePoint value) { return ValueStepper::Value(static_cast<int>(value)); };
+    switch (key) {
+    case Qt::Key_0:
+        return point(GamePoint::zero);
+    case Qt::Key_1:
+        return point(GamePoint::fifteen);
+    case Qt::Key_3:
+        return point(GamePoint::thirty);
+    case Qt::Key_4:
+        return point(GamePoint::forty);
+    case Qt::Key_D:
+        return point(GamePoint::deuce);
+    case Qt::Key_A:
+        return point(GamePoint::advantage);
+    default:
+        return std::nullopt;
+    }
+}
+
+// Deuce reads as 40 on a scoreboard; whoever enters it wants to see which of the two it is.
+QString gamePointWords(std::int64_t value) {
+    const auto point = static_cast<GamePoint>(value);
+    return point == GamePoint::deuce ? QStringLiteral("40 D") : displayString(point);
+}
+
+template <class Score>
+auto& side(Score& score, std::size_t team) {
+    return team == 0 ? score.team1 : score.team2;
+}
+
+std::vector<SetScore>& setsIn(SportScoreState& score) {
+    return std::visit([](auto& state) -> std::vector<SetScore>& { return state.sets; }, score);
+}
+
+}
+
+ScoreEditor::ScoreEditor(const UiContext& context, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    rebuild();
+    AppState& state = m_context.state;
+    m_bindings.watchAll([this] { showTexts(); }, state.language, state.matchConfig);
+}
+
+void ScoreEditor::setScore(const SportScoreState& score) {
+    const bool isSameShape = score.index() == m_score.index() && setsOf(score).size() == setsOf(m_score).size();
+    m_score = score;
+    if (!isSameShape) {
+        rebuild();
+        showTexts();
+    }
+    showValues();
+}
+
+void ScoreEditor::rebuild() {
+    delete m_table;
+    m_sets.clear();
+    m_table = new QWidget(this);
+    m_grid = new QGridLayout(m_table);
+    m_grid->setContentsMargins(0, 0, 0, 0);
+    m_grid->setHorizontalSpacing(Space::s - 2);
+    m_grid->setVerticalSpacing(Space::s - 2);
+    m_grid->setColumnStretch(firstTeamColumn, 1);
+    m_grid->setColumnStretch(firstTeamColumn + 1, 1);
+    for (std::size_t team = 0; team < 2; ++team) {
+        m_names[team] = new ElidedLabel(m_table);
+        Controls::setRole(m_names[team], Controls::TextRole::quiet);
+        m_names[team]->setAlignment(Qt::AlignCenter);
+        m_grid->addWidget(m_names[team], nameRow, firstTeamColumn + static_cast<int>(team));
+    }
+    m_tiebreakTitle = nullptr;
+    addGameRow();
+    addServeRow();
+    for (std::size_t set = 0; set < setsOf(m_score).size(); ++set)
+        addSetRow(set);
+    if (isTennis() && !m_sets.empty()) {
+        m_tiebreakTitle = Controls::label(Controls::TextRole::quiet, m_table);
+        m_tiebreakTitle->setAlignment(Qt::AlignCenter);
+        m_grid->addWidget(m_tiebreakTitle, nameRow, tiebreakColumn);
+    }
+    layout()->addWidget(m_table);
+}
+
+void ScoreEditor::addGameRow() {
+    m_gameTitle = addTitle(gameRow);
+    ValueStepper::Kind kind{.largest = largestNumber};
+    if (isTennis())
+        kind = {.largest = static_cast<int>(GamePoint::advantage),
+                .mayBeAbsent = false,
+                .words = gamePointWords,
+                .valueOfKey = gamePointOfKey};
+    for (std::size_t team = 0; team < 2; ++team) {
+        m_game[team] = addStepper(kind, gameRow, firstTeamColumn + static_cast<int>(team),
+                                  [team](SportScoreState& score, ValueStepper::Value value) {
+                                      if (auto* tennis = std::get_if<ScoreState>(&score))
+                                          side(tennis->currentGame, team) = static_cast<GamePoint>(*value);
+                                      else
+                                          side(std::get<PointScoreState>(score).currentGame, team) = *value;
+                                  });
+        m_game[team]->setObjectName(QStringLiteral("game%1").arg(team + 1));
+    }
+}
+
+void ScoreEditor::addServeRow() {
+    m_serveTitle = addTitle(serveRow);
+    auto* group = new QButtonGroup(m_table);
+    for (std::size_t team = 0; team < 2; ++team) {
+        QToolButton* button = Controls::iconButton(QStringLiteral("ball"), m_table);
+        button->setProperty("kind", QStringLiteral("normal"));
+        button->setIconSize(QSize(16, 16));
+        button->setCheckable(true);
+        button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        button->setObjectName(QStringLiteral("serve%1").arg(team + 1));
+        group->addButton(button);
+        m_grid->addWidget(button, serveRow, firstTeamColumn + static_cast<int>(team));
+        connect(button, &QToolButton::clicked, this, [this, team] {
+            edit([team](SportScoreState& score) {
+                std::visit([team](auto& state) { state.servingTeam = static_cast<std::int64_t>(team) + 1; }, score);
+            });
+        });
+        m_serve[team] = button;
+    }
+}
+
+void ScoreEditor::addSetRow(std::size_t set) {
+    const int row = firstSetRow + static_cast<int>(set);
+    SetRow steppers{addTitle(row), {}, nullptr};
+    for (std::size_t team = 0; team < 2; ++team) {
+        steppers.games[team] = addStepper({.largest = largestNumber}, row, firstTeamColumn + static_cast<int>(team),
+                                          [set, team](SportScoreState& score, ValueStepper::Value value) {
+                                              side(setsIn(score).at(set), team) = *value;
+                                          });
+        steppers.games[team]->setObjectName(QStringLiteral("set%1team%2").arg(set + 1).arg(team + 1));
+    }
+    if (isTennis()) {
+        steppers.tiebreak = addStepper({.largest = largestNumber, .mayBeAbsent = true}, row, tiebreakColumn,
+                                       [set](SportScoreState& score, ValueStepper::Value value) {
+                                           setsIn(score).at(set).tiebreak = value;
+                                       });
+        steppers.tiebreak->setObjectName(QStringLiteral("tiebreak%1").arg(set + 1));
+        steppers.tiebreak->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    }
+    m_sets.push_back(steppers);
+}
+
+QLabel* ScoreEditor::addTitle(int row) {
+    QLabel* title = Controls::label(Controls::TextRole::quiet, m_table);
+    m_grid->addWidget(title, row, titleColumn);
+    return title;
+}
+
+ValueStepper* ScoreEditor::addStepper(const ValueStepper::Kind& kind, int row, int column,
+                                      std::function<void(SportScoreState&, ValueStepper::Value)> write) {
+    auto* stepper = new ValueStepper(kind, m_table);
+    m_grid->addWidget(stepper, row, column);
+    connect(stepper, &ValueStepper::valueEdited, this, [this, write = std::move(write)](ValueStepper::Value value) {
+        edit([&](SportScoreState& score) { write(score, value); });
+    });
+    return stepper;
+}
+
+void ScoreEditor::edit(const std::function<void(SportScoreState&)>& change) {
+    SportScoreState edited = m_score;
+    change(edited);
+    if (edited == m_score)
+        return;
+    m_score = edited;
+    Q_EMIT scoreEdited(edited);
+}
+
+void ScoreEditor::showValues() {
+    for (std::size_t team = 0; team < 2; ++team) {
+        if (const auto* tennis = std::get_if<ScoreState>(&m_score))
+            m_game[team]->setValue(static_cast<int>(side(tennis->currentGame, team)));
+        else
+            m_game[team]->setValue(side(std::get<PointScoreState>(m_score).currentGame, team));
+        m_serve[team]->setChecked((servingTeamOf(m_score) == 2) == (team == 1));
+    }
+    for (std::size_t set = 0; set < m_sets.size(); ++set) {
+        const SetScore& values = setsOf(m_score)[set];
+        m_sets[set].games[0]->setValue(values.team1);
+        m_sets[set].games[1]->setValue(values.team2);
+        if (m_sets[set].tiebreak)
+            m_sets[set].tiebreak->setValue(values.tiebreak);
+    }
+}
+
+void ScoreEditor::showTexts() {
+    const auto title = [](const QString& what, const QString& whose) { return what + QStringLiteral(", ") + whose; };
+    m_gameTitle->setText(m_context.text(isTennis() ? EditorTexts::gameShort : EditorTexts::points));
+    m_serveTitle->setText(m_context.text(EditorTexts::serveShort));
+    if (m_tiebreakTitle) {
+        m_tiebreakTitle->setText(m_context.text(EditorTexts::tiebreakShort));
+        m_tiebreakTitle->setToolTip(m_context.text(EditorTexts::tiebreak));
+    }
+    for (std::size_t team = 0; team < 2; ++team) {
+        const QString name = MarkerWords::teamName(m_context, static_cast<std::int64_t>(team) + 1);
+        m_names[team]->setFullText(name);
+        m_game[team]->setTitle(title(m_context.text(L10nKey::gameScore), name));
+        m_serve[team]->setAccessibleName(title(m_context.text(L10nKey::setServe), name));
+        m_serve[team]->setToolTip(m_serve[team]->accessibleName());
+    }
+    for (std::size_t set = 0; set < m_sets.size(); ++set) {
+        const SetRow& row = m_sets[set];
+        const QString name = QStringLiteral("%1 %2").arg(m_context.text(L10nKey::setLabel)).arg(set + 1);
+        row.title->setText(name);
+        for (std::size_t team = 0; team < 2; ++team)
+            row.games[team]->setTitle(
+                title(name, MarkerWords::teamName(m_context, static_cast<std::int64_t>(team) + 1)));
+        if (row.tiebreak)
+            row.tiebreak->setTitle(title(name, m_context.text(EditorTexts::tiebreak)));
+    }
+}
+
+}

@@ -1,0 +1,171 @@
+#include "ui/editor/ScorePanel.h"
+
+#include "model/ScoringEngine.h"
+#include "session/ScoreboardEdits.h"
+#include "ui/common/TimeCode.h"
+#include "ui/editor/EditorCommands.h"
+#include "ui/editor/EditorTexts.h"
+#include "ui/style/Controls.h"
+#include "ui/style/Tokens.h"
+
+#include <algorithm>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+namespace pointloom {
+
+ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
+    : QScrollArea(parent)
+    , m_context(context) {
+    auto* content = new QWidget(this);
+    m_title = Controls::label(Controls::TextRole::body, content);
+    m_time = Controls::label(Controls::TextRole::quiet, content);
+    m_swap = Controls::iconButton(QStringLiteral("swap"), content);
+    m_remove = Controls::iconButton(QStringLiteral("trash"), content);
+    m_hint = Controls::label(Controls::TextRole::quiet, content);
+    m_label = new QLineEdit(content);
+    m_editor = new ScoreEditor(context, content);
+    QFont bold = m_title->font();
+    bold.setWeight(QFont::DemiBold);
+    m_title->setFont(bold);
+    m_hint->setWordWrap(true);
+    constexpr int longestLabel = 200;
+    m_label->setMaxLength(longestLabel);
+    m_label->setObjectName(QStringLiteral("markerLabel"));
+
+    auto* head = new QHBoxLayout;
+    head->setSpacing(Space::xs);
+    head->addWidget(m_title);
+    head->addWidget(m_time, 1);
+    head->addWidget(m_swap);
+    head->addWidget(m_remove);
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(Space::m, Space::s, Space::m, Space::s);
+    column->setSpacing(Space::s);
+    column->addLayout(head);
+    column->addWidget(m_hint);
+    column->addWidget(m_label);
+    column->addWidget(m_editor);
+    column->addStretch();
+    setWidget(content);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    setFocusPolicy(Qt::NoFocus);
+
+    connect(m_editor, &ScoreEditor::scoreEdited, this, &ScorePanel::storeScore);
+    connect(m_label, &QLineEdit::editingFinished, this, &ScorePanel::storeLabel);
+    connect(m_label, &QLineEdit::returnPressed, m_label, &QWidget::clearFocus);
+    connect(m_swap, &QToolButton::clicked, this, [this] { storeScore(withServeSwapped(m_editor->score())); });
+    connect(m_remove, &QToolButton::clicked, this, &ScorePanel::removeShown);
+    AppState& state = m_context.state;
+    m_bindings.watch(state.selectedMarkerID, [this] {
+        if (m_context.state.selectedMarkerID.value())
+            m_isInitial = false;
+        refresh();
+    });
+    m_bindings.watchAll([this] { refresh(); }, state.markers, state.initialScore, state.matchConfig);
+    m_bindings.watch(state.language, [this] { showTexts(); });
+}
+
+void ScorePanel::editInitialScore() {
+    m_isInitial = true;
+    m_context.state.selectedMarkerID = std::nullopt;
+    refresh();
+}
+
+const Marker* ScorePanel::shownMarker() const {
+    const auto& id = m_context.state.selectedMarkerID.value();
+    const auto& markers = m_context.state.markers.value();
+    const auto found = std::ranges::find_if(markers, [&](const Marker& marker) { return marker.id == id; });
+    return id && found != markers.end() ? &*found : nullptr;
+}
+
+void ScorePanel::refresh() {
+    if (m_isInitial && m_context.state.matchConfig.value())
+        showInitialScore();
+    else if (const Marker* marker = shownMarker())
+        showMarker(*marker);
+    else
+        showNothing();
+    updateGeometry();
+}
+
+void ScorePanel::showMarker(const Marker& marker) {
+    m_title->setText(m_context.text(L10nKey::editMarker));
+    m_time->setText(shortTime(marker.startTime, true));
+    m_remove->setToolTip(m_context.text(L10nKey::deleteMarker));
+    m_remove->setAccessibleName(m_context.text(L10nKey::deleteMarker));
+    // What is being typed is not taken away by a change elsewhere.
+    if (!m_label->hasFocus() || m_shown != marker.id)
+        m_label->setText(marker.label.value_or(QString()));
+    m_shown = marker.id;
+    m_editor->setScore(marker.score);
+    for (QWidget* part : std::initializer_list<QWidget*>{m_swap, m_remove, m_label, m_editor})
+        part->show();
+    m_hint->hide();
+}
+
+void ScorePanel::showInitialScore() {
+    const AppState& state = m_context.state;
+    m_title->setText(m_context.text(L10nKey::initialScore));
+    m_time->clear();
+    m_remove->setToolTip(m_context.text(EditorTexts::clearInitial));
+    m_remove->setAccessibleName(m_context.text(EditorTexts::clearInitial));
+    m_editor->setScore(state.initialScore.value().value_or(ScoringEngine::getInitialScore(*state.matchConfig.value())));
+    m_swap->show();
+    m_remove->setVisible(state.initialScore.value().has_value());
+    m_editor->show();
+    m_label->hide();
+    m_hint->hide();
+}
+
+void ScorePanel::showNothing() {
+    const bool hasMarkers = !m_context.state.markers.value().empty();
+    m_title->setText(m_context.text(L10nKey::editMarker));
+    m_time->clear();
+    m_hint->setText(m_context.text(hasMarkers ? L10nKey::selectMarkerToEdit : L10nKey::addMarkerToDefineScore));
+    for (QWidget* part : std::initializer_list<QWidget*>{m_swap, m_remove, m_label, m_editor})
+        part->hide();
+    m_hint->show();
+}
+
+void ScorePanel::storeScore(const SportScoreState& score) {
+    if (m_isInitial)
+        setInitialScore(m_context.state, score, &m_context.undo);
+    else if (const Marker* marker = shownMarker())
+        m_context.state.updateMarkerScore(QUuid(marker->id), score, &m_context.undo);
+}
+
+void ScorePanel::storeLabel() {
+    const Marker* marker = shownMarker();
+    if (!marker || m_isInitial)
+        return;
+    const QString text = m_label->text().trimmed();
+    const auto label = text.isEmpty() ? std::nullopt : std::optional(text);
+    if (label != marker->label)
+        m_context.state.updateMarkerLabel(QUuid(marker->id), label, &m_context.undo);
+}
+
+void ScorePanel::removeShown() {
+    if (m_isInitial)
+        setInitialScore(m_context.state, std::nullopt, &m_context.undo);
+    else if (const Marker* marker = shownMarker())
+        m_context.state.removeMarker(QUuid(marker->id), &m_context.undo);
+}
+
+void ScorePanel::showTexts() {
+    m_swap->setToolTip(m_context.text(EditorTexts::swapServe));
+    m_swap->setAccessibleName(m_context.text(EditorTexts::swapServe));
+    m_label->setPlaceholderText(m_context.text(EditorTexts::labelHint));
+    m_label->setAccessibleName(m_context.text(L10nKey::markerLabel));
+    refresh();
+}
+
+// As high as what it shows, so that the list above gets the rest.
+QSize ScorePanel::sizeHint() const {
+    const QSize content = widget()->sizeHint();
+    return {content.width(), content.height()};
+}
+
+}
