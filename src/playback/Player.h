@@ -65,6 +65,9 @@ public:
     /// Seconds from zero of the timeline to the file's end; 0 when nothing is loaded.
     double duration() const { return m_duration; }
 
+    /// Seconds from one frame to the next, nominal; 0 when the file does not say.
+    double frameDuration() const { return m_frameDuration; }
+
     /// Upright picture in square pixels; empty when nothing is loaded.
     QSize size() const { return m_size; }
 

@@ -1,7 +1,8 @@
 #include "ui/editor/EditorCommands.h"
 
+#include "model/ScoringEngine.h"
+
 #include <algorithm>
-#include <cmath>
 
 namespace pointloom::EditorCommands {
 
@@ -14,39 +15,42 @@ const Marker* selectedMarker(const AppState& state) {
     return id && found != markers.end() ? &*found : nullptr;
 }
 
-void addMarker(const UiContext& context, const SportScoreState& score) {
+void addNewMarker(const UiContext& context, const SportScoreState& score) {
     AppState& state = context.state;
     state.addMarker({QUuid::createUuid(), state.currentTime, score, std::nullopt}, &context.undo);
 }
 
 }
 
-const Marker* markerExactlyAt(const AppState& state, double time) {
-    for (const Marker& marker : state.markers.value()) {
-        if (std::abs(marker.startTime - time) < sameMoment)
-            return &marker;
-    }
-    return nullptr;
+const Marker* markerAt(const AppState& state, const ShownFrame& frame) {
+    const Marker* marker = ScoringEngine::markerAtTime(state.markers.value(), frame.time);
+    if (marker && frame.isPlaceOf(marker->startTime))
+        return marker;
+    // A playhead that was rounded down stands a hair before its marker.
+    const auto& markers = state.markers.value();
+    const auto found = std::ranges::find_if(
+        markers, [&](const Marker& candidate) { return frame.isPlaceOf(candidate.startTime); });
+    return found == markers.end() ? nullptr : &*found;
 }
 
-void addMarkerAtPlayhead(const UiContext& context) {
+void addMarker(const UiContext& context, const ShownFrame& frame) {
     AppState& state = context.state;
-    if (const Marker* marker = markerExactlyAt(state, state.currentTime))
+    if (const Marker* marker = markerAt(state, frame))
         state.selectedMarkerID = marker->id;
     else if (const auto& score = state.liveScore())
-        addMarker(context, *score);
+        addNewMarker(context, *score);
 }
 
-void stepPointAtPlayhead(const UiContext& context, int team, StepDirection direction) {
+void stepPoint(const UiContext& context, const ShownFrame& frame, int team, StepDirection direction) {
     AppState& state = context.state;
-    if (const Marker* marker = markerExactlyAt(state, state.currentTime)) {
+    if (const Marker* marker = markerAt(state, frame)) {
         const QUuid id = marker->id;
         state.updateMarkerScore(id, steppedScore(marker->score, team, direction), &context.undo);
         state.selectedMarkerID = id;
         return;
     }
     if (const auto& score = state.liveScore())
-        addMarker(context, steppedScore(*score, team, direction));
+        addNewMarker(context, steppedScore(*score, team, direction));
 }
 
 void swapServeOfSelectedMarker(const UiContext& context) {
@@ -55,26 +59,16 @@ void swapServeOfSelectedMarker(const UiContext& context) {
         state.updateMarkerScore(QUuid(marker->id), withServeSwapped(marker->score), &context.undo);
 }
 
-void deleteSelection(const UiContext& context) {
-    AppState& state = context.state;
-    if (const Marker* marker = selectedMarker(state))
-        state.removeMarker(QUuid(marker->id), &context.undo);
-}
-
-const Marker* neighbour(const AppState& state, Neighbour which) {
+const Marker* neighbour(const AppState& state, const ShownFrame& frame, Neighbour which) {
     const auto& markers = state.markers.value(); // sorted by time
-    const double time = state.currentTime;
     if (which == Neighbour::next) {
         const auto next = std::ranges::find_if(
-            markers, [&](const Marker& marker) { return marker.startTime > time + sameMoment; });
+            markers, [&](const Marker& marker) { return frame.isBefore(marker.startTime); });
         return next == markers.end() ? nullptr : &*next;
     }
-    const Marker* previous = nullptr;
-    for (const Marker& marker : markers) {
-        if (marker.startTime < time - sameMoment)
-            previous = &marker;
-    }
-    return previous;
+    const auto firstNotBefore =
+        std::ranges::find_if(markers, [&](const Marker& marker) { return !frame.isAfter(marker.startTime); });
+    return firstNotBefore == markers.begin() ? nullptr : &*std::prev(firstNotBefore);
 }
 
 }

@@ -6,28 +6,36 @@
 
 namespace pointloom::EditorCommands {
 
-/// Two times nearer than this, in seconds, are the same moment.
-constexpr double sameMoment = 0.0005;
+/// The frame that is shown. A marker takes effect with the first frame at or after its time, so this frame is
+/// the place of every marker from just after the frame before it.
+struct ShownFrame {
+    double time = 0;     // seconds
+    double duration = 0; // seconds, nominal
 
-/// The marker that stands exactly at `time`; of several, the one whose score holds. Null when there is none.
-const Marker* markerExactlyAt(const AppState& state, double time);
+    bool isBefore(double markerTime) const { return markerTime > time + rounding; }
+    bool isAfter(double markerTime) const { return markerTime <= time - duration + rounding; }
+    bool isPlaceOf(double markerTime) const { return !isBefore(markerTime) && !isAfter(markerTime); }
+
+private:
+    static constexpr double rounding = 0.0005; // seconds
+};
+
+/// The marker whose score takes effect with the frame; null when there is none.
+const Marker* markerAt(const AppState& state, const ShownFrame& frame);
 
 /// A marker at the playhead with the score that holds there; selected. A marker that stands there already is
 /// selected instead.
-void addMarkerAtPlayhead(const UiContext& context);
+void addMarker(const UiContext& context, const ShownFrame& frame);
 
 /// Steps the score at the playhead for `team` along its list of values: into a new marker there, or into the
 /// one that stands there already, so that a key pressed twice makes no second marker on the same spot.
-void stepPointAtPlayhead(const UiContext& context, int team, StepDirection direction);
+void stepPoint(const UiContext& context, const ShownFrame& frame, int team, StepDirection direction);
 
 void swapServeOfSelectedMarker(const UiContext& context);
 
-/// The selected marker or, with none selected, the selected cut.
-void deleteSelection(const UiContext& context);
-
 enum class Neighbour { previous, next };
 
-/// The nearest marker before or after the playhead; null when there is none.
-const Marker* neighbour(const AppState& state, Neighbour which);
+/// The nearest marker before or after the frame; null when there is none.
+const Marker* neighbour(const AppState& state, const ShownFrame& frame, Neighbour which);
 
 }

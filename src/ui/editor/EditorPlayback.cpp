@@ -42,6 +42,11 @@ void EditorPlayback::start() {
     m_bindings.watch(m_context.state.videoURL, [this] { openVideo(); });
 }
 
+double EditorPlayback::frameDuration() const {
+    const double nominal = isLoaded() ? m_player->frameDuration() : 0;
+    return nominal > 0 ? nominal : assumedFrame;
+}
+
 void EditorPlayback::reload() {
     openVideo();
 }
@@ -150,7 +155,7 @@ void EditorPlayback::pause() {
 
 void EditorPlayback::stepFrames(int frames) {
     if (!isLoaded()) {
-        seekBy(frames * assumedFrame);
+        seekBy(frames * frameDuration());
         return;
     }
     for (int step = 0; step < std::abs(frames); ++step)

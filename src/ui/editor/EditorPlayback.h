@@ -25,6 +25,9 @@ public:
     playback::Player* player() const { return m_player.get(); }
     bool isLoaded() const { return m_player && m_player->isLoaded(); }
 
+    /// Seconds that a frame lasts, nominal; a 25th where no video says otherwise.
+    double frameDuration() const;
+
     /// Opens the session's video anew, at the playhead: after a failure, or when its file has changed.
     void reload();
 

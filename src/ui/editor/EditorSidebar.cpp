@@ -3,8 +3,8 @@
 #include "crash/CrashReporter.h"
 #include "l10n/Format.h"
 #include "persistence/MarkerImport.h"
-#include "ui/editor/EditorCommands.h"
 #include "ui/editor/EditorTexts.h"
+#include "ui/editor/Heading.h"
 #include "ui/editor/InitialScoreRow.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -24,13 +24,6 @@ void reportImport(const CSVParseError& error) {
                                          {{QStringLiteral("step"), QStringLiteral("csv_import")}});
 }
 
-QLabel* makeTitle(QWidget* parent) {
-    QLabel* title = Controls::label(Controls::TextRole::body, parent);
-    QFont bold = title->font();
-    bold.setWeight(QFont::DemiBold);
-    title->setFont(bold);
-    return title;
-}
 
 }
 
@@ -64,6 +57,11 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeButtons());
 
+    setTabOrder(initialScore->findChild<QToolButton*>(), m_import);
+    setTabOrder(m_import, m_markers);
+    setTabOrder(m_add, m_export);
+    m_panel->chainTabs(m_markers, m_add);
+
     connect(m_markers, &MarkerListView::seekRequested, this, &EditorSidebar::seekRequested);
     connect(initialScore, &InitialScoreRow::editRequested, m_panel, &ScorePanel::editInitialScore);
     connect(&m_logo, &LogoWatch::changed, this, &EditorSidebar::showLiveScore);
@@ -79,9 +77,8 @@ QSize EditorSidebar::minimumSizeHint() const {
 
 QWidget* EditorSidebar::makeLiveScore() {
     auto* area = new QWidget(this);
-    QLabel* title = makeTitle(area);
+    QLabel* title = makeHeading(area);
     m_board->setMaximumHeight(highestBoard);
-    m_board->setMinimumHeight(highestBoard / 2);
     m_board->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* column = new QVBoxLayout(area);
     column->setContentsMargins(Space::m, Space::m, Space::m, Space::xs);
@@ -97,14 +94,14 @@ QWidget* EditorSidebar::makeLiveScore() {
 
 QWidget* EditorSidebar::makeListHead() {
     auto* area = new QWidget(this);
-    QLabel* title = makeTitle(area);
-    QToolButton* import = Controls::iconButton(QStringLiteral("import"), area);
-    import->setObjectName(QStringLiteral("importMarkers"));
+    QLabel* title = makeHeading(area);
+    m_import = Controls::iconButton(QStringLiteral("import"), area);
+    m_import->setObjectName(QStringLiteral("importMarkers"));
     auto* row = new QHBoxLayout(area);
     row->setContentsMargins(Space::m, Space::s, Space::s, Space::xs);
     row->addWidget(title, 1);
-    row->addWidget(import);
-    connect(import, &QToolButton::clicked, this, &EditorSidebar::importMarkersFromFile);
+    row->addWidget(m_import);
+    connect(m_import, &QToolButton::clicked, this, &EditorSidebar::importMarkersFromFile);
     AppState& state = m_context.state;
     m_bindings.watchAll(
         [this, title] {
@@ -112,37 +109,37 @@ QWidget* EditorSidebar::makeListHead() {
             title->setText(format(m_context.text(L10nKey::markersSection), count));
         },
         state.markers, state.language);
-    m_bindings.watch(state.language, [this, import] {
-        import->setToolTip(m_context.text(L10nKey::importMarkersCSVTooltip));
-        import->setAccessibleName(m_context.text(L10nKey::importMarkersCSV));
+    m_bindings.watch(state.language, [this] {
+        m_import->setToolTip(m_context.text(L10nKey::importMarkersCSVTooltip));
+        m_import->setAccessibleName(m_context.text(L10nKey::importMarkersCSV));
     });
     return area;
 }
 
 QWidget* EditorSidebar::makeButtons() {
     auto* area = new QWidget(this);
-    auto* add = Controls::button(Controls::ButtonKind::normal, area);
-    auto* exportButton = Controls::button(Controls::ButtonKind::primary, area);
-    add->setIcon(Icons::icon(QStringLiteral("plus")));
-    add->setObjectName(QStringLiteral("addMarker"));
-    for (QPushButton* button : {add, exportButton})
+    m_add = Controls::button(Controls::ButtonKind::normal, area);
+    m_export = Controls::button(Controls::ButtonKind::primary, area);
+    m_add->setIcon(Icons::icon(QStringLiteral("plus")));
+    m_add->setObjectName(QStringLiteral("addMarker"));
+    for (QPushButton* button : {m_add, m_export})
         button->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the editor
     auto* row = new QHBoxLayout(area);
     row->setContentsMargins(Space::m, Space::s, Space::m, Space::s);
     row->setSpacing(Space::s);
-    row->addWidget(add, 1);
-    row->addWidget(exportButton, 1);
-    connect(add, &QPushButton::clicked, this, [this] { EditorCommands::addMarkerAtPlayhead(m_context); });
-    connect(exportButton, &QPushButton::clicked, this, &EditorSidebar::exportRequested);
+    row->addWidget(m_add, 1);
+    row->addWidget(m_export, 1);
+    connect(m_add, &QPushButton::clicked, this, &EditorSidebar::addMarkerRequested);
+    connect(m_export, &QPushButton::clicked, this, &EditorSidebar::exportRequested);
     m_bindings.watch(m_context.state.matchConfig,
-                     [this, add] { add->setEnabled(m_context.state.matchConfig.value().has_value()); });
-    m_bindings.watch(m_context.state.language, [this, add, exportButton] {
-        add->setText(m_context.text(EditorTexts::markerButton));
-        add->setAccessibleName(m_context.text(L10nKey::addMarker));
-        add->setToolTip(m_context.text(L10nKey::addMarkerTooltip));
-        exportButton->setText(m_context.text(EditorTexts::exportButton));
-        exportButton->setAccessibleName(m_context.text(L10nKey::exportVideo));
-        exportButton->setToolTip(m_context.text(L10nKey::exportVideo));
+                     [this] { m_add->setEnabled(m_context.state.matchConfig.value().has_value()); });
+    m_bindings.watch(m_context.state.language, [this] {
+        m_add->setText(m_context.text(EditorTexts::markerButton));
+        m_add->setAccessibleName(m_context.text(L10nKey::addMarker));
+        m_add->setToolTip(m_context.text(L10nKey::addMarkerTooltip));
+        m_export->setText(m_context.text(EditorTexts::exportButton));
+        m_export->setAccessibleName(m_context.text(L10nKey::exportVideo));
+        m_export->setToolTip(m_context.text(L10nKey::exportVideo));
     });
     return area;
 }

@@ -30,6 +30,7 @@ public:
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
+    void addMarkerRequested();
     void exportRequested();
     void seekRequested(double seconds);
 
@@ -46,6 +47,9 @@ private:
     MarkerListView* m_markers;
     MessageBar* m_messages;
     ScorePanel* m_panel;
+    QToolButton* m_import = nullptr;
+    QPushButton* m_add = nullptr;
+    QPushButton* m_export = nullptr;
 };
 
 }

@@ -49,6 +49,8 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
             [this] { setFocus(Qt::MouseFocusReason); });
     connect(m_transport, &TransportBar::previewFrameRequested, this, &EditorView::previewFrameRequested);
     connect(m_sidebar, &EditorSidebar::exportRequested, this, &EditorView::exportRequested);
+    connect(m_sidebar, &EditorSidebar::addMarkerRequested, this,
+            [this] { EditorCommands::addMarker(m_context, shownFrame()); });
     connect(m_sidebar, &EditorSidebar::seekRequested, this,
             [this](double seconds) { m_playback.seek(seconds); });
     new EditorKeyFilter(*this, [this](EditorAction action, bool isRepeat) { perform(action, isRepeat); });
@@ -72,6 +74,14 @@ QWidget* EditorView::makePictureColumn() {
     layout->addWidget(m_stage, 1);
     layout->addWidget(m_transport);
     return column;
+}
+
+void EditorView::showEvent(QShowEvent*) {
+    setFocus();
+}
+
+EditorCommands::ShownFrame EditorView::shownFrame() const {
+    return {m_context.state.currentTime, m_playback.frameDuration()};
 }
 
 void EditorView::perform(EditorAction action, bool isRepeat) {
@@ -109,26 +119,31 @@ void EditorView::perform(EditorAction action, bool isRepeat) {
     case goToEnd:
         return m_playback.goToEnd();
     case addMarker:
-        return EditorCommands::addMarkerAtPlayhead(m_context);
+        return EditorCommands::addMarker(m_context, shownFrame());
     case pointTeam1:
-        return EditorCommands::stepPointAtPlayhead(m_context, 1, StepDirection::next);
+        return EditorCommands::stepPoint(m_context, shownFrame(), 1, StepDirection::next);
     case pointTeam2:
-        return EditorCommands::stepPointAtPlayhead(m_context, 2, StepDirection::next);
+        return EditorCommands::stepPoint(m_context, shownFrame(), 2, StepDirection::next);
     case pointBackTeam1:
-        return EditorCommands::stepPointAtPlayhead(m_context, 1, StepDirection::previous);
+        return EditorCommands::stepPoint(m_context, shownFrame(), 1, StepDirection::previous);
     case pointBackTeam2:
-        return EditorCommands::stepPointAtPlayhead(m_context, 2, StepDirection::previous);
+        return EditorCommands::stepPoint(m_context, shownFrame(), 2, StepDirection::previous);
     case swapServe:
         return EditorCommands::swapServeOfSelectedMarker(m_context);
     case deleteSelection:
-        return EditorCommands::deleteSelection(m_context);
+        return this->deleteSelection();
     default:
         break;
     }
 }
 
+void EditorView::deleteSelection() {
+    if (const auto id = m_context.state.selectedMarkerID.value())
+        m_context.state.removeMarker(*id, &m_context.undo);
+}
+
 void EditorView::goToNeighbour(EditorCommands::Neighbour which) {
-    const Marker* marker = EditorCommands::neighbour(m_context.state, which);
+    const Marker* marker = EditorCommands::neighbour(m_context.state, shownFrame(), which);
     if (!marker)
         return;
     const double time = marker->startTime;

@@ -36,8 +36,13 @@ Q_SIGNALS:
     void previewFrameRequested();
     void importRequested();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     QWidget* makePictureColumn();
+    EditorCommands::ShownFrame shownFrame() const;
+    void deleteSelection();
     void perform(EditorAction action, bool isRepeat);
     void goToNeighbour(EditorCommands::Neighbour which);
     void playFasterStill();

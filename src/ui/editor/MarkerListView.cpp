@@ -25,8 +25,6 @@ MarkerListView::MarkerListView(const UiContext& context, QWidget* parent)
     connect(this, &QListView::clicked, this, &MarkerListView::jumpTo);
     connect(&Theme::shared(), &Theme::changed, viewport(), qOverload<>(&QWidget::update));
     AppState& state = m_context.state;
-    // Rows that go take the list's own selection along, which nobody asked for.
-    connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this, [this] { m_isFollowing = true; });
     connect(&m_model, &QAbstractItemModel::rowsRemoved, this, &MarkerListView::showSelection, Qt::QueuedConnection);
     connect(&m_model, &QAbstractItemModel::rowsInserted, this, &MarkerListView::showSelection, Qt::QueuedConnection);
     m_bindings.watch(state.selectedMarkerID, [this] { showSelection(); });
@@ -52,6 +50,12 @@ void MarkerListView::keyPressEvent(QKeyEvent* event) {
         jumpTo(currentIndex());
     else
         QListView::keyPressEvent(event);
+}
+
+// The list then moves its own selection, which nobody asked for, until `showSelection` puts it right.
+void MarkerListView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+    m_isFollowing = true;
+    QListView::rowsAboutToBeRemoved(parent, start, end);
 }
 
 void MarkerListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

@@ -3,6 +3,7 @@
 
 #include "ui/common/UiContext.h"
 #include "ui/editor/MarkerListModel.h"
+#include "ui/style/Tokens.h"
 
 #include <QListView>
 
@@ -14,7 +15,9 @@ class MarkerListView : public QListView {
 public:
     explicit MarkerListView(const UiContext& context, QWidget* parent = nullptr);
 
-    QSize sizeHint() const override { return {240, 120}; }
+    QSize sizeHint() const override { return minimumSizeHint(); }
+    /// A few rows.
+    QSize minimumSizeHint() const override { return {200, 4 * (fontMetrics().height() + 2 * Space::s)}; }
 
 Q_SIGNALS:
     /// The person chose a marker and wants to see its moment.
@@ -23,6 +26,7 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:

@@ -107,6 +107,30 @@ void ScoreEditor::rebuild() {
         m_grid->addWidget(m_tiebreakTitle, nameRow, tiebreakColumn);
     }
     layout()->addWidget(m_table);
+    chainTabs();
+}
+
+void ScoreEditor::setTabPredecessor(QWidget* predecessor) {
+    m_tabPredecessor = predecessor;
+    chainTabs();
+}
+
+void ScoreEditor::chainTabs() {
+    QWidget* previous = m_tabPredecessor;
+    const auto append = [&previous](QWidget* next) {
+        if (previous && next)
+            setTabOrder(previous, next);
+        previous = next ? next : previous;
+    };
+    for (QWidget* field : m_game)
+        append(field);
+    for (QWidget* field : m_serve)
+        append(field);
+    for (const SetRow& row : m_sets) {
+        append(row.games[0]);
+        append(row.games[1]);
+        append(row.tiebreak);
+    }
 }
 
 void ScoreEditor::addGameRow() {
@@ -131,7 +155,6 @@ void ScoreEditor::addGameRow() {
 
 void ScoreEditor::addServeRow() {
     m_serveTitle = addTitle(serveRow);
-    auto* group = new QButtonGroup(m_table);
     for (std::size_t team = 0; team < 2; ++team) {
         QToolButton* button = Controls::iconButton(QStringLiteral("ball"), m_table);
         button->setProperty("kind", QStringLiteral("normal"));
@@ -139,12 +162,12 @@ void ScoreEditor::addServeRow() {
         button->setCheckable(true);
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         button->setObjectName(QStringLiteral("serve%1").arg(team + 1));
-        group->addButton(button);
         m_grid->addWidget(button, serveRow, firstTeamColumn + static_cast<int>(team));
         connect(button, &QToolButton::clicked, this, [this, team] {
             edit([team](SportScoreState& score) {
                 std::visit([team](auto& state) { state.servingTeam = static_cast<std::int64_t>(team) + 1; }, score);
             });
+            showValues(); // no group: Tab would pass over the one that is off
         });
         m_serve[team] = button;
     }

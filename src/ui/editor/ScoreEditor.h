@@ -7,7 +7,6 @@
 #include "ui/style/Bindings.h"
 
 #include <array>
-#include <QButtonGroup>
 #include <QGridLayout>
 #include <QToolButton>
 #include <QWidget>
@@ -26,6 +25,9 @@ public:
     void setScore(const SportScoreState& score);
     const SportScoreState& score() const { return m_score; }
 
+    /// Tab comes to the table after `predecessor`, whatever is made anew.
+    void setTabPredecessor(QWidget* predecessor);
+
 Q_SIGNALS:
     void scoreEdited(const pointloom::SportScoreState& score);
 
@@ -43,6 +45,7 @@ private:
     QLabel* addTitle(int row);
     ValueStepper* addStepper(const ValueStepper::Kind& kind, int row, int column,
                              std::function<void(SportScoreState&, ValueStepper::Value)> write);
+    void chainTabs();
     void showValues();
     void showTexts();
     void edit(const std::function<void(SportScoreState&)>& change);
@@ -50,6 +53,7 @@ private:
 
     UiContext m_context;
     SportScoreState m_score;
+    QWidget* m_tabPredecessor = nullptr;
     QGridLayout* m_grid = nullptr;
     QWidget* m_table = nullptr; // made anew when the score has another shape
     std::array<ElidedLabel*, 2> m_names{};

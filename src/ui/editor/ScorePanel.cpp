@@ -5,6 +5,7 @@
 #include "ui/common/TimeCode.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/editor/EditorTexts.h"
+#include "ui/editor/Heading.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -18,16 +19,13 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     : QScrollArea(parent)
     , m_context(context) {
     auto* content = new QWidget(this);
-    m_title = Controls::label(Controls::TextRole::body, content);
+    m_title = makeHeading(content);
     m_time = Controls::label(Controls::TextRole::quiet, content);
     m_swap = Controls::iconButton(QStringLiteral("swap"), content);
     m_remove = Controls::iconButton(QStringLiteral("trash"), content);
     m_hint = Controls::label(Controls::TextRole::quiet, content);
     m_label = new QLineEdit(content);
     m_editor = new ScoreEditor(context, content);
-    QFont bold = m_title->font();
-    bold.setWeight(QFont::DemiBold);
-    m_title->setFont(bold);
     m_hint->setWordWrap(true);
     constexpr int longestLabel = 200;
     m_label->setMaxLength(longestLabel);
@@ -72,6 +70,13 @@ void ScorePanel::editInitialScore() {
     m_isInitial = true;
     m_context.state.selectedMarkerID = std::nullopt;
     refresh();
+}
+
+void ScorePanel::chainTabs(QWidget* predecessor, QWidget* successor) {
+    QWidget* chain[] = {predecessor, m_swap, m_remove, m_label, successor};
+    for (std::size_t link = 1; link < std::size(chain); ++link)
+        setTabOrder(chain[link - 1], chain[link]);
+    m_editor->setTabPredecessor(m_label);
 }
 
 const Marker* ScorePanel::shownMarker() const {

@@ -22,6 +22,9 @@ public:
     void editInitialScore();
     bool isEditingInitialScore() const { return m_isInitial; }
 
+    /// Tab comes here after `predecessor`, and from here to `successor`.
+    void chainTabs(QWidget* predecessor, QWidget* successor);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {200, 132}; }
 

@@ -54,13 +54,13 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     reserveWidth(m_time, QStringLiteral("00:00:00.00"));
     makeSpeedMenu();
     m_volume->setRange(0, fullVolume);
-    m_volume->setFixedWidth(72);
+    m_volume->setFixedWidth(60);
     m_volume->setFocusPolicy(Qt::TabFocus);
 
     auto* row = new QHBoxLayout(this);
     row->setSizeConstraint(QLayout::SetNoConstraint); // see minimumSizeHint
     row->setContentsMargins(Space::s, Space::s, Space::s, Space::s);
-    row->setSpacing(Space::xs);
+    row->setSpacing(Space::xs - 1);
     for (QToolButton* button : {m_start, m_back, m_play, m_forward, m_end})
         row->addWidget(button);
     row->addSpacing(Space::xs);
@@ -127,7 +127,7 @@ void TransportBar::makeSpeedMenu() {
     m_speed->setFocusPolicy(Qt::TabFocus);
     m_speed->setPopupMode(QToolButton::InstantPopup);
     m_speed->setMenu(m_speedMenu);
-    m_speed->setMinimumWidth(m_speed->fontMetrics().horizontalAdvance(speedName(0.25)) + 2 * Space::m);
+    m_speed->setMinimumWidth(m_speed->fontMetrics().horizontalAdvance(speedName(0.25)) + Space::l);
 }
 
 void TransportBar::showPlaying() {
