@@ -10,6 +10,7 @@
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
 
+#include <algorithm>
 #include <QVBoxLayout>
 
 namespace pointloom {
@@ -78,7 +79,6 @@ QSize EditorSidebar::minimumSizeHint() const {
 QWidget* EditorSidebar::makeLiveScore() {
     auto* area = new QWidget(this);
     QLabel* title = makeHeading(area);
-    m_board->setMaximumHeight(highestBoard);
     m_board->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* column = new QVBoxLayout(area);
     column->setContentsMargins(Space::m, Space::m, Space::m, Space::xs);
@@ -154,6 +154,18 @@ void EditorSidebar::importMarkersFromFile() {
         m_messages->showMessage(*error);
 }
 
+void EditorSidebar::resizeEvent(QResizeEvent*) {
+    fitBoard();
+}
+
+// No higher than the board is drawn at this width.
+void EditorSidebar::fitBoard() {
+    const QSize natural = m_board->sizeHint();
+    const int available = width() - 2 * Space::m;
+    const int height = natural.width() > available ? natural.height() * available / natural.width() : natural.height();
+    m_board->setFixedHeight(std::min(height, highestBoard));
+}
+
 void EditorSidebar::showLiveScore() {
     const AppState& state = m_context.state;
     const auto& templateID = state.selectedTemplate.value();
@@ -163,6 +175,7 @@ void EditorSidebar::showLiveScore() {
         m_board->setBoard(*templateID, *score, *config, m_logo.image());
     else
         m_board->clear();
+    fitBoard();
 }
 
 }

@@ -34,11 +34,15 @@ Q_SIGNALS:
     void exportRequested();
     void seekRequested(double seconds);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QWidget* makeLiveScore();
     QWidget* makeListHead();
     QWidget* makeButtons();
     void showLiveScore();
+    void fitBoard();
 
     UiContext m_context;
     Bindings m_bindings; // before the parts that are made with it

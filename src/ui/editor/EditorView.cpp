@@ -4,13 +4,16 @@
 #include "ui/style/Tokens.h"
 
 #include <QVBoxLayout>
+#include <utility>
 
 namespace pointloom {
 
 namespace {
 
 constexpr QSize smallest{760, 520};
-constexpr int sidebarWidth = 304;
+constexpr int narrowSidebar = 260;
+constexpr int roomySidebar = 304;
+constexpr int roomyWindow = 1000;
 constexpr int timelineHeight = 190;
 
 QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
@@ -39,7 +42,6 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     m_columns->addWidget(m_rows);
     m_columns->addWidget(m_sidebar);
     m_columns->setStretchFactor(0, 1);
-    m_columns->setSizes({1000, sidebarWidth});
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_columns);
@@ -78,6 +80,10 @@ QWidget* EditorView::makePictureColumn() {
 
 void EditorView::showEvent(QShowEvent*) {
     setFocus();
+    if (std::exchange(m_isArranged, true))
+        return;
+    const int sidebar = width() < roomyWindow ? narrowSidebar : roomySidebar;
+    m_columns->setSizes({width() - sidebar, sidebar});
 }
 
 EditorCommands::ShownFrame EditorView::shownFrame() const {

@@ -54,6 +54,7 @@ private:
     EditorSidebar* m_sidebar;
     QSplitter* m_columns;
     QSplitter* m_rows;
+    bool m_isArranged = false; // sizes are chosen when it is first shown
 };
 
 }
