@@ -25,7 +25,6 @@ void reportImport(const CSVParseError& error) {
                                          {{QStringLiteral("step"), QStringLiteral("csv_import")}});
 }
 
-
 }
 
 EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
@@ -162,7 +161,8 @@ void EditorSidebar::resizeEvent(QResizeEvent*) {
 void EditorSidebar::fitBoard() {
     const QSize natural = m_board->sizeHint();
     const int available = width() - 2 * Space::m;
-    const int height = natural.width() > available ? natural.height() * available / natural.width() : natural.height();
+    const int height =
+        natural.width() > available ? natural.height() * available / natural.width() : natural.height();
     m_board->setFixedHeight(std::min(height, highestBoard));
 }
 

@@ -3,6 +3,7 @@
 #include "ui/editor/EditorKeyFilter.h"
 #include "ui/style/Tokens.h"
 
+#include <QHideEvent>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -14,7 +15,7 @@ constexpr QSize smallest{760, 520};
 constexpr int narrowSidebar = 260;
 constexpr int roomySidebar = 304;
 constexpr int roomyWindow = 1000;
-constexpr int timelineHeight = 190;
+constexpr int roomyHeight = 640;
 
 QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
     auto* splitter = new QSplitter(orientation, parent);
@@ -31,6 +32,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     , m_playback(context)
     , m_stage(new PictureStage(context, m_playback, this))
     , m_transport(new TransportBar(context, m_playback, this))
+    , m_timeline(new TimelineView(context, this))
     , m_sidebar(new EditorSidebar(context, this))
     , m_columns(makeSplitter(Qt::Horizontal, this))
     , m_rows(makeSplitter(Qt::Vertical, this)) {
@@ -38,6 +40,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     setAttribute(Qt::WA_StyledBackground);
     setFocusPolicy(Qt::ClickFocus); // a click beside every control gives the keys back to the editor
     m_rows->addWidget(makePictureColumn());
+    m_rows->addWidget(m_timeline);
     m_rows->setStretchFactor(0, 1);
     m_columns->addWidget(m_rows);
     m_columns->addWidget(m_sidebar);
@@ -50,6 +53,8 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     connect(&m_stage->overlay(), &ScoreboardOverlayView::picturePressed, this,
             [this] { setFocus(Qt::MouseFocusReason); });
     connect(m_transport, &TransportBar::previewFrameRequested, this, &EditorView::previewFrameRequested);
+    connect(m_timeline, &TimelineView::seekRequested, &m_playback, &EditorPlayback::seek);
+    connect(m_timeline, &TimelineView::scrubbingChanged, this, &EditorView::holdWhileScrubbing);
     connect(m_sidebar, &EditorSidebar::exportRequested, this, &EditorView::exportRequested);
     connect(m_sidebar, &EditorSidebar::addMarkerRequested, this,
             [this] { EditorCommands::addMarker(m_context, shownFrame()); });
@@ -84,6 +89,15 @@ void EditorView::showEvent(QShowEvent*) {
         return;
     const int sidebar = width() < roomyWindow ? narrowSidebar : roomySidebar;
     m_columns->setSizes({width() - sidebar, sidebar});
+    const int timeline =
+        height() < roomyHeight ? m_timeline->minimumSizeHint().height() : m_timeline->sizeHint().height();
+    m_rows->setSizes({height() - timeline, timeline});
+}
+
+// Nothing is heard of a clip that is not seen; a minimised window is not hidden in this sense.
+void EditorView::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous())
+        m_playback.pause();
 }
 
 EditorCommands::ShownFrame EditorView::shownFrame() const {
@@ -137,15 +151,27 @@ void EditorView::perform(EditorAction action, bool isRepeat) {
     case swapServe:
         return EditorCommands::swapServeOfSelectedMarker(m_context);
     case deleteSelection:
-        return this->deleteSelection();
+        m_timeline->removeSelection();
+        return;
+    case trimStart:
+        return m_timeline->trimStartAtPlayhead();
+    case trimEnd:
+        return m_timeline->trimEndAtPlayhead();
+    case addCut:
+        return m_timeline->addCutAtPlayhead();
     default:
         break;
     }
 }
 
-void EditorView::deleteSelection() {
-    if (const auto id = m_context.state.selectedMarkerID.value())
-        m_context.state.removeMarker(*id, &m_context.undo);
+// The clip stands still under the pointer and goes on from where it was let go.
+void EditorView::holdWhileScrubbing(bool isScrubbing) {
+    if (isScrubbing) {
+        m_resumes = m_context.state.isPlaying;
+        m_playback.pause();
+    } else if (std::exchange(m_resumes, false)) {
+        m_playback.play();
+    }
 }
 
 void EditorView::goToNeighbour(EditorCommands::Neighbour which) {

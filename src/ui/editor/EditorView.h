@@ -7,6 +7,7 @@
 #include "ui/editor/PictureStage.h"
 #include "ui/editor/Shortcuts.h"
 #include "ui/editor/TransportBar.h"
+#include "ui/timeline/TimelineView.h"
 
 #include <QSplitter>
 
@@ -22,6 +23,7 @@ public:
 
     EditorPlayback& playback() { return m_playback; }
     PictureStage& stage() { return *m_stage; }
+    TimelineView& timeline() { return *m_timeline; }
     EditorSidebar& sidebar() { return *m_sidebar; }
 
     void setHardwareDecoding(bool enabled) { m_playback.setHardwareDecoding(enabled); }
@@ -38,11 +40,12 @@ Q_SIGNALS:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     QWidget* makePictureColumn();
     EditorCommands::ShownFrame shownFrame() const;
-    void deleteSelection();
+    void holdWhileScrubbing(bool isScrubbing);
     void perform(EditorAction action, bool isRepeat);
     void goToNeighbour(EditorCommands::Neighbour which);
     void playFasterStill();
@@ -51,9 +54,11 @@ private:
     EditorPlayback m_playback;
     PictureStage* m_stage;
     TransportBar* m_transport;
+    TimelineView* m_timeline;
     EditorSidebar* m_sidebar;
     QSplitter* m_columns;
     QSplitter* m_rows;
+    bool m_resumes = false;    // playing when scrubbing began
     bool m_isArranged = false; // sizes are chosen when it is first shown
 };
 

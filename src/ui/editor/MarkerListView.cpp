@@ -25,8 +25,10 @@ MarkerListView::MarkerListView(const UiContext& context, QWidget* parent)
     connect(this, &QListView::clicked, this, &MarkerListView::jumpTo);
     connect(&Theme::shared(), &Theme::changed, viewport(), qOverload<>(&QWidget::update));
     AppState& state = m_context.state;
-    connect(&m_model, &QAbstractItemModel::rowsRemoved, this, &MarkerListView::showSelection, Qt::QueuedConnection);
-    connect(&m_model, &QAbstractItemModel::rowsInserted, this, &MarkerListView::showSelection, Qt::QueuedConnection);
+    connect(&m_model, &QAbstractItemModel::rowsRemoved, this, &MarkerListView::showSelection,
+            Qt::QueuedConnection);
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, &MarkerListView::showSelection,
+            Qt::QueuedConnection);
     m_bindings.watch(state.selectedMarkerID, [this] { showSelection(); });
     m_bindings.watch(state.language, [this] {
         setAccessibleName(m_context.text(L10nKey::markers));
@@ -89,8 +91,8 @@ void MarkerListView::paintEvent(QPaintEvent* event) {
     font.setPointSizeF(font.pointSizeF() * TypeScale::quiet);
     painter.setFont(font);
     painter.setPen(tokens().quietText);
-    painter.drawText(viewport()->rect().adjusted(Space::l, 0, -Space::l, 0), Qt::AlignCenter | Qt::TextWordWrap,
-                     m_context.text(L10nKey::noMarkers));
+    painter.drawText(viewport()->rect().adjusted(Space::l, 0, -Space::l, 0),
+                     Qt::AlignCenter | Qt::TextWordWrap, m_context.text(L10nKey::noMarkers));
 }
 
 }

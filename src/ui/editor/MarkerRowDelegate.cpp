@@ -34,7 +34,8 @@ MarkerRowDelegate::MarkerRowDelegate(const UiContext& context, const MarkerListM
 
 MarkerRowDelegate::Columns MarkerRowDelegate::columnsOf(const QStyleOptionViewItem& option) const {
     const double longest = m_context.state.videoDuration;
-    const int timeWidth = QFontMetrics(quieter(option.font)).horizontalAdvance(shortTime(std::max(longest, 600.0), true));
+    const int timeWidth =
+        QFontMetrics(quieter(option.font)).horizontalAdvance(shortTime(std::max(longest, 600.0), true));
     const int gameWidth = QFontMetrics(boldened(option.font)).horizontalAdvance(QStringLiteral("Ad–40"));
     QRect row = option.rect.adjusted(Space::m, 0, -Space::s, 0);
     const auto take = [&row](int width) {
@@ -50,7 +51,8 @@ MarkerRowDelegate::Columns MarkerRowDelegate::columnsOf(const QStyleOptionViewIt
     return columns;
 }
 
-void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const {
     const ColorTokens& colors = tokens();
     const Marker& marker = m_model.marker(index.row());
     const Columns columns = columnsOf(option);
@@ -84,7 +86,8 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
         painter->drawText(place, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
         return QFontMetrics(font).horizontalAdvance(shown);
     };
-    write(columns.time, shortTime(marker.startTime, true), quieter(option.font), colors.quietText, Qt::AlignRight);
+    write(columns.time, shortTime(marker.startTime, true), quieter(option.font), colors.quietText,
+          Qt::AlignRight);
 
     const QFont gameFont = boldened(option.font);
     const QString game = MarkerWords::game(marker.score);
@@ -99,7 +102,8 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
 
     QRect rest = columns.rest;
     if (const QString sets = MarkerWords::sets(marker.score); !sets.isEmpty())
-        rest.setLeft(rest.left() + write(rest, sets, quieter(option.font), colors.text, Qt::AlignLeft) + Space::m);
+        rest.setLeft(rest.left() + write(rest, sets, quieter(option.font), colors.text, Qt::AlignLeft) +
+                     Space::m);
     if (marker.label && rest.width() > Space::xl)
         write(rest, *marker.label, quieter(option.font), colors.quietText, Qt::AlignLeft);
     painter->restore();
@@ -109,7 +113,8 @@ QSize MarkerRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QMod
     return {0, option.fontMetrics.height() + 2 * Space::s};
 }
 
-QWidget* MarkerRowDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const {
+QWidget* MarkerRowDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                         const QModelIndex&) const {
     auto* editor = new QLineEdit(parent);
     editor->setAccessibleName(m_context.text(L10nKey::markerLabel));
     editor->setPlaceholderText(m_context.text(EditorTexts::labelHint));

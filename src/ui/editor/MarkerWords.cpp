@@ -35,7 +35,9 @@ QString game(const SportScoreState& score) {
 
 QString sets(const SportScoreState& score) {
     const auto& all = setsOf(score);
-    const auto hasBegun = [](const SetScore& set) { return set.team1 != 0 || set.team2 != 0 || set.tiebreak; };
+    const auto hasBegun = [](const SetScore& set) {
+        return set.team1 != 0 || set.team2 != 0 || set.tiebreak;
+    };
     const auto end = std::ranges::find_if(all | std::views::reverse, hasBegun).base();
     QStringList words;
     for (auto set = all.begin(); set != end; ++set)

@@ -71,7 +71,8 @@ ScoreEditor::ScoreEditor(const UiContext& context, QWidget* parent)
 }
 
 void ScoreEditor::setScore(const SportScoreState& score) {
-    const bool isSameShape = score.index() == m_score.index() && setsOf(score).size() == setsOf(m_score).size();
+    const bool isSameShape =
+        score.index() == m_score.index() && setsOf(score).size() == setsOf(m_score).size();
     m_score = score;
     if (!isSameShape) {
         rebuild();
@@ -165,7 +166,8 @@ void ScoreEditor::addServeRow() {
         m_grid->addWidget(button, serveRow, firstTeamColumn + static_cast<int>(team));
         connect(button, &QToolButton::clicked, this, [this, team] {
             edit([team](SportScoreState& score) {
-                std::visit([team](auto& state) { state.servingTeam = static_cast<std::int64_t>(team) + 1; }, score);
+                std::visit([team](auto& state) { state.servingTeam = static_cast<std::int64_t>(team) + 1; },
+                           score);
             });
             showValues(); // no group: Tab would pass over the one that is off
         });
@@ -177,10 +179,11 @@ void ScoreEditor::addSetRow(std::size_t set) {
     const int row = firstSetRow + static_cast<int>(set);
     SetRow steppers{addTitle(row), {}, nullptr};
     for (std::size_t team = 0; team < 2; ++team) {
-        steppers.games[team] = addStepper({.largest = largestNumber}, row, firstTeamColumn + static_cast<int>(team),
-                                          [set, team](SportScoreState& score, ValueStepper::Value value) {
-                                              side(setsIn(score).at(set), team) = *value;
-                                          });
+        steppers.games[team] =
+            addStepper({.largest = largestNumber}, row, firstTeamColumn + static_cast<int>(team),
+                       [set, team](SportScoreState& score, ValueStepper::Value value) {
+                           side(setsIn(score).at(set), team) = *value;
+                       });
         steppers.games[team]->setObjectName(QStringLiteral("set%1team%2").arg(set + 1).arg(team + 1));
     }
     if (isTennis()) {
@@ -204,9 +207,10 @@ ValueStepper* ScoreEditor::addStepper(const ValueStepper::Kind& kind, int row, i
                                       std::function<void(SportScoreState&, ValueStepper::Value)> write) {
     auto* stepper = new ValueStepper(kind, m_table);
     m_grid->addWidget(stepper, row, column);
-    connect(stepper, &ValueStepper::valueEdited, this, [this, write = std::move(write)](ValueStepper::Value value) {
-        edit([&](SportScoreState& score) { write(score, value); });
-    });
+    connect(stepper, &ValueStepper::valueEdited, this,
+            [this, write = std::move(write)](ValueStepper::Value value) {
+                edit([&](SportScoreState& score) { write(score, value); });
+            });
     return stepper;
 }
 
@@ -237,7 +241,9 @@ void ScoreEditor::showValues() {
 }
 
 void ScoreEditor::showTexts() {
-    const auto title = [](const QString& what, const QString& whose) { return what + QStringLiteral(", ") + whose; };
+    const auto title = [](const QString& what, const QString& whose) {
+        return what + QStringLiteral(", ") + whose;
+    };
     m_gameTitle->setText(m_context.text(isTennis() ? EditorTexts::gameShort : EditorTexts::points));
     m_serveTitle->setText(m_context.text(EditorTexts::serveShort));
     if (m_tiebreakTitle) {

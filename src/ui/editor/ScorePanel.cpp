@@ -117,7 +117,8 @@ void ScorePanel::showInitialScore() {
     m_time->clear();
     m_remove->setToolTip(m_context.text(EditorTexts::clearInitial));
     m_remove->setAccessibleName(m_context.text(EditorTexts::clearInitial));
-    m_editor->setScore(state.initialScore.value().value_or(ScoringEngine::getInitialScore(*state.matchConfig.value())));
+    m_editor->setScore(
+        state.initialScore.value().value_or(ScoringEngine::getInitialScore(*state.matchConfig.value())));
     m_swap->show();
     m_remove->setVisible(state.initialScore.value().has_value());
     m_editor->show();
@@ -129,7 +130,8 @@ void ScorePanel::showNothing() {
     const bool hasMarkers = !m_context.state.markers.value().empty();
     m_title->setText(m_context.text(L10nKey::editMarker));
     m_time->clear();
-    m_hint->setText(m_context.text(hasMarkers ? L10nKey::selectMarkerToEdit : L10nKey::addMarkerToDefineScore));
+    m_hint->setText(
+        m_context.text(hasMarkers ? L10nKey::selectMarkerToEdit : L10nKey::addMarkerToDefineScore));
     for (QWidget* part : std::initializer_list<QWidget*>{m_swap, m_remove, m_label, m_editor})
         part->hide();
     m_hint->show();

@@ -27,6 +27,9 @@ enum class EditorAction {
     pointBackTeam1,
     pointBackTeam2,
     swapServe,
+    trimStart,
+    trimEnd,
+    addCut,
     deleteSelection,
 };
 

@@ -112,8 +112,8 @@ bool ValueStepper::isOurKey(int key) const {
     if (m_kind.valueOfKey && m_kind.valueOfKey(key))
         return true;
     const bool isDigit = key >= Qt::Key_0 && key <= Qt::Key_9;
-    return isDigit || key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Backspace || key == Qt::Key_Delete
-           || key == Qt::Key_Escape;
+    return isDigit || key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Backspace ||
+           key == Qt::Key_Delete || key == Qt::Key_Escape;
 }
 
 bool ValueStepper::event(QEvent* event) {

@@ -3,12 +3,14 @@
 #include "ui/style/Theme.h"
 
 #include <QApplication>
+#include <QStandardPaths>
 
 namespace pointloom::test {
 
 EditorFixture::EditorFixture()
     : defaults(folder.path(QStringLiteral("settings.ini")))
     , context{state, undo, defaults, dialogs} {
+    QStandardPaths::setTestModeEnabled(true); // thumbnails are kept
     Theme::shared().apply(*qobject_cast<QApplication*>(QCoreApplication::instance()), ThemeChoice::dark);
     state.selectedTemplate = TemplateID::classic;
     state.matchConfig = tennisMatch();

@@ -106,7 +106,7 @@ TEST_F(PictureTest, TheScoreboardLooksAsTheExportDrawsIt) {
         overlay.setVideoRect(QRectF(QPointF(0, 0), exported.size()));
         QImage preview = bare.convertToFormat(QImage::Format_ARGB32_Premultiplied);
         overlay.render(&preview, {}, {}, QWidget::DrawChildren);
-        EXPECT_GT(differingShare(bare, exported), 0.04) << "there is a board to see";
+        EXPECT_GT(differingShare(bare, exported), 0.02) << "there is a board to see";
         EXPECT_LT(differingShare(preview, exported), 0.0005) << "template " << static_cast<int>(board);
     }
 }

@@ -119,7 +119,8 @@ TEST_F(SidebarTest, TheListFollowsTheSessionAndJumps) {
     state.videoDuration = 10;
     openEditor();
     MarkerListView& list = editor->sidebar().markers();
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(1, 0)).center());
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.visualRect(list.model()->index(1, 0)).center());
     EXPECT_EQ(state.selectedMarkerID.value(), marker(1).id);
     EXPECT_EQ(state.currentTime.value(), 2);
     list.setFocus();
@@ -157,7 +158,8 @@ TEST_F(SidebarTest, MarkersComeFromAFileInOneStepOrASentenceSaysWhyNot) {
     EXPECT_TRUE(message.isVisible());
     dialogs.fileToOpen = folder.path(QStringLiteral("gone.csv"));
     find<QToolButton>("importMarkers")->click();
-    EXPECT_TRUE(message.message().startsWith(QStringLiteral("Could not read file: "))) << message.message().toStdString();
+    EXPECT_TRUE(message.message().startsWith(QStringLiteral("Could not read file: ")))
+        << message.message().toStdString();
     EXPECT_EQ(state.markers.value().size(), 1U);
 
     dialogs.fileToOpen = folder.write(QStringLiteral("match.csv"), "30,Break,2,0,0,2,1\n0,,1,15,0,0,0\n");
