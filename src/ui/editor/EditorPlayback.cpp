@@ -68,8 +68,12 @@ void EditorPlayback::openVideo() {
 }
 
 bool EditorPlayback::startPlayer() {
-    if (m_player || m_isUnavailable)
-        return m_player != nullptr;
+    if (m_player)
+        return true;
+    if (!m_whyUnavailable.isEmpty()) {
+        Q_EMIT unavailable(m_whyUnavailable);
+        return false;
+    }
     try {
         m_player = std::make_unique<playback::Player>();
         m_player->setHardwareDecoding(m_hardwareDecoding);
@@ -80,8 +84,8 @@ bool EditorPlayback::startPlayer() {
         Q_EMIT playerStarted(*m_player);
     } catch (const playback::PlaybackError& error) {
         m_player.reset();
-        m_isUnavailable = true;
-        Q_EMIT unavailable(QString::fromUtf8(error.what()));
+        m_whyUnavailable = QString::fromUtf8(error.what());
+        Q_EMIT unavailable(m_whyUnavailable);
     }
     return m_player != nullptr;
 }

@@ -6,7 +6,12 @@ void ElidedLabel::setFullText(const QString& text) {
     m_fullText = text;
     setToolTip(text);
     setAccessibleName(text);
+    updateGeometry();
     elide();
+}
+
+QSize ElidedLabel::sizeHint() const {
+    return {fontMetrics().horizontalAdvance(m_fullText) + 1, QLabel::sizeHint().height()};
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent* event) {

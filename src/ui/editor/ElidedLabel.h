@@ -12,6 +12,7 @@ public:
     using QLabel::QLabel;
 
     void setFullText(const QString& text);
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
 protected:

@@ -5,9 +5,13 @@
 
 namespace pointloom {
 
+inline void styleAsHeading(QLabel* label) {
+    label->setStyleSheet(QStringLiteral("font-weight: 600;"));
+}
+
 inline QLabel* makeHeading(QWidget* parent) {
     QLabel* heading = Controls::label(Controls::TextRole::body, parent);
-    heading->setStyleSheet(QStringLiteral("font-weight: 600;"));
+    styleAsHeading(heading);
     return heading;
 }
 

@@ -6,8 +6,8 @@
 #include "ui/style/Theme.h"
 
 #include <QAccessible>
-#include <QHBoxLayout>
 #include <QPainter>
+#include <QVBoxLayout>
 
 namespace pointloom {
 
@@ -20,14 +20,21 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     , m_close(Controls::iconButton(QStringLiteral("close"), this)) {
     m_message->setWordWrap(true);
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Space::m, Space::s, Space::s, Space::s);
-    row->setSpacing(Space::s);
-    row->addWidget(m_icon);
-    row->addWidget(m_message, 1);
-    row->addWidget(m_secondAction);
-    row->addWidget(m_firstAction);
-    row->addWidget(m_close);
+    auto* head = new QHBoxLayout;
+    head->setSpacing(Space::s);
+    head->addWidget(m_icon, 0, Qt::AlignTop);
+    head->addWidget(m_message, 1);
+    head->addWidget(m_close, 0, Qt::AlignTop);
+    auto* actions = new QHBoxLayout;
+    actions->setSpacing(Space::s);
+    actions->addStretch(1);
+    actions->addWidget(m_secondAction);
+    actions->addWidget(m_firstAction);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(Space::m, Space::s, Space::s, Space::s);
+    column->setSpacing(Space::s);
+    column->addLayout(head);
+    column->addLayout(actions);
 
     const auto tint = [this] {
         constexpr int side = 20;

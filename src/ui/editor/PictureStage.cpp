@@ -29,6 +29,8 @@ PictureStage::PictureStage(const UiContext& context, EditorPlayback& playback, Q
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     connect(&m_playback, &EditorPlayback::playerStarted, this, &PictureStage::showPlayer);
     connect(&m_playback, &EditorPlayback::opening, m_messages, &QWidget::hide);
+    connect(&m_playback, &EditorPlayback::opening, this, &PictureStage::showWhatThereIs);
+    connect(&m_playback, &EditorPlayback::loaded, this, &PictureStage::place);
     connect(&m_playback, &EditorPlayback::failed, this, &PictureStage::showFailure);
     connect(&m_playback, &EditorPlayback::unavailable, this, &PictureStage::showUnavailable);
     connect(m_messages, &MessageBar::firstActionChosen, this, &PictureStage::importRequested);
@@ -77,24 +79,23 @@ QWidget* PictureStage::makeEmptyState() {
 void PictureStage::showPlayer(playback::Player& player) {
     m_view = std::make_unique<playback::PlayerView>(player, playback::PlayerView::Rendering::Automatic, this);
     connect(m_view.get(), &playback::PlayerView::videoRectChanged, this, &PictureStage::place);
-    m_overlay->setParent(m_view.get());
-    m_messages->raise();
-    m_view->show();
     showWhatThereIs();
     place();
 }
 
+// A view that has lost its file would go on showing the last picture of it.
 void PictureStage::showFailure(const QString& message) {
+    hostOverlay(this);
+    if (m_view)
+        m_view->hide();
     m_messages->showMessage(message, m_context.text(EditorTexts::importAgain),
                             m_context.text(L10nKey::retry));
     place();
 }
 
 void PictureStage::showUnavailable(const QString& reason) {
-    if (m_view) {
-        m_overlay->setParent(this);
-        m_view.reset();
-    }
+    hostOverlay(this);
+    m_view.reset();
     showWhatThereIs();
     m_messages->raise();
     m_messages->showMessage(format(m_context.text(EditorTexts::noPicture), reason));
@@ -105,8 +106,19 @@ void PictureStage::showWhatThereIs() {
     const bool hasVideo = m_context.state.videoURL.value().has_value();
     m_emptyState->setVisible(!hasVideo);
     m_overlay->setVisible(hasVideo);
-    if (m_view)
+    if (m_view) {
         m_view->setVisible(hasVideo);
+        hostOverlay(m_view.get());
+    }
+    m_messages->raise();
+}
+
+// Only children of the view lie over the picture.
+void PictureStage::hostOverlay(QWidget* host) {
+    if (m_overlay->parentWidget() == host)
+        return;
+    m_overlay->setParent(host); // which hides it
+    m_overlay->setVisible(m_context.state.videoURL.value().has_value());
 }
 
 void PictureStage::resizeEvent(QResizeEvent*) {
@@ -125,6 +137,7 @@ void PictureStage::place() {
     const int height = m_messages->layout()->hasHeightForWidth() ? m_messages->layout()->heightForWidth(width)
                                                                  : m_messages->sizeHint().height();
     m_messages->setGeometry((this->width() - width) / 2, Space::m, width, height);
+    m_messages->raise();
 }
 
 // The player's own, or where the picture would stand while it cannot be shown.

@@ -34,6 +34,7 @@ private:
     void showFailure(const QString& message);
     void showUnavailable(const QString& reason);
     void showWhatThereIs();
+    void hostOverlay(QWidget* host);
     void place();
     QRectF videoRect() const;
 

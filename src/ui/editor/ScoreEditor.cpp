@@ -192,7 +192,7 @@ void ScoreEditor::addSetRow(std::size_t set) {
                                            setsIn(score).at(set).tiebreak = value;
                                        });
         steppers.tiebreak->setObjectName(QStringLiteral("tiebreak%1").arg(set + 1));
-        steppers.tiebreak->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        steppers.tiebreak->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     }
     m_sets.push_back(steppers);
 }

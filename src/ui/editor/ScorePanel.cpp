@@ -19,7 +19,8 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     : QScrollArea(parent)
     , m_context(context) {
     auto* content = new QWidget(this);
-    m_title = makeHeading(content);
+    m_title = new ElidedLabel(content);
+    styleAsHeading(m_title);
     m_time = Controls::label(Controls::TextRole::quiet, content);
     m_swap = Controls::iconButton(QStringLiteral("swap"), content);
     m_remove = Controls::iconButton(QStringLiteral("trash"), content);
@@ -33,8 +34,8 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
 
     auto* head = new QHBoxLayout;
     head->setSpacing(Space::xs);
-    head->addWidget(m_title);
-    head->addWidget(m_time, 1);
+    head->addWidget(m_title, 1);
+    head->addWidget(m_time);
     head->addWidget(m_swap);
     head->addWidget(m_remove);
     auto* column = new QVBoxLayout(content);
@@ -97,7 +98,7 @@ void ScorePanel::refresh() {
 }
 
 void ScorePanel::showMarker(const Marker& marker) {
-    m_title->setText(m_context.text(L10nKey::editMarker));
+    m_title->setFullText(m_context.text(L10nKey::editMarker));
     m_time->setText(shortTime(marker.startTime, true));
     m_remove->setToolTip(m_context.text(L10nKey::deleteMarker));
     m_remove->setAccessibleName(m_context.text(L10nKey::deleteMarker));
@@ -113,7 +114,7 @@ void ScorePanel::showMarker(const Marker& marker) {
 
 void ScorePanel::showInitialScore() {
     const AppState& state = m_context.state;
-    m_title->setText(m_context.text(L10nKey::initialScore));
+    m_title->setFullText(m_context.text(L10nKey::initialScore));
     m_time->clear();
     m_remove->setToolTip(m_context.text(EditorTexts::clearInitial));
     m_remove->setAccessibleName(m_context.text(EditorTexts::clearInitial));
@@ -128,7 +129,7 @@ void ScorePanel::showInitialScore() {
 
 void ScorePanel::showNothing() {
     const bool hasMarkers = !m_context.state.markers.value().empty();
-    m_title->setText(m_context.text(L10nKey::editMarker));
+    m_title->setFullText(m_context.text(L10nKey::editMarker));
     m_time->clear();
     m_hint->setText(
         m_context.text(hasMarkers ? L10nKey::selectMarkerToEdit : L10nKey::addMarkerToDefineScore));

@@ -42,7 +42,7 @@ private:
     UiContext m_context;
     bool m_isInitial = false;
     QUuid m_shown; // the marker that the label field is about
-    QLabel* m_title;
+    ElidedLabel* m_title;
     QLabel* m_time;
     QToolButton* m_swap;
     QToolButton* m_remove;
