@@ -83,11 +83,15 @@ bool EditorPlayback::startPlayer() {
         followPlayer();
         Q_EMIT playerStarted(*m_player);
     } catch (const playback::PlaybackError& error) {
-        m_player.reset();
-        m_whyUnavailable = QString::fromUtf8(error.what());
-        Q_EMIT unavailable(m_whyUnavailable);
+        giveUp(QString::fromUtf8(error.what()));
     }
     return m_player != nullptr;
+}
+
+void EditorPlayback::giveUp(const QString& reason) {
+    m_player.reset();
+    m_whyUnavailable = reason;
+    Q_EMIT unavailable(reason);
 }
 
 void EditorPlayback::followPlayer() {

@@ -28,6 +28,9 @@ public:
     /// Seconds that a frame lasts, nominal; a 25th where no video says otherwise.
     double frameDuration() const;
 
+    /// Does without a player from now on: its picture cannot be shown.
+    void giveUp(const QString& reason);
+
     /// Opens the session's video anew, at the playhead: after a failure, or when its file has changed.
     void reload();
 
@@ -52,7 +55,7 @@ public:
     void setHardwareDecoding(bool enabled);
 
 Q_SIGNALS:
-    /// Whoever shows the picture makes a PlayerView in a direct connection to this.
+    /// Whoever shows the picture makes a PlayerView in a direct connection to this, or gives up.
     void playerStarted(playback::Player& player);
     /// A video was asked for: what was said of an earlier one no longer holds.
     void opening();

@@ -2,6 +2,7 @@
 
 #include "l10n/Format.h"
 #include "playback/PictureFit.h"
+#include "playback/PlaybackError.h"
 #include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -77,7 +78,12 @@ QWidget* PictureStage::makeEmptyState() {
 }
 
 void PictureStage::showPlayer(playback::Player& player) {
-    m_view = std::make_unique<playback::PlayerView>(player, playback::PlayerView::Rendering::Automatic, this);
+    try {
+        m_view = std::make_unique<playback::PlayerView>(player, playback::PlayerView::Rendering::Automatic, this);
+    } catch (const playback::PlaybackError& error) {
+        m_playback.giveUp(QString::fromUtf8(error.what()));
+        return;
+    }
     connect(m_view.get(), &playback::PlayerView::videoRectChanged, this, &PictureStage::place);
     showWhatThereIs();
     place();
