@@ -170,6 +170,13 @@ void ScorePanel::showTexts() {
     refresh();
 }
 
+// Where there is no room for both, the list says the time and the title stays whole.
+void ScorePanel::resizeEvent(QResizeEvent* event) {
+    constexpr int roomForTime = 290; // points
+    m_time->setVisible(width() >= roomForTime);
+    QScrollArea::resizeEvent(event);
+}
+
 // As high as what it shows, so that the list above gets the rest.
 QSize ScorePanel::sizeHint() const {
     const QSize content = widget()->sizeHint();

@@ -28,6 +28,9 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {200, 132}; }
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     const Marker* shownMarker() const;
     void refresh();
