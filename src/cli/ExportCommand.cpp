@@ -2,6 +2,7 @@
 #include "cli/Arguments.h"
 #include "cli/CancelOnSignal.h"
 #include "cli/Commands.h"
+#include "cli/DamageWarning.h"
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
 #include "cli/ProgressDisplay.h"
@@ -145,12 +146,14 @@ ExitStatus ExportCommand::run() {
         display.update(progress);
     };
     try {
-        ExportManager::exportVideo(
+        const ExportReport report = ExportManager::exportVideo(
             job, [&] { return cancellation.isRequested(); }, showProgress);
+        display.finish(job.outputPath);
+        if (const auto warning = damageWarning(report.damage))
+            say(Remarks{.notes = {}, .warnings = {*warning}});
     } catch (const ExportError& error) {
         throw faultOf(error, projectPath);
     }
-    display.finish(job.outputPath);
     return ExitStatus::done;
 }
 

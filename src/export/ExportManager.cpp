@@ -287,7 +287,7 @@ void recordError(const QString& description) {
         QMetaObject::invokeMethod(application, record, Qt::QueuedConnection);
 }
 
-void runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
+ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
              const ExportManager::ProgressReport& onProgress) {
     VideoReader reader = openVideo(job.videoPath);
     const media::MediaInfo info = reader.info();
@@ -313,13 +313,15 @@ void runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled
     }
     file.keep();
     progress.finish();
+    return {frames.damage()};
 }
 
 }
 
-void ExportManager::exportVideo(const ExportJob& job, const CancelQuery& isCancelled, const ProgressReport& onProgress) {
+ExportReport ExportManager::exportVideo(const ExportJob& job, const CancelQuery& isCancelled,
+                                        const ProgressReport& onProgress) {
     try {
-        runSync(job, isCancelled, onProgress);
+        return runSync(job, isCancelled, onProgress);
     } catch (const std::exception& error) {
         recordError(QString::fromUtf8(error.what()));
         throw;

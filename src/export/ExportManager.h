@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/ExportOptions.h"
+#include "media/Damage.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"
@@ -47,6 +48,11 @@ struct ExportProgress {
     std::int64_t expectedFrames = 1;
 };
 
+/// What is worth knowing about a complete file.
+struct ExportReport {
+    media::Damage damage; // of the source in the exported range
+};
+
 namespace ExportManager {
 
 using CancelQuery = std::function<bool()>;
@@ -54,8 +60,8 @@ using ProgressReport = std::function<void(const ExportProgress&)>;
 
 /// Blocks until the file is complete. `isCancelled` is polled once a frame and `onProgress` called at each
 /// whole per cent, both on the calling thread. Throws ExportError, and ExportCancelled when
-/// `isCancelled` said so; a partial file is removed in both cases.
-void exportVideo(const ExportJob& job, const CancelQuery& isCancelled, const ProgressReport& onProgress);
+/// `isCancelled` said so; a partial file is removed in both cases. A damaged video gives what can be decoded.
+ExportReport exportVideo(const ExportJob& job, const CancelQuery& isCancelled, const ProgressReport& onProgress);
 
 /// The frame shown at `time` (seconds), upright, with the overlay that the export would give it.
 /// Throws ExportError.

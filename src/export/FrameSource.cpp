@@ -41,13 +41,15 @@ void FrameSource::run() {
 // Each frame waits for the one after it, which tells how long it is shown.
 void FrameSource::decode() {
     m_reader.seek(m_range.start());
+    std::optional<double> lastTime;
     auto current = nextConverted();
     while (current) {
         auto following = nextConverted();
         const auto nextTimestamp = following ? std::optional(following->timestamp()) : std::nullopt;
         const auto stay = m_range.place(current->timestamp(), current->duration(), nextTimestamp, current->timeBase());
         if (!stay && m_range.end() && current->time() >= *m_range.end())
-            return;
+            break;
+        lastTime = current->time();
         if (stay) {
             const double sourceTime = std::max(current->time(), m_range.start());
             current->makeWritable();
@@ -57,6 +59,13 @@ void FrameSource::decode() {
         }
         current = std::move(following);
     }
+    assessDamage(lastTime);
+}
+
+void FrameSource::assessDamage(std::optional<double> lastTime) {
+    m_damage = m_reader.damage();
+    if (m_range.end() && lastTime) // pictures that nobody asked for are not missed
+        m_damage.secondsMissing = std::min(m_damage.secondsMissing, std::max(0.0, *m_range.end() - *lastTime));
 }
 
 std::optional<media::VideoFrame> FrameSource::nextConverted() {

@@ -29,16 +29,21 @@ public:
     /// The next frame; empty at the end of the range. Throws what decoding threw.
     std::optional<TrimmedFrame> next();
 
+    /// What of the range could not be read. Complete when `next` has come to the end.
+    const media::Damage& damage() const { return m_damage; }
+
 private:
     void run();
     void decode();
+    void assessDamage(std::optional<double> lastTime);
     std::optional<media::VideoFrame> nextConverted();
 
     media::VideoReader m_reader;
     media::FrameConverter m_converter;
     TrimRange m_range;
     bool m_readerIsDone = false;
-    std::exception_ptr m_failure; // written before the queue is closed, read after
+    std::exception_ptr m_failure; // this and the damage are written before the queue is closed, read after
+    media::Damage m_damage;
     BoundedQueue<TrimmedFrame> m_queue;
     std::thread m_thread;
 };

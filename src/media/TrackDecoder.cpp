@@ -3,6 +3,8 @@
 #include "media/FFmpegError.h"
 #include "media/InputFile.h"
 
+#include <utility>
+
 namespace pointloom::media {
 
 namespace {
@@ -41,7 +43,7 @@ AVFramePtr TrackDecoder::next(std::int64_t packetLimit) {
         if (result >= 0) {
             m_failuresInARow = 0;
             if ((frame->flags & AV_FRAME_FLAG_CORRUPT) != 0 || frame->decode_error_flags != 0)
-                ++m_damagedPackets;
+                ++m_damage.faultyPictures;
             return frame;
         }
         if (result == AVERROR(EAGAIN) && !m_draining) {
@@ -54,7 +56,7 @@ AVFramePtr TrackDecoder::next(std::int64_t packetLimit) {
             m_atEnd = true;
             break;
         }
-        ++m_damagedPackets;
+        ++m_damage.lostPictures;
     }
     return nullptr;
 }
@@ -66,16 +68,15 @@ void TrackDecoder::feed() {
         return;
     }
     if (read < 0) {
-        ++m_damagedPackets;
-        if (++m_failuresInARow > mostFailuresInARow)
+        if (++m_failedReadsInARow > mostFailuresInARow)
             beginDraining();
         return;
     }
+    m_damage.lostPictures += std::exchange(m_failedReadsInARow, 0);
     if (m_packet->stream_index == m_streamIndex) {
         ++m_packetsRead;
-        const int sent = avcodec_send_packet(m_codec.get(), m_packet.get());
-        if (sent < 0 || (m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
-            ++m_damagedPackets;
+        if (avcodec_send_packet(m_codec.get(), m_packet.get()) < 0)
+            ++m_damage.lostPictures;
     }
     av_packet_unref(m_packet.get());
 }
@@ -88,6 +89,8 @@ void TrackDecoder::beginDraining() {
 
 void TrackDecoder::flush() {
     avcodec_flush_buffers(m_codec.get());
+    m_damage = {};
+    m_failedReadsInARow = 0;
     m_failuresInARow = 0;
     m_draining = false;
     m_atEnd = false;

@@ -1,6 +1,7 @@
 // Decodes one track of an open file, going on over damage.
 #pragma once
 
+#include "media/Damage.h"
 #include "media/FFmpegHandles.h"
 
 #include <limits>
@@ -16,11 +17,12 @@ public:
     /// brought none. Never fails for what the packets hold.
     AVFramePtr next(std::int64_t packetLimit = std::numeric_limits<std::int64_t>::max());
 
-    /// Forgets what was read ahead. Call after each seek in the context.
+    /// Forgets what was read ahead, and the damage found so far. Call after each seek in the context.
     void flush();
 
     bool isAtEnd() const { return m_atEnd; }
-    std::int64_t damagedPackets() const { return m_damagedPackets; }
+    /// Since the last seek; without what is missing at the end.
+    const Damage& damage() const { return m_damage; }
 
 private:
     void feed();
@@ -30,9 +32,10 @@ private:
     int m_streamIndex;
     CodecPtr m_codec;
     PacketPtr m_packet;
-    std::int64_t m_damagedPackets = 0;
+    Damage m_damage;
+    int m_failedReadsInARow = 0; // damage only when something can be read after them
     std::int64_t m_packetsRead = 0;
-    int m_failuresInARow = 0; // of reading, or of draining
+    int m_failuresInARow = 0; // of draining
     bool m_draining = false;
     bool m_atEnd = false;
 };

@@ -29,7 +29,6 @@ struct VideoReader::State {
     std::deque<AVFramePtr> pending{}; // decoded ahead, in order
     std::optional<std::int64_t> lastTimestamp{};
     std::int64_t lastDuration = 0;
-    std::int64_t damagedBefore = 0; // by decoders that were given up
     bool anyPicture = false;
 
     const AVStream& stream() const { return *file.context()->streams[media.videoStream]; }
@@ -39,6 +38,7 @@ struct VideoReader::State {
     bool placeInTime(AVFrame& picture);
     bool seekTo(std::int64_t ticks);
     void rewind();
+    double secondsMissing() const;
 };
 
 VideoReader::VideoReader(std::unique_ptr<State> state)
@@ -55,8 +55,10 @@ const VideoTrackInfo& VideoReader::track() const {
     return *m_state->media.info.video;
 }
 
-std::int64_t VideoReader::damagedPackets() const {
-    return m_state->damagedBefore + m_state->media.decoder->damagedPackets();
+Damage VideoReader::damage() const {
+    Damage damage = m_state->media.decoder->damage();
+    damage.secondsMissing = m_state->secondsMissing();
+    return damage;
 }
 
 VideoReader VideoReader::open(const QString& path) {
@@ -173,10 +175,25 @@ void VideoReader::State::rewind() {
     OpenedMedia again = openMedia(reopened, 0);
     if (!again.info.video)
         throw MediaError("the file has changed and lost its video track");
-    damagedBefore += media.decoder->damagedPackets();
     media = std::move(again); // before the file that its decoder read from
     file = std::move(reopened);
     lastTimestamp.reset();
+}
+
+/// From the last picture that came out to the last one that the index names. The index holds decoding times,
+/// which are no later than the times of presentation: in a whole file nothing is left.
+double VideoReader::State::secondsMissing() const {
+    if (!media.decoder->isAtEnd() || !lastTimestamp)
+        return 0;
+    AVStream* track = file.context()->streams[media.videoStream];
+    for (int i = avformat_index_get_entries_count(track) - 1; i >= 0; --i) {
+        const AVIndexEntry* entry = avformat_index_get_entry(track, i);
+        if ((entry->flags & AVINDEX_DISCARD_FRAME) != 0)
+            continue; // beyond the end of the edit
+        const std::int64_t missing = entry->timestamp - *lastTimestamp;
+        return missing > 0 ? static_cast<double>(missing) * av_q2d(track->time_base) : 0;
+    }
+    return 0;
 }
 
 }

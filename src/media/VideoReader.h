@@ -1,6 +1,7 @@
 // Decodes the first video track of a file, frame by frame, with the times of its presentation timeline.
 #pragma once
 
+#include "media/Damage.h"
 #include "media/MediaInfo.h"
 #include "media/VideoFrame.h"
 
@@ -36,8 +37,9 @@ public:
     /// decoded at all.
     std::optional<VideoFrame> read();
 
-    /// Packets that the decoder refused or marked as corrupt so far.
-    std::int64_t damagedPackets() const;
+    /// What could not be read since the last seek, from the key frame on that it began with. What is missing
+    /// at the end is known when `read` has come to the end.
+    Damage damage() const;
 
 private:
     struct State;

@@ -105,6 +105,25 @@ TEST_F(ExportCommandTest, AMovedVideoIsFoundAndABrokenOneIsAFault) {
     EXPECT_FALSE(exists(QStringLiteral("x.mp4")));
 }
 
+TEST_F(ExportCommandTest, AVideoThatIsCutShortIsExportedWithAWarning) {
+    makeProject(4);
+    const QString whole = path(QStringLiteral("v.mp4"));
+    const QByteArray clip = test::readFile(
+        clips.make(QStringLiteral("front.mp4"), {QStringLiteral("-i"), whole, QStringLiteral("-c"), QStringLiteral("copy"),
+                                                 QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
+    write(QStringLiteral("cut.mp4"), clip.left(clip.size() / 2));
+    const Outcome outcome = run("export m.plp --video cut.mp4 -o out.mp4");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "out.mp4\n");
+    EXPECT_TRUE(outcome.err.startsWith("pointloom-cli: warning: ")) << outcome.errText();
+    EXPECT_TRUE(outcome.err.endsWith(" s of the video are missing\n")) << outcome.errText();
+    EXPECT_LT(durationOf(QStringLiteral("out.mp4")), 3.5);
+
+    write(QStringLiteral("unfinished.mp4"), test::readFile(whole).left(clip.size() / 2));
+    EXPECT_EQ(faultOf("export m.plp --video unfinished.mp4 -o x.mp4"),
+              "m.plp: Export failed: Reader failed: the file is cut short or was never finished: its index is missing");
+}
+
 TEST_F(ExportCommandTest, AStillShowsTheVideoWithItsScoreboard) {
     ASSERT_EQ(run(newTennis).status, 0);
     const QString black = clips.make(QStringLiteral("black.mp4"),

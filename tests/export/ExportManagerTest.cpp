@@ -304,6 +304,21 @@ TEST(Export, CancellingLeavesNoFileAndIsNoExportError) {
     EXPECT_FALSE(QFile::exists(job.outputPath));
 }
 
+TEST(Export, AClipThatIsCutShortGivesWhatIsThereAndSaysWhatIsMissing) {
+    const ClipFolder folder;
+    const QByteArray whole = test::readFile(folder.make(
+        QStringLiteral("clip.mp4"), QString::fromUtf8(greyClip).split(u' ') + QStringList{QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
+    const QString cut = folder.write(QStringLiteral("cut.mp4"), whole.left(whole.size() * 3 / 4));
+    ExportJob job = jobFor(cut, folder.path(QStringLiteral("out.mp4")));
+    const double missing = ExportManager::exportVideo(job, {}, {}).damage.secondsMissing;
+    ASSERT_GT(missing, 0.3);
+    EXPECT_NEAR(frameTimes(job.outputPath).back() + missing, 3.96, 0.16);
+
+    job.trimEnd = 1;
+    EXPECT_EQ(ExportManager::exportVideo(job, {}, {}).damage, media::Damage{}) << "nothing of this range is missing";
+    EXPECT_EQ(frameTimes(job.outputPath).size(), 25U);
+}
+
 TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
     const ClipFolder folder;
     const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);

@@ -33,7 +33,7 @@ void readSome(const QString& path) {
         const std::optional<VideoFrame> middle = reader.read();
         ASSERT_TRUE(middle);
         EXPECT_EQ(middle->format(), reader.track().format);
-        EXPECT_EQ(reader.damagedPackets(), 0);
+        EXPECT_EQ(reader.damage(), Damage{});
     }
     if (std::optional<AudioReader> sound = AudioReader::open(path, info.duration / 2, info.duration)) {
         while (sound->read()) {

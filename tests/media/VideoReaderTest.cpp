@@ -53,7 +53,7 @@ TEST(VideoReader, FramesComeInPresentationOrderWithTheirTimes) {
         EXPECT_EQ(frames[i].number, static_cast<int>(i));
         EXPECT_NEAR(frames[i].time, static_cast<double>(i) / 25, 1e-9);
     }
-    EXPECT_EQ(reader.damagedPackets(), 0);
+    EXPECT_EQ(reader.damage(), Damage{});
     EXPECT_NEAR(reader.info().duration, 2.0, 1e-3);
     EXPECT_EQ(reader.track().frameRate, (Rational{25, 1}));
 }

@@ -68,8 +68,8 @@ void ExportRunner::run(const ExportJob& job, const std::stop_token& stop) {
     };
     try {
         const SleepInhibitor awake(t(m_language, L10nKey::exporting));
-        ExportManager::exportVideo(job, isCancelled, onProgress);
-        post({Stage::done, {}});
+        const ExportReport report = ExportManager::exportVideo(job, isCancelled, onProgress);
+        post({Stage::done, {}}, report);
     } catch (const ExportCancelled&) {
         post({Stage::idle, {}});
     } catch (const std::exception& error) {
@@ -77,9 +77,10 @@ void ExportRunner::run(const ExportJob& job, const std::stop_token& stop) {
     }
 }
 
-void ExportRunner::post(AppState::ExportStatus status) {
-    const auto take = [this, status = std::move(status)] {
+void ExportRunner::post(AppState::ExportStatus status, const ExportReport& report) {
+    const auto take = [this, status = std::move(status), report] {
         m_isRunning = false;
+        m_report = report;
         m_state.exportStatus = status;
         Q_EMIT finished();
     };

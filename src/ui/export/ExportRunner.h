@@ -32,17 +32,21 @@ public:
     ExportProgress progress() const;
     double elapsedSeconds() const;
 
+    /// Of the last export that was completed.
+    const ExportReport& report() const { return m_report; }
+
 Q_SIGNALS:
     void finished();
 
 private:
     void run(const ExportJob& job, const std::stop_token& stop);
-    void post(AppState::ExportStatus status);
+    void post(AppState::ExportStatus status, const ExportReport& report = {});
 
     AppState& m_state;
     Language m_language = Language::english; // of the messages of the export that runs
     bool m_isRunning = false;
     bool m_isStopping = false;
+    ExportReport m_report;
     QElapsedTimer m_clock;
     std::atomic<std::int64_t> m_frames = 0;
     std::atomic<std::int64_t> m_expectedFrames = 0; // 0 until the first frame is written

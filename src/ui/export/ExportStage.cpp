@@ -133,9 +133,7 @@ void ExportStage::showStage() {
     m_refresh.stop();
     if (isDone) {
         m_heading->setText(m_context.text(L10nKey::exportComplete));
-        m_detail->setText(QStringLiteral("%1 · %2").arg(
-            QFileInfo(m_path).fileName(),
-            ExportWords::bytes(QFileInfo(m_path).size(), m_context.state.language)));
+        m_detail->setText(result());
         m_close->setFocus();
     } else if (isFailed) {
         m_heading->setText(m_context.text(L10nKey::exportFailed));
@@ -143,6 +141,15 @@ void ExportStage::showStage() {
         m_retry->setFocus();
     }
     m_detail->setAccessibleName(m_detail->text());
+}
+
+// A line about the file, and one for each kind of damage that the video had.
+QString ExportStage::result() const {
+    const Language language = m_context.state.language;
+    const QFileInfo file(m_path);
+    QStringList lines{QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language))};
+    lines += ExportWords::damage(m_runner.report().damage, language);
+    return lines.join(u'\n');
 }
 
 void ExportStage::showProgress() {

@@ -39,6 +39,7 @@ private:
     QPushButton* addButton(const char* name, bool isPrimary, void (ExportStage::*chosen)());
     void showWords();
     void showStage();
+    QString result() const;
     void showProgress();
     void play();
     void showInFolder();

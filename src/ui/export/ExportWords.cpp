@@ -4,6 +4,7 @@
 #include "l10n/UiText.h"
 #include "ui/export/ExportTexts.h"
 
+#include <algorithm>
 #include <cmath>
 #include <QLocale>
 
@@ -32,6 +33,17 @@ QString progress(const ExportProgress& progress, double elapsedSeconds, Language
         QStringLiteral(", ") +
         t(language, ExportTexts::framesPerSecond).arg(locale.toString(std::llround(pace->framesPerSecond)));
     return line + QStringLiteral(", ") + t(language, ExportTexts::timeLeft).arg(span(pace->secondsLeft));
+}
+
+QStringList damage(const media::Damage& damage, Language language) {
+    constexpr double shortest = 0.1; // seconds; that one decimal can say
+    QStringList lines;
+    const QLocale locale = localeOf(language);
+    if (const std::int64_t pictures = damage.lostPictures + damage.faultyPictures; pictures > 0)
+        lines += t(language, ExportTexts::damagedPictures).arg(locale.toString(qlonglong{pictures}));
+    if (damage.secondsMissing > 0)
+        lines += t(language, ExportTexts::endMissing).arg(locale.toString(std::max(damage.secondsMissing, shortest), 'f', 1));
+    return lines;
 }
 
 QString span(double seconds) {

@@ -5,11 +5,15 @@
 #include "l10n/Language.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace pointloom::ExportWords {
 
 /// "1,204 of 5,400 frames, 61 fps, 1 min 9 s left". The pace is left out while it is too early to tell.
 QString progress(const ExportProgress& progress, double elapsedSeconds, Language language);
+
+/// A line for each kind of damage: "Damaged pictures in the video: 12". Empty without damage.
+QStringList damage(const media::Damage& damage, Language language);
 
 /// "1 h 12 min", "1 min 9 s" or "9 s"; rounded up to whole seconds, and to minutes from an hour on.
 QString span(double seconds);

@@ -16,6 +16,15 @@ TEST(ExportWords, ProgressIsToldInThePersonsLanguageWithGroupedDigits) {
         << "too early for a pace";
 }
 
+TEST(ExportWords, DamageIsALineForEachKind) {
+    EXPECT_TRUE(ExportWords::damage({}, Language::english).isEmpty());
+    EXPECT_EQ(ExportWords::damage({10, 2, 3.24}, Language::english),
+              (QStringList{QStringLiteral("Damaged pictures in the video: 12"),
+                           QStringLiteral("Missing at the end of the video: 3.2 s")}));
+    EXPECT_EQ(ExportWords::damage({0, 0, 3.24}, Language::german),
+              QStringList{QStringLiteral("Am Ende des Videos fehlen: 3,2 s")});
+}
+
 TEST(ExportWords, SpansRoundUpAndGrowWithTheirUnit) {
     EXPECT_EQ(ExportWords::span(0.2).toStdString(), "1 s");
     EXPECT_EQ(ExportWords::span(69).toStdString(), "1 min 9 s");
