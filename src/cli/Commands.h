@@ -8,6 +8,7 @@
 namespace pointloom::cli {
 
 std::unique_ptr<Command> makeExportCommand(CLI::App& root);
+std::unique_ptr<Command> makeBatchCommand(CLI::App& root);
 std::unique_ptr<Command> makeStillCommand(CLI::App& root);
 std::unique_ptr<Command> makeScoreboardCommand(CLI::App& root);
 std::unique_ptr<Command> makeTemplatesCommand(CLI::App& root);

@@ -3,6 +3,7 @@
 #include "cli/CancelOnSignal.h"
 #include "cli/Commands.h"
 #include "cli/DamageWarning.h"
+#include "cli/ExportChoices.h"
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
 #include "cli/ProgressDisplay.h"
@@ -10,44 +11,11 @@
 #include "export/Chapters.h"
 #include "media/MediaInfo.h"
 
-#include <array>
 #include <utility>
 
 namespace pointloom::cli {
 
 namespace {
-
-// Words that are easier to type than the labels of the program's window.
-constexpr auto formatWords = std::to_array<std::pair<ExportFormat, std::string_view>>({
-    {ExportFormat::h264, "h264"},
-    {ExportFormat::hevc, "hevc"},
-    {ExportFormat::prores, "prores"},
-});
-
-constexpr auto presetWords = std::to_array<std::pair<ExportPreset, std::string_view>>({
-    {ExportPreset::original, "original"},
-    {ExportPreset::youtube4k, "youtube4k"},
-    {ExportPreset::twitter1080p, "twitter1080p"},
-    {ExportPreset::instagram916, "instagram916"},
-});
-
-template <class Table>
-std::vector<std::string> wordsOf(const Table& table) {
-    std::vector<std::string> words;
-    for (const auto& [value, word] : table)
-        words.emplace_back(word);
-    return words;
-}
-
-template <class Table>
-auto valueOf(const Table& table, std::string_view word) {
-    auto value = table.front().first;
-    for (const auto& [candidate, candidateWord] : table) {
-        if (candidateWord == word)
-            value = candidate;
-    }
-    return value;
-}
 
 class ExportCommand final : public Command {
 public:
@@ -80,11 +48,8 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
     addFileOption(app(), "-o,--output", m_output, videoFile,
                   "Where to write; without it a new file in the Downloads folder. A file there is replaced");
     addFileOption(app(), "--video", m_video, videoFile, "The source, in place of the project's video");
-    limitChoices(app().add_option("--format", m_format, "Codec: H.264 and HEVC in MP4, ProRes 422 in MOV"),
-                 wordsOf(formatWords))
-        ->capture_default_str();
-    limitChoices(app().add_option("--preset", m_preset, "Size of the picture"), wordsOf(presetWords))
-        ->capture_default_str();
+    addFormatOption(app(), m_format);
+    addPresetOption(app(), m_preset);
     addTimeOption(app(), "--trim-start", m_trimStart, "Start of the range, in place of the project's");
     addTimeOption(app(), "--trim-end", m_trimEnd, "End of the range, in place of the project's");
     addFileOption(app(), "--watermark", m_watermark, imageFile,
@@ -94,10 +59,7 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
     app().add_flag("--no-chapters", m_withoutChapters, "Do not make chapters of labelled markers");
     app().add_flag("--chapters-text", m_chaptersText,
                    "Print the chapters as video sites take them, and export nothing");
-    limitChoices(
-        app().add_option("--progress", m_progress, "How to show progress; auto: a bar on a terminal"),
-        rawValues<ProgressMode>())
-        ->capture_default_str();
+    addProgressOption(app(), m_progress);
     app().add_option("--encoder-preset", m_encoderPreset, "Speed preset of x264 or x265")->group("");
     app().footer(
         "Example:\n  pointloom-cli export final.plp -o final.mp4 --preset youtube4k --trim-end 90\n\n"
@@ -111,8 +73,8 @@ ExportRequest ExportCommand::request() const {
     request.watermarkCorner = fromRawValue<WatermarkCorner>(m_watermarkCorner);
     request.trimStart = m_trimStart;
     request.trimEnd = m_trimEnd;
-    request.format = valueOf(formatWords, m_format);
-    request.preset = valueOf(presetWords, m_preset);
+    request.format = formatOf(m_format);
+    request.preset = presetOf(m_preset);
     request.outputPath = toText(m_output);
     request.encoderPreset = m_encoderPreset;
     return request;

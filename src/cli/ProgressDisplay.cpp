@@ -68,6 +68,13 @@ ProgressDisplay::~ProgressDisplay() {
     clearBar();
 }
 
+void ProgressDisplay::begin(const QString& name) {
+    if (m_mode == ProgressMode::bar)
+        std::cerr << bareText(name).toStdString() << std::endl;
+    else if (m_mode == ProgressMode::json)
+        std::cout << json::OrderedValue{{"document", name.toStdString()}} << std::endl;
+}
+
 void ProgressDisplay::update(const ExportProgress& progress) {
     if (m_mode == ProgressMode::bar)
         drawBar(progress);

@@ -38,6 +38,9 @@ public:
     ProgressDisplay(const ProgressDisplay&) = delete;
     ProgressDisplay& operator=(const ProgressDisplay&) = delete;
 
+    /// Says what comes next, for work on several files.
+    void begin(const QString& name);
+
     void update(const ExportProgress& progress);
 
     /// Names the complete file on standard output.

@@ -17,6 +17,7 @@ namespace {
 std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& root) {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(makeExportCommand(root));
+    commands.push_back(makeBatchCommand(root));
     commands.push_back(makeStillCommand(root));
     commands.push_back(makeScoreboardCommand(root));
     commands.push_back(makeNewCommand(root));

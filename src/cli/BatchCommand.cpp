@@ -1,0 +1,203 @@
+// pointloom-cli batch: exports every document of a folder.
+#include "cli/Arguments.h"
+#include "cli/CancelOnSignal.h"
+#include "cli/Commands.h"
+#include "cli/DamageWarning.h"
+#include "cli/DocumentFolder.h"
+#include "cli/ExportChoices.h"
+#include "cli/LicenceOfThisMachine.h"
+#include "cli/Messages.h"
+#include "cli/ProgressDisplay.h"
+#include "cli/ProjectInputs.h"
+
+#include <filesystem>
+#include <QDir>
+
+namespace pointloom::cli {
+
+namespace {
+
+struct Summary {
+    int done = 0;
+    int skipped = 0;
+    QStringList failures; // "court1.plp: the video is missing: ..."
+};
+
+// Messages begin with the document's name already, some with its whole path; two of one name in different
+// folders are told apart by the path below the folder.
+QString nameOnce(const QString& document, const QString& message) {
+    const QString name = QFileInfo(document).fileName() + QStringLiteral(": ");
+    const auto at = message.indexOf(name);
+    const bool leads = at == 0 || (at > 0 && message[at - 1] == u'/' && !message.left(at).contains(u": "));
+    return document + QStringLiteral(": ") + (leads ? message.mid(at + name.size()) : message);
+}
+
+class BatchCommand final : public Command {
+public:
+    explicit BatchCommand(CLI::App& subcommand);
+    bool drawsPictures() const override { return true; }
+    ExitStatus run() override;
+
+private:
+    void exportAll(const QStringList& documents, Summary& summary) const;
+    void exportOne(const QString& document, Summary& summary, const CancelOnSignal& cancellation) const;
+    ProjectInputs inputsOf(const QString& document, const QString& projectPath) const;
+    void tell(const Summary& summary) const;
+    ProgressMode progressMode() const { return *fromRawValue<ProgressMode>(m_progress); }
+
+    std::string m_folder;
+    std::string m_outputFolder;
+    bool m_withSubfolders = false;
+    bool m_again = false;
+    std::string m_format = "h264";
+    std::string m_preset = "original";
+    std::string m_progress = "auto";
+    bool m_isLicensed = false;
+};
+
+BatchCommand::BatchCommand(CLI::App& subcommand)
+    : Command(subcommand) {
+    app()
+        .add_option("folder", m_folder, "The folder with the project documents")
+        ->type_name("FOLDER")
+        ->required();
+    app()
+        .add_option("--output-dir", m_outputFolder, "Where to write; without it beside each document")
+        ->type_name("FOLDER");
+    app().add_flag("--recursive", m_withSubfolders, "Take the documents of its subfolders too");
+    app().add_flag("--again", m_again, "Export also what is up to date");
+    addFormatOption(app(), m_format);
+    addPresetOption(app(), m_preset);
+    addProgressOption(app(), m_progress);
+    app().footer(
+        "Example:\n  pointloom-cli batch tournament --recursive --output-dir videos\n\n"
+        "court1.plp becomes court1_scoreboard.mp4. A video that is newer than its document and what\n"
+        "that names is kept, so that a batch that was stopped goes on where it was. Ctrl-C removes the\n"
+        "video that was being written. The exit status is 1 when any document failed.");
+}
+
+ExitStatus BatchCommand::run() {
+    const QStringList documents = documentsIn(toText(m_folder), m_withSubfolders);
+    if (documents.isEmpty())
+        throw CommandError(toText(m_folder) + QStringLiteral(": holds no project documents (.plp)"));
+    m_isLicensed = licenceOfThisMachine()->isLicensed();
+    Summary summary;
+    try {
+        exportAll(documents, summary);
+    } catch (const ExportCancelled&) {
+        tell(summary);
+        throw;
+    }
+    tell(summary);
+    return summary.failures.isEmpty() ? ExitStatus::done : ExitStatus::failed;
+}
+
+void BatchCommand::exportAll(const QStringList& documents, Summary& summary) const {
+    const CancelOnSignal cancellation;
+    for (const QString& document : documents) {
+        if (cancellation.isRequested())
+            throw ExportCancelled();
+        try {
+            exportOne(document, summary, cancellation);
+        } catch (const ExportCancelled&) {
+            throw;
+        } catch (const std::exception& error) {
+            summary.failures += nameOnce(document, QString::fromUtf8(error.what()));
+        }
+    }
+}
+
+// Gives `place` its complete content in one step; what was written so far goes when the work fails.
+class UnfinishedFile {
+public:
+    explicit UnfinishedFile(const QString& place)
+        : m_place(place)
+        , m_path(place + QStringLiteral(".part")) {}
+    ~UnfinishedFile() { QFile::remove(m_path); }
+    UnfinishedFile(const UnfinishedFile&) = delete;
+    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+    const QString& path() const { return m_path; }
+
+    void finish() const {
+        std::error_code error;
+        std::filesystem::rename(QFile::encodeName(m_path).toStdString(),
+                                QFile::encodeName(m_place).toStdString(), error);
+        if (error)
+            throw CommandError(m_place + QStringLiteral(": cannot be replaced: ") +
+                               QString::fromStdString(error.message()));
+    }
+
+private:
+    QString m_place;
+    QString m_path;
+};
+
+void BatchCommand::exportOne(const QString& document, Summary& summary,
+                             const CancelOnSignal& cancellation) const {
+    const QString projectPath = QDir(toText(m_folder)).filePath(document);
+    const ProjectInputs inputs = inputsOf(document, projectPath);
+    const QString output = inputs.job.outputPath;
+    const std::vector<InputFile> files = inputFiles(inputs.job, projectPath);
+    if (!m_again && isNewerThan(output, files)) {
+        ++summary.skipped;
+        return;
+    }
+    QDir().mkpath(QFileInfo(output).absolutePath());
+    requireUsableOutput(output, files);
+    say(inputs.remarks);
+
+    ProgressDisplay display(progressMode());
+    display.begin(document);
+    const UnfinishedFile unfinished(output);
+    ExportJob job = inputs.job;
+    job.outputPath = unfinished.path();
+    const ExportReport report = ExportManager::exportVideo(
+        job, [&] { return cancellation.isRequested(); },
+        [&](const ExportProgress& progress) { display.update(progress); });
+    unfinished.finish();
+    display.finish(output);
+    ++summary.done;
+    if (const auto warning = damageWarning(report.damage))
+        say(Remarks{.notes = {}, .warnings = {document + QStringLiteral(": ") + *warning}});
+}
+
+ProjectInputs BatchCommand::inputsOf(const QString& document, const QString& projectPath) const {
+    const QString outputFolder = toText(m_outputFolder.empty() ? m_folder : m_outputFolder);
+    ExportRequest request;
+    request.format = formatOf(m_format);
+    request.preset = presetOf(m_preset);
+    request.outputPath = QDir(outputFolder).filePath(outputNameFor(document, fileExtension(request.format)));
+    ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request);
+    inputs.job.overlay.isLicensed = m_isLicensed;
+    for (QStringList* remarks : {&inputs.remarks.notes, &inputs.remarks.warnings}) {
+        for (QString& remark : *remarks)
+            remark.prepend(document + QStringLiteral(": "));
+    }
+    return inputs;
+}
+
+void BatchCommand::tell(const Summary& summary) const {
+    for (const QString& failure : summary.failures)
+        sayOnStandardError("failed: " + failure.toStdString());
+    if (progressMode() == ProgressMode::json) {
+        json::OrderedValue failures = json::OrderedValue::array();
+        for (const QString& failure : summary.failures)
+            failures.push_back(failure.toStdString());
+        print(
+            json::OrderedValue{{"exported", summary.done}, {"skipped", summary.skipped}, {"failed", failures}}
+                .dump() +
+            '\n');
+        return;
+    }
+    sayOnStandardError(std::to_string(summary.done) + " done, " + std::to_string(summary.skipped) +
+                       " skipped, " + std::to_string(summary.failures.size()) + " failed");
+}
+
+}
+
+std::unique_ptr<Command> makeBatchCommand(CLI::App& root) {
+    return std::make_unique<BatchCommand>(*root.add_subcommand("batch", "Export every project of a folder"));
+}
+
+}

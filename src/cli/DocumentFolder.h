@@ -1,0 +1,22 @@
+// The documents of a folder and the videos that are made of them.
+#pragma once
+
+#include "cli/FileLookup.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace pointloom::cli {
+
+/// The project documents of a folder, by their paths below it, in the order of their names. Links to folders
+/// are not followed. Throws CommandError when it is no folder.
+QStringList documentsIn(const QString& folder, bool withSubfolders);
+
+/// "finals/court1.plp" becomes "finals/court1_scoreboard.mp4": never the name of a video that lies beside its
+/// document.
+QString outputNameFor(const QString& document, const QString& extension);
+
+/// True when a file stands at `output` that was written after every one of `inputs` last changed.
+bool isNewerThan(const QString& output, const std::vector<InputFile>& inputs);
+
+}
