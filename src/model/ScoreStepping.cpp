@@ -1,16 +1,19 @@
 #include "model/ScoreStepping.h"
 
-#include <algorithm>
 #include <limits>
 
 namespace pointloom {
 
 namespace {
 
+// Deuce reads as 40: a key that changes nothing one can see would be pressed twice.
 GamePoint stepped(GamePoint point, StepDirection direction) {
     constexpr int last = static_cast<int>(GamePoint::advantage);
     const int step = direction == StepDirection::next ? 1 : -1;
-    return static_cast<GamePoint>(std::clamp(static_cast<int>(point) + step, 0, last));
+    int next = static_cast<int>(point) + step;
+    while (next >= 0 && next <= last && displayString(static_cast<GamePoint>(next)) == displayString(point))
+        next += step;
+    return next < 0 || next > last ? point : static_cast<GamePoint>(next);
 }
 
 std::int64_t stepped(std::int64_t points, StepDirection direction) {

@@ -5,10 +5,10 @@
 
 namespace pointloom {
 
-TEST(ScoreSteppingTest, TennisWalksItsSixValuesAndStaysAtTheEnds) {
+TEST(ScoreSteppingTest, TennisWalksWhatItsValuesReadAndStaysAtTheEnds) {
     SportScoreState score = ScoreState{{{6, 4, {}}, {5, 4, {}}}, {}, 2};
-    for (const auto expected : {GamePoint::fifteen, GamePoint::thirty, GamePoint::forty, GamePoint::deuce,
-                                GamePoint::advantage, GamePoint::advantage}) {
+    for (const auto expected : {GamePoint::fifteen, GamePoint::thirty, GamePoint::forty, GamePoint::advantage,
+                                GamePoint::advantage}) {
         score = steppedScore(score, 1, StepDirection::next);
         EXPECT_EQ(score,
                   SportScoreState(ScoreState{{{6, 4, {}}, {5, 4, {}}}, {expected, GamePoint::zero}, 2}));
@@ -16,6 +16,12 @@ TEST(ScoreSteppingTest, TennisWalksItsSixValuesAndStaysAtTheEnds) {
     score = steppedScore(score, 1, StepDirection::previous);
     score = steppedScore(score, 2, StepDirection::previous);
     EXPECT_EQ(std::get<ScoreState>(score).currentGame, (GameScore{GamePoint::deuce, GamePoint::zero}));
+
+    const SportScoreState deuce = ScoreState{{}, {GamePoint::deuce, GamePoint::deuce}, 1};
+    EXPECT_EQ(std::get<ScoreState>(steppedScore(deuce, 2, StepDirection::next)).currentGame.team2,
+              GamePoint::advantage);
+    EXPECT_EQ(std::get<ScoreState>(steppedScore(deuce, 2, StepDirection::previous)).currentGame.team2,
+              GamePoint::thirty);
 }
 
 TEST(ScoreSteppingTest, PointsCountFromZeroWithoutEnd) {

@@ -3,6 +3,7 @@
 #include "ui/editor/EditorKeyFilter.h"
 #include "ui/style/Tokens.h"
 
+#include <algorithm>
 #include <QHideEvent>
 #include <QVBoxLayout>
 #include <utility>
@@ -15,7 +16,6 @@ constexpr QSize smallest{760, 520};
 constexpr int narrowSidebar = 260;
 constexpr int roomySidebar = 304;
 constexpr int roomyWindow = 1000;
-constexpr int roomyHeight = 640;
 
 QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
     auto* splitter = new QSplitter(orientation, parent);
@@ -45,6 +45,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     m_columns->addWidget(m_rows);
     m_columns->addWidget(m_sidebar);
     m_columns->setStretchFactor(0, 1);
+    connect(m_rows, &QSplitter::splitterMoved, this, [this] { m_isHeightChosenByHand = true; });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_columns);
@@ -89,8 +90,21 @@ void EditorView::showEvent(QShowEvent*) {
         return;
     const int sidebar = width() < roomyWindow ? narrowSidebar : roomySidebar;
     m_columns->setSizes({width() - sidebar, sidebar});
-    const int timeline =
-        height() < roomyHeight ? m_timeline->minimumSizeHint().height() : m_timeline->sizeHint().height();
+    giveTimelineWhatThePictureLeaves();
+}
+
+void EditorView::resizeEvent(QResizeEvent*) {
+    if (m_isArranged && !m_isHeightChosenByHand)
+        giveTimelineWhatThePictureLeaves();
+}
+
+// Most clips are wide: what would be black above and below them shows pictures and sound instead.
+void EditorView::giveTimelineWhatThePictureLeaves() {
+    constexpr double usualShape = 16.0 / 9;
+    const int picture =
+        static_cast<int>(m_columns->sizes().front() / usualShape) + m_transport->sizeHint().height();
+    const int timeline = std::clamp(height() - picture, m_timeline->minimumSizeHint().height(),
+                                    m_timeline->sizeHint().height());
     m_rows->setSizes({height() - timeline, timeline});
 }
 

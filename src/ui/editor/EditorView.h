@@ -40,10 +40,12 @@ Q_SIGNALS:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
     QWidget* makePictureColumn();
+    void giveTimelineWhatThePictureLeaves();
     EditorCommands::ShownFrame shownFrame() const;
     void holdWhileScrubbing(bool isScrubbing);
     void perform(EditorAction action, bool isRepeat);
@@ -58,8 +60,9 @@ private:
     EditorSidebar* m_sidebar;
     QSplitter* m_columns;
     QSplitter* m_rows;
-    bool m_resumes = false;    // playing when scrubbing began
-    bool m_isArranged = false; // sizes are chosen when it is first shown
+    bool m_resumes = false;              // playing when scrubbing began
+    bool m_isArranged = false;           // sizes are chosen when it is first shown
+    bool m_isHeightChosenByHand = false; // of the timeline
 };
 
 }

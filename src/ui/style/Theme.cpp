@@ -55,6 +55,7 @@ QLabel[kind="key"] {
 QPushButton, QToolButton {
   background: @raised; color: @text; border: 1px solid @line; border-radius: @fieldRadiuspx; padding: 6px 14px;
 }
+QPushButton, QToolButton, QCheckBox, QRadioButton { outline: none; }
 QPushButton:hover, QToolButton:hover { background: @line; }
 QPushButton:focus, QToolButton:focus { border: 2px solid @accent; padding: 5px 13px; }
 QPushButton:disabled, QToolButton:disabled { color: @quietText; background: @surface; }

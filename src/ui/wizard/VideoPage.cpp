@@ -56,7 +56,10 @@ VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent
 
     connect(m_target, &QAbstractButton::clicked, this, &VideoPage::browse);
     connect(m_change, &QPushButton::clicked, this, &VideoPage::browse);
-    connect(&m_import, &VideoImport::imported, this, &VideoPage::showVideo);
+    connect(&m_import, &VideoImport::imported, this, [this] {
+        showVideo();
+        Q_EMIT completed();
+    });
     connect(&m_import, &VideoImport::failed, this, &VideoPage::showError);
     m_bindings.watch(m_context.state.videoURL, [this] { showVideo(); });
     m_bindings.watch(m_context.state.language, [this] { showTexts(); });

@@ -24,6 +24,7 @@ public:
 Q_SIGNALS:
     void obstacleChanged();
     void continueRequested(); // Enter on a choice
+    void completed();         // nothing is left to do here: Enter should go on
 };
 
 }

@@ -52,6 +52,10 @@ void WizardView::addPage(WizardStep step, WizardPage* page) {
     m_stack->addWidget(page);
     connect(page, &WizardPage::obstacleChanged, this, &WizardView::showProgress);
     connect(page, &WizardPage::continueRequested, this, &WizardView::goOn);
+    connect(page, &WizardPage::completed, this, [this, page] {
+        if (page == currentPage() && m_continue->isEnabled())
+            m_continue->setFocus(Qt::OtherFocusReason);
+    });
 }
 
 QWidget* WizardView::makeFooter() {
