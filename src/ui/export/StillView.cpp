@@ -87,9 +87,10 @@ void StillView::paintEvent(QPaintEvent*) {
 
     painter.setClipPath(canvas);
     painter.fillPath(canvas, tokens().window.darker(canvasDarkness));
-    if (!m_still.isNull())
-        painter.drawPixmap(picture, scaledStill((picture.size() * devicePixelRatioF()).toSize()),
-                           QRectF(m_scaled.rect()));
+    if (!m_still.isNull()) {
+        const QPixmap& scaled = scaledStill((picture.size() * devicePixelRatioF()).toSize());
+        painter.drawPixmap(picture, scaled, QRectF(scaled.rect()));
+    }
     if (!m_fault.isEmpty())
         drawFault(painter);
     else if (!m_busyNote.isEmpty())

@@ -165,7 +165,7 @@ bool VideoPage::confirm() {
 
 void VideoPage::takeFocus() {
     if (m_context.state.videoURL.value())
-        m_change->setFocus(Qt::OtherFocusReason);
+        Q_EMIT completed();
     else
         m_target->setFocus(Qt::OtherFocusReason);
 }
