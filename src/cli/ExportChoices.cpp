@@ -44,9 +44,12 @@ auto valueOf(const Table& table, std::string_view word) {
 
 }
 
-void addFormatOption(CLI::App& app, std::string& word) {
-    limitChoices(app.add_option("--format", word, "Codec: H.264 and HEVC in MP4, ProRes 422 in MOV"),
-                 wordsOf(formatWords))
+CLI::Option* addFormatOption(CLI::App& app, std::string& word, Transparent transparent) {
+    auto words = wordsOf(formatWords);
+    if (transparent == Transparent::too)
+        words.emplace_back(pngWord);
+    return limitChoices(app.add_option("--format", word, "Codec: H.264 and HEVC in MP4, ProRes in MOV"),
+                        words)
         ->capture_default_str();
 }
 

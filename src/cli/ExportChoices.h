@@ -9,11 +9,18 @@
 
 namespace pointloom::cli {
 
+/// Whether formats that only an overlay without its video can have are offered.
+enum class Transparent { no, too };
+
+/// The one of them that is no ExportFormat.
+constexpr std::string_view pngWord = "png";
+
 /// Each takes its default from `word` and leaves one of the offered words there.
-void addFormatOption(CLI::App& app, std::string& word);
+CLI::Option* addFormatOption(CLI::App& app, std::string& word, Transparent transparent = Transparent::no);
 void addPresetOption(CLI::App& app, std::string& word);
 void addProgressOption(CLI::App& app, std::string& word);
 
+/// H.264 for a word that names none.
 ExportFormat formatOf(std::string_view word);
 ExportPreset presetOf(std::string_view word);
 

@@ -9,8 +9,11 @@
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
 #include "export/Chapters.h"
+#include "export/OverlayExport.h"
 #include "media/MediaInfo.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <utility>
 
 namespace pointloom::cli {
@@ -25,18 +28,26 @@ public:
 
 private:
     ExportRequest request() const;
+    void settleFormat();
+    OverlayExport::Format overlayFormat() const {
+        return m_format == pngWord ? OverlayExport::Format::png : OverlayExport::Format::prores;
+    }
     static ExitStatus printChapters(const ExportJob& job);
+    ExportReport write(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
+                       const ExportManager::ProgressReport& onProgress) const;
 
     std::string m_project;
     std::string m_output;
     std::optional<std::string> m_video;
     std::string m_format = "h264";
+    CLI::Option* m_formatOption = nullptr; // owned by the parser
     std::string m_preset = "original";
     std::optional<double> m_trimStart;
     std::optional<double> m_trimEnd;
     std::optional<std::string> m_watermark;
     std::string m_watermarkCorner;
     std::string m_progress = "auto";
+    bool m_overlayOnly = false;
     bool m_withoutChapters = false;
     bool m_chaptersText = false;
     std::string m_encoderPreset;
@@ -48,7 +59,7 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
     addFileOption(app(), "-o,--output", m_output, videoFile,
                   "Where to write; without it a new file in the Downloads folder. A file there is replaced");
     addFileOption(app(), "--video", m_video, videoFile, "The source, in place of the project's video");
-    addFormatOption(app(), m_format);
+    m_formatOption = addFormatOption(app(), m_format, Transparent::too);
     addPresetOption(app(), m_preset);
     addTimeOption(app(), "--trim-start", m_trimStart, "Start of the range, in place of the project's");
     addTimeOption(app(), "--trim-end", m_trimEnd, "End of the range, in place of the project's");
@@ -56,6 +67,9 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
                   "Logo in a corner, in place of the project's");
     limitChoices(app().add_option("--watermark-corner", m_watermarkCorner, "Its corner"),
                  rawValues<WatermarkCorner>());
+    app().add_flag("--overlay-only", m_overlayOnly,
+                   "The scoreboard alone on a transparent ground: ProRes 4444, or with --format png a folder of "
+                   "pictures");
     app().add_flag("--no-chapters", m_withoutChapters, "Do not make chapters of labelled markers");
     app().add_flag("--chapters-text", m_chaptersText,
                    "Print the chapters as video sites take them, and export nothing");
@@ -76,6 +90,10 @@ ExportRequest ExportCommand::request() const {
     request.format = formatOf(m_format);
     request.preset = presetOf(m_preset);
     request.outputPath = toText(m_output);
+    if (m_format == pngWord && request.outputPath.isEmpty()) { // a folder of the same name
+        const QFileInfo file(defaultOutputPath(request.format));
+        request.outputPath = file.dir().filePath(file.completeBaseName());
+    }
     request.encoderPreset = m_encoderPreset;
     return request;
 }
@@ -89,7 +107,26 @@ ExitStatus ExportCommand::printChapters(const ExportJob& job) {
     return ExitStatus::done;
 }
 
+// Only some formats have transparency, and what H.264 is to whole videos ProRes is to overlays.
+void ExportCommand::settleFormat() {
+    if (m_overlayOnly && m_formatOption->count() == 0)
+        m_format = "prores";
+    if (m_overlayOnly && m_format != pngWord && formatOf(m_format) != ExportFormat::prores)
+        throw UsageError("--overlay-only: " + m_format + " has no transparency; use --format prores or png");
+    if (!m_overlayOnly && m_format == pngWord)
+        throw UsageError("--format png: pictures are for --overlay-only");
+}
+
+ExportReport ExportCommand::write(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
+                                  const ExportManager::ProgressReport& onProgress) const {
+    if (!m_overlayOnly)
+        return ExportManager::exportVideo(job, isCancelled, onProgress);
+    OverlayExport::run(job, overlayFormat(), isCancelled, onProgress);
+    return {};
+}
+
 ExitStatus ExportCommand::run() {
+    settleFormat();
     const QString projectPath = toText(m_project);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
@@ -97,7 +134,10 @@ ExitStatus ExportCommand::run() {
     const ExportJob& job = inputs.job;
     if (m_chaptersText)
         return printChapters(job);
-    requireUsableOutput(job.outputPath, inputFiles(job, projectPath));
+    if (m_format == pngWord)
+        requireUsableFolder(job.outputPath);
+    else
+        requireUsableOutput(job.outputPath, inputFiles(job, projectPath));
 
     const CancelOnSignal cancellation;
     ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
@@ -108,7 +148,7 @@ ExitStatus ExportCommand::run() {
         display.update(progress);
     };
     try {
-        const ExportReport report = ExportManager::exportVideo(
+        const ExportReport report = write(
             job, [&] { return cancellation.isRequested(); }, showProgress);
         display.finish(job.outputPath);
         if (const auto warning = damageWarning(report.damage))

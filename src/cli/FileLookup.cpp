@@ -36,6 +36,16 @@ bool isSameFile(const QString& left, const QString& right) {
 
 }
 
+void requireUsableFolder(const QString& path) {
+    const QFileInfo folder(path);
+    if (folder.exists() && !folder.isDir())
+        throw CommandError(path + QStringLiteral(": is a file; pictures go into a folder"));
+    if (folder.isDir() && !QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
+        throw CommandError(path + QStringLiteral(": the folder is not empty"));
+    if (!folder.absoluteDir().exists())
+        throw CommandError(path + QStringLiteral(": there is no folder ") + folder.absolutePath());
+}
+
 void requireUsableOutput(const QString& path, const std::vector<InputFile>& inputs) {
     const QFileInfo output(path);
     if (path.isEmpty())

@@ -2,6 +2,7 @@
 
 #include "crash/CrashReporter.h"
 #include "export/Chapters.h"
+#include "export/ExportSource.h"
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
 #include "export/PictureLayout.h"
@@ -10,10 +11,8 @@
 #include "media/MediaWriter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <QCoreApplication>
 #include <QFile>
-#include <QFileInfo>
 #include <QTransform>
 
 namespace pointloom {
@@ -25,57 +24,8 @@ using media::FrameConverter;
 using media::MediaError;
 using media::MediaWriter;
 using media::VideoReader;
-
-ExportError failure(const char* what, const std::exception& reason) {
-    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()));
-}
-
-media::VideoCodec codecOf(ExportFormat format) {
-    switch (format) {
-    case ExportFormat::h264:
-        return media::VideoCodec::h264;
-    case ExportFormat::hevc:
-        return media::VideoCodec::hevc;
-    case ExportFormat::prores:
-        return media::VideoCodec::prores;
-    }
-    Q_UNREACHABLE();
-}
-
-VideoReader openVideo(const QString& path) {
-    try {
-        return VideoReader::open(path);
-    } catch (const media::NoVideoTrackError&) {
-        throw ExportError::noVideoTrack();
-    } catch (const MediaError& error) {
-        throw failure("Reader failed: ", error);
-    }
-}
-
-void requireOverlaySize(const media::VideoTrackInfo& track) {
-    if (track.storedSize.width() < 2 || track.storedSize.height() < 2)
-        throw ExportError::exportFailed(QStringLiteral("Cannot add video output."));
-}
-
-void requireOtherFile(const ExportJob& job) {
-    const QString source = QFileInfo(job.videoPath).canonicalFilePath();
-    if (!source.isEmpty() && source == QFileInfo(job.outputPath).canonicalFilePath())
-        throw ExportError::exportFailed(QStringLiteral("the new video would replace the match video itself"));
-}
-
-void requireRange(const ExportJob& job, double videoDuration) {
-    const auto text = [](double seconds) { return QString::number(seconds, 'f', 2); };
-    if (!std::isfinite(job.trimStart) || job.trimStart < 0 || (job.trimEnd && !std::isfinite(*job.trimEnd)))
-        throw ExportError::exportFailed(QStringLiteral("the trim range is not a time"));
-    if (job.trimEnd && *job.trimEnd <= job.trimStart) {
-        throw ExportError::exportFailed(
-            QStringLiteral("the trim range ends (%1 s) before it starts (%2 s)").arg(text(*job.trimEnd), text(job.trimStart)));
-    }
-    if (job.trimStart > 0 && videoDuration > 0 && job.trimStart >= videoDuration) {
-        throw ExportError::exportFailed(QStringLiteral("the trim range starts (%1 s) after the end of the video (%2 s)")
-                                            .arg(text(job.trimStart), text(videoDuration)));
-    }
-}
+using ExportSource::codecOf;
+using ExportSource::failure;
 
 // What is known before the first frame is decoded.
 struct Plan {
@@ -289,11 +239,11 @@ void recordError(const QString& description) {
 
 ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
              const ExportManager::ProgressReport& onProgress) {
-    VideoReader reader = openVideo(job.videoPath);
+    VideoReader reader = ExportSource::open(job.videoPath);
     const media::MediaInfo info = reader.info();
-    requireOverlaySize(*info.video);
-    requireOtherFile(job);
-    requireRange(job, info.duration);
+    ExportSource::requireOverlaySize(*info.video);
+    ExportSource::requireOtherFile(job);
+    ExportSource::requireRange(job, info.duration);
     const Plan plan = makePlan(job, info);
     auto audio = openAudio(job, plan);
     FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
@@ -329,9 +279,9 @@ ExportReport ExportManager::exportVideo(const ExportJob& job, const CancelQuery&
 }
 
 QImage ExportManager::renderStill(const ExportJob& job, double time) {
-    VideoReader reader = openVideo(job.videoPath);
+    VideoReader reader = ExportSource::open(job.videoPath);
     const media::MediaInfo info = reader.info();
-    requireOverlaySize(*info.video);
+    ExportSource::requireOverlaySize(*info.video);
     const Plan plan = makePlan(job, info);
     FrameConverter converter = makeConverter(*info.video, plan.layout, plan.frameFormat);
     try {

@@ -48,7 +48,7 @@ TEST_F(CompletionTest, OffersCommandsOptionsAndTheirValues) {
     EXPECT_EQ(offers("s"), words("still scoreboard"));
     EXPECT_EQ(offers("--v"), words("--version"));
     EXPECT_EQ(offers("export --tr"), words("--trim-start --trim-end"));
-    EXPECT_EQ(offers("export m.plp --format "), words("h264 hevc prores"));
+    EXPECT_EQ(offers("export m.plp --format "), words("h264 hevc prores png"));
     EXPECT_EQ(offers("export m.plp --watermark-corner b"), words("bottomLeft bottomRight"));
     EXPECT_EQ(offers("export m.plp --format = he"), words("hevc")) << "bash splits at the equals sign";
     EXPECT_EQ(offers("new --template squ"), words("squashCourt squashDark squashNeon squashMinimal"));

@@ -124,6 +124,19 @@ TEST_F(ExportCommandTest, AVideoThatIsCutShortIsExportedWithAWarning) {
               "m.plp: Export failed: Reader failed: the file is cut short or was never finished: its index is missing");
 }
 
+TEST_F(ExportCommandTest, TheOverlayAloneIsAMovieOrAFolderOfPictures) {
+    makeProject(1);
+    EXPECT_EQ(run("export m.plp --overlay-only -o board.mov").out, "board.mov\n");
+    EXPECT_EQ(test::probe(path(QStringLiteral("board.mov"))).at("streams")[0].at("codec_tag_string"), "ap4h");
+    EXPECT_EQ(run("export m.plp --overlay-only --format png --trim-end 0.2 -o board").out, "board\n");
+    EXPECT_EQ(QDir(path(QStringLiteral("board"))).entryList(QDir::Files).size(), 5);
+
+    EXPECT_EQ(faultOf("export m.plp --overlay-only --format png -o board"), "board: the folder is not empty");
+    EXPECT_EQ(faultOf("export m.plp --overlay-only --format hevc -o x.mp4", 2),
+              "--overlay-only: hevc has no transparency; use --format prores or png");
+    EXPECT_EQ(faultOf("export m.plp --format png -o x", 2), "--format png: pictures are for --overlay-only");
+}
+
 TEST_F(ExportCommandTest, AStillShowsTheVideoWithItsScoreboard) {
     ASSERT_EQ(run(newTennis).status, 0);
     const QString black = clips.make(QStringLiteral("black.mp4"),

@@ -51,7 +51,7 @@ TEST_F(UsageTest, WrongArgumentsEndWithStatusTwo) {
         EXPECT_NE(faultOf(arguments, 2), "") << arguments;
     EXPECT_EQ(
         faultOf("export m.plp --format mpeg2", 2),
-        "export: --format: \"mpeg2\" is none of h264, hevc, prores (see \"pointloom-cli export --help\")");
+        "export: --format: \"mpeg2\" is none of h264, hevc, prores, png (see \"pointloom-cli export --help\")");
 }
 
 TEST_F(UsageTest, FaultsOfFilesEndWithStatusOneAndNameTheFile) {

@@ -1,0 +1,62 @@
+#include "export/ExportSource.h"
+
+#include "media/MediaError.h"
+
+#include <cmath>
+#include <QFileInfo>
+
+namespace pointloom {
+
+ExportError ExportSource::failure(const char* what, const std::exception& reason) {
+    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()));
+}
+
+media::VideoReader ExportSource::open(const QString& path) {
+    try {
+        return media::VideoReader::open(path);
+    } catch (const media::NoVideoTrackError&) {
+        throw ExportError::noVideoTrack();
+    } catch (const media::MediaError& error) {
+        throw failure("Reader failed: ", error);
+    }
+}
+
+void ExportSource::requireOverlaySize(const media::VideoTrackInfo& track) {
+    if (track.storedSize.width() < 2 || track.storedSize.height() < 2)
+        throw ExportError::exportFailed(QStringLiteral("Cannot add video output."));
+}
+
+void ExportSource::requireOtherFile(const ExportJob& job) {
+    const QString source = QFileInfo(job.videoPath).canonicalFilePath();
+    if (!source.isEmpty() && source == QFileInfo(job.outputPath).canonicalFilePath())
+        throw ExportError::exportFailed(QStringLiteral("the new video would replace the match video itself"));
+}
+
+void ExportSource::requireRange(const ExportJob& job, double videoDuration) {
+    const auto text = [](double seconds) { return QString::number(seconds, 'f', 2); };
+    if (!std::isfinite(job.trimStart) || job.trimStart < 0 || (job.trimEnd && !std::isfinite(*job.trimEnd)))
+        throw ExportError::exportFailed(QStringLiteral("the trim range is not a time"));
+    if (job.trimEnd && *job.trimEnd <= job.trimStart) {
+        throw ExportError::exportFailed(QStringLiteral("the trim range ends (%1 s) before it starts (%2 s)")
+                                            .arg(text(*job.trimEnd), text(job.trimStart)));
+    }
+    if (job.trimStart > 0 && videoDuration > 0 && job.trimStart >= videoDuration) {
+        throw ExportError::exportFailed(
+            QStringLiteral("the trim range starts (%1 s) after the end of the video (%2 s)")
+                .arg(text(job.trimStart), text(videoDuration)));
+    }
+}
+
+media::VideoCodec ExportSource::codecOf(ExportFormat format) {
+    switch (format) {
+    case ExportFormat::h264:
+        return media::VideoCodec::h264;
+    case ExportFormat::hevc:
+        return media::VideoCodec::hevc;
+    case ExportFormat::prores:
+        return media::VideoCodec::prores;
+    }
+    Q_UNREACHABLE();
+}
+
+}

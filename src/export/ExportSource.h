@@ -1,0 +1,27 @@
+// Opens the video of an export and holds the job against it, before anything is written.
+#pragma once
+
+#include "export/ExportManager.h"
+#include "media/MediaWriter.h"
+#include "media/VideoReader.h"
+
+namespace pointloom::ExportSource {
+
+/// An error of the export from one of a room below; `what` ends with a colon and a blank.
+ExportError failure(const char* what, const std::exception& reason);
+
+/// Throws ExportError.
+media::VideoReader open(const QString& path);
+
+/// Throws ExportError when the picture is too small for an overlay.
+void requireOverlaySize(const media::VideoTrackInfo& track);
+
+/// Throws ExportError when the job would replace its own source.
+void requireOtherFile(const ExportJob& job);
+
+/// Throws ExportError when the range is no range of a video that lasts `videoDuration` seconds.
+void requireRange(const ExportJob& job, double videoDuration);
+
+media::VideoCodec codecOf(ExportFormat format);
+
+}

@@ -1,0 +1,255 @@
+#include "export/OverlayExport.h"
+
+#include "export/Compositor.h"
+#include "export/ExportSource.h"
+#include "export/PictureLayout.h"
+#include "export/TrimRange.h"
+#include "media/AlphaMovie.h"
+#include "media/FrameTimes.h"
+#include "media/MediaError.h"
+#include "model/ScoringEngine.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QPainter>
+
+namespace pointloom::OverlayExport {
+
+namespace {
+
+using ExportSource::failure;
+using media::MediaError;
+
+// Where the pictures go. What was written goes away with a sink that was not finished.
+class Sink {
+public:
+    Sink() = default;
+    virtual ~Sink() = default;
+    Sink(const Sink&) = delete;
+    Sink& operator=(const Sink&) = delete;
+
+    /// The picture that is written from now on; Format_RGBA8888.
+    virtual void setPicture(const QImage& picture) = 0;
+    virtual void write(const TrimRange::Stay& stay) = 0;
+    virtual void finish() = 0;
+};
+
+class MovieSink final : public Sink {
+public:
+    MovieSink(const QString& path, QSize size, const media::VideoTrackInfo& track)
+        : m_path(path)
+        , m_movie(media::AlphaMovie::create(path, size, track.timeBase, track.frameRate))
+        , m_usualDuration(std::max<std::int64_t>(
+              1, std::llround(1 / (track.frameRate.value() * track.timeBase.value())))) {}
+
+    ~MovieSink() override {
+        if (!m_isFinished)
+            QFile::remove(m_path);
+    }
+
+    void setPicture(const QImage& picture) override {
+        m_movie.setPicture({picture.constBits(), static_cast<std::size_t>(picture.sizeInBytes())});
+    }
+
+    void write(const TrimRange::Stay& stay) override {
+        m_movie.write(stay.timestamp, stay.duration > 0 ? stay.duration : m_usualDuration);
+    }
+
+    void finish() override {
+        m_movie.finish();
+        m_isFinished = true;
+    }
+
+private:
+    QString m_path;
+    media::AlphaMovie m_movie;
+    std::int64_t m_usualDuration; // ticks
+    bool m_isFinished = false;
+};
+
+class FolderSink final : public Sink {
+public:
+    explicit FolderSink(const QString& path)
+        : m_folder(path)
+        , m_wasThere(m_folder.exists()) {
+        if (!m_folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
+            throw MediaError("the folder for the pictures is not empty");
+        if (!QDir().mkpath(path))
+            throw MediaError("the folder for the pictures cannot be made");
+    }
+
+    ~FolderSink() override {
+        if (m_isFinished)
+            return;
+        for (std::int64_t number = 1; number <= m_count; ++number)
+            QFile::remove(pathOf(number));
+        if (!m_wasThere)
+            m_folder.rmdir(m_folder.absolutePath());
+    }
+
+    void setPicture(const QImage& picture) override {
+        m_png.clear();
+        QBuffer buffer(&m_png);
+        buffer.open(QIODevice::WriteOnly);
+        if (!picture.save(&buffer, "PNG"))
+            throw MediaError("a picture could not be encoded as PNG");
+    }
+
+    void write(const TrimRange::Stay&) override {
+        QFile file(pathOf(++m_count));
+        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(m_png) != m_png.size() ||
+            !file.flush())
+            throw MediaError("a picture could not be written: " + file.errorString().toStdString());
+    }
+
+    void finish() override { m_isFinished = true; }
+
+private:
+    QString pathOf(std::int64_t number) const {
+        return m_folder.filePath(QStringLiteral("frame_%1.png").arg(number, 6, 10, QLatin1Char('0')));
+    }
+
+    QDir m_folder;
+    bool m_wasThere;
+    QByteArray m_png;
+    std::int64_t m_count = 0;
+    bool m_isFinished = false;
+};
+
+std::unique_ptr<Sink> makeSink(const ExportJob& job, Format format, QSize size,
+                               const media::VideoTrackInfo& track) {
+    try {
+        if (format == Format::png)
+            return std::make_unique<FolderSink>(job.outputPath);
+        return std::make_unique<MovieSink>(job.outputPath, size, track);
+    } catch (const MediaError& error) {
+        if (format == Format::prores)
+            QFile::remove(job.outputPath);
+        throw failure("Writer failed: ", error);
+    }
+}
+
+// Draws the overlay when what it shows changes.
+class OverlayPicture {
+public:
+    OverlayPicture(const OverlayDescription& overlay, const PictureLayout& layout)
+        : m_overlay(overlay)
+        , m_canvas{layout.canvas.toSize(), layout.nativeVideoSize}
+        , m_pictures(Compositor::Pictures::load(overlay)) {}
+
+    /// The picture for a time of the source, when it differs from the last one.
+    std::optional<QImage> changedAt(double time) {
+        const Marker* marker = ScoringEngine::markerAtTime(m_overlay.markers, time);
+        const SportScoreState& score = marker ? marker->score : m_overlay.initialScore;
+        const bool isShown = m_shown && (m_shown == &score || *m_shown == score);
+        m_shown = &score;
+        if (isShown)
+            return std::nullopt;
+        QImage picture(m_canvas.size.toSize(), QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        {
+            QPainter painter(&picture);
+            Compositor::drawOverlay(painter, m_canvas, m_overlay, m_pictures, score);
+        }
+        return picture.convertToFormat(QImage::Format_RGBA8888);
+    }
+
+private:
+    const OverlayDescription& m_overlay;
+    Compositor::Canvas m_canvas;
+    Compositor::Pictures m_pictures;
+    const SportScoreState* m_shown = nullptr; // inside of m_overlay
+};
+
+// Each whole per cent once.
+class Progress {
+public:
+    Progress(const ExportManager::ProgressReport& report, std::int64_t expectedFrames)
+        : m_report(report)
+        , m_expected(std::max<std::int64_t>(1, expectedFrames)) {}
+
+    void countFrame() {
+        constexpr int mostBeforeTheEnd = 95;
+        ++m_frames;
+        const int percent =
+            static_cast<int>(std::min<std::int64_t>(m_frames * 100 / m_expected, mostBeforeTheEnd));
+        if (percent != std::exchange(m_lastPercent, percent))
+            send(percent / 100.0);
+    }
+
+    void finish() const { send(1); }
+    std::int64_t frames() const { return m_frames; }
+
+private:
+    void send(double fraction) const {
+        if (m_report)
+            m_report({fraction, m_frames, std::max(m_expected, m_frames)});
+    }
+
+    const ExportManager::ProgressReport& m_report;
+    std::int64_t m_expected;
+    std::int64_t m_frames = 0;
+    int m_lastPercent = -1;
+};
+
+media::MediaInfo readInfo(const ExportJob& job) {
+    media::MediaInfo info;
+    try {
+        info = media::readMediaInfo(job.videoPath);
+    } catch (const MediaError& error) {
+        throw failure("Reader failed: ", error);
+    }
+    if (!info.video)
+        throw ExportError::noVideoTrack();
+    return info;
+}
+
+void writeFrames(const ExportJob& job, media::FrameTimes times, OverlayPicture& overlay, Sink& sink,
+                 Progress& progress, const ExportManager::CancelQuery& isCancelled) {
+    const TrimRange range(job.trimStart, job.trimEnd);
+    const media::Rational timeBase = times.timeBase();
+    auto current = times.next();
+    while (current) {
+        if (isCancelled && isCancelled())
+            throw ExportCancelled();
+        const auto following = times.next();
+        const double time = static_cast<double>(*current) * timeBase.value();
+        const auto stay = range.place(*current, 0, following, timeBase);
+        if (!stay && range.end() && time >= *range.end())
+            break;
+        if (stay) {
+            if (const auto picture = overlay.changedAt(std::max(time, range.start())))
+                sink.setPicture(*picture);
+            sink.write(*stay);
+            progress.countFrame();
+        }
+        current = following;
+    }
+    if (progress.frames() == 0)
+        throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));
+}
+
+}
+
+void run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
+         const ExportManager::ProgressReport& onProgress) {
+    const media::MediaInfo info = readInfo(job);
+    ExportSource::requireOtherFile(job);
+    ExportSource::requireRange(job, info.duration);
+    const PictureLayout layout = planPicture(*info.video, job.preset);
+    OverlayPicture overlay(job.overlay, layout);
+    const double length = job.trimEnd.value_or(info.duration) - job.trimStart;
+    Progress progress(onProgress, static_cast<std::int64_t>(length * info.video->frameRate.value()));
+    const auto sink = makeSink(job, format, layout.canvas.toSize(), *info.video);
+    try {
+        writeFrames(job, media::FrameTimes::open(job.videoPath, job.trimStart), overlay, *sink, progress,
+                    isCancelled);
+        sink->finish();
+    } catch (const MediaError& error) {
+        throw failure("Writer error: ", error);
+    }
+    progress.finish();
+}
+
+}

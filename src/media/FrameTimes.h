@@ -1,0 +1,34 @@
+// When the pictures of a video are shown, found out without decoding them.
+#pragma once
+
+#include "media/FrameFormat.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <QString>
+
+namespace pointloom::media {
+
+class FrameTimes {
+public:
+    /// Opens the first video track of a file as `VideoReader` does. The times begin at or before the picture
+    /// that is shown at `start` (seconds), where the file can be searched. Throws MediaError.
+    static FrameTimes open(const QString& path, double start);
+
+    FrameTimes(FrameTimes&&) noexcept;
+    FrameTimes& operator=(FrameTimes&&) noexcept;
+    ~FrameTimes();
+
+    /// The time of the next picture, in ticks, strictly rising; empty at the end.
+    std::optional<std::int64_t> next();
+
+    Rational timeBase() const; // seconds a tick
+
+private:
+    struct State;
+    explicit FrameTimes(std::unique_ptr<State> state);
+    std::unique_ptr<State> m_state;
+};
+
+}
