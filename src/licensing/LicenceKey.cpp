@@ -13,6 +13,7 @@ constexpr QStringView alphabet = u"0123456789ABCDEFGHJKMNPQRSTVWXYZ";
 constexpr int base = 32;
 constexpr qsizetype symbolCount = 20; // the check symbol included
 constexpr qsizetype groupSize = 5;
+constexpr qsizetype longestInput = 200; // characters looked at
 
 [[noreturn]] void refuse(const QString& reason) {
     throw LicenceError(LicenceFault::malformedKey, reason);
@@ -47,7 +48,6 @@ int checkValue(QStringView symbols) {
 }
 
 LicenceKey LicenceKey::parse(const QString& text) {
-    constexpr qsizetype longestInput = 200;
     const QString symbols = symbolsOf(text.left(longestInput));
     if (symbols.isEmpty())
         refuse(QStringLiteral("Enter the licence key from your receipt."));
@@ -63,6 +63,10 @@ LicenceKey LicenceKey::parse(const QString& text) {
     if (alphabet.indexOf(symbols.back()) != checkValue(QStringView(symbols).chopped(1)))
         refuse(QStringLiteral("There is a slip in this licence key. Compare it with your receipt."));
     return LicenceKey(symbols);
+}
+
+bool LicenceKey::isWhole(const QString& text) {
+    return symbolsOf(text.left(longestInput)).size() >= symbolCount;
 }
 
 LicenceKey LicenceKey::generate() {

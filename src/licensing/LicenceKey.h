@@ -11,6 +11,10 @@ public:
     /// Throws LicenceError (malformedKey) that says what is wrong.
     static LicenceKey parse(const QString& text);
 
+    /// Whether `text` is as long as a key, or longer: what is wrong with it then is a slip, not a missing
+    /// end.
+    static bool isWhole(const QString& text);
+
     /// A fresh random key of 95 bits.
     static LicenceKey generate();
 

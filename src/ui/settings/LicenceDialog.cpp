@@ -8,6 +8,7 @@
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -38,6 +39,14 @@ constexpr UiText malformed{
     "Der Schlüssel ist noch nicht vollständig. Er sieht aus wie PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
     "Nyckeln är inte fullständig än. Den ser ut som PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
     "A chave ainda não está completa. Uma chave é como PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX."};
+constexpr UiText slipped{
+    "There is a slip in this key. Compare it with your receipt.",
+    "Il y a une erreur dans cette clé. Compare-la avec ton reçu.",
+    "Hay un error en esta clave. Compárala con tu recibo.",
+    "C'è un errore in questa chiave. Confrontala con la ricevuta.",
+    "In diesem Schlüssel ist ein Tippfehler. Vergleiche ihn mit deiner Quittung.",
+    "Det är ett fel i nyckeln. Jämför den med ditt kvitto.",
+    "Há um erro nesta chave. Compara-a com o teu recibo."};
 constexpr UiText activateText{"Activate", "Activer", "Activar", "Attiva", "Aktivieren", "Aktivera", "Ativar"};
 constexpr UiText deactivateText{"Deactivate…", "Désactiver…", "Desactivar…", "Disattiva…", "Deaktivieren…", "Inaktivera…", "Desativar…"};
 constexpr UiText deactivateTitle{
@@ -104,9 +113,8 @@ LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, 
     , m_sheet(manager, [this] { follow(); }) {
     body().addWidget(makeState());
     body().addWidget(m_entry = makeKeyEntry());
+    body().addWidget(m_outcome = paragraph(this));
     body().addWidget(m_offline = makeOffline());
-    m_outcome = paragraph(this);
-    body().addWidget(m_outcome);
     body().addStretch();
     inEachLanguage([this] { putTextsIn(); });
     bindings().watch(this->context().state.isLicensed, [this] { follow(); });
@@ -222,14 +230,21 @@ void LicenceDialog::follow() {
     m_writeRequest->setEnabled(!isWorking && hasWholeKey());
     m_importFile->setEnabled(!isWorking);
     m_deactivate->setEnabled(!isWorking);
-    const bool isIncomplete = !m_entryField->text().trimmed().isEmpty() && !hasWholeKey();
-    m_entryHint->setText(context().text(isIncomplete ? malformed : keyHint));
+    showHint();
     m_progressRow->setVisible(isWorking);
     const bool asks = m_operation == Operation::activate || m_operation == Operation::deactivate;
     m_progressText->setText(context().text(asks ? asking : working));
     showOutcome();
     if (m_isClosing && !isWorking)
         Sheet::reject();
+}
+
+void LicenceDialog::showHint() {
+    const QString key = m_entryField->text();
+    const bool isFine = key.trimmed().isEmpty() || hasWholeKey();
+    const bool isSlip = !isFine && LicenceKey::isWhole(key);
+    Controls::setRole(m_entryHint, isSlip ? Controls::TextRole::danger : Controls::TextRole::quiet);
+    m_entryHint->setText(context().text(isSlip ? slipped : isFine ? keyHint : malformed));
 }
 
 void LicenceDialog::showState(const LicenceStatus& status) {
@@ -307,6 +322,14 @@ void LicenceDialog::importFile() {
         return;
     m_operation = Operation::importFile;
     m_sheet.importFile(*path);
+}
+
+// Enter in the field is about the key; the button that closes the sheet would take it as well.
+void LicenceDialog::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && focusWidget() == m_entryField && !m_entryField->text().isEmpty())
+        return;
+    Sheet::keyPressEvent(event);
 }
 
 void LicenceDialog::reject() {

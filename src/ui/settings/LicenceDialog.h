@@ -20,6 +20,9 @@ public:
     /// Waits for what is under way, which it cancels.
     void reject() override;
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     enum class Operation { activate, deactivate, writeRequest, importFile };
 
@@ -28,6 +31,7 @@ private:
     QWidget* makeOffline();
     void putTextsIn();
     void follow();
+    void showHint();
     void showState(const LicenceStatus& status);
     void showOutcome();
     bool hasWholeKey() const;

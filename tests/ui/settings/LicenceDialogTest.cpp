@@ -60,6 +60,7 @@ TEST_F(LicenceDialogTest, APastedKeyActivatesAndIsGivenBack) {
     QApplication::clipboard()->setText(u' ' + key.text().toLower().replace(u'-', u' ') + u'\n');
     QTest::keyClick(&field(), Qt::Key_V, Qt::ControlModifier);
     QTest::keyClick(&field(), Qt::Key_Return);
+    EXPECT_TRUE(m_dialog->isVisible());
     EXPECT_TRUE(says(QStringLiteral("Thank you. This machine is now licensed.")));
     EXPECT_TRUE(says(QStringLiteral("Licensed to Ana Pérez.")));
     EXPECT_TRUE(says(key.masked()));
@@ -78,7 +79,12 @@ TEST_F(LicenceDialogTest, APastedKeyActivatesAndIsGivenBack) {
 TEST_F(LicenceDialogTest, FaultsAreToldInTheLanguageOfThePerson) {
     open();
     QTest::keyClicks(&field(), QStringLiteral("PL-ABC"));
+    QTest::keyClick(&field(), Qt::Key_Return);
     EXPECT_TRUE(says(QStringLiteral("This is not a complete key yet.")));
+    field().setText(QStringLiteral("PL-AAAAA-AAAAA-AAAAA-AAAAA")); // the last should be a Y
+    QTest::keyClick(&field(), Qt::Key_Return);
+    EXPECT_TRUE(says(QStringLiteral("There is a slip in this key.")));
+    EXPECT_TRUE(m_dialog->isVisible());
     field().setText(LicenceKey::generate().text());
     m_screen.state.language = Language::german;
     press(QStringLiteral("Aktivieren"));
