@@ -129,6 +129,7 @@ void ScreenTour::takeWindow() {
             m_state.currentTime = shown.startTime + 0.5;
             m_state.selectedMarkerID = shown.id;
             settle(windowTime);
+            waitUntilStill(window);
         }
         take(window, name);
     }
@@ -230,6 +231,20 @@ void ScreenTour::save(QWidget& screen, const QString& name) const {
     const QString path = QStringLiteral("%1/%2.png").arg(folder, name);
     if (!QDir().mkpath(folder) || !screen.grab().save(path))
         throw std::runtime_error(path.toStdString() + ": cannot be written");
+}
+
+// Thumbnails and waveforms come as the machine finds the time.
+void ScreenTour::waitUntilStill(QWidget& screen) const {
+    QElapsedTimer clock;
+    clock.start();
+    QImage last;
+    for (int stillFor = 0; stillFor < windowTime && clock.elapsed() < longest; stillFor += settleTime) {
+        settle(settleTime);
+        QImage now = screen.grab().toImage();
+        if (now != last)
+            stillFor = 0;
+        last = std::move(now);
+    }
 }
 
 void ScreenTour::waitUntil(const QString& what, const std::function<bool()>& isSo) const {

@@ -46,6 +46,7 @@ private:
     /// In every language.
     void take(QWidget& screen, const QString& name);
     void save(QWidget& screen, const QString& name) const;
+    void waitUntilStill(QWidget& screen) const;
     void waitUntil(const QString& what, const std::function<bool()>& isSo) const;
 
     TourOptions m_options;
