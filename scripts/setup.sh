@@ -42,6 +42,13 @@ packages=(
     libgl1-mesa-dri  # ... and OpenGL without a graphics card
     ffmpeg # the program: encodes sample and test clips, and is what the benchmark compares with
     time   # peak memory in the benchmark
+
+    # Packages, and the checks of what they install
+    dpkg-dev
+    file
+    desktop-file-utils
+    appstream
+    shared-mime-info
 )
 
 main() {

@@ -1,11 +1,12 @@
-# Writes the AppStream file: the releases of the changelog go into its pattern.
-#   cmake -DCHANGELOG=... -DPATTERN=... -DOUTPUT=... -P Metainfo.cmake
+# Writes the releases of the changelog into the AppStream file's pattern, and as a Debian changelog.
+#   cmake -DCHANGELOG=... -DPATTERN=... -DMETAINFO=... -DDEBIAN=... -P ReleaseNotes.cmake
 file(READ "${CHANGELOG}" text)
 # Semicolons and brackets mean something to CMake's lists.
 string(REPLACE ";" "," text "${text}")
 string(REGEX REPLACE "\n  +" " " text "${text}") # an item's lines on one
 string(REGEX MATCHALL "\n## \\[[0-9]+\\.[0-9]+\\.[0-9]+\\] - [0-9-]+" headings "${text}")
 set(RELEASES "")
+set(debian "")
 foreach(heading IN LISTS headings)
   string(REGEX REPLACE "\n## .([0-9.]+). - ([0-9-]+)" "\\1" version "${heading}")
   string(REGEX REPLACE "\n## .([0-9.]+). - ([0-9-]+)" "\\2" date "${heading}")
@@ -16,14 +17,19 @@ foreach(heading IN LISTS headings)
   string(FIND "${notes}" "\n## " end)
   string(SUBSTRING "${notes}" 0 ${end} notes)
   string(REGEX MATCHALL "\n- [^\n]+" items "${notes}")
+  string(APPEND debian "pointloom (${version}) bookworm; urgency=medium\n\n")
   string(APPEND RELEASES "    <release version=\"${version}\" date=\"${date}\">\n      <description>\n        <ul>\n")
   foreach(item IN LISTS items)
     string(REGEX REPLACE "^\n- " "" item "${item}")
     string(REGEX REPLACE "\\*\\*|`" "" item "${item}")
+    string(APPEND debian "  * ${item}\n")
     string(REPLACE "&" "&amp;" item "${item}")
     string(REPLACE "<" "&lt;" item "${item}")
     string(APPEND RELEASES "          <li>${item}</li>\n")
   endforeach()
   string(APPEND RELEASES "        </ul>\n      </description>\n    </release>\n")
+  execute_process(COMMAND date --utc --rfc-email --date=${date} OUTPUT_VARIABLE day OUTPUT_STRIP_TRAILING_WHITESPACE)
+  string(APPEND debian "\n -- The Pointloom developers <developers@pointloom.example>  ${day}\n\n")
 endforeach()
-configure_file("${PATTERN}" "${OUTPUT}" @ONLY)
+configure_file("${PATTERN}" "${METAINFO}" @ONLY)
+file(WRITE "${DEBIAN}" "${debian}")
