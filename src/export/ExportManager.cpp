@@ -192,6 +192,8 @@ bool writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer
         const double time = static_cast<double>(next->frame.timestamp()) * next->frame.timeBase().value();
         sound.writeUntil(time + soundAhead);
     }
+    if (!wroteAny && frames.damage().secondsMissing > 0)
+        throw ExportError::exportFailed(QStringLiteral("the video is cut short before the trim range starts"));
     if (!wroteAny)
         throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));
     sound.writeRest();

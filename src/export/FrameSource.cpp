@@ -50,7 +50,7 @@ void FrameSource::decode() {
         if (!stay && m_range.end() && current->time() >= *m_range.end())
             break;
         lastTime = current->time();
-        if (stay) {
+        if (stay && (following || !isLostBefore(*current))) {
             const double sourceTime = std::max(current->time(), m_range.start());
             current->makeWritable();
             current->setTimestamp(stay->timestamp, stay->duration);
@@ -60,6 +60,12 @@ void FrameSource::decode() {
         current = std::move(following);
     }
     assessDamage(lastTime);
+}
+
+// The last picture of a video that was cut short before the range would stand for all that is missing.
+bool FrameSource::isLostBefore(const media::VideoFrame& last) const {
+    const double end = last.time() + static_cast<double>(last.duration()) * last.timeBase().value();
+    return end <= m_range.start() && m_reader.damage().secondsMissing > 0;
 }
 
 void FrameSource::assessDamage(std::optional<double> lastTime) {

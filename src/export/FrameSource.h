@@ -35,6 +35,7 @@ public:
 private:
     void run();
     void decode();
+    bool isLostBefore(const media::VideoFrame& last) const;
     void assessDamage(std::optional<double> lastTime);
     std::optional<media::VideoFrame> nextConverted();
 

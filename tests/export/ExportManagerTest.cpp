@@ -317,6 +317,10 @@ TEST(Export, AClipThatIsCutShortGivesWhatIsThereAndSaysWhatIsMissing) {
     job.trimEnd = 1;
     EXPECT_EQ(ExportManager::exportVideo(job, {}, {}).damage, media::Damage{}) << "nothing of this range is missing";
     EXPECT_EQ(frameTimes(job.outputPath).size(), 25U);
+
+    job.trimStart = 3.9;
+    job.trimEnd.reset();
+    EXPECT_EQ(errorOf(job).toStdString(), "Export failed: the video is cut short before the trim range starts");
 }
 
 TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
