@@ -11,17 +11,21 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || stat --format=%Y CHANGELOG.md)}
 export SOURCE_DATE_EPOCH
 
+logged() {
+    "$@" >build/package/package.log 2>&1 || {
+        printf 'package: "%s" failed; the end of what it said:\n' "$*" >&2
+        tail -n 20 build/package/package.log >&2
+        exit 1
+    }
+}
+
 scripts/setup.sh
 printf 'package: building\n'
-cmake --preset package --log-level=WARNING
-cmake --build --preset package --parallel "$(nproc)" >/dev/null
-
+mkdir -p build/package
+logged cmake --preset package --log-level=WARNING
+logged cmake --build --preset package --parallel "$(nproc)"
 rm -rf build/packages
-(cd build/package && cpack -B ../packages >cpack.log 2>&1) || {
-    printf 'package: cpack failed; the end of its log:\n' >&2
-    tail -n 20 build/package/cpack.log >&2
-    exit 1
-}
+logged cpack --config build/package/CPackConfig.cmake -B build/packages
 rm -rf build/packages/_CPack_Packages
 printf 'package: made\n'
 ls -1 build/packages/*.deb
