@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace pointloom {
@@ -223,6 +224,7 @@ void LicenceDialog::follow() {
     const bool isWorking = m_sheet.isWorking();
     context().state.isLicensed = status.isLicensed();
     showState(status);
+    const bool wasLicensed = m_offline->isHidden();
     m_entry->setVisible(!status.isLicensed() || isWorking);
     m_offline->setVisible(!status.isLicensed());
     m_entryField->setReadOnly(isWorking);
@@ -235,6 +237,8 @@ void LicenceDialog::follow() {
     const bool asks = m_operation == Operation::activate || m_operation == Operation::deactivate;
     m_progressText->setText(context().text(asks ? asking : working));
     showOutcome();
+    if (m_offline->isHidden() != wasLicensed)
+        QTimer::singleShot(0, this, [this] { resize(width(), layout()->totalHeightForWidth(width())); });
     if (m_isClosing && !isWorking)
         Sheet::reject();
 }
