@@ -11,13 +11,15 @@ struct MediaWriter::State {
     std::optional<AudioEncoder> audio;
 
     State(const QString& path, const VideoSettings& settings, bool withAudio,
-          const std::vector<Chapter>& chapters)
+          const std::vector<Chapter>& chapters, const QString& comment)
         : file(path, settings.codec == VideoCodec::prores ? "mov" : "mp4")
         , video(file, settings) {
         if (withAudio)
             addAudio();
         for (const Chapter& chapter : chapters)
             file.addChapter(chapter);
+        if (!comment.isEmpty())
+            file.setComment(comment);
         file.writeHeader(settings.timeBase);
     }
 
@@ -37,8 +39,8 @@ MediaWriter& MediaWriter::operator=(MediaWriter&&) noexcept = default;
 MediaWriter::~MediaWriter() = default;
 
 MediaWriter MediaWriter::create(const QString& path, const VideoSettings& video, bool withAudio,
-                                const std::vector<Chapter>& chapters) {
-    return MediaWriter(std::make_unique<State>(path, video, withAudio, chapters));
+                                const std::vector<Chapter>& chapters, const QString& comment) {
+    return MediaWriter(std::make_unique<State>(path, video, withAudio, chapters, comment));
 }
 
 bool MediaWriter::hasAudio() const {

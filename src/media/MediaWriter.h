@@ -26,6 +26,7 @@ struct VideoSettings {
     Rational timeBase{1, 90000}; // of the frames' timestamps; kept exactly in the file
     Rational frameRate{30, 1};   // nominal, for rate control
     std::string encoderPreset;   // of x264 or x265; empty for the encoder's default
+    bool joinable = false;       // no header tells of the machine, so that files of several machines can be joined
     bool lossless = false;       // x264 and x265 only; for tests that read pixels back
 };
 
@@ -36,9 +37,10 @@ FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
 /// MP4 for H.264 (avc1) and HEVC (hvc1), QuickTime for ProRes 422 (apcn); the index stands at the front.
 class MediaWriter {
 public:
-    /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false.
+    /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false. `comment` is kept
+    /// in the file.
     static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio,
-                              const std::vector<Chapter>& chapters = {});
+                              const std::vector<Chapter>& chapters = {}, const QString& comment = {});
 
     MediaWriter(MediaWriter&&) noexcept;
     MediaWriter& operator=(MediaWriter&&) noexcept;

@@ -2,6 +2,7 @@
 
 #include "media/FFmpegError.h"
 
+#include <algorithm>
 #include <cmath>
 #include <QFile>
 
@@ -15,6 +16,19 @@ std::int64_t movieTimescale(Rational videoTimeBase) {
     constexpr std::int64_t finest = 44100;
     const std::int64_t denominator = videoTimeBase.denominator;
     return denominator >= finest ? denominator : (finest + denominator - 1) / denominator * denominator;
+}
+
+/// Newer versions keep it among the parameters.
+void copySideData([[maybe_unused]] AVStream& track, [[maybe_unused]] const AVStream& source) {
+#if LIBAVFORMAT_VERSION_INT < AV_VERSION_INT(60, 15, 100)
+    for (int i = 0; i < source.nb_side_data; ++i) {
+        const AVPacketSideData& data = source.side_data[i];
+        std::uint8_t* copy = av_stream_new_side_data(&track, data.type, data.size);
+        if (copy == nullptr)
+            throw MediaError("out of memory");
+        std::copy_n(data.data, data.size, copy);
+    }
+#endif
 }
 
 }
@@ -49,6 +63,22 @@ AVStream& OutputFile::addTrack(const AVCodecContext& encoder) {
     track->avg_frame_rate = encoder.framerate;
     track->sample_aspect_ratio = encoder.sample_aspect_ratio;
     return *track;
+}
+
+AVStream& OutputFile::addTrack(const AVStream& source) {
+    AVStream* track = avformat_new_stream(m_context, nullptr);
+    if (track == nullptr)
+        throw MediaError("out of memory");
+    check(avcodec_parameters_copy(track->codecpar, source.codecpar), "the output track could not be set up");
+    copySideData(*track, source);
+    track->time_base = source.time_base;
+    track->avg_frame_rate = source.avg_frame_rate;
+    track->sample_aspect_ratio = source.sample_aspect_ratio;
+    return *track;
+}
+
+void OutputFile::setComment(const QString& comment) {
+    check(av_dict_set(&m_context->metadata, "comment", comment.toUtf8().constData(), 0), "out of memory");
 }
 
 // FFmpeg has no public function that adds one: its list of chapters is filled by hand.

@@ -19,7 +19,13 @@ public:
     /// A track for what `encoder` produces; the stream belongs to the file.
     AVStream& addTrack(const AVCodecContext& encoder);
 
+    /// A track that takes the packets of `source`, which belongs to another file, as they are.
+    AVStream& addTrack(const AVStream& source);
+
     bool wantsGlobalHeaders() const;
+
+    /// Kept in the file for whoever reads it; call before the header is written.
+    void setComment(const QString& comment);
 
     /// In the order of their times.
     void addChapter(const Chapter& chapter);

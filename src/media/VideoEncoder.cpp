@@ -81,6 +81,15 @@ int h264Threads() {
     return processors > 0 && processors <= smallMachine ? static_cast<int>(2 * processors) : 0;
 }
 
+std::string x265Parameters(const VideoSettings& settings) {
+    std::string parameters = "log-level=none"; // it writes to standard error by itself, past FFmpeg's log
+    if (settings.joinable)
+        parameters += ":info=0"; // a message in the headers that names its threads
+    if (settings.lossless)
+        parameters += ":lossless=1";
+    return parameters;
+}
+
 /// Nothing but what was asked for: rate and quality stay the encoder's own.
 void choosePreset(AVCodecContext& context, const VideoSettings& settings, Options& options) {
     context.thread_count = 0;
@@ -91,8 +100,7 @@ void choosePreset(AVCodecContext& context, const VideoSettings& settings, Option
             options.set("qp", "0");
         break;
     case VideoCodec::hevc:
-        // x265 writes to standard error by itself, past FFmpeg's log.
-        options.set("x265-params", settings.lossless ? "log-level=none:lossless=1" : "log-level=none");
+        options.set("x265-params", x265Parameters(settings).c_str());
         break;
     case VideoCodec::prores:
         context.profile = 2; // "standard", which is ProRes 422
