@@ -37,6 +37,14 @@ struct Plan {
     std::vector<media::Chapter> chapters;
 };
 
+// Seconds of pictures.
+double lengthOf(const ExportJob& job, const media::MediaInfo& info) {
+    const FrameWindow window = job.part ? job.part->window : FrameWindow{};
+    const double tick = info.video->timeBase.value();
+    const double from = window.from ? static_cast<double>(*window.from) * tick : job.trimStart;
+    return (window.until ? static_cast<double>(*window.until) * tick : job.trimEnd.value_or(info.duration)) - from;
+}
+
 Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
     const media::VideoTrackInfo& track = *info.video;
     Plan plan{
@@ -44,13 +52,13 @@ Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
         .frameFormat = media::encodableFormat(
             codecOf(job.format),
             track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color})),
-        .range = TrimRange(job.trimStart, job.trimEnd),
+        .range = TrimRange(job.trimStart, job.trimEnd, job.part ? job.part->window : FrameWindow{}),
         .chapters = {},
     };
     if (track.frameRate.value() > 0)
         plan.frameRate = track.frameRate.value();
-    const double length = job.trimEnd.value_or(info.duration) - job.trimStart;
-    if (job.withChapters)
+    const double length = lengthOf(job, info);
+    if (job.withChapters && !job.part)
         plan.chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, job.trimStart + length);
     plan.expectedFrames = std::max<std::int64_t>(1, static_cast<std::int64_t>(length * plan.frameRate));
     return plan;
@@ -68,6 +76,8 @@ FrameConverter makeConverter(const media::VideoTrackInfo& track, const PictureLa
 }
 
 std::optional<AudioReader> openAudio(const ExportJob& job, const Plan& plan) {
+    if (job.part)
+        return std::nullopt;
     try {
         return AudioReader::open(job.videoPath, plan.range.start(), plan.range.end());
     } catch (const MediaError&) {
@@ -86,9 +96,11 @@ MediaWriter openWriter(const ExportJob& job, const Plan& plan, const media::Vide
         .timeBase = track.timeBase,
         .frameRate = track.frameRate,
         .encoderPreset = job.encoderPreset,
+        .joinable = job.part.has_value(),
     };
     try {
-        return MediaWriter::create(job.outputPath, settings, withAudio, plan.chapters);
+        return MediaWriter::create(job.outputPath, settings, withAudio, plan.chapters,
+                                   job.part ? job.part->comment : QString());
     } catch (const MediaError& error) {
         throw failure("Writer failed: ", error);
     }

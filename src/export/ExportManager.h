@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/ExportOptions.h"
+#include "export/TrimRange.h"
 #include "media/Damage.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
@@ -30,16 +31,24 @@ struct OverlayDescription {
     bool isLicensed = false; // without a licence a mark stands along the lower edge
 };
 
+/// A stretch of an export that is encoded on its own, to be joined with its neighbours: pictures only, the
+/// first one at 0.
+struct ExportPart {
+    FrameWindow window;
+    QString comment; // kept in the file
+};
+
 struct ExportJob {
     QString videoPath;
     QString outputPath; // a file that stands there is replaced
     ExportFormat format = ExportFormat::h264;
     ExportPreset preset = ExportPreset::original;
     OverlayDescription overlay;
-    double trimStart = 0;          // seconds of the source's timeline
-    std::optional<double> trimEnd; // none: to the end of the video
-    std::string encoderPreset;     // of x264 or x265; empty for the encoder's default
-    bool withChapters = true;      // labelled markers become chapters
+    double trimStart = 0;           // seconds of the source's timeline
+    std::optional<double> trimEnd;  // none: to the end of the video
+    std::string encoderPreset;      // of x264 or x265; empty for the encoder's default
+    bool withChapters = true;       // labelled markers become chapters
+    std::optional<ExportPart> part; // none: all of it
 };
 
 struct ExportProgress {
@@ -61,7 +70,8 @@ using ProgressReport = std::function<void(const ExportProgress&)>;
 /// Blocks until the file is complete. `isCancelled` is polled once a frame and `onProgress` called at each
 /// whole per cent, both on the calling thread. Throws ExportError, and ExportCancelled when
 /// `isCancelled` said so; a partial file is removed in both cases. A damaged video gives what can be decoded.
-ExportReport exportVideo(const ExportJob& job, const CancelQuery& isCancelled, const ProgressReport& onProgress);
+ExportReport exportVideo(const ExportJob& job, const CancelQuery& isCancelled,
+                         const ProgressReport& onProgress);
 
 /// The frame shown at `time` (seconds), upright, with the overlay that the export would give it.
 /// Throws ExportError.

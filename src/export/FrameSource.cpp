@@ -40,14 +40,14 @@ void FrameSource::run() {
 
 // Each frame waits for the one after it, which tells how long it is shown.
 void FrameSource::decode() {
-    m_reader.seek(m_range.start());
+    m_reader.seek(decodingStart());
     std::optional<double> lastTime;
     auto current = nextConverted();
     while (current) {
         auto following = nextConverted();
         const auto nextTimestamp = following ? std::optional(following->timestamp()) : std::nullopt;
         const auto stay = m_range.place(current->timestamp(), current->duration(), nextTimestamp, current->timeBase());
-        if (!stay && m_range.end() && current->time() >= *m_range.end())
+        if (!stay && m_range.isBehind(current->timestamp(), current->timeBase()))
             break;
         lastTime = current->time();
         if (stay && (following || !isLostBefore(*current))) {
@@ -70,8 +70,17 @@ bool FrameSource::isLostBefore(const media::VideoFrame& last) const {
 
 void FrameSource::assessDamage(std::optional<double> lastTime) {
     m_damage = m_reader.damage();
-    if (m_range.end() && lastTime) // pictures that nobody asked for are not missed
-        m_damage.secondsMissing = std::min(m_damage.secondsMissing, std::max(0.0, *m_range.end() - *lastTime));
+    const auto end = m_range.decodingEnd(m_reader.track().timeBase);
+    if (end && lastTime) // pictures that nobody asked for are not missed
+        m_damage.secondsMissing = std::min(m_damage.secondsMissing, std::max(0.0, *end - *lastTime));
+}
+
+// A deinterlaced picture takes lines from those around it.
+double FrameSource::decodingStart() const {
+    const media::VideoTrackInfo& track = m_reader.track();
+    const double start = m_range.decodingStart(track.timeBase);
+    const double lead = track.interlaced && m_range.windowStart(track.timeBase) > 0 ? 2 / track.frameRate.value() : 0;
+    return std::max(start - lead, 0.0);
 }
 
 std::optional<media::VideoFrame> FrameSource::nextConverted() {

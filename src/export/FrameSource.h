@@ -37,6 +37,7 @@ private:
     void decode();
     bool isLostBefore(const media::VideoFrame& last) const;
     void assessDamage(std::optional<double> lastTime);
+    double decodingStart() const;
     std::optional<media::VideoFrame> nextConverted();
 
     media::VideoReader m_reader;

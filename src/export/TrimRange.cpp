@@ -19,8 +19,9 @@ std::int64_t rescale(double ticks600, media::Rational timeBase) {
 
 }
 
-TrimRange::TrimRange(double start, std::optional<double> end)
-    : m_start(ticksOf(start)) {
+TrimRange::TrimRange(double start, std::optional<double> end, const FrameWindow& window)
+    : m_start(ticksOf(start))
+    , m_window(window) {
     if (end)
         m_end = ticksOf(*end);
 }
@@ -33,8 +34,29 @@ std::optional<double> TrimRange::end() const {
     return m_end ? std::optional(static_cast<double>(*m_end) / timescale) : std::nullopt;
 }
 
+double TrimRange::decodingStart(media::Rational timeBase) const {
+    return m_window.from ? static_cast<double>(*m_window.from) * timeBase.value() : start();
+}
+
+std::optional<double> TrimRange::decodingEnd(media::Rational timeBase) const {
+    return m_window.until ? std::optional(static_cast<double>(*m_window.until) * timeBase.value()) : end();
+}
+
+bool TrimRange::isBehind(std::int64_t timestamp, media::Rational timeBase) const {
+    if (m_window.until && timestamp >= *m_window.until)
+        return true;
+    return m_end && static_cast<double>(timestamp) * timeBase.value() >= *end();
+}
+
+std::int64_t TrimRange::windowStart(media::Rational timeBase) const {
+    return m_window.from ? *m_window.from - rescale(static_cast<double>(m_start), timeBase) : 0;
+}
+
 std::optional<TrimRange::Stay> TrimRange::place(std::int64_t timestamp, std::int64_t duration,
-                                                std::optional<std::int64_t> next, media::Rational timeBase) const {
+                                                std::optional<std::int64_t> next,
+                                                media::Rational timeBase) const {
+    if ((m_window.from && timestamp < *m_window.from) || (m_window.until && timestamp >= *m_window.until))
+        return std::nullopt;
     const std::int64_t start = rescale(static_cast<double>(m_start), timeBase);
     const std::int64_t from = std::max<std::int64_t>(0, timestamp - start);
     std::int64_t until = next ? *next - start : timestamp + duration - start;
@@ -48,7 +70,7 @@ std::optional<TrimRange::Stay> TrimRange::place(std::int64_t timestamp, std::int
         const std::int64_t end = rescale(static_cast<double>(*m_end), timeBase) - start;
         until = std::min(until, end);
     }
-    return Stay{from, std::max<std::int64_t>(0, until - from)};
+    return Stay{from - windowStart(timeBase), std::max<std::int64_t>(0, until - from)};
 }
 
 }

@@ -1,0 +1,47 @@
+// Makes the parts of a planned export: each segment's pictures, and the sound. Every call can be repeated.
+#pragma once
+
+#include "export/SegmentPlan.h"
+
+namespace pointloom {
+
+/// Where the parts of a plan stand.
+class PartFolder {
+public:
+    PartFolder(QString path, ExportFormat format)
+        : m_path(std::move(path))
+        , m_format(format) {}
+
+    /// "match.parts" beside "match.json".
+    static PartFolder beside(const QString& planPath, const SegmentPlan& plan);
+
+    const QString& path() const { return m_path; }
+    QString pictures(int segment) const; // counted from 1
+    QString sound() const;
+
+    /// Throws ExportError.
+    void create() const;
+
+private:
+    QString m_path;
+    ExportFormat m_format;
+};
+
+namespace SegmentExport {
+
+/// Encodes a segment, counted from 1. Empty when `path` held it already. The file appears when it is whole.
+/// Throws ExportError, also when an input has changed since the plan was made, PlanError and ExportCancelled.
+std::optional<ExportReport> encode(const SegmentPlan& plan, int number, const QString& path,
+                                   const ExportManager::CancelQuery& isCancelled,
+                                   const ExportManager::ProgressReport& onProgress);
+
+/// The same for the sound of the whole range; false when it was there already. The plan has sound.
+bool encodeSound(const SegmentPlan& plan, const QString& path, const ExportManager::CancelQuery& isCancelled);
+
+/// Whether the file is that segment of this plan, complete; and the same for its sound.
+bool isSegment(const SegmentPlan& plan, int number, const QString& path);
+bool isSound(const SegmentPlan& plan, const QString& path);
+
+}
+
+}

@@ -1,0 +1,264 @@
+// An export that is cut into segments and joined again, held against the one that was made in a single run.
+#include "export/SegmentJoin.h"
+#include "model/ScoringEngine.h"
+#include "support/TestClips.h"
+#include "json/JsonDocument.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+namespace pointloom {
+
+namespace {
+
+using test::ClipFolder;
+
+const QString version = QStringLiteral("1.2.3");
+
+ExportJob jobFor(const QString& video, const QString& output) {
+    ExportJob job;
+    job.videoPath = video;
+    job.outputPath = output;
+    job.overlay.config.team1.player1 = QStringLiteral("Ana");
+    job.overlay.config.team2.player1 = QStringLiteral("Eva");
+    job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
+    job.overlay.markers = {
+        {QUuid::createUuid(), 3.1, ScoreState{{{4, 0, {}}}, {}, 2}, QStringLiteral("break")}};
+    job.overlay.isLicensed = true;
+    job.encoderPreset = "ultrafast";
+    return job;
+}
+
+QByteArray output(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return process.readAllStandardOutput();
+}
+
+// Times of all pictures as ffprobe sees them: of showing in their order, or of decoding. Which picture is
+// decoded first is the encoder's choice.
+QList<qint64> pictureTimes(const QString& path, const char* which) {
+    const QString entry = QStringLiteral("packet=") + QLatin1String(which);
+    const QByteArray lines =
+        output(QStringLiteral("ffprobe"),
+               {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"),
+                QStringLiteral("v"), QStringLiteral("-show_entries"), entry, QStringLiteral("-of"),
+                QStringLiteral("csv=p=0"), path});
+    QList<qint64> times;
+    for (const QByteArray& line : lines.trimmed().split('\n'))
+        times.push_back(line.trimmed().replace(",", "").toLongLong());
+    if (QByteArrayView(which) == "pts")
+        std::sort(times.begin(), times.end());
+    return times;
+}
+
+// Times and check sums of all packets of sound.
+QByteArray soundPackets(const QString& path) {
+    return output(QStringLiteral("ffmpeg"),
+                  QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path} +
+                      QProcess::splitCommand(QStringLiteral("-map 0:a -c copy -f framecrc -")));
+}
+
+// The smallest likeness, in decibel, of two pictures that are shown at the same time.
+double smallestLikeness(const QString& a, const QString& b) {
+    QProcess process;
+    process.start(QStringLiteral("ffmpeg"),
+                  QStringList{QStringLiteral("-i"), a, QStringLiteral("-i"), b} +
+                      QProcess::splitCommand(QStringLiteral("-lavfi psnr=stats_file=- -f null -")));
+    process.waitForFinished();
+    double smallest = 1000;
+    for (const QByteArray& line : process.readAllStandardOutput().split('\n')) {
+        const qsizetype at = line.indexOf("psnr_avg:");
+        if (at < 0)
+            continue;
+        const QByteArray number = line.mid(at + 9).split(' ').first();
+        smallest = std::min(smallest, number == "inf" ? 1000 : number.toDouble());
+    }
+    return smallest;
+}
+
+class Segments : public testing::Test {
+protected:
+    QString makeClip(const char* encoding) const {
+        const QString arguments =
+            QStringLiteral("-f lavfi -i testsrc2=s=320x180:r=25:d=6 -f lavfi -i sine=f=440:d=6 %1 -c:a aac");
+        return folder.make(QStringLiteral("clip.mov"),
+                           QProcess::splitCommand(arguments.arg(QLatin1String(encoding))));
+    }
+
+    SegmentPlan planFor(const ExportJob& job, int count) const {
+        SegmentPlan::make(job, count, version).save(planPath());
+        return SegmentPlan::load(planPath(), version);
+    }
+
+    QString planPath() const { return folder.path(QStringLiteral("match.json")); }
+
+    QString joinAll(const SegmentPlan& plan) const {
+        const PartFolder parts = PartFolder::beside(planPath(), plan);
+        parts.create();
+        for (int number = plan.count(); number >= 1; --number) // in any order
+            SegmentExport::encode(plan, number, parts.pictures(number), {}, {});
+        const QString joined = folder.path(QStringLiteral("joined.") + fileExtension(plan.format));
+        SegmentJoin::join(plan, parts, joined, {}, {});
+        return joined;
+    }
+
+    void expectSameAsSingleRun(ExportJob job, int count) const {
+        const SegmentPlan plan = planFor(job, count);
+        ASSERT_EQ(plan.count(), count);
+        const QString joined = joinAll(plan);
+        job.outputPath = folder.path(QStringLiteral("single.") + fileExtension(job.format));
+        ExportManager::exportVideo(job, {}, {});
+
+        for (const char* which : {"pts", "dts"})
+            EXPECT_EQ(pictureTimes(joined, which), pictureTimes(job.outputPath, which)) << which;
+        EXPECT_GT(pictureTimes(joined, "pts").size(), 50);
+        EXPECT_EQ(soundPackets(joined), soundPackets(job.outputPath));
+        constexpr double encoderNoise = 28; // dB; a picture that is one frame off has less than 20
+        EXPECT_GT(smallestLikeness(joined, job.outputPath), encoderNoise);
+        const auto whole = test::probe(job.outputPath);
+        const auto again = test::probe(joined);
+        for (const char* key : {"codec_name", "codec_tag_string", "profile", "width", "height", "pix_fmt",
+                                "start_pts", "duration_ts", "nb_frames", "r_frame_rate", "color_space"})
+            EXPECT_EQ(again["streams"][0].value(key, nlohmann::json()),
+                      whole["streams"][0].value(key, nlohmann::json()))
+                << key;
+        EXPECT_EQ(again["format"]["duration"], whole["format"]["duration"]);
+        EXPECT_EQ(again["format"]["nb_streams"], whole["format"]["nb_streams"]);
+    }
+
+    template <class Call>
+    static QString errorOf(const Call& call) {
+        try {
+            call();
+        } catch (const std::runtime_error& error) {
+            return QString::fromUtf8(error.what());
+        }
+        return {};
+    }
+
+    ClipFolder folder;
+};
+
+}
+
+TEST_F(Segments, JoinedAreTimedAndSoundLikeASingleRunInEveryCodec) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    for (const ExportFormat format : {ExportFormat::h264, ExportFormat::hevc, ExportFormat::prores}) {
+        SCOPED_TRACE(fileExtension(format).toStdString() + std::to_string(static_cast<int>(format)));
+        QDir(folder.path(QStringLiteral("match.parts"))).removeRecursively();
+        ExportJob job = jobFor(clip, folder.path(QStringLiteral("x")));
+        job.format = format;
+        job.trimStart = 0.5;
+        job.trimEnd = 5.3;
+        if (format == ExportFormat::hevc)
+            job.encoderPreset = "fast"; // reorders pictures in a pyramid
+        expectSameAsSingleRun(job, 3);
+    }
+}
+
+TEST_F(Segments, OfAnUnevenRateReorderedAndInterlacedComeOutAlike) {
+    const QString clip =
+        makeClip("-vf setpts='PTS+mod(N,3)*0.004/TB',interlace -fps_mode vfr -c:v libx264 -g 20 "
+                 "-flags +ildct+ilme -pix_fmt yuv420p -video_track_timescale 90000");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("x")));
+    job.encoderPreset = "medium"; // with reordered pictures
+    expectSameAsSingleRun(job, 3);
+}
+
+TEST_F(Segments, AreCutAtKeyFramesAndNotTooShort) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -sc_threshold 0 -pix_fmt yuv420p");
+    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 100);
+    EXPECT_EQ(plan.count(), 6); // a second each
+    for (int number = 2; number <= plan.count(); ++number)
+        EXPECT_EQ(*plan.window(number).from % plan.ticksPerSecond, 0) << number;
+}
+
+TEST_F(Segments, AFinishedPartIsNotMadeAgainAndAnotherPlansPartIs) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 2);
+    const QString part = folder.path(QStringLiteral("part.mp4"));
+    // What a worker that was killed left behind.
+    const QString remains =
+        part + u'.' + QSysInfo::machineHostName() + QStringLiteral(".999999999.1.unfinished");
+    EXPECT_TRUE(QFile(remains).open(QIODevice::WriteOnly));
+    EXPECT_TRUE(SegmentExport::encode(plan, 1, part, {}, {}).has_value());
+    EXPECT_FALSE(QFile::exists(remains));
+    EXPECT_FALSE(SegmentExport::encode(plan, 1, part, {}, {}).has_value());
+    EXPECT_TRUE(SegmentExport::encode(plan, 2, part, {}, {}).has_value());
+
+    EXPECT_THROW(SegmentExport::encode(plan, 1, part, [] { return true; }, {}), ExportCancelled);
+    EXPECT_TRUE(SegmentExport::isSegment(plan, 2, part)) << "what stood there stays";
+    EXPECT_EQ(QDir(folder.path(QString())).entryList({QStringLiteral("*.unfinished")}), QStringList());
+}
+
+TEST_F(Segments, WithoutAllPartsOrWithAChangedSourceNothingIsJoined) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 3);
+    const PartFolder parts = PartFolder::beside(planPath(), plan);
+    parts.create();
+    SegmentExport::encode(plan, 2, parts.pictures(2), {}, {});
+    const QString joined = folder.path(QStringLiteral("joined.mp4"));
+    const auto join = [&] { SegmentJoin::join(plan, parts, joined, {}, {}); };
+    EXPECT_TRUE(errorOf(join).endsWith(QStringLiteral("these are missing: 1, 3")))
+        << errorOf(join).toStdString();
+
+    QFile source(clip);
+    ASSERT_TRUE(source.open(QIODevice::Append));
+    source.write("more");
+    source.close();
+    const auto encode = [&] { SegmentExport::encode(plan, 2, parts.pictures(2), {}, {}); };
+    EXPECT_TRUE(errorOf(encode).contains(QStringLiteral("the file has changed since the plan was made")));
+    EXPECT_TRUE(errorOf(join).contains(QStringLiteral("the file has changed since the plan was made")));
+    EXPECT_FALSE(QFile::exists(joined));
+}
+
+TEST_F(Segments, PartsThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    ExportJob job = jobFor(clip, QStringLiteral("x"));
+    SegmentPlan plan = planFor(job, 2);
+    const PartFolder parts = PartFolder::beside(planPath(), plan);
+    joinAll(plan);
+    const auto join = [&] { SegmentJoin::join(plan, parts, folder.path(QStringLiteral("j.mp4")), {}, {}); };
+
+    const QByteArray whole = test::readFile(parts.pictures(2));
+    QFile::resize(parts.pictures(2), whole.size() - 2000);
+    EXPECT_TRUE(errorOf(join).contains(QStringLiteral("0002.mp4: the file is damaged or cut short")))
+        << errorOf(join).toStdString();
+    QFile::remove(parts.pictures(2));
+
+    SegmentPlan other = plan;
+    other.encoderPreset = QStringLiteral("medium");
+    SegmentExport::encode(other, 2, parts.pictures(2), {}, {});
+    EXPECT_TRUE(errorOf(join).contains(QStringLiteral("its encoder's headers are not theirs")))
+        << errorOf(join).toStdString();
+    EXPECT_FALSE(QFile::exists(folder.path(QStringLiteral("j.mp4"))));
+}
+
+TEST_F(Segments, ABadPlanIsRefusedInWords) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 2);
+    EXPECT_EQ(SegmentPlan::load(planPath(), version), plan);
+    const auto load = [&] { (void)SegmentPlan::load(planPath(), version); };
+    const QByteArray good = test::readFile(planPath());
+    const auto errorWith = [&](const char* from, const char* to) {
+        folder.write(QStringLiteral("match.json"), QByteArray(good).replace(from, to));
+        return errorOf(load).toStdString();
+    };
+    EXPECT_EQ(errorOf([&] { (void)SegmentPlan::load(QStringLiteral("/dev/zero"), version); }),
+              QStringLiteral("/dev/zero: is not a file"));
+    EXPECT_NE(
+        errorWith("\"isLicensed\": true", "\"isLicensed\": false").find("was changed after it was made"),
+        std::string::npos);
+    EXPECT_NE(errorWith("\"segments\": [", "\"segments\": [7,").find("segments[0]: expected an object"),
+              std::string::npos);
+    EXPECT_NE(errorWith("\"version\": 1", "\"version\": 9").find("form 9"), std::string::npos);
+    EXPECT_NE(errorWith("1.2.3", "1.2.2").find("version 1.2.2"), std::string::npos);
+    EXPECT_NE(errorWith("{", "[").find("match.json: "), std::string::npos);
+}
+
+}
