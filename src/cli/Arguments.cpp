@@ -15,10 +15,11 @@ const FileKind imageFile{"IMAGE", {"png", "jpg", "jpeg"}};
 const FileKind pngFile{"PICTURE.png", {"png"}};
 const FileKind csvFile{"FILE.csv", {"csv"}};
 const FileKind licenceFile{"FILE.json", {"json"}};
+const FileKind planFile{"PLAN.json", {"json"}};
 
 const std::vector<const FileKind*>& fileKinds() {
-    static const std::vector<const FileKind*> kinds{&projectFile, &videoFile, &imageFile,
-                                                    &pngFile,     &csvFile,   &licenceFile};
+    static const std::vector<const FileKind*> kinds{&projectFile, &videoFile,   &imageFile, &pngFile,
+                                                    &csvFile,     &licenceFile, &planFile};
     return kinds;
 }
 

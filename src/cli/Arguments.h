@@ -24,6 +24,7 @@ extern const FileKind imageFile;
 extern const FileKind pngFile;
 extern const FileKind csvFile;
 extern const FileKind licenceFile;
+extern const FileKind planFile;
 const std::vector<const FileKind*>& fileKinds();
 
 /// The placeholder of an argument that is a template's identifier.

@@ -9,6 +9,9 @@ namespace pointloom::cli {
 
 std::unique_ptr<Command> makeExportCommand(CLI::App& root);
 std::unique_ptr<Command> makeBatchCommand(CLI::App& root);
+std::unique_ptr<Command> makePlanCommand(CLI::App& root);
+std::unique_ptr<Command> makeSegmentCommand(CLI::App& root);
+std::unique_ptr<Command> makeJoinCommand(CLI::App& root);
 std::unique_ptr<Command> makeStillCommand(CLI::App& root);
 std::unique_ptr<Command> makeScoreboardCommand(CLI::App& root);
 std::unique_ptr<Command> makeTemplatesCommand(CLI::App& root);

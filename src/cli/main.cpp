@@ -18,6 +18,9 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& root) {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(makeExportCommand(root));
     commands.push_back(makeBatchCommand(root));
+    commands.push_back(makePlanCommand(root));
+    commands.push_back(makeSegmentCommand(root));
+    commands.push_back(makeJoinCommand(root));
     commands.push_back(makeStillCommand(root));
     commands.push_back(makeScoreboardCommand(root));
     commands.push_back(makeNewCommand(root));

@@ -10,7 +10,7 @@ TEST_F(UsageTest, HelpAndVersionAreNoFaults) {
     EXPECT_EQ(version.status, 0);
     EXPECT_TRUE(version.out.startsWith("pointloom-cli "));
     for (const char* command :
-         {"export", "still", "scoreboard", "templates", "markers", "new", "check", "licence", "completion"}) {
+         {"export", "plan", "segment", "join", "still", "scoreboard", "templates", "markers", "new", "check", "licence", "completion"}) {
         const Outcome help = run(QStringList{QString::fromLatin1(command), QStringLiteral("--help")});
         EXPECT_EQ(help.status, 0) << command;
         EXPECT_TRUE(help.err.isEmpty()) << help.errText();

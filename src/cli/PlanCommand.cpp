@@ -1,0 +1,118 @@
+// pointloom-cli plan: cuts an export into segments that can be encoded apart from each other.
+#include "cli/Arguments.h"
+#include "cli/Commands.h"
+#include "cli/ExportChoices.h"
+#include "cli/LicenceOfThisMachine.h"
+#include "cli/ProjectInputs.h"
+#include "export/SegmentPlan.h"
+
+#include <QFileInfo>
+
+namespace pointloom::cli {
+
+namespace {
+
+class PlanCommand final : public Command {
+public:
+    explicit PlanCommand(CLI::App& subcommand);
+    ExitStatus run() override;
+
+private:
+    QString outputPath() const;
+    ExportRequest request() const;
+
+    std::string m_project;
+    int m_segments = 1;
+    std::string m_plan;
+    std::optional<std::string> m_output;
+    std::optional<std::string> m_video;
+    std::string m_format = "h264";
+    std::string m_preset = "original";
+    std::optional<double> m_trimStart;
+    std::optional<double> m_trimEnd;
+    std::optional<std::string> m_watermark;
+    std::string m_watermarkCorner;
+    bool m_withoutChapters = false;
+    std::string m_encoderPreset;
+};
+
+PlanCommand::PlanCommand(CLI::App& subcommand)
+    : Command(subcommand) {
+    constexpr int mostSegments = 1000;
+    addProjectArgument(app(), m_project);
+    app()
+        .add_option("--segments", m_segments, "How many, at most")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(1, mostSegments))
+        ->required();
+    addOutputOption(app(), m_plan, planFile, "The plan to write");
+    addFileOption(app(), "--to", m_output, videoFile,
+                  "Where the joined video is to stand; without it beside the plan, under its name");
+    addFileOption(app(), "--video", m_video, videoFile, "The source, in place of the project's video");
+    addFormatOption(app(), m_format);
+    addPresetOption(app(), m_preset);
+    addTimeOption(app(), "--trim-start", m_trimStart, "Start of the range, in place of the project's");
+    addTimeOption(app(), "--trim-end", m_trimEnd, "End of the range, in place of the project's");
+    addFileOption(app(), "--watermark", m_watermark, imageFile,
+                  "Logo in a corner, in place of the project's");
+    limitChoices(app().add_option("--watermark-corner", m_watermarkCorner, "Its corner"),
+                 rawValues<WatermarkCorner>());
+    app().add_flag("--no-chapters", m_withoutChapters, "Do not make chapters of labelled markers");
+    app().add_option("--encoder-preset", m_encoderPreset, "Speed preset of x264 or x265")->group("");
+    app().footer("Example:\n  pointloom-cli plan final.plp --segments 8 -o final.json\n\n"
+                 "Then \"pointloom-cli segment final.json K\" for each K, on any machine that sees the same "
+                 "files, and\n"
+                 "\"pointloom-cli join final.json\".");
+}
+
+QString PlanCommand::outputPath() const {
+    if (m_output)
+        return toText(*m_output);
+    const QFileInfo plan(toText(m_plan));
+    return plan.path() + u'/' + plan.completeBaseName() + u'.' + fileExtension(formatOf(m_format));
+}
+
+ExportRequest PlanCommand::request() const {
+    ExportRequest request;
+    request.videoPath = toText(m_video);
+    request.watermarkPath = toText(m_watermark);
+    request.watermarkCorner = fromRawValue<WatermarkCorner>(m_watermarkCorner);
+    request.trimStart = m_trimStart;
+    request.trimEnd = m_trimEnd;
+    request.format = formatOf(m_format);
+    request.preset = presetOf(m_preset);
+    request.outputPath = outputPath();
+    request.encoderPreset = m_encoderPreset;
+    return request;
+}
+
+ExitStatus PlanCommand::run() {
+    const QString projectPath = toText(m_project);
+    const QString planPath = toText(m_plan);
+    ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
+    inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
+    inputs.job.withChapters = !m_withoutChapters;
+    for (const QString& path : {planPath, inputs.job.outputPath})
+        requireUsableOutput(path, inputFiles(inputs.job, projectPath));
+    try {
+        const auto plan = SegmentPlan::make(inputs.job, m_segments, QStringLiteral(POINTLOOM_VERSION));
+        plan.save(planPath);
+        if (plan.count() < m_segments)
+            inputs.remarks.notes +=
+                QStringLiteral("the video can be cut into %1 segments only").arg(plan.count());
+    } catch (const ExportError& error) {
+        throw faultOf(error, projectPath);
+    }
+    say(inputs.remarks);
+    print(m_plan + '\n');
+    return ExitStatus::done;
+}
+
+}
+
+std::unique_ptr<Command> makePlanCommand(CLI::App& root) {
+    return std::make_unique<PlanCommand>(
+        *root.add_subcommand("plan", "Cut an export into segments, for several machines"));
+}
+
+}

@@ -1,0 +1,15 @@
+// What the commands that work on a plan have in common.
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/FileLookup.h"
+#include "export/SegmentPlan.h"
+
+namespace pointloom::cli {
+
+CLI::Option* addPlanArgument(CLI::App& app, std::string& path);
+
+/// The files that no part and no joined video may replace.
+std::vector<InputFile> inputFiles(const SegmentPlan& plan, const QString& planPath);
+
+}
