@@ -66,7 +66,10 @@ void InstanceServer::greet() {
             }
             caller->write(&answer, 1);
             caller->disconnectFromServer(); // once the answer is out
-            m_handler(*arguments);
+            // Not from within a signal of the caller: the handler may wait for a person, and the caller is
+            // gone by then.
+            QMetaObject::invokeMethod(
+                &m_server, [this, arguments] { m_handler(*arguments); }, Qt::QueuedConnection);
         };
         QObject::connect(caller, &QLocalSocket::readyRead, caller, receive);
         if (caller->bytesAvailable() > 0)
