@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <QCoreApplication>
+#include <sys/resource.h>
 
 namespace pointloom {
 
@@ -30,6 +31,13 @@ void awaitAll() {
     std::unique_lock lock(all.mutex);
     all.isClosing = true;
     all.ended.wait_for(lock, patience, [&] { return all.count == 0; });
+}
+
+// Of the calling thread alone. Not the idle class that Qt would choose: on a busy machine a thread of it
+// never gets to run, not even to die, and its process keeps the session's lock for as long.
+void stepBack() {
+    constexpr int courteous = 15;
+    (void)setpriority(PRIO_PROCESS, 0, courteous);
 }
 
 void reopen() {
@@ -70,7 +78,10 @@ IdleWorker::IdleWorker(std::function<void(Link)> work, QThread::Priority priorit
         return true;
     }();
     Q_UNUSED(isRegistered)
-    QThread* thread = QThread::create([link = m_link, work = std::move(work)] {
+    const bool stepsBack = priority == QThread::IdlePriority;
+    QThread* thread = QThread::create([link = m_link, work = std::move(work), stepsBack] {
+        if (stepsBack)
+            stepBack();
         work(link);
         Running& all = running();
         const std::scoped_lock lock(all.mutex);
@@ -78,7 +89,7 @@ IdleWorker::IdleWorker(std::function<void(Link)> work, QThread::Priority priorit
         all.ended.notify_all();
     });
     QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    thread->start(priority);
+    thread->start(stepsBack ? QThread::InheritPriority : priority);
 }
 
 IdleWorker::~IdleWorker() {
