@@ -1,6 +1,6 @@
 // Whole exports: small clips in, the written files decoded again by ffmpeg's own tools.
 #include "export/ExportManager.h"
-#include "model/ScoringEngine.h"
+#include "ExportJobs.h"
 #include "support/TestClips.h"
 
 #include <cmath>
@@ -15,25 +15,13 @@ namespace pointloom {
 namespace {
 
 using test::ClipFolder;
+using test::jobFor;
 
 constexpr auto greyClip = "-f lavfi -i color=0x606060:s=640x360:r=25:d=4 -f lavfi -i sine=f=440:d=4 "
                           "-c:v libx264 -pix_fmt yuv420p -c:a aac -shortest";
 
 SportScoreState score(std::int64_t games, std::int64_t server) {
     return ScoreState{{{games, 0, {}}}, {}, server};
-}
-
-ExportJob jobFor(const QString& video, const QString& output) {
-    ExportJob job;
-    job.videoPath = video;
-    job.outputPath = output;
-    job.overlay.config.team1.player1 = QStringLiteral("Ana");
-    job.overlay.config.team2.player1 = QStringLiteral("Eva");
-    job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
-    job.overlay.scoreboardPosition = {0.5, 0.5};
-    job.overlay.isLicensed = true;
-    job.encoderPreset = "ultrafast";
-    return job;
 }
 
 void run(const ExportJob& job) {
@@ -66,9 +54,9 @@ double number(const nlohmann::json& text) {
 std::vector<double> frameTimes(const QString& path) {
     QProcess probe;
     probe.start(QStringLiteral("ffprobe"),
-                {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"), QStringLiteral("v:0"),
-                 QStringLiteral("-show_entries"), QStringLiteral("frame=pts_time"), QStringLiteral("-of"),
-                 QStringLiteral("csv=p=0"), path});
+                {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"),
+                 QStringLiteral("v:0"), QStringLiteral("-show_entries"), QStringLiteral("frame=pts_time"),
+                 QStringLiteral("-of"), QStringLiteral("csv=p=0"), path});
     probe.waitForFinished();
     std::vector<double> times;
     for (const QByteArray& line : probe.readAllStandardOutput().split('\n')) {
@@ -83,13 +71,15 @@ QImage frameAt(const QString& path, double time) {
     const ClipFolder folder;
     const QString picture = folder.path(QStringLiteral("frame.png"));
     QProcess::execute(QStringLiteral("ffmpeg"),
-                      {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path, QStringLiteral("-ss"),
-                       QString::number(time), QStringLiteral("-frames:v"), QStringLiteral("1"), picture});
+                      {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path,
+                       QStringLiteral("-ss"), QString::number(time), QStringLiteral("-frames:v"),
+                       QStringLiteral("1"), picture});
     return QImage(picture);
 }
 
 double distance(QRgb a, QRgb b) {
-    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+    return std::max(
+        {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
 }
 
 // Mean difference of the first set's column between two frames of a 640x360 clip.
@@ -111,7 +101,8 @@ TEST(Export, KeepsFramesSoundAndTimesAndDrawsTheScoreOfEachFrame) {
     // The frames stand at multiples of 0.04 s; a marker exactly on one applies to it.
     job.overlay.markers = {{QUuid::createUuid(), 2.0, score(4, 2), {}}};
     std::vector<double> fractions;
-    ExportManager::exportVideo(job, {}, [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); });
+    ExportManager::exportVideo(
+        job, {}, [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); });
 
     EXPECT_EQ(frameTimes(job.outputPath), frameTimes(clip));
     EXPECT_NEAR(number(stream(job.outputPath, "audio")["duration"]), 4, 0.05);
@@ -138,9 +129,9 @@ TEST(Export, WritesWhatPlaysEverywhere) {
         const char* tag;
         const char* pixels;
     };
-    for (const auto& [format, tag, pixels] : {Expected{ExportFormat::h264, "avc1", "yuv420p"},
-                                              Expected{ExportFormat::hevc, "hvc1", "yuv420p"},
-                                              Expected{ExportFormat::prores, "apcn", "yuv422p10le"}}) {
+    for (const auto& [format, tag, pixels] :
+         {Expected{ExportFormat::h264, "avc1", "yuv420p"}, Expected{ExportFormat::hevc, "hvc1", "yuv420p"},
+          Expected{ExportFormat::prores, "apcn", "yuv422p10le"}}) {
         ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.") + fileExtension(format)));
         job.format = format;
         run(job);
@@ -160,10 +151,11 @@ TEST(Export, WritesWhatPlaysEverywhere) {
 TEST(Export, TrimsPictureAndSoundToTheSamePoint) {
     const ClipFolder folder;
     // Silence, then a beep and a white picture from 2.0 s on.
-    const QString clip = folder.make(
-        QStringLiteral("clip.mp4"),
-        "-f lavfi -i color=black:s=320x180:r=25:d=4,drawbox=c=white:t=fill:enable='gte(t,2)' "
-        "-f lavfi -i aevalsrc='if(gte(t,2),sin(2*PI*1000*t),0)':d=4:s=48000 -c:v libx264 -g 100 -pix_fmt yuv420p -c:a aac");
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"),
+                    "-f lavfi -i color=black:s=320x180:r=25:d=4,drawbox=c=white:t=fill:enable='gte(t,2)' "
+                    "-f lavfi -i aevalsrc='if(gte(t,2),sin(2*PI*1000*t),0)':d=4:s=48000 -c:v libx264 -g 100 "
+                    "-pix_fmt yuv420p -c:a aac");
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     job.trimStart = 1.5;
     job.trimEnd = 3.0;
@@ -178,24 +170,29 @@ TEST(Export, TrimsPictureAndSoundToTheSamePoint) {
     EXPECT_NEAR(number(test::probe(job.outputPath)["format"]["duration"]), 1.5, 0.03);
 
     QProcess decode;
-    decode.start(QStringLiteral("ffmpeg"), {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), job.outputPath,
-                                            QStringLiteral("-ac"), QStringLiteral("1"), QStringLiteral("-f"),
-                                            QStringLiteral("f32le"), QStringLiteral("-")});
+    decode.start(QStringLiteral("ffmpeg"),
+                 {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), job.outputPath,
+                  QStringLiteral("-ac"), QStringLiteral("1"), QStringLiteral("-f"), QStringLiteral("f32le"),
+                  QStringLiteral("-")});
     decode.waitForFinished();
     const QByteArray sound = decode.readAllStandardOutput();
     const auto* samples = reinterpret_cast<const float*>(sound.constData());
     const auto* end = samples + sound.size() / 4;
-    const auto onset = std::find_if(samples, end, [](float sample) { return std::abs(sample) > 0.3F; }) - samples;
+    const auto onset =
+        std::find_if(samples, end, [](float sample) { return std::abs(sample) > 0.3F; }) - samples;
     EXPECT_NEAR(static_cast<double>(onset) / 44100, 0.5, 0.01);
 }
 
 TEST(Export, ARotatedClipComesOutUprightWithAnUprightScoreboard) {
     const ClipFolder folder;
     // Stored on its side: what is stored left (red) is shown on top after a clockwise quarter turn.
-    const QString stored = folder.make(QStringLiteral("stored.mp4"),
-                                       "-f lavfi -i color=green:s=640x360:r=25:d=1,drawbox=c=red:w=100:t=fill -c:v libx264 -pix_fmt yuv420p");
-    const QString clip = folder.make(QStringLiteral("clip.mp4"), {QStringLiteral("-i"), stored, QStringLiteral("-c"), QStringLiteral("copy"),
-                                                                  QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=270")});
+    const QString stored = folder.make(
+        QStringLiteral("stored.mp4"), "-f lavfi -i color=green:s=640x360:r=25:d=1,drawbox=c=red:w=100:t=fill "
+                                      "-c:v libx264 -pix_fmt yuv420p");
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"),
+                    {QStringLiteral("-i"), stored, QStringLiteral("-c"), QStringLiteral("copy"),
+                     QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=270")});
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     const QImage source = frameAt(clip, 0);
     ASSERT_EQ(source.size(), QSize(360, 640));
@@ -223,7 +220,9 @@ TEST(Export, ARotatedClipComesOutUprightWithAnUprightScoreboard) {
 
 TEST(Export, FitsIntoAPresetWithBlackBarsAndAScaledScoreboard) {
     const ClipFolder folder;
-    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.4 -c:v libx264 -pix_fmt yuv420p");
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"),
+                    "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.4 -c:v libx264 -pix_fmt yuv420p");
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     job.preset = ExportPreset::instagram916;
     job.overlay.scoreboardPosition = {0.5, 0.1};
@@ -239,22 +238,28 @@ TEST(Export, FitsIntoAPresetWithBlackBarsAndAScaledScoreboard) {
 
 TEST(Export, ScoreboardStandsWhereItsPositionSaysInItsOwnColours) {
     const ClipFolder folder;
-    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.4 -c:v libx264 -pix_fmt yuv420p");
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"),
+                    "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.4 -c:v libx264 -pix_fmt yuv420p");
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     run(job);
     const QImage frame = frameAt(job.outputPath, 0);
     // One set: the canvas is 214 by 97, so the board begins at (320 - 107 + 10, 180 - 48.5 + 10).
     const QPointF board(223, 141.5);
-    const auto at = [&](double x, double y) { return frame.pixel(static_cast<int>(board.x() + x), static_cast<int>(board.y() + y)); };
-    EXPECT_LE(distance(at(34, 6), qRgb(30, 58, 95)), 6);     // name column
-    EXPECT_LE(distance(at(122, 6), qRgb(22, 48, 89)), 6);    // first set
-    EXPECT_LE(distance(at(152, 72), qRgb(200, 75, 17)), 6);  // game cell
+    const auto at = [&](double x, double y) {
+        return frame.pixel(static_cast<int>(board.x() + x), static_cast<int>(board.y() + y));
+    };
+    EXPECT_LE(distance(at(34, 6), qRgb(30, 58, 95)), 6);    // name column
+    EXPECT_LE(distance(at(122, 6), qRgb(22, 48, 89)), 6);   // first set
+    EXPECT_LE(distance(at(152, 72), qRgb(200, 75, 17)), 6); // game cell
     EXPECT_LE(distance(at(215, 40), qRgb(0x90, 0x50, 0xb0)), 4);
 }
 
 TEST(Export, StillShowsTheExportedFrame) {
     const ClipFolder folder;
-    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i testsrc2=s=640x360:r=25:d=2 -c:v libx264 -crf 10 -pix_fmt yuv420p");
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"),
+                    "-f lavfi -i testsrc2=s=640x360:r=25:d=2 -c:v libx264 -crf 10 -pix_fmt yuv420p");
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     job.overlay.markers = {{QUuid::createUuid(), 1.01, score(3, 2), {}}};
     job.overlay.isLicensed = false;
@@ -277,7 +282,9 @@ TEST(Export, StillShowsTheExportedFrame) {
 
 TEST(Export, UnlicensedCopiesCarryAMarkAlongTheLowerEdgeOnly) {
     const ClipFolder folder;
-    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.1 -c:v libx264 -pix_fmt yuv420p");
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"),
+                    "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.1 -c:v libx264 -pix_fmt yuv420p");
     ExportJob job = jobFor(clip, {});
     const QImage licensed = ExportManager::renderStill(job, 0);
     job.overlay.isLicensed = false;
@@ -306,8 +313,10 @@ TEST(Export, CancellingLeavesNoFileAndIsNoExportError) {
 
 TEST(Export, AClipThatIsCutShortGivesWhatIsThereAndSaysWhatIsMissing) {
     const ClipFolder folder;
-    const QByteArray whole = test::readFile(folder.make(
-        QStringLiteral("clip.mp4"), QString::fromUtf8(greyClip).split(u' ') + QStringList{QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
+    const QByteArray whole = test::readFile(
+        folder.make(QStringLiteral("clip.mp4"),
+                    QString::fromUtf8(greyClip).split(u' ') +
+                        QStringList{QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
     const QString cut = folder.write(QStringLiteral("cut.mp4"), whole.left(whole.size() * 3 / 4));
     ExportJob job = jobFor(cut, folder.path(QStringLiteral("out.mp4")));
     const double missing = ExportManager::exportVideo(job, {}, {}).damage.secondsMissing;
@@ -315,12 +324,14 @@ TEST(Export, AClipThatIsCutShortGivesWhatIsThereAndSaysWhatIsMissing) {
     EXPECT_NEAR(frameTimes(job.outputPath).back() + missing, 3.96, 0.16);
 
     job.trimEnd = 1;
-    EXPECT_EQ(ExportManager::exportVideo(job, {}, {}).damage, media::Damage{}) << "nothing of this range is missing";
+    EXPECT_EQ(ExportManager::exportVideo(job, {}, {}).damage, media::Damage{})
+        << "nothing of this range is missing";
     EXPECT_EQ(frameTimes(job.outputPath).size(), 25U);
 
     job.trimStart = 3.9;
     job.trimEnd.reset();
-    EXPECT_EQ(errorOf(job).toStdString(), "Export failed: the video is cut short before the trim range starts");
+    EXPECT_EQ(errorOf(job).toStdString(),
+              "Export failed: the video is cut short before the trim range starts");
 }
 
 TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
@@ -330,14 +341,16 @@ TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
     const QString output = folder.write(QStringLiteral("out.mp4"), "an earlier export");
 
     EXPECT_EQ(errorOf(jobFor(sound, output)), QStringLiteral("The video file has no video track."));
-    EXPECT_TRUE(errorOf(jobFor(folder.path(QStringLiteral("none.mp4")), output)).startsWith(QStringLiteral("Export failed: Reader failed: ")));
+    EXPECT_TRUE(errorOf(jobFor(folder.path(QStringLiteral("none.mp4")), output))
+                    .startsWith(QStringLiteral("Export failed: Reader failed: ")));
     EXPECT_EQ(test::readFile(output), "an earlier export");
 
     const QByteArray before = test::readFile(clip);
     EXPECT_TRUE(errorOf(jobFor(clip, clip)).contains(QStringLiteral("replace the match video")));
     EXPECT_EQ(test::readFile(clip), before);
 
-    EXPECT_TRUE(errorOf(jobFor(clip, folder.path(QStringLiteral("no/such/folder.mp4")))).startsWith(QStringLiteral("Export failed: Writer failed: ")));
+    EXPECT_TRUE(errorOf(jobFor(clip, folder.path(QStringLiteral("no/such/folder.mp4"))))
+                    .startsWith(QStringLiteral("Export failed: Writer failed: ")));
     ExportJob backward = jobFor(clip, output);
     backward.trimStart = 3;
     backward.trimEnd = 2;
@@ -352,8 +365,9 @@ TEST(Export, RealClipsComeOutInEveryFormatAndPreset) {
     if (clips.isEmpty())
         GTEST_SKIP() << "no real clips here";
     const ClipFolder folder;
-    for (const char* name : {"sample_edit_list.mp4", "edit_list_positive_shift.mp4", "bt601.mov", "iibbibb_editlist_videoonly.mp4",
-                             "sample_fragmented_seekable.mp4", "h265_bframes.mp4"}) {
+    for (const char* name :
+         {"sample_edit_list.mp4", "edit_list_positive_shift.mp4", "bt601.mov",
+          "iibbibb_editlist_videoonly.mp4", "sample_fragmented_seekable.mp4", "h265_bframes.mp4"}) {
         const auto clip = test::realClip(QString::fromUtf8(name));
         if (!clip)
             continue;

@@ -1,6 +1,6 @@
 // The overlay without its video, decoded again by ffmpeg's own tools.
 #include "export/OverlayExport.h"
-#include "model/ScoringEngine.h"
+#include "ExportJobs.h"
 #include "support/TestClips.h"
 
 #include <gtest/gtest.h>
@@ -26,16 +26,9 @@ QString turnedClip(const ClipFolder& folder) {
                         QStringLiteral("-metadata:s:v:0"), QStringLiteral("rotate=90")});
 }
 
-ExportJob jobFor(const QString& video, const QString& output) {
-    ExportJob job;
-    job.videoPath = video;
-    job.outputPath = output;
-    job.overlay.config.team1.player1 = QStringLiteral("Ana");
-    job.overlay.config.team2.player1 = QStringLiteral("Eva");
-    job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
+ExportJob markedJob(const QString& video, const QString& output) {
+    ExportJob job = test::jobFor(video, output);
     job.overlay.markers = {{QUuid::createUuid(), 1.0, ScoreState{{{4, 0, {}}}, {}, 2}, {}}};
-    job.overlay.scoreboardPosition = {0.5, 0.5};
-    job.overlay.isLicensed = true;
     return job;
 }
 
@@ -82,7 +75,7 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
     const QString clip =
         folder.make(QStringLiteral("clip.mp4"),
                     "-f lavfi -i testsrc2=s=640x360:r=25:d=2 -pix_fmt yuv420p -c:v libx264 -bf 3");
-    ExportJob job = jobFor(clip, folder.path(QStringLiteral("board.mov")));
+    ExportJob job = markedJob(clip, folder.path(QStringLiteral("board.mov")));
     OverlayExport::run(job, Format::prores, {}, {});
     const auto streams = test::probe(job.outputPath).at("streams");
     ASSERT_EQ(streams.size(), 1U);
@@ -121,7 +114,7 @@ TEST(OverlayExport, LaidOverTheVideoItLooksLikeTheExport) {
     const QString clip =
         folder.make(QStringLiteral("clip.mp4"),
                     "-f lavfi -i color=0x606060:s=640x360:r=25:d=0.2 -pix_fmt yuv420p -c:v libx264");
-    ExportJob job = jobFor(clip, folder.path(QStringLiteral("board")));
+    ExportJob job = markedJob(clip, folder.path(QStringLiteral("board")));
     job.overlay.isLicensed = false;
     job.preset = ExportPreset::twitter1080p;
     OverlayExport::run(job, Format::png, {}, {});
@@ -136,7 +129,7 @@ TEST(OverlayExport, LaidOverTheVideoItLooksLikeTheExport) {
 
 TEST(OverlayExport, KeepsTheTrimmedRangeOfATurnedVideoUpright) {
     const ClipFolder folder;
-    ExportJob job = jobFor(turnedClip(folder), folder.path(QStringLiteral("board.mov")));
+    ExportJob job = markedJob(turnedClip(folder), folder.path(QStringLiteral("board.mov")));
     job.trimStart = 0.4;
     job.trimEnd = 1.4;
     std::vector<double> fractions;
@@ -154,13 +147,13 @@ TEST(OverlayExport, WhatWasWrittenGoesWhenItIsCancelled) {
     const ClipFolder folder;
     const QString clip = turnedClip(folder);
     for (const Format format : {Format::prores, Format::png}) {
-        const ExportJob job = jobFor(clip, folder.path(QStringLiteral("board")));
+        const ExportJob job = markedJob(clip, folder.path(QStringLiteral("board")));
         int polls = 0;
         EXPECT_THROW(OverlayExport::run(job, format, [&] { return ++polls > 5; }, {}), ExportCancelled);
         EXPECT_FALSE(QFile::exists(job.outputPath));
     }
     const QString full = QFileInfo(clip).absolutePath();
-    EXPECT_THROW(OverlayExport::run(jobFor(clip, full), Format::png, {}, {}), ExportError);
+    EXPECT_THROW(OverlayExport::run(markedJob(clip, full), Format::png, {}, {}), ExportError);
     EXPECT_TRUE(QFile::exists(clip)) << "a folder with files is left alone";
 }
 

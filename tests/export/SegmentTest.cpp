@@ -1,6 +1,6 @@
 // An export that is cut into segments and joined again, held against the one that was made in a single run.
 #include "export/SegmentJoin.h"
-#include "model/ScoringEngine.h"
+#include "ExportJobs.h"
 #include "support/TestClips.h"
 #include "json/JsonDocument.h"
 
@@ -18,17 +18,10 @@ using test::ClipFolder;
 
 const QString version = QStringLiteral("1.2.3");
 
-ExportJob jobFor(const QString& video, const QString& output) {
-    ExportJob job;
-    job.videoPath = video;
-    job.outputPath = output;
-    job.overlay.config.team1.player1 = QStringLiteral("Ana");
-    job.overlay.config.team2.player1 = QStringLiteral("Eva");
-    job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
+ExportJob markedJob(const QString& video, const QString& output) {
+    ExportJob job = test::jobFor(video, output);
     job.overlay.markers = {
         {QUuid::createUuid(), 3.1, ScoreState{{{4, 0, {}}}, {}, 2}, QStringLiteral("break")}};
-    job.overlay.isLicensed = true;
-    job.encoderPreset = "ultrafast";
     return job;
 }
 
@@ -151,7 +144,7 @@ TEST_F(Segments, JoinedAreTimedAndSoundLikeASingleRunInEveryCodec) {
     for (const ExportFormat format : {ExportFormat::h264, ExportFormat::hevc, ExportFormat::prores}) {
         SCOPED_TRACE(fileExtension(format).toStdString() + std::to_string(static_cast<int>(format)));
         QDir(folder.path(QStringLiteral("match.parts"))).removeRecursively();
-        ExportJob job = jobFor(clip, folder.path(QStringLiteral("x")));
+        ExportJob job = markedJob(clip, folder.path(QStringLiteral("x")));
         job.format = format;
         job.trimStart = 0.5;
         job.trimEnd = 5.3;
@@ -165,14 +158,14 @@ TEST_F(Segments, OfAnUnevenRateReorderedAndInterlacedComeOutAlike) {
     const QString clip =
         makeClip("-vf setpts='PTS+mod(N,3)*0.004/TB',interlace -fps_mode vfr -c:v libx264 -g 20 "
                  "-flags +ildct+ilme -pix_fmt yuv420p -video_track_timescale 90000");
-    ExportJob job = jobFor(clip, folder.path(QStringLiteral("x")));
+    ExportJob job = markedJob(clip, folder.path(QStringLiteral("x")));
     job.encoderPreset = "medium"; // with reordered pictures
     expectSameAsSingleRun(job, 3);
 }
 
 TEST_F(Segments, AreCutAtKeyFramesAndNotTooShort) {
     const QString clip = makeClip("-c:v libx264 -g 25 -sc_threshold 0 -pix_fmt yuv420p");
-    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 100);
+    const SegmentPlan plan = planFor(markedJob(clip, QStringLiteral("x")), 100);
     EXPECT_EQ(plan.count(), 6); // a second each
     for (int number = 2; number <= plan.count(); ++number)
         EXPECT_EQ(*plan.window(number).from % plan.ticksPerSecond, 0) << number;
@@ -180,7 +173,7 @@ TEST_F(Segments, AreCutAtKeyFramesAndNotTooShort) {
 
 TEST_F(Segments, AFinishedPartIsNotMadeAgainAndAnotherPlansPartIs) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
-    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 2);
+    const SegmentPlan plan = planFor(markedJob(clip, QStringLiteral("x")), 2);
     const QString part = folder.path(QStringLiteral("part.mp4"));
     // What a worker that was killed left behind.
     const QString remains =
@@ -198,7 +191,7 @@ TEST_F(Segments, AFinishedPartIsNotMadeAgainAndAnotherPlansPartIs) {
 
 TEST_F(Segments, WithoutAllPartsOrWithAChangedSourceNothingIsJoined) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
-    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 3);
+    const SegmentPlan plan = planFor(markedJob(clip, QStringLiteral("x")), 3);
     const PartFolder parts = PartFolder::beside(planPath(), plan);
     parts.create();
     SegmentExport::encode(plan, 2, parts.pictures(2), {}, {});
@@ -219,7 +212,7 @@ TEST_F(Segments, WithoutAllPartsOrWithAChangedSourceNothingIsJoined) {
 
 TEST_F(Segments, PartsThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
-    ExportJob job = jobFor(clip, QStringLiteral("x"));
+    ExportJob job = markedJob(clip, QStringLiteral("x"));
     SegmentPlan plan = planFor(job, 2);
     const PartFolder parts = PartFolder::beside(planPath(), plan);
     joinAll(plan);
@@ -241,7 +234,7 @@ TEST_F(Segments, PartsThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
 
 TEST_F(Segments, ABadPlanIsRefusedInWords) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
-    const SegmentPlan plan = planFor(jobFor(clip, QStringLiteral("x")), 2);
+    const SegmentPlan plan = planFor(markedJob(clip, QStringLiteral("x")), 2);
     EXPECT_EQ(SegmentPlan::load(planPath(), version), plan);
     const auto load = [&] { (void)SegmentPlan::load(planPath(), version); };
     const QByteArray good = test::readFile(planPath());
