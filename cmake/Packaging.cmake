@@ -108,5 +108,6 @@ scoreboards, put score markers on the timeline while the clip plays, and
 export a video that carries the right score in every frame.")
 # Fonts are opened by file, so no library names them.
 set(CPACK_DEBIAN_CLI_PACKAGE_DEPENDS "fonts-urw-base35 | fonts-liberation, fonts-noto-color-emoji")
+set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS "fonts-dejavu-core")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "pointloom-cli (= ${PROJECT_VERSION}), hicolor-icon-theme")
 include(CPack)

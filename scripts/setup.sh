@@ -32,6 +32,7 @@ packages=(
     fonts-urw-base35
     fonts-liberation
     fonts-noto-color-emoji
+    fonts-dejavu-core # names in scripts that those leave out
 
     # Tests, benchmarks, sample clips
     libgtest-dev
