@@ -67,8 +67,7 @@ bool isWide(Primaries primaries) {
     return primaries == Primaries::bt2020 || primaries == Primaries::displayP3;
 }
 
-}
-
+// The inverse PQ curve of SMPTE ST 2084: display light in cd/m2 to a signal of 0..1.
 double pqSignal(double light) {
     constexpr double m1 = 2610.0 / 16384;
     constexpr double m2 = 2523.0 / 4096 * 128;
@@ -80,7 +79,9 @@ double pqSignal(double light) {
     return std::pow((c1 + c2 * power) / (1 + c3 * power), m2);
 }
 
-std::array<double, 3> hlgSignal(const std::array<double, 3>& light) {
+// HLG of BT.2100: linear display light of the three primaries in cd/m2, on the nominal display, to signals of
+// 0..1.
+Triple hlgSignal(const Triple& light) {
     constexpr double peak = 1000; // cd/m2 of the nominal display
     constexpr double systemGamma = 1.2;
     constexpr double a = 0.17883277;
@@ -99,6 +100,8 @@ std::array<double, 3> hlgSignal(const std::array<double, 3>& light) {
     return signals;
 }
 
+}
+
 LayerColor::LayerColor(const media::FrameFormat& format)
     : m_format(format) {}
 
@@ -112,7 +115,8 @@ CodeValues LayerColor::codeValues(QRgb opaque) const {
     const double chromaZero = 128 * step;
     if (m_format.color.range == Range::full) {
         const double peak = (1 << m_format.bitDepth) - 1;
-        return {luma * peak, chromaZero + cb * peak, chromaZero + cr * peak};
+        // Pure blue and pure red stand half a step above the last code value.
+        return {luma * peak, std::min(chromaZero + cb * peak, peak), std::min(chromaZero + cr * peak, peak)};
     }
     return {(16 + 219 * luma) * step, chromaZero + 224 * step * cb, chromaZero + 224 * step * cr};
 }

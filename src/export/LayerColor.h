@@ -26,11 +26,4 @@ private:
     media::FrameFormat m_format;
 };
 
-/// 10-bit or 8-bit inverse PQ curve, SMPTE ST 2084: display light in cd/m2 to signal 0..1.
-double pqSignal(double light);
-
-/// HLG of BT.2100: linear display light of the three primaries in cd/m2, on the nominal 1000 cd/m2 display,
-/// to signals 0..1.
-std::array<double, 3> hlgSignal(const std::array<double, 3>& light);
-
 }

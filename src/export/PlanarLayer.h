@@ -19,8 +19,6 @@ public:
     /// stored orientation. Parts outside of the frame are cut off, transparent borders left out.
     PlanarLayer(const QImage& picture, QPoint position, QSize frameSize, const media::FrameFormat& format);
 
-    bool isEmpty() const { return m_planes[0].width == 0; }
-
     /// Draws over a frame whose buffer is writable and whose layout and size are those given above.
     void blendInto(const media::VideoFrame& frame) const;
 

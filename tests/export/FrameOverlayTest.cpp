@@ -175,6 +175,11 @@ TEST_P(FrameOverlayTest, BlendedPlanesAgreeWithTheBitmapWithinRounding) {
     const QString watermark = folder.filePath(QStringLiteral("mark.png"));
     QImage logo(50, 40, QImage::Format_ARGB32);
     logo.fill(qRgba(220, 30, 90, 160));
+    // Whose chroma stands at the very ends of what can be written.
+    for (int y = 0; y < logo.height(); ++y) {
+        for (int x = 0; x < 20; ++x)
+            logo.setPixel(x, y, x < 10 ? qRgb(0, 0, 255) : qRgb(255, 0, 0));
+    }
     ASSERT_TRUE(logo.save(watermark));
     const OverlayDescription description = overlay(watermark);
     const PictureLayout layout = layoutOf(GetParam());
