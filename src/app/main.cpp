@@ -1,6 +1,7 @@
 // The desktop program.
 #include "app/App.h"
 
+#include <clocale>
 #include <csignal>
 #include <QApplication>
 #include <QCommandLineParser>
@@ -30,9 +31,11 @@ int main(int argc, char** argv) {
     // A file that grows past the allowed size is then a failed write with a message, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
     QApplication application(argc, argv);
+    // It took over the person's locale; a decimal comma would break every number in the chains of filters.
+    std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("Pointloom"));
     QApplication::setApplicationVersion(QStringLiteral(POINTLOOM_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("pointloom"));
+    QApplication::setDesktopFileName(QStringLiteral("org.pointloom.Pointloom"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/app/pointloom.svg")));
     return pointloom::App::run(application, filesOf(application));
 }
