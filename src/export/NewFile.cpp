@@ -24,11 +24,8 @@ const QString ending = QStringLiteral(".unfinished");
 // Two workers may be given the same file, on one machine or on two.
 QString ownName(const QString& path) {
     static std::atomic<int> count = 0;
-    return QStringLiteral("%1.%2.%3.%4%5")
-        .arg(path, QSysInfo::machineHostName())
-        .arg(getpid())
-        .arg(++count)
-        .arg(ending);
+    return path + u'.' + QSysInfo::machineHostName() + u'.' + QString::number(getpid()) + u'.' +
+           QString::number(++count) + ending;
 }
 
 bool isRunning(qint64 process) {
