@@ -42,7 +42,15 @@ QImage loadImage(const QString& path) {
 
 namespace {
 
+// Qt's own limit, 128 MB in version 6.4, is below what is allowed here.
+void raiseQtLimit() {
+    constexpr int mostMegabytes = 256;
+    static const bool isRaised = (QImageReader::setAllocationLimit(mostMegabytes), true);
+    static_cast<void>(isRaised);
+}
+
 QImage decode(QFile& file, const QByteArray& format) {
+    raiseQtLimit();
     file.seek(0);
     QImageReader reader(&file, format);
     reader.setAutoDetectImageFormat(false); // a file must not choose its decoder

@@ -72,6 +72,11 @@ TEST_F(LogoImage, OnlyRegularFilesAreRead) {
     EXPECT_TRUE(loadImage({}).isNull());
 }
 
+TEST_F(LogoImage, APhonesLargestPictureIsTaken) {
+    // 137 MB as pixels.
+    EXPECT_EQ(loadImage(write("phone.jpg", encoded("JPG", {8000, 4300}))).size(), QSize(8000, 4300));
+}
+
 TEST_F(LogoImage, OversizedPicturesAreRefusedBeforeTheyAreDecoded) {
     QByteArray png = encoded("PNG");
     // The size in the header (IHDR, ISO/IEC 15948) says 10000 x 6000; its checksum is left as it was.
