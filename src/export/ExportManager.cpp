@@ -6,6 +6,7 @@
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
 #include "export/PictureLayout.h"
+#include "export/ProgressMeter.h"
 #include "media/FrameImage.h"
 #include "media/MediaError.h"
 #include "media/MediaWriter.h"
@@ -33,7 +34,7 @@ struct Plan {
     media::FrameFormat frameFormat;
     TrimRange range;
     double frameRate = 30;
-    std::int64_t expectedFrames = 1;
+    std::int64_t expectedFrames = 0;
     std::vector<media::Chapter> chapters;
 };
 
@@ -42,7 +43,7 @@ double lengthOf(const ExportJob& job, const media::MediaInfo& info) {
     const FrameWindow window = job.part ? job.part->window : FrameWindow{};
     const double tick = info.video->timeBase.value();
     const double from = window.from ? static_cast<double>(*window.from) * tick : job.trimStart;
-    return (window.until ? static_cast<double>(*window.until) * tick : job.trimEnd.value_or(info.duration)) - from;
+    return (window.until ? static_cast<double>(*window.until) * tick : ExportSource::endOfRange(job.trimEnd, info.duration)) - from;
 }
 
 Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
@@ -60,7 +61,7 @@ Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
     const double length = lengthOf(job, info);
     if (job.withChapters && !job.part)
         plan.chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, job.trimStart + length);
-    plan.expectedFrames = std::max<std::int64_t>(1, static_cast<std::int64_t>(length * plan.frameRate));
+    plan.expectedFrames = static_cast<std::int64_t>(length * plan.frameRate);
     return plan;
 }
 
@@ -105,38 +106,6 @@ MediaWriter openWriter(const ExportJob& job, const Plan& plan, const media::Vide
         throw failure("Writer failed: ", error);
     }
 }
-
-// Reports each whole per cent once.
-class ProgressMeter {
-public:
-    ProgressMeter(const ExportManager::ProgressReport& report, std::int64_t expectedFrames)
-        : m_report(report)
-        , m_expectedFrames(expectedFrames) {}
-
-    void countFrame() {
-        constexpr double mostBeforeTheEnd = 0.95; // the encoders' last frames and the index take time too
-        ++m_frames;
-        const double fraction = static_cast<double>(m_frames) / static_cast<double>(m_expectedFrames);
-        const int percent = static_cast<int>(fraction * 100);
-        if (percent == m_lastPercent)
-            return;
-        m_lastPercent = percent;
-        send(std::min(fraction, mostBeforeTheEnd));
-    }
-
-    void finish() { send(1.0); }
-
-private:
-    void send(double fraction) const {
-        if (m_report)
-            m_report({fraction, m_frames, std::max(m_expectedFrames, m_frames)});
-    }
-
-    const ExportManager::ProgressReport& m_report;
-    std::int64_t m_expectedFrames;
-    std::int64_t m_frames = 0;
-    int m_lastPercent = -1;
-};
 
 // Feeds the writer sound so that it keeps just ahead of the pictures.
 class SoundTrack {
@@ -286,6 +255,8 @@ ExportReport ExportManager::exportVideo(const ExportJob& job, const CancelQuery&
                                         const ProgressReport& onProgress) {
     try {
         return runSync(job, isCancelled, onProgress);
+    } catch (const ExportCancelled&) {
+        throw;
     } catch (const std::exception& error) {
         recordError(QString::fromUtf8(error.what()));
         throw;

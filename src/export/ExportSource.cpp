@@ -2,6 +2,7 @@
 
 #include "media/MediaError.h"
 
+#include <algorithm>
 #include <cmath>
 #include <QFileInfo>
 
@@ -45,6 +46,10 @@ void ExportSource::requireRange(const ExportJob& job, double videoDuration) {
             QStringLiteral("the trim range starts (%1 s) after the end of the video (%2 s)")
                 .arg(text(job.trimStart), text(videoDuration)));
     }
+}
+
+double ExportSource::endOfRange(std::optional<double> trimEnd, double videoDuration) {
+    return trimEnd && videoDuration > 0 ? std::min(*trimEnd, videoDuration) : trimEnd.value_or(videoDuration);
 }
 
 media::VideoCodec ExportSource::codecOf(ExportFormat format) {

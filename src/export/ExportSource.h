@@ -22,6 +22,10 @@ void requireOtherFile(const ExportJob& job);
 /// Throws ExportError when the range is no range of a video that lasts `videoDuration` seconds.
 void requireRange(const ExportJob& job, double videoDuration);
 
+/// Where a range that `requireRange` took ends: at `trimEnd`, but not behind the video's end. Seconds; a
+/// duration of 0 is unknown.
+double endOfRange(std::optional<double> trimEnd, double videoDuration);
+
 media::VideoCodec codecOf(ExportFormat format);
 
 }

@@ -3,6 +3,7 @@
 #include "export/Compositor.h"
 #include "export/ExportSource.h"
 #include "export/PictureLayout.h"
+#include "export/ProgressMeter.h"
 #include "export/TrimRange.h"
 #include "media/AlphaMovie.h"
 #include "media/FrameTimes.h"
@@ -162,37 +163,6 @@ private:
     const SportScoreState* m_shown = nullptr; // inside of m_overlay
 };
 
-// Each whole per cent once.
-class Progress {
-public:
-    Progress(const ExportManager::ProgressReport& report, std::int64_t expectedFrames)
-        : m_report(report)
-        , m_expected(std::max<std::int64_t>(1, expectedFrames)) {}
-
-    void countFrame() {
-        constexpr int mostBeforeTheEnd = 95;
-        ++m_frames;
-        const int percent =
-            static_cast<int>(std::min<std::int64_t>(m_frames * 100 / m_expected, mostBeforeTheEnd));
-        if (percent != std::exchange(m_lastPercent, percent))
-            send(percent / 100.0);
-    }
-
-    void finish() const { send(1); }
-    std::int64_t frames() const { return m_frames; }
-
-private:
-    void send(double fraction) const {
-        if (m_report)
-            m_report({fraction, m_frames, std::max(m_expected, m_frames)});
-    }
-
-    const ExportManager::ProgressReport& m_report;
-    std::int64_t m_expected;
-    std::int64_t m_frames = 0;
-    int m_lastPercent = -1;
-};
-
 media::MediaInfo readInfo(const ExportJob& job) {
     media::MediaInfo info;
     try {
@@ -206,7 +176,7 @@ media::MediaInfo readInfo(const ExportJob& job) {
 }
 
 void writeFrames(const ExportJob& job, media::FrameTimes times, OverlayPicture& overlay, Sink& sink,
-                 Progress& progress, const ExportManager::CancelQuery& isCancelled) {
+                 ProgressMeter& progress, const ExportManager::CancelQuery& isCancelled) {
     const TrimRange range(job.trimStart, job.trimEnd);
     const media::Rational timeBase = times.timeBase();
     auto current = times.next();
@@ -239,8 +209,8 @@ void run(const ExportJob& job, Format format, const ExportManager::CancelQuery& 
     ExportSource::requireRange(job, info.duration);
     const PictureLayout layout = planPicture(*info.video, job.preset);
     OverlayPicture overlay(job.overlay, layout);
-    const double length = job.trimEnd.value_or(info.duration) - job.trimStart;
-    Progress progress(onProgress, static_cast<std::int64_t>(length * info.video->frameRate.value()));
+    const double length = ExportSource::endOfRange(job.trimEnd, info.duration) - job.trimStart;
+    ProgressMeter progress(onProgress, static_cast<std::int64_t>(length * info.video->frameRate.value()));
     const auto sink = makeSink(job, format, layout.canvas.toSize(), *info.video);
     try {
         writeFrames(job, media::FrameTimes::open(job.videoPath, job.trimStart), overlay, *sink, progress,

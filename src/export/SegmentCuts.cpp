@@ -1,5 +1,7 @@
 #include "export/SegmentCuts.h"
 
+#include "export/ExportSource.h"
+
 #include <algorithm>
 
 namespace pointloom {
@@ -18,7 +20,7 @@ double shortestSegment(const media::VideoTrackInfo& track) {
 std::vector<std::int64_t> segmentCuts(media::VideoReader& reader, const TrimRange& range, int count) {
     const media::MediaInfo info = reader.info();
     const double shortest = shortestSegment(*info.video);
-    const double end = std::min(range.end().value_or(info.duration), info.duration);
+    const double end = ExportSource::endOfRange(range.end(), info.duration);
     const double step = (end - range.start()) / count;
     std::vector<std::int64_t> cuts;
     double last = range.start();

@@ -145,7 +145,7 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
     plan.hasSound = soundCanBeRead(job, range);
     plan.ticksPerSecond = info.video->timeBase.denominator;
     try {
-        const double end = std::min(range.end().value_or(info.duration), info.duration);
+        const double end = ExportSource::endOfRange(range.end(), info.duration);
         plan.segments = segmentsBetween(segmentCuts(reader, range, count), range.start(), end,
                                         static_cast<double>(plan.ticksPerSecond));
     } catch (const media::MediaError& error) {

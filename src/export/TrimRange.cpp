@@ -10,7 +10,8 @@ namespace {
 constexpr double timescale = 600; // ticks a second: whole for 24, 25, 30, 50 and 60 frames a second
 
 std::int64_t ticksOf(double seconds) {
-    return std::llround(seconds * timescale);
+    constexpr double farthest = 1e9; // seconds; all that is counted with them stays below 2^63
+    return std::llround(std::clamp(seconds, -farthest, farthest) * timescale);
 }
 
 std::int64_t rescale(double ticks600, media::Rational timeBase) {

@@ -54,7 +54,8 @@ TEST(Chapters, StandInTheExportedFileUnlessUnwanted) {
                     "-f lavfi -i color=gray:s=320x180:r=25:d=4 -f lavfi -i sine=d=4 -c:v libx264 -c:a aac");
     job.overlay.config = match();
     job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
-    job.overlay.markers = {labelled(1.5, "Höhepunkt"), labelled(3, "")};
+    job.overlay.markers = {labelled(1.5, "Höhepunkt"), labelled(3, ""), labelled(50, "Nie gespielt")};
+    job.trimEnd = 60; // as left by a longer clip
     job.encoderPreset = "ultrafast";
     const auto chaptersOfExport = [&](const char* name, ExportFormat format, bool wanted) {
         job.outputPath = folder.path(QString::fromLatin1(name));

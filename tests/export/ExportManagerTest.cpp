@@ -255,6 +255,19 @@ TEST(Export, ScoreboardStandsWhereItsPositionSaysInItsOwnColours) {
     EXPECT_LE(distance(at(215, 40), qRgb(0x90, 0x50, 0xb0)), 4);
 }
 
+TEST(Export, ATrimEndBehindTheVideoIsTheEndOfTheVideo) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=gray:s=64x64:r=25:d=1 -c:v libx264");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    for (const double end : {60.0, 1e18}) {
+        job.trimEnd = end;
+        ExportProgress last;
+        ExportManager::exportVideo(job, {}, [&](const ExportProgress& progress) { last = progress; });
+        EXPECT_EQ(last.frames, 25);
+        EXPECT_EQ(last.expectedFrames, 25);
+    }
+}
+
 TEST(Export, StillShowsTheExportedFrame) {
     const ClipFolder folder;
     const QString clip =
