@@ -6,6 +6,7 @@
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
 #include "ui/settings/PreferencesDialog.h"
+#include "ui/wizard/DropTarget.h"
 
 #include <QAction>
 #include <QFile>
@@ -166,6 +167,15 @@ TEST_F(MenuTest, SavingAsksForAPlaceOnce) {
     dialogs.fileToSave = path(QStringLiteral("other.plp"));
     choose(QStringLiteral("Save Project As…"));
     EXPECT_EQ(state->currentProjectURL.value(), QUrl::fromLocalFile(*dialogs.fileToSave));
+
+    dialogs.fileToSave = path(QStringLiteral("Final 12.05.2024"));
+    choose(QStringLiteral("Save Project As…"));
+    const QUrl dated = QUrl::fromLocalFile(path(QStringLiteral("Final 12.05.2024.plp")));
+    EXPECT_EQ(state->currentProjectURL.value(), dated);
+    dialogs.fileToSave = path(QStringLiteral("other"));
+    dialogs.confirms = false; // there is an other.plp
+    choose(QStringLiteral("Save Project As…"));
+    EXPECT_EQ(state->currentProjectURL.value(), dated);
 }
 
 TEST_F(MenuTest, AProjectThatCannotBeWrittenIsNotTheCurrentOne) {
@@ -203,6 +213,13 @@ TEST_F(MenuTest, OpeningAVideoImportsItAndSaysWhyItCannot) {
 TEST_F(MenuTest, AVideoStillBeingReadDoesNotArriveInAnotherSession) {
     dialogs.fileToOpen = makeClip(QStringLiteral("match.mp4"));
     choose(QStringLiteral("Open Video…"));
+    choose(QStringLiteral("New Session"));
+    QTest::qWait(300);
+    EXPECT_FALSE(state->videoURL.value());
+
+    configure();
+    state->step = 3;
+    window->findChild<DropTarget*>()->click(); // the wizard reads for itself
     choose(QStringLiteral("New Session"));
     QTest::qWait(300);
     EXPECT_FALSE(state->videoURL.value());

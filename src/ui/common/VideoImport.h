@@ -20,6 +20,9 @@ public:
     /// clears trims beyond the new end; failure leaves the session as it was.
     void start(const QString& path);
 
+    /// Gives up the file being read; nothing more is heard of it.
+    void cancel() { m_reading.cancel(); }
+
     bool isReading() const { return m_reading.isRunning(); }
 
 Q_SIGNALS:

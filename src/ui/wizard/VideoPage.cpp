@@ -12,7 +12,6 @@
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QLocale>
 #include <QMimeData>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -32,8 +31,7 @@ constexpr UiText formatsText{
 constexpr UiText videosText{"Videos", "Vidéos", "Vídeos", "Video", "Videos", "Videor", "Vídeos"};
 
 QString sizeText(const QString& path, Language language) {
-    const QLocale locale(QString::fromUtf8(rawValue(language)));
-    return locale.formattedDataSize(QFileInfo(path).size(), 1, QLocale::DataSizeSIFormat);
+    return localeOf(language).formattedDataSize(QFileInfo(path).size(), 1, QLocale::DataSizeSIFormat);
 }
 
 }
@@ -61,6 +59,10 @@ VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent
         Q_EMIT completed();
     });
     connect(&m_import, &VideoImport::failed, this, &VideoPage::showError);
+    connect(&m_flow, &WizardFlow::draftReplaced, this, [this] {
+        m_import.cancel();
+        showError({});
+    });
     m_bindings.watch(m_context.state.videoURL, [this] { showVideo(); });
     m_bindings.watch(m_context.state.language, [this] { showTexts(); });
 }

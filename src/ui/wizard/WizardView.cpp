@@ -37,7 +37,11 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeFooter());
 
-    connect(m_bar, &StepBar::stepPicked, this, [this](int step) { m_context.state.step = step; });
+    connect(m_bar, &StepBar::stepPicked, this, [this](int step) {
+        // What stands in a form is taken on the way forward only, as by the button.
+        if (step <= m_context.state.step || leavePage())
+            m_context.state.step = step;
+    });
     auto* backKey = new QShortcut(QKeySequence::Back, this);
     connect(backKey, &QShortcut::activated, this, &WizardView::goBack);
     AppState& state = m_context.state;
@@ -113,10 +117,13 @@ void WizardView::showProgress() {
     m_bar->showProgress();
 }
 
+bool WizardView::leavePage() {
+    return currentPage()->obstacle().isEmpty() && currentPage()->confirm();
+}
+
 void WizardView::goOn() {
-    if (!currentPage()->obstacle().isEmpty() || !currentPage()->confirm())
-        return;
-    m_context.state.step = m_context.state.step + 1;
+    if (leavePage())
+        m_context.state.step = m_context.state.step + 1;
 }
 
 void WizardView::goBack() {

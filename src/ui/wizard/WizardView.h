@@ -34,6 +34,8 @@ private:
     void showStep();
     void showTexts();
     void showProgress();
+    /// Takes over what the page holds; false when it is not ready to be left forward.
+    bool leavePage();
     void goOn();
     void goBack();
 

@@ -172,6 +172,18 @@ TEST_F(WizardTest, FinishedStepsOfTheBarLeadBack) {
     EXPECT_TRUE(shown<PickerCard>().front()->hasFocus());
 }
 
+TEST_F(WizardTest, StepsOfTheBarTakeTheFormAlongOnTheWayForward) {
+    enterMatch();
+    screen.state.matchConfig = test::tennisMatch();
+    type(QStringLiteral("Ana"));
+    const auto steps = shown<StepButton>();
+    QTest::mouseClick(steps[3], Qt::LeftButton);
+    EXPECT_EQ(screen.state.step, 3);
+    EXPECT_TRUE(screen.state.matchConfig.value()->team1.player1.contains(QStringLiteral("Ana")));
+    QTest::mouseClick(steps[3], Qt::LeftButton);
+    EXPECT_EQ(screen.state.step, 3) << "it is there already";
+}
+
 TEST_F(WizardTest, LanguageChangesEveryTextOnEveryScreen) {
     // Spelled alike in both languages, or the same for everybody.
     const QStringList alike = {QStringLiteral("Language / Langue / Idioma"), QStringLiteral("Padel"),
