@@ -6,6 +6,7 @@
 #include "persistence/FileError.h"
 #include "persistence/ProjectSession.h"
 #include "persistence/UserDefaults.h"
+#include "ui/common/SaveDialog.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
@@ -43,10 +44,6 @@ QByteArray fingerprint(ProjectFile project) {
 
 QString projectFilter() {
     return QStringLiteral("Pointloom (*.plp)");
-}
-
-QString withEnding(const QString& path, const QString& ending) {
-    return QFileInfo(path).suffix().isEmpty() ? path + ending : path;
 }
 
 }
@@ -106,10 +103,11 @@ void DocumentCommands::saveProject() {
 }
 
 void DocumentCommands::saveProjectAs() {
-    const auto path = m_context.dialogs.chooseFileToSave(m_window, QStringLiteral("Save Pointloom Project"),
-                                                         QStringLiteral("project.plp"), {projectFilter()});
+    const auto path =
+        chooseFileToSave(m_context, m_window, QStringLiteral("Save Pointloom Project"),
+                         QStringLiteral("project.plp"), projectFilter(), QStringLiteral(".plp"));
     if (path)
-        writeTo(withEnding(*path, QStringLiteral(".plp")));
+        writeTo(*path);
 }
 
 void DocumentCommands::writeTo(const QString& path) {
@@ -127,13 +125,13 @@ void DocumentCommands::writeTo(const QString& path) {
 }
 
 void DocumentCommands::downloadSampleCSV() {
-    const auto path = m_context.dialogs.chooseFileToSave(m_window, QStringLiteral("Save Sample CSV"),
-                                                         QStringLiteral("pointloom_sample.csv"),
-                                                         {QStringLiteral("CSV (*.csv)")});
+    const auto path = chooseFileToSave(m_context, m_window, QStringLiteral("Save Sample CSV"),
+                                       QStringLiteral("pointloom_sample.csv"),
+                                       QStringLiteral("CSV (*.csv)"), QStringLiteral(".csv"));
     if (!path)
         return;
     try {
-        writeDocument(withEnding(*path, QStringLiteral(".csv")), CSVParser::sampleText().toUtf8());
+        writeDocument(*path, CSVParser::sampleText().toUtf8());
     } catch (const DocumentError& error) {
         alert(QStringLiteral("Could not save CSV"), QString::fromUtf8(error.what()));
     }

@@ -2,6 +2,7 @@
 
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
+#include "ui/common/SaveDialog.h"
 #include "ui/export/ExportTexts.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
@@ -152,14 +153,12 @@ void FramePreview::save() {
         QFileInfo(video ? video->toLocalFile() : QString()).completeBaseName() + QLatin1Char('_') +
         ExportWords::place(m_context.state.currentTime).replace(QLatin1Char(':'), QLatin1Char('-')) +
         QStringLiteral(".png");
-    const auto chosen = m_context.dialogs.chooseFileToSave(this, m_context.text(ExportTexts::savePicture),
-                                                           name, {QStringLiteral("PNG (*.png)")});
+    const auto chosen = chooseFileToSave(m_context, this, m_context.text(ExportTexts::savePicture), name,
+                                         QStringLiteral("PNG (*.png)"), QStringLiteral(".png"));
     if (!chosen)
         return;
-    const QString ending = QStringLiteral(".png");
-    const QString path = chosen->endsWith(ending, Qt::CaseInsensitive) ? *chosen : *chosen + ending;
     m_save->setEnabled(false);
-    m_saving.start([still = m_still->still(), path] { return writePicture(still, path); },
+    m_saving.start([still = m_still->still(), path = *chosen] { return writePicture(still, path); },
                    [this](const QString& fault) {
                        m_save->setEnabled(true);
                        if (!fault.isEmpty())
