@@ -48,6 +48,12 @@ QString flag(Language language) {
     return row(language).flag.toString();
 }
 
+QLocale localeOf(Language language) {
+    if (language == Language::portuguese)
+        return {QLocale::Portuguese, QLocale::Portugal};
+    return QLocale(QString::fromUtf8(rawValue(language)));
+}
+
 QString t(Language language, L10nKey key) {
     return lookUp(translations(), language, key);
 }

@@ -4,6 +4,7 @@
 #include "l10n/L10nKey.h"
 #include "json/RawValues.h"
 
+#include <QLocale>
 #include <QString>
 
 namespace pointloom {
@@ -28,6 +29,9 @@ QString displayName(Language language);
 
 /// One flag emoji: the United Kingdom's for English, Portugal's for Portuguese.
 QString flag(Language language);
+
+/// How numbers, sizes and dates are written; Portuguese is Portugal's.
+QLocale localeOf(Language language);
 
 /// The text of `key` in `language`. Placeholders ("%d", "%@") are left for `format` to fill,
 /// names of another desktop's things for `forThisDesktop` to replace.

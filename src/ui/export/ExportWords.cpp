@@ -6,19 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <QLocale>
 
 namespace pointloom::ExportWords {
-
-namespace {
-
-QLocale localeOf(Language language) {
-    if (language == Language::portuguese)
-        return {QLocale::Portuguese, QLocale::Portugal};
-    return QLocale(QString::fromUtf8(rawValue(language)));
-}
-
-}
 
 QString progress(const ExportProgress& progress, double elapsedSeconds, Language language) {
     constexpr double tooEarly = 0.8; // seconds; the first frames say nothing of the rest

@@ -3,7 +3,6 @@
 #include "l10n/Format.h"
 #include "l10n/UiText.h"
 
-#include <QLocale>
 
 namespace pointloom::LicenceWords {
 
@@ -172,9 +171,8 @@ QString stateOf(const LicenceStatus& status, Language language) {
     }
     QString words = format(t(language, licensed), holder);
     if (const auto& end = status.record->expires) {
-        const QLocale locale(QString::fromUtf8(rawValue(language).data(), 2));
         words += u' ' + format(t(language, licensedUntil),
-                               locale.toString(end->toLocalTime().date(), QLocale::ShortFormat));
+                               localeOf(language).toString(end->toLocalTime().date(), QLocale::ShortFormat));
     }
     return words;
 }
