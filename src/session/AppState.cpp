@@ -23,13 +23,6 @@ auto findMarker(std::vector<Marker>& markers, const QUuid& id) {
     return std::ranges::find(markers, id, &Marker::id);
 }
 
-void registerEdit(UndoManager* undoManager, const QString& name, UndoManager::Action inverse) {
-    if (!undoManager)
-        return;
-    undoManager->registerUndo(std::move(inverse));
-    undoManager->setActionName(name);
-}
-
 }
 
 AppState::AppState(SessionStore* store)

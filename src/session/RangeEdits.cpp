@@ -1,19 +1,9 @@
 #include "session/RangeEdits.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pointloom {
-
-namespace {
-
-void registerEdit(UndoManager* undoManager, const QString& name, UndoManager::Action inverse) {
-    if (!undoManager)
-        return;
-    undoManager->registerUndo(std::move(inverse));
-    undoManager->setActionName(name);
-}
-
-}
 
 TrimTimes trimOf(const AppState& state) {
     return {state.trimStart, state.trimEnd};

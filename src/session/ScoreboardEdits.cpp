@@ -18,11 +18,9 @@ void concludePlacing(AppState& state, const ScoreboardPlace& previous, const QSt
                      UndoManager* undoManager) {
     if (previous == ScoreboardPlace::of(state))
         return;
-    if (undoManager) {
-        undoManager->registerUndo(
-            [&state, previous, name, undoManager] { placeScoreboard(state, previous, name, undoManager); });
-        undoManager->setActionName(name);
-    }
+    registerEdit(undoManager, name, [&state, previous, name, undoManager] {
+        placeScoreboard(state, previous, name, undoManager);
+    });
     state.save();
 }
 
@@ -31,11 +29,8 @@ void setInitialScore(AppState& state, const std::optional<SportScoreState>& scor
     if (previous == score)
         return;
     state.initialScore = score;
-    if (undoManager) {
-        undoManager->registerUndo(
-            [&state, previous, undoManager] { setInitialScore(state, previous, undoManager); });
-        undoManager->setActionName(QStringLiteral("Edit Initial Score"));
-    }
+    registerEdit(undoManager, QStringLiteral("Edit Initial Score"),
+                 [&state, previous, undoManager] { setInitialScore(state, previous, undoManager); });
     state.save();
 }
 

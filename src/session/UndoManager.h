@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <QString>
+#include <utility>
 
 namespace pointloom {
 
@@ -20,5 +21,13 @@ public:
     /// edit was given first stays.
     virtual void setActionName(const QString& name) = 0;
 };
+
+/// Registers an edit with its name; nothing without an undo manager.
+inline void registerEdit(UndoManager* undoManager, const QString& name, UndoManager::Action inverse) {
+    if (!undoManager)
+        return;
+    undoManager->registerUndo(std::move(inverse));
+    undoManager->setActionName(name);
+}
 
 }
