@@ -1,13 +1,14 @@
 #include "persistence/InstanceChannel.h"
 
+#include "json/JsonDocument.h"
+
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QThread>
+#include <vector>
 
 namespace pointloom {
 
@@ -26,16 +27,12 @@ QString socketPath(const QString& folder) {
 }
 
 std::optional<QStringList> argumentsIn(const QByteArray& message) {
-    const QJsonDocument document = QJsonDocument::fromJson(message);
-    if (!document.isArray())
+    try {
+        const auto texts = json::decode<std::vector<QString>>(json::parse(message));
+        return QStringList(texts.begin(), texts.end());
+    } catch (const json::DecodingError&) {
         return std::nullopt;
-    QStringList arguments;
-    for (const QJsonValue& value : document.array()) {
-        if (!value.isString())
-            return std::nullopt;
-        arguments.append(value.toString());
     }
-    return arguments;
 }
 
 }
@@ -89,7 +86,7 @@ bool handOver(const QString& folder, const QStringList& arguments, std::chrono::
         constexpr unsigned long pause = 20; // milliseconds
         QThread::msleep(pause);
     }
-    socket.write(QJsonDocument(QJsonArray::fromStringList(arguments)).toJson(QJsonDocument::Compact) + '\n');
+    socket.write(json::compact(json::encode(std::vector<QString>(arguments.begin(), arguments.end()))) + '\n');
     while (socket.bytesAvailable() == 0) {
         if (deadline.hasExpired() || !socket.waitForReadyRead(remaining()))
             return false;
