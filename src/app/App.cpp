@@ -29,7 +29,7 @@ class CrashReports {
 public:
     explicit CrashReports(const InfoDictionary& info) {
         CrashReporter& reporter = CrashReporter::shared();
-        reporter.setConsentQuery([] { return UserDefaults().boolean("crashReportingEnabled"); });
+        reporter.setConsentQuery([] { return UserDefaults().boolean(Preferences::crashReportsKey); });
         reporter.setup(info);
     }
     ~CrashReports() { CrashReporter::shared().stop(); }

@@ -9,6 +9,7 @@
 #include "ui/export/FramePreview.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
+#include "ui/settings/Preferences.h"
 #include "ui/settings/PreferencesDialog.h"
 #include "ui/wizard/WizardView.h"
 
@@ -23,7 +24,6 @@ namespace pointloom {
 namespace {
 
 constexpr std::string_view consentAskedKey = "crashConsentAsked";
-constexpr std::string_view consentKey = "crashReportingEnabled";
 constexpr QSize smallestContent(760, 560);
 
 // Screens of the session's `step`.
@@ -256,7 +256,7 @@ void TopLevelView::askForCrashConsent() {
         QStringLiteral("Enable"), QStringLiteral("No thanks"));
     showCrashConsentDialog = false;
     try {
-        m_context.defaults.setBoolean(consentKey, agrees);
+        m_context.defaults.setBoolean(Preferences::crashReportsKey, agrees);
         m_context.defaults.setBoolean(consentAskedKey, true);
     } catch (const FileError& error) {
         m_context.dialogs.alert(this, QStringLiteral("Could not save preferences"),

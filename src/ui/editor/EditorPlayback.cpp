@@ -1,7 +1,7 @@
 #include "ui/editor/EditorPlayback.h"
 
-#include "persistence/UserDefaults.h"
 #include "playback/PlaybackError.h"
+#include "ui/settings/Preferences.h"
 
 #include <algorithm>
 #include <QScopedValueRollback>
@@ -12,20 +12,12 @@ namespace {
 
 constexpr double assumedFrame = 1.0 / 25; // seconds, while no video says otherwise
 
-bool storedHardwareDecoding(const UserDefaults& defaults) {
-    try {
-        return defaults.boolean("hardwareDecoding");
-    } catch (const FileError&) {
-        return false;
-    }
-}
-
 }
 
 EditorPlayback::EditorPlayback(const UiContext& context, QObject* parent)
     : QObject(parent)
     , m_context(context)
-    , m_hardwareDecoding(storedHardwareDecoding(context.defaults)) {
+    , m_hardwareDecoding(Preferences::isSet(context.defaults, Preferences::hardwareDecodingKey)) {
     AppState& state = m_context.state;
     m_bindings.watch(state.currentTime, [this] { followSession(); });
     m_bindings.watch(state.isPlaying, [this] {
