@@ -256,6 +256,8 @@ void TimelineCanvas::endGesture(bool commits) {
 }
 
 void TimelineCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
     const TimelineHit hit = m_scene.hitAt(event->position());
     TrimTimes trim = trimOf(m_context.state);
     if (hit.kind == TimelineHit::Kind::trimStart)
