@@ -19,10 +19,7 @@ while [ $# -gt 0 ]; do
     esac
 done
 
-scripts/setup.sh
-echo "Building the release ..."
-cmake --preset release >/dev/null
-cmake --build --preset release >/dev/null
+scripts/build.sh release
 cli=build/release/pointloom-cli
 work=build/bench
 mkdir -p "$work"
@@ -163,5 +160,7 @@ rm -f "$work"/ours.* "$work"/its.*
 
 echo
 for program in build/release/bench_*; do
-    [ -x "$program" ] && QT_QPA_PLATFORM=offscreen "$program" --benchmark_min_time=0.5 2>/dev/null
+    if [ -x "$program" ]; then
+        QT_QPA_PLATFORM=offscreen "$program" --benchmark_min_time=0.5 2>/dev/null
+    fi
 done

@@ -13,7 +13,7 @@ main() {
         exit 2
     fi
     clip=${1:+$(realpath -- "$1")}
-    out=${2:+$(realpath -- "$2")}
+    out=${2:+$(realpath -m -- "$2")}
     if [[ -n $clip && ! -f $clip ]]; then
         printf 'demo: %s: no such file\n' "$1" >&2
         exit 1

@@ -27,5 +27,5 @@ parts() {
 
 # A segment whose worker dies is given to another; three times in all.
 parts | parallel --sshlogin "${hosts%,}" --jobs 100% --retries 3 --joblog "${plan%.json}.joblog" --workdir / \
-    "$cli" segment "$plan" {} --progress none
+    "$cli" segment "$(printf '%q' "$plan")" {} --progress none
 exec "$cli" join "$plan"

@@ -26,7 +26,7 @@ array=$(submit --requeue --array="1-$segments" "$@" --job-name=pointloom-segment
     --wrap "$cli segment $quoted \$SLURM_ARRAY_TASK_ID --progress none")
 needed=$array
 if grep -q '^ *"hasSound": true' "$plan"; then
-    needed+=:$(submit --requeue "$@" --job-name=pointloom-audio --wrap "$cli segment $quoted audio")
+    needed+=:$(submit --requeue "$@" --job-name=pointloom-audio --wrap "$cli segment $quoted audio --progress none")
 fi
 submit "$@" --job-name=pointloom-join --dependency="afterok:$needed" --kill-on-invalid-dep=yes \
     --wrap "$cli join $quoted --progress none"

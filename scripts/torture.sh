@@ -9,6 +9,5 @@ cd "$(dirname "$0")/.."
 kills=${1:-1000}
 preset=${2:-release}
 
-cmake --preset "$preset" -DPOINTLOOM_TESTS=ON
-cmake --build --preset "$preset" --target test_torture
+scripts/build.sh "$preset" test_torture
 POINTLOOM_TORTURE_KILLS=$kills QT_QPA_PLATFORM=offscreen "build/$preset/tests/test_torture"
