@@ -1,7 +1,7 @@
 # Writes the releases of the changelog into the AppStream file's pattern, and as a Debian changelog.
 #   cmake -DCHANGELOG=... -DPATTERN=... -DMETAINFO=... -DDEBIAN=... -P ReleaseNotes.cmake
 file(READ "${CHANGELOG}" text)
-# Semicolons and brackets mean something to CMake's lists.
+# Semicolons mean something to CMake's lists.
 string(REPLACE ";" "," text "${text}")
 string(REGEX REPLACE "\n  +" " " text "${text}") # an item's lines on one
 string(REGEX MATCHALL "\n## \\[[0-9]+\\.[0-9]+\\.[0-9]+\\] - [0-9-]+" headings "${text}")

@@ -13,7 +13,7 @@ namespace pointloom {
 
 enum class HttpRedirects {
     none,        // a redirect is the answer
-    toHttpsOnly, // followed to HTTPS, at most five times; one to plain HTTP is the answer
+    toHttpsOnly, // followed to HTTPS, at most five times; one to plain HTTP fails
 };
 
 struct HttpPost {

@@ -20,7 +20,7 @@ protected:
 
     /// The window as at a start of the program; called again, the program is started again.
     void start();
-    /// The action of the menus with this title; adds a failure when there is none.
+    /// The action of the menus with this title; throws when there is none.
     QAction& action(const QString& title);
     /// The dialog of this kind that is open over the window; null when there is none.
     template <class Kind>

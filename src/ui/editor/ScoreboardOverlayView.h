@@ -12,8 +12,9 @@
 
 namespace pointloom {
 
-/// Lies over the whole preview area. The board's place lives in the session; a drag in progress lives here
-/// alone, and the session learns of it when it ends.
+/// Lies over the whole preview area. The board's place lives in the session; a move in progress lives here
+/// alone, and the session learns of it when it ends; a resize and a held arrow key show in the session at once
+/// and become one edit when they end.
 class ScoreboardOverlayView : public QWidget {
     Q_OBJECT
 

@@ -20,7 +20,7 @@ void setRole(QLabel* label, TextRole role);
 
 QPushButton* button(ButtonKind kind, QWidget* parent);
 
-/// A button with an icon alone. `accessibleName` is what a screen reader says; set the tool tip beside it.
+/// A button with an icon alone; give it an accessible name and a tool tip.
 QToolButton* iconButton(const QString& icon, QWidget* parent);
 
 /// A rounded surface.
