@@ -3,11 +3,10 @@
 #include "cli/CancelOnSignal.h"
 #include "cli/Commands.h"
 #include "cli/DamageWarning.h"
-#include "cli/ExportChoices.h"
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
 #include "cli/ProgressDisplay.h"
-#include "cli/ProjectInputs.h"
+#include "cli/RequestOptions.h"
 #include "export/Chapters.h"
 #include "export/OverlayExport.h"
 #include "media/MediaInfo.h"
@@ -30,7 +29,7 @@ private:
     ExportRequest request() const;
     void settleFormat();
     OverlayExport::Format overlayFormat() const {
-        return m_format == pngWord ? OverlayExport::Format::png : OverlayExport::Format::prores;
+        return m_options.format() == pngWord ? OverlayExport::Format::png : OverlayExport::Format::prores;
     }
     static ExitStatus printChapters(const ExportJob& job);
     ExportReport write(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
@@ -38,19 +37,10 @@ private:
 
     std::string m_project;
     std::string m_output;
-    std::optional<std::string> m_video;
-    std::string m_format = "h264";
-    CLI::Option* m_formatOption = nullptr; // owned by the parser
-    std::string m_preset = "original";
-    std::optional<double> m_trimStart;
-    std::optional<double> m_trimEnd;
-    std::optional<std::string> m_watermark;
-    std::string m_watermarkCorner;
     std::string m_progress = "auto";
     bool m_overlayOnly = false;
-    bool m_withoutChapters = false;
     bool m_chaptersText = false;
-    std::string m_encoderPreset;
+    RequestOptions m_options;
 };
 
 ExportCommand::ExportCommand(CLI::App& subcommand)
@@ -58,43 +48,26 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
     addProjectArgument(app(), m_project);
     addFileOption(app(), "-o,--output", m_output, videoFile,
                   "Where to write; without it a new file in the Downloads folder. A file there is replaced");
-    addFileOption(app(), "--video", m_video, videoFile, "The source, in place of the project's video");
-    m_formatOption = addFormatOption(app(), m_format, Transparent::too);
-    addPresetOption(app(), m_preset);
-    addTimeOption(app(), "--trim-start", m_trimStart, "Start of the range, in place of the project's");
-    addTimeOption(app(), "--trim-end", m_trimEnd, "End of the range, in place of the project's");
-    addFileOption(app(), "--watermark", m_watermark, imageFile,
-                  "Logo in a corner, in place of the project's");
-    limitChoices(app().add_option("--watermark-corner", m_watermarkCorner, "Its corner"),
-                 rawValues<WatermarkCorner>());
-    app().add_flag("--overlay-only", m_overlayOnly,
-                   "The scoreboard alone on a transparent ground: ProRes 4444, or with --format png a folder of "
-                   "pictures");
-    app().add_flag("--no-chapters", m_withoutChapters, "Do not make chapters of labelled markers");
+    m_options.addTo(app(), Transparent::too);
+    app().add_flag(
+        "--overlay-only", m_overlayOnly,
+        "The scoreboard alone on a transparent ground: ProRes 4444, or with --format png a folder of "
+        "pictures");
     app().add_flag("--chapters-text", m_chaptersText,
                    "Print the chapters as video sites take them, and export nothing");
     addProgressOption(app(), m_progress);
-    app().add_option("--encoder-preset", m_encoderPreset, "Speed preset of x264 or x265")->group("");
     app().footer(
         "Example:\n  pointloom-cli export final.plp -o final.mp4 --preset youtube4k --trim-end 90\n\n"
         "Ctrl-C stops the export and removes what was written; the exit status is then 130.");
 }
 
 ExportRequest ExportCommand::request() const {
-    ExportRequest request;
-    request.videoPath = toText(m_video);
-    request.watermarkPath = toText(m_watermark);
-    request.watermarkCorner = fromRawValue<WatermarkCorner>(m_watermarkCorner);
-    request.trimStart = m_trimStart;
-    request.trimEnd = m_trimEnd;
-    request.format = formatOf(m_format);
-    request.preset = presetOf(m_preset);
+    ExportRequest request = m_options.request();
     request.outputPath = toText(m_output);
-    if (m_format == pngWord && request.outputPath.isEmpty()) { // a folder of the same name
+    if (m_options.format() == pngWord && request.outputPath.isEmpty()) { // a folder of the same name
         const QFileInfo file(defaultOutputPath(request.format));
         request.outputPath = file.dir().filePath(file.completeBaseName());
     }
-    request.encoderPreset = m_encoderPreset;
     return request;
 }
 
@@ -109,11 +82,13 @@ ExitStatus ExportCommand::printChapters(const ExportJob& job) {
 
 // Only some formats have transparency, and what H.264 is to whole videos ProRes is to overlays.
 void ExportCommand::settleFormat() {
-    if (m_overlayOnly && m_formatOption->count() == 0)
-        m_format = "prores";
-    if (m_overlayOnly && m_format != pngWord && formatOf(m_format) != ExportFormat::prores)
-        throw UsageError("--overlay-only: " + m_format + " has no transparency; use --format prores or png");
-    if (!m_overlayOnly && m_format == pngWord)
+    if (m_overlayOnly && !m_options.isFormatGiven())
+        m_options.setFormat("prores");
+    if (m_overlayOnly && m_options.format() != pngWord &&
+        formatOf(m_options.format()) != ExportFormat::prores)
+        throw UsageError("--overlay-only: " + m_options.format() +
+                         " has no transparency; use --format prores or png");
+    if (!m_overlayOnly && m_options.format() == pngWord)
         throw UsageError("--format png: pictures are for --overlay-only");
 }
 
@@ -130,11 +105,11 @@ ExitStatus ExportCommand::run() {
     const QString projectPath = toText(m_project);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
-    inputs.job.withChapters = !m_withoutChapters;
+    inputs.job.withChapters = m_options.withChapters();
     const ExportJob& job = inputs.job;
     if (m_chaptersText)
         return printChapters(job);
-    if (m_format == pngWord)
+    if (m_options.format() == pngWord)
         requireUsableFolder(job.outputPath);
     else
         requireUsableOutput(job.outputPath, inputFiles(job, projectPath));

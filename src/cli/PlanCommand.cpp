@@ -1,9 +1,8 @@
 // pointloom-cli plan: cuts an export into segments that can be encoded apart from each other.
 #include "cli/Arguments.h"
 #include "cli/Commands.h"
-#include "cli/ExportChoices.h"
 #include "cli/LicenceOfThisMachine.h"
-#include "cli/ProjectInputs.h"
+#include "cli/RequestOptions.h"
 #include "export/SegmentPlan.h"
 
 #include <QFileInfo>
@@ -25,15 +24,7 @@ private:
     int m_segments = 1;
     std::string m_plan;
     std::optional<std::string> m_output;
-    std::optional<std::string> m_video;
-    std::string m_format = "h264";
-    std::string m_preset = "original";
-    std::optional<double> m_trimStart;
-    std::optional<double> m_trimEnd;
-    std::optional<std::string> m_watermark;
-    std::string m_watermarkCorner;
-    bool m_withoutChapters = false;
-    std::string m_encoderPreset;
+    RequestOptions m_options;
 };
 
 PlanCommand::PlanCommand(CLI::App& subcommand)
@@ -48,17 +39,7 @@ PlanCommand::PlanCommand(CLI::App& subcommand)
     addOutputOption(app(), m_plan, planFile, "The plan to write");
     addFileOption(app(), "--to", m_output, videoFile,
                   "Where the joined video is to stand; without it beside the plan, under its name");
-    addFileOption(app(), "--video", m_video, videoFile, "The source, in place of the project's video");
-    addFormatOption(app(), m_format);
-    addPresetOption(app(), m_preset);
-    addTimeOption(app(), "--trim-start", m_trimStart, "Start of the range, in place of the project's");
-    addTimeOption(app(), "--trim-end", m_trimEnd, "End of the range, in place of the project's");
-    addFileOption(app(), "--watermark", m_watermark, imageFile,
-                  "Logo in a corner, in place of the project's");
-    limitChoices(app().add_option("--watermark-corner", m_watermarkCorner, "Its corner"),
-                 rawValues<WatermarkCorner>());
-    app().add_flag("--no-chapters", m_withoutChapters, "Do not make chapters of labelled markers");
-    app().add_option("--encoder-preset", m_encoderPreset, "Speed preset of x264 or x265")->group("");
+    m_options.addTo(app());
     app().footer("Example:\n  pointloom-cli plan final.plp --segments 8 -o final.json\n\n"
                  "Then \"pointloom-cli segment final.json K\" for each K, on any machine that sees the same "
                  "files, and\n"
@@ -69,20 +50,12 @@ QString PlanCommand::outputPath() const {
     if (m_output)
         return toText(*m_output);
     const QFileInfo plan(toText(m_plan));
-    return plan.path() + u'/' + plan.completeBaseName() + u'.' + fileExtension(formatOf(m_format));
+    return plan.path() + u'/' + plan.completeBaseName() + u'.' + fileExtension(formatOf(m_options.format()));
 }
 
 ExportRequest PlanCommand::request() const {
-    ExportRequest request;
-    request.videoPath = toText(m_video);
-    request.watermarkPath = toText(m_watermark);
-    request.watermarkCorner = fromRawValue<WatermarkCorner>(m_watermarkCorner);
-    request.trimStart = m_trimStart;
-    request.trimEnd = m_trimEnd;
-    request.format = formatOf(m_format);
-    request.preset = presetOf(m_preset);
+    ExportRequest request = m_options.request();
     request.outputPath = outputPath();
-    request.encoderPreset = m_encoderPreset;
     return request;
 }
 
@@ -91,7 +64,7 @@ ExitStatus PlanCommand::run() {
     const QString planPath = toText(m_plan);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
-    inputs.job.withChapters = !m_withoutChapters;
+    inputs.job.withChapters = m_options.withChapters();
     for (const QString& path : {planPath, inputs.job.outputPath})
         requireUsableOutput(path, inputFiles(inputs.job, projectPath));
     try {
