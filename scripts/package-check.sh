@@ -35,8 +35,7 @@ main() {
     step "removing"
     in_root apt-get purge -qq -y pointloom pointloom-cli >/dev/null 2>&1
     in_root apt-get autoremove -qq -y --purge >/dev/null 2>&1
-    rm -rf "$root"/root/pointloom*.deb "$root"/root/match "$root"/root/.config/Pointloom "$root"/root/.local/share/Pointloom \
-        "$root"/root/.cache
+    rm -rf "$root"/root/pointloom*.deb "$root"/root/match # with the home in it: what a user's programs keep is the user's
     list_files >build/files-after.txt
     diff build/files-before.txt build/files-after.txt || fail "removing left the files above behind"
     printf 'package-check: all done; nothing was left behind\n'
@@ -80,6 +79,11 @@ in_root() {
     chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"
 }
 
+# As a user, whose home is beside the video. Mesa asks the system for the home unless it is told where to keep things.
+as_user() {
+    in_root env HOME=/root/match/home XDG_CACHE_HOME=/root/match/home/.cache "$@"
+}
+
 # Everything but what package management and the system keep for themselves.
 list_files() {
     (cd "$root" && find . -xdev \( -path ./proc -o -path ./dev -o -path ./tmp -o -path ./run -o -path ./var/lib/dpkg \
@@ -87,12 +91,12 @@ list_files() {
 }
 
 export_video() {
-    mkdir -p "$root/root/match"
+    mkdir -p "$root/root/match/home"
     ffmpeg -nostdin -v error -y -f lavfi -i testsrc2=s=640x360:r=25:d=4 -f lavfi -i sine=d=4 -c:v libx264 -pix_fmt yuv420p \
         -c:a aac "$root/root/match/match.mp4"
-    in_root pointloom-cli new -o /root/match/final.plp --sport tennis --template classic --team1 Dravnik --team2 Solvane \
+    as_user pointloom-cli new -o /root/match/final.plp --sport tennis --template classic --team1 Dravnik --team2 Solvane \
         --flags1 FR --flags2 SE --video /root/match/match.mp4 >/dev/null
-    in_root pointloom-cli export /root/match/final.plp -o /root/match/out.mp4 --progress none
+    as_user pointloom-cli export /root/match/final.plp -o /root/match/out.mp4 --progress none
     [[ $(ffprobe -v error -select_streams v:0 -count_frames -show_entries stream=nb_read_frames -of csv=p=0 \
         "$root/root/match/out.mp4") == 100 ]] || fail "the exported video does not have its 100 frames"
     in_root sh -c 'test -s /usr/share/bash-completion/completions/pointloom-cli && test -s /usr/share/applications/'$application.desktop
@@ -118,7 +122,7 @@ done
 echo "no window with the document's name came up" >&2
 exit 1
 END
-    in_root xvfb-run -a -s '-screen 0 1280x900x24' dbus-run-session -- sh /root/match/start.sh 2>build/package-start.log ||
+    as_user xvfb-run -a -s '-screen 0 1280x900x24' dbus-run-session -- sh /root/match/start.sh 2>build/package-start.log ||
         fail "the application did not open the document"
     cp "$root/root/match/window.xwd" build/package-window.xwd
     if command -v convert >/dev/null; then
