@@ -43,6 +43,7 @@ declare -A included=(
     [fonts-urw-base35]="font of the scoreboards"
     [fonts-liberation]="the same, where the first is missing"
     [fonts-noto-color-emoji]="flags"
+    [fonts-dejavu-core]="names in scripts that the others leave out"
 )
 
 # Licences of the library in packages whose file names them in prose only.
