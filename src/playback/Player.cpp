@@ -214,6 +214,7 @@ void Player::closeFile() {
     m_entry = 0;
     m_announced = false;
     m_atEnd = false;
+    m_endIsReported = false;
     m_timeRequested = false;
     m_timeStandsForKeyframe = false;
     m_storedSize = {};

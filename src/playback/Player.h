@@ -152,7 +152,8 @@ private:
     void handleReply(const mpv_event& event);
     void handleFileEnd(const mpv_event& event);
     void handlePropertyChange(const mpv_event& event);
-    void handleEndOfFile(bool reached);
+    void handleEndOfFile();
+    void handleLandingAtEnd(double time);
 
     void request(Request what, const char* property);
     void requestPicture();
@@ -182,6 +183,7 @@ private:
     bool m_hasRenderer = false;
     bool m_announced = false; // fileLoaded was emitted for the present file
     bool m_atEnd = false;
+    bool m_endIsReported = false; // by libmpv, at whatever time
     bool m_timeStandsForKeyframe = false; // m_time was asked for, what is shown is the key frame before it
     bool m_timeRequested = false;
     bool m_playing = false;

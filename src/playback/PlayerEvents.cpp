@@ -145,7 +145,8 @@ void Player::handlePropertyChange(const mpv_event& event) {
     const auto* property = static_cast<const mpv_event_property*>(event.data);
     const std::string_view name = property->name;
     if (name == "eof-reached" && property->format == MPV_FORMAT_FLAG) {
-        handleEndOfFile(*static_cast<const int*>(property->data) != 0);
+        m_endIsReported = *static_cast<const int*>(property->data) != 0;
+        handleEndOfFile();
     } else if (m_stage != Stage::Loaded) {
         return;
     } else if (name == "time-pos" && !m_queue.busy() && !m_timeRequested) {
@@ -158,12 +159,19 @@ void Player::handlePropertyChange(const mpv_event& event) {
     }
 }
 
-void Player::handleEndOfFile(bool reached) {
-    m_atEnd = reached && m_stage == Stage::Loaded && !m_queue.busy();
+void Player::handleEndOfFile() {
+    m_atEnd = m_endIsReported && m_stage == Stage::Loaded && !m_queue.busy();
     if (!m_atEnd || !m_playing)
         return;
     pause();
     Q_EMIT endReached();
+}
+
+// The end may have been reported before the jump to it was over, or not be taken back yet after one away from
+// it: the time tells which.
+void Player::handleLandingAtEnd(double time) {
+    if (!m_queue.busy() && time + m_frameDuration > m_duration - seekTolerance)
+        handleEndOfFile();
 }
 
 void Player::land(double time) {
@@ -182,8 +190,10 @@ void Player::land(double time) {
     const std::uint64_t generation = m_generation;
     Q_EMIT seeked(time);
     // Whoever listens may have opened another file.
-    if (generation == m_generation)
-        goOn();
+    if (generation != m_generation)
+        return;
+    goOn();
+    handleLandingAtEnd(time);
 }
 
 // Whether an exact seek missed frames. Where pictures refer across a key frame (open groups of pictures, as

@@ -9,6 +9,8 @@
 
 namespace pointloom::playback {
 
+constexpr double frame = 1.0 / 25; // seconds, unless the options say otherwise
+
 struct ClipOptions {
     QString rate = QStringLiteral("25"); // frames a second
     int frames = 50;

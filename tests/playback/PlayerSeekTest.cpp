@@ -11,8 +11,6 @@ namespace pointloom::playback {
 
 namespace {
 
-constexpr double frame = 1.0 / 25;
-
 class PlayerSeekTest : public testing::Test {
 protected:
     test::ClipFolder folder;
@@ -87,6 +85,16 @@ TEST_F(PlayerSeekTest, SeeksBeyondTheEndsStayInTheFile) {
     watched.player.seek(std::numeric_limits<double>::quiet_NaN());
     EXPECT_FALSE(watched.player.isSeeking());
     EXPECT_EQ(watched.ends, 0) << "the end is only reached by playing";
+}
+
+TEST_F(PlayerSeekTest, ASeekToTheEndWhilePlayingEndsThere) {
+    ASSERT_TRUE(watched.load(makeNumberedClip(folder, QStringLiteral("clip.mp4"), {.sound = true})));
+    watched.player.play();
+    watched.player.seek(watched.player.duration());
+    ASSERT_TRUE(Watched::waitFor([&] { return watched.ends == 1; }));
+    EXPECT_FALSE(watched.player.isPlaying());
+    watched.player.play();
+    EXPECT_TRUE(Watched::waitFor([&] { return watched.player.time() < 1; })) << "from the beginning";
 }
 
 TEST_F(PlayerSeekTest, DraggingThePlayheadDoesNotQueueUp) {

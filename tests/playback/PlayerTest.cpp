@@ -12,8 +12,6 @@ namespace pointloom::playback {
 
 namespace {
 
-constexpr double frame = 1.0 / 25;
-
 class PlayerTest : public testing::Test {
 protected:
     test::ClipFolder folder;
