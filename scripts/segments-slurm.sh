@@ -18,15 +18,18 @@ cli=${POINTLOOM_CLI:-pointloom-cli}
 segments=$(grep -c '^ *"seconds":' "$plan") || { printf '%s: no plan\n' "$plan" >&2; exit 1; }
 quoted=$(printf '%q' "$plan")
 
+# Slurm queues again what its node took down; a worker that was killed on a living node queues itself again.
+again='|| { [ $? -gt 128 ] && [ "${SLURM_RESTART_COUNT:-0}" -lt 2 ] && scontrol requeue "$SLURM_JOB_ID"; exit 1; }'
+
 submit() {
     sbatch --parsable --output="${plan%.json}.%A_%a.log" "$@"
 }
 
 array=$(submit --requeue --array="1-$segments" "$@" --job-name=pointloom-segment \
-    --wrap "$cli segment $quoted \$SLURM_ARRAY_TASK_ID --progress none")
+    --wrap "$cli segment $quoted \$SLURM_ARRAY_TASK_ID --progress none $again")
 needed=$array
 if grep -q '^ *"hasSound": true' "$plan"; then
-    needed+=:$(submit --requeue "$@" --job-name=pointloom-audio --wrap "$cli segment $quoted audio --progress none")
+    needed+=:$(submit --requeue "$@" --job-name=pointloom-audio --wrap "$cli segment $quoted audio --progress none $again")
 fi
 submit "$@" --job-name=pointloom-join --dependency="afterok:$needed" --kill-on-invalid-dep=yes \
     --wrap "$cli join $quoted --progress none"
