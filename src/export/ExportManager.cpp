@@ -92,6 +92,7 @@ MediaWriter openWriter(const ExportJob& job, const Plan& plan, const media::Vide
         .codec = codecOf(job.format),
         .size = plan.layout.frameSize,
         .format = plan.frameFormat,
+        .hdr = track.hdr,
         .orientation = plan.layout.orientation,
         .sampleAspectRatio = plan.layout.sampleAspectRatio,
         .timeBase = track.timeBase,

@@ -1,6 +1,7 @@
 #include "media/ConversionChain.h"
 
 #include "media/ColorTags.h"
+#include "media/HdrSideData.h"
 
 #include <algorithm>
 #include <vector>
@@ -11,6 +12,7 @@ namespace {
 
 constexpr double referenceWhite = 203; // cd/m2, BT.2408: HDR light that becomes SDR white
 constexpr double usualPeak = 1000;     // cd/m2, of an HLG display and of most PQ masters
+constexpr double displayUnit = 0.0001; // cd/m2, of MasteringDisplay
 
 bool isRgb(AVPixelFormat layout) {
     return (av_pix_fmt_desc_get(layout)->flags & AV_PIX_FMT_FLAG_RGB) != 0;
@@ -120,17 +122,11 @@ std::string conversionChain(const Conversion& conversion) {
 double peakLight(const AVFrame& picture) {
     if (picture.color_trc != AVCOL_TRC_SMPTE2084)
         return usualPeak;
-    if (const AVFrameSideData* data = av_frame_get_side_data(&picture, AV_FRAME_DATA_CONTENT_LIGHT_LEVEL)) {
-        const auto* light = reinterpret_cast<const AVContentLightMetadata*>(data->data);
-        if (light->MaxCLL > 0)
-            return light->MaxCLL;
-    }
-    if (const AVFrameSideData* data =
-            av_frame_get_side_data(&picture, AV_FRAME_DATA_MASTERING_DISPLAY_METADATA)) {
-        const auto* display = reinterpret_cast<const AVMasteringDisplayMetadata*>(data->data);
-        if (display->has_luminance != 0 && display->max_luminance.den != 0)
-            return std::clamp(av_q2d(display->max_luminance), referenceWhite, 10000.0);
-    }
+    const HdrMetadata metadata = readHdrMetadata(picture);
+    if (metadata.light && metadata.light->brightestPixel > 0)
+        return metadata.light->brightestPixel;
+    if (metadata.display)
+        return std::clamp(metadata.display->brightest * displayUnit, referenceWhite, 10000.0);
     return usualPeak;
 }
 

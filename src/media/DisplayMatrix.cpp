@@ -1,7 +1,6 @@
 #include "media/DisplayMatrix.h"
 
-#include "media/FFmpegError.h"
-#include "media/MediaError.h"
+#include "media/StreamSideData.h"
 
 #include <cmath>
 #include <cstring>
@@ -13,32 +12,6 @@ namespace {
 
 constexpr std::int32_t one = 1 << 16;              // 1.0 in 16.16
 constexpr std::int32_t oneInThirdColumn = 1 << 30; // 1.0 in 2.30
-
-// FFmpeg 6.1 moved side data from the stream to its codec parameters.
-#define POINTLOOM_SIDE_DATA_IN_PARAMETERS (LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(60, 31, 102))
-
-const std::uint8_t* findMatrix(const AVStream& stream) {
-#if POINTLOOM_SIDE_DATA_IN_PARAMETERS
-    const AVPacketSideData* found = av_packet_side_data_get(
-        stream.codecpar->coded_side_data, stream.codecpar->nb_coded_side_data, AV_PKT_DATA_DISPLAYMATRIX);
-    return found != nullptr && found->size >= sizeof(DisplayMatrix) ? found->data : nullptr;
-#else
-    std::size_t size = 0;
-    const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
-    return size >= sizeof(DisplayMatrix) ? data : nullptr;
-#endif
-}
-
-std::uint8_t* addMatrix(AVStream& stream) {
-#if POINTLOOM_SIDE_DATA_IN_PARAMETERS
-    AVPacketSideData* added =
-        av_packet_side_data_new(&stream.codecpar->coded_side_data, &stream.codecpar->nb_coded_side_data,
-                                AV_PKT_DATA_DISPLAYMATRIX, sizeof(DisplayMatrix), 0);
-    return added == nullptr ? nullptr : added->data;
-#else
-    return av_stream_new_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, sizeof(DisplayMatrix));
-#endif
-}
 
 }
 
@@ -74,7 +47,7 @@ DisplayMatrix matrixFor(Orientation orientation, QSize size) {
 }
 
 Orientation readOrientation(const AVStream& stream) {
-    const std::uint8_t* data = findMatrix(stream);
+    const std::uint8_t* data = findSideData(stream, AV_PKT_DATA_DISPLAYMATRIX, sizeof(DisplayMatrix));
     if (data == nullptr)
         return {};
     DisplayMatrix matrix{};
@@ -85,9 +58,7 @@ Orientation readOrientation(const AVStream& stream) {
 void writeOrientation(AVStream& stream, Orientation orientation, QSize size) {
     if (orientation.isIdentity())
         return;
-    std::uint8_t* data = addMatrix(stream);
-    if (data == nullptr)
-        throw MediaError("out of memory");
+    std::uint8_t* data = addSideData(stream, AV_PKT_DATA_DISPLAYMATRIX, sizeof(DisplayMatrix));
     const DisplayMatrix matrix = matrixFor(orientation, size);
     std::memcpy(data, matrix.data(), sizeof(matrix));
 }

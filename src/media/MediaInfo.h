@@ -2,6 +2,7 @@
 #pragma once
 
 #include "media/FrameFormat.h"
+#include "media/HdrMetadata.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,6 +20,7 @@ struct VideoTrackInfo {
     Rational timeBase{1, 90000};       // seconds a tick
     std::optional<FrameFormat> format; // empty when frames need conversion before drawing
     ColorDescription color;
+    HdrMetadata hdr; // also of tracks that are not HDR, if they carry any
     int bitDepth = 8;
     bool interlaced = false;
 

@@ -4,6 +4,7 @@
 #include "media/AudioReader.h"
 #include "media/Chapter.h"
 #include "media/FrameFormat.h"
+#include "media/HdrMetadata.h"
 #include "media/VideoFrame.h"
 
 #include <memory>
@@ -21,6 +22,7 @@ struct VideoSettings {
     VideoCodec codec = VideoCodec::h264;
     QSize size;              // stored, both sides even
     FrameFormat format;      // one of `encodableFormat`
+    HdrMetadata hdr{};       // kept when the format is HDR
     Orientation orientation; // how players must show the stored picture
     Rational sampleAspectRatio{1, 1};
     Rational timeBase{1, 90000}; // of the frames' timestamps; kept exactly in the file

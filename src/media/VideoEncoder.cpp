@@ -3,6 +3,7 @@
 #include "media/ColorTags.h"
 #include "media/DisplayMatrix.h"
 #include "media/FFmpegError.h"
+#include "media/HdrSideData.h"
 
 #include <algorithm>
 #include <cmath>
@@ -81,12 +82,18 @@ int h264Threads() {
     return processors > 0 && processors <= smallMachine ? static_cast<int>(2 * processors) : 0;
 }
 
+bool isHdr(const VideoSettings& settings) {
+    return settings.format.color.transfer != Transfer::sdr;
+}
+
 std::string x265Parameters(const VideoSettings& settings) {
     std::string parameters = "log-level=none"; // it writes to standard error by itself, past FFmpeg's log
     if (settings.joinable)
         parameters += ":info=0"; // a message in the headers that names its threads
     if (settings.lossless)
         parameters += ":lossless=1";
+    if (isHdr(settings))
+        parameters += x265Parameters(settings.hdr);
     return parameters;
 }
 
@@ -128,6 +135,8 @@ VideoEncoder::VideoEncoder(OutputFile& file, const VideoSettings& settings)
           "the video encoder could not be opened");
     m_track = &file.addTrack(*m_codec);
     writeOrientation(*m_track, settings.orientation, settings.size);
+    if (isHdr(settings))
+        writeHdrMetadata(*m_track, settings.hdr);
     const double ticks = 1 / (settings.frameRate.value() * settings.timeBase.value());
     m_usualDuration = std::max<std::int64_t>(1, std::llround(ticks));
 }
@@ -152,6 +161,7 @@ void VideoEncoder::write(const VideoFrame& frame) {
     picture->pts = timestamp;
     picture->pict_type = AV_PICTURE_TYPE_NONE; // the source's choice of key pictures is not ours
     setTags(*picture, tagsFor(m_settings));
+    dropStaleMetadata(*picture);
     picture->sample_aspect_ratio = m_codec->sample_aspect_ratio;
     send(picture.get());
 }

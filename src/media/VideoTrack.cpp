@@ -2,6 +2,7 @@
 
 #include "media/ColorTags.h"
 #include "media/DisplayMatrix.h"
+#include "media/HdrSideData.h"
 #include "media/InputFile.h"
 
 #include <algorithm>
@@ -90,6 +91,7 @@ void describeByPicture(VideoTrackInfo& track, const AVFrame& picture) {
     track.color = describeColor(tagsOf(picture), track.storedSize, layout);
     if (const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(layout))
         track.bitDepth = descriptor->comp[0].depth;
+    track.hdr = readHdrMetadata(picture);
     track.format.reset();
     if (const std::optional<SampleLayout> samples = sampleLayout(layout))
         track.format = FrameFormat{samples->subsampling, samples->bitDepth, track.color};
@@ -97,6 +99,7 @@ void describeByPicture(VideoTrackInfo& track, const AVFrame& picture) {
 }
 
 void completeTags(AVFrame& picture, const AVStream& stream) {
+    completeHdrMetadata(picture, stream);
     const auto layout = static_cast<AVPixelFormat>(picture.format);
     ColorTags tags = tagsOf(picture);
     if (!sampleLayout(layout)) {

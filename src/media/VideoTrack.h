@@ -18,7 +18,8 @@ VideoTrackInfo describeVideoTrack(AVFormatContext& context, int streamIndex);
 /// Corrects `track` by its first decoded picture, which knows best.
 void describeByPicture(VideoTrackInfo& track, const AVFrame& picture);
 
-/// Makes a decoded picture say all that its track says: no gap in its colour tags, no old layout names.
+/// Makes a decoded picture say all that its track says: no gap in its colour tags, its HDR metadata, no old
+/// layout names.
 void completeTags(AVFrame& picture, const AVStream& stream);
 
 /// Audio tracks that can be decoded, in the file's order.
