@@ -17,10 +17,16 @@ bool isPictureTrack(const AVStream& stream) {
            canDecode(stream);
 }
 
+/// A single picture is mostly a cover that came along as a track of its own.
+bool hasMovingPictures(const AVStream& stream) {
+    return avformat_index_get_entries_count(&stream) > 1;
+}
+
 bool hasSamples(const AVStream& stream) {
     return avformat_index_get_entries_count(&stream) > 0;
 }
 
+/// In fragmented files the index grows while reading, so a track without entries may still have samples.
 bool hasKnownPictures(const AVStream& stream) {
     return stream.codecpar->width > 0 && stream.codecpar->height > 0 && stream.codecpar->format >= 0;
 }
@@ -58,11 +64,10 @@ bool isInterlacedOrder(AVFieldOrder order) {
 }
 
 std::optional<int> findVideoTrack(const AVFormatContext& context) {
-    // In fragmented files the index grows while reading, so a track without entries may still have samples.
-    for (const bool wantsSamples : {true, false}) {
+    for (const auto& suits : {hasMovingPictures, hasSamples, hasKnownPictures}) {
         for (unsigned i = 0; i < context.nb_streams; ++i) {
             const AVStream& stream = *context.streams[i];
-            if (isPictureTrack(stream) && (wantsSamples ? hasSamples(stream) : hasKnownPictures(stream)))
+            if (isPictureTrack(stream) && suits(stream))
                 return static_cast<int>(i);
         }
     }

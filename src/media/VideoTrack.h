@@ -9,7 +9,8 @@
 
 namespace pointloom::media {
 
-/// The first video track that has pictures, is no cover and can be decoded.
+/// The first video track that has pictures, is no cover and can be decoded; one with a single picture only when
+/// there is no other.
 std::optional<int> findVideoTrack(const AVFormatContext& context);
 
 /// What the container says of the track.
