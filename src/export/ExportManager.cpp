@@ -99,6 +99,7 @@ MediaWriter openWriter(const ExportJob& job, const Plan& plan, const media::Vide
         .frameRate = track.frameRate,
         .encoderPreset = job.encoderPreset,
         .joinable = job.part.has_value(),
+        .lossless = job.lossless,
     };
     try {
         return MediaWriter::create(job.outputPath, settings, withAudio, plan.chapters,

@@ -47,6 +47,7 @@ struct ExportJob {
     double trimStart = 0;           // seconds of the source's timeline
     std::optional<double> trimEnd;  // none: to the end of the video
     std::string encoderPreset;      // of x264 or x265; empty for the encoder's default
+    bool lossless = false;          // H.264 and HEVC only; for tests that read pixels back
     bool withChapters = true;       // labelled markers become chapters
     std::optional<ExportPart> part; // none: all of it
 };

@@ -65,6 +65,16 @@ nlohmann::json probePackets(const QString& path) {
         .at("packets");
 }
 
+nlohmann::json probeFrames(const QString& path) {
+    return probeWith({QStringLiteral("-show_streams"), QStringLiteral("-show_frames")}, path);
+}
+
+QByteArray decode(const QString& path, const QStringList& arguments) {
+    return run(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-v"), QStringLiteral("error"),
+                                                     QStringLiteral("-noautorotate"), QStringLiteral("-i"), path} +
+                                             arguments + QStringList{QStringLiteral("-")});
+}
+
 QByteArray firstPicture(const QString& path, const QString& pixelFormat) {
     return run(QStringLiteral("ffmpeg"),
                {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path,

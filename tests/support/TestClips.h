@@ -35,6 +35,12 @@ nlohmann::json probe(const QString& path);
 /// Packets of the first video stream, in the file's order.
 nlohmann::json probePackets(const QString& path);
 
+/// Streams, and the decoded frames of all of them.
+nlohmann::json probeFrames(const QString& path);
+
+/// What ffmpeg writes for the file under `arguments`, pictures as they are stored, not turned.
+QByteArray decode(const QString& path, const QStringList& arguments);
+
 /// Samples of the first picture as ffmpeg shows it (turned as the file says), in `pixelFormat`.
 QByteArray firstPicture(const QString& path, const QString& pixelFormat);
 

@@ -1,0 +1,23 @@
+// What the matrix measured, a row for each export, for the document that is made of it.
+#pragma once
+
+#include <optional>
+#include <QString>
+
+namespace pointloom::test {
+
+struct Measured {
+    int frames = 0;
+    int framesExpected = 0;
+    double worstTime = 0;            // seconds, of a frame against its time in the source
+    std::optional<double> soundLate; // seconds, of the beep against the flash
+    double worstColor = 0;           // levels of 255, outside of the overlay
+    double worstOverlay = 0;         // levels of 255
+    bool isToneMapped = false;       // colours are not those of the source on purpose
+};
+
+/// Appends a row to the file that POINTLOOM_COMPATIBILITY_ROWS names; does nothing when it names none.
+void report(const QString& source, const QString& preset, const QString& format, const Measured& measured,
+            bool passed);
+
+}
