@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <type_traits>
 
 namespace pointloom::media {
 
@@ -99,16 +101,34 @@ ChromaLocation describeChromaLocation(AVChromaLocation location) {
     }
 }
 
+// Decoders store what the stream says, a number that their enumeration lacks as well; that says nothing.
+template <class Tag>
+Tag knownOr(const Tag& stored, Tag unspecified, Tag count) {
+    std::underlying_type_t<Tag> number;
+    std::memcpy(&number, &stored, sizeof(number));
+    return number < static_cast<decltype(number)>(count) ? stored : unspecified;
+}
+
+ColorTags knownTags(const AVColorPrimaries& primaries, const AVColorTransferCharacteristic& transfer,
+                    const AVColorSpace& matrix, const AVColorRange& range,
+                    const AVChromaLocation& chromaLocation) {
+    return {knownOr(primaries, AVCOL_PRI_UNSPECIFIED, AVCOL_PRI_NB),
+            knownOr(transfer, AVCOL_TRC_UNSPECIFIED, AVCOL_TRC_NB),
+            knownOr(matrix, AVCOL_SPC_UNSPECIFIED, AVCOL_SPC_NB),
+            knownOr(range, AVCOL_RANGE_UNSPECIFIED, AVCOL_RANGE_NB),
+            knownOr(chromaLocation, AVCHROMA_LOC_UNSPECIFIED, AVCHROMA_LOC_NB)};
+}
+
 }
 
 ColorTags tagsOf(const AVFrame& frame) {
-    return {frame.color_primaries, frame.color_trc, frame.colorspace, frame.color_range,
-            frame.chroma_location};
+    return knownTags(frame.color_primaries, frame.color_trc, frame.colorspace, frame.color_range,
+                     frame.chroma_location);
 }
 
 ColorTags tagsOf(const AVCodecParameters& parameters) {
-    return {parameters.color_primaries, parameters.color_trc, parameters.color_space, parameters.color_range,
-            parameters.chroma_location};
+    return knownTags(parameters.color_primaries, parameters.color_trc, parameters.color_space,
+                     parameters.color_range, parameters.chroma_location);
 }
 
 void setTags(AVFrame& frame, const ColorTags& tags) {
