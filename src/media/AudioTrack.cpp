@@ -16,7 +16,8 @@ constexpr double lead = 1.0; // seconds
 // an overlap. A lost frame of AAC is 21 ms or more.
 constexpr double toleratedShift = 0.020 * audioSampleRate; // samples
 
-constexpr double farthest = 1e12; // samples; timestamps beyond are nonsense
+constexpr double farthest = 1e12;     // samples; timestamps beyond are nonsense
+constexpr double farthestTick = 1e17; // a damaged file may name a duration with no end
 
 }
 
@@ -27,7 +28,8 @@ AudioTrack::AudioTrack(const QString& path, int streamIndex, double start)
     , m_decoder(m_file.context(), streamIndex, 1) {
     m_file.keepOnly(streamIndex);
     if (start > lead) {
-        const auto ticks = static_cast<std::int64_t>(std::floor((start - lead) / m_secondsPerTick));
+        const double exactTicks = std::floor((start - lead) / m_secondsPerTick);
+        const auto ticks = static_cast<std::int64_t>(std::min(exactTicks, farthestTick));
         if (av_seek_frame(m_file.context(), streamIndex, ticks, AVSEEK_FLAG_BACKWARD) >= 0)
             m_decoder.flush();
     }
