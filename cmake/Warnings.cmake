@@ -2,7 +2,7 @@
 add_library(pointloom_options INTERFACE)
 target_compile_options(pointloom_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror
-  -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wuseless-cast
+  -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast $<$<CXX_COMPILER_ID:GNU>:-Wuseless-cast>
   -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Wsuggest-override)
 # GCC 12 takes the inactive alternative of a variant for uninitialised memory when it optimises.
 target_compile_options(pointloom_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)

@@ -6,7 +6,7 @@ export LC_ALL=C.UTF-8
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 if (($# == 0)); then
-    printf 'usage: scripts/build.sh PRESET [TARGET...]; presets: debug release package asan tsan\n' >&2
+    printf 'usage: scripts/build.sh PRESET [TARGET...]; presets: debug release package asan tsan fuzz\n' >&2
     exit 2
 fi
 preset=$1

@@ -1,8 +1,8 @@
 #include "session/UndoStack.h"
 
+#include <algorithm>
 #include <QScopedValueRollback>
 #include <QUndoCommand>
-#include <ranges>
 #include <utility>
 
 namespace pointloom {
@@ -29,8 +29,7 @@ private:
         std::vector<Action> inverse;
         {
             const QScopedValueRollback collect(m_owner.m_replayed, &inverse);
-            for (const Action& action : m_actions | std::views::reverse)
-                action();
+            std::for_each(m_actions.rbegin(), m_actions.rend(), [](const Action& action) { action(); });
         }
         m_actions = std::move(inverse);
         if (m_actions.empty())
