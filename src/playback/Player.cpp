@@ -170,6 +170,10 @@ void Player::setRotationHandled(bool handled) {
     sendProperty(handle(), "video-rotate", handled ? "0" : "no");
 }
 
+void Player::setHdrHandled(bool handled) {
+    m_hdrIsHandled = handled;
+}
+
 void Player::attachRenderer() {
     m_hasRenderer = true;
     if (m_stage == Stage::WaitingForRenderer)

@@ -123,6 +123,7 @@ private:
         Width,
         Height,
         Rotation,
+        Brightness,
         Time,
         LandedTime
     };
@@ -130,6 +131,7 @@ private:
     mpv_handle* handle() const { return m_handle.get(); }
     int storedRotation() const { return m_storedRotation; }
     void setRotationHandled(bool handled);
+    void setHdrHandled(bool handled);
     void attachRenderer();
     void detachRenderer();
 
@@ -161,6 +163,7 @@ private:
     bool concernsOurFile() const;
 
     void updateSize();
+    void fitBrightness(double peak);
     void setTime(double seconds);
     void setDuration(double seconds);
     void setPlaying(bool playing);
@@ -177,6 +180,8 @@ private:
     std::int64_t m_entry = 0;        // libmpv's number for our file, 0 before it is known
     std::int64_t m_startedEntry = 0; // the one it is playing
     int m_storedRotation = 0;        // degrees clockwise, left to whoever draws in software
+    bool m_hdrIsHandled = false;     // by whoever draws
+    QByteArray m_filters;            // between decoder and drawing, as last set
     QSize m_storedSize;              // square pixels, before turning
     QSize m_size;
 

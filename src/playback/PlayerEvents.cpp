@@ -1,5 +1,6 @@
 #include "playback/MpvCalls.h"
 #include "playback/Player.h"
+#include "playback/ToneMapping.h"
 
 #include <cmath>
 #include <mpv/client.h>
@@ -118,6 +119,9 @@ void Player::handleReply(const mpv_event& event) {
         m_storedRotation = static_cast<int>(std::lround(number.value_or(0) / quarter)) % 4 * quarter;
         break;
     }
+    case Request::Brightness:
+        fitBrightness(number.value_or(0));
+        break;
     case Request::Time:
         m_timeRequested = false;
         if (number && !m_queue.busy() && !m_timeStandsForKeyframe)
@@ -129,6 +133,15 @@ void Player::handleReply(const mpv_event& event) {
     case Request::None:
         break;
     }
+}
+
+/// libmpv's software drawing would show all of HDR as white. `peak` is in units of SDR white, 1 or 0 in SDR.
+void Player::fitBrightness(double peak) {
+    const QByteArray filters = m_hdrIsHandled || peak <= 1 ? QByteArray() : toneMappingFilters(peak);
+    if (filters == m_filters)
+        return;
+    m_filters = filters;
+    sendProperty(handle(), "vf", filters.constData());
 }
 
 void Player::handleFileEnd(const mpv_event& event) {
@@ -226,6 +239,7 @@ void Player::request(Request what, const char* property) {
 
 void Player::requestPicture() {
     request(Request::Rotation, "current-tracks/video/demux-rotation");
+    request(Request::Brightness, "video-params/sig-peak");
     request(Request::Width, "video-params/dw");
     request(Request::Height, "video-params/dh");
 }

@@ -57,6 +57,7 @@ std::unique_ptr<RenderContext> RenderContext::software(Player& player) {
     std::array parameters{parameter(MPV_RENDER_PARAM_API_TYPE, MPV_RENDER_API_TYPE_SW), lastParameter};
     // libmpv's software drawing neither turns pictures nor survives being asked to.
     player.setRotationHandled(false);
+    player.setHdrHandled(false);
     result->adopt(create(player.handle(), parameters.data()));
     return result;
 }
@@ -70,6 +71,7 @@ std::unique_ptr<RenderContext> RenderContext::openGl(Player& player, QOpenGLCont
                           display ? parameter(MPV_RENDER_PARAM_X11_DISPLAY, display) : lastParameter,
                           lastParameter};
     player.setRotationHandled(true);
+    player.setHdrHandled(true);
     result->adopt(create(player.handle(), parameters.data()));
     return result;
 }
