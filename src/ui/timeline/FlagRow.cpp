@@ -94,7 +94,7 @@ std::span<const Flag> FlagRow::between(const TimeScale& scale, double from, doub
         return [limit](const Flag& flag) { return flag.time < limit; };
     };
     const auto first = std::ranges::partition_point(m_flags, isBefore(scale.time(from - widestFlag)));
-    const auto last = std::ranges::partition_point(m_flags, isBefore(scale.time(to)));
+    const auto last = std::ranges::partition_point(m_flags, isBefore(scale.time(to + widestFlag)));
     return {first, std::max(first, last)};
 }
 

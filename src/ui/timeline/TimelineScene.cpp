@@ -39,9 +39,11 @@ QRectF TimelineScene::boxOf(const Flag& flag) const {
         width = flag.widths.full;
     else if (detail == FlagDetail::brief)
         width = flag.widths.brief;
-    double left = scale.x(flag.time);
-    if (flag.id == selectedMarker) // whose flag turns around rather than being cut at the end of the clip
-        left = left + width > scale.width() && left - width >= 0 ? left - width : left;
+    const double x = scale.x(flag.time);
+    // The selected flag says all that it can and turns around rather than being cut at the edge.
+    const bool isCut = flag.id == selectedMarker && x + width > scale.width();
+    const bool leansLeft = flag.place.leansLeft || (isCut && x - width >= 0);
+    const double left = leansLeft ? x - width : x;
     return {left, top, width, rows.laneHeight - 4};
 }
 

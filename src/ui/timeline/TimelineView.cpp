@@ -104,29 +104,32 @@ void TimelineView::showTexts() {
 }
 
 void TimelineView::trimStartAtPlayhead() {
-    const TimelineScene& scene = m_canvas->scene();
-    const double duration = scene.scale.duration();
-    const double frame = 1 / scene.frameRate;
-    if (duration <= frame)
-        return;
-    TrimTimes trim = trimOf(m_context.state);
-    trim.start = std::clamp(m_context.state.currentTime.value(), 0.0, duration - frame);
-    if (trim.end && *trim.end < trim.start + frame)
-        trim.end = std::nullopt;
-    setTrim(m_context.state, trim, &m_context.undo);
+    trimAtPlayhead([](TrimTimes& trim, double playhead, double duration, double frame) {
+        trim.start = std::clamp(playhead, 0.0, duration - frame);
+        if (trim.end && *trim.end < trim.start + frame)
+            trim.end = std::nullopt;
+    });
 }
 
 void TimelineView::trimEndAtPlayhead() {
+    trimAtPlayhead([](TrimTimes& trim, double playhead, double duration, double frame) {
+        const double end = std::max(playhead, frame);
+        trim.end = end > duration - frame / 2 ? std::nullopt : std::optional(end);
+        if (trim.start > end - frame)
+            trim.start = 0;
+    });
+}
+
+// A clip of one frame has nothing to trim.
+template <class Change>
+void TimelineView::trimAtPlayhead(Change change) {
     const TimelineScene& scene = m_canvas->scene();
     const double duration = scene.scale.duration();
     const double frame = 1 / scene.frameRate;
     if (duration <= frame)
         return;
     TrimTimes trim = trimOf(m_context.state);
-    const double end = std::max(m_context.state.currentTime.value(), frame);
-    trim.end = end > duration - frame / 2 ? std::nullopt : std::optional(end);
-    if (trim.start > end - frame)
-        trim.start = 0;
+    change(trim, m_context.state.currentTime.value(), duration, frame);
     setTrim(m_context.state, trim, &m_context.undo);
 }
 

@@ -49,6 +49,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    template <class Change>
+    void trimAtPlayhead(Change change);
     bool handleKey(const QKeyEvent& event, bool acts);
     QToolButton* addButton(const QString& icon, void (TimelineView::*action)());
     void showView();

@@ -135,9 +135,37 @@ TEST(Flags, SayLessAsTheyComeCloserAndNeverOverlap) {
     EXPECT_THAT(details({5, 5, 5}, 2), ElementsAre(tick, full, full)) << "at one time";
     EXPECT_THAT(details({0, 20, 200}, 1), ElementsAre(brief, tick, full))
         << "some words are better than none";
-    EXPECT_THAT(details({0, 100, 200}, 1, 260), ElementsAre(full, full, brief)) << "before the end";
+    EXPECT_THAT(details({0, 50, 200}, 1, 260), ElementsAre(brief, full, brief)) << "before the end";
     EXPECT_THAT(details({0, 50, std::numeric_limits<double>::quiet_NaN()}, 1),
                 ElementsAre(brief, full, tick));
+}
+
+TEST(Flags, LeanLeftAtTheEndOfTheClipWhereThereIsRoom) {
+    using enum FlagDetail;
+    struct Case {
+        const char* what;
+        std::vector<double> positions;
+        int lanes;
+        std::vector<FlagPlace> expected;
+    };
+    const std::vector<Case> cases = {
+        {"alone", {495}, 1, {{0, full, 80, true}}},
+        {"two that both lean", {460, 495}, 1, {{0, full, 80, true}, {0, brief, 30, true}}},
+        {"one before leaves it room", {400, 495}, 1, {{0, brief, 30, false}, {0, brief, 30, true}}},
+        {"far enough before", {370, 495}, 1, {{0, full, 80, false}, {0, brief, 30, true}}},
+        {"a lane each", {490, 495}, 2, {{0, full, 80, true}, {1, full, 80, true}}},
+        {"crowded: the last one speaks", {490, 495}, 1, {{0, tick, 0, false}, {0, full, 80, true}}},
+    };
+    for (const Case& given : cases) {
+        const std::vector<FlagWidths> widths(given.positions.size(), {30, 80});
+        const auto places = layOutFlags(given.positions, widths, given.lanes, 500);
+        ASSERT_EQ(places.size(), given.expected.size());
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            EXPECT_EQ(places[i].lane, given.expected[i].lane) << given.what << ", flag " << i;
+            EXPECT_EQ(places[i].detail, given.expected[i].detail) << given.what << ", flag " << i;
+            EXPECT_EQ(places[i].leansLeft, given.expected[i].leansLeft) << given.what << ", flag " << i;
+        }
+    }
 }
 
 TEST(Flags, ManyCloseTogetherBecomeTicks) {
