@@ -6,6 +6,7 @@
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
 #include "ui/settings/PreferencesDialog.h"
+#include "ui/settings/ShortcutTable.h"
 #include "ui/wizard/DropTarget.h"
 
 #include <QAction>
@@ -55,6 +56,25 @@ TEST_F(MenuTest, ShortcutsReachTheActionsThatAreThereAndNoOthers) {
     EXPECT_EQ(
         called.join(u' ').toStdString(),
         "openVideo exportVideo openProject saveProject saveProjectAs showHelp showHelp showPreferences");
+}
+
+TEST_F(MenuTest, HelpNamesEveryShortcutOfTheMenus) {
+    QStringList listed;
+    for (const auto& [title, rows] : shortcutGroups()) {
+        for (const ShortcutRow& row : rows) {
+            for (const QString& label : keyLabels(row, Language::english))
+                listed << label;
+        }
+    }
+    int shortcuts = 0;
+    for (const QAction* action : window->findChildren<QAction*>()) {
+        for (const QKeySequence& shortcut : action->shortcuts()) {
+            EXPECT_TRUE(listed.contains(shortcut.toString(QKeySequence::PortableText)))
+                << qPrintable(action->text());
+            ++shortcuts;
+        }
+    }
+    EXPECT_GT(shortcuts, 8);
 }
 
 TEST_F(MenuTest, NewSessionAsksBeforeItThrowsWorkAway) {

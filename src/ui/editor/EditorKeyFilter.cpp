@@ -15,32 +15,24 @@ namespace pointloom {
 
 namespace {
 
-struct Key {
-    int key;
-    bool shift;
-
-    bool operator==(const Key&) const = default;
-};
-
 // The digits by where they are on the keyboard: with Shift, and on some keyboards without, the same keys
 // write other characters.
-Key keyOf(const QKeyEvent& event) {
+int keyOf(const QKeyEvent& event) {
     constexpr quint32 scanCodeOf1 = 10;
     constexpr quint32 scanCodeOf2 = 11;
-    const bool shift = event.modifiers().testFlag(Qt::ShiftModifier);
     if (event.nativeScanCode() == scanCodeOf1 || event.key() == Qt::Key_Exclam)
-        return {Qt::Key_1, shift};
+        return Qt::Key_1;
     if (event.nativeScanCode() == scanCodeOf2 || event.key() == Qt::Key_At || event.key() == Qt::Key_QuoteDbl)
-        return {Qt::Key_2, shift};
-    return {event.key(), shift};
+        return Qt::Key_2;
+    return event.key();
 }
 
 std::optional<EditorAction> actionOf(const QKeyEvent& event) {
-    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
-        return std::nullopt;
-    const Key pressed = keyOf(event);
+    const int key = keyOf(event);
+    const Qt::KeyboardModifiers modifiers =
+        event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier);
     for (const EditorKey& row : editorKeys()) {
-        if (Key{row.key, row.shift} == pressed)
+        if (row.key == key && row.modifiers == modifiers)
             return row.action;
     }
     return std::nullopt;

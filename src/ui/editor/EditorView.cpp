@@ -135,6 +135,10 @@ void EditorView::perform(EditorAction action, bool isRepeat) {
         return goToNeighbour(EditorCommands::Neighbour::previous);
     case nextMarker:
         return goToNeighbour(EditorCommands::Neighbour::next);
+    case zoomIn:
+        return m_timeline->zoomIn();
+    case zoomOut:
+        return m_timeline->zoomOut();
     default:
         break;
     }
@@ -173,6 +177,8 @@ void EditorView::perform(EditorAction action, bool isRepeat) {
         return m_timeline->trimEndAtPlayhead();
     case addCut:
         return m_timeline->addCutAtPlayhead();
+    case zoomToFit:
+        return m_timeline->zoomToFit();
     default:
         break;
     }

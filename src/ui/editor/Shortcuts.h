@@ -31,6 +31,9 @@ enum class EditorAction {
     trimEnd,
     addCut,
     deleteSelection,
+    zoomIn,
+    zoomOut,
+    zoomToFit,
 };
 
 /// A row of the list in Help.
@@ -39,10 +42,10 @@ struct ShortcutRow {
     UiText does;
 };
 
-/// What a key does in the editor; modifiers other than Shift never match.
+/// What a key does in the editor, with these modifiers and no others.
 struct EditorKey {
     int key; // Qt::Key
-    bool shift;
+    Qt::KeyboardModifiers modifiers;
     EditorAction action;
 };
 
