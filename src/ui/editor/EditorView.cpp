@@ -1,5 +1,6 @@
 #include "ui/editor/EditorView.h"
 
+#include "ui/editor/ChosenLength.h"
 #include "ui/editor/EditorKeyFilter.h"
 #include "ui/style/Tokens.h"
 
@@ -16,6 +17,8 @@ constexpr QSize smallest{760, 520};
 constexpr int narrowSidebar = 260;
 constexpr int roomySidebar = 304;
 constexpr int roomyWindow = 1000;
+constexpr std::string_view sidebarWidthKey = "sidebarWidth";
+constexpr std::string_view timelineHeightKey = "timelineHeight";
 
 QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
     auto* splitter = new QSplitter(orientation, parent);
@@ -45,7 +48,9 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     m_columns->addWidget(m_rows);
     m_columns->addWidget(m_sidebar);
     m_columns->setStretchFactor(0, 1);
-    connect(m_rows, &QSplitter::splitterMoved, this, [this] { m_isHeightChosenByHand = true; });
+    connect(m_columns, &QSplitter::splitterMoved, this,
+            [this] { m_sidebarWidth = m_columns->sizes().back(); });
+    connect(m_rows, &QSplitter::splitterMoved, this, [this] { m_timelineHeight = m_rows->sizes().back(); });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_columns);
@@ -88,14 +93,25 @@ void EditorView::showEvent(QShowEvent*) {
     setFocus();
     if (std::exchange(m_isArranged, true))
         return;
-    const int sidebar = width() < roomyWindow ? narrowSidebar : roomySidebar;
-    m_columns->setSizes({width() - sidebar, sidebar});
-    giveTimelineWhatThePictureLeaves();
+    m_sidebarWidth = chosenLength(m_context.defaults, sidebarWidthKey);
+    m_timelineHeight = chosenLength(m_context.defaults, timelineHeightKey);
+    arrange();
 }
 
 void EditorView::resizeEvent(QResizeEvent*) {
-    if (m_isArranged && !m_isHeightChosenByHand)
+    if (m_isArranged && !m_timelineHeight)
         giveTimelineWhatThePictureLeaves();
+}
+
+// A length that was chosen in a larger window leaves the picture half of this one.
+void EditorView::arrange() {
+    const int usual = width() < roomyWindow ? narrowSidebar : roomySidebar;
+    const int sidebar = std::min(m_sidebarWidth.value_or(usual), std::max(usual, width() / 2));
+    m_columns->setSizes({width() - sidebar, sidebar});
+    if (!m_timelineHeight)
+        return giveTimelineWhatThePictureLeaves();
+    const int timeline = std::min(*m_timelineHeight, height() / 2);
+    m_rows->setSizes({height() - timeline, timeline});
 }
 
 // Most clips are wide: what would be black above and below them shows pictures and sound instead.
@@ -110,8 +126,11 @@ void EditorView::giveTimelineWhatThePictureLeaves() {
 
 // Nothing is heard of a clip that is not seen; a minimised window is not hidden in this sense.
 void EditorView::hideEvent(QHideEvent* event) {
-    if (!event->spontaneous())
-        m_playback.pause();
+    if (event->spontaneous())
+        return;
+    m_playback.pause();
+    rememberLength(m_context.defaults, sidebarWidthKey, m_sidebarWidth);
+    rememberLength(m_context.defaults, timelineHeightKey, m_timelineHeight);
 }
 
 EditorCommands::ShownFrame EditorView::shownFrame() const {

@@ -45,6 +45,7 @@ protected:
 
 private:
     QWidget* makePictureColumn();
+    void arrange();
     void giveTimelineWhatThePictureLeaves();
     EditorCommands::ShownFrame shownFrame() const;
     void holdWhileScrubbing(bool isScrubbing);
@@ -62,7 +63,8 @@ private:
     QSplitter* m_rows;
     bool m_resumes = false;              // playing when scrubbing began
     bool m_isArranged = false;           // sizes are chosen when it is first shown
-    bool m_isHeightChosenByHand = false; // of the timeline
+    std::optional<int> m_sidebarWidth;   // points, when chosen by hand
+    std::optional<int> m_timelineHeight; // points, when chosen by hand
 };
 
 }
