@@ -3,6 +3,7 @@
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/SaveDialog.h"
+#include "ui/common/ScreenRoom.h"
 #include "ui/export/ExportTexts.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
@@ -83,7 +84,7 @@ void FramePreview::build() {
     whole->addWidget(m_area, 1);
     whole->addLayout(buttons);
     setMinimumSize(smallestSize);
-    resize(usualSize);
+    resize(usualSize.boundedTo(screenRoom(*this)));
 }
 
 void FramePreview::bind() {

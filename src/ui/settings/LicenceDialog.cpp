@@ -238,7 +238,7 @@ void LicenceDialog::follow() {
     m_progressText->setText(context().text(asks ? asking : working));
     showOutcome();
     if (m_offline->isHidden() != wasLicensed)
-        QTimer::singleShot(0, this, [this] { resize(width(), layout()->totalHeightForWidth(width())); });
+        QTimer::singleShot(0, this, [this] { shrinkToBody(); });
     if (m_isClosing && !isWorking)
         Sheet::reject();
 }

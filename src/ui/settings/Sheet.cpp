@@ -1,5 +1,6 @@
 #include "ui/settings/Sheet.h"
 
+#include "ui/common/ScreenRoom.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -9,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace pointloom {
@@ -17,11 +19,21 @@ Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
     : QDialog(parent)
     , m_context(context)
     , m_title(Controls::label(Controls::TextRole::title, this))
+    , m_area(new QScrollArea(this))
     , m_body(new QVBoxLayout)
     , m_footer(new QHBoxLayout)
     , m_done(Controls::button(Controls::ButtonKind::primary, this)) {
     setMinimumWidth(fontMetrics().averageCharWidth() * characters + 2 * Space::xl);
+    auto* content = new QWidget(m_area);
+    content->setLayout(m_body);
+    m_body->setContentsMargins(0, 0, 0, 0);
     m_body->setSpacing(Space::l);
+    content->installEventFilter(this);
+    m_area->setWidget(content);
+    m_area->setWidgetResizable(true);
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_area->setFocusPolicy(Qt::NoFocus);
+    m_area->setMinimumHeight(1); // until it is known
     m_footer->setSpacing(Space::s);
     m_footer->addStretch();
     m_footer->addWidget(m_done);
@@ -29,7 +41,7 @@ Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
     layout->setContentsMargins(Space::xl, Space::xl, Space::xl, Space::l);
     layout->setSpacing(Space::l);
     layout->addWidget(m_title);
-    layout->addLayout(m_body, 1);
+    layout->addWidget(m_area, 1);
     layout->addLayout(m_footer);
     m_done->setDefault(true);
     connect(m_done, &QPushButton::clicked, this, &QDialog::reject);
@@ -41,15 +53,45 @@ void Sheet::setTitle(const QString& title) {
     setWindowTitle(title);
 }
 
-// Wrapped text has no smallest height of its own, and Qt makes dialogs no taller than two thirds of the
-// screen.
 bool Sheet::event(QEvent* event) {
     const bool result = QDialog::event(event);
     const bool mayNeedMore = event->type() == QEvent::LayoutRequest || event->type() == QEvent::Polish ||
                              (event->type() == QEvent::Resize && isVisible());
     if (mayNeedMore && layout())
-        setMinimumHeight(layout()->totalHeightForWidth(std::max(width(), minimumWidth())));
+        giveBodyItsHeight();
     return result;
+}
+
+// What changes in the body stays within its scroll area otherwise.
+bool Sheet::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest)
+        giveBodyItsHeight();
+    return QDialog::eventFilter(watched, event);
+}
+
+// Wrapped text has no smallest height of its own, and Qt makes dialogs no taller than two thirds of the
+// screen.
+void Sheet::giveBodyItsHeight() {
+    const QMargins margins = layout()->contentsMargins();
+    const int bodyWidth = std::max(width(), minimumWidth()) - margins.left() - margins.right();
+    const int wanted = m_body->totalHeightForWidth(bodyWidth);
+    const int others = layout()->totalMinimumSize().height() - m_area->minimumHeight();
+    const int least = std::min(wanted, fontMetrics().lineSpacing() * 5);
+    m_area->setMinimumHeight(std::clamp(screenRoom(*this).height() - others, least, wanted));
+    setMinimumHeight(others + m_area->minimumHeight());
+}
+
+void Sheet::shrinkToBody() {
+    giveBodyItsHeight();
+    resize(width(), minimumHeight());
+}
+
+void Sheet::showEvent(QShowEvent* event) {
+    if (testAttribute(Qt::WA_Resized))
+        resize(size().boundedTo(screenRoom(*this)));
+    else
+        shrinkToBody();
+    QDialog::showEvent(event);
 }
 
 QLabel* Sheet::paragraph(QWidget* parent, bool isQuiet) {

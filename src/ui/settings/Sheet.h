@@ -9,11 +9,13 @@
 class QHBoxLayout;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace pointloom {
 
-/// Texts follow the session's language. Escape and "Done" close it.
+/// Texts follow the session's language. Escape and "Done" close it. It is as high as its body; where the
+/// screen is not, the body scrolls.
 class Sheet : public QDialog {
     Q_OBJECT
 
@@ -36,14 +38,22 @@ protected:
     }
     Bindings& bindings() { return m_bindings; }
 
+    /// Gives up the height that the body no longer needs.
+    void shrinkToBody();
+
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
     /// A label whose lines wrap at the width of the body.
     static QLabel* paragraph(QWidget* parent, bool isQuiet = false);
 
 private:
+    void giveBodyItsHeight();
+
     UiContext m_context;
     QLabel* m_title;
+    QScrollArea* m_area;
     QVBoxLayout* m_body;
     QHBoxLayout* m_footer;
     QPushButton* m_done;
