@@ -97,6 +97,10 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     return QApplication::exec();
 }
 
+// A process that was killed keeps its lock until the last of its threads has been given the processor to die
+// on: seconds, on a busy machine, for those that stepped back for the others.
+constexpr std::chrono::seconds timeToEnd(10);
+
 int explainSilence() {
     DesktopDialogs().alert(nullptr, QStringLiteral("Pointloom is already running"),
                            QStringLiteral("It does not answer. Close it, or end it, and start again."));
@@ -114,7 +118,7 @@ int run(QApplication& application, const QStringList& files) {
         if (!lock && handOver(dataFolder(), files))
             return EXIT_SUCCESS;
         if (!lock)
-            lock = SessionLock::tryAcquire(dataFolder()); // the other may have been about to end
+            lock = SessionLock::acquireWithin(dataFolder(), timeToEnd);
         if (!lock)
             return explainSilence();
     } catch (const FileError& error) {

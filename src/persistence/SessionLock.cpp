@@ -1,8 +1,10 @@
 #include "persistence/SessionLock.h"
 
 #include <fcntl.h>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <sys/file.h>
+#include <thread>
 
 namespace pointloom {
 
@@ -20,6 +22,18 @@ std::optional<SessionLock> SessionLock::tryAcquire(const QString& folder) {
     if (errno == EWOULDBLOCK)
         return std::nullopt;
     throw FileError(path, "could not be locked");
+}
+
+std::optional<SessionLock> SessionLock::acquireWithin(const QString& folder,
+                                                      std::chrono::milliseconds patience) {
+    constexpr std::chrono::milliseconds pause(20);
+    const QDeadlineTimer deadline(patience);
+    std::optional<SessionLock> lock = tryAcquire(folder);
+    while (!lock && !deadline.hasExpired()) {
+        std::this_thread::sleep_for(pause);
+        lock = tryAcquire(folder);
+    }
+    return lock;
 }
 
 }

@@ -3,6 +3,7 @@
 
 #include "persistence/AtomicFile.h"
 
+#include <chrono>
 #include <optional>
 #include <QString>
 
@@ -14,6 +15,10 @@ public:
     /// Takes the lock of the session that is stored in `folder`, which is made when missing. Empty when
     /// another instance holds it. Throws FileError when the folder can take no lock.
     static std::optional<SessionLock> tryAcquire(const QString& folder);
+
+    /// The same, waiting up to `patience` for the other instance to end.
+    static std::optional<SessionLock> acquireWithin(const QString& folder,
+                                                    std::chrono::milliseconds patience);
 
     const QString& folder() const { return m_folder; }
 

@@ -24,6 +24,17 @@ TEST(SessionLock, OneHolderAtATime) {
     EXPECT_TRUE(SessionLock::tryAcquire(path));
 }
 
+TEST(SessionLock, AStartWaitsForTheInstanceThatIsEnding) {
+    const QTemporaryDir folder;
+    auto ending = SessionLock::tryAcquire(folder.path());
+    std::thread end([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        ending.reset();
+    });
+    EXPECT_TRUE(SessionLock::acquireWithin(folder.path(), std::chrono::seconds(20)));
+    end.join();
+}
+
 TEST(InstanceChannel, ASecondStartHandsItsArgumentsToTheFirst) {
     const QTemporaryDir folder;
     const auto lock = SessionLock::tryAcquire(folder.path());
