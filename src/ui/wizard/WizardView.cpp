@@ -6,6 +6,7 @@
 #include "ui/wizard/SportPage.h"
 #include "ui/wizard/StepBar.h"
 #include "ui/wizard/TemplatePage.h"
+#include "ui/wizard/VideoNote.h"
 #include "ui/wizard/VideoPage.h"
 
 #include <QHBoxLayout>
@@ -73,6 +74,7 @@ QWidget* WizardView::makeFooter() {
     row->setContentsMargins(Space::xl, Space::m, Space::xl, Space::m);
     row->setSpacing(Space::l);
     row->addWidget(m_back);
+    row->addWidget(new VideoNote(m_context, footer), 1);
     row->addWidget(m_hint, 1);
     row->addWidget(m_continue);
     connect(m_back, &QPushButton::clicked, this, &WizardView::goBack);

@@ -205,6 +205,17 @@ TEST_F(WizardTest, LanguageChangesEveryTextOnEveryScreen) {
     }
 }
 
+TEST_F(WizardTest, AVideoTakenEarlyIsNamedUntilItsStepComes) {
+    const auto names = [&] { return visibleTexts().filter(QStringLiteral("final.mp4")); };
+    EXPECT_TRUE(names().isEmpty());
+    screen.state.videoURL = QUrl::fromLocalFile(clips.path(QStringLiteral("final.mp4")));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("Video chosen: final.mp4")});
+    screen.state.language = Language::german;
+    EXPECT_EQ(names(), QStringList{QStringLiteral("Gewähltes Video: final.mp4")});
+    screen.state.step = 3;
+    EXPECT_EQ(names(), QStringList{QStringLiteral("final.mp4")}) << "on its card";
+}
+
 TEST_F(WizardTest, BadVideoIsExplainedWhereItWasDropped) {
     enterMatch();
     screen.state.matchConfig = test::tennisMatch();

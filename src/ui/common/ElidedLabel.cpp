@@ -1,4 +1,4 @@
-#include "ui/editor/ElidedLabel.h"
+#include "ui/common/ElidedLabel.h"
 
 namespace pointloom {
 
