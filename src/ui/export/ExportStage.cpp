@@ -71,7 +71,23 @@ void ExportStage::build() {
     whole->addLayout(heading);
     whole->addWidget(m_bar);
     whole->addLayout(detail);
+    whole->addWidget(m_damageRow = makeDamageRow());
     whole->addLayout(buttons);
+}
+
+// What the video had lost before it was exported, apart from what was made of it.
+QWidget* ExportStage::makeDamageRow() {
+    auto* row = new QWidget(this);
+    m_damageIcon = new QLabel(row);
+    m_damage = Controls::label(Controls::TextRole::warning, row);
+    m_damage->setObjectName(QStringLiteral("stageDamage"));
+    m_damage->setWordWrap(true);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, Space::xs);
+    layout->setSpacing(Space::s);
+    layout->addWidget(m_damageIcon, 0, Qt::AlignTop);
+    layout->addWidget(m_damage, 1);
+    return row;
 }
 
 QPushButton* ExportStage::addButton(const char* name, bool isPrimary, void (ExportStage::*chosen)()) {
@@ -123,6 +139,7 @@ void ExportStage::showStage() {
     m_icon->setPixmap(
         isFailed ? Icons::pixmap(QStringLiteral("warning"), iconSize, tokens().danger, devicePixelRatioF())
                  : Icons::pixmap(QStringLiteral("check"), iconSize, tokens().success, devicePixelRatioF()));
+    m_damageRow->hide();
     if (isExporting) {
         m_heading->setText(m_context.text(L10nKey::exporting));
         m_refresh.start();
@@ -133,7 +150,7 @@ void ExportStage::showStage() {
     m_refresh.stop();
     if (isDone) {
         m_heading->setText(m_context.text(L10nKey::exportComplete));
-        m_detail->setText(result());
+        showResult();
         m_close->setFocus();
     } else if (isFailed) {
         m_heading->setText(m_context.text(L10nKey::exportFailed));
@@ -143,13 +160,16 @@ void ExportStage::showStage() {
     m_detail->setAccessibleName(m_detail->text());
 }
 
-// A line about the file, and one for each kind of damage that the video had.
-QString ExportStage::result() const {
+void ExportStage::showResult() {
     const Language language = m_context.state.language;
     const QFileInfo file(m_path);
-    QStringList lines{QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language))};
-    lines += ExportWords::damage(m_runner.report().damage, language);
-    return lines.join(u'\n');
+    m_detail->setText(
+        QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language)));
+    const QStringList damage = ExportWords::damage(m_runner.report().damage, language);
+    m_damageIcon->setPixmap(
+        Icons::pixmap(QStringLiteral("warning"), iconSize, tokens().warning, devicePixelRatioF()));
+    m_damage->setText(damage.join(u'\n'));
+    m_damageRow->setVisible(!damage.isEmpty());
 }
 
 void ExportStage::showProgress() {

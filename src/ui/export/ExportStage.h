@@ -39,7 +39,8 @@ private:
     QPushButton* addButton(const char* name, bool isPrimary, void (ExportStage::*chosen)());
     void showWords();
     void showStage();
-    QString result() const;
+    QWidget* makeDamageRow();
+    void showResult();
     void showProgress();
     void play();
     void showInFolder();
@@ -50,6 +51,9 @@ private:
     QLabel* m_icon;
     QLabel* m_heading;
     QLabel* m_detail;
+    QWidget* m_damageRow = nullptr;
+    QLabel* m_damageIcon = nullptr;
+    QLabel* m_damage = nullptr;
     QProgressBar* m_bar;
     QPushButton* m_another = nullptr;
     QPushButton* m_options = nullptr;

@@ -154,6 +154,20 @@ TEST(ExportSheet, AVanishedVideoIsNamedAndRetryWorksOnceItIsBack) {
     EXPECT_TRUE(waitForStage(open, Stage::done)) << open.detail().toStdString();
 }
 
+TEST(ExportSheet, WhatACutVideoHasLostStandsBelowTheResult) {
+    OpenSheet open;
+    const QByteArray whole = test::readFile(open.clips.make(
+        QStringLiteral("whole.mp4"), "-f lavfi -i testsrc2=s=640x360:r=25:d=2 -c:v libx264 -g 12 "
+                                     "-pix_fmt yuv420p -movflags +faststart"));
+    open.clips.write(QStringLiteral("clip.mp4"), whole.left(whole.size() * 2 / 3));
+    const auto* damage = named<QLabel>(open.sheet, "stageDamage");
+    click(open.sheet, "startExport");
+    EXPECT_FALSE(damage->isVisible());
+    ASSERT_TRUE(waitForStage(open, Stage::done)) << open.detail().toStdString();
+    EXPECT_TRUE(damage->isVisible());
+    EXPECT_TRUE(damage->text().contains(QStringLiteral("the video: "))) << damage->text().toStdString();
+}
+
 TEST(ExportSheet, AFolderThatIsNotThereIsNamed) {
     ExportScreen screen;
     screen.dialogs.fileToSave = screen.clips.path(QStringLiteral("nowhere/result.mp4"));
