@@ -1,4 +1,5 @@
 // What a frame of the timeline costs: scrolling it, and painting it anew after an edit. Offscreen.
+#include "LongMatch.h"
 #include "persistence/UserDefaults.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/TimelineCanvas.h"
@@ -10,27 +11,11 @@
 namespace pointloom {
 namespace {
 
-constexpr double duration = 7200; // seconds
-
-std::vector<Marker> markerList(std::int64_t count) {
-    std::vector<Marker> markers;
-    for (std::int64_t number = 0; number < count; ++number) {
-        ScoreState score{
-            .sets = {{6, number % 5, std::nullopt}, {number % 7, 3, std::nullopt}, {0, 0, std::nullopt}},
-            .currentGame = {static_cast<GamePoint>(number % 4), GamePoint::fifteen},
-            .servingTeam = 1 + number % 2};
-        markers.push_back({QUuid::createUuid(),
-                           duration * static_cast<double>(number) / static_cast<double>(count),
-                           std::move(score), std::nullopt});
-    }
-    return markers;
-}
-
 /// A canvas as wide as a large window, at a scale of the screen.
 struct Stage {
     explicit Stage(std::int64_t markerCount) {
-        state.videoDuration = duration;
-        state.markers = markerList(markerCount);
+        state.videoDuration = LongMatch::duration;
+        state.markers = LongMatch::markers(markerCount);
         canvas.resize(1600, 260);
         canvas.ensurePolished();
         paint();

@@ -1,0 +1,101 @@
+// An hour of a user's seeking in the editor's player: exact seeks to random times, one after the other, with
+// the memory of the process as it goes.
+//
+//     seek-endurance CLIP [SEEKS]
+#include "playback/PlayerView.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <random>
+#include <unistd.h>
+#include <vector>
+
+namespace pointloom::playback {
+namespace {
+
+constexpr int usualSeeks = 3600; // one a second for an hour
+constexpr int seeksInARow = 300; // of the table
+
+double residentMegabytes() {
+    QFile statistics(QStringLiteral("/proc/self/statm"));
+    if (!statistics.open(QIODevice::ReadOnly))
+        return 0;
+    const double pages = statistics.readAll().split(' ').value(1).toDouble();
+    return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+double share(std::vector<double> sorted, double part) {
+    std::ranges::sort(sorted);
+    return sorted.at(static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1)));
+}
+
+class Endurance {
+public:
+    Endurance()
+        : m_view(m_player, PlayerView::Rendering::Software) {
+        QObject::connect(&m_player, &Player::fileLoaded, &m_loop, [this] { m_loop.exit(); });
+        QObject::connect(&m_player, &Player::seeked, &m_loop, [this] { m_loop.exit(); });
+        QObject::connect(&m_player, &Player::failed, &m_loop, [this](const QString& message) {
+            std::fprintf(stderr, "%s\n", qPrintable(message));
+            m_loop.exit(EXIT_FAILURE);
+        });
+        m_view.resize(1280, 720);
+        m_view.show();
+    }
+
+    int run(const QString& clip, int seeks) {
+        m_player.load(clip);
+        if (m_loop.exec() != 0)
+            return EXIT_FAILURE;
+        std::printf("| seeks | median, ms | 90 of 100 below, ms | memory, MB |\n|---|---|---|---|\n");
+        std::printf("| 0 | | | %.1f |\n", residentMegabytes());
+        std::vector<double> times;
+        for (int seek = 1; seek <= seeks; ++seek) {
+            times.push_back(timeOneSeek());
+            if (seek % seeksInARow != 0 && seek != seeks)
+                continue;
+            std::printf("| %d | %.0f | %.0f | %.1f |\n", seek, share(times, 0.5), share(times, 0.9),
+                        residentMegabytes());
+            std::fflush(stdout);
+            times.clear();
+        }
+        return EXIT_SUCCESS;
+    }
+
+private:
+    double timeOneSeek() {
+        std::uniform_real_distribution<double> anywhere(0, m_player.duration());
+        QElapsedTimer timer;
+        timer.start();
+        m_player.seek(anywhere(m_random));
+        while (m_player.isSeeking())
+            m_loop.exec();
+        m_view.repaint();
+        return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    }
+
+    Player m_player{Sound::None};
+    PlayerView m_view;
+    QEventLoop m_loop;
+    std::mt19937 m_random{1}; // the same times in each run
+};
+
+}
+}
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 2) {
+        std::fprintf(stderr, "usage: seek-endurance CLIP [SEEKS]\n");
+        return EXIT_FAILURE;
+    }
+    const int seeks = arguments.value(2).toInt();
+    return pointloom::playback::Endurance().run(arguments[1],
+                                                seeks > 0 ? seeks : pointloom::playback::usualSeeks);
+}
