@@ -74,7 +74,8 @@ bool Sheet::eventFilter(QObject* watched, QEvent* event) {
 void Sheet::giveBodyItsHeight() {
     const QMargins margins = layout()->contentsMargins();
     const int bodyWidth = std::max(width(), minimumWidth()) - margins.left() - margins.right();
-    const int wanted = m_body->totalHeightForWidth(bodyWidth);
+    const int wanted = m_body->hasHeightForWidth() ? m_body->totalHeightForWidth(bodyWidth)
+                                                   : m_body->totalMinimumSize().height();
     const int others = layout()->totalMinimumSize().height() - m_area->minimumHeight();
     const int least = std::min(wanted, fontMetrics().lineSpacing() * 5);
     m_area->setMinimumHeight(std::clamp(screenRoom(*this).height() - others, least, wanted));
