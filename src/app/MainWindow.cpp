@@ -3,7 +3,6 @@
 #include "app/AppCommands.h"
 #include "persistence/FileError.h"
 #include "persistence/UserDefaults.h"
-#include "ui/common/ScreenRoom.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -49,7 +48,7 @@ MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, Comman
 }
 
 void MainWindow::restorePlace() {
-    resize(firstSize.boundedTo(screenRoom(*this)));
+    resize(firstSize);
     try {
         if (const auto place = m_context.defaults.data(placeKey))
             restoreGeometry(*place);
