@@ -32,6 +32,14 @@ QString nameOnce(const QString& document, const QString& message) {
     return document + QStringLiteral(": ") + (leads ? message.mid(at + name.size()) : message);
 }
 
+Remarks named(const QString& document, Remarks remarks) {
+    for (QStringList* kind : {&remarks.notes, &remarks.warnings}) {
+        for (QString& remark : *kind)
+            remark.prepend(document + QStringLiteral(": "));
+    }
+    return remarks;
+}
+
 class BatchCommand final : public Command {
 public:
     explicit BatchCommand(CLI::App& subcommand);
@@ -51,6 +59,8 @@ private:
     bool m_again = false;
     std::string m_format = "h264";
     std::string m_preset = "original";
+    std::string m_quality = "default";
+    std::string m_encoder = "auto";
     std::string m_progress = "auto";
     bool m_isLicensed = false;
 };
@@ -68,6 +78,8 @@ BatchCommand::BatchCommand(CLI::App& subcommand)
     app().add_flag("--again", m_again, "Export also what is up to date");
     addFormatOption(app(), m_format);
     addPresetOption(app(), m_preset);
+    addQualityOption(app(), m_quality);
+    addEncoderOption(app(), m_encoder);
     addProgressOption(app(), m_progress);
     app().footer(
         "Example:\n  pointloom-cli batch tournament --recursive --output-dir videos\n\n"
@@ -136,7 +148,7 @@ private:
 void BatchCommand::exportOne(const QString& document, Summary& summary,
                              const CancelOnSignal& cancellation) const {
     const QString projectPath = QDir(toText(m_folder)).filePath(document);
-    const ProjectInputs inputs = inputsOf(document, projectPath);
+    ProjectInputs inputs = inputsOf(document, projectPath);
     const QString output = inputs.job.outputPath;
     const std::vector<InputFile> files = inputFiles(inputs.job, projectPath);
     if (!m_again && isNewerThan(output, files)) {
@@ -145,7 +157,8 @@ void BatchCommand::exportOne(const QString& document, Summary& summary,
     }
     QDir().mkpath(QFileInfo(output).absolutePath());
     requireUsableOutput(output, files);
-    say(inputs.remarks);
+    settleEncoder(inputs);
+    say(named(document, inputs.remarks));
 
     ProgressDisplay display(progressMode());
     display.begin(document);
@@ -159,7 +172,7 @@ void BatchCommand::exportOne(const QString& document, Summary& summary,
     display.finish(output);
     ++summary.done;
     if (const auto warning = damageWarning(report.damage))
-        say(Remarks{.notes = {}, .warnings = {document + QStringLiteral(": ") + *warning}});
+        say(named(document, {.notes = {}, .warnings = {*warning}}));
 }
 
 ProjectInputs BatchCommand::inputsOf(const QString& document, const QString& projectPath) const {
@@ -167,13 +180,11 @@ ProjectInputs BatchCommand::inputsOf(const QString& document, const QString& pro
     ExportRequest request;
     request.format = formatOf(m_format);
     request.preset = presetOf(m_preset);
+    request.quality = qualityOf(m_quality);
+    request.encoder = encoderOf(m_encoder);
     request.outputPath = QDir(outputFolder).filePath(outputNameFor(document, fileExtension(request.format)));
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request);
     inputs.job.overlay.isLicensed = m_isLicensed;
-    for (QStringList* remarks : {&inputs.remarks.notes, &inputs.remarks.warnings}) {
-        for (QString& remark : *remarks)
-            remark.prepend(document + QStringLiteral(": "));
-    }
     return inputs;
 }
 

@@ -58,6 +58,21 @@ void addPresetOption(CLI::App& app, std::string& word) {
         ->capture_default_str();
 }
 
+void addQualityOption(CLI::App& app, std::string& word) {
+    limitChoices(app.add_option("--quality", word, "Smaller files, or pictures nearer to the source's"),
+                 rawValues<media::EncodingQuality>())
+        ->capture_default_str();
+}
+
+void addEncoderOption(CLI::App& app, std::string& word) {
+    std::vector<std::string> words = rawValues<media::EncoderKind>();
+    words.insert(words.begin(), "auto");
+    limitChoices(
+        app.add_option("--encoder", word, "Software, or a graphics card where it works; auto: software"),
+        words)
+        ->capture_default_str();
+}
+
 void addProgressOption(CLI::App& app, std::string& word) {
     limitChoices(app.add_option("--progress", word, "How to show progress; auto: a bar on a terminal"),
                  rawValues<ProgressMode>())
@@ -70,6 +85,14 @@ ExportFormat formatOf(std::string_view word) {
 
 ExportPreset presetOf(std::string_view word) {
     return valueOf(presetWords, word);
+}
+
+media::EncodingQuality qualityOf(std::string_view word) {
+    return valueOf(RawValues<media::EncodingQuality>::table, word);
+}
+
+media::EncoderKind encoderOf(std::string_view word) {
+    return valueOf(RawValues<media::EncoderKind>::table, word);
 }
 
 }

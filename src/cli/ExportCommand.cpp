@@ -40,6 +40,7 @@ private:
     std::string m_progress = "auto";
     bool m_overlayOnly = false;
     bool m_chaptersText = false;
+    std::string m_encoder = "auto";
     RequestOptions m_options;
 };
 
@@ -49,6 +50,7 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
     addFileOption(app(), "-o,--output", m_output, videoFile,
                   "Where to write; without it a new file in the Downloads folder. A file there is replaced");
     m_options.addTo(app(), Transparent::too);
+    addEncoderOption(app(), m_encoder);
     app().add_flag(
         "--overlay-only", m_overlayOnly,
         "The scoreboard alone on a transparent ground: ProRes 4444, or with --format png a folder of "
@@ -63,6 +65,7 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
 
 ExportRequest ExportCommand::request() const {
     ExportRequest request = m_options.request();
+    request.encoder = encoderOf(m_encoder);
     request.outputPath = toText(m_output);
     if (m_options.format() == pngWord && request.outputPath.isEmpty()) { // a folder of the same name
         const QFileInfo file(defaultOutputPath(request.format));
@@ -88,6 +91,8 @@ void ExportCommand::settleFormat() {
         formatOf(m_options.format()) != ExportFormat::prores)
         throw UsageError("--overlay-only: " + m_options.format() +
                          " has no transparency; use --format prores or png");
+    if (m_overlayOnly && encoderOf(m_encoder) != media::EncoderKind::software)
+        throw UsageError("--overlay-only: is encoded in software; leave out --encoder");
     if (!m_overlayOnly && m_options.format() == pngWord)
         throw UsageError("--format png: pictures are for --overlay-only");
 }
@@ -116,13 +121,14 @@ ExitStatus ExportCommand::run() {
 
     const CancelOnSignal cancellation;
     ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
-    // Remarks wait until the export runs: one that cannot start says only why.
-    Remarks unsaid = inputs.remarks;
-    const auto showProgress = [&](const ExportProgress& progress) {
-        say(std::exchange(unsaid, {}));
-        display.update(progress);
-    };
     try {
+        settleEncoder(inputs);
+        // Remarks wait until the export runs: one that cannot start says only why.
+        Remarks unsaid = inputs.remarks;
+        const auto showProgress = [&](const ExportProgress& progress) {
+            say(std::exchange(unsaid, {}));
+            display.update(progress);
+        };
         const ExportReport report = write(
             job, [&] { return cancellation.isRequested(); }, showProgress);
         display.finish(job.outputPath);

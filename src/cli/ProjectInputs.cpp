@@ -1,5 +1,6 @@
 #include "cli/ProjectInputs.h"
 
+#include "export/HardwareEncoders.h"
 #include "persistence/ProjectExport.h"
 
 #include <algorithm>
@@ -108,9 +109,17 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     warnOfScoresNotDrawn(job.overlay, inputs.remarks);
     job.format = request.format;
     job.preset = request.preset;
+    job.quality = request.quality;
+    job.encoder = request.encoder;
     job.encoderPreset = request.encoderPreset;
     job.outputPath = request.outputPath.isEmpty() ? defaultOutputPath(request.format) : request.outputPath;
     return inputs;
+}
+
+void settleEncoder(ProjectInputs& inputs) {
+    if (const auto fallback = settleEncoder(inputs.job))
+        inputs.remarks.notes += QStringLiteral("%1 does not work here (%2); the software encoder is used")
+                                    .arg(QString::fromUtf8(media::nameOf(fallback->wanted)), fallback->reason);
 }
 
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath) {

@@ -19,6 +19,8 @@ struct ExportRequest {
     ExportFormat format = ExportFormat::h264;
     ExportPreset preset = ExportPreset::original;
     QString outputPath; // empty: a new file among the downloads
+    media::EncodingQuality quality = media::EncodingQuality::standard;
+    media::EncoderKind encoder = media::EncoderKind::software;
     std::string encoderPreset;
 };
 
@@ -30,6 +32,10 @@ struct ProjectInputs {
 /// Throws CommandError: no match, no template, no video, or an empty range; UsageError when the range is
 /// empty because of `request`. A logo or watermark of the document that is missing is left out.
 ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, const ExportRequest& request);
+
+/// Takes the software encoder where the one that was wished for does not work on this machine, and notes why.
+/// Throws ExportError.
+void settleEncoder(ProjectInputs& inputs);
 
 /// The match of a document. Throws CommandError when it has none.
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath);

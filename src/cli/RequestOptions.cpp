@@ -8,6 +8,7 @@ void RequestOptions::addTo(CLI::App& app, Transparent transparent) {
     addFileOption(app, "--video", m_video, videoFile, "The source, in place of the project's video");
     m_formatOption = addFormatOption(app, m_format, transparent);
     addPresetOption(app, m_preset);
+    addQualityOption(app, m_quality);
     addTimeOption(app, "--trim-start", m_trimStart, "Start of the range, in place of the project's");
     addTimeOption(app, "--trim-end", m_trimEnd, "End of the range, in place of the project's");
     addFileOption(app, "--watermark", m_watermark, imageFile, "Logo in a corner, in place of the project's");
@@ -26,6 +27,7 @@ ExportRequest RequestOptions::request() const {
     request.trimEnd = m_trimEnd;
     request.format = formatOf(m_format);
     request.preset = presetOf(m_preset);
+    request.quality = qualityOf(m_quality);
     request.encoderPreset = m_encoderPreset;
     return request;
 }

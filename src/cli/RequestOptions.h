@@ -28,6 +28,7 @@ private:
     std::string m_format = "h264";
     CLI::Option* m_formatOption = nullptr; // owned by the parser
     std::string m_preset = "original";
+    std::string m_quality = "default";
     std::optional<double> m_trimStart; // seconds
     std::optional<double> m_trimEnd;
     std::optional<std::string> m_watermark;

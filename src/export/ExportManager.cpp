@@ -1,17 +1,15 @@
 #include "export/ExportManager.h"
 
 #include "crash/CrashReporter.h"
-#include "export/Chapters.h"
+#include "export/ExportPlan.h"
 #include "export/ExportSource.h"
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
-#include "export/PictureLayout.h"
 #include "export/ProgressMeter.h"
 #include "media/FrameImage.h"
 #include "media/MediaError.h"
 #include "media/MediaWriter.h"
 
-#include <algorithm>
 #include <QCoreApplication>
 #include <QFile>
 #include <QTransform>
@@ -25,45 +23,7 @@ using media::FrameConverter;
 using media::MediaError;
 using media::MediaWriter;
 using media::VideoReader;
-using ExportSource::codecOf;
 using ExportSource::failure;
-
-// What is known before the first frame is decoded.
-struct Plan {
-    PictureLayout layout;
-    media::FrameFormat frameFormat;
-    TrimRange range;
-    double frameRate = 30;
-    std::int64_t expectedFrames = 0;
-    std::vector<media::Chapter> chapters;
-};
-
-// Seconds of pictures.
-double lengthOf(const ExportJob& job, const media::MediaInfo& info) {
-    const FrameWindow window = job.part ? job.part->window : FrameWindow{};
-    const double tick = info.video->timeBase.value();
-    const double from = window.from ? static_cast<double>(*window.from) * tick : job.trimStart;
-    return (window.until ? static_cast<double>(*window.until) * tick : ExportSource::endOfRange(job.trimEnd, info.duration)) - from;
-}
-
-Plan makePlan(const ExportJob& job, const media::MediaInfo& info) {
-    const media::VideoTrackInfo& track = *info.video;
-    Plan plan{
-        .layout = planPicture(track, job.preset),
-        .frameFormat = media::encodableFormat(
-            codecOf(job.format),
-            track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color})),
-        .range = TrimRange(job.trimStart, job.trimEnd, job.part ? job.part->window : FrameWindow{}),
-        .chapters = {},
-    };
-    if (track.frameRate.value() > 0)
-        plan.frameRate = track.frameRate.value();
-    const double length = lengthOf(job, info);
-    if (job.withChapters && !job.part)
-        plan.chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, job.trimStart + length);
-    plan.expectedFrames = static_cast<std::int64_t>(length * plan.frameRate);
-    return plan;
-}
 
 FrameConverter makeConverter(const media::VideoTrackInfo& track, const PictureLayout& layout,
                              const media::FrameFormat& format) {
@@ -76,7 +36,7 @@ FrameConverter makeConverter(const media::VideoTrackInfo& track, const PictureLa
                    }};
 }
 
-std::optional<AudioReader> openAudio(const ExportJob& job, const Plan& plan) {
+std::optional<AudioReader> openAudio(const ExportJob& job, const ExportPlan& plan) {
     if (job.part)
         return std::nullopt;
     try {
@@ -86,23 +46,10 @@ std::optional<AudioReader> openAudio(const ExportJob& job, const Plan& plan) {
     }
 }
 
-MediaWriter openWriter(const ExportJob& job, const Plan& plan, const media::VideoTrackInfo& track, bool withAudio) {
+MediaWriter openWriter(const ExportJob& job, const ExportPlan& plan, const media::VideoTrackInfo& track, bool withAudio) {
     QFile::remove(job.outputPath);
-    const media::VideoSettings settings{
-        .codec = codecOf(job.format),
-        .size = plan.layout.frameSize,
-        .format = plan.frameFormat,
-        .hdr = track.hdr,
-        .orientation = plan.layout.orientation,
-        .sampleAspectRatio = plan.layout.sampleAspectRatio,
-        .timeBase = track.timeBase,
-        .frameRate = track.frameRate,
-        .encoderPreset = job.encoderPreset,
-        .joinable = job.part.has_value(),
-        .lossless = job.lossless,
-    };
     try {
-        return MediaWriter::create(job.outputPath, settings, withAudio, plan.chapters,
+        return MediaWriter::create(job.outputPath, videoSettings(job, plan, track), withAudio, plan.chapters,
                                    job.part ? job.part->comment : QString());
     } catch (const MediaError& error) {
         throw failure("Writer failed: ", error);
@@ -229,7 +176,7 @@ ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isC
     ExportSource::requireOverlaySize(*info.video);
     ExportSource::requireOtherFile(job);
     ExportSource::requireRange(job, info.duration);
-    const Plan plan = makePlan(job, info);
+    const ExportPlan plan = makePlan(job, info);
     auto audio = openAudio(job, plan);
     FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
     FrameConverter converter = makeConverter(*info.video, plan.layout, plan.frameFormat);
@@ -269,7 +216,7 @@ QImage ExportManager::renderStill(const ExportJob& job, double time) {
     VideoReader reader = ExportSource::open(job.videoPath);
     const media::MediaInfo info = reader.info();
     ExportSource::requireOverlaySize(*info.video);
-    const Plan plan = makePlan(job, info);
+    const ExportPlan plan = makePlan(job, info);
     FrameConverter converter = makeConverter(*info.video, plan.layout, plan.frameFormat);
     try {
         reader.seek(time);

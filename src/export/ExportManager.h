@@ -1,6 +1,7 @@
 // Burns the scoreboard into a video: one call exports one file.
 #pragma once
 
+#include "export/EncodingOptions.h"
 #include "export/ExportOptions.h"
 #include "export/TrimRange.h"
 #include "media/Damage.h"
@@ -46,6 +47,8 @@ struct ExportJob {
     OverlayDescription overlay;
     double trimStart = 0;           // seconds of the source's timeline
     std::optional<double> trimEnd;  // none: to the end of the video
+    media::EncodingQuality quality = media::EncodingQuality::standard;
+    media::EncoderKind encoder = media::EncoderKind::software; // see settleEncoder for those in hardware
     std::string encoderPreset;      // of x264 or x265; empty for the encoder's default
     bool lossless = false;          // H.264 and HEVC only; for tests that read pixels back
     bool withChapters = true;       // labelled markers become chapters

@@ -16,7 +16,7 @@ namespace pointloom {
 
 namespace {
 
-constexpr std::int64_t formVersion = 1;
+constexpr std::int64_t formVersion = 2;
 constexpr std::size_t mostSegments = 1000;
 
 [[noreturn]] void fail(const QString& path, const std::string& reason) {
@@ -68,6 +68,7 @@ void describe(SegmentPlan& plan, const ExportJob& job) {
     plan.output = QFileInfo(job.outputPath).absoluteFilePath();
     plan.format = job.format;
     plan.preset = job.preset;
+    plan.quality = job.quality;
     plan.encoderPreset = QString::fromStdString(job.encoderPreset);
     plan.withChapters = job.withChapters;
     plan.trimStart = job.trimStart;
@@ -179,6 +180,7 @@ ExportJob SegmentPlan::job() const {
     job.outputPath = output;
     job.format = format;
     job.preset = preset;
+    job.quality = quality;
     job.encoderPreset = encoderPreset.toStdString();
     job.withChapters = withChapters;
     job.trimStart = trimStart;

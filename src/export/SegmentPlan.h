@@ -29,7 +29,7 @@ struct PlannedSegment {
 };
 
 struct SegmentPlan {
-    std::int64_t version = 1;
+    std::int64_t version = 2;
     QString program;                       // version of the program: all machines use the same
     QString checksum;                      // SHA-256 of all else, hexadecimal
     FileFingerprint video;                 // the source
@@ -37,6 +37,7 @@ struct SegmentPlan {
     QString output;                        // where the joined video is to stand
     ExportFormat format = ExportFormat::h264;
     ExportPreset preset = ExportPreset::original;
+    media::EncodingQuality quality = media::EncodingQuality::standard;
     QString encoderPreset;
     bool withChapters = true;
     double trimStart = 0; // seconds
@@ -93,6 +94,7 @@ struct SegmentPlan {
                           json::field("output", &Self::output),
                           json::field("format", &Self::format),
                           json::field("preset", &Self::preset),
+                          json::field("quality", &Self::quality),
                           json::field("encoderPreset", &Self::encoderPreset),
                           json::field("withChapters", &Self::withChapters),
                           json::field("trimStart", &Self::trimStart),

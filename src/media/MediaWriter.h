@@ -3,6 +3,7 @@
 
 #include "media/AudioReader.h"
 #include "media/Chapter.h"
+#include "media/EncodingChoices.h"
 #include "media/FrameFormat.h"
 #include "media/HdrMetadata.h"
 #include "media/VideoFrame.h"
@@ -16,10 +17,10 @@
 
 namespace pointloom::media {
 
-enum class VideoCodec { h264, hevc, prores };
-
 struct VideoSettings {
     VideoCodec codec = VideoCodec::h264;
+    EncoderKind encoder = EncoderKind::software;
+    EncodingQuality quality = EncodingQuality::standard;
     QSize size;              // stored, both sides even
     FrameFormat format;      // one of `encodableFormat`
     HdrMetadata hdr{};       // kept when the format is HDR
@@ -30,13 +31,15 @@ struct VideoSettings {
     std::string encoderPreset;   // of x264 or x265; empty for the encoder's default
     bool joinable = false;       // no header tells of the machine, so that files of several machines can be joined
     bool lossless = false;       // x264 and x265 only; for tests that read pixels back
+
+    bool isHdr() const { return format.color.transfer != Transfer::sdr; }
 };
 
 /// The layout nearest to `source` that the codec is given: 4:2:0 of 8 bits for H.264 (HDR becomes BT.709),
 /// 4:2:0 of 8 or 10 bits for HEVC, 4:2:2 of 10 bits in limited range for ProRes.
 FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
 
-/// MP4 for H.264 (avc1) and HEVC (hvc1), QuickTime for ProRes 422 (apcn); the index stands at the front.
+/// MP4 for H.264 (avc1) and HEVC (hvc1), QuickTime for ProRes 422 (apcs, apcn, apch); the index stands at the front.
 class MediaWriter {
 public:
     /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false. `comment` is kept

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "media/DecodeTimes.h"
-#include "media/MediaWriter.h"
 #include "media/OutputFile.h"
+#include "media/PictureEncoder.h"
 
 #include <map>
 
@@ -18,15 +18,16 @@ public:
     void finish();
 
 private:
-    void send(const AVFrame* picture);
+    void writePackets();
+    std::int64_t decodeTimeOf(const AVPacket& packet);
+    bool countsDecodeTimes() const;
 
     OutputFile& m_file;
     VideoSettings m_settings;
-    CodecPtr m_codec;
-    AVStream* m_track = nullptr; // owned by the file
-    PacketPtr m_packet;
+    PictureEncoder m_encoder;
+    AVStream& m_track;                                // owned by the file
     std::map<std::int64_t, std::int64_t> m_durations; // by timestamp, of pictures inside of the encoder
-    DecodeTimes m_decodeTimes;                        // of HEVC
+    DecodeTimes m_decodeTimes;                        // of x265
     std::int64_t m_lastTimestamp = AV_NOPTS_VALUE;
     std::int64_t m_usualDuration = 1; // ticks
 };

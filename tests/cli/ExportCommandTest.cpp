@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <QDir>
+#include <QFileInfo>
 #include <QImage>
 
 namespace pointloom {
@@ -72,6 +73,37 @@ TEST_F(ExportCommandTest, CtrlCStopsAndLeavesNothingBehind) {
         EXPECT_EQ(process.readAllStandardError(), "pointloom-cli: The export was cancelled.\n");
         EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files),
                   (QStringList{QStringLiteral("m.plp"), QStringLiteral("v.mp4")}));
+    }
+}
+
+TEST_F(ExportCommandTest, QualityMakesFilesSmallerOrLarger) {
+    makeProject(2);
+    const auto sizeOf = [&](const char* format, const char* quality) {
+        const std::string name = std::string("out.") + (QByteArrayView(format) == "prores" ? "mov" : "mp4");
+        const std::string options = std::string(" --format ") + format + " --quality " + quality;
+        EXPECT_EQ(run(("export m.plp -o " + name + options).c_str()).status, 0);
+        return QFileInfo(path(QString::fromStdString(name))).size();
+    };
+    for (const char* format : {"h264", "hevc", "prores"}) {
+        const auto standard = static_cast<double>(sizeOf(format, "default"));
+        EXPECT_LT(static_cast<double>(sizeOf(format, "smaller")), standard * 0.9) << format;
+        EXPECT_GT(static_cast<double>(sizeOf(format, "better")), standard * 1.1) << format;
+    }
+    EXPECT_EQ(test::probe(path(QStringLiteral("out.mov")))["streams"][0]["codec_tag_string"], "apch");
+}
+
+// A machine with such a graphics card says nothing.
+TEST_F(ExportCommandTest, AnEncoderThatDoesNotWorkHereIsReplacedWithANote) {
+    makeProject(1);
+    for (const char* encoder : {"auto", "software", "vaapi", "nvenc", "qsv", "videotoolbox"}) {
+        const Outcome outcome = run((std::string("export m.plp -o out.mp4 --encoder ") + encoder).c_str());
+        EXPECT_EQ(outcome.status, 0) << outcome.errText();
+        EXPECT_NEAR(durationOf(QStringLiteral("out.mp4")), 1, 0.05);
+        const bool isSaid = outcome.err.startsWith("pointloom-cli: note: ") &&
+                            outcome.err.endsWith("; the software encoder is used\n");
+        EXPECT_TRUE(outcome.err.isEmpty() || isSaid) << outcome.errText();
+        if (QByteArrayView(encoder) == "auto" || QByteArrayView(encoder) == "software")
+            EXPECT_EQ(outcome.errText(), "");
     }
 }
 

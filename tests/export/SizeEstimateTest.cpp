@@ -6,23 +6,40 @@ namespace pointloom {
 
 namespace {
 
+using Quality = media::EncodingQuality;
+
 constexpr SourceRate phoneClip{{1920, 1080}, 29.97, 2e6};
 
+std::int64_t bytesFor(ExportFormat format, ExportPreset preset, Quality quality = Quality::standard) {
+    return estimatedBytes(phoneClip, format, preset, quality, 10);
+}
+
 TEST(SizeEstimate, ProresGoesByItsNominalRateWhateverTheSource) {
-    EXPECT_NEAR(
-        static_cast<double>(estimatedBytes(phoneClip, ExportFormat::prores, ExportPreset::original, 8)),
-        147e6, 1e4);
+    const auto bits = [](Quality quality) {
+        return static_cast<double>(bytesFor(ExportFormat::prores, ExportPreset::original, quality)) * 8 / 10;
+    };
+    EXPECT_NEAR(bits(Quality::smaller), 102e6, 1e4);
+    EXPECT_NEAR(bits(Quality::standard), 147e6, 1e4);
+    EXPECT_NEAR(bits(Quality::better), 220e6, 1e4);
 }
 
 TEST(SizeEstimate, AnOriginalH264KeepsTheSourcesRateAndHevcIsSmaller) {
-    EXPECT_EQ(estimatedBytes(phoneClip, ExportFormat::h264, ExportPreset::original, 10), 20'000'000);
-    EXPECT_LT(estimatedBytes(phoneClip, ExportFormat::hevc, ExportPreset::original, 10), 20'000'000);
-    EXPECT_GT(estimatedBytes(phoneClip, ExportFormat::h264, ExportPreset::youtube4k, 10), 40'000'000);
+    EXPECT_EQ(bytesFor(ExportFormat::h264, ExportPreset::original), 20'000'000);
+    EXPECT_LT(bytesFor(ExportFormat::hevc, ExportPreset::original), 20'000'000);
+    EXPECT_GT(bytesFor(ExportFormat::h264, ExportPreset::youtube4k), 40'000'000);
+}
+
+TEST(SizeEstimate, FollowsTheQuality) {
+    for (const ExportFormat format : {ExportFormat::h264, ExportFormat::hevc}) {
+        const std::int64_t standard = bytesFor(format, ExportPreset::original);
+        EXPECT_LT(bytesFor(format, ExportPreset::original, Quality::smaller), standard * 3 / 4);
+        EXPECT_GT(bytesFor(format, ExportPreset::original, Quality::better), standard * 3 / 2);
+    }
 }
 
 TEST(SizeEstimate, NothingIsSaidOfAnUnknownSource) {
-    EXPECT_EQ(estimatedBytes({}, ExportFormat::prores, ExportPreset::youtube4k, 10), 0);
-    EXPECT_EQ(estimatedBytes(phoneClip, ExportFormat::h264, ExportPreset::original, -1), 0);
+    EXPECT_EQ(estimatedBytes({}, ExportFormat::prores, ExportPreset::youtube4k, Quality::standard, 10), 0);
+    EXPECT_EQ(estimatedBytes(phoneClip, ExportFormat::h264, ExportPreset::original, Quality::standard, -1), 0);
 }
 
 }

@@ -93,10 +93,12 @@ void DestinationRow::proposeNewFile() {
     setPath(defaultOutputPath(m_format));
 }
 
-void DestinationRow::setExport(ExportFormat format, ExportPreset preset, double seconds) {
+void DestinationRow::setExport(ExportFormat format, ExportPreset preset, media::EncodingQuality quality,
+                               double seconds) {
     const ExportFormat former = m_format;
     m_format = format;
     m_preset = preset;
+    m_quality = quality;
     m_seconds = seconds;
     if (format != former)
         setPath(withExtensionSwapped(m_path, former, format));
@@ -139,7 +141,7 @@ void DestinationRow::showRoom() {
         return;
     const ExportFacts& facts = *m_facts;
     const std::int64_t needed =
-        facts.source ? estimatedBytes(*facts.source, m_format, m_preset, m_seconds) : 0;
+        facts.source ? estimatedBytes(*facts.source, m_format, m_preset, m_quality, m_seconds) : 0;
     const bool isShort = facts.freeBytes && needed > *facts.freeBytes;
     const bool isFolderMissing = !facts.isFolderThere && !m_isProposed;
     const Language language = m_context.state.language;

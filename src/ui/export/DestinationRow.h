@@ -23,7 +23,7 @@ public:
     void proposeNewFile();
 
     /// Names the file anew and judges the room by it; `seconds` of video are written.
-    void setExport(ExportFormat format, ExportPreset preset, double seconds);
+    void setExport(ExportFormat format, ExportPreset preset, media::EncodingQuality quality, double seconds);
 
     /// True when the file may be written: it is not there, or the person agrees that it is replaced. The
     /// folder of a proposed file is made when it is missing.
@@ -54,6 +54,7 @@ private:
     bool m_isReplacingAgreed = false; // the person chose a file that was there
     ExportFormat m_format = ExportFormat::h264;
     ExportPreset m_preset = ExportPreset::original;
+    media::EncodingQuality m_quality = media::EncodingQuality::standard;
     double m_seconds = 0;
     std::optional<ExportFacts> m_facts; // absent until they are gathered
     BackgroundTask<ExportFacts> m_gathering;

@@ -23,6 +23,7 @@ ExportOptionsPanel::ExportOptionsPanel(const UiContext& context, QWidget* parent
     , m_sizeHeading(Controls::label(Controls::TextRole::strong, this))
     , m_formatHeading(Controls::label(Controls::TextRole::strong, this))
     , m_watermarkHeading(Controls::label(Controls::TextRole::strong, this))
+    , m_encoding(new EncodingBox(context, this))
     , m_watermark(nullptr) {
     build();
     bind();
@@ -58,6 +59,7 @@ void ExportOptionsPanel::build() {
     whole->addSpacing(Space::s);
     whole->addWidget(m_formatHeading);
     whole->addLayout(formats);
+    whole->addWidget(m_encoding);
     whole->addSpacing(Space::s);
     whole->addWidget(m_watermarkHeading);
     whole->addWidget(m_watermark);
@@ -76,6 +78,7 @@ void ExportOptionsPanel::bind() {
         if (isChecked)
             Q_EMIT formatChanged();
     });
+    connect(m_encoding, &EncodingBox::qualityChanged, this, &ExportOptionsPanel::qualityChanged);
     m_bindings.watchAll([this] { showShapes(); }, state.videoWidth, state.videoHeight);
     m_bindings.watchAll([this] { showWords(); }, state.language, state.videoWidth, state.videoHeight);
 }

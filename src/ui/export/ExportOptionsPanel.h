@@ -1,7 +1,8 @@
-// The choices of an export: size, format and watermark.
+// The choices of an export: size, format, quality, encoder and watermark.
 #pragma once
 
 #include "ui/common/UiContext.h"
+#include "ui/export/EncodingBox.h"
 #include "ui/export/OptionCard.h"
 #include "ui/export/WatermarkBox.h"
 #include "ui/style/Bindings.h"
@@ -20,10 +21,15 @@ public:
 
     ExportPreset preset() const { return static_cast<ExportPreset>(m_presets.checkedId()); }
     ExportFormat format() const { return static_cast<ExportFormat>(m_formats.checkedId()); }
+    const EncodingBox& encoding() const { return *m_encoding; }
+
+    /// Offers what works for this export.
+    void offerEncodersFor(const ExportJob& job) { m_encoding->offerEncodersFor(job); }
 
 Q_SIGNALS:
     void presetChanged();
     void formatChanged();
+    void qualityChanged();
 
 private:
     void build();
@@ -38,6 +44,7 @@ private:
     QLabel* m_sizeHeading;
     QLabel* m_formatHeading;
     QLabel* m_watermarkHeading;
+    EncodingBox* m_encoding;
     WatermarkBox* m_watermark;
     QButtonGroup m_presets; // numbers are the presets
     QButtonGroup m_formats;

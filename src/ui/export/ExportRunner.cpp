@@ -51,7 +51,7 @@ double ExportRunner::elapsedSeconds() const {
 }
 
 // On the worker thread from here on.
-void ExportRunner::run(const ExportJob& job, const std::stop_token& stop) {
+void ExportRunner::run(ExportJob job, const std::stop_token& stop) {
     using Stage = AppState::ExportStatus::Stage;
     const auto isCancelled = [&] {
         // Asked before each frame: by then all frames of the earlier questions are written.
@@ -68,8 +68,9 @@ void ExportRunner::run(const ExportJob& job, const std::stop_token& stop) {
     };
     try {
         const SleepInhibitor awake(t(m_language, L10nKey::exporting));
+        const auto fallback = settleEncoder(job);
         const ExportReport report = ExportManager::exportVideo(job, isCancelled, onProgress);
-        post({Stage::done, {}}, report);
+        post({Stage::done, {}}, report, fallback);
     } catch (const ExportCancelled&) {
         post({Stage::idle, {}});
     } catch (const std::exception& error) {
@@ -77,10 +78,12 @@ void ExportRunner::run(const ExportJob& job, const std::stop_token& stop) {
     }
 }
 
-void ExportRunner::post(AppState::ExportStatus status, const ExportReport& report) {
-    const auto take = [this, status = std::move(status), report] {
+void ExportRunner::post(AppState::ExportStatus status, const ExportReport& report,
+                        const std::optional<EncoderFallback>& fallback) {
+    const auto take = [this, status = std::move(status), report, fallback] {
         m_isRunning = false;
         m_report = report;
+        m_fallback = fallback;
         m_state.exportStatus = status;
         Q_EMIT finished();
     };

@@ -1,7 +1,7 @@
 // Runs an export beside the window and tells the session how it goes.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/HardwareEncoders.h"
 #include "session/AppState.h"
 
 #include <atomic>
@@ -34,19 +34,23 @@ public:
 
     /// Of the last export that was completed.
     const ExportReport& report() const { return m_report; }
+    /// What it wished for in vain; empty when it got its encoder.
+    const std::optional<EncoderFallback>& fallback() const { return m_fallback; }
 
 Q_SIGNALS:
     void finished();
 
 private:
-    void run(const ExportJob& job, const std::stop_token& stop);
-    void post(AppState::ExportStatus status, const ExportReport& report = {});
+    void run(ExportJob job, const std::stop_token& stop);
+    void post(AppState::ExportStatus status, const ExportReport& report = {},
+              const std::optional<EncoderFallback>& fallback = {});
 
     AppState& m_state;
     Language m_language = Language::english; // of the messages of the export that runs
     bool m_isRunning = false;
     bool m_isStopping = false;
     ExportReport m_report;
+    std::optional<EncoderFallback> m_fallback;
     QElapsedTimer m_clock;
     std::atomic<std::int64_t> m_frames = 0;
     std::atomic<std::int64_t> m_expectedFrames = 0; // 0 until the first frame is written

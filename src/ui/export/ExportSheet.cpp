@@ -92,7 +92,10 @@ void ExportSheet::bind() {
     AppState& state = m_context.state;
     connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::updateExport);
     connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::requestStill);
+    connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::offerEncoders);
     connect(m_options, &ExportOptionsPanel::formatChanged, this, &ExportSheet::updateExport);
+    connect(m_options, &ExportOptionsPanel::formatChanged, this, &ExportSheet::offerEncoders);
+    connect(m_options, &ExportOptionsPanel::qualityChanged, this, &ExportSheet::updateExport);
     connect(m_cancel, &QPushButton::clicked, this, &ExportSheet::reject);
     connect(m_start, &QPushButton::clicked, this, &ExportSheet::start);
     connect(m_stage, &ExportStage::cancelRequested, this, &ExportSheet::stop);
@@ -117,6 +120,7 @@ void ExportSheet::bind() {
     });
     m_bindings.watch(state.language, [this] { showWords(); });
     m_bindings.watch(state.exportStatus, [this] { showStage(); });
+    m_bindings.watch(state.videoURL, [this] { offerEncoders(); });
     m_bindings.watchAll([this] { updateExport(); }, state.trimStart, state.trimEnd, state.videoDuration);
     m_bindings.watchAll([this] { requestStill(); }, state.videoURL, state.currentTime, state.trimStart,
                         state.trimEnd, state.watermarkURL, state.watermarkCorner, state.isLicensed,
@@ -146,7 +150,7 @@ void ExportSheet::showOptions() {
 }
 
 void ExportSheet::updateExport() {
-    m_destination->setExport(m_options->format(), m_options->preset(),
+    m_destination->setExport(m_options->format(), m_options->preset(), m_options->encoding().quality(),
                              exportedRangeOf(m_context.state).length());
 }
 
@@ -162,6 +166,11 @@ void ExportSheet::requestStill() {
                        m_context.state.language);
 }
 
+void ExportSheet::offerEncoders() {
+    if (const auto wanted = job())
+        m_options->offerEncodersFor(*wanted);
+}
+
 std::optional<ExportJob> ExportSheet::job() const {
     auto job = exportJobFor(projectFrom(m_context.state));
     if (!job)
@@ -169,6 +178,8 @@ std::optional<ExportJob> ExportSheet::job() const {
     job->overlay.isLicensed = m_context.state.isLicensed;
     job->preset = m_options->preset();
     job->format = m_options->format();
+    job->quality = m_options->encoding().quality();
+    job->encoder = m_options->encoding().encoder();
     job->outputPath = m_destination->path();
     return job;
 }

@@ -37,6 +37,7 @@ private:
     void showOptions();
     void updateExport();
     void requestStill();
+    void offerEncoders();
     std::optional<ExportJob> job() const;
     void start();
     void stop();

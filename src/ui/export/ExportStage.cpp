@@ -163,8 +163,12 @@ void ExportStage::showStage() {
 void ExportStage::showResult() {
     const Language language = m_context.state.language;
     const QFileInfo file(m_path);
-    m_detail->setText(
-        QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language)));
+    QStringList lines{
+        QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language))};
+    if (const auto& fallback = m_runner.fallback())
+        lines +=
+            m_context.text(ExportTexts::softwareUsed).arg(QString::fromUtf8(media::nameOf(fallback->wanted)));
+    m_detail->setText(lines.join(u'\n'));
     const QStringList damage = ExportWords::damage(m_runner.report().damage, language);
     m_damageIcon->setPixmap(
         Icons::pixmap(QStringLiteral("warning"), iconSize, tokens().warning, devicePixelRatioF()));

@@ -60,6 +60,8 @@ constexpr UiText progressName{"Export progress", "Progression de l'export", "Pro
 constexpr UiText damagedPictures{"Damaged pictures in the video: %1", "Images abîmées dans la vidéo : %1", "Imágenes dañadas en el vídeo: %1", "Immagini danneggiate nel video: %1", "Beschädigte Bilder im Video: %1", "Skadade bilder i videon: %1", "Imagens danificadas no vídeo: %1"};
 constexpr UiText endMissing{"Missing at the end of the video: %1 s", "Manque à la fin de la vidéo : %1 s", "Falta al final del vídeo: %1 s", "Manca alla fine del video: %1 s", "Am Ende des Videos fehlen: %1 s", "Saknas i slutet av videon: %1 s", "Falta no fim do vídeo: %1 s"};
 
+constexpr UiText softwareUsed{"%1 did not work; the video was encoded in software.", "%1 n'a pas fonctionné ; la vidéo a été encodée par logiciel.", "%1 no funcionó; el vídeo se codificó por software.", "%1 non ha funzionato; il video è stato codificato via software.", "%1 ging nicht; das Video wurde per Software kodiert.", "%1 fungerade inte; videon kodades med programvara.", "%1 não funcionou; o vídeo foi codificado por software."};
+
 constexpr UiText play{"Play", "Lire", "Reproducir", "Riproduci", "Abspielen", "Spela upp", "Reproduzir"};
 constexpr UiText exportAnother{"Export another", "Nouvel export", "Exportar otro", "Esporta altro", "Weiterer Export", "Exportera en till", "Exportar outro"};
 constexpr UiText changeOptions{"Change options", "Modifier les options", "Cambiar opciones", "Cambia opzioni", "Optionen ändern", "Ändra val", "Alterar opções"};

@@ -6,6 +6,7 @@
 #include "persistence/ProjectSession.h"
 
 #include <cmath>
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QDir>
 #include <QProgressBar>
@@ -107,6 +108,40 @@ TEST(ExportSheet, ChoicesByKeyboardShapeTheFile) {
     EXPECT_EQ(video["codec_name"], "prores");
     EXPECT_EQ(video["width"], 1080);
     EXPECT_EQ(video["height"], 1920);
+}
+
+TEST(ExportSheet, QualityAndEncoderReachTheFile) {
+    OpenSheet open;
+    auto* quality = named<QComboBox>(open.sheet, "quality");
+    auto* encoder = named<QComboBox>(open.sheet, "encoder");
+    EXPECT_EQ(quality->currentText(), QStringLiteral("Default"));
+    EXPECT_EQ(encoder->currentText(), QStringLiteral("Automatic"));
+    click(open.sheet, "ProRes 422 (MOV)");
+    quality->setCurrentText(QStringLiteral("Smaller file"));
+    encoder->setCurrentText(QStringLiteral("Software"));
+    open.state.language = Language::german;
+    EXPECT_EQ(quality->currentText(), QStringLiteral("Kleinere Datei"));
+    EXPECT_EQ(encoder->currentIndex(), 1) << "a new language keeps the choice";
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::done));
+    const QString file = QFileInfo(open.output).path() + QStringLiteral("/result.mov");
+    EXPECT_EQ(test::probe(file)["streams"][0]["codec_tag_string"], "apcs");
+}
+
+// A machine with such a graphics card gets what it wished for.
+TEST(ExportRunner, AnEncoderThatDoesNotWorkIsReplacedAndNamedByTheResult) {
+    ExportScreen screen;
+    ExportRunner runner(screen.state);
+    ExportStage stage(screen.context, runner, nullptr);
+    ExportJob job = exportJobFor(projectFrom(screen.state)).value();
+    job.outputPath = screen.output;
+    job.encoder = media::EncoderKind::vaapi;
+    stage.setOutput(job.outputPath);
+    runner.start(job);
+    ASSERT_TRUE(waitForStage(screen, Stage::done));
+    const QString detail = named<QLabel>(stage, "stageDetail")->text();
+    EXPECT_EQ(detail.contains(QStringLiteral("VAAPI did not work")), runner.fallback().has_value());
+    EXPECT_EQ(test::probe(screen.output)["streams"][0]["codec_name"], "h264");
 }
 
 TEST(ExportSheet, CancelRemovesThePartialFileAndGoesBackToTheChoices) {

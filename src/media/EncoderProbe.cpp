@@ -1,0 +1,44 @@
+#include "media/EncoderProbe.h"
+
+#include "media/FFmpegError.h"
+#include "media/PictureEncoder.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pointloom::media {
+
+namespace {
+
+int encodeBlack(const VideoSettings& settings) {
+    constexpr int pictures = 3;
+    PictureEncoder encoder(settings, true);
+    const VideoFrame black =
+        makeBlackFrame(settings.size.width(), settings.size.height(), settings.format, settings.timeBase);
+    const double ticks = 1 / (settings.frameRate.value() * settings.timeBase.value());
+    int packets = 0;
+    for (int i = 0; i <= pictures; ++i) {
+        if (i < pictures)
+            encoder.send(black, i * std::max<std::int64_t>(1, std::llround(ticks)));
+        else
+            encoder.finish();
+        while (encoder.next() != nullptr)
+            ++packets;
+    }
+    return packets;
+}
+
+}
+
+std::optional<QString> encoderFault(const VideoSettings& settings) {
+    prepareFFmpeg();
+    try {
+        if (encodeBlack(settings) > 0)
+            return std::nullopt;
+        return QStringLiteral("it gave no pictures");
+    } catch (const MediaError& error) {
+        return QString::fromUtf8(error.what());
+    }
+}
+
+}

@@ -1,0 +1,15 @@
+// Finds out whether an encoder works on this machine.
+#pragma once
+
+#include "media/MediaWriter.h"
+
+#include <optional>
+#include <QString>
+
+namespace pointloom::media {
+
+/// Why this machine cannot encode with these settings, in words; empty when it can. Encodes a few black
+/// pictures, which may take a second or so: drivers are loaded for it.
+std::optional<QString> encoderFault(const VideoSettings& settings);
+
+}
