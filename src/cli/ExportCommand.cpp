@@ -5,10 +5,12 @@
 #include "cli/DamageWarning.h"
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
+#include "cli/PlanInputs.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/RequestOptions.h"
 #include "export/Chapters.h"
 #include "export/OverlayExport.h"
+#include "export/ParallelExport.h"
 #include "media/MediaInfo.h"
 
 #include <QDir>
@@ -28,6 +30,7 @@ public:
 private:
     ExportRequest request() const;
     void settleFormat();
+    void settleEncoding(ProjectInputs& inputs);
     OverlayExport::Format overlayFormat() const {
         return m_options.format() == pngWord ? OverlayExport::Format::png : OverlayExport::Format::prores;
     }
@@ -41,16 +44,24 @@ private:
     bool m_overlayOnly = false;
     bool m_chaptersText = false;
     std::string m_encoder = "auto";
+    int m_jobs = 1;
     RequestOptions m_options;
+    std::optional<SegmentPlan> m_plan; // of an export by several jobs
 };
 
 ExportCommand::ExportCommand(CLI::App& subcommand)
     : Command(subcommand) {
+    constexpr int mostJobs = 64; // each holds pictures of its own
     addProjectArgument(app(), m_project);
     addFileOption(app(), "-o,--output", m_output, videoFile,
                   "Where to write; without it a new file in the Downloads folder. A file there is replaced");
     m_options.addTo(app(), Transparent::too);
     addEncoderOption(app(), m_encoder);
+    app()
+        .add_option("--jobs", m_jobs, "Stretches of the video to encode at the same time")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(1, mostJobs))
+        ->capture_default_str();
     app().add_flag(
         "--overlay-only", m_overlayOnly,
         "The scoreboard alone on a transparent ground: ProRes 4444, or with --format png a folder of "
@@ -91,14 +102,29 @@ void ExportCommand::settleFormat() {
         formatOf(m_options.format()) != ExportFormat::prores)
         throw UsageError("--overlay-only: " + m_options.format() +
                          " has no transparency; use --format prores or png");
-    if (m_overlayOnly && encoderOf(m_encoder) != media::EncoderKind::software)
-        throw UsageError("--overlay-only: is encoded in software; leave out --encoder");
+    if (m_overlayOnly && (m_jobs > 1 || encoderOf(m_encoder) != media::EncoderKind::software))
+        throw UsageError("--overlay-only: is encoded by one job in software; leave out --jobs and --encoder");
     if (!m_overlayOnly && m_options.format() == pngWord)
         throw UsageError("--format png: pictures are for --overlay-only");
 }
 
+// Settles what needs a look at the machine or into the video.
+void ExportCommand::settleEncoding(ProjectInputs& inputs) {
+    settleEncoder(inputs);
+    if (m_jobs == 1)
+        return;
+    if (inputs.job.encoder != media::EncoderKind::software) {
+        inputs.remarks.notes += QStringLiteral("one job: an encoder in hardware serves one at a time");
+        return;
+    }
+    m_plan = SegmentPlan::make(inputs.job, m_jobs, QStringLiteral(POINTLOOM_VERSION));
+    noteFewerSegments(*m_plan, m_jobs, inputs.remarks);
+}
+
 ExportReport ExportCommand::write(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
                                   const ExportManager::ProgressReport& onProgress) const {
+    if (m_plan)
+        return ParallelExport::run(*m_plan, isCancelled, onProgress);
     if (!m_overlayOnly)
         return ExportManager::exportVideo(job, isCancelled, onProgress);
     OverlayExport::run(job, overlayFormat(), isCancelled, onProgress);
@@ -122,7 +148,7 @@ ExitStatus ExportCommand::run() {
     const CancelOnSignal cancellation;
     ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
     try {
-        settleEncoder(inputs);
+        settleEncoding(inputs);
         // Remarks wait until the export runs: one that cannot start says only why.
         Remarks unsaid = inputs.remarks;
         const auto showProgress = [&](const ExportProgress& progress) {

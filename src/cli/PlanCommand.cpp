@@ -2,6 +2,7 @@
 #include "cli/Arguments.h"
 #include "cli/Commands.h"
 #include "cli/LicenceOfThisMachine.h"
+#include "cli/PlanInputs.h"
 #include "cli/RequestOptions.h"
 #include "export/SegmentPlan.h"
 
@@ -70,9 +71,7 @@ ExitStatus PlanCommand::run() {
     try {
         const auto plan = SegmentPlan::make(inputs.job, m_segments, QStringLiteral(POINTLOOM_VERSION));
         plan.save(planPath);
-        if (plan.count() < m_segments)
-            inputs.remarks.notes +=
-                QStringLiteral("the video can be cut into %1 segments only").arg(plan.count());
+        noteFewerSegments(plan, m_segments, inputs.remarks);
     } catch (const ExportError& error) {
         throw faultOf(error, projectPath);
     }

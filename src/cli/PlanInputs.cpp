@@ -16,4 +16,9 @@ std::vector<InputFile> inputFiles(const SegmentPlan& plan, const QString& planPa
     return files;
 }
 
+void noteFewerSegments(const SegmentPlan& plan, int wished, Remarks& remarks) {
+    if (plan.count() < wished)
+        remarks.notes += QStringLiteral("the video can be cut into %1 segments only").arg(plan.count());
+}
+
 }

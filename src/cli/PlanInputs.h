@@ -3,6 +3,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/FileLookup.h"
+#include "cli/Messages.h"
 #include "export/SegmentPlan.h"
 
 namespace pointloom::cli {
@@ -11,5 +12,8 @@ CLI::Option* addPlanArgument(CLI::App& app, std::string& path);
 
 /// The files that no part and no joined video may replace.
 std::vector<InputFile> inputFiles(const SegmentPlan& plan, const QString& planPath);
+
+/// Notes that a plan has fewer segments than were wished for.
+void noteFewerSegments(const SegmentPlan& plan, int wished, Remarks& remarks);
 
 }

@@ -51,6 +51,7 @@ struct ExportJob {
     media::EncoderKind encoder = media::EncoderKind::software; // see settleEncoder for those in hardware
     std::string encoderPreset;      // of x264 or x265; empty for the encoder's default
     bool lossless = false;          // H.264 and HEVC only; for tests that read pixels back
+    int exportsAtOnce = 1;          // on this machine, which share its processors
     bool withChapters = true;       // labelled markers become chapters
     std::optional<ExportPart> part; // none: all of it
 };

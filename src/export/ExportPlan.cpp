@@ -53,6 +53,7 @@ media::VideoSettings videoSettings(const ExportJob& job, const ExportPlan& plan,
         .timeBase = track.timeBase,
         .frameRate = track.frameRate,
         .encoderPreset = job.encoderPreset,
+        .encodersAtOnce = job.exportsAtOnce,
         .joinable = job.part.has_value(),
         .lossless = job.lossless,
     };

@@ -32,6 +32,23 @@ bool isRunning(qint64 process) {
     return kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
 }
 
+void removeRemains(const QString& path) {
+    const QFileInfo file(path);
+    const QRegularExpression remains(QStringLiteral("^%1\\.%2\\.(\\d+)\\.\\d+%3$")
+                                         .arg(QRegularExpression::escape(file.fileName()),
+                                              QRegularExpression::escape(QSysInfo::machineHostName()),
+                                              QRegularExpression::escape(ending)));
+    for (const QFileInfo& found : file.dir().entryInfoList(QDir::Files | QDir::Dirs | QDir::Hidden)) {
+        const auto match = remains.match(found.fileName());
+        if (!match.hasMatch() || isRunning(match.captured(1).toLongLong()))
+            continue;
+        if (found.isDir() && !found.isSymLink())
+            QDir(found.filePath()).removeRecursively();
+        else
+            QFile::remove(found.filePath());
+    }
+}
+
 [[noreturn]] void fail(const QString& path) {
     throw ExportError::exportFailed(path + QStringLiteral(": ") +
                                     QString::fromLocal8Bit(std::strerror(errno)));
@@ -53,7 +70,7 @@ void bringToDisk(const QString& path) {
 NewFile::NewFile(QString path)
     : m_path(std::move(path))
     , m_temporaryPath(ownName(m_path)) {
-    removeRemains();
+    removeRemains(m_path);
 }
 
 NewFile::~NewFile() {
@@ -69,17 +86,15 @@ void NewFile::keep() {
     m_isKept = true;
 }
 
-void NewFile::removeRemains() const {
-    const QFileInfo file(m_path);
-    const QRegularExpression remains(QStringLiteral("^%1\\.%2\\.(\\d+)\\.\\d+%3$")
-                                         .arg(QRegularExpression::escape(file.fileName()),
-                                              QRegularExpression::escape(QSysInfo::machineHostName()),
-                                              QRegularExpression::escape(ending)));
-    for (const QString& name : file.dir().entryList(QDir::Files | QDir::Hidden)) {
-        const auto match = remains.match(name);
-        if (match.hasMatch() && !isRunning(match.captured(1).toLongLong()))
-            QFile::remove(file.dir().filePath(name));
-    }
+ScratchFolder::ScratchFolder(const QString& path)
+    : m_path(ownName(path)) {
+    removeRemains(path);
+    if (!QDir().mkdir(m_path))
+        throw ExportError::exportFailed(m_path + QStringLiteral(": the folder cannot be made"));
+}
+
+ScratchFolder::~ScratchFolder() {
+    QDir(m_path).removeRecursively();
 }
 
 }

@@ -1,4 +1,4 @@
-// A file that appears under its name only when it is whole.
+// A file that appears under its name only when it is whole, and a folder for what is needed until then.
 #pragma once
 
 #include <QString>
@@ -21,11 +21,25 @@ public:
     void keep();
 
 private:
-    void removeRemains() const;
-
     QString m_path;
     QString m_temporaryPath;
     bool m_isKept = false;
+};
+
+/// Is made beside `path`, under a name of its own, and removed with all that it holds. What a process of this machine
+/// that died left of one for the same file is removed first.
+class ScratchFolder {
+public:
+    /// Throws ExportError.
+    explicit ScratchFolder(const QString& path);
+    ~ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    const QString& path() const { return m_path; }
+
+private:
+    QString m_path;
 };
 
 }

@@ -58,8 +58,10 @@ void PartFolder::create() const {
 
 std::optional<ExportReport> SegmentExport::encode(const SegmentPlan& plan, int number, const QString& path,
                                                   const ExportManager::CancelQuery& isCancelled,
-                                                  const ExportManager::ProgressReport& onProgress) {
+                                                  const ExportManager::ProgressReport& onProgress,
+                                                  int segmentsAtOnce) {
     ExportJob job = plan.job();
+    job.exportsAtOnce = segmentsAtOnce;
     job.part = ExportPart{plan.window(number), segmentComment(plan, number)};
     plan.requireUnchangedInputs();
     if (isSegment(plan, number, path))

@@ -29,11 +29,12 @@ private:
 
 namespace SegmentExport {
 
-/// Encodes a segment, counted from 1. Empty when `path` held it already. The file appears when it is whole.
-/// Throws ExportError, also when an input has changed since the plan was made, PlanError and ExportCancelled.
+/// Encodes a segment, counted from 1, as one of `segmentsAtOnce` that share the processors. Empty when `path` held
+/// it already. The file appears when it is whole. Throws ExportError, also when an input has changed since
+/// the plan was made, PlanError and ExportCancelled.
 std::optional<ExportReport> encode(const SegmentPlan& plan, int number, const QString& path,
                                    const ExportManager::CancelQuery& isCancelled,
-                                   const ExportManager::ProgressReport& onProgress);
+                                   const ExportManager::ProgressReport& onProgress, int segmentsAtOnce = 1);
 
 /// The same for the sound of the whole range; false when it was there already. The plan has sound.
 bool encodeSound(const SegmentPlan& plan, const QString& path, const ExportManager::CancelQuery& isCancelled);

@@ -9,18 +9,30 @@ namespace pointloom::media {
 
 namespace {
 
+int processors() {
+    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+/// Of one of several encoders that share the processors.
+int shareOf(int threads, const VideoSettings& settings) {
+    return std::max(1, threads / settings.encodersAtOnce);
+}
+
 /// x264 takes three threads for two processors, which leaves them idle a tenth of the time while its threads
 /// wait for each other. Two a processor fill small machines; larger ones have enough with its own choice.
-int h264Threads() {
-    constexpr unsigned smallMachine = 8;
-    const unsigned processors = std::thread::hardware_concurrency();
-    return processors > 0 && processors <= smallMachine ? static_cast<int>(2 * processors) : 0;
+int h264Threads(const VideoSettings& settings) {
+    constexpr int smallMachine = 8;
+    if (processors() <= smallMachine)
+        return shareOf(2 * processors(), settings);
+    return settings.encodersAtOnce > 1 ? shareOf(processors() * 3 / 2, settings) : 0;
 }
 
 std::string x265Parameters(const VideoSettings& settings) {
     std::string parameters = "log-level=none"; // it writes to standard error by itself, past FFmpeg's log
     if (settings.joinable)
         parameters += ":info=0"; // a message in the headers that names its threads
+    if (settings.encodersAtOnce > 1)
+        parameters += ":pools=" + std::to_string(shareOf(processors(), settings));
     if (settings.lossless)
         parameters += ":lossless=1";
     if (settings.isHdr())
@@ -50,7 +62,7 @@ void chooseSoftwareOptions(AVCodecContext& context, const VideoSettings& setting
     context.thread_count = 0;
     switch (settings.codec) {
     case VideoCodec::h264:
-        context.thread_count = h264Threads();
+        context.thread_count = h264Threads(settings);
         chooseRateFactor(settings, options);
         if (settings.lossless)
             options.set("qp", "0");
@@ -61,6 +73,8 @@ void chooseSoftwareOptions(AVCodecContext& context, const VideoSettings& setting
         break;
     case VideoCodec::prores:
         context.profile = proresProfile(settings.quality);
+        if (settings.encodersAtOnce > 1)
+            context.thread_count = shareOf(processors(), settings);
         return;
     }
     if (!settings.encoderPreset.empty())

@@ -29,6 +29,7 @@ struct VideoSettings {
     Rational timeBase{1, 90000}; // of the frames' timestamps; kept exactly in the file
     Rational frameRate{30, 1};   // nominal, for rate control
     std::string encoderPreset;   // of x264 or x265; empty for the encoder's default
+    int encodersAtOnce = 1;      // on this machine, which share its processors
     bool joinable = false;       // no header tells of the machine, so that files of several machines can be joined
     bool lossless = false;       // x264 and x265 only; for tests that read pixels back
 

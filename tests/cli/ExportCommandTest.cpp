@@ -59,21 +59,43 @@ TEST_F(ExportCommandTest, WithoutATerminalOnlyTheFilesNameIsPrinted) {
 
 TEST_F(ExportCommandTest, CtrlCStopsAndLeavesNothingBehind) {
     makeProject(60);
-    for (const int signal : {SIGINT, SIGTERM}) {
+    const std::pair<int, const char*> ways[] = {{SIGINT, "1"}, {SIGTERM, "1"}, {SIGINT, "3"}};
+    for (const auto& [signal, jobs] : ways) {
         QProcess process;
         process.setWorkingDirectory(folder.path());
         process.start(program(),
                       QProcess::splitCommand(QStringLiteral("export m.plp -o out.mp4 --progress json "
-                                                            "--preset twitter1080p")));
+                                                            "--preset twitter1080p --jobs ") +
+                                             QLatin1String(jobs)));
         ASSERT_TRUE(process.waitForReadyRead(patience)) << "some progress";
         kill(static_cast<pid_t>(process.processId()), signal);
         ASSERT_TRUE(process.waitForFinished(patience));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(process.exitCode(), 130);
         EXPECT_EQ(process.readAllStandardError(), "pointloom-cli: The export was cancelled.\n");
-        EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files),
+        EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                   (QStringList{QStringLiteral("m.plp"), QStringLiteral("v.mp4")}));
     }
+}
+
+TEST_F(ExportCommandTest, SeveralJobsAddUpToOneVideo) {
+    makeProject(21); // with a key picture every ten seconds
+    ASSERT_EQ(run("export m.plp -o single.mp4 --encoder-preset ultrafast").status, 0);
+    const Outcome outcome =
+        run("export m.plp -o out.mp4 --encoder-preset ultrafast --jobs 4 --progress json");
+    ASSERT_EQ(outcome.status, 0) << outcome.errText();
+    EXPECT_EQ(outcome.errText(), "pointloom-cli: note: the video can be cut into 3 segments only\n");
+    double last = 0;
+    for (const QByteArray& line : outcome.out.trimmed().split('\n')) {
+        const double progress = json::Value::parse(line.toStdString()).value("progress", 1.0);
+        EXPECT_GE(progress, last);
+        last = progress;
+    }
+    for (const char* key : {"nb_frames", "duration_ts", "start_pts"})
+        EXPECT_EQ(test::probe(path(QStringLiteral("out.mp4")))["streams"][0][key],
+                  test::probe(path(QStringLiteral("single.mp4")))["streams"][0][key])
+            << key;
+    EXPECT_EQ(faultOf("export m.plp --overlay-only --jobs 2 -o x.mov", 2).find("--overlay-only: "), 0U);
 }
 
 TEST_F(ExportCommandTest, QualityMakesFilesSmallerOrLarger) {

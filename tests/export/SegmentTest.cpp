@@ -1,10 +1,12 @@
 // An export that is cut into segments and joined again, held against the one that was made in a single run.
+#include "export/ParallelExport.h"
 #include "export/SegmentJoin.h"
 #include "ExportJobs.h"
 #include "support/TestClips.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
@@ -100,10 +102,12 @@ protected:
         return joined;
     }
 
-    void expectSameAsSingleRun(ExportJob job, int count) const {
+    // The segments are joined by `make`, which names the file.
+    void expectSameAsSingleRun(ExportJob job, int count,
+                               const std::function<QString(const SegmentPlan&)>& make) const {
         const SegmentPlan plan = planFor(job, count);
         ASSERT_EQ(plan.count(), count);
-        const QString joined = joinAll(plan);
+        const QString joined = make(plan);
         job.outputPath = folder.path(QStringLiteral("single.") + fileExtension(job.format));
         ExportManager::exportVideo(job, {}, {});
 
@@ -122,6 +126,16 @@ protected:
                 << key;
         EXPECT_EQ(again["format"]["duration"], whole["format"]["duration"]);
         EXPECT_EQ(again["format"]["nb_streams"], whole["format"]["nb_streams"]);
+    }
+
+    const std::function<QString(const SegmentPlan&)> joinOneByOne = [this](const SegmentPlan& plan) {
+        return joinAll(plan);
+    };
+
+    // What does not belong to the clip, a plan or a finished export.
+    QStringList unfinished() const {
+        return QDir(folder.path(QString()))
+            .entryList({QStringLiteral("*.unfinished")}, QDir::Files | QDir::Dirs | QDir::Hidden);
     }
 
     template <class Call>
@@ -150,7 +164,7 @@ TEST_F(Segments, JoinedAreTimedAndSoundLikeASingleRunInEveryCodec) {
         job.trimEnd = 5.3;
         if (format == ExportFormat::hevc)
             job.encoderPreset = "fast"; // reorders pictures in a pyramid
-        expectSameAsSingleRun(job, 3);
+        expectSameAsSingleRun(job, 3, joinOneByOne);
     }
 }
 
@@ -160,7 +174,59 @@ TEST_F(Segments, OfAnUnevenRateReorderedAndInterlacedComeOutAlike) {
                  "-flags +ildct+ilme -pix_fmt yuv420p -video_track_timescale 90000");
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("x")));
     job.encoderPreset = "medium"; // with reordered pictures
-    expectSameAsSingleRun(job, 3);
+    expectSameAsSingleRun(job, 3, joinOneByOne);
+}
+
+TEST_F(Segments, MadeAtTheSameTimeAreTimedAndSoundLikeASingleRun) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    // What a process that was killed left behind.
+    const QString old = folder.path(
+        QStringLiteral("parallel.mp4.%1.999999999.1.unfinished").arg(QSysInfo::machineHostName()));
+    ASSERT_TRUE(QDir().mkpath(old + QStringLiteral("/0001.mp4.x")));
+    for (const ExportFormat format : {ExportFormat::h264, ExportFormat::hevc}) {
+        ExportJob job = markedJob(clip, folder.path(QStringLiteral("parallel.mp4")));
+        job.format = format;
+        job.trimStart = 0.5;
+        double last = 0;
+        expectSameAsSingleRun(job, 3, [&](const SegmentPlan& plan) {
+            ParallelExport::run(plan, {}, [&](const ExportProgress& progress) {
+                EXPECT_GE(progress.fraction, last);
+                last = progress.fraction;
+            });
+            return plan.output;
+        });
+        EXPECT_EQ(last, 1.0);
+    }
+    EXPECT_EQ(unfinished(), QStringList());
+}
+
+TEST_F(Segments, MadeAtTheSameTimeEndTogetherAndLeaveNothing) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    const SegmentPlan plan = planFor(markedJob(clip, folder.path(QStringLiteral("parallel.mp4"))), 3);
+    int questions = 0;
+    EXPECT_THROW(ParallelExport::run(plan, [&] { return ++questions > 1; }, {}), ExportCancelled);
+
+    SegmentPlan impossible = plan;
+    impossible.encoderPreset = QStringLiteral("warp");
+    EXPECT_TRUE(errorOf([&] {
+                    ParallelExport::run(impossible, {}, {});
+                }).contains(QStringLiteral("could not be opened")));
+    EXPECT_EQ(unfinished(), QStringList());
+    EXPECT_FALSE(QFile::exists(plan.output));
+}
+
+TEST_F(Segments, MadeAtTheSameTimeOfAVideoCutShortTellTheDamageOnce) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p -movflags +faststart");
+    ASSERT_TRUE(QFile::resize(clip, QFileInfo(clip).size() * 2 / 3));
+    ExportJob job = markedJob(clip, folder.path(QStringLiteral("parallel.mp4")));
+    const SegmentPlan plan = planFor(job, 3);
+    ASSERT_GT(plan.count(), 1);
+    const ExportReport parallel = ParallelExport::run(plan, {}, {});
+    job.outputPath = folder.path(QStringLiteral("single.mp4"));
+    const ExportReport single = ExportManager::exportVideo(job, {}, {});
+    EXPECT_EQ(pictureTimes(plan.output, "pts"), pictureTimes(job.outputPath, "pts"));
+    EXPECT_GT(single.damage.secondsMissing, 1);
+    EXPECT_NEAR(parallel.damage.secondsMissing, single.damage.secondsMissing, 0.05);
 }
 
 TEST_F(Segments, AreCutAtKeyFramesAndNotTooShort) {
@@ -186,7 +252,7 @@ TEST_F(Segments, AFinishedPartIsNotMadeAgainAndAnotherPlansPartIs) {
 
     EXPECT_THROW(SegmentExport::encode(plan, 1, part, [] { return true; }, {}), ExportCancelled);
     EXPECT_TRUE(SegmentExport::isSegment(plan, 2, part)) << "what stood there stays";
-    EXPECT_EQ(QDir(folder.path(QString())).entryList({QStringLiteral("*.unfinished")}), QStringList());
+    EXPECT_EQ(unfinished(), QStringList());
 }
 
 TEST_F(Segments, WithoutAllPartsOrWithAChangedSourceNothingIsJoined) {

@@ -1,0 +1,166 @@
+#include "export/ParallelExport.h"
+
+#include "export/ExportSource.h"
+#include "export/NewFile.h"
+#include "export/SegmentJoin.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace pointloom {
+
+namespace {
+
+// Threads that make the parts: one for each segment, and one for the sound.
+class PartWorkers {
+public:
+    PartWorkers(const SegmentPlan& plan, const PartFolder& parts)
+        : m_plan(plan)
+        , m_parts(parts)
+        , m_progress(plan.segments.size())
+        , m_damage(plan.segments.size()) {}
+    ~PartWorkers() { m_isStopped = true; }
+    PartWorkers(const PartWorkers&) = delete;
+    PartWorkers& operator=(const PartWorkers&) = delete;
+
+    void start();
+
+    /// Blocks until all parts are there. Throws what the first thread that failed threw.
+    void wait(const ExportManager::CancelQuery& isCancelled, const ExportManager::ProgressReport& onProgress);
+
+    /// Of all segments together.
+    ExportReport report() const;
+
+private:
+    template <class Work>
+    void launch(const Work& work);
+    void encode(std::size_t index);
+    ExportProgress progress() const;
+
+    const SegmentPlan& m_plan;
+    const PartFolder& m_parts;
+    std::atomic<bool> m_isStopped = false;
+    std::mutex m_mutex; // of what follows
+    std::condition_variable m_threadEnded;
+    std::size_t m_running = 0;
+    std::exception_ptr m_failure;
+    std::vector<ExportProgress> m_progress; // of each segment
+    std::vector<media::Damage> m_damage;
+    std::vector<std::jthread> m_threads; // end before what they use
+};
+
+void PartWorkers::start() {
+    for (std::size_t i = 0; i < m_plan.segments.size(); ++i)
+        launch([this, i] { encode(i); });
+    if (m_plan.hasSound)
+        launch([this] {
+            SegmentExport::encodeSound(m_plan, m_parts.sound(), [this] { return m_isStopped.load(); });
+        });
+}
+
+template <class Work>
+void PartWorkers::launch(const Work& work) {
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_running;
+    }
+    m_threads.emplace_back([this, work] {
+        std::exception_ptr failure;
+        try {
+            work();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        const std::lock_guard lock(m_mutex);
+        if (!m_failure)
+            m_failure = failure;
+        m_isStopped = m_isStopped || failure; // the others need not go on
+        --m_running;
+        m_threadEnded.notify_all();
+    });
+}
+
+void PartWorkers::encode(std::size_t index) {
+    const int number = static_cast<int>(index) + 1;
+    const auto report = SegmentExport::encode(
+        m_plan, number, m_parts.pictures(number), [this] { return m_isStopped.load(); },
+        [this, index](const ExportProgress& progress) {
+            const std::lock_guard lock(m_mutex);
+            m_progress[index] = progress;
+        },
+        m_plan.count());
+    const std::lock_guard lock(m_mutex);
+    if (report)
+        m_damage[index] = report->damage;
+}
+
+void PartWorkers::wait(const ExportManager::CancelQuery& isCancelled,
+                       const ExportManager::ProgressReport& onProgress) {
+    constexpr auto moment = std::chrono::milliseconds(50);
+    int lastPercent = -1;
+    std::unique_lock lock(m_mutex);
+    while (m_running > 0) {
+        m_threadEnded.wait_for(lock, moment);
+        const ExportProgress now = progress();
+        lock.unlock();
+        if (isCancelled && isCancelled())
+            m_isStopped = true;
+        const int percent = static_cast<int>(now.fraction * 100);
+        if (onProgress && now.frames > 0 && percent != std::exchange(lastPercent, percent))
+            onProgress(now);
+        lock.lock();
+    }
+    if (m_failure)
+        std::rethrow_exception(m_failure);
+}
+
+// Segments last unequally long, and the frames of one are known when it has begun.
+ExportProgress PartWorkers::progress() const {
+    constexpr double mostBeforeTheEnd = 0.95; // the parts have to be joined
+    ExportProgress sum{0, 0, 0};
+    double seconds = 0;
+    for (std::size_t i = 0; i < m_progress.size(); ++i) {
+        const double length = m_plan.segments[i].seconds;
+        sum.fraction += m_progress[i].fraction * length;
+        sum.frames += m_progress[i].frames;
+        sum.expectedFrames += m_progress[i].expectedFrames;
+        seconds += length;
+    }
+    sum.fraction = std::min(mostBeforeTheEnd, sum.fraction / seconds);
+    return sum;
+}
+
+ExportReport PartWorkers::report() const {
+    ExportReport report;
+    for (const media::Damage& damage : m_damage) {
+        report.damage.lostPictures += damage.lostPictures;
+        report.damage.faultyPictures += damage.faultyPictures;
+        report.damage.secondsMissing += damage.secondsMissing;
+    }
+    return report;
+}
+
+}
+
+ExportReport ParallelExport::run(const SegmentPlan& plan, const ExportManager::CancelQuery& isCancelled,
+                                 const ExportManager::ProgressReport& onProgress) {
+    if (plan.count() == 1)
+        return ExportManager::exportVideo(plan.job(), isCancelled, onProgress);
+    ExportSource::requireOtherFile(plan.job());
+    const ScratchFolder folder(plan.output);
+    const PartFolder parts(folder.path(), plan.format);
+    PartWorkers workers(plan, parts);
+    workers.start();
+    workers.wait(isCancelled, onProgress);
+    SegmentJoin::join(plan, parts, plan.output, isCancelled, {});
+    const ExportReport report = workers.report();
+    if (onProgress)
+        onProgress({1.0});
+    return report;
+}
+
+}
