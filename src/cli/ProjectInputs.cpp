@@ -118,8 +118,9 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
 
 void settleEncoder(ProjectInputs& inputs) {
     if (const auto fallback = settleEncoder(inputs.job))
-        inputs.remarks.notes += QStringLiteral("%1 does not work here (%2); the software encoder is used")
-                                    .arg(QString::fromUtf8(media::nameOf(fallback->wanted)), fallback->reason);
+        inputs.remarks.notes +=
+            QStringLiteral("%1 does not work here (%2); the software encoder is used")
+                .arg(QString::fromUtf8(media::nameOf(fallback->wanted)), fallback->reason);
 }
 
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath) {

@@ -1,8 +1,8 @@
 // How people and files name the quality of an export and its encoder.
 #pragma once
 
-#include "json/RawValues.h"
 #include "media/EncodingChoices.h"
+#include "json/RawValues.h"
 
 namespace pointloom {
 

@@ -45,8 +45,8 @@ struct ExportJob {
     ExportFormat format = ExportFormat::h264;
     ExportPreset preset = ExportPreset::original;
     OverlayDescription overlay;
-    double trimStart = 0;           // seconds of the source's timeline
-    std::optional<double> trimEnd;  // none: to the end of the video
+    double trimStart = 0;          // seconds of the source's timeline
+    std::optional<double> trimEnd; // none: to the end of the video
     media::EncodingQuality quality = media::EncodingQuality::standard;
     media::EncoderKind encoder = media::EncoderKind::software; // see settleEncoder for those in hardware
     std::string encoderPreset;      // of x264 or x265; empty for the encoder's default

@@ -26,8 +26,8 @@ private:
     bool m_isKept = false;
 };
 
-/// Is made beside `path`, under a name of its own, and removed with all that it holds. What a process of this machine
-/// that died left of one for the same file is removed first.
+/// Is made beside `path`, under a name of its own, and removed with all that it holds. What a process of this
+/// machine that died left of one for the same file is removed first.
 class ScratchFolder {
 public:
     /// Throws ExportError.

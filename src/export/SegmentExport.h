@@ -29,9 +29,9 @@ private:
 
 namespace SegmentExport {
 
-/// Encodes a segment, counted from 1, as one of `segmentsAtOnce` that share the processors. Empty when `path` held
-/// it already. The file appears when it is whole. Throws ExportError, also when an input has changed since
-/// the plan was made, PlanError and ExportCancelled.
+/// Encodes a segment, counted from 1, as one of `segmentsAtOnce` that share the processors. Empty when `path`
+/// held it already. The file appears when it is whole. Throws ExportError, also when an input has changed
+/// since the plan was made, PlanError and ExportCancelled.
 std::optional<ExportReport> encode(const SegmentPlan& plan, int number, const QString& path,
                                    const ExportManager::CancelQuery& isCancelled,
                                    const ExportManager::ProgressReport& onProgress, int segmentsAtOnce = 1);

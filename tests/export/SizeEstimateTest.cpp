@@ -39,7 +39,8 @@ TEST(SizeEstimate, FollowsTheQuality) {
 
 TEST(SizeEstimate, NothingIsSaidOfAnUnknownSource) {
     EXPECT_EQ(estimatedBytes({}, ExportFormat::prores, ExportPreset::youtube4k, Quality::standard, 10), 0);
-    EXPECT_EQ(estimatedBytes(phoneClip, ExportFormat::h264, ExportPreset::original, Quality::standard, -1), 0);
+    EXPECT_EQ(estimatedBytes(phoneClip, ExportFormat::h264, ExportPreset::original, Quality::standard, -1),
+              0);
 }
 
 }
