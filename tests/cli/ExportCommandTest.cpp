@@ -124,8 +124,9 @@ TEST_F(ExportCommandTest, AnEncoderThatDoesNotWorkHereIsReplacedWithANote) {
         const bool isSaid = outcome.err.startsWith("pointloom-cli: note: ") &&
                             outcome.err.endsWith("; the software encoder is used\n");
         EXPECT_TRUE(outcome.err.isEmpty() || isSaid) << outcome.errText();
-        if (QByteArrayView(encoder) == "auto" || QByteArrayView(encoder) == "software")
+        if (QByteArrayView(encoder) == "auto" || QByteArrayView(encoder) == "software") {
             EXPECT_EQ(outcome.errText(), "");
+        }
     }
 }
 
