@@ -84,7 +84,7 @@ TEST_F(ExportCommandTest, SeveralJobsAddUpToOneVideo) {
     const Outcome outcome =
         run("export m.plp -o out.mp4 --encoder-preset ultrafast --jobs 4 --progress json");
     ASSERT_EQ(outcome.status, 0) << outcome.errText();
-    EXPECT_EQ(outcome.errText(), "pointloom-cli: note: the video can be cut into 3 segments only\n");
+    EXPECT_EQ(outcome.errText(), "pointloom-cli: note: the video can be cut into 2 segments only\n");
     double last = 0;
     for (const QByteArray& line : outcome.out.trimmed().split('\n')) {
         const double progress = json::Value::parse(line.toStdString()).value("progress", 1.0);
