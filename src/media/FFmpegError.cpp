@@ -1,7 +1,6 @@
 #include "media/FFmpegError.h"
 
 #include "media/FFmpeg.h"
-#include "media/MediaError.h"
 
 #include <array>
 #include <mutex>
@@ -14,9 +13,26 @@ std::string errorText(int code) {
     return text.data();
 }
 
+MediaFault faultOf(int code) {
+    switch (code) {
+    case AVERROR(ENOENT):
+    case AVERROR(ENOTDIR):
+        return MediaFault::missing;
+    case AVERROR(EACCES):
+    case AVERROR(EPERM):
+    case AVERROR(EROFS):
+        return MediaFault::noPermission;
+    case AVERROR(ENOSPC):
+    case AVERROR(EDQUOT):
+        return MediaFault::diskFull;
+    default:
+        return MediaFault::other;
+    }
+}
+
 int check(int code, const char* what) {
     if (code < 0)
-        throw MediaError(std::string(what) + ": " + errorText(code));
+        throw MediaError(std::string(what) + ": " + errorText(code), faultOf(code));
     return code;
 }
 

@@ -1,6 +1,8 @@
 // FFmpeg's error codes in words.
 #pragma once
 
+#include "media/MediaError.h"
+
 #include <string>
 
 namespace pointloom::media {
@@ -8,7 +10,11 @@ namespace pointloom::media {
 /// The library's own text for an error code, for example "No space left on device".
 std::string errorText(int code);
 
-/// Throws MediaError("`what`: `errorText`") when `code` is negative; returns it otherwise.
+/// What the system's own codes mean for a file; `other` for all that FFmpeg adds, which mean one thing while
+/// reading and another while writing.
+MediaFault faultOf(int code);
+
+/// Throws MediaError("`what`: `errorText`", `faultOf`) when `code` is negative; returns it otherwise.
 int check(int code, const char* what);
 
 /// Process-wide limits and silence: no allocation above 512 MiB, nothing on standard error. Every way into

@@ -22,39 +22,44 @@ constexpr int mostTracks = 64;
 constexpr std::int64_t probeSize = 20'000'000;           // bytes
 constexpr std::int64_t probeDuration = 5 * AV_TIME_BASE; // microseconds
 
+[[noreturn]] void failToReach(int code) {
+    const MediaFault fault = faultOf(code);
+    throw MediaError(fault == MediaFault::missing ? "the file does not exist" : errorText(code), fault);
+}
+
 void requireReadableFile(const QByteArray& path) {
     struct stat status {};
     if (stat(path.constData(), &status) != 0)
-        throw MediaError(errno == ENOENT || errno == ENOTDIR ? "the file does not exist"
-                                                             : errorText(AVERROR(errno)));
+        failToReach(AVERROR(errno));
     if (S_ISDIR(status.st_mode))
-        throw MediaError("this is a folder, not a video file");
+        throw MediaError("this is a folder, not a video file", MediaFault::notAFile);
     if (!S_ISREG(status.st_mode))
-        throw MediaError("this is not a regular file");
+        throw MediaError("this is not a regular file", MediaFault::notAFile);
     if (status.st_size == 0)
-        throw MediaError("the file is empty");
+        throw MediaError("the file is empty", MediaFault::empty);
     if (access(path.constData(), R_OK) != 0)
-        throw MediaError("the file cannot be read: " + errorText(AVERROR(errno)));
+        check(AVERROR(errno), "the file cannot be read");
 }
 
 void requireMovieBoxes(const QString& path) {
     const BoxScan scan = scanBoxes(path);
     if (!scan.looksLikeMovie)
-        throw MediaError("this is not an MP4 or MOV video");
+        throw MediaError("this is not an MP4 or MOV video", MediaFault::notAVideo);
     if (scan.damaged)
-        throw MediaError("the file is damaged and cannot be read");
+        throw MediaError("the file is damaged and cannot be read", MediaFault::damaged);
     if (!scan.hasIndex)
-        throw MediaError("the file is cut short or was never finished: its index is missing");
+        throw MediaError("the file is cut short or was never finished: its index is missing",
+                         MediaFault::cutShort);
 }
 
-std::string openingError(int code) {
+MediaError openingError(int code) {
     if (code == AVERROR_EXIT)
-        return "the file took too long to open";
+        return MediaError("the file took too long to open");
     if (code == AVERROR(ENOMEM))
-        return "the file has too many tracks or asks for too much memory";
+        return MediaError("the file has too many tracks or asks for too much memory");
     if (code == AVERROR_INVALIDDATA)
-        return "the file is damaged and cannot be read";
-    return errorText(code);
+        return MediaError("the file is damaged and cannot be read", MediaFault::damaged);
+    return MediaError(errorText(code), faultOf(code));
 }
 
 }
@@ -107,7 +112,7 @@ InputFile InputFile::open(const QString& path) {
     const int opened =
         avformat_open_input(&file.m_context, url.constData(), av_find_input_format("mov"), options.pointer());
     if (opened < 0)
-        throw MediaError(openingError(opened));
+        throw openingError(opened);
 
     AVFormatContext* context = file.m_context;
     std::vector<AVDictionary*> perStream(context->nb_streams, nullptr);
@@ -117,7 +122,7 @@ InputFile InputFile::open(const QString& path) {
     for (AVDictionary*& entry : perStream)
         av_dict_free(&entry);
     if (analysed < 0)
-        throw MediaError(openingError(analysed));
+        throw openingError(analysed);
     file.m_deadline->end = Clock::time_point::max();
     return file;
 }

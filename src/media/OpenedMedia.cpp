@@ -11,8 +11,11 @@ OpenedMedia openMedia(InputFile& file, int decoderThreads) {
     const std::optional<int> stream = findVideoTrack(context);
     media.info.duration = timelineDuration(context, stream);
     if (!stream) {
-        if (media.info.audioTracks == 0)
-            throw MediaError("the file holds no picture and no sound that can be decoded");
+        if (media.info.audioTracks == 0) {
+            requireDecoders(context);
+            throw MediaError("the file holds no picture and no sound that can be decoded",
+                             MediaFault::noPicture);
+        }
         return media;
     }
 
@@ -22,7 +25,7 @@ OpenedMedia openMedia(InputFile& file, int decoderThreads) {
     media.decoder.emplace(&context, *stream, decoderThreads);
     media.firstPicture = media.decoder->next(packetsToFirstPicture);
     if (!media.firstPicture && media.decoder->isAtEnd())
-        throw MediaError("no picture could be decoded");
+        throw MediaError("no picture could be decoded", MediaFault::damaged);
     if (media.firstPicture) {
         completeTags(*media.firstPicture, *context.streams[*stream]);
         describeByPicture(*media.info.video, *media.firstPicture);

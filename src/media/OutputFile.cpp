@@ -135,7 +135,7 @@ void OutputFile::fail(int code) const {
     // The device's own error says more than what the container made of it.
     if (m_context->pb != nullptr && m_context->pb->error < 0)
         code = m_context->pb->error;
-    throw MediaError("the file could not be written: " + errorText(code));
+    throw MediaError("the file could not be written: " + errorText(code), faultOf(code));
 }
 
 }

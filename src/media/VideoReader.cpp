@@ -64,8 +64,10 @@ Damage VideoReader::damage() const {
 VideoReader VideoReader::open(const QString& path) {
     InputFile file = InputFile::open(path);
     OpenedMedia media = openMedia(file, 0);
-    if (!media.info.video)
+    if (!media.info.video) {
+        requireDecoders(*file.context());
         throw NoVideoTrackError("the file has no video track");
+    }
     auto state = std::make_unique<State>(State{path, std::move(file), std::move(media)});
     state->anyPicture = state->media.firstPicture != nullptr;
     return VideoReader(std::move(state));
@@ -75,7 +77,7 @@ std::optional<VideoFrame> VideoReader::read() {
     AVFramePtr picture = m_state->next();
     if (!picture) {
         if (!m_state->anyPicture)
-            throw MediaError("no picture could be decoded");
+            throw MediaError("no picture could be decoded", MediaFault::damaged);
         return std::nullopt;
     }
     m_state->anyPicture = true;
@@ -174,7 +176,7 @@ void VideoReader::State::rewind() {
     InputFile reopened = InputFile::open(path);
     OpenedMedia again = openMedia(reopened, 0);
     if (!again.info.video)
-        throw MediaError("the file has changed and lost its video track");
+        throw MediaError("the file has changed and lost its video track", MediaFault::replaced);
     media = std::move(again); // before the file that its decoder read from
     file = std::move(reopened);
     lastTimestamp.reset();

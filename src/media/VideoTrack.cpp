@@ -4,8 +4,10 @@
 #include "media/DisplayMatrix.h"
 #include "media/HdrSideData.h"
 #include "media/InputFile.h"
+#include "media/MediaError.h"
 
 #include <algorithm>
+#include <array>
 
 namespace pointloom::media {
 
@@ -61,6 +63,14 @@ bool isInterlacedOrder(AVFieldOrder order) {
     return order == AV_FIELD_TT || order == AV_FIELD_BB || order == AV_FIELD_TB || order == AV_FIELD_BT;
 }
 
+/// Of one that is not known, the four letters by which the file calls it.
+std::string codecName(const AVCodecParameters& codec) {
+    if (codec.codec_id != AV_CODEC_ID_NONE)
+        return avcodec_get_name(codec.codec_id);
+    std::array<char, AV_FOURCC_MAX_STRING_SIZE> letters{};
+    return av_fourcc_make_string(letters.data(), codec.codec_tag);
+}
+
 }
 
 std::optional<int> findVideoTrack(const AVFormatContext& context) {
@@ -72,6 +82,15 @@ std::optional<int> findVideoTrack(const AVFormatContext& context) {
         }
     }
     return std::nullopt;
+}
+
+void requireDecoders(const AVFormatContext& context) {
+    for (unsigned i = 0; i < context.nb_streams; ++i) {
+        const AVCodecParameters& codec = *context.streams[i]->codecpar;
+        if (codec.codec_type != AVMEDIA_TYPE_VIDEO || canDecode(*context.streams[i]))
+            continue;
+        throw MediaError("there is no decoder for " + codecName(codec), MediaFault::unsupportedCodec);
+    }
 }
 
 VideoTrackInfo describeVideoTrack(AVFormatContext& context, int streamIndex) {

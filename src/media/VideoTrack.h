@@ -13,6 +13,9 @@ namespace pointloom::media {
 /// there is no other.
 std::optional<int> findVideoTrack(const AVFormatContext& context);
 
+/// Throws MediaError when no decoder is known for one of the video tracks.
+void requireDecoders(const AVFormatContext& context);
+
 /// What the container says of the track.
 VideoTrackInfo describeVideoTrack(AVFormatContext& context, int streamIndex);
 

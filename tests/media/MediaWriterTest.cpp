@@ -263,12 +263,14 @@ TEST(MediaWriter, WhatCannotBeWrittenIsSaid) {
     const ClipFolder folder;
     const VideoSettings settings =
         settingsFor(makeBlackFrame(64, 48, plainFormat, {1, 25}), VideoCodec::h264);
+    auto fault = MediaFault::other;
     const auto errorOf = [&](const QString& path) -> std::string {
         try {
             MediaWriter writer = MediaWriter::create(path, settings, false);
             writeFrames(writer, settings, {0, 1, 2, 3}, 1);
             writer.finish();
         } catch (const MediaError& error) {
+            fault = error.fault();
             return error.what();
         }
         return "no error";
@@ -276,6 +278,7 @@ TEST(MediaWriter, WhatCannotBeWrittenIsSaid) {
     EXPECT_THAT(errorOf(folder.path(QStringLiteral("no/such/folder.mp4"))),
                 HasSubstr("No such file or directory"));
     EXPECT_THAT(errorOf(QStringLiteral("/dev/full")), HasSubstr("No space left on device"));
+    EXPECT_EQ(fault, MediaFault::diskFull);
 
     MediaWriter writer = MediaWriter::create(folder.path(QStringLiteral("out.mp4")), settings, false);
     writeFrames(writer, settings, {5}, 1);

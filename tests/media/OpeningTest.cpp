@@ -99,6 +99,33 @@ TEST(Opening, AFileCutAnywhereOpensOrFailsInWords) {
     EXPECT_GT(opened, 0) << "what is there of a cut file should be shown";
 }
 
+TEST(Opening, FaultsAreToldApart) {
+    const ClipFolder folder;
+    const auto errorOf = [](const QString& path) {
+        try {
+            (void)VideoReader::open(path);
+        } catch (const MediaError& error) {
+            return error;
+        }
+        return MediaError("no error");
+    };
+    const auto faultOf = [&](const QString& path) { return errorOf(path).fault(); };
+    const QByteArray clip = simpleClip(folder);
+    EXPECT_EQ(faultOf(folder.path(QStringLiteral("missing.mp4"))), MediaFault::missing);
+    EXPECT_EQ(faultOf(folder.write(QStringLiteral("text.mp4"), "a text")), MediaFault::notAVideo);
+    EXPECT_EQ(faultOf(folder.write(QStringLiteral("cut.mp4"), clip.left(clip.size() / 2))),
+              MediaFault::cutShort);
+    EXPECT_EQ(faultOf(folder.make(QStringLiteral("sound.mp4"), "-f lavfi -i sine=d=1 -c:a aac")),
+              MediaFault::noPicture);
+    QByteArray unknown = clip;
+    for (const auto& [known, name] : {std::pair("avc1", "zzz1"), std::pair("mp4a", "zzz2")}) {
+        unknown.replace(known, name); // first the picture's, then the sound's as well
+        const MediaError error = errorOf(folder.write(QStringLiteral("unknown.mp4"), unknown));
+        EXPECT_EQ(error.fault(), MediaFault::unsupportedCodec);
+        EXPECT_THAT(error.what(), HasSubstr("no decoder for zzz1"));
+    }
+}
+
 TEST(Opening, SoundAloneHasNoVideo) {
     const ClipFolder folder;
     const QString path = folder.make(QStringLiteral("sound.mp4"), "-f lavfi -i sine=d=1 -c:a aac");
