@@ -26,24 +26,6 @@ QString fileName(const QString& path) {
     return path.section(u'/', -1);
 }
 
-// Why the file cannot be opened, as far as that shows without reading it; empty when nothing speaks against
-// it. Anything but a regular file could keep the player waiting for ever.
-QString reasonAgainst(const QString& path) {
-    const std::filesystem::path file(QFile::encodeName(path).toStdString());
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(file, error);
-    if (!std::filesystem::exists(status))
-        return QStringLiteral("there is no such file");
-    if (!std::filesystem::is_regular_file(status))
-        return QStringLiteral("it is not a file");
-    if (std::filesystem::file_size(file, error) == 0)
-        return QStringLiteral("it is empty");
-    QFile readable(path);
-    if (!readable.open(QIODevice::ReadOnly))
-        return readable.errorString();
-    return {};
-}
-
 // Absolute, so that no name can be taken for an option, an address or one of libmpv's own protocols.
 QString absolutePath(const QString& path) {
     std::error_code error;
@@ -60,8 +42,11 @@ Player::Player(Sound sound, QObject* parent)
     // Only that they change; their values are asked for when the answer is sure to be new.
     for (const char* property : {"time-pos", "duration", "video-params"})
         mpv_observe_property(handle(), noReply, property, MPV_FORMAT_NONE);
-    connect(&m_watch, &SourceWatch::lost, this, [this](const QString& reason) {
-        fail(QStringLiteral("“%1” can no longer be played: it %2.").arg(fileName(m_path), reason));
+    connect(&m_watch, &SourceWatch::lost, this, [this](media::MediaFault fault) {
+        const QString reason = fault == media::MediaFault::replaced
+                                   ? QStringLiteral("was changed by another program")
+                                   : QStringLiteral("was moved or deleted");
+        fail(QStringLiteral("“%1” can no longer be played: it %2.").arg(fileName(m_path), reason), fault);
     });
     constexpr std::chrono::seconds patience(10);
     m_patience.setSingleShot(true);
@@ -79,14 +64,16 @@ Player::~Player() {
 void Player::load(const QString& path) {
     closeFile();
     m_path = absolutePath(path);
-    const QString reason = path.isEmpty() ? QStringLiteral("no file is named") : reasonAgainst(m_path);
-    if (!reason.isEmpty()) {
+    const std::optional<PlaybackFault> fault =
+        path.isEmpty() ? PlaybackFault{media::MediaFault::missing, QStringLiteral("no file is named")}
+                       : faultOfFile(m_path);
+    if (fault) {
         // Signals come from the event loop alone.
         QMetaObject::invokeMethod(
             this,
-            [this, reason, generation = m_generation] {
+            [this, fault = *fault, generation = m_generation] {
                 if (generation == m_generation)
-                    refuse(reason);
+                    refuse(fault);
             },
             Qt::QueuedConnection);
         return;
@@ -232,13 +219,13 @@ void Player::closeFile() {
     updateSize();
 }
 
-void Player::refuse(const QString& reason) {
-    fail(QStringLiteral("“%1” cannot be opened: %2.").arg(fileName(m_path), reason));
+void Player::refuse(const PlaybackFault& fault) {
+    fail(QStringLiteral("“%1” cannot be opened: %2.").arg(fileName(m_path), fault.reason), fault.kind);
 }
 
-void Player::fail(const QString& message) {
+void Player::fail(const QString& message, media::MediaFault fault) {
     unload();
-    Q_EMIT failed(message);
+    Q_EMIT failed(message, fault);
 }
 
 void Player::sendJump(Jump jump) {

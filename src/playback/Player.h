@@ -5,6 +5,7 @@
 #pragma once
 
 #include "playback/MpvHandle.h"
+#include "playback/PlaybackFault.h"
 #include "playback/SeekQueue.h"
 #include "playback/SourceWatch.h"
 
@@ -97,8 +98,8 @@ Q_SIGNALS:
     void fileLoaded();
 
     /// The file could not be opened or can no longer be played, and is unloaded; `message` is a sentence for
-    /// a person that names the file and the reason.
-    void failed(const QString& message);
+    /// a person that names the file and the reason, `fault` is for whoever has words of their own.
+    void failed(const QString& message, pointloom::media::MediaFault fault);
 
     /// Playback came to the end of the file by itself and paused at the last frame.
     void endReached();
@@ -137,8 +138,8 @@ private:
 
     void open();
     void closeFile();
-    void refuse(const QString& reason);
-    void fail(const QString& message);
+    void refuse(const PlaybackFault& fault);
+    void fail(const QString& message, media::MediaFault fault);
 
     void step(int frames);
     void sendJump(Jump jump);

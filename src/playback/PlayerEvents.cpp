@@ -18,21 +18,6 @@ constexpr std::uint64_t requestMask = (1u << requestBits) - 1;
 // Frames that start this close to each other are the same one; files round their times.
 constexpr double seekTolerance = 0.001; // seconds
 
-QString describe(int error) {
-    switch (error) {
-    case MPV_ERROR_UNKNOWN_FORMAT:
-        return QStringLiteral("it is not an MP4 or MOV file, or it is damaged");
-    case MPV_ERROR_LOADING_FAILED:
-        return QStringLiteral("it cannot be read");
-    case MPV_ERROR_NOTHING_TO_PLAY:
-        return QStringLiteral("it holds no picture that can be played");
-    case MPV_ERROR_VO_INIT_FAILED:
-        return QStringLiteral("its picture cannot be drawn");
-    default:
-        return QString::fromUtf8(mpv_error_string(error));
-    }
-}
-
 }
 
 // On one of libmpv's threads, which must not call back into it.
@@ -94,7 +79,7 @@ void Player::handleReply(const mpv_event& event) {
         if (const auto entry = playlistEntryIn(event))
             m_entry = *entry;
         else
-            refuse(describe(event.error));
+            refuse(faultOfPlayer(event.error));
         break;
     case Request::Jump:
         if (event.error < 0)
@@ -149,9 +134,9 @@ void Player::handleFileEnd(const mpv_event& event) {
     if (m_entry == 0 || end->playlist_entry_id != m_entry)
         return;
     if (end->reason == MPV_END_FILE_REASON_ERROR)
-        refuse(describe(end->error));
+        refuse(faultOfPlayer(end->error));
     else if (end->reason == MPV_END_FILE_REASON_EOF)
-        refuse(describe(MPV_ERROR_NOTHING_TO_PLAY));
+        refuse(faultOfPlayer(MPV_ERROR_NOTHING_TO_PLAY));
 }
 
 void Player::handlePropertyChange(const mpv_event& event) {
@@ -219,7 +204,7 @@ bool Player::isTooLate(double time) const {
 
 void Player::announceFile(double time) {
     if (m_storedSize.isEmpty()) {
-        refuse(QStringLiteral("it holds no picture that can be played"));
+        refuse(faultOfPlayer(MPV_ERROR_NOTHING_TO_PLAY));
         return;
     }
     m_stage = Stage::Loaded;

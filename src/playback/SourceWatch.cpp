@@ -31,8 +31,7 @@ void SourceWatch::check() {
     if (now == m_identity)
         return;
     stop();
-    Q_EMIT lost(now ? QStringLiteral("was changed by another program")
-                    : QStringLiteral("was moved or deleted"));
+    Q_EMIT lost(now ? media::MediaFault::replaced : media::MediaFault::missing);
 }
 
 std::optional<SourceWatch::Identity> SourceWatch::identify(const QString& path) {

@@ -1,6 +1,8 @@
 // Notices that an open file was deleted, moved, replaced or changed in length.
 #pragma once
 
+#include "media/MediaError.h"
+
 #include <optional>
 #include <QFileSystemWatcher>
 #include <QObject>
@@ -20,8 +22,8 @@ public:
     void stop();
 
 Q_SIGNALS:
-    /// Once for a file; `reason` is the end of a sentence whose subject is the file.
-    void lost(const QString& reason);
+    /// Once for a file: `missing` when it was deleted or moved, `replaced` otherwise.
+    void lost(pointloom::media::MediaFault fault);
 
 private:
     struct Identity {

@@ -53,6 +53,7 @@ TEST_F(PlayerFailureTest, OtherKindsOfVideoAreRefused) {
 TEST_F(PlayerFailureTest, SoundAloneIsRefused) {
     const QString sound = folder.make(QStringLiteral("sound.m4a"), "-f lavfi -i sine=duration=1");
     EXPECT_THAT(failureOf(sound), HasSubstr("it holds no picture"));
+    EXPECT_EQ(watched.lastFault, media::MediaFault::noPicture);
 }
 
 TEST_F(PlayerFailureTest, AFileCutOffAnywhereFailsOrPlaysButNeverHangs) {
@@ -100,14 +101,17 @@ TEST_F(PlayerFailureTest, AFileThatChangesWhileOpenIsGivenUpWithAMessage) {
         const char* what;
         std::function<void()> change;
         const char* reason;
+        media::MediaFault fault;
     };
+    using media::MediaFault;
     const Case cases[] = {
-        {"deleted", [&] { QFile::remove(open); }, "was moved or deleted"},
-        {"moved", [&] { QFile::rename(open, open + QStringLiteral(".away")); }, "was moved or deleted"},
-        {"cut", [&] { QFile::resize(open, 2000); }, "was changed by another program"},
+        {"deleted", [&] { QFile::remove(open); }, "was moved or deleted", MediaFault::missing},
+        {"moved", [&] { QFile::rename(open, open + QStringLiteral(".away")); }, "was moved or deleted",
+         MediaFault::missing},
+        {"cut", [&] { QFile::resize(open, 2000); }, "was changed by another program", MediaFault::replaced},
         {"replaced",
          [&] { ::rename(QFile::encodeName(other).constData(), QFile::encodeName(open).constData()); },
-         "was changed by another program"},
+         "was changed by another program", MediaFault::replaced},
     };
     for (const Case& one : cases) {
         SCOPED_TRACE(one.what);
@@ -120,6 +124,7 @@ TEST_F(PlayerFailureTest, AFileThatChangesWhileOpenIsGivenUpWithAMessage) {
         ASSERT_TRUE(Watched::waitFor([this] { return !watched.failures.isEmpty(); }));
         EXPECT_EQ(watched.failures.join(u'|').toStdString(),
                   std::string("“open.mp4” can no longer be played: it ") + one.reason + ".");
+        EXPECT_EQ(watched.lastFault, one.fault);
         EXPECT_FALSE(watched.player.isLoaded());
         EXPECT_FALSE(watched.player.isPlaying());
     }

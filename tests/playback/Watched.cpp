@@ -14,7 +14,10 @@ Watched::Watched(PlayerView::Rendering rendering, QSize size)
     QObject::connect(&player, &Player::fileLoaded, &view, [this] { ++loads; });
     QObject::connect(&player, &Player::endReached, &view, [this] { ++ends; });
     QObject::connect(&player, &Player::failed, &view,
-                     [this](const QString& message) { failures << message; });
+                     [this](const QString& message, media::MediaFault fault) {
+                         failures << message;
+                         lastFault = fault;
+                     });
     QObject::connect(&player, &Player::timeChanged, &view,
                      [this](double seconds) { times.push_back(seconds); });
     QObject::connect(&player, &Player::seeked, &view, [this](double seconds) { seeks.push_back(seconds); });

@@ -21,6 +21,7 @@ public:
     int loads = 0;
     int ends = 0;
     QStringList failures;
+    media::MediaFault lastFault = media::MediaFault::other;
     std::vector<double> times;
     std::vector<double> seeks;
 
