@@ -123,9 +123,11 @@ bool writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer
         sound.writeUntil(time + soundAhead);
     }
     if (!wroteAny && frames.damage().secondsMissing > 0)
-        throw ExportError::exportFailed(QStringLiteral("the video is cut short before the trim range starts"));
+        throw ExportError::exportFailed(QStringLiteral("the video is cut short before the trim range starts"),
+                                        media::MediaFault::nothingInRange);
     if (!wroteAny)
-        throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));
+        throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"),
+                                        media::MediaFault::nothingInRange);
     sound.writeRest();
     return !(isCancelled && isCancelled());
 }
@@ -232,7 +234,7 @@ QImage ExportManager::renderStill(const ExportJob& job, double time) {
             frame = converter.pull();
         }
         if (!frame)
-            throw MediaError("there is no picture at that time");
+            throw MediaError("there is no picture at that time", media::MediaFault::nothingInRange);
         frame->makeWritable();
         FrameOverlay(job.overlay, plan.layout, plan.frameFormat).drawInto(*frame, frame->time());
         return uprightImage(media::toRgb(*frame), plan.layout);

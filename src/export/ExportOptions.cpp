@@ -38,11 +38,11 @@ QString displayName(WatermarkCorner corner) {
 }
 
 ExportError ExportError::noVideoTrack() {
-    return ExportError("The video file has no video track.");
+    return {"The video file has no video track.", media::MediaFault::noPicture};
 }
 
-ExportError ExportError::exportFailed(const QString& message) {
-    return ExportError("Export failed: " + message.toStdString());
+ExportError ExportError::exportFailed(const QString& message, media::MediaFault fault) {
+    return {"Export failed: " + message.toStdString(), fault};
 }
 
 QString defaultOutputPath(ExportFormat format, const QDateTime& now) {

@@ -1,6 +1,7 @@
 // The choices of one export: size, codec, watermark corner; its errors; the name of its file.
 #pragma once
 
+#include "media/MediaError.h"
 #include "json/RawValues.h"
 
 #include <optional>
@@ -60,10 +61,17 @@ class ExportError : public std::runtime_error {
 public:
     static ExportError noVideoTrack();
     /// "Export failed: " and the message.
-    static ExportError exportFailed(const QString& message);
+    static ExportError exportFailed(const QString& message,
+                                    media::MediaFault fault = media::MediaFault::other);
+
+    media::MediaFault fault() const { return m_fault; }
 
 private:
-    using std::runtime_error::runtime_error;
+    ExportError(const std::string& message, media::MediaFault fault)
+        : std::runtime_error(message)
+        , m_fault(fault) {}
+
+    media::MediaFault m_fault;
 };
 
 /// Thrown by an export that was cancelled; not an error of the export.

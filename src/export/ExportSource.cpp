@@ -8,8 +8,9 @@
 
 namespace pointloom {
 
-ExportError ExportSource::failure(const char* what, const std::exception& reason) {
-    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()));
+ExportError ExportSource::failure(const char* what, const media::MediaError& reason) {
+    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()),
+                                     reason.fault());
 }
 
 media::VideoReader ExportSource::open(const QString& path) {
@@ -44,7 +45,8 @@ void ExportSource::requireRange(const ExportJob& job, double videoDuration) {
     if (job.trimStart > 0 && videoDuration > 0 && job.trimStart >= videoDuration) {
         throw ExportError::exportFailed(
             QStringLiteral("the trim range starts (%1 s) after the end of the video (%2 s)")
-                .arg(text(job.trimStart), text(videoDuration)));
+                .arg(text(job.trimStart), text(videoDuration)),
+            media::MediaFault::nothingInRange);
     }
 }
 

@@ -8,7 +8,7 @@
 namespace pointloom::ExportSource {
 
 /// An error of the export from one of a room below; `what` ends with a colon and a blank.
-ExportError failure(const char* what, const std::exception& reason);
+ExportError failure(const char* what, const media::MediaError& reason);
 
 /// Throws ExportError.
 media::VideoReader open(const QString& path);

@@ -1,24 +1,12 @@
 #include "ui/common/VideoImport.h"
 
-#include "l10n/Format.h"
-#include "media/MediaError.h"
 #include "media/VideoReader.h"
+#include "ui/common/FaultWords.h"
 
 #include <cmath>
 #include <QFileInfo>
 
 namespace pointloom {
-
-namespace {
-
-constexpr UiText withoutPictureText{
-    "%@ has no video track.",         "%@ ne contient pas de piste vidéo.",
-    "%@ no tiene pista de vídeo.",    "%@ non contiene una traccia video.",
-    "%@ enthält keine Videospur.",    "%@ har inget videospår.",
-    "%@ não tem uma pista de vídeo.",
-};
-
-}
 
 VideoImport::VideoImport(const UiContext& context, QObject* parent)
     : QObject(parent)
@@ -34,11 +22,11 @@ void VideoImport::start(const QString& path) {
 VideoImport::Outcome VideoImport::read(const QString& path) {
     try {
         const auto reader = media::VideoReader::open(path);
-        return {Outcome::Kind::readable, reader.info().duration, reader.track().uprightSize(), {}};
-    } catch (const media::NoVideoTrackError&) {
-        return {Outcome::Kind::withoutPicture, 0, {}, {}};
+        return {true, reader.info().duration, reader.track().uprightSize(), {}, {}};
+    } catch (const media::MediaError& error) {
+        return {false, 0, {}, error.fault(), QString::fromUtf8(error.what())};
     } catch (const std::exception& error) {
-        return {Outcome::Kind::unreadable, 0, {}, QString::fromUtf8(error.what())};
+        return {false, 0, {}, media::MediaFault::other, QString::fromUtf8(error.what())};
     }
 }
 
@@ -53,15 +41,8 @@ void VideoImport::finish(const QString& path, const Outcome& outcome) {
 
 std::optional<QString> VideoImport::complaint(const QString& path, const Outcome& outcome) const {
     const QString name = QFileInfo(path).fileName();
-    switch (outcome.kind) {
-    case Outcome::Kind::withoutPicture:
-        return format(m_context.text(withoutPictureText), name);
-    case Outcome::Kind::unreadable:
-        return format(m_context.text(L10nKey::couldNotReadFile),
-                      name + QStringLiteral(": ") + outcome.reason);
-    case Outcome::Kind::readable:
-        break;
-    }
+    if (!outcome.isReadable)
+        return faultWords(outcome.fault, name, outcome.reason, m_context.state.language).lines();
     if (!std::isfinite(outcome.duration) || outcome.duration <= 0)
         return name + QStringLiteral(": ") + m_context.text(L10nKey::couldNotReadDuration);
     if (outcome.uprightSize.isEmpty())

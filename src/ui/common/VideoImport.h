@@ -1,6 +1,7 @@
 // Brings a video file into the session, from wherever it was chosen: a dialog, a drop, an argument.
 #pragma once
 
+#include "media/MediaError.h"
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
 
@@ -27,16 +28,16 @@ public:
 
 Q_SIGNALS:
     void imported();
-    void failed(const QString& message); // in the session's language, names the file
+    /// In the session's language, names the file; a second line may hold what the reader itself says.
+    void failed(const QString& message);
 
 private:
     struct Outcome {
-        enum class Kind { readable, unreadable, withoutPicture };
-
-        Kind kind = Kind::unreadable;
+        bool isReadable = false;
         double duration = 0; // seconds
         QSize uprightSize;
-        QString reason; // why it is unreadable
+        media::MediaFault fault = media::MediaFault::other; // why it is unreadable
+        QString reason;
     };
 
     static Outcome read(const QString& path);

@@ -60,8 +60,8 @@ Q_SIGNALS:
     /// A video was asked for: what was said of an earlier one no longer holds.
     void opening();
     void loaded();
-    /// `message` is a sentence for a person.
-    void failed(const QString& message);
+    /// The session's video cannot be played; `message` is the player's own sentence.
+    void failed(const QString& message, pointloom::media::MediaFault fault);
     void unavailable(const QString& reason);
     void soundChanged();
     void speedChanged(double speed);

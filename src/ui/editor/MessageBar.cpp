@@ -15,15 +15,22 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     : QFrame(parent)
     , m_icon(new QLabel(this))
     , m_message(Controls::label(Controls::TextRole::body, this))
+    , m_detail(Controls::label(Controls::TextRole::quiet, this))
     , m_firstAction(Controls::button(Controls::ButtonKind::normal, this))
     , m_secondAction(Controls::button(Controls::ButtonKind::plain, this))
     , m_close(Controls::iconButton(QStringLiteral("close"), this)) {
-    m_message->setWordWrap(true);
-    m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(2);
+    for (QLabel* label : {m_message, m_detail}) {
+        label->setWordWrap(true);
+        label->setTextFormat(Qt::PlainText);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        words->addWidget(label);
+    }
     auto* head = new QHBoxLayout;
     head->setSpacing(Space::s);
     head->addWidget(m_icon, 0, Qt::AlignTop);
-    head->addWidget(m_message, 1);
+    head->addLayout(words, 1);
     head->addWidget(m_close, 0, Qt::AlignTop);
     auto* actions = new QHBoxLayout;
     actions->setSpacing(Space::s);
@@ -53,9 +60,11 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     hide();
 }
 
-void MessageBar::showMessage(const QString& message, const QString& firstAction,
+void MessageBar::showMessage(const QString& message, const QString& detail, const QString& firstAction,
                              const QString& secondAction) {
     m_message->setText(message);
+    m_detail->setText(detail);
+    m_detail->setVisible(!detail.isEmpty());
     m_firstAction->setText(firstAction);
     m_firstAction->setVisible(!firstAction.isEmpty());
     m_secondAction->setText(secondAction);

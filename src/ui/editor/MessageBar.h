@@ -18,8 +18,8 @@ public:
     /// Hidden until it has something to say.
     explicit MessageBar(const UiContext& context, QWidget* parent = nullptr);
 
-    /// Two actions at most; an empty text leaves the button out.
-    void showMessage(const QString& message, const QString& firstAction = {},
+    /// `detail` stands below in quiet letters. Two actions at most; an empty text leaves its part out.
+    void showMessage(const QString& message, const QString& detail = {}, const QString& firstAction = {},
                      const QString& secondAction = {});
     QString message() const { return m_message->text(); }
 
@@ -33,6 +33,7 @@ protected:
 private:
     QLabel* m_icon;
     QLabel* m_message;
+    QLabel* m_detail;
     QPushButton* m_firstAction;
     QPushButton* m_secondAction;
     QToolButton* m_close;

@@ -1,8 +1,8 @@
 #include "ui/editor/PictureStage.h"
 
-#include "l10n/Format.h"
 #include "playback/PictureFit.h"
 #include "playback/PlaybackError.h"
+#include "ui/common/FaultWords.h"
 #include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -90,11 +90,14 @@ void PictureStage::showPlayer(playback::Player& player) {
 }
 
 // A view that has lost its file would go on showing the last picture of it.
-void PictureStage::showFailure(const QString& message) {
+void PictureStage::showFailure(const QString& message, media::MediaFault fault) {
     hostOverlay(this);
     if (m_view)
         m_view->hide();
-    m_messages->showMessage(message, m_context.text(EditorTexts::importAgain),
+    const auto& url = m_context.state.videoURL.value();
+    const FaultWords words =
+        faultWords(fault, url ? url->fileName() : QString(), message, m_context.state.language);
+    m_messages->showMessage(words.sentence, words.detail, m_context.text(EditorTexts::importAgain),
                             m_context.text(L10nKey::retry));
     place();
 }
@@ -104,7 +107,7 @@ void PictureStage::showUnavailable(const QString& reason) {
     m_view.reset();
     showWhatThereIs();
     m_messages->raise();
-    m_messages->showMessage(format(m_context.text(EditorTexts::noPicture), reason));
+    m_messages->showMessage(m_context.text(EditorTexts::noPicture), reason);
     place();
 }
 

@@ -31,7 +31,7 @@ protected:
 private:
     QWidget* makeEmptyState();
     void showPlayer(playback::Player& player);
-    void showFailure(const QString& message);
+    void showFailure(const QString& message, media::MediaFault fault);
     void showUnavailable(const QString& reason);
     void showWhatThereIs();
     void hostOverlay(QWidget* host);

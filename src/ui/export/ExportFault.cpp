@@ -1,5 +1,6 @@
 #include "ui/export/ExportFault.h"
 
+#include "ui/common/FaultWords.h"
 #include "ui/export/ExportTexts.h"
 
 #include <optional>
@@ -12,16 +13,31 @@ namespace {
 
 constexpr std::int64_t hardlyAnything = 4'000'000; // bytes; a disk with less counts as full
 
-std::optional<QString> faultOfFolder(const QString& outputPath, Language language) {
-    const QFileInfo folder(QFileInfo(outputPath).absolutePath());
+std::optional<QString> faultOfOutput(const ExportJob& job, Language language) {
+    const QFileInfo output(job.outputPath);
+    if (output.canonicalFilePath() == QFileInfo(job.videoPath).canonicalFilePath())
+        return t(language, ExportTexts::replacesVideo);
+    const QFileInfo folder(output.absolutePath());
     if (!folder.isDir())
         return t(language, ExportTexts::folderMissing).arg(folder.filePath());
     if (!folder.isWritable())
         return t(language, ExportTexts::folderUnwritable).arg(folder.filePath());
     const QStorageInfo disk(folder.filePath());
     if (disk.isValid() && disk.bytesAvailable() < hardlyAnything)
-        return t(language, ExportTexts::diskFull);
+        return faultWords(media::MediaFault::diskFull, {}, {}, language).sentence;
     return std::nullopt;
+}
+
+// Reading and writing fail for want of a file or a permission alike: of the new file, then, when the video
+// can be read.
+QString wordsFor(media::MediaFault fault, const ExportJob& job, const QString& reason, Language language) {
+    using media::MediaFault;
+    if (fault == MediaFault::other)
+        return reason;
+    const QFileInfo video(job.videoPath);
+    const bool mayBeOutput = fault == MediaFault::missing || fault == MediaFault::noPermission;
+    const QFileInfo file = mayBeOutput && video.isReadable() ? QFileInfo(job.outputPath) : video;
+    return faultWords(fault, file.fileName(), reason, language).lines();
 }
 
 // Screens have said already that it failed.
@@ -36,8 +52,11 @@ QString reasonOf(const std::exception& error, const ExportJob& job, bool writes,
     const QFileInfo video(job.videoPath);
     if (!video.exists())
         return t(language, ExportTexts::videoMissing).arg(video.fileName());
-    const auto fault = writes ? faultOfFolder(job.outputPath, language) : std::nullopt;
-    return fault.value_or(withoutPrefix(QString::fromUtf8(error.what())));
+    if (const auto fault = writes ? faultOfOutput(job, language) : std::nullopt)
+        return *fault;
+    const QString reason = withoutPrefix(QString::fromUtf8(error.what()));
+    const auto* exportError = dynamic_cast<const ExportError*>(&error);
+    return exportError ? wordsFor(exportError->fault(), job, reason, language) : reason;
 }
 
 }

@@ -8,9 +8,9 @@
 
 namespace pointloom {
 
-/// The usual reasons (a video, a folder or the room on the disk that is not there) in `language`, what the
-/// exporter says for the rest. `writes` is false for a frame, which needs no folder. Looks at the disk: for
-/// a worker thread.
+/// The usual reasons (a video, a folder or the room on the disk that is not there, a damaged video) in
+/// `language`, followed by what the exporter says where that tells more; the latter alone for the rest.
+/// `writes` is false for a frame, which needs no folder. Looks at the disk: for a worker thread.
 QString reasonOf(const std::exception& error, const ExportJob& job, bool writes, Language language);
 
 }

@@ -75,9 +75,10 @@ TEST_F(PictureTest, AVideoThatVanishesIsNamedAndThePlayheadStays) {
 }
 
 TEST_F(PictureTest, WhatIsNoVideoIsSaid) {
+    state.language = Language::german;
     openEditor();
     state.videoURL = QUrl::fromLocalFile(folder.write(QStringLiteral("notes.mp4"), "nothing to see"));
-    EXPECT_TRUE(shows(QStringLiteral("notes.mp4")));
+    EXPECT_TRUE(shows(QStringLiteral("notes.mp4 ist kein MP4- oder MOV-Video oder beschädigt.")));
 }
 
 TEST_F(PictureTest, TheScoreboardLooksAsTheExportDrawsIt) {

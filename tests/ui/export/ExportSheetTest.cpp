@@ -189,6 +189,29 @@ TEST(ExportSheet, AVanishedVideoIsNamedAndRetryWorksOnceItIsBack) {
     EXPECT_TRUE(waitForStage(open, Stage::done)) << open.detail().toStdString();
 }
 
+TEST(ExportSheet, WhyAnExportFailedIsToldInThePersonsLanguage) {
+    OpenSheet open;
+    open.state.language = Language::german;
+    const QString clip = open.state.videoURL.value()->toLocalFile();
+    settledStill(open.sheet, {640, 360});
+    const QByteArray whole = test::readFile(clip);
+    open.clips.write(QStringLiteral("clip.mp4"), "nothing to see");
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::error));
+    EXPECT_EQ(open.detail(), QStringLiteral("clip.mp4 ist kein MP4- oder MOV-Video oder beschädigt."));
+
+    open.clips.write(QStringLiteral("clip.mp4"), whole);
+    click(open.sheet, "changeOptions");
+    open.dialogs.fileToSave = clip;
+    open.dialogs.confirms = true;
+    click(open.sheet, "changeDestination");
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::error));
+    EXPECT_EQ(open.detail(),
+              QStringLiteral("Der Export würde das Spielvideo ersetzen. Wähle einen anderen Namen."));
+    EXPECT_EQ(test::readFile(clip), whole);
+}
+
 TEST(ExportSheet, WhatACutVideoHasLostStandsBelowTheResult) {
     OpenSheet open;
     const QByteArray whole = test::readFile(open.clips.make(

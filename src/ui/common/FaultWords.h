@@ -1,0 +1,24 @@
+// Why a video cannot be used, in a person's own language.
+#pragma once
+
+#include "l10n/Language.h"
+#include "media/MediaError.h"
+
+#include <QString>
+
+namespace pointloom {
+
+struct FaultWords {
+    QString sentence;
+    QString detail; // the reason as the program found it, in English; empty where the sentence says it all
+
+    /// Both, a line each.
+    QString lines() const { return detail.isEmpty() ? sentence : sentence + u'\n' + detail; }
+};
+
+/// `fileName` is named in the sentence, except by that of a full disk. `reason` is what the error itself
+/// says.
+FaultWords faultWords(media::MediaFault fault, const QString& fileName, const QString& reason,
+                      Language language);
+
+}
