@@ -42,6 +42,8 @@ Player::Player(Sound sound, QObject* parent)
     // Only that they change; their values are asked for when the answer is sure to be new.
     for (const char* property : {"time-pos", "duration", "video-params"})
         mpv_observe_property(handle(), noReply, property, MPV_FORMAT_NONE);
+    if (sound == Sound::Device)
+        mpv_observe_property(handle(), noReply, "current-ao", MPV_FORMAT_STRING);
     connect(&m_watch, &SourceWatch::lost, this, [this](media::MediaFault fault) {
         const QString reason = fault == media::MediaFault::replaced
                                    ? QStringLiteral("was changed by another program")
@@ -288,6 +290,11 @@ void Player::setDuration(double seconds) {
         return;
     m_duration = seconds;
     Q_EMIT durationChanged(seconds);
+}
+
+void Player::setHasSoundDevice(bool isThere) {
+    if (std::exchange(m_hasSoundDevice, isThere) != isThere)
+        Q_EMIT soundDeviceChanged(isThere);
 }
 
 void Player::setPlaying(bool playing) {

@@ -83,6 +83,9 @@ public:
     void setMuted(bool muted);
     bool isMuted() const { return m_muted; }
 
+    /// False when a file with sound is open and the desktop has nothing to play it on.
+    bool hasSoundDevice() const { return m_hasSoundDevice; }
+
     /// Off at first. On, decoders known to be sound are tried, and the processor takes over where there are
     /// none.
     void setHardwareDecoding(bool enabled);
@@ -93,6 +96,7 @@ Q_SIGNALS:
     void durationChanged(double seconds);
     void playingChanged(bool playing);
     void sizeChanged(QSize size);
+    void soundDeviceChanged(bool isThere);
 
     /// The first frame can be shown; time, duration and size are known.
     void fileLoaded();
@@ -168,6 +172,7 @@ private:
     void setTime(double seconds);
     void setDuration(double seconds);
     void setPlaying(bool playing);
+    void setHasSoundDevice(bool isThere);
 
     MpvHandle m_handle;
     std::atomic<bool> m_wakeupPosted = false;
@@ -194,6 +199,7 @@ private:
     bool m_timeRequested = false;
     bool m_playing = false;
     bool m_muted = false;
+    bool m_hasSoundDevice = true;
     bool m_hardwareDecoding = false;
     double m_time = 0;
     double m_duration = 0;

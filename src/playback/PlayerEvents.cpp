@@ -145,6 +145,11 @@ void Player::handlePropertyChange(const mpv_event& event) {
     if (name == "eof-reached" && property->format == MPV_FORMAT_FLAG) {
         m_endIsReported = *static_cast<const int*>(property->data) != 0;
         handleEndOfFile();
+    } else if (name == "current-ao") {
+        // Absent where there is no sound to play.
+        const bool isNowhere = property->format == MPV_FORMAT_STRING &&
+                               std::string_view(*static_cast<char**>(property->data)) == "null";
+        setHasSoundDevice(!isNowhere);
     } else if (m_stage != Stage::Loaded) {
         return;
     } else if (name == "time-pos" && !m_queue.busy() && !m_timeRequested) {

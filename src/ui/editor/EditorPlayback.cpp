@@ -106,6 +106,7 @@ void EditorPlayback::followPlayer() {
         Q_EMIT loaded();
     });
     connect(player, &Player::failed, this, &EditorPlayback::failed);
+    connect(player, &Player::soundDeviceChanged, this, &EditorPlayback::soundChanged);
 }
 
 void EditorPlayback::publishTime() {

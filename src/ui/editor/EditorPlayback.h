@@ -52,6 +52,8 @@ public:
     double volume() const { return m_volume; }
     void setMuted(bool muted);
     bool isMuted() const { return m_isMuted; }
+    /// False when there is sound and nothing to play it on.
+    bool hasSoundDevice() const { return !m_player || m_player->hasSoundDevice(); }
     void setHardwareDecoding(bool enabled);
 
 Q_SIGNALS:

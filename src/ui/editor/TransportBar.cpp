@@ -144,8 +144,12 @@ void TransportBar::showTime() {
 }
 
 void TransportBar::showSound() {
-    const bool silent = m_playback.isMuted() || m_playback.volume() <= 0;
-    const QString text = m_context.text(m_playback.isMuted() ? EditorTexts::unmute : EditorTexts::mute);
+    const bool hasDevice = m_playback.hasSoundDevice();
+    const bool silent = !hasDevice || m_playback.isMuted() || m_playback.volume() <= 0;
+    const UiText& action = m_playback.isMuted() ? EditorTexts::unmute : EditorTexts::mute;
+    const QString text = m_context.text(hasDevice ? action : EditorTexts::noSoundDevice);
+    m_mute->setEnabled(hasDevice);
+    m_volume->setEnabled(hasDevice);
     m_mute->setIcon(Icons::icon(silent ? QStringLiteral("volume-off") : QStringLiteral("volume")));
     m_mute->setAccessibleName(text);
     m_mute->setToolTip(text);
