@@ -3,6 +3,7 @@
 #include "app/AppCommands.h"
 #include "persistence/FileError.h"
 #include "persistence/UserDefaults.h"
+#include "ui/common/ScreenRoom.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -48,7 +49,7 @@ MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, Comman
 }
 
 void MainWindow::restorePlace() {
-    resize(firstSize);
+    resize(firstSize.boundedTo(screenRoom(*this)));
     try {
         if (const auto place = m_context.defaults.data(placeKey))
             restoreGeometry(*place);

@@ -2,6 +2,7 @@
 #include "app/FirstLanguage.h"
 #include "app/Shell.h"
 #include "support/Sessions.h"
+#include "ui/common/ScreenRoom.h"
 
 #include <QDialog>
 #include <QDropEvent>
@@ -125,8 +126,11 @@ TEST_F(WindowTest, ClosingAsksOnlyWhileAnExportRuns) {
     EXPECT_TRUE(dialogs.shown.isEmpty());
 }
 
+TEST_F(WindowTest, TheFirstSizeFitsTheScreen) {
+    EXPECT_EQ(window->size(), QSize(900, 640).boundedTo(screenRoom(*window)));
+}
+
 TEST_F(WindowTest, TheNextStartHasTheSessionAndTheSizeOfTheLast) {
-    EXPECT_EQ(window->size(), QSize(900, 640));
     configure();
     window->resize(1000, 700);
     window->close();
