@@ -16,6 +16,7 @@ namespace pointloom {
 namespace {
 
 constexpr int pageHeight = 38; // lines of text
+constexpr int leastHeight = 5; // lines; with more, a low screen shows a second scroll bar around this one
 
 constexpr UiText shortcutsTitle{"Keyboard", "Clavier",     "Teclado", "Tastiera",
                                 "Tastatur", "Tangentbord", "Teclado"};
@@ -38,7 +39,7 @@ HelpDialog::HelpDialog(const UiContext& context, QWidget* parent)
     auto* area = new QScrollArea(this);
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setMinimumHeight(fontMetrics().lineSpacing() * pageHeight / 2);
+    area->setMinimumHeight(fontMetrics().lineSpacing() * leastHeight);
     area->setWidget(makePage());
     body().addWidget(area);
     QPushButton* sample = Controls::button(Controls::ButtonKind::normal, this);
