@@ -36,7 +36,7 @@ std::string x265Parameters(const VideoSettings& settings) {
     if (settings.lossless)
         parameters += ":lossless=1";
     if (settings.isHdr())
-        parameters += x265Parameters(settings.hdr);
+        parameters += x265HdrParameters(settings.hdr);
     return parameters;
 }
 

@@ -119,7 +119,7 @@ void writeHdrMetadata(AVStream& stream, const HdrMetadata& metadata) {
     }
 }
 
-std::string x265Parameters(const HdrMetadata& metadata) {
+std::string x265HdrParameters(const HdrMetadata& metadata) {
     std::string text;
     if (const auto& display = metadata.display)
         text += ":master-display=" + pairText("G", display->primaries[1].x, display->primaries[1].y) +

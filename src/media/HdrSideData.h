@@ -18,7 +18,7 @@ void completeHdrMetadata(AVFrame& picture, const AVStream& stream);
 void writeHdrMetadata(AVStream& stream, const HdrMetadata& metadata);
 
 /// Parameters by which x265 writes it into its pictures, each behind a colon; empty for none.
-std::string x265Parameters(const HdrMetadata& metadata);
+std::string x265HdrParameters(const HdrMetadata& metadata);
 
 /// Takes away what is measured or graded for each picture alone (HDR10+, Dolby Vision): it describes pictures
 /// without an overlay. In pictures that are not HDR, what HdrMetadata holds goes too.
