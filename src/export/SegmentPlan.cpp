@@ -5,12 +5,12 @@
 #include "media/AudioReader.h"
 #include "media/MediaError.h"
 #include "json/JsonDocument.h"
+#include "json/WholeFile.h"
 
 #include <algorithm>
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace pointloom {
 
@@ -169,8 +169,8 @@ SegmentPlan SegmentPlan::load(const QString& path, const QString& program) {
 
 void SegmentPlan::save(const QString& path) const {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(json::prettySorted(json::encode(*this))) < 0 ||
-        !file.commit())
+    if (!file.open(QIODevice::WriteOnly) ||
+        !json::commitWhole(file, json::prettySorted(json::encode(*this))))
         fail(path, "cannot be written: " + file.errorString().toStdString());
 }
 

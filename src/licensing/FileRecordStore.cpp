@@ -1,11 +1,11 @@
 #include "licensing/FileRecordStore.h"
 
 #include "licensing/LicenceError.h"
+#include "json/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace pointloom {
@@ -40,7 +40,7 @@ void FileRecordStore::save(const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(m_path).path());
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
-        file.write(bytes) != bytes.size() || !file.commit())
+        !json::commitWhole(file, bytes))
         fail(m_path, file.errorString());
 }
 

@@ -3,12 +3,12 @@
 #include "licensing/KeychainRecordStore.h"
 #include "licensing/MachineFingerprint.h"
 #include "json/JsonDocument.h"
+#include "json/WholeFile.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSysInfo>
 
 namespace pointloom {
@@ -139,7 +139,7 @@ std::optional<LicenceError> LicenceManager::renewIfDue(const StopQuery& isStoppi
 void LicenceManager::writeRequest(const QString& keyText, const QString& path) {
     const QByteArray bytes = requestFor(LicenceKey::parse(keyText)).toJson();
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || !json::commitWhole(file, bytes))
         fail(LicenceFault::file,
              QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(path).fileName(), file.errorString()));
 }

@@ -1,10 +1,10 @@
 #include "persistence/DocumentFile.h"
 
 #include "persistence/DocumentError.h"
+#include "json/WholeFile.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace pointloom {
 
@@ -21,19 +21,6 @@ void requireRegularFile(const QString& path, const QFileInfo& info) {
         throw DocumentError(path, QStringLiteral("is a folder, not a file"));
     if (!info.isFile())
         throw DocumentError(path, QStringLiteral("is not a regular file"));
-}
-
-// A disk that fills up takes a part and gives its reason only when asked for the rest; a commit no longer
-// knows why a write failed.
-bool writeAll(QSaveFile& file, const QByteArray& content) {
-    qint64 done = 0;
-    while (done < content.size()) {
-        const qint64 written = file.write(content.constData() + done, content.size() - done);
-        if (written <= 0)
-            return false;
-        done += written;
-    }
-    return file.flush();
 }
 
 }
@@ -64,7 +51,7 @@ void writeDocument(const QString& path, const QByteArray& content) {
         requireRegularFile(path, info);
 
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, content) || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || !json::commitWhole(file, content))
         throw DocumentError(path, asReason(file.errorString()));
 }
 

@@ -6,11 +6,13 @@
 #include "json/JsonDocument.h"
 
 #include <algorithm>
+#include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <sys/resource.h>
 
 namespace pointloom {
 
@@ -318,6 +320,21 @@ TEST_F(Segments, ABadPlanIsRefusedInWords) {
     EXPECT_NE(errorWith("\"version\": 2", "\"version\": 9").find("form 9"), std::string::npos);
     EXPECT_NE(errorWith("1.2.3", "1.2.2").find("version 1.2.2"), std::string::npos);
     EXPECT_NE(errorWith("{", "[").find("match.json: "), std::string::npos);
+}
+
+TEST_F(Segments, APlanThatHasNoRoomSaysWhyAndLeavesTheOneBeforeIt) {
+    SegmentPlan().save(planPath());
+    const QByteArray before = test::readFile(planPath());
+    const auto usualEnd = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit usual{};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    const rlimit none{0, usual.rlim_max}; // bytes a file may have
+    setrlimit(RLIMIT_FSIZE, &none);
+    const QString error = errorOf([&] { SegmentPlan().save(planPath()); });
+    setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, usualEnd);
+    EXPECT_TRUE(error.endsWith(QStringLiteral("cannot be written: File too large"))) << error.toStdString();
+    EXPECT_EQ(test::readFile(planPath()), before);
 }
 
 }
