@@ -30,12 +30,11 @@ private:
 
 PlanCommand::PlanCommand(CLI::App& subcommand)
     : Command(subcommand) {
-    constexpr int mostSegments = 1000;
     addProjectArgument(app(), m_project);
     app()
         .add_option("--segments", m_segments, "How many, at most")
         ->type_name("NUMBER")
-        ->check(CLI::Range(1, mostSegments))
+        ->check(CLI::Range(1, SegmentPlan::mostSegments))
         ->required();
     addOutputOption(app(), m_plan, planFile, "The plan to write");
     addFileOption(app(), "--to", m_output, videoFile,

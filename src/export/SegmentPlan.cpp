@@ -17,7 +17,6 @@ namespace pointloom {
 namespace {
 
 constexpr std::int64_t formVersion = 2;
-constexpr std::size_t mostSegments = 1000;
 
 [[noreturn]] void fail(const QString& path, const std::string& reason) {
     throw PlanError(path.toStdString() + ": " + reason);
@@ -112,8 +111,8 @@ SegmentPlan parse(const QString& path) {
 }
 
 void requireWholeChain(const SegmentPlan& plan, const QString& path) {
-    if (plan.segments.empty() || plan.segments.size() > mostSegments)
-        fail(path, "segments: expected 1 to " + std::to_string(mostSegments));
+    if (plan.segments.empty() || plan.count() > SegmentPlan::mostSegments)
+        fail(path, "segments: expected 1 to " + std::to_string(SegmentPlan::mostSegments));
     if (plan.ticksPerSecond < 1 || plan.ticksPerSecond > std::numeric_limits<int>::max())
         fail(path, "ticksPerSecond: out of range");
     for (std::size_t i = 0; i < plan.segments.size(); ++i) {

@@ -29,6 +29,8 @@ struct PlannedSegment {
 };
 
 struct SegmentPlan {
+    static constexpr int mostSegments = 1000;
+
     std::int64_t version = 2;
     QString program;                       // version of the program: all machines use the same
     QString checksum;                      // SHA-256 of all else, hexadecimal
