@@ -27,11 +27,9 @@ public:
     bool isWorking() const { return m_worker.joinable(); }
     const QString& progress() const { return m_progress; } // while working
     const QString& message() const { return m_message; }   // the last outcome
-    bool hasFailed() const { return m_fault.has_value(); }
     std::optional<LicenceFault> fault() const { return m_fault; }
 
     LicenceStatus status() const { return m_manager.status(); }
-    QString stateText() const { return status().inWords(); }
     QString holder() const;
     QString maskedKey() const;
     bool canDeactivate() const;

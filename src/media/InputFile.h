@@ -8,7 +8,6 @@
 
 namespace pointloom::media {
 
-constexpr int largestPictureSide = 16384;                // pixels
 constexpr std::int64_t largestPictureArea = 8192 * 8192; // pixels
 
 class InputFile {

@@ -151,7 +151,6 @@ void Player::setMuted(bool muted) {
 }
 
 void Player::setHardwareDecoding(bool enabled) {
-    m_hardwareDecoding = enabled;
     sendProperty(handle(), "hwdec", enabled ? "auto-safe" : "no");
 }
 
@@ -217,7 +216,7 @@ void Player::closeFile() {
     m_stage = Stage::Empty;
     sendCommand(handle(), {"stop"});
     setTime(0);
-    setDuration(0);
+    m_duration = 0;
     updateSize();
 }
 
@@ -283,13 +282,6 @@ void Player::setTime(double seconds) {
         return;
     m_time = seconds;
     Q_EMIT timeChanged(seconds);
-}
-
-void Player::setDuration(double seconds) {
-    if (seconds == m_duration)
-        return;
-    m_duration = seconds;
-    Q_EMIT durationChanged(seconds);
 }
 
 void Player::setHasSoundDevice(bool isThere) {

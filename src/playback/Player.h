@@ -89,11 +89,9 @@ public:
     /// Off at first. On, decoders known to be sound are tried, and the processor takes over where there are
     /// none.
     void setHardwareDecoding(bool enabled);
-    bool hardwareDecoding() const { return m_hardwareDecoding; }
 
 Q_SIGNALS:
     void timeChanged(double seconds);
-    void durationChanged(double seconds);
     void playingChanged(bool playing);
     void sizeChanged(QSize size);
     void soundDeviceChanged(bool isThere);
@@ -170,7 +168,6 @@ private:
     void updateSize();
     void fitBrightness(double peak);
     void setTime(double seconds);
-    void setDuration(double seconds);
     void setPlaying(bool playing);
     void setHasSoundDevice(bool isThere);
 
@@ -194,13 +191,12 @@ private:
     bool m_hasRenderer = false;
     bool m_announced = false; // fileLoaded was emitted for the present file
     bool m_atEnd = false;
-    bool m_endIsReported = false; // by libmpv, at whatever time
+    bool m_endIsReported = false;         // by libmpv, at whatever time
     bool m_timeStandsForKeyframe = false; // m_time was asked for, what is shown is the key frame before it
     bool m_timeRequested = false;
     bool m_playing = false;
     bool m_muted = false;
     bool m_hasSoundDevice = true;
-    bool m_hardwareDecoding = false;
     double m_time = 0;
     double m_duration = 0;
     double m_firstTime = 0;        // of the first frame

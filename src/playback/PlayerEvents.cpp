@@ -86,7 +86,7 @@ void Player::handleReply(const mpv_event& event) {
             goOn();
         break;
     case Request::Duration:
-        setDuration(number.value_or(0));
+        m_duration = number.value_or(0);
         break;
     case Request::FrameRate:
         m_frameDuration = number.value_or(0) > 0 ? 1 / *number : 0;

@@ -44,7 +44,7 @@ TEST_F(LicenceSheetTest, ActivatesAndGivesBackWhileTheScreenStaysAlive) {
     m_sheet->activate(key.text()); // one at a time
     waitForOutcome();
     EXPECT_EQ(m_changes, 2);
-    EXPECT_FALSE(m_sheet->hasFailed()) << qPrintable(m_sheet->message());
+    EXPECT_FALSE(m_sheet->fault().has_value()) << qPrintable(m_sheet->message());
     EXPECT_EQ(m_sheet->holder(), QStringLiteral("Ana Pérez"));
     EXPECT_EQ(m_sheet->maskedKey(), key.masked());
     EXPECT_TRUE(m_sheet->canDeactivate());
@@ -52,9 +52,9 @@ TEST_F(LicenceSheetTest, ActivatesAndGivesBackWhileTheScreenStaysAlive) {
 
     m_sheet->deactivate();
     waitForOutcome();
-    EXPECT_FALSE(m_sheet->hasFailed());
+    EXPECT_FALSE(m_sheet->fault().has_value());
     EXPECT_TRUE(m_sheet->holder().isEmpty());
-    EXPECT_THAT(m_sheet->stateText().toStdString(), HasSubstr("not licensed"));
+    EXPECT_THAT(m_sheet->status().inWords().toStdString(), HasSubstr("not licensed"));
 }
 
 TEST_F(LicenceSheetTest, FailuresAndSlipsAreInWords) {
@@ -70,7 +70,7 @@ TEST_F(LicenceSheetTest, FailuresAndSlipsAreInWords) {
     EXPECT_EQ(m_sheet->message(), QStringLiteral("licence.json is not a file."));
     m_sheet->writeRequest(LicenceKey::generate().text(), m_folder.filePath(QStringLiteral("request.json")));
     waitForOutcome();
-    EXPECT_FALSE(m_sheet->hasFailed()) << qPrintable(m_sheet->message());
+    EXPECT_FALSE(m_sheet->fault().has_value()) << qPrintable(m_sheet->message());
 }
 
 TEST_F(LicenceSheetTest, CancellingAndClosingDoNotWaitForAServiceThatHangs) {

@@ -25,8 +25,6 @@ public:
     void showStill(const QString& path, double time);
     void clear();
 
-    bool hasPicture() const { return !m_picture.isNull(); }
-
     QSize sizeHint() const override;
 
 protected:

@@ -38,7 +38,6 @@ constexpr UiText serveShort{"Serve", "Service", "Saque", "Servizio", "Aufschl.",
 constexpr UiText more{"More", "Plus", "Más", "Di più", "Mehr", "Mer", "Mais"};
 constexpr UiText less{"Less", "Moins", "Menos", "Di meno", "Weniger", "Mindre", "Menos"};
 constexpr UiText labelHint{"Add a label", "Ajouter un libellé", "Añadir etiqueta", "Aggiungi etichetta", "Bezeichnung", "Lägg till etikett", "Adicionar etiqueta"};
-constexpr UiText noneText{"none", "aucun", "ninguno", "nessuno", "keine", "ingen", "nenhum"};
 // clang-format on
 
 }

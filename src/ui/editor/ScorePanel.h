@@ -21,7 +21,6 @@ public:
 
     /// Shows the score before the first marker, until a marker is selected.
     void editInitialScore();
-    bool isEditingInitialScore() const { return m_isInitial; }
 
     /// Tab comes here after `predecessor`, and from here to `successor`.
     void chainTabs(QWidget* predecessor, QWidget* successor);

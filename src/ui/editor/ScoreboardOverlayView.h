@@ -13,8 +13,8 @@
 namespace pointloom {
 
 /// Lies over the whole preview area. The board's place lives in the session; a move in progress lives here
-/// alone, and the session learns of it when it ends; a resize and a held arrow key show in the session at once
-/// and become one edit when they end.
+/// alone, and the session learns of it when it ends; a resize and a held arrow key show in the session at
+/// once and become one edit when they end.
 class ScoreboardOverlayView : public QWidget {
     Q_OBJECT
 
@@ -28,7 +28,6 @@ public:
     QSizeF dragOffset() const { return m_dragOffset; }
     bool isHovering() const { return m_isHovering; }
     bool isResizing() const { return m_isResizing; }
-    double resizeStartScale() const { return m_resizeStartScale; }
 
     /// Preview points to one pixel of the video.
     double previewScale() const;

@@ -27,7 +27,6 @@ protected:
     QVBoxLayout& body() { return *m_body; }
     /// Buttons to the left of "Done" are added in front.
     QHBoxLayout& footer() { return *m_footer; }
-    QPushButton& doneButton() { return *m_done; }
 
     void setTitle(const QString& title);
 

@@ -33,8 +33,6 @@ public:
     void fit();
     void scrollTo(double offset);
 
-    bool isDragging() const { return m_gesture != nullptr; }
-
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
