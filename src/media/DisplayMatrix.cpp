@@ -2,6 +2,7 @@
 
 #include "media/StreamSideData.h"
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <numbers>
@@ -13,7 +14,8 @@ namespace {
 constexpr std::int32_t one = 1 << 16;              // 1.0 in 16.16
 constexpr std::int32_t oneInThirdColumn = 1 << 30; // 1.0 in 2.30
 
-}
+// Nine numbers as FFmpeg keeps them: row by row, 16.16 fixed point, the third column 2.30.
+using DisplayMatrix = std::array<std::int32_t, 9>;
 
 // With y downwards, mirroring and then turning clockwise by t maps (x, y) to
 // (+-x cos t - y sin t, +-x sin t + y cos t); x takes the minus when mirrored.
@@ -44,6 +46,8 @@ DisplayMatrix matrixFor(Orientation orientation, QSize size) {
     const int x = (a < 0 || c < 0) ? (a != 0 ? size.width() : size.height()) : 0;
     const int y = (b < 0 || d < 0) ? (b != 0 ? size.width() : size.height()) : 0;
     return {a * one, b * one, 0, c * one, d * one, 0, x * one, y * one, oneInThirdColumn};
+}
+
 }
 
 Orientation readOrientation(const AVStream& stream) {

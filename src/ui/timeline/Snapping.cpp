@@ -2,18 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace pointloom {
 
-double frameStart(double time, double frameRate) {
-    constexpr double hair = 1e-6; // frames: a frame's own time must not fall into the frame before
-    return std::max(0.0, std::floor(time * frameRate + hair) / frameRate);
-}
+namespace {
 
-double nearestFrame(double time, double frameRate) {
-    return std::max(0.0, std::round(time * frameRate) / frameRate);
-}
-
+// None when all are further than `reach` seconds.
 std::optional<double> nearestTarget(double time, std::span<const double> targets, double reach) {
     std::optional<double> nearest;
     for (const double target : targets) {
@@ -22,6 +17,17 @@ std::optional<double> nearestTarget(double time, std::span<const double> targets
             nearest = target;
     }
     return nearest;
+}
+
+}
+
+double frameStart(double time, double frameRate) {
+    constexpr double hair = 1e-6; // frames: a frame's own time must not fall into the frame before
+    return std::max(0.0, std::floor(time * frameRate + hair) / frameRate);
+}
+
+double nearestFrame(double time, double frameRate) {
+    return std::max(0.0, std::round(time * frameRate) / frameRate);
 }
 
 Snapped snap(double time, double frameRate, std::span<const double> targets, double reach) {

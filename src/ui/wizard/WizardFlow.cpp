@@ -54,15 +54,7 @@ TeamConfig confirmed(const TeamConfig& team, MatchFormat format) {
     return result;
 }
 
-}
-
-MatchConfig emptyMatch(SportID sport) {
-    MatchConfig match;
-    match.sport = sport;
-    match.numberOfSets = defaultNumberOfSets(sport);
-    return match;
-}
-
+// The same match played in another sport: what the sport does not offer is brought to its default.
 MatchConfig matchIn(SportID sport, MatchConfig match) {
     if (match.sport == sport)
         return match;
@@ -71,6 +63,15 @@ MatchConfig matchIn(SportID sport, MatchConfig match) {
         match.format = MatchFormat::singles;
     if (!offersSets(sport, match.numberOfSets))
         match.numberOfSets = defaultNumberOfSets(sport);
+    return match;
+}
+
+}
+
+MatchConfig emptyMatch(SportID sport) {
+    MatchConfig match;
+    match.sport = sport;
+    match.numberOfSets = defaultNumberOfSets(sport);
     return match;
 }
 

@@ -16,9 +16,6 @@ constexpr int editorStep = 4;
 /// The match of a sport that nothing is known of yet.
 MatchConfig emptyMatch(SportID sport);
 
-/// The same match played in another sport: what the sport does not offer is brought to its default.
-MatchConfig matchIn(SportID sport, MatchConfig match);
-
 /// Both names are there, in doubles all four.
 bool isComplete(const MatchConfig& match);
 
