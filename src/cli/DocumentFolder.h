@@ -1,7 +1,7 @@
 // The documents of a folder and the videos that are made of them.
 #pragma once
 
-#include "cli/FileLookup.h"
+#include "cli/OutputPlace.h"
 
 #include <QString>
 #include <QStringList>

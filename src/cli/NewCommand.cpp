@@ -1,8 +1,8 @@
 // pointloom-cli new: writes a project document.
 #include "cli/Arguments.h"
 #include "cli/Commands.h"
-#include "cli/FileLookup.h"
 #include "cli/Messages.h"
+#include "cli/OutputPlace.h"
 #include "cli/TeamArguments.h"
 #include "persistence/CSVParser.h"
 #include "persistence/ProjectFile.h"

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "cli/Arguments.h"
-#include "cli/FileLookup.h"
 #include "cli/Messages.h"
+#include "cli/OutputPlace.h"
 #include "export/SegmentPlan.h"
 
 namespace pointloom::cli {

@@ -1,6 +1,7 @@
 #include "cli/ProjectInputs.h"
 
 #include "export/HardwareEncoders.h"
+#include "persistence/FileLookup.h"
 #include "persistence/ProjectExport.h"
 
 #include <algorithm>
@@ -136,11 +137,9 @@ bool drawsScore(TemplateID id, const SportScoreState& score) {
 void settleLogo(MatchConfig& config, const QString& projectPath, Remarks& remarks) {
     if (!config.logoURL)
         return;
-    const auto path = localPath(*config.logoURL);
-    const auto found = path ? findFile(*path, projectPath) : std::nullopt;
+    const auto found = findFile(*config.logoURL, projectPath);
     if (!found) {
-        const QString shown = path ? *path : config.logoURL->toDisplayString();
-        remarks.warnings += QStringLiteral("the logo is missing and left out: ") + shown;
+        remarks.warnings += QStringLiteral("the logo is missing and left out: ") + placeOf(*config.logoURL);
         config.logoURL.reset();
         return;
     }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "cli/CommandError.h"
-#include "cli/FileLookup.h"
 #include "cli/Messages.h"
+#include "cli/OutputPlace.h"
 #include "export/ExportManager.h"
 #include "persistence/ProjectFile.h"
 

@@ -1,10 +1,10 @@
 #include "cli/ProjectReport.h"
 
-#include "cli/FileLookup.h"
 #include "cli/Messages.h"
 #include "cli/ProjectInputs.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
+#include "persistence/FileLookup.h"
 #include "persistence/ProjectExport.h"
 
 #include <algorithm>
@@ -21,8 +21,7 @@ QString word(Enumeration value) {
 }
 
 void reportFile(ProjectReport& report, const QString& role, const QString& storedPath,
-                const QString& projectPath) {
-    const auto found = findFile(storedPath, projectPath);
+                const std::optional<FoundFile>& found) {
     report.files.push_back({role, storedPath, found ? std::optional(found->path) : std::nullopt});
     if (!found)
         report.missing += QStringLiteral("the %1 is missing: %2").arg(role, storedPath);
@@ -33,16 +32,17 @@ void reportFile(ProjectReport& report, const QString& role, const QString& store
 
 void reportFiles(ProjectReport& report, const ProjectFile& project, const QString& projectPath) {
     if (project.videoPath)
-        reportFile(report, videoRole.toString(), *project.videoPath, projectPath);
+        reportFile(report, videoRole.toString(), *project.videoPath,
+                   findFile(*project.videoPath, projectPath));
     else
         report.unset += QStringLiteral("no video is chosen");
     if (project.matchConfig && project.matchConfig->logoURL) {
         const QUrl& url = *project.matchConfig->logoURL;
-        reportFile(report, QStringLiteral("logo"), localPath(url).value_or(url.toDisplayString()),
-                   projectPath);
+        reportFile(report, QStringLiteral("logo"), placeOf(url), findFile(url, projectPath));
     }
     if (project.watermarkPath)
-        reportFile(report, QStringLiteral("watermark"), *project.watermarkPath, projectPath);
+        reportFile(report, QStringLiteral("watermark"), *project.watermarkPath,
+                   findFile(*project.watermarkPath, projectPath));
 }
 
 void reportNumberOfSets(ProjectReport& report, const MatchConfig& config) {

@@ -1,8 +1,8 @@
 #include "persistence/ProjectSession.h"
 
+#include "persistence/FileLookup.h"
 #include "session/AppState.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace pointloom {
@@ -28,19 +28,16 @@ int firstUnfinishedStep(const ProjectFile& project, const AppState& state) {
     return state.videoURL.value() ? editorStep : videoStep;
 }
 
-/// Where the file is now, noted in the report when that is not `storedPath`; absent when it is nowhere.
-std::optional<QString> locate(OpenReport::Role role, const QString& storedPath, const QDir& besideDocument,
-                              OpenReport& report) {
-    const QString named = besideDocument.absoluteFilePath(storedPath);
-    if (QFileInfo(named).isFile())
-        return named;
-    const QString beside = besideDocument.absoluteFilePath(QFileInfo(storedPath).fileName());
-    if (QFileInfo(beside).isFile()) {
-        report.relocated.push_back({role, storedPath, beside});
-        return beside;
+// Where the file is now, absent when it is nowhere; noted in the report when that is not `storedPath`.
+std::optional<QString> noted(OpenReport::Role role, const QString& storedPath,
+                             const std::optional<FoundFile>& found, OpenReport& report) {
+    if (!found) {
+        report.missing.push_back({role, storedPath});
+        return std::nullopt;
     }
-    report.missing.push_back({role, storedPath});
-    return std::nullopt;
+    if (found->isBesideDocument)
+        report.relocated.push_back({role, storedPath, found->path});
+    return found->path;
 }
 
 }
@@ -89,26 +86,24 @@ void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
 OpenReport openProject(const QString& path, AppState& state) {
     using enum OpenReport::Role;
     ProjectFile project = ProjectFile::load(path);
-    const QFileInfo document(path);
-    const QDir folder = document.absoluteDir();
-
     OpenReport report;
     if (project.matchConfig && project.matchConfig->logoURL) {
-        const QString stored = *pathOf(project.matchConfig->logoURL);
-        if (const auto found = locate(logo, stored, folder, report))
+        const QUrl stored = *project.matchConfig->logoURL;
+        if (const auto found = noted(logo, placeOf(stored), findFile(stored, path), report))
             project.matchConfig->logoURL = QUrl::fromLocalFile(*found);
     }
-    if (project.watermarkPath)
-        project.watermarkPath =
-            locate(watermark, *project.watermarkPath, folder, report).value_or(*project.watermarkPath);
+    if (project.watermarkPath) {
+        const QString stored = *project.watermarkPath;
+        project.watermarkPath = noted(watermark, stored, findFile(stored, path), report).value_or(stored);
+    }
     bool isVideoMissing = false;
     if (project.videoPath) {
-        const auto found = locate(video, *project.videoPath, folder, report);
+        const auto found = noted(video, *project.videoPath, findFile(*project.videoPath, path), report);
         isVideoMissing = !found;
         project.videoPath = found.value_or(*project.videoPath);
     }
 
-    apply(project, state, QUrl::fromLocalFile(document.absoluteFilePath()));
+    apply(project, state, QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
     if (isVideoMissing) {
         state.videoURL = std::nullopt;
         state.step = videoStep;

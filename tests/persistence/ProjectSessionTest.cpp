@@ -119,6 +119,20 @@ TEST_F(ProjectInSession, FilesThatMovedWithTheDocumentAreFoundBesideIt) {
     EXPECT_EQ(state.step.value(), 4);
 }
 
+TEST_F(ProjectInSession, ALogoOnAnotherMachineIsNotTakenForAFileOfThisOne) {
+    fillState();
+    MatchConfig config = tennisMatch();
+    config.logoURL = QUrl(QStringLiteral("https://example.org") + write("club.png", "logo"));
+    state.matchConfig = config;
+    projectFrom(state).save(at("project.plp"));
+
+    const OpenReport report = openProject(at("project.plp"), state);
+    EXPECT_TRUE(report.relocated.empty());
+    ASSERT_FALSE(report.missing.empty());
+    EXPECT_EQ(report.missing.front(), (OpenReport::Missing{logo, config.logoURL->toString()}));
+    EXPECT_EQ(state.matchConfig.value(), config);
+}
+
 TEST_F(ProjectInSession, AMissingVideoIsToBeImportedAgain) {
     fillState();
     MatchConfig config = tennisMatch();

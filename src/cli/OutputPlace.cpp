@@ -1,4 +1,4 @@
-#include "cli/FileLookup.h"
+#include "cli/OutputPlace.h"
 
 #include "cli/CommandError.h"
 
@@ -8,23 +8,6 @@
 #include <QFileInfo>
 
 namespace pointloom::cli {
-
-std::optional<FoundFile> findFile(const QString& storedPath, const QString& projectPath) {
-    const QDir folder = QFileInfo(projectPath).absoluteDir();
-    const QString path = folder.absoluteFilePath(storedPath);
-    if (storedPath.isEmpty())
-        return std::nullopt;
-    if (QFileInfo::exists(path))
-        return FoundFile{path, false};
-    const QString beside = folder.absoluteFilePath(QFileInfo(storedPath).fileName());
-    return QFileInfo(beside).isFile() ? std::optional(FoundFile{beside, true}) : std::nullopt;
-}
-
-std::optional<QString> localPath(const QUrl& url) {
-    if (url.isLocalFile())
-        return url.toLocalFile();
-    return url.isRelative() && !url.path().isEmpty() ? std::optional(url.path()) : std::nullopt;
-}
 
 namespace {
 

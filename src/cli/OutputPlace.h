@@ -1,0 +1,22 @@
+// Where a command may write: never over what it reads.
+#pragma once
+
+#include <QString>
+#include <vector>
+
+namespace pointloom::cli {
+
+/// A file that a command reads, and what to call it.
+struct InputFile {
+    QString path;
+    QString role; // "the source video"
+};
+
+/// Throws CommandError unless a folder that is empty, or not there yet, can stand at `path`.
+void requireUsableFolder(const QString& path);
+
+/// Throws CommandError unless a file can stand at `path`: a folder that exists, no pipe or device, and
+/// none of the inputs, by whatever name.
+void requireUsableOutput(const QString& path, const std::vector<InputFile>& inputs);
+
+}

@@ -1,0 +1,36 @@
+#include "persistence/FileLookup.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace pointloom {
+
+namespace {
+
+std::optional<QString> localPath(const QUrl& url) {
+    if (url.isLocalFile())
+        return url.toLocalFile();
+    return url.isRelative() ? std::optional(url.path()) : std::nullopt;
+}
+
+}
+
+std::optional<FoundFile> findFile(const QString& storedPath, const QString& documentPath) {
+    const QDir folder = QFileInfo(documentPath).absoluteDir();
+    const QString named = folder.absoluteFilePath(storedPath);
+    if (QFileInfo(named).isFile())
+        return FoundFile{named, false};
+    const QString beside = folder.absoluteFilePath(QFileInfo(storedPath).fileName());
+    return QFileInfo(beside).isFile() ? std::optional(FoundFile{beside, true}) : std::nullopt;
+}
+
+std::optional<FoundFile> findFile(const QUrl& storedPicture, const QString& documentPath) {
+    const auto path = localPath(storedPicture);
+    return path ? findFile(*path, documentPath) : std::nullopt;
+}
+
+QString placeOf(const QUrl& storedPicture) {
+    return localPath(storedPicture).value_or(storedPicture.toDisplayString());
+}
+
+}
