@@ -145,7 +145,7 @@ Persistence::Snapshot Persistence::LegacySnapshot::migrated() const {
                      .watermarkPath = watermarkPath,
                      .watermarkCorner = watermarkCorner};
     for (const LegacyMarker& marker : markers)
-        current.markers.push_back({marker.id, marker.startTime, marker.score, marker.label});
+        current.markers.push_back(marker.migrated());
     return current;
 }
 

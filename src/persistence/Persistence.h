@@ -3,8 +3,8 @@
 
 #include "export/ExportOptions.h"
 #include "l10n/Language.h"
-#include "model/Marker.h"
 #include "model/MatchConfig.h"
+#include "persistence/LegacyMarker.h"
 #include "persistence/SessionLock.h"
 #include "persistence/UserDefaults.h"
 #include "render/TemplateID.h"
@@ -25,7 +25,7 @@ class Persistence final : public SessionStore {
 public:
     struct Snapshot;
     struct LegacySnapshot;
-    struct LegacyMarker;
+    using LegacyMarker = pointloom::LegacyMarker;
 
     static constexpr std::string_view sessionKey = "pointloom.session";
 
@@ -85,19 +85,6 @@ struct Persistence::Snapshot {
                           field("language", &Snapshot::language),
                           field("watermarkPath", &Snapshot::watermarkPath),
                           field("watermarkCorner", &Snapshot::watermarkCorner)};
-    }
-};
-
-struct Persistence::LegacyMarker {
-    QUuid id;
-    double startTime = 0; // seconds
-    ScoreState score;
-    std::optional<QString> label;
-
-    static constexpr auto jsonFields() {
-        using json::field;
-        return std::tuple{field("id", &LegacyMarker::id), field("startTime", &LegacyMarker::startTime),
-                          field("score", &LegacyMarker::score), field("label", &LegacyMarker::label)};
     }
 };
 

@@ -59,7 +59,7 @@ ProjectFile ProjectFile::migrating(const LegacyProjectFile& legacy) {
     project.selectedTemplate = legacy.selectedTemplate;
     project.matchConfig = legacy.matchConfig;
     for (const LegacyProjectFileMarker& marker : legacy.markers)
-        project.markers.push_back({marker.id, marker.startTime, marker.score, marker.label});
+        project.markers.push_back(marker.migrated());
     if (legacy.initialScore)
         project.initialScore = *legacy.initialScore;
     project.scoreboardPositionX = legacy.scoreboardPositionX;

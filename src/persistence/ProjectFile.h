@@ -2,8 +2,8 @@
 #pragma once
 
 #include "export/ExportOptions.h"
-#include "model/Marker.h"
 #include "model/MatchConfig.h"
+#include "persistence/LegacyMarker.h"
 #include "render/TemplateID.h"
 
 #include <optional>
@@ -13,19 +13,7 @@
 
 namespace pointloom {
 
-/// A marker of the older document format, which knew tennis scores only.
-struct LegacyProjectFileMarker {
-    QUuid id;
-    double startTime = 0; // seconds
-    ScoreState score;
-    std::optional<QString> label;
-
-    static constexpr auto jsonFields() {
-        using Self = LegacyProjectFileMarker;
-        return std::tuple{json::field("id", &Self::id), json::field("startTime", &Self::startTime),
-                          json::field("score", &Self::score), json::field("label", &Self::label)};
-    }
-};
+using LegacyProjectFileMarker = LegacyMarker;
 
 /// The older document format, which is still read but no longer written.
 struct LegacyProjectFile {
