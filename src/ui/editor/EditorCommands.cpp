@@ -8,18 +8,18 @@ namespace pointloom::EditorCommands {
 
 namespace {
 
-const Marker* selectedMarker(const AppState& state) {
-    const auto& id = state.selectedMarkerID.value();
-    const auto& markers = state.markers.value();
-    const auto found = std::ranges::find_if(markers, [&](const Marker& marker) { return marker.id == id; });
-    return id && found != markers.end() ? &*found : nullptr;
-}
-
 void addNewMarker(const UiContext& context, const SportScoreState& score) {
     AppState& state = context.state;
     state.addMarker({QUuid::createUuid(), state.currentTime, score, std::nullopt}, &context.undo);
 }
 
+}
+
+const Marker* selectedMarker(const AppState& state) {
+    const auto& id = state.selectedMarkerID.value();
+    const auto& markers = state.markers.value();
+    const auto found = std::ranges::find_if(markers, [&](const Marker& marker) { return marker.id == id; });
+    return found == markers.end() ? nullptr : &*found;
 }
 
 const Marker* markerAt(const AppState& state, const ShownFrame& frame) {

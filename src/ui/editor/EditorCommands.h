@@ -20,6 +20,9 @@ private:
     static constexpr double rounding = 0.0005; // seconds
 };
 
+/// Null when there is none.
+const Marker* selectedMarker(const AppState& state);
+
 /// The marker whose score takes effect with the frame; null when there is none.
 const Marker* markerAt(const AppState& state, const ShownFrame& frame);
 

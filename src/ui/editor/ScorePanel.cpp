@@ -9,7 +9,6 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
-#include <algorithm>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -80,17 +79,10 @@ void ScorePanel::chainTabs(QWidget* predecessor, QWidget* successor) {
     m_editor->setTabPredecessor(m_label);
 }
 
-const Marker* ScorePanel::shownMarker() const {
-    const auto& id = m_context.state.selectedMarkerID.value();
-    const auto& markers = m_context.state.markers.value();
-    const auto found = std::ranges::find_if(markers, [&](const Marker& marker) { return marker.id == id; });
-    return id && found != markers.end() ? &*found : nullptr;
-}
-
 void ScorePanel::refresh() {
     if (m_isInitial && m_context.state.matchConfig.value())
         showInitialScore();
-    else if (const Marker* marker = shownMarker())
+    else if (const Marker* marker = EditorCommands::selectedMarker(m_context.state))
         showMarker(*marker);
     else
         showNothing();
@@ -141,12 +133,12 @@ void ScorePanel::showNothing() {
 void ScorePanel::storeScore(const SportScoreState& score) {
     if (m_isInitial)
         setInitialScore(m_context.state, score, &m_context.undo);
-    else if (const Marker* marker = shownMarker())
+    else if (const Marker* marker = EditorCommands::selectedMarker(m_context.state))
         m_context.state.updateMarkerScore(QUuid(marker->id), score, &m_context.undo);
 }
 
 void ScorePanel::storeLabel() {
-    const Marker* marker = shownMarker();
+    const Marker* marker = EditorCommands::selectedMarker(m_context.state);
     if (!marker || m_isInitial)
         return;
     const QString text = m_label->text().trimmed();
@@ -158,7 +150,7 @@ void ScorePanel::storeLabel() {
 void ScorePanel::removeShown() {
     if (m_isInitial)
         setInitialScore(m_context.state, std::nullopt, &m_context.undo);
-    else if (const Marker* marker = shownMarker())
+    else if (const Marker* marker = EditorCommands::selectedMarker(m_context.state))
         m_context.state.removeMarker(QUuid(marker->id), &m_context.undo);
 }
 

@@ -32,7 +32,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    const Marker* shownMarker() const;
     void refresh();
     void showMarker(const Marker& marker);
     void showInitialScore();
