@@ -1,5 +1,7 @@
 #include "ui/editor/MarkerWords.h"
 
+#include "ui/common/PlainToolTip.h"
+#include "ui/common/TeamName.h"
 #include "ui/common/TimeCode.h"
 
 #include <algorithm>
@@ -45,17 +47,8 @@ QString sets(const SportScoreState& score) {
     return words.join(QStringLiteral("  "));
 }
 
-QString teamName(const UiContext& context, std::int64_t team) {
-    const auto& config = context.state.matchConfig.value();
-    const QString name = config ? (team == 2 ? config->team2 : config->team1).displayName() : QString();
-    return name.isEmpty() ? context.text(team == 2 ? L10nKey::team2 : L10nKey::team1) : name;
-}
-
 QString toolTip(const UiContext& context, const Marker& marker) {
-    QString markup;
-    for (const QString& line : lines(context, marker))
-        markup += QStringLiteral("<div style='white-space: pre'>%1</div>").arg(line.toHtmlEscaped());
-    return markup;
+    return plainToolTip(lines(context, marker));
 }
 
 QString spoken(const UiContext& context, const Marker& marker) {

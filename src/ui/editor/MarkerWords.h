@@ -13,9 +13,6 @@ QString game(const SportScoreState& score);
 /// the first game.
 QString sets(const SportScoreState& score);
 
-/// The side's name as people call it, "Team 1" or "Team 2" while it has none.
-QString teamName(const UiContext& context, std::int64_t team);
-
 /// Time and label, sets, game and serve, each on a line; plain text in markup that shows it as it is.
 QString toolTip(const UiContext& context, const Marker& marker);
 

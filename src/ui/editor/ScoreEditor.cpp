@@ -1,7 +1,7 @@
 #include "ui/editor/ScoreEditor.h"
 
+#include "ui/common/TeamName.h"
 #include "ui/editor/EditorTexts.h"
-#include "ui/editor/MarkerWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
@@ -251,7 +251,7 @@ void ScoreEditor::showTexts() {
         m_tiebreakTitle->setToolTip(m_context.text(EditorTexts::tiebreak));
     }
     for (std::size_t team = 0; team < 2; ++team) {
-        const QString name = MarkerWords::teamName(m_context, static_cast<std::int64_t>(team) + 1);
+        const QString name = teamName(m_context, static_cast<std::int64_t>(team) + 1);
         m_names[team]->setFullText(name);
         m_game[team]->setTitle(title(m_context.text(L10nKey::gameScore), name));
         m_serve[team]->setAccessibleName(title(m_context.text(L10nKey::setServe), name));
@@ -262,8 +262,7 @@ void ScoreEditor::showTexts() {
         const QString name = QStringLiteral("%1 %2").arg(m_context.text(L10nKey::setLabel)).arg(set + 1);
         row.title->setText(name);
         for (std::size_t team = 0; team < 2; ++team)
-            row.games[team]->setTitle(
-                title(name, MarkerWords::teamName(m_context, static_cast<std::int64_t>(team) + 1)));
+            row.games[team]->setTitle(title(name, teamName(m_context, static_cast<std::int64_t>(team) + 1)));
         if (row.tiebreak)
             row.tiebreak->setTitle(title(name, m_context.text(EditorTexts::tiebreak)));
     }
