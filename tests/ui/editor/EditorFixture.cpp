@@ -1,8 +1,5 @@
 #include "ui/editor/EditorFixture.h"
 
-#include "ui/style/Theme.h"
-
-#include <QApplication>
 #include <QStandardPaths>
 
 namespace pointloom::test {
@@ -11,7 +8,7 @@ EditorFixture::EditorFixture()
     : defaults(folder.path(QStringLiteral("settings.ini")))
     , context{state, undo, defaults, dialogs} {
     QStandardPaths::setTestModeEnabled(true); // thumbnails are kept
-    Theme::shared().apply(*qobject_cast<QApplication*>(QCoreApplication::instance()), ThemeChoice::dark);
+    Theme::shared().apply(*qApp, ThemeChoice::dark);
     state.selectedTemplate = TemplateID::classic;
     state.matchConfig = tennisMatch();
     state.step = 4;

@@ -1,35 +1,15 @@
-// An editor over a session of its own, without anybody at the dialogs.
+// An editor over a session of its own, with every dialog answered by the test.
 #pragma once
 
-#include "persistence/UserDefaults.h"
-#include "support/Sessions.h"
 #include "support/TestClips.h"
 #include "ui/editor/EditorView.h"
+#include "ui/support/Screen.h"
 
 #include <functional>
 #include <gtest/gtest.h>
 #include <QTest>
 
 namespace pointloom::test {
-
-/// Answers dialogs as told.
-class AnsweredDialogs final : public Dialogs {
-public:
-    std::optional<QString> chooseFileToOpen(QWidget*, const QString&, const QStringList&) override {
-        return fileToOpen;
-    }
-    std::optional<QString> chooseFileToSave(QWidget*, const QString&, const QString&,
-                                            const QStringList&) override {
-        return std::nullopt;
-    }
-    void alert(QWidget*, const QString&, const QString& message) override { alerts << message; }
-    bool confirm(QWidget*, const QString&, const QString&, const QString&, const QString&) override {
-        return false;
-    }
-
-    std::optional<QString> fileToOpen;
-    QStringList alerts;
-};
 
 class EditorFixture : public testing::Test {
 protected:
@@ -60,7 +40,7 @@ protected:
     AppState state{&store};
     UndoStack undo;
     UserDefaults defaults;
-    AnsweredDialogs dialogs;
+    PreparedDialogs dialogs;
     UiContext context;
     std::unique_ptr<EditorView> editor;
 };
