@@ -6,13 +6,12 @@
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
 #include "export/ProgressMeter.h"
-#include "media/FrameImage.h"
+#include "export/UprightImage.h"
 #include "media/MediaError.h"
 #include "media/MediaWriter.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QTransform>
 
 namespace pointloom {
 
@@ -151,17 +150,6 @@ private:
     bool m_isComplete = false;
 };
 
-QImage uprightImage(const media::RgbaPicture& picture, const PictureLayout& layout) {
-    const auto bytesPerRow = static_cast<qsizetype>(picture.width) * 4;
-    const QImage stored(picture.pixels.data(), picture.width, picture.height, bytesPerRow, QImage::Format_RGBX8888);
-    QImage upright = stored.mirrored(layout.orientation.mirrored, false)
-                         .transformed(QTransform().rotate(90.0 * layout.orientation.quarterTurns));
-    const QSize shown = layout.canvas.toSize();
-    if (upright.size() != shown)
-        upright = upright.scaled(shown, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    return upright.convertToFormat(QImage::Format_RGB32);
-}
-
 // Errors that are not fatal are told to the crash reporter, on the main thread.
 void recordError(const QString& description) {
     const auto record = [description] {
@@ -237,7 +225,8 @@ QImage ExportManager::renderStill(const ExportJob& job, double time) {
             throw MediaError("there is no picture at that time", media::MediaFault::nothingInRange);
         frame->makeWritable();
         FrameOverlay(job.overlay, plan.layout, plan.frameFormat).drawInto(*frame, frame->time());
-        return uprightImage(media::toRgb(*frame), plan.layout);
+        return uprightImage(media::toRgb(*frame), plan.layout.orientation)
+            .scaled(plan.layout.canvas.toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     } catch (const MediaError& error) {
         throw failure("Reader error: ", error);
     }

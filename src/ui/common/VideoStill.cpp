@@ -1,6 +1,6 @@
 #include "ui/common/VideoStill.h"
 
-#include "media/FrameImage.h"
+#include "export/UprightImage.h"
 #include "media/VideoReader.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
@@ -8,7 +8,6 @@
 #include <exception>
 #include <QPainter>
 #include <QPainterPath>
-#include <QTransform>
 
 namespace pointloom {
 
@@ -16,33 +15,22 @@ namespace {
 
 constexpr QSize largestStill{1600, 1600}; // pixels
 
-QImage upright(const QImage& stored, const media::VideoTrackInfo& track, QSize largest) {
-    const QSize shown =
-        track.uprightSize().scaled(largest, Qt::KeepAspectRatio).boundedTo(track.uprightSize());
-    const media::Orientation& orientation = track.orientation;
-    const QSize beforeTurn = orientation.swapsSides() ? shown.transposed() : shown;
-    return stored.scaled(beforeTurn, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-        .mirrored(orientation.mirrored, false)
-        .transformed(QTransform().rotate(90.0 * orientation.quarterTurns));
-}
-
-}
-
-QImage readVideoStill(const QString& path, double time, QSize largest) {
+// The frame shown at `time`, upright and with square pixels. Null when it cannot be had.
+QImage readStill(const QString& path, double time) {
     try {
         auto reader = media::VideoReader::open(path);
         reader.seek(time);
         const auto frame = reader.read();
         if (!frame)
             return {};
-        const media::RgbaPicture picture = media::toRgb(*frame);
-        const QImage borrowed(picture.pixels.data(), picture.width, picture.height, picture.width * 4,
-                              QImage::Format_RGBX8888);
-        const QImage stored = borrowed.convertToFormat(QImage::Format_RGB32); // pixels of its own
-        return upright(stored, reader.track(), largest);
+        const QSize whole = reader.track().uprightSize();
+        const QSize size = whole.scaled(largestStill, Qt::KeepAspectRatio).boundedTo(whole);
+        return uprightImage(*frame, reader.track().orientation, size);
     } catch (const std::exception&) {
         return {};
     }
+}
+
 }
 
 VideoStill::VideoStill(QWidget* parent)
@@ -53,7 +41,7 @@ VideoStill::VideoStill(QWidget* parent)
 
 void VideoStill::showStill(const QString& path, double time) {
     clear();
-    m_reading.start([path, time] { return readVideoStill(path, time, largestStill); },
+    m_reading.start([path, time] { return readStill(path, time); },
                     [this](const QImage& picture) {
                         m_picture = picture;
                         updateGeometry();

@@ -4,15 +4,10 @@
 #include "ui/common/BackgroundTask.h"
 
 #include <QImage>
-#include <QSize>
 #include <QString>
 #include <QWidget>
 
 namespace pointloom {
-
-/// The frame shown at `time` (seconds), upright and with square pixels, no larger than `largest`. Null when
-/// it cannot be had. Takes its time: for worker threads.
-QImage readVideoStill(const QString& path, double time, QSize largest);
 
 /// Shows a still as large as it fits; a film icon while there is none.
 class VideoStill : public QWidget {
@@ -21,7 +16,8 @@ class VideoStill : public QWidget {
 public:
     explicit VideoStill(QWidget* parent = nullptr);
 
-    /// A later call, also of `clear`, replaces an earlier one.
+    /// The frame that is on screen at `time` (seconds). A later call, also of `clear`, replaces an earlier
+    /// one.
     void showStill(const QString& path, double time);
     void clear();
 

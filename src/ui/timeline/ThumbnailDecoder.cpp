@@ -1,24 +1,10 @@
 #include "ui/timeline/ThumbnailDecoder.h"
 
-#include "media/FrameImage.h"
+#include "export/UprightImage.h"
 
-#include <algorithm>
 #include <exception>
-#include <QTransform>
 
 namespace pointloom {
-
-namespace {
-
-QImage turnedUpright(QImage picture, media::Orientation orientation) {
-    if (orientation.mirrored)
-        picture = picture.mirrored(true, false);
-    return orientation.quarterTurns == 0
-               ? picture
-               : picture.transformed(QTransform().rotate(90.0 * orientation.quarterTurns));
-}
-
-}
 
 ThumbnailDecoder::ThumbnailDecoder(QString path, QSize largest)
     : m_path(std::move(path))
@@ -48,19 +34,11 @@ QImage ThumbnailDecoder::decode(double time) {
         return {};
     if (m_latestTime == frame->time())
         return m_latest;
-    m_latest = convert(*frame);
+    const media::VideoTrackInfo& track = m_reader->track();
+    const QSize size = track.uprightSize().scaled(m_largest, Qt::KeepAspectRatio);
+    m_latest = uprightImage(*frame, track.orientation, size);
     m_latestTime = frame->time();
     return m_latest;
-}
-
-QImage ThumbnailDecoder::convert(const media::VideoFrame& frame) const {
-    const media::VideoTrackInfo& track = m_reader->track();
-    const QSize upright = track.uprightSize().scaled(m_largest, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
-    const QSize stored = track.orientation.swapsSides() ? upright.transposed() : upright;
-    const media::RgbaPicture small = media::toRgb(frame, stored);
-    const QImage picture(small.pixels.data(), small.width, small.height, small.width * 4,
-                         QImage::Format_RGBX8888);
-    return turnedUpright(picture.convertToFormat(QImage::Format_RGB32), track.orientation);
 }
 
 }

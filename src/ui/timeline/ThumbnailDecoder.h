@@ -20,7 +20,6 @@ public:
 
 private:
     QImage decode(double time);
-    QImage convert(const media::VideoFrame& frame) const;
 
     QString m_path;
     QSize m_largest;
