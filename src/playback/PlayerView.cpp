@@ -2,6 +2,7 @@
 
 #include "playback/OpenGlSurface.h"
 #include "playback/PictureFit.h"
+#include "playback/PlaybackError.h"
 #include "playback/SoftwareSurface.h"
 
 #include <QPainter>
@@ -59,7 +60,8 @@ void PlayerView::showOpenGl() {
     m_rendering = Rendering::OpenGl;
     auto* surface = new OpenGlSurface(*m_player, this);
     // Not from inside of the widget that has just found out that it is of no use.
-    connect(surface, &OpenGlSurface::unavailable, this, &PlayerView::showSoftware, Qt::QueuedConnection);
+    connect(surface, &OpenGlSurface::unavailable, this, &PlayerView::fallBackToSoftware,
+            Qt::QueuedConnection);
     adoptSurface(surface);
 }
 
@@ -71,6 +73,14 @@ void PlayerView::showSoftware() {
     adoptSurface(new SoftwareSurface(*m_player, this));
 }
 
+void PlayerView::fallBackToSoftware() {
+    try {
+        showSoftware();
+    } catch (const PlaybackError& error) {
+        Q_EMIT unavailable(QString::fromUtf8(error.what()));
+    }
+}
+
 void PlayerView::adoptSurface(QWidget* surface) {
     m_surface = surface;
     m_surface->lower();
@@ -80,7 +90,7 @@ void PlayerView::adoptSurface(QWidget* surface) {
 
 void PlayerView::placeSurface() {
     const QRect place = fitPicture(m_pictureSize, rect());
-    if (m_surface->geometry() == place)
+    if (!m_surface || m_surface->geometry() == place)
         return;
     m_surface->setGeometry(place);
     Q_EMIT videoRectChanged(place);

@@ -35,6 +35,10 @@ public:
 Q_SIGNALS:
     void videoRectChanged(const QRectF& videoRect);
 
+    /// The picture could be drawn by the graphics card at first and now in no way; `reason` is a sentence for
+    /// a person.
+    void unavailable(const QString& reason);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -42,13 +46,14 @@ protected:
 private:
     void showOpenGl();
     void showSoftware();
+    void fallBackToSoftware();
     void adoptSurface(QWidget* surface);
     void placeSurface();
 
     QPointer<Player> m_player;
     QSize m_pictureSize; // pixels, upright
     Rendering m_rendering = Rendering::Software;
-    QWidget* m_surface = nullptr; // a child
+    QWidget* m_surface = nullptr; // a child; null when the picture cannot be drawn
 };
 
 }

@@ -166,6 +166,19 @@ TEST_F(OpenGlSmokeTest, AViewThatMovesToAnotherWindowGoesOn) {
     EXPECT_TRUE(Watched::waitFor([&] { return !player.isSeeking() && shown() == 25; }, 5000)) << shown();
 }
 
+TEST_F(OpenGlSmokeTest, AViewThatCanBeDrawnInNoWaySaysSo) {
+    Player player(Sound::None);
+    const PlayerView only(player, PlayerView::Rendering::Software); // a player has one at most
+    PlayerView other(player, PlayerView::Rendering::OpenGl);
+    QString reason;
+    QObject::connect(&other, &PlayerView::unavailable, [&](const QString& given) { reason = given; });
+    other.show();
+    EXPECT_TRUE(Watched::waitFor([&] { return !reason.isEmpty(); }));
+    EXPECT_TRUE(reason.startsWith(QStringLiteral("The picture cannot be drawn: "))) << reason.toStdString();
+    other.resize(other.size() * 2);
+    other.grab();
+}
+
 TEST_F(OpenGlSmokeTest, WithoutAGraphicsCardThePictureIsDrawnInSoftware) {
     Player player(Sound::None);
     const PlayerView view(player);

@@ -85,6 +85,9 @@ void PictureStage::showPlayer(playback::Player& player) {
         return;
     }
     connect(m_view.get(), &playback::PlayerView::videoRectChanged, this, &PictureStage::place);
+    // Not from inside of the view, which goes then.
+    connect(m_view.get(), &playback::PlayerView::unavailable, &m_playback, &EditorPlayback::giveUp,
+            Qt::QueuedConnection);
     showWhatThereIs();
     place();
 }
