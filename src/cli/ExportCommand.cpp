@@ -9,8 +9,10 @@
 #include "cli/ProgressDisplay.h"
 #include "cli/RequestOptions.h"
 #include "export/Chapters.h"
+#include "export/ExportSource.h"
 #include "export/OverlayExport.h"
 #include "export/ParallelExport.h"
+#include "media/MediaError.h"
 #include "media/MediaInfo.h"
 
 #include <QDir>
@@ -85,9 +87,16 @@ ExportRequest ExportCommand::request() const {
     return request;
 }
 
+double endOfRange(const ExportJob& job) {
+    try {
+        return ExportSource::endOfRange(job.trimEnd, media::readMediaInfo(job.videoPath).duration);
+    } catch (const media::MediaError& error) {
+        throw CommandError(job.videoPath + QStringLiteral(": ") + QString::fromUtf8(error.what()));
+    }
+}
+
 ExitStatus ExportCommand::printChapters(const ExportJob& job) {
-    const double end = job.trimEnd ? *job.trimEnd : media::readMediaInfo(job.videoPath).duration;
-    const auto chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, end);
+    const auto chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, endOfRange(job));
     if (chapters.empty())
         throw CommandError("no marker of the project has a label, so there are no chapters");
     print(chapterList(chapters).toStdString());

@@ -160,6 +160,21 @@ TEST_F(ExportCommandTest, AMovedVideoIsFoundAndABrokenOneIsAFault) {
     EXPECT_FALSE(exists(QStringLiteral("x.mp4")));
 }
 
+TEST_F(ExportCommandTest, TheListOfChaptersEndsWithTheVideo) {
+    makeProject(2);
+    ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
+    for (const double time : {0.5, 1.5, 9.0})
+        project.markers.push_back({QUuid::createUuid(), time, ScoreState(), QStringLiteral("At %1").arg(time)});
+    project.save(path(QStringLiteral("m.plp")));
+    for (const char* range : {"", " --trim-end 20"})
+        EXPECT_EQ(run((std::string("export m.plp --chapters-text") + range).c_str()).out,
+                  "0:00 Ana - Bea\n0:00 At 0.5\n0:01 At 1.5\n");
+    EXPECT_EQ(run("export m.plp --chapters-text --trim-end 1").out, "0:00 Ana - Bea\n0:00 At 0.5\n");
+
+    write(QStringLiteral("broken.mp4"), "not a video");
+    EXPECT_EQ(faultOf("export m.plp --chapters-text --video broken.mp4").find("broken.mp4: "), 0U);
+}
+
 TEST_F(ExportCommandTest, AVideoThatIsCutShortIsExportedWithAWarning) {
     makeProject(4);
     const QString whole = path(QStringLiteral("v.mp4"));
