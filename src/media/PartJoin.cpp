@@ -32,11 +32,11 @@ public:
         if (packet == nullptr)
             return nullptr;
         if (m_hasBefore && packet->pts <= m_before)
-            fail("the part begins before the one ahead of it ends");
+            fail("the part begins before the one ahead of it has ended");
         m_latest = std::max(m_latest, packet->pts);
         packet->dts = m_times.next(packet->pts, packet->dts);
         if (packet->dts > packet->pts || packet->dts <= m_lastDecoding)
-            fail("the times of its pictures do not follow on those before");
+            fail("the times of its pictures do not follow those of the part before");
         m_lastDecoding = packet->dts;
         return packet;
     }
@@ -53,7 +53,7 @@ private:
 
     void requireClock() const {
         if (av_cmp_q(first().time_base, toAv(m_request.timeBase)) != 0)
-            fail("its clock is not the plan's");
+            fail("the part counts time in other units than the plan");
     }
 
     [[noreturn]] void fail(const char* reason) const {

@@ -9,6 +9,8 @@ namespace pointloom::media {
 
 namespace {
 
+constexpr auto damaged = "the file is damaged or cut short; remove it and encode this part again";
+
 [[noreturn]] void failFor(const QString& path, const std::string& reason) {
     throw MediaError(QFileInfo(path).fileName().toStdString() + ": " + reason);
 }
@@ -33,7 +35,7 @@ PartReader::PartReader(const QString& path, AVMediaType type)
     , m_file(openPart(path))
     , m_packet(makePacket()) {
     if (m_file.context()->nb_streams != 1 || track().codecpar->codec_type != type)
-        fail("this is not a part of the plan");
+        fail("the file is not a part of this plan");
 }
 
 AVPacket* PartReader::next(std::int64_t offset) {
@@ -41,14 +43,14 @@ AVPacket* PartReader::next(std::int64_t offset) {
     const int read = av_read_frame(m_file.context(), m_packet.get());
     if (read < 0) {
         if (read != AVERROR_EOF || m_packets < track().nb_frames)
-            fail("the file is damaged or cut short; remove it and encode this part again");
+            fail(damaged);
         return nullptr;
     }
     if (m_packet->pts == AV_NOPTS_VALUE || m_packet->dts == AV_NOPTS_VALUE ||
         (m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
-        fail("the file is damaged or cut short; remove it and encode this part again");
+        fail(damaged);
     if (m_packets == 0 && (m_packet->flags & AV_PKT_FLAG_KEY) == 0)
-        fail("the part does not begin with a key picture");
+        fail("the part does not begin with a key frame; remove it and encode this part again");
     ++m_packets;
     limitDuration();
     m_packet->pts += offset;
@@ -73,21 +75,21 @@ void PartReader::requireAlike(const PartReader& other) const {
     const AVCodecParameters& theirs = *other.track().codecpar;
     const char* difference = nullptr;
     if (mine.codec_id != theirs.codec_id || mine.codec_tag != theirs.codec_tag)
-        difference = "codec";
+        difference = "its codec";
     else if (mine.width != theirs.width || mine.height != theirs.height || mine.format != theirs.format)
-        difference = "picture's size or layout";
+        difference = "the size or layout of its pictures";
     else if (av_cmp_q(track().time_base, other.track().time_base) != 0)
-        difference = "clock";
+        difference = "its clock";
     else if (mine.color_space != theirs.color_space || mine.color_trc != theirs.color_trc ||
              mine.color_primaries != theirs.color_primaries || mine.color_range != theirs.color_range)
-        difference = "colours";
+        difference = "its colours";
     else if (readOrientation(track()) != readOrientation(other.track()))
-        difference = "orientation";
+        difference = "its orientation";
     else if (!sameBytes(mine, theirs))
-        difference = "encoder's headers";
+        difference = "its encoder's settings";
     if (difference != nullptr)
-        fail(std::string("the part cannot be joined with the others, its ") + difference +
-             " are not theirs; encode it again with the same versions of the program and its libraries");
+        fail(std::string("the part differs from the others in ") + difference +
+             "; encode it again with the same versions of the program and its libraries");
 }
 
 void PartReader::fail(const std::string& reason) const {

@@ -295,7 +295,8 @@ TEST_F(Segments, PartsThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
     SegmentPlan other = plan;
     other.encoderPreset = QStringLiteral("medium");
     SegmentExport::encode(other, 2, parts.pictures(2), {}, {});
-    EXPECT_TRUE(errorOf(join).contains(QStringLiteral("its encoder's headers are not theirs")))
+    EXPECT_TRUE(errorOf(join).contains(
+        QStringLiteral("the part differs from the others in its encoder's settings; ")))
         << errorOf(join).toStdString();
     EXPECT_FALSE(QFile::exists(folder.path(QStringLiteral("j.mp4"))));
 }
