@@ -1,12 +1,10 @@
 // What the list of markers in the sidebar costs with a long match: following an edit, scrolling, jumping.
-// Offscreen.
 #include "LongMatch.h"
 #include "persistence/UserDefaults.h"
 #include "ui/editor/MarkerListView.h"
-#include "ui/style/Theme.h"
 
 #include <benchmark/benchmark.h>
-#include <QApplication>
+#include <QCoreApplication>
 #include <QScrollBar>
 #include <QTemporaryDir>
 
@@ -94,12 +92,4 @@ void scrollList(benchmark::State& run) {
 BENCHMARK(scrollList)->Unit(benchmark::kMillisecond);
 
 }
-}
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    pointloom::Theme::shared().apply(application, pointloom::ThemeChoice::dark);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
 }

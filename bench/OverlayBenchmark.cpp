@@ -3,7 +3,6 @@
 #include "model/ScoringEngine.h"
 
 #include <benchmark/benchmark.h>
-#include <QGuiApplication>
 
 namespace {
 
@@ -49,11 +48,4 @@ void drawAndConvertAtEachMarker(benchmark::State& state) {
 }
 BENCHMARK(drawAndConvertAtEachMarker)->Unit(benchmark::kMillisecond);
 
-}
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
 }

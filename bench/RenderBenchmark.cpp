@@ -3,7 +3,6 @@
 #include "render/TemplateRegistry.h"
 
 #include <benchmark/benchmark.h>
-#include <QGuiApplication>
 #include <QPainter>
 
 namespace {
@@ -47,14 +46,3 @@ BENCHMARK_CAPTURE(drawOneScoreboard, stacked, TemplateID::stacked)
     ->Arg(1)
     ->Arg(2)
     ->Unit(benchmark::kMicrosecond);
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -1,11 +1,9 @@
-// What a frame of the timeline costs: scrolling it, and painting it anew after an edit. Offscreen.
+// What a frame of the timeline costs: scrolling it, and painting it anew after an edit.
 #include "LongMatch.h"
 #include "persistence/UserDefaults.h"
-#include "ui/style/Theme.h"
 #include "ui/timeline/TimelineCanvas.h"
 
 #include <benchmark/benchmark.h>
-#include <QApplication>
 #include <QTemporaryDir>
 
 namespace pointloom {
@@ -73,12 +71,4 @@ void movePlayhead(benchmark::State& run) {
 BENCHMARK(movePlayhead)->Unit(benchmark::kMillisecond);
 
 }
-}
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    pointloom::Theme::shared().apply(application, pointloom::ThemeChoice::dark);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
 }
