@@ -1,6 +1,7 @@
 #include "ui/editor/MarkerListView.h"
 
 #include "ui/editor/MarkerRowDelegate.h"
+#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 
 #include <QKeyEvent>
@@ -87,9 +88,7 @@ void MarkerListView::paintEvent(QPaintEvent* event) {
     if (m_model.rowCount() > 0)
         return;
     QPainter painter(viewport());
-    QFont font = this->font();
-    font.setPointSizeF(font.pointSizeF() * TypeScale::quiet);
-    painter.setFont(font);
+    painter.setFont(quietFont(font()));
     painter.setPen(tokens().quietText);
     painter.drawText(viewport()->rect().adjusted(Space::l, 0, -Space::l, 0),
                      Qt::AlignCenter | Qt::TextWordWrap, m_context.text(L10nKey::noMarkers));

@@ -4,6 +4,7 @@
 #include "ui/editor/EditorTexts.h"
 #include "ui/editor/MarkerListModel.h"
 #include "ui/editor/MarkerWords.h"
+#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 
 #include <QLineEdit>
@@ -15,16 +16,6 @@ namespace {
 
 constexpr int dotSide = 5; // of the serving side's ball, points
 
-QFont boldened(QFont font) {
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
-QFont quieter(QFont font) {
-    font.setPointSizeF(font.pointSizeF() * TypeScale::quiet);
-    return font;
-}
-
 }
 
 MarkerRowDelegate::MarkerRowDelegate(const UiContext& context, const MarkerListModel& model, QObject* parent)
@@ -35,8 +26,8 @@ MarkerRowDelegate::MarkerRowDelegate(const UiContext& context, const MarkerListM
 MarkerRowDelegate::Columns MarkerRowDelegate::columnsOf(const QStyleOptionViewItem& option) const {
     const double longest = m_context.state.videoDuration;
     const int timeWidth =
-        QFontMetrics(quieter(option.font)).horizontalAdvance(shortTime(std::max(longest, 600.0), true));
-    const int gameWidth = QFontMetrics(boldened(option.font)).horizontalAdvance(QStringLiteral("Ad–40"));
+        QFontMetrics(quietFont(option.font)).horizontalAdvance(shortTime(std::max(longest, 600.0), true));
+    const int gameWidth = QFontMetrics(strongFont(option.font)).horizontalAdvance(QStringLiteral("Ad–40"));
     QRect row = option.rect.adjusted(Space::m, 0, -Space::s, 0);
     const auto take = [&row](int width) {
         QRect column = row;
@@ -86,10 +77,10 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
         painter->drawText(place, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
         return QFontMetrics(font).horizontalAdvance(shown);
     };
-    write(columns.time, shortTime(marker.startTime, true), quieter(option.font), colors.quietText,
+    write(columns.time, shortTime(marker.startTime, true), quietFont(option.font), colors.quietText,
           Qt::AlignRight);
 
-    const QFont gameFont = boldened(option.font);
+    const QFont gameFont = strongFont(option.font);
     const QString game = MarkerWords::game(marker.score);
     const int gameWidth = write(columns.game, game, gameFont, colors.text, Qt::AlignHCenter);
     const double middle = columns.game.center().x();
@@ -102,10 +93,10 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
 
     QRect rest = columns.rest;
     if (const QString sets = MarkerWords::sets(marker.score); !sets.isEmpty())
-        rest.setLeft(rest.left() + write(rest, sets, quieter(option.font), colors.text, Qt::AlignLeft) +
+        rest.setLeft(rest.left() + write(rest, sets, quietFont(option.font), colors.text, Qt::AlignLeft) +
                      Space::m);
     if (marker.label && rest.width() > Space::xl)
-        write(rest, *marker.label, quieter(option.font), colors.quietText, Qt::AlignLeft);
+        write(rest, *marker.label, quietFont(option.font), colors.quietText, Qt::AlignLeft);
     painter->restore();
 }
 

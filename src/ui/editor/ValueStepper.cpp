@@ -1,6 +1,7 @@
 #include "ui/editor/ValueStepper.h"
 
 #include "ui/style/Icons.h"
+#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 
 #include <algorithm>
@@ -199,9 +200,7 @@ void ValueStepper::paintEvent(QPaintEvent*) {
         const QPointF corner = place.center() - QPointF(iconSide, iconSide) / 2;
         painter.drawPixmap(corner.toPoint(), Icons::pixmap(icon, iconSide, color, devicePixelRatioF()));
     }
-    QFont font = this->font();
-    font.setWeight(QFont::DemiBold);
-    painter.setFont(font);
+    painter.setFont(strongFont(font()));
     painter.setPen(m_value ? colors.text : colors.quietText);
     painter.drawText(rect(), Qt::AlignCenter, text());
 }

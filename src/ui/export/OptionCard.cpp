@@ -1,6 +1,7 @@
 #include "ui/export/OptionCard.h"
 
 #include "ui/style/Icons.h"
+#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 
 #include <cmath>
@@ -41,25 +42,13 @@ void OptionCard::setShape(QSizeF shape) {
     update();
 }
 
-QFont OptionCard::titleFont() const {
-    QFont result = font();
-    result.setWeight(QFont::DemiBold);
-    return result;
-}
-
-QFont OptionCard::detailFont() const {
-    QFont result = font();
-    result.setPointSizeF(result.pointSizeF() * TypeScale::quiet);
-    return result;
-}
-
 double OptionCard::textLeft() const {
     return m_shape.isEmpty() ? Space::m : Space::m + shapeSide + Space::s + 2;
 }
 
 double OptionCard::titleHeight(double width) const {
     const double room = width - textLeft() - Space::s;
-    return QFontMetricsF(titleFont())
+    return QFontMetricsF(strongFont(font()))
         .boundingRect(QRectF(0, 0, room, 1000), Qt::TextWordWrap, m_title)
         .height();
 }
@@ -71,7 +60,7 @@ QSize OptionCard::sizeHint() const {
 int OptionCard::heightForWidth(int width) const {
     const double room = width - textLeft() - Space::s;
     const QRectF detail =
-        QFontMetricsF(detailFont()).boundingRect(QRectF(0, 0, room, 1000), Qt::TextWordWrap, m_detail);
+        QFontMetricsF(quietFont(font())).boundingRect(QRectF(0, 0, room, 1000), Qt::TextWordWrap, m_detail);
     const double text = titleHeight(width) + 2 + detail.height();
     return static_cast<int>(std::ceil(std::max(text, m_shape.isEmpty() ? 0 : shapeSide))) + 2 * Space::s;
 }
@@ -92,10 +81,10 @@ void OptionCard::paintEvent(QPaintEvent*) {
         drawShape(painter);
     const QRectF text = QRectF(rect()).adjusted(textLeft(), Space::s, -Space::s, -Space::s);
     const double titleBottom = titleHeight(width());
-    painter.setFont(titleFont());
+    painter.setFont(strongFont(font()));
     painter.setPen(isEnabled() ? colors.text : colors.quietText);
     painter.drawText(text, Qt::TextWordWrap, m_title);
-    painter.setFont(detailFont());
+    painter.setFont(quietFont(font()));
     painter.setPen(colors.quietText);
     painter.drawText(text.adjusted(0, titleBottom + 2, 0, Space::s), Qt::TextWordWrap, m_detail);
     if (isChecked())

@@ -27,8 +27,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QFont titleFont() const;
-    QFont detailFont() const;
     double textLeft() const;
     double titleHeight(double width) const;
     void drawCheck(QPainter& painter) const;

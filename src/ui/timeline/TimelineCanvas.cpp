@@ -1,6 +1,7 @@
 #include "ui/timeline/TimelineCanvas.h"
 
 #include "media/MediaInfo.h"
+#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/TimelineTexts.h"
 
@@ -190,10 +191,7 @@ void TimelineCanvas::showFont() {
 }
 
 TimelinePainting::Look TimelineCanvas::look() const {
-    QFont small = font();
-    if (small.pointSizeF() > 0)
-        small.setPointSizeF(small.pointSizeF() * TypeScale::quiet);
-    return {small, devicePixelRatioF()};
+    return {quietFont(font()), devicePixelRatioF()};
 }
 
 QSize TimelineCanvas::sizeHint() const {

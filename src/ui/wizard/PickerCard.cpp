@@ -1,6 +1,7 @@
 #include "ui/wizard/PickerCard.h"
 
 #include "ui/style/Icons.h"
+#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 #include "ui/wizard/PageColumn.h"
 
@@ -38,7 +39,8 @@ void PickerCard::setTexts(const QString& name, const QString& description) {
 
 int PickerCard::heightForWidth(int width) const {
     const double picture = (width - 2 * ringRoom) * pictureShape();
-    const double texts = QFontMetricsF(nameFont()).height() + QFontMetricsF(descriptionFont()).height();
+    const double texts =
+        QFontMetricsF(strongFont(font())).height() + QFontMetricsF(quietFont(font())).height();
     return static_cast<int>(2 * ringRoom + picture + Space::s + texts + Space::m);
 }
 
@@ -101,18 +103,6 @@ QRectF PickerCard::cardArea() const {
     return QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
 }
 
-QFont PickerCard::nameFont() const {
-    QFont result = font();
-    result.setWeight(QFont::DemiBold);
-    return result;
-}
-
-QFont PickerCard::descriptionFont() const {
-    QFont result = font();
-    result.setPointSizeF(result.pointSizeF() * TypeScale::quiet);
-    return result;
-}
-
 void PickerCard::paintTexts(QPainter& painter, const QRectF& area) {
     const auto paintLine = [&](const QFont& font, const QColor& color, const QString& text, double top) {
         const QFontMetricsF metrics(font);
@@ -123,8 +113,8 @@ void PickerCard::paintTexts(QPainter& painter, const QRectF& area) {
                          metrics.elidedText(text, Qt::ElideRight, area.width()));
         return top + metrics.height();
     };
-    const double below = paintLine(nameFont(), tokens().text, text(), area.top());
-    paintLine(descriptionFont(), tokens().quietText, m_description, below);
+    const double below = paintLine(strongFont(font()), tokens().text, text(), area.top());
+    paintLine(quietFont(font()), tokens().quietText, m_description, below);
 }
 
 void PickerCard::paintCheckMark(QPainter& painter, QPointF corner) {

@@ -33,8 +33,6 @@ protected:
 
 private:
     QRectF cardArea() const;
-    QFont nameFont() const;
-    QFont descriptionFont() const;
     void paintTexts(QPainter& painter, const QRectF& area);
     void paintCheckMark(QPainter& painter, QPointF corner);
 

@@ -1,6 +1,7 @@
 #include "ui/wizard/StepButton.h"
 
 #include "ui/style/Icons.h"
+#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 
 #include <QFontMetrics>
@@ -33,8 +34,9 @@ void StepButton::setMark(Mark mark, bool isReachable) {
     update();
 }
 
+// As wide for every mark, so that the bar does not move from step to step.
 QSize StepButton::sizeHint() const {
-    const QFontMetrics metrics(textFont());
+    const QFontMetrics metrics(strongFont(font()));
     return {circleSize + Space::s + metrics.horizontalAdvance(text()) + 2 * Space::s,
             std::max(circleSize, metrics.height()) + 2 * Space::s};
 }
@@ -44,13 +46,6 @@ void StepButton::keyPressEvent(QKeyEvent* event) {
         click();
     else
         QAbstractButton::keyPressEvent(event);
-}
-
-// As wide for every mark, so that the bar does not move from step to step.
-QFont StepButton::textFont() const {
-    QFont result = font();
-    result.setWeight(QFont::DemiBold);
-    return result;
 }
 
 void StepButton::paintEvent(QPaintEvent*) {
@@ -75,7 +70,7 @@ void StepButton::paintEvent(QPaintEvent*) {
                              : QPen(m_mark == Mark::done ? colors.accent : colors.line, 1.5));
     painter.setBrush(isCurrent ? QBrush(colors.accent) : QBrush(Qt::NoBrush));
     painter.drawEllipse(isCurrent ? circle : circle.adjusted(0.75, 0.75, -0.75, -0.75));
-    painter.setFont(textFont());
+    painter.setFont(strongFont(font()));
     if (m_mark == Mark::done) {
         constexpr int iconSize = 14;
         painter.drawPixmap(

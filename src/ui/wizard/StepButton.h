@@ -24,8 +24,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    QFont textFont() const;
-
     int m_number;
     Mark m_mark = Mark::upcoming;
 };
