@@ -4,7 +4,6 @@
 #include "support/TestClips.h"
 
 #include <gtest/gtest.h>
-#include <QProcess>
 
 namespace pointloom {
 
@@ -62,12 +61,7 @@ TEST(Chapters, StandInTheExportedFileUnlessUnwanted) {
         job.format = format;
         job.withChapters = wanted;
         ExportManager::exportVideo(job, {}, {});
-        QProcess probe;
-        probe.start(QStringLiteral("ffprobe"),
-                    {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_chapters"),
-                     QStringLiteral("-of"), QStringLiteral("json"), job.outputPath});
-        probe.waitForFinished();
-        return nlohmann::json::parse(probe.readAllStandardOutput())["chapters"];
+        return test::probe(job.outputPath)["chapters"];
     };
     for (const auto& [name, format] :
          {std::pair{"out.mp4", ExportFormat::h264}, {"out.mov", ExportFormat::prores}}) {

@@ -1,20 +1,21 @@
 // Whole exports: small clips in, the written files decoded again by ffmpeg's own tools.
 #include "export/ExportManager.h"
+#include "DecodedFrame.h"
 #include "ExportJobs.h"
-#include "support/TestClips.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 
 namespace pointloom {
 
 namespace {
 
 using test::ClipFolder;
+using test::frameAt;
+using test::frameTimes;
 using test::jobFor;
 
 constexpr auto greyClip = "-f lavfi -i color=0x606060:s=640x360:r=25:d=4 -f lavfi -i sine=f=440:d=4 "
@@ -48,33 +49,6 @@ nlohmann::json stream(const QString& path, const char* type) {
 
 double number(const nlohmann::json& text) {
     return std::stod(text.get<std::string>());
-}
-
-// Presentation times of all frames in seconds, as ffprobe decodes them.
-std::vector<double> frameTimes(const QString& path) {
-    QProcess probe;
-    probe.start(QStringLiteral("ffprobe"),
-                {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"),
-                 QStringLiteral("v:0"), QStringLiteral("-show_entries"), QStringLiteral("frame=pts_time"),
-                 QStringLiteral("-of"), QStringLiteral("csv=p=0"), path});
-    probe.waitForFinished();
-    std::vector<double> times;
-    for (const QByteArray& line : probe.readAllStandardOutput().split('\n')) {
-        if (!line.trimmed().isEmpty())
-            times.push_back(line.split(',').first().trimmed().toDouble());
-    }
-    return times;
-}
-
-// The frame shown at `time`, upright, as ffmpeg decodes it.
-QImage frameAt(const QString& path, double time) {
-    const ClipFolder folder;
-    const QString picture = folder.path(QStringLiteral("frame.png"));
-    QProcess::execute(QStringLiteral("ffmpeg"),
-                      {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path,
-                       QStringLiteral("-ss"), QString::number(time), QStringLiteral("-frames:v"),
-                       QStringLiteral("1"), picture});
-    return QImage(picture);
 }
 
 double distance(QRgb a, QRgb b) {
@@ -169,13 +143,8 @@ TEST(Export, TrimsPictureAndSoundToTheSamePoint) {
     EXPECT_GT(qGray(frameAt(job.outputPath, 0.5).pixel(160, 150)), 230);
     EXPECT_NEAR(number(test::probe(job.outputPath)["format"]["duration"]), 1.5, 0.03);
 
-    QProcess decode;
-    decode.start(QStringLiteral("ffmpeg"),
-                 {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), job.outputPath,
-                  QStringLiteral("-ac"), QStringLiteral("1"), QStringLiteral("-f"), QStringLiteral("f32le"),
-                  QStringLiteral("-")});
-    decode.waitForFinished();
-    const QByteArray sound = decode.readAllStandardOutput();
+    const QByteArray sound = test::decode(job.outputPath, {QStringLiteral("-ac"), QStringLiteral("1"),
+                                                           QStringLiteral("-f"), QStringLiteral("f32le")});
     const auto* samples = reinterpret_cast<const float*>(sound.constData());
     const auto* end = samples + sound.size() / 4;
     const auto onset =
@@ -257,7 +226,8 @@ TEST(Export, ScoreboardStandsWhereItsPositionSaysInItsOwnColours) {
 
 TEST(Export, ATrimEndBehindTheVideoIsTheEndOfTheVideo) {
     const ClipFolder folder;
-    const QString clip = folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=gray:s=64x64:r=25:d=1 -c:v libx264");
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"), "-f lavfi -i color=gray:s=64x64:r=25:d=1 -c:v libx264");
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     for (const double end : {60.0, 1e18}) {
         job.trimEnd = end;

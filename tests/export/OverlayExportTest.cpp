@@ -1,12 +1,11 @@
 // The overlay without its video, decoded again by ffmpeg's own tools.
 #include "export/OverlayExport.h"
+#include "DecodedFrame.h"
 #include "ExportJobs.h"
-#include "support/TestClips.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QPainter>
-#include <QProcess>
 
 namespace pointloom {
 
@@ -30,16 +29,6 @@ ExportJob markedJob(const QString& video, const QString& output) {
     ExportJob job = test::jobFor(video, output);
     job.overlay.markers = {{QUuid::createUuid(), 1.0, ScoreState{{{4, 0, {}}}, {}, 2}, {}}};
     return job;
-}
-
-QImage frameAt(const QString& path, double time) {
-    const ClipFolder folder;
-    const QString picture = folder.path(QStringLiteral("frame.png"));
-    QProcess::execute(QStringLiteral("ffmpeg"),
-                      {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path,
-                       QStringLiteral("-ss"), QString::number(time), QStringLiteral("-frames:v"),
-                       QStringLiteral("1"), QStringLiteral("-pix_fmt"), QStringLiteral("rgba"), picture});
-    return QImage(picture);
 }
 
 struct Difference {
@@ -102,7 +91,8 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
 
     for (const auto& [picture, time] : {std::pair(before, 0.96), std::pair(after, 1.0)}) {
         const Difference difference =
-            compare(picture, frameAt(folder.path(QStringLiteral("board.mov")), time));
+            compare(picture, test::frameAt(folder.path(QStringLiteral("board.mov")), time,
+                                           {QStringLiteral("-pix_fmt"), QStringLiteral("rgba")}));
         EXPECT_LE(difference.alpha, 2);
         EXPECT_LT(difference.color, 3);
         EXPECT_GT(difference.opaque, 1000);

@@ -29,25 +29,12 @@ ExportJob markedJob(const QString& video, const QString& output) {
     return job;
 }
 
-QByteArray output(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished();
-    return process.readAllStandardOutput();
-}
-
 // Times of all pictures as ffprobe sees them: of showing in their order, or of decoding. Which picture is
 // decoded first is the encoder's choice.
 QList<qint64> pictureTimes(const QString& path, const char* which) {
-    const QString entry = QStringLiteral("packet=") + QLatin1String(which);
-    const QByteArray lines =
-        output(QStringLiteral("ffprobe"),
-               {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"),
-                QStringLiteral("v"), QStringLiteral("-show_entries"), entry, QStringLiteral("-of"),
-                QStringLiteral("csv=p=0"), path});
     QList<qint64> times;
-    for (const QByteArray& line : lines.trimmed().split('\n'))
-        times.push_back(line.trimmed().replace(",", "").toLongLong());
+    for (const auto& packet : test::probePackets(path))
+        times.push_back(packet.at(which).get<qint64>());
     if (QByteArrayView(which) == "pts")
         std::sort(times.begin(), times.end());
     return times;
@@ -55,9 +42,7 @@ QList<qint64> pictureTimes(const QString& path, const char* which) {
 
 // Times and check sums of all packets of sound.
 QByteArray soundPackets(const QString& path) {
-    return output(QStringLiteral("ffmpeg"),
-                  QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), path} +
-                      QProcess::splitCommand(QStringLiteral("-map 0:a -c copy -f framecrc -")));
+    return test::decode(path, QProcess::splitCommand(QStringLiteral("-map 0:a -c copy -f framecrc")));
 }
 
 // The smallest likeness, in decibel, of two pictures that are shown at the same time.

@@ -3,29 +3,10 @@
 #include "support/TestClips.h"
 
 #include <gtest/gtest.h>
-#include <QProcess>
 
 namespace pointloom::playback {
 
 namespace {
-
-// Times of the first video track's frames, as FFmpeg gives them.
-std::vector<double> frameTimes(const QString& path) {
-    QProcess probe;
-    probe.start(QStringLiteral("ffprobe"),
-                {QStringLiteral("-v"), QStringLiteral("quiet"), QStringLiteral("-select_streams"),
-                 QStringLiteral("v:0"), QStringLiteral("-show_entries"), QStringLiteral("frame=pts_time"),
-                 QStringLiteral("-of"), QStringLiteral("csv=p=0"), path});
-    probe.waitForFinished(60'000);
-    std::vector<double> times;
-    for (const QByteArray& line : probe.readAllStandardOutput().split('\n')) {
-        bool valid = false;
-        const double time = line.split(',').value(0).toDouble(&valid);
-        if (valid)
-            times.push_back(time);
-    }
-    return times;
-}
 
 struct RealClip {
     const char* name;
@@ -44,7 +25,7 @@ TEST_P(RealClipTest, TimesAreThoseThatFfmpegReads) {
     const auto path = test::realClip(QString::fromUtf8(GetParam().name));
     if (!path)
         GTEST_SKIP() << "no real clips here";
-    const std::vector<double> times = frameTimes(*path);
+    const std::vector<double> times = test::frameTimes(*path);
     ASSERT_FALSE(times.empty());
     Watched watched(PlayerView::Rendering::Software, {480, 270});
     ASSERT_TRUE(watched.load(*path)) << watched.failures.value(0).toStdString();

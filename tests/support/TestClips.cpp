@@ -55,7 +55,9 @@ QString ClipFolder::write(const QString& name, const QByteArray& content) const 
 }
 
 nlohmann::json probe(const QString& path) {
-    return probeWith({QStringLiteral("-show_streams"), QStringLiteral("-show_format")}, path);
+    return probeWith(
+        {QStringLiteral("-show_streams"), QStringLiteral("-show_format"), QStringLiteral("-show_chapters")},
+        path);
 }
 
 nlohmann::json probePackets(const QString& path) {
@@ -69,10 +71,24 @@ nlohmann::json probeFrames(const QString& path) {
     return probeWith({QStringLiteral("-show_streams"), QStringLiteral("-show_frames")}, path);
 }
 
+std::vector<double> frameTimes(const QString& path) {
+    const nlohmann::json probed =
+        probeWith({QStringLiteral("-select_streams"), QStringLiteral("v:0"), QStringLiteral("-show_entries"),
+                   QStringLiteral("frame=pts_time")},
+                  path);
+    std::vector<double> times;
+    for (const nlohmann::json& frame : probed.at("frames")) {
+        if (frame.contains("pts_time"))
+            times.push_back(std::stod(frame["pts_time"].get<std::string>()));
+    }
+    return times;
+}
+
 QByteArray decode(const QString& path, const QStringList& arguments) {
-    return run(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-v"), QStringLiteral("error"),
-                                                     QStringLiteral("-noautorotate"), QStringLiteral("-i"), path} +
-                                             arguments + QStringList{QStringLiteral("-")});
+    return run(QStringLiteral("ffmpeg"),
+               QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-noautorotate"),
+                           QStringLiteral("-i"), path} +
+                   arguments + QStringList{QStringLiteral("-")});
 }
 
 QByteArray firstPicture(const QString& path, const QString& pixelFormat) {

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <vector>
 
 namespace pointloom::test {
 
@@ -29,7 +30,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// Streams and format of a file, as ffprobe shows them in JSON.
+/// Streams, format and chapters of a file, as ffprobe shows them in JSON.
 nlohmann::json probe(const QString& path);
 
 /// Packets of the first video stream, in the file's order.
@@ -37,6 +38,9 @@ nlohmann::json probePackets(const QString& path);
 
 /// Streams, and the decoded frames of all of them.
 nlohmann::json probeFrames(const QString& path);
+
+/// Times in seconds of the first video stream's frames, as ffprobe decodes them.
+std::vector<double> frameTimes(const QString& path);
 
 /// What ffmpeg writes for the file under `arguments`, pictures as they are stored, not turned.
 QByteArray decode(const QString& path, const QStringList& arguments);
