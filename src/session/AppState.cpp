@@ -72,45 +72,35 @@ void AppState::removeMarker(const QUuid& id, UndoManager* undoManager) {
     save();
 }
 
-void AppState::updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoManager* undoManager) {
+template <class Value>
+void AppState::updateMarker(const QUuid& id, Value Marker::*field, const Value& value, const QString& name,
+                            UndoManager* undoManager) {
     auto edited = markers.value();
     const auto found = findMarker(edited, id);
     if (found == edited.end())
         return;
-    const SportScoreState previous = std::exchange(found->score, score);
-    const QUuid edit = found->id;
+    const QUuid marker = found->id; // `id` may stand in the list that goes
+    const Value previous = std::exchange((*found).*field, value);
+    if constexpr (std::is_same_v<Value, double>) // its time
+        sortByStartTime(edited);
     markers = std::move(edited);
-    registerEdit(undoManager, QStringLiteral("Edit Score"),
-                 [this, edit, previous, undoManager] { updateMarkerScore(edit, previous, undoManager); });
+    registerEdit(undoManager, name, [this, marker, field, previous, name, undoManager] {
+        updateMarker(marker, field, previous, name, undoManager);
+    });
     save();
 }
 
+void AppState::updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoManager* undoManager) {
+    updateMarker(id, &Marker::score, score, QStringLiteral("Edit Score"), undoManager);
+}
+
 void AppState::updateMarkerTime(const QUuid& id, double time, UndoManager* undoManager) {
-    auto edited = markers.value();
-    const auto found = findMarker(edited, id);
-    if (found == edited.end())
-        return;
-    const double previous = std::exchange(found->startTime, time);
-    const QUuid edit = found->id;
-    sortByStartTime(edited);
-    markers = std::move(edited);
-    registerEdit(undoManager, QStringLiteral("Move Marker"),
-                 [this, edit, previous, undoManager] { updateMarkerTime(edit, previous, undoManager); });
-    save();
+    updateMarker(id, &Marker::startTime, time, QStringLiteral("Move Marker"), undoManager);
 }
 
 void AppState::updateMarkerLabel(const QUuid& id, const std::optional<QString>& label,
                                  UndoManager* undoManager) {
-    auto edited = markers.value();
-    const auto found = findMarker(edited, id);
-    if (found == edited.end())
-        return;
-    const std::optional<QString> previous = std::exchange(found->label, label);
-    const QUuid edit = found->id;
-    markers = std::move(edited);
-    registerEdit(undoManager, QStringLiteral("Rename Marker"),
-                 [this, edit, previous, undoManager] { updateMarkerLabel(edit, previous, undoManager); });
-    save();
+    updateMarker(id, &Marker::label, label, QStringLiteral("Rename Marker"), undoManager);
 }
 
 void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,

@@ -111,6 +111,10 @@ public:
 private:
     std::optional<SportScoreState> resolveLiveScore() const;
 
+    template <class Value>
+    void updateMarker(const QUuid& id, Value Marker::*field, const Value& value, const QString& name,
+                      UndoManager* undoManager);
+
     SessionStore* m_store;
     QProperty<std::optional<SportScoreState>> m_liveScore;
 };
