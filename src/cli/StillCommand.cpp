@@ -3,8 +3,8 @@
 #include "cli/Commands.h"
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
-#include "cli/PictureFile.h"
 #include "cli/ProjectInputs.h"
+#include "persistence/PictureFile.h"
 
 namespace pointloom::cli {
 

@@ -1,5 +1,7 @@
 #include "ui/export/FramePreview.h"
 
+#include "persistence/DocumentError.h"
+#include "persistence/PictureFile.h"
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/SaveDialog.h"
@@ -11,8 +13,6 @@
 
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QImageWriter>
-#include <QSaveFile>
 
 namespace pointloom {
 
@@ -21,15 +21,14 @@ namespace {
 constexpr QSize usualSize(880, 600);
 constexpr QSize smallestSize(520, 380);
 
-// The file is whole or not there at all. Returns why it is not there.
-QString writePicture(const QImage& still, const QString& path) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
-    QImageWriter writer(&file, "png");
-    if (!writer.write(still))
-        return writer.errorString();
-    return file.commit() ? QString() : file.errorString();
+// Returns why it cannot be written.
+QString faultOfWriting(const QImage& still, const QString& path) {
+    try {
+        writePng(still, path);
+        return {};
+    } catch (const DocumentError& error) {
+        return QString::fromUtf8(error.what());
+    }
 }
 
 }
@@ -159,7 +158,7 @@ void FramePreview::save() {
     if (!chosen)
         return;
     m_save->setEnabled(false);
-    m_saving.start([still = m_still->still(), path = *chosen] { return writePicture(still, path); },
+    m_saving.start([still = m_still->still(), path = *chosen] { return faultOfWriting(still, path); },
                    [this](const QString& fault) {
                        m_save->setEnabled(true);
                        if (!fault.isEmpty())

@@ -4,9 +4,9 @@
 #include <QImage>
 #include <QString>
 
-namespace pointloom::cli {
+namespace pointloom {
 
-/// Replaces the file in one step. Throws CommandError, DocumentError.
+/// Replaces the file in one step. Throws DocumentError.
 void writePng(const QImage& picture, const QString& path);
 
 }

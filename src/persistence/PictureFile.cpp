@@ -1,18 +1,18 @@
-#include "cli/PictureFile.h"
+#include "persistence/PictureFile.h"
 
-#include "cli/CommandError.h"
+#include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
 
 #include <QBuffer>
 
-namespace pointloom::cli {
+namespace pointloom {
 
 void writePng(const QImage& picture, const QString& path) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     if (picture.isNull() || !picture.save(&buffer, "PNG"))
-        throw CommandError(path + QStringLiteral(": the picture cannot be written as PNG"));
+        throw DocumentError(path, QStringLiteral("the picture cannot be written as PNG"));
     writeDocument(path, bytes);
 }
 
