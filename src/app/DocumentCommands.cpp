@@ -126,8 +126,8 @@ void DocumentCommands::writeTo(const QString& path) {
 
 void DocumentCommands::downloadSampleCSV() {
     const auto path = chooseFileToSave(m_context, m_window, QStringLiteral("Save Sample CSV"),
-                                       QStringLiteral("pointloom_sample.csv"),
-                                       QStringLiteral("CSV (*.csv)"), QStringLiteral(".csv"));
+                                       QStringLiteral("pointloom_sample.csv"), QStringLiteral("CSV (*.csv)"),
+                                       QStringLiteral(".csv"));
     if (!path)
         return;
     try {

@@ -95,7 +95,8 @@ void MainWindow::fillRecentProjects() {
     for (const QString& path : paths) {
         QAction* action = m_recent->addAction(QFileInfo(path).fileName().replace(u'&', QStringLiteral("&&")));
         action->setToolTip(path);
-        connect(action, &QAction::triggered, this, [this, path] { m_content->documents().openProjectFile(path); });
+        connect(action, &QAction::triggered, this,
+                [this, path] { m_content->documents().openProjectFile(path); });
     }
     m_recent->setToolTipsVisible(true);
     m_recent->addSeparator();

@@ -78,7 +78,8 @@ void drawScoreboard(QPainter& painter, const Canvas& canvas, const OverlayDescri
     painter.restore();
 }
 
-QRectF scoreboardRectangle(const Canvas& canvas, const OverlayDescription& overlay, const SportScoreState& score) {
+QRectF scoreboardRectangle(const Canvas& canvas, const OverlayDescription& overlay,
+                           const SportScoreState& score) {
     constexpr double shadowReach = 40; // template units around the board that its shadow can darken
     const BoardPlace place = placeBoard(canvas, overlay, score);
     const QRectF reached =

@@ -17,12 +17,12 @@ namespace pointloom {
 
 namespace {
 
+using ExportSource::failure;
 using media::AudioReader;
 using media::FrameConverter;
 using media::MediaError;
 using media::MediaWriter;
 using media::VideoReader;
-using ExportSource::failure;
 
 FrameConverter makeConverter(const media::VideoTrackInfo& track, const PictureLayout& layout,
                              const media::FrameFormat& format) {
@@ -45,7 +45,8 @@ std::optional<AudioReader> openAudio(const ExportJob& job, const ExportPlan& pla
     }
 }
 
-MediaWriter openWriter(const ExportJob& job, const ExportPlan& plan, const media::VideoTrackInfo& track, bool withAudio) {
+MediaWriter openWriter(const ExportJob& job, const ExportPlan& plan, const media::VideoTrackInfo& track,
+                       bool withAudio) {
     QFile::remove(job.outputPath);
     try {
         return MediaWriter::create(job.outputPath, videoSettings(job, plan, track), withAudio, plan.chapters,
@@ -76,7 +77,8 @@ private:
     void writeNext() {
         try {
             if (const auto run = m_reader->read()) {
-                m_writtenUntil = static_cast<double>(run->firstSample + run->sampleCount) / media::audioSampleRate;
+                m_writtenUntil =
+                    static_cast<double>(run->firstSample + run->sampleCount) / media::audioSampleRate;
                 (void)m_writer.writeAudio(*run); // a refused run is left out
                 return;
             }
@@ -153,14 +155,15 @@ private:
 // Errors that are not fatal are told to the crash reporter, on the main thread.
 void recordError(const QString& description) {
     const auto record = [description] {
-        CrashReporter::shared().captureError(description, {{QStringLiteral("step"), QStringLiteral("export")}});
+        CrashReporter::shared().captureError(description,
+                                             {{QStringLiteral("step"), QStringLiteral("export")}});
     };
     if (QCoreApplication* application = QCoreApplication::instance())
         QMetaObject::invokeMethod(application, record, Qt::QueuedConnection);
 }
 
 ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
-             const ExportManager::ProgressReport& onProgress) {
+                     const ExportManager::ProgressReport& onProgress) {
     VideoReader reader = ExportSource::open(job.videoPath);
     const media::MediaInfo info = reader.info();
     ExportSource::requireOverlaySize(*info.video);

@@ -15,7 +15,8 @@ struct PlacedPicture {
 };
 
 // A picture at a place of the upright frame, turned to lie over the same spot of the stored frame.
-PlacedPicture turnToStored(const PlacedPicture& upright, QSize uprightSize, const media::Orientation& orientation) {
+PlacedPicture turnToStored(const PlacedPicture& upright, QSize uprightSize,
+                           const media::Orientation& orientation) {
     if (orientation.isIdentity())
         return upright;
     const QRect from(upright.position, upright.picture.size());
@@ -49,7 +50,8 @@ FrameOverlay::FrameOverlay(const OverlayDescription& overlay, const PictureLayou
     , m_canvas{layout.canvas, layout.nativeVideoSize}
     , m_pictures(Compositor::Pictures::load(overlay)) {
     if (const QImage& watermark = m_pictures.watermark; !watermark.isNull()) {
-        const auto place = Compositor::watermarkRectangle(watermark.size(), overlay.watermarkCorner, m_canvas.size);
+        const auto place =
+            Compositor::watermarkRectangle(watermark.size(), overlay.watermarkCorner, m_canvas.size);
         m_marks.push_back(makeLayer(place, [&](QPainter& painter) {
             Compositor::drawWatermark(painter, watermark, overlay.watermarkCorner, m_canvas.size);
         }));

@@ -46,7 +46,8 @@ void FrameSource::decode() {
     while (current) {
         auto following = nextConverted();
         const auto nextTimestamp = following ? std::optional(following->timestamp()) : std::nullopt;
-        const auto stay = m_range.place(current->timestamp(), current->duration(), nextTimestamp, current->timeBase());
+        const auto stay =
+            m_range.place(current->timestamp(), current->duration(), nextTimestamp, current->timeBase());
         if (!stay && m_range.isBehind(current->timestamp(), current->timeBase()))
             break;
         lastTime = current->time();
@@ -79,7 +80,8 @@ void FrameSource::assessDamage(std::optional<double> lastTime) {
 double FrameSource::decodingStart() const {
     const media::VideoTrackInfo& track = m_reader.track();
     const double start = m_range.decodingStart(track.timeBase);
-    const double lead = track.interlaced && m_range.windowStart(track.timeBase) > 0 ? 2 / track.frameRate.value() : 0;
+    const double lead =
+        track.interlaced && m_range.windowStart(track.timeBase) > 0 ? 2 / track.frameRate.value() : 0;
     return std::max(start - lead, 0.0);
 }
 

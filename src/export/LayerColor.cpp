@@ -108,7 +108,8 @@ LayerColor::LayerColor(const media::FrameFormat& format)
 CodeValues LayerColor::codeValues(QRgb opaque) const {
     const Triple rgb = signal(opaque);
     const LumaWeights weights = lumaWeights(m_format.color.matrix);
-    const double luma = weights.red * rgb[0] + (1 - weights.red - weights.blue) * rgb[1] + weights.blue * rgb[2];
+    const double luma =
+        weights.red * rgb[0] + (1 - weights.red - weights.blue) * rgb[1] + weights.blue * rgb[2];
     const double cb = (rgb[2] - luma) / (2 * (1 - weights.blue)); // -0.5..0.5
     const double cr = (rgb[0] - luma) / (2 * (1 - weights.red));
     const double step = 1 << (m_format.bitDepth - 8);

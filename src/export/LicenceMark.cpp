@@ -38,7 +38,8 @@ Geometry geometryOn(QSizeF canvas) {
     const double radius = ballRadius * unit;
     const double width = ctTextWidth(markText(), font) + 2 * radius + (gap + 2 * sidePadding) * unit;
     const double height = pillHeight * unit;
-    const QRectF pill((canvas.width() - width) / 2, canvas.height() - height - bottomMargin * unit, width, height);
+    const QRectF pill((canvas.width() - width) / 2, canvas.height() - height - bottomMargin * unit, width,
+                      height);
     const QPointF ball(pill.left() + sidePadding * unit + radius, pill.center().y());
     return {pill, ball, radius, ball.x() + radius + gap * unit, font};
 }

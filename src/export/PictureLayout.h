@@ -12,12 +12,12 @@
 namespace pointloom {
 
 struct PictureLayout {
-    QSize frameSize;              // of the frames as they are encoded, both sides even
-    media::Orientation orientation; // that players must apply to the encoded frames
+    QSize frameSize;                         // of the frames as they are encoded, both sides even
+    media::Orientation orientation;          // that players must apply to the encoded frames
     media::Rational sampleAspectRatio{1, 1}; // of the encoded frames
-    QRect picture;                // of the source picture inside the encoded frame
-    QSizeF canvas;                // the frame as players show it: upright, square pixels
-    QSizeF nativeVideoSize;       // the source as players show it; the unit that templates are sized in
+    QRect picture;                           // of the source picture inside the encoded frame
+    QSizeF canvas;                           // the frame as players show it: upright, square pixels
+    QSizeF nativeVideoSize; // the source as players show it; the unit that templates are sized in
 
     /// The encoded frame turned upright; its pixels are square only when the sample aspect ratio is 1.
     QSize uprightFrameSize() const;

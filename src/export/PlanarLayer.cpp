@@ -30,8 +30,10 @@ QRect coveredRectangle(const QImage& picture, QRect inside) {
         const auto* first = std::find_if(begin, end, isDrawn);
         if (first == end)
             continue;
-        const auto* last = std::find_if(std::reverse_iterator(end), std::reverse_iterator(first), isDrawn).base();
-        covered |= QRect(QPoint(static_cast<int>(first - row), y), QPoint(static_cast<int>(last - row) - 1, y));
+        const auto* last =
+            std::find_if(std::reverse_iterator(end), std::reverse_iterator(first), isDrawn).base();
+        covered |=
+            QRect(QPoint(static_cast<int>(first - row), y), QPoint(static_cast<int>(last - row) - 1, y));
     }
     return covered;
 }
@@ -77,12 +79,14 @@ private:
 std::vector<Sample> convertPixels(const QImage& picture, QPoint position, QRect rectangle,
                                   const FrameFormat& format) {
     ColorMemory colors(format);
-    std::vector<Sample> samples(static_cast<std::size_t>(rectangle.width()) * static_cast<std::size_t>(rectangle.height()));
+    std::vector<Sample> samples(static_cast<std::size_t>(rectangle.width()) *
+                                static_cast<std::size_t>(rectangle.height()));
     const QRect drawn = rectangle & QRect(position, picture.size());
     for (int y = drawn.top(); y <= drawn.bottom(); ++y) {
         const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y - position.y()));
-        Sample* sample = samples.data() + static_cast<std::ptrdiff_t>(y - rectangle.top()) * rectangle.width()
-                         + (drawn.left() - rectangle.left());
+        Sample* sample = samples.data() +
+                         static_cast<std::ptrdiff_t>(y - rectangle.top()) * rectangle.width() +
+                         (drawn.left() - rectangle.left());
         for (int x = drawn.left(); x <= drawn.right(); ++x, ++sample) {
             const QRgb pixel = row[x - position.x()];
             if (qAlpha(pixel) == 0)
@@ -174,8 +178,9 @@ void PlanarLayer::convertChroma(const std::vector<Sample>& samples, int width, i
                 const int row = std::clamp((y << shiftY) + vertical.offset, 0, height - 1);
                 for (const Tap& horizontal : across) {
                     const int column = std::clamp((x << shiftX) + horizontal.offset, 0, width - 1);
-                    const Sample& sample = samples[static_cast<std::size_t>(row) * static_cast<std::size_t>(width)
-                                                   + static_cast<std::size_t>(column)];
+                    const Sample& sample =
+                        samples[static_cast<std::size_t>(row) * static_cast<std::size_t>(width) +
+                                static_cast<std::size_t>(column)];
                     for (std::size_t i = 0; i < sum.size(); ++i)
                         sum[i] += vertical.weight * horizontal.weight * sample[i];
                 }

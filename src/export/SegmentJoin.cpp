@@ -34,8 +34,7 @@ void requireAllSegments(const SegmentPlan& plan, const PartFolder& parts) {
 std::vector<media::Chapter> chaptersFor(const SegmentPlan& plan) {
     if (!plan.withChapters)
         return {};
-    const double end =
-        ExportSource::endOfRange(plan.trimEnd, media::readMediaInfo(plan.video.path).duration);
+    const double end = ExportSource::endOfRange(plan.trimEnd, media::readMediaInfo(plan.video.path).duration);
     return chaptersOf(plan.markers, plan.matchConfig, plan.trimStart, end);
 }
 

@@ -168,8 +168,7 @@ SegmentPlan SegmentPlan::load(const QString& path, const QString& program) {
 
 void SegmentPlan::save(const QString& path) const {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) ||
-        !json::commitWhole(file, json::prettySorted(json::encode(*this))))
+    if (!file.open(QIODevice::WriteOnly) || !json::commitWhole(file, json::prettySorted(json::encode(*this))))
         fail(path, "cannot be written: " + file.errorString().toStdString());
 }
 

@@ -66,8 +66,8 @@ struct Codec<Integer> {
             // Some writers put whole numbers as 3.0.
             const double number = value.get<double>();
             constexpr double limit = 9007199254740992.0; // 2^53: every whole number below is exact
-            if (std::trunc(number) == number && std::abs(number) < limit
-                && std::in_range<Integer>(static_cast<std::int64_t>(number)))
+            if (std::trunc(number) == number && std::abs(number) < limit &&
+                std::in_range<Integer>(static_cast<std::int64_t>(number)))
                 return static_cast<Integer>(number);
         } else {
             throw DecodingError(path, "expected an integer");
@@ -119,9 +119,7 @@ struct Codec<QUuid> {
 
 template <>
 struct Codec<QUrl> {
-    static OrderedValue encode(const QUrl& value) {
-        return value.toString(QUrl::FullyEncoded).toStdString();
-    }
+    static OrderedValue encode(const QUrl& value) { return value.toString(QUrl::FullyEncoded).toStdString(); }
     static QUrl decode(const Value& value, const Path& path) {
         const QString text = Codec<QString>::decode(value, path);
         const QUrl url(text, QUrl::TolerantMode);

@@ -32,7 +32,9 @@ constexpr Field<Record, Member> field(std::string_view key, Member Record::*memb
 }
 
 template <class T>
-concept JsonRecord = requires { T::jsonFields(); };
+concept JsonRecord = requires {
+    T::jsonFields();
+};
 
 /// How one type is turned into a tree and back; specialise it for a type that is neither a record nor in
 /// JsonCoding.h.

@@ -13,7 +13,9 @@ template <class Enumeration>
 struct RawValues;
 
 template <class Enumeration>
-concept HasRawValues = requires { RawValues<Enumeration>::table.size(); };
+concept HasRawValues = requires {
+    RawValues<Enumeration>::table.size();
+};
 
 /// The persisted text of a case.
 template <HasRawValues Enumeration>

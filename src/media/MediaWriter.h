@@ -30,8 +30,8 @@ struct VideoSettings {
     Rational frameRate{30, 1};   // nominal, for rate control
     std::string encoderPreset;   // of x264 or x265; empty for the encoder's default
     int encodersAtOnce = 1;      // on this machine, which share its processors
-    bool joinable = false;       // no header tells of the machine, so that files of several machines can be joined
-    bool lossless = false;       // x264 and x265 only; for tests that read pixels back
+    bool joinable = false; // no header tells of the machine, so that files of several machines can be joined
+    bool lossless = false; // x264 and x265 only; for tests that read pixels back
 
     bool isHdr() const { return format.color.transfer != Transfer::sdr; }
 };
@@ -40,11 +40,12 @@ struct VideoSettings {
 /// 4:2:0 of 8 or 10 bits for HEVC, 4:2:2 of 10 bits in limited range for ProRes.
 FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
 
-/// MP4 for H.264 (avc1) and HEVC (hvc1), QuickTime for ProRes 422 (apcs, apcn, apch); the index stands at the front.
+/// MP4 for H.264 (avc1) and HEVC (hvc1), QuickTime for ProRes 422 (apcs, apcn, apch); the index stands at the
+/// front.
 class MediaWriter {
 public:
-    /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false. `comment` is kept
-    /// in the file.
+    /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false. `comment` is
+    /// kept in the file.
     static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio,
                               const std::vector<Chapter>& chapters = {}, const QString& comment = {});
 

@@ -9,8 +9,8 @@
 
 namespace pointloom::media {
 
-/// The first video track that has pictures, is no cover and can be decoded; one with a single picture only when
-/// there is no other.
+/// The first video track that has pictures, is no cover and can be decoded; one with a single picture only
+/// when there is no other.
 std::optional<int> findVideoTrack(const AVFormatContext& context);
 
 /// Throws MediaError when no decoder is known for one of the video tracks.

@@ -1,8 +1,8 @@
 // Who plays, in which format, over how many sets.
 #pragma once
 
-#include "json/JsonFields.h"
 #include "model/SportID.h"
+#include "json/JsonFields.h"
 
 #include <optional>
 #include <QString>

@@ -32,13 +32,15 @@ const Sport& row(SportID sport) {
     return sports[static_cast<std::size_t>(sport)];
 }
 
-static_assert([] {
-    for (std::size_t i = 0; i < std::size(sports); ++i) {
-        if (static_cast<std::size_t>(sports[i].id) != i)
-            return false;
-    }
-    return std::size(sports) == RawValues<SportID>::table.size();
-}(), "one row for each sport, in the order of the enumeration");
+static_assert(
+    [] {
+        for (std::size_t i = 0; i < std::size(sports); ++i) {
+            if (static_cast<std::size_t>(sports[i].id) != i)
+                return false;
+        }
+        return std::size(sports) == RawValues<SportID>::table.size();
+    }(),
+    "one row for each sport, in the order of the enumeration");
 
 }
 

@@ -86,7 +86,8 @@ bool handOver(const QString& folder, const QStringList& arguments, std::chrono::
         constexpr unsigned long pause = 20; // milliseconds
         QThread::msleep(pause);
     }
-    socket.write(json::compact(json::encode(std::vector<QString>(arguments.begin(), arguments.end()))) + '\n');
+    socket.write(json::compact(json::encode(std::vector<QString>(arguments.begin(), arguments.end()))) +
+                 '\n');
     while (socket.bytesAvailable() == 0) {
         if (deadline.hasExpired() || !socket.waitForReadyRead(remaining()))
             return false;

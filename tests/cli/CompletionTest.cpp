@@ -92,7 +92,8 @@ TEST_F(CompletionTest, EveryShellAndTheManualNameEveryOption) {
             EXPECT_TRUE(manual.contains(name)) << command << ' ' << name.constData();
         }
     }
-    EXPECT_FALSE(zsh.contains("encoder-preset") || fish.contains("encoder-preset") || manual.contains("encoder-preset"));
+    EXPECT_FALSE(zsh.contains("encoder-preset") || fish.contains("encoder-preset") ||
+                 manual.contains("encoder-preset"));
 }
 
 }

@@ -164,7 +164,8 @@ TEST_F(ExportCommandTest, TheListOfChaptersEndsWithTheVideo) {
     makeProject(2);
     ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
     for (const double time : {0.5, 1.5, 9.0})
-        project.markers.push_back({QUuid::createUuid(), time, ScoreState(), QStringLiteral("At %1").arg(time)});
+        project.markers.push_back(
+            {QUuid::createUuid(), time, ScoreState(), QStringLiteral("At %1").arg(time)});
     project.save(path(QStringLiteral("m.plp")));
     for (const char* range : {"", " --trim-end 20"})
         EXPECT_EQ(run((std::string("export m.plp --chapters-text") + range).c_str()).out,
@@ -178,9 +179,10 @@ TEST_F(ExportCommandTest, TheListOfChaptersEndsWithTheVideo) {
 TEST_F(ExportCommandTest, AVideoThatIsCutShortIsExportedWithAWarning) {
     makeProject(4);
     const QString whole = path(QStringLiteral("v.mp4"));
-    const QByteArray clip = test::readFile(
-        clips.make(QStringLiteral("front.mp4"), {QStringLiteral("-i"), whole, QStringLiteral("-c"), QStringLiteral("copy"),
-                                                 QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
+    const QByteArray clip =
+        test::readFile(clips.make(QStringLiteral("front.mp4"),
+                                  {QStringLiteral("-i"), whole, QStringLiteral("-c"), QStringLiteral("copy"),
+                                   QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
     write(QStringLiteral("cut.mp4"), clip.left(clip.size() / 2));
     const Outcome outcome = run("export m.plp --video cut.mp4 -o out.mp4");
     EXPECT_EQ(outcome.status, 0);
@@ -191,7 +193,8 @@ TEST_F(ExportCommandTest, AVideoThatIsCutShortIsExportedWithAWarning) {
 
     write(QStringLiteral("unfinished.mp4"), test::readFile(whole).left(clip.size() / 2));
     EXPECT_EQ(faultOf("export m.plp --video unfinished.mp4 -o x.mp4"),
-              "m.plp: Export failed: Reader failed: the file is cut short or was never finished: its index is missing");
+              "m.plp: Export failed: Reader failed: the file is cut short or was never finished: its index "
+              "is missing");
 }
 
 TEST_F(ExportCommandTest, TheOverlayAloneIsAMovieOrAFolderOfPictures) {

@@ -9,8 +9,8 @@ TEST_F(UsageTest, HelpAndVersionAreNoFaults) {
     const Outcome version = run("--version");
     EXPECT_EQ(version.status, 0);
     EXPECT_TRUE(version.out.startsWith("pointloom-cli "));
-    for (const char* command :
-         {"export", "plan", "segment", "join", "still", "scoreboard", "templates", "markers", "new", "check", "licence", "completion"}) {
+    for (const char* command : {"export", "plan", "segment", "join", "still", "scoreboard", "templates",
+                                "markers", "new", "check", "licence", "completion"}) {
         const Outcome help = run(QStringList{QString::fromLatin1(command), QStringLiteral("--help")});
         EXPECT_EQ(help.status, 0) << command;
         EXPECT_TRUE(help.err.isEmpty()) << help.errText();
@@ -49,9 +49,8 @@ TEST_F(UsageTest, WrongArgumentsEndWithStatusTwo) {
                                   "completion tcsh",
                                   "check"})
         EXPECT_NE(faultOf(arguments, 2), "") << arguments;
-    EXPECT_EQ(
-        faultOf("export m.plp --format mpeg2", 2),
-        "export: --format: \"mpeg2\" is none of h264, hevc, prores, png (see \"pointloom-cli export --help\")");
+    EXPECT_EQ(faultOf("export m.plp --format mpeg2", 2), "export: --format: \"mpeg2\" is none of h264, hevc, "
+                                                         "prores, png (see \"pointloom-cli export --help\")");
 }
 
 TEST_F(UsageTest, FaultsOfFilesEndWithStatusOneAndNameTheFile) {

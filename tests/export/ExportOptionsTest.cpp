@@ -28,7 +28,8 @@ TEST(ExportOptions, LabelsMatchExactlyAndNothingElseDoes) {
 
 TEST(ExportOptions, OutputIsNamedByLocalTimeAndFormat) {
     const QDateTime time(QDate(2025, 3, 7), QTime(18, 4, 59));
-    EXPECT_TRUE(defaultOutputPath(ExportFormat::h264, time).endsWith(QStringLiteral("/scoreboard_2025-03-07_18-04-59.mp4")));
+    EXPECT_TRUE(defaultOutputPath(ExportFormat::h264, time)
+                    .endsWith(QStringLiteral("/scoreboard_2025-03-07_18-04-59.mp4")));
     EXPECT_TRUE(defaultOutputPath(ExportFormat::prores, time).endsWith(QStringLiteral("_18-04-59.mov")));
 }
 

@@ -31,9 +31,10 @@ struct Case {
 
 std::ostream& operator<<(std::ostream& out, const Case& test) {
     return out << "4:2:0, 4:2:2, 4:4:4 number " << static_cast<int>(test.format.subsampling) << ", "
-               << test.format.bitDepth << " bits, matrix " << static_cast<int>(test.format.color.matrix) << ", range "
-               << static_cast<int>(test.format.color.range) << ", chroma " << static_cast<int>(test.format.color.chromaLocation)
-               << ", turned " << test.orientation.quarterTurns << ", mirrored " << test.orientation.mirrored;
+               << test.format.bitDepth << " bits, matrix " << static_cast<int>(test.format.color.matrix)
+               << ", range " << static_cast<int>(test.format.color.range) << ", chroma "
+               << static_cast<int>(test.format.color.chromaLocation) << ", turned "
+               << test.orientation.quarterTurns << ", mirrored " << test.orientation.mirrored;
 }
 
 OverlayDescription overlay(const QString& watermark) {
@@ -66,7 +67,8 @@ void fillPlane(const media::Plane& plane, double value) {
 
 double sampleAt(const media::Plane& plane, int x, int y, int bitDepth) {
     const std::byte* row = plane.data + y * plane.bytesPerRow;
-    return bitDepth > 8 ? reinterpret_cast<const std::uint16_t*>(row)[x] : reinterpret_cast<const std::uint8_t*>(row)[x];
+    return bitDepth > 8 ? reinterpret_cast<const std::uint16_t*>(row)[x]
+                        : reinterpret_cast<const std::uint8_t*>(row)[x];
 }
 
 VideoFrame flatFrame(QSize size, const FrameFormat& format) {
@@ -110,11 +112,14 @@ std::vector<Position> lumaPositions(int chroma, bool isSubsampled, bool isCosite
     return {{2 * chroma, 0.5}, {inside(2 * chroma + 1), 0.5}};
 }
 
-double expectedSample(const QImage& bitmap, const LayerColor& color, const FrameFormat& format, std::size_t plane, int x, int y) {
+double expectedSample(const QImage& bitmap, const LayerColor& color, const FrameFormat& format,
+                      std::size_t plane, int x, int y) {
     const bool isChroma = plane != 0;
     const auto location = format.color.chromaLocation;
-    const auto across = lumaPositions(x, isChroma && format.chromaShiftX() != 0, location != ChromaLocation::center, bitmap.width());
-    const auto down = lumaPositions(y, isChroma && format.chromaShiftY() != 0, location == ChromaLocation::topLeft, bitmap.height());
+    const auto across = lumaPositions(x, isChroma && format.chromaShiftX() != 0,
+                                      location != ChromaLocation::center, bitmap.width());
+    const auto down = lumaPositions(y, isChroma && format.chromaShiftY() != 0,
+                                    location == ChromaLocation::topLeft, bitmap.height());
     double sum = 0;
     for (const auto& [row, vertical] : down) {
         for (const auto& [column, horizontal] : across)
@@ -130,7 +135,8 @@ double largestDifference(const VideoFrame& frame, const QImage& bitmap, const Fr
     for (std::size_t i = 0; i < planes.size(); ++i) {
         for (int y = 0; y < planes[i].height; ++y) {
             for (int x = 0; x < planes[i].width; ++x) {
-                const double difference = std::abs(sampleAt(planes[i], x, y, format.bitDepth) - expectedSample(bitmap, color, format, i, x, y));
+                const double difference = std::abs(sampleAt(planes[i], x, y, format.bitDepth) -
+                                                   expectedSample(bitmap, color, format, i, x, y));
                 largest = std::max(largest, difference);
             }
         }
@@ -154,7 +160,8 @@ std::vector<Case> cases() {
     }
     for (int turns = 0; turns < 4; ++turns) {
         for (const bool mirrored : {false, true}) {
-            for (const auto location : {ChromaLocation::left, ChromaLocation::center, ChromaLocation::topLeft}) {
+            for (const auto location :
+                 {ChromaLocation::left, ChromaLocation::center, ChromaLocation::topLeft}) {
                 FrameFormat format;
                 format.color.chromaLocation = location;
                 all.push_back({format, {mirrored, turns}, {1, 1}});
@@ -222,7 +229,8 @@ TEST(FrameOverlay, DrawsEachScoreAtItsTimeAndLeavesTheRestOfTheFrameUntouched) {
 
 TEST(LayerColor, DrawnWhiteStandsAtTheReferenceLevelInHdr) {
     FrameFormat format{Subsampling::s420, 10, {}};
-    format.color = {Matrix::bt2020, Range::limited, media::Transfer::hlg, media::Primaries::bt2020, ChromaLocation::left};
+    format.color = {Matrix::bt2020, Range::limited, media::Transfer::hlg, media::Primaries::bt2020,
+                    ChromaLocation::left};
     const double hlg = (LayerColor(format).codeValues(qRgb(255, 255, 255))[0] / 4 - 16) / 219;
     EXPECT_NEAR(hlg, 0.75, 0.002); // BT.2408
     format.color.transfer = media::Transfer::pq;

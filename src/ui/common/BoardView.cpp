@@ -13,7 +13,8 @@ BoardView::BoardView(QWidget* parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 
-void BoardView::setBoard(TemplateID templateID, const SportScoreState& score, const MatchConfig& config, const QImage& logo) {
+void BoardView::setBoard(TemplateID templateID, const SportScoreState& score, const MatchConfig& config,
+                         const QImage& logo) {
     m_board = Board{templateID, score, config, logo};
     updateGeometry();
     update();
@@ -50,11 +51,12 @@ void BoardView::paintEvent(QPaintEvent*) {
         return;
     const QSizeF natural = naturalSize();
     const double scale = std::min({m_largestScale, width() / natural.width(), height() / natural.height()});
-    QImage picture = renderScoreboardImage(m_board->templateID, m_board->score, m_board->config, m_board->logo,
-                                           scale * devicePixelRatioF());
+    QImage picture = renderScoreboardImage(m_board->templateID, m_board->score, m_board->config,
+                                           m_board->logo, scale * devicePixelRatioF());
     picture.setDevicePixelRatio(devicePixelRatioF());
     const QSizeF shown = picture.deviceIndependentSize();
-    QPainter(this).drawImage(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2), picture);
+    QPainter(this).drawImage(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2),
+                             picture);
 }
 
 namespace {
@@ -76,10 +78,14 @@ std::int64_t pointsOfASet(SportID sport) {
 SportScoreState tellingScore(SportID sport, std::int64_t numberOfSets) {
     const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(numberOfSets, 1, 7));
     if (usesTennisScoring(sport)) {
-        const std::vector<SetScore> sets = {{6, 4, {}}, {6, 7, 5}, {3, 3, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}, {0, 0, {}}};
+        const std::vector<SetScore> sets = {{6, 4, {}}, {6, 7, 5},  {3, 3, {}}, {0, 0, {}},
+                                            {0, 0, {}}, {0, 0, {}}, {0, 0, {}}};
         const bool isOneSet = count == 1;
-        return ScoreState{isOneSet ? std::vector{SetScore{6, 7, 5}} : std::vector(sets.begin(), sets.begin() + static_cast<std::ptrdiff_t>(count)),
-                          {GamePoint::advantage, GamePoint::forty}, 1};
+        return ScoreState{isOneSet
+                              ? std::vector{SetScore{6, 7, 5}}
+                              : std::vector(sets.begin(), sets.begin() + static_cast<std::ptrdiff_t>(count)),
+                          {GamePoint::advantage, GamePoint::forty},
+                          1};
     }
     // One set each; the third is being played.
     const std::int64_t points = pointsOfASet(sport);

@@ -17,7 +17,8 @@ class BoardView : public QWidget {
 public:
     explicit BoardView(QWidget* parent = nullptr);
 
-    void setBoard(TemplateID templateID, const SportScoreState& score, const MatchConfig& config, const QImage& logo = {});
+    void setBoard(TemplateID templateID, const SportScoreState& score, const MatchConfig& config,
+                  const QImage& logo = {});
     void clear();
     void setLargestScale(double scale);
 

@@ -15,23 +15,26 @@ public:
 
     /// The file that was chosen; empty when the person cancelled. `filters` as Qt writes them,
     /// "Project (*.plp)".
-    virtual std::optional<QString> chooseFileToOpen(QWidget* parent, const QString& title, const QStringList& filters) = 0;
-    virtual std::optional<QString> chooseFileToSave(QWidget* parent, const QString& title, const QString& proposedName,
+    virtual std::optional<QString> chooseFileToOpen(QWidget* parent, const QString& title,
+                                                    const QStringList& filters) = 0;
+    virtual std::optional<QString> chooseFileToSave(QWidget* parent, const QString& title,
+                                                    const QString& proposedName,
                                                     const QStringList& filters) = 0;
 
     virtual void alert(QWidget* parent, const QString& title, const QString& message) = 0;
 
     /// True when the person chose `confirm`.
-    virtual bool confirm(QWidget* parent, const QString& title, const QString& message, const QString& confirm,
-                         const QString& cancel) = 0;
+    virtual bool confirm(QWidget* parent, const QString& title, const QString& message,
+                         const QString& confirm, const QString& cancel) = 0;
 };
 
 /// The desktop's own dialogs.
 class DesktopDialogs final : public Dialogs {
 public:
-    std::optional<QString> chooseFileToOpen(QWidget* parent, const QString& title, const QStringList& filters) override;
-    std::optional<QString> chooseFileToSave(QWidget* parent, const QString& title, const QString& proposedName,
+    std::optional<QString> chooseFileToOpen(QWidget* parent, const QString& title,
                                             const QStringList& filters) override;
+    std::optional<QString> chooseFileToSave(QWidget* parent, const QString& title,
+                                            const QString& proposedName, const QStringList& filters) override;
     void alert(QWidget* parent, const QString& title, const QString& message) override;
     bool confirm(QWidget* parent, const QString& title, const QString& message, const QString& confirm,
                  const QString& cancel) override;

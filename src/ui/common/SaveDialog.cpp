@@ -8,15 +8,11 @@ namespace pointloom {
 
 namespace {
 
-constexpr UiText replaceTitle{"Replace the file?",
-                              "Remplacer le fichier ?",
-                              "¿Reemplazar el archivo?",
-                              "Sostituire il file?",
-                              "Datei ersetzen?",
-                              "Ersätta filen?",
+constexpr UiText replaceTitle{"Replace the file?",     "Remplacer le fichier ?", "¿Reemplazar el archivo?",
+                              "Sostituire il file?",   "Datei ersetzen?",        "Ersätta filen?",
                               "Substituir o ficheiro?"};
-constexpr UiText replaceMessage{"“%@” already exists.", "« %@ » existe déjà.",     "«%@» ya existe.",
-                                "«%@» esiste già.",     "„%@“ gibt es schon.",     "”%@” finns redan.",
+constexpr UiText replaceMessage{"“%@” already exists.", "« %@ » existe déjà.", "«%@» ya existe.",
+                                "«%@» esiste già.",     "„%@“ gibt es schon.", "”%@” finns redan.",
                                 "“%@” já existe."};
 constexpr UiText replaceConfirm{"Replace",  "Remplacer", "Reemplazar", "Sostituisci",
                                 "Ersetzen", "Ersätt",    "Substituir"};

@@ -77,7 +77,7 @@ private:
 
     UiContext m_context;
     std::unique_ptr<playback::Player> m_player;
-    QString m_whyUnavailable; // empty as long as nothing speaks against a player
+    QString m_whyUnavailable;    // empty as long as nothing speaks against a player
     bool m_isPublishing = false; // what changes in the session comes from the player
     double m_speed = 1;
     double m_volume = 1;

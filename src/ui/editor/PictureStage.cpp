@@ -79,7 +79,8 @@ QWidget* PictureStage::makeEmptyState() {
 
 void PictureStage::showPlayer(playback::Player& player) {
     try {
-        m_view = std::make_unique<playback::PlayerView>(player, playback::PlayerView::Rendering::Automatic, this);
+        m_view =
+            std::make_unique<playback::PlayerView>(player, playback::PlayerView::Rendering::Automatic, this);
     } catch (const playback::PlaybackError& error) {
         m_playback.giveUp(QString::fromUtf8(error.what()));
         return;

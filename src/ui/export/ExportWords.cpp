@@ -31,7 +31,8 @@ QStringList damage(const media::Damage& damage, Language language) {
     if (const std::int64_t pictures = damage.lostPictures + damage.faultyPictures; pictures > 0)
         lines += t(language, ExportTexts::damagedPictures).arg(locale.toString(qlonglong{pictures}));
     if (damage.secondsMissing > 0)
-        lines += t(language, ExportTexts::endMissing).arg(locale.toString(std::max(damage.secondsMissing, shortest), 'f', 1));
+        lines += t(language, ExportTexts::endMissing)
+                     .arg(locale.toString(std::max(damage.secondsMissing, shortest), 'f', 1));
     return lines;
 }
 

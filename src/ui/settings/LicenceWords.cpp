@@ -3,7 +3,6 @@
 #include "l10n/Format.h"
 #include "l10n/UiText.h"
 
-
 namespace pointloom::LicenceWords {
 
 namespace {

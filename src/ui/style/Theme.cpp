@@ -158,8 +158,9 @@ QString styleSheetOf(const ColorTokens& t, bool isDark) {
 
 // Read before our own palette covers it.
 bool desktopIsLight() {
-    static const bool isLight = QApplication::style()->standardPalette().color(QPalette::Window).lightness() > 127
-                                && QApplication::palette().color(QPalette::Window).lightness() > 127;
+    static const bool isLight =
+        QApplication::style()->standardPalette().color(QPalette::Window).lightness() > 127 &&
+        QApplication::palette().color(QPalette::Window).lightness() > 127;
     return isLight;
 }
 
@@ -183,7 +184,8 @@ void Theme::apply(QApplication& application, ThemeChoice choice) {
 }
 
 bool Theme::animates() {
-    return QApplication::isEffectEnabled(Qt::UI_General) && !qEnvironmentVariableIsSet("POINTLOOM_REDUCED_MOTION");
+    return QApplication::isEffectEnabled(Qt::UI_General) &&
+           !qEnvironmentVariableIsSet("POINTLOOM_REDUCED_MOTION");
 }
 
 }

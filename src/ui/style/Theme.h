@@ -1,8 +1,8 @@
 // The look of the whole application: one palette and one style sheet built from the tokens.
 #pragma once
 
-#include "json/RawValues.h"
 #include "ui/style/Tokens.h"
+#include "json/RawValues.h"
 
 #include <QObject>
 

@@ -7,13 +7,13 @@ namespace pointloom {
 
 struct ColorTokens {
     QColor window;
-    QColor surface;   // cards, sidebar
-    QColor raised;    // hover, fields
+    QColor surface; // cards, sidebar
+    QColor raised;  // hover, fields
     QColor line;
     QColor text;
     QColor quietText;
-    QColor accent;    // one: the ball
-    QColor onAccent;  // text on the accent
+    QColor accent;   // one: the ball
+    QColor onAccent; // text on the accent
     QColor danger;
     QColor warning;
     QColor success;

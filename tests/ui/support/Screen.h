@@ -22,7 +22,8 @@ public:
     QStringList filters;  // of the last dialog for a file
     QStringList buttons;  // of the last question
 
-    std::optional<QString> chooseFileToOpen(QWidget*, const QString& title, const QStringList& given) override {
+    std::optional<QString> chooseFileToOpen(QWidget*, const QString& title,
+                                            const QStringList& given) override {
         shown << title;
         filters = given;
         return fileToOpen;
