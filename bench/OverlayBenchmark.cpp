@@ -1,24 +1,12 @@
 // What the overlay costs: drawing it when the score changes, blending it into every frame.
 #include "export/FrameOverlay.h"
-#include "model/ScoringEngine.h"
+#include "SampleOverlay.h"
 
 #include <benchmark/benchmark.h>
 
 namespace {
 
 using namespace pointloom;
-
-OverlayDescription overlay() {
-    OverlayDescription description;
-    description.config.team1 = {QStringLiteral("Dravnik"), {}, QStringLiteral("FR"), {}};
-    description.config.team2 = {QStringLiteral("Solvane"), {}, QStringLiteral("ES"), {}};
-    description.config.numberOfSets = 3;
-    description.initialScore = ScoringEngine::getInitialScore(description.config);
-    SportScoreState other = description.initialScore;
-    std::get<ScoreState>(other).servingTeam = 2;
-    description.markers = {{QUuid::createUuid(), 1.0, other, {}}};
-    return description;
-}
 
 PictureLayout fullHd() {
     media::VideoTrackInfo track;
@@ -28,7 +16,7 @@ PictureLayout fullHd() {
 
 void blendFrame(benchmark::State& state) {
     const media::FrameFormat format{media::Subsampling::s420, static_cast<int>(state.range(0)), {}};
-    const OverlayDescription description = overlay();
+    const OverlayDescription description = sampleOverlay();
     FrameOverlay frameOverlay(description, fullHd(), format);
     const auto frame = media::makeBlackFrame(1920, 1080, format, {1, 30});
     for ([[maybe_unused]] auto step : state)
@@ -37,7 +25,7 @@ void blendFrame(benchmark::State& state) {
 BENCHMARK(blendFrame)->Arg(8)->Arg(10)->Unit(benchmark::kMillisecond);
 
 void drawAndConvertAtEachMarker(benchmark::State& state) {
-    const OverlayDescription description = overlay();
+    const OverlayDescription description = sampleOverlay();
     FrameOverlay frameOverlay(description, fullHd(), {});
     const auto frame = media::makeBlackFrame(1920, 1080, {}, {1, 30});
     double time = 0;

@@ -172,6 +172,16 @@ theirs=("${ff[@]}" -i "$work/phone.mov" -vf scale=1920:1080,format=yuv420p -c:v 
 compare "4K HLG to 1080p H.264, tone-mapped, plain eight-bit one" "1.25"
 
 echo
+printf '| %-58s | %7s | %7s | %7s | %7s |\n' "each stage alone, ms a frame" decode convert blend encode
+echo '|---|---|---|---|---|'
+# stages TITLE CLIP OPTION ...
+stages() { printf '| %-58s ' "$1"; build/release/frame-stages "${@:2}"; }
+stages "1080p to H.264" "$work/action.mp4"
+stages "1080p to ProRes" "$work/action.mp4" --format prores
+stages "4K HLG to 1080p HEVC, HDR kept" "$work/phone.mov" --format hevc --preset twitter1080p
+stages "4K HLG to 1080p H.264, tone-mapped" "$work/phone.mov" --preset twitter1080p
+
+echo
 echo "Memory over the clip's length (ultrafast):"
 if [ ! -s "$work/long.mp4" ]; then
     ffmpeg -nostdin -v error -y -f lavfi -i smptebars=s=1920x1080:r=30:d=600 -f lavfi -i sine=d=600 -c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a aac "$work/long.mp4"

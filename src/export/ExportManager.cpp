@@ -24,17 +24,6 @@ using media::MediaError;
 using media::MediaWriter;
 using media::VideoReader;
 
-FrameConverter makeConverter(const media::VideoTrackInfo& track, const PictureLayout& layout,
-                             const media::FrameFormat& format) {
-    return {track, media::PictureTarget{
-                       .size = layout.frameSize,
-                       .picture = layout.picture,
-                       .orientation = layout.keepsStoredPicture ? media::Orientation{} : track.orientation,
-                       .sampleAspectRatio = layout.sampleAspectRatio,
-                       .format = format,
-                   }};
-}
-
 std::optional<AudioReader> openAudio(const ExportJob& job, const ExportPlan& plan) {
     if (job.part)
         return std::nullopt;
@@ -172,7 +161,7 @@ ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isC
     const ExportPlan plan = makePlan(job, info);
     auto audio = openAudio(job, plan);
     FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
-    FrameConverter converter = makeConverter(*info.video, plan.layout, plan.frameFormat);
+    FrameConverter converter(*info.video, pictureTarget(plan, *info.video));
 
     PartialFile file(job.outputPath);
     MediaWriter writer = openWriter(job, plan, *info.video, audio.has_value());
@@ -210,7 +199,7 @@ QImage ExportManager::renderStill(const ExportJob& job, double time) {
     const media::MediaInfo info = reader.info();
     ExportSource::requireOverlaySize(*info.video);
     const ExportPlan plan = makePlan(job, info);
-    FrameConverter converter = makeConverter(*info.video, plan.layout, plan.frameFormat);
+    FrameConverter converter(*info.video, pictureTarget(plan, *info.video));
     try {
         reader.seek(time);
         std::optional<media::VideoFrame> frame;

@@ -39,6 +39,16 @@ ExportPlan makePlan(const ExportJob& job, const media::MediaInfo& info) {
     return plan;
 }
 
+media::PictureTarget pictureTarget(const ExportPlan& plan, const media::VideoTrackInfo& track) {
+    return {
+        .size = plan.layout.frameSize,
+        .picture = plan.layout.picture,
+        .orientation = plan.layout.keepsStoredPicture ? media::Orientation{} : track.orientation,
+        .sampleAspectRatio = plan.layout.sampleAspectRatio,
+        .format = plan.frameFormat,
+    };
+}
+
 media::VideoSettings videoSettings(const ExportJob& job, const ExportPlan& plan,
                                    const media::VideoTrackInfo& track) {
     return {

@@ -4,6 +4,7 @@
 #include "export/ExportManager.h"
 #include "export/PictureLayout.h"
 #include "media/Chapter.h"
+#include "media/FrameConverter.h"
 #include "media/MediaWriter.h"
 
 namespace pointloom {
@@ -19,6 +20,9 @@ struct ExportPlan {
 
 /// `info` describes the job's video, which has pictures.
 ExportPlan makePlan(const ExportJob& job, const media::MediaInfo& info);
+
+/// What the decoded frames are converted to.
+media::PictureTarget pictureTarget(const ExportPlan& plan, const media::VideoTrackInfo& track);
 
 /// What the video encoder is told.
 media::VideoSettings videoSettings(const ExportJob& job, const ExportPlan& plan,

@@ -1,0 +1,114 @@
+// What each stage of an export takes for a frame: decoding, converting (scaling, depth, tone-mapping),
+// blending the overlay, encoding. One stage after the other over the same frames, so that none hides behind
+// another.
+//
+//     frame-stages CLIP [--format h264|hevc|prores] [--preset original|...]
+#include "cli/ExportChoices.h"
+#include "export/ExportPlan.h"
+#include "export/ExportSource.h"
+#include "export/FrameOverlay.h"
+#include "SampleOverlay.h"
+
+#include <cstdio>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+namespace pointloom {
+namespace {
+
+constexpr std::size_t frameCount = 48; // held in memory at once: 1.2 GB of 4K with ten bits
+
+using Frames = std::vector<media::VideoFrame>;
+
+/// Prints what the work took, in milliseconds a frame.
+template <typename Work>
+void measure(Work work) {
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    std::printf(" %7.2f |",
+                static_cast<double>(timer.nsecsElapsed()) / 1e6 / static_cast<double>(frameCount));
+}
+
+Frames decode(media::VideoReader& reader) {
+    Frames frames;
+    while (frames.size() < frameCount) {
+        auto frame = reader.read();
+        if (!frame)
+            throw std::runtime_error("the clip has fewer than " + std::to_string(frameCount) + " frames");
+        frames.push_back(std::move(*frame));
+    }
+    return frames;
+}
+
+Frames convert(media::FrameConverter converter, Frames decoded) {
+    Frames frames;
+    const auto takeReady = [&] {
+        while (auto frame = converter.pull())
+            frames.push_back(std::move(*frame));
+    };
+    for (media::VideoFrame& frame : decoded) {
+        converter.push(std::move(frame));
+        takeReady();
+    }
+    converter.finish();
+    takeReady();
+    return frames;
+}
+
+void encode(const Frames& frames, const media::VideoSettings& settings) {
+    const QTemporaryDir folder;
+    auto writer = media::MediaWriter::create(folder.filePath(QStringLiteral("stages.mov")), settings, false);
+    for (const media::VideoFrame& frame : frames)
+        writer.writeVideo(frame);
+    writer.finish();
+}
+
+void run(const ExportJob& job) {
+    media::VideoReader reader = ExportSource::open(job.videoPath);
+    const media::MediaInfo info = reader.info();
+    const media::VideoTrackInfo& track = *info.video;
+    const ExportPlan plan = makePlan(job, info);
+    FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
+    Frames frames;
+    std::printf("|");
+    measure([&] { frames = decode(reader); });
+    measure([&] { frames = convert({track, pictureTarget(plan, track)}, std::move(frames)); });
+    for (media::VideoFrame& frame : frames)
+        frame.makeWritable();
+    measure([&] {
+        for (const media::VideoFrame& frame : frames)
+            overlay.drawInto(frame, frame.time());
+    });
+    measure([&] { encode(frames, videoSettings(job, plan, track)); });
+    std::printf("\n");
+}
+
+}
+}
+
+int main(int argc, char** argv) {
+    using namespace pointloom;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    std::string clip;
+    std::string format = "h264";
+    std::string preset = "original";
+    CLI::App options("What each stage of an export takes for a frame");
+    options.add_option("CLIP", clip)->required();
+    cli::addFormatOption(options, format);
+    cli::addPresetOption(options, preset);
+    CLI11_PARSE(options, argc, argv);
+    ExportJob job;
+    job.videoPath = QString::fromStdString(clip);
+    job.format = cli::formatOf(format);
+    job.preset = cli::presetOf(preset);
+    job.overlay = sampleOverlay();
+    try {
+        run(job);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", clip.c_str(), error.what());
+        return EXIT_FAILURE;
+    }
+}
