@@ -91,32 +91,39 @@ std::string zscaleTags(const ColorDescription& color, bool rgb, const char* suff
     return text + option("range", rgb || color.range == Range::full ? 1 : 0);
 }
 
-/// Through linear light, for other primaries and from HDR to SDR.
-std::string relight(const Conversion& conversion) {
-    const bool toneMaps =
-        conversion.sourceColor.transfer != Transfer::sdr && conversion.color.transfer == Transfer::sdr;
-    const ColorTags target = tagsFor(conversion.color);
+/// The source at its new size as linear light in the target's primaries, 1 being SDR white.
+std::string toLinearLight(const Conversion& conversion) {
+    return "zscale=" + sizeText(conversion.size) + ":filter=bicubic" +
+           zscaleTags(conversion.sourceColor, isRgb(conversion.sourceLayout), "in") +
+           ":transfer=linear:npl=" + std::to_string(referenceWhite) +
+           ",format=gbrpf32le,zscale=primaries=" + std::to_string(tagsFor(conversion.color).primaries);
+}
+
+std::string fromLinearLight(const Conversion& conversion) {
     const bool rgb = isRgb(conversion.layout);
-    std::string text = "zscale=" + sizeText(conversion.size) + ":filter=bicubic" +
-                       zscaleTags(conversion.sourceColor, isRgb(conversion.sourceLayout), "in") +
-                       ":transfer=linear:npl=" + std::to_string(referenceWhite) + ",format=gbrpf32le" +
-                       ",zscale=primaries=" + std::to_string(target.primaries);
-    if (toneMaps)
-        text += ",tonemap=tonemap=mobius:param=0.5:desat=2:peak=" +
-                std::to_string(std::max(conversion.sourcePeak / referenceWhite, 1.0));
-    text += ",zscale=npl=" + std::to_string(referenceWhite) + zscaleTags(conversion.color, rgb, "");
-    return text + "," + (rgb ? layoutText(AV_PIX_FMT_GBRP) + "," : "") + layoutText(conversion.layout);
+    return "zscale=npl=" + std::to_string(referenceWhite) + zscaleTags(conversion.color, rgb, "") + "," +
+           (rgb ? layoutText(AV_PIX_FMT_GBRP) + "," : "") + layoutText(conversion.layout);
+}
+
+bool mapsTones(const Conversion& conversion) {
+    return conversion.sourceColor.transfer != Transfer::sdr && conversion.color.transfer == Transfer::sdr;
 }
 
 }
 
-std::string conversionChain(const Conversion& conversion) {
-    std::string chain;
+ConversionChain conversionChain(const Conversion& conversion) {
+    std::string start;
     if (conversion.deinterlace)
-        chain += "yadif=deint=interlaced,";
+        start += "yadif=deint=interlaced,";
     if (const std::string turned = turn(conversion.orientation); !turned.empty())
-        chain += turned + ",";
-    return chain + (changesLight(conversion) ? relight(conversion) : scale(conversion));
+        start += turned + ",";
+    if (!changesLight(conversion))
+        return {start + scale(conversion), {}, {}};
+    start += toLinearLight(conversion);
+    const std::string end = fromLinearLight(conversion);
+    if (mapsTones(conversion))
+        return {start, conversion.sourcePeak / referenceWhite, end};
+    return {start + "," + end, {}, {}};
 }
 
 double peakLight(const AVFrame& picture) {

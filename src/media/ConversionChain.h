@@ -22,7 +22,16 @@ struct Conversion {
     ColorDescription color; // for RGB layouts the matrix and range do not matter
 };
 
-std::string conversionChain(const Conversion& conversion);
+/// What `FilterGraph` is given. With a peak, the first chain ends in linear light of 32-bit floats, whose
+/// tones are then mapped for that peak before the second chain takes them on; without one, the first chain
+/// does it all.
+struct ConversionChain {
+    std::string first;
+    std::optional<double> tonePeak; // of `ToneCurve`
+    std::string second;
+};
+
+ConversionChain conversionChain(const Conversion& conversion);
 
 /// The brightest light that an HDR picture says it holds, cd/m2; 1000 when it does not say.
 double peakLight(const AVFrame& picture);

@@ -2,8 +2,8 @@
 
 #include "media/ColorTags.h"
 #include "media/ConversionChain.h"
+#include "media/ConversionGraph.h"
 #include "media/FFmpegError.h"
-#include "media/FilterGraph.h"
 #include "media/PicturePlacement.h"
 
 #include <deque>
@@ -33,7 +33,7 @@ struct FrameConverter::State {
     VideoTrackInfo source;
     PictureTarget target;
     QRect picture; // of the target, aligned to whole chroma samples
-    std::optional<FilterGraph> graph;
+    std::optional<ConversionGraph> graph;
     GraphKey graphKey;
     std::deque<FrameTime> times; // of the frames inside of the graph
     std::int64_t pushed = 0;

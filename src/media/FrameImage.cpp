@@ -1,9 +1,8 @@
 #include "media/FrameImage.h"
 
 #include "media/ColorTags.h"
-#include "media/ConversionChain.h"
+#include "media/ConversionGraph.h"
 #include "media/FFmpegError.h"
-#include "media/FilterGraph.h"
 
 #include <algorithm>
 
@@ -20,7 +19,7 @@ AVFramePtr convertToRgba(const AVFrame& stored, QSize size) {
     conversion.sourcePeak = peakLight(stored);
     conversion.layout = AV_PIX_FMT_RGBA;
 
-    FilterGraph graph(FilterInput::of(stored), conversionChain(conversion));
+    ConversionGraph graph(FilterInput::of(stored), conversionChain(conversion));
     AVFramePtr entering(av_frame_clone(&stored));
     if (!entering)
         throw MediaError("out of memory");
