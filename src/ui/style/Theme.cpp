@@ -114,6 +114,8 @@ QSlider::groove:horizontal { height: 4px; background: @line; border-radius: 2px;
 QSlider::sub-page:horizontal { background: @accent; border-radius: 2px; }
 QSlider::handle:horizontal { background: @text; width: 12px; height: 12px; margin: -4px 0; border-radius: 6px; }
 QSlider::handle:horizontal:focus { background: @accent; }
+QSlider::sub-page:horizontal:disabled { background: @line; }
+QSlider::handle:horizontal:disabled { background: @quietText; }
 
 QScrollArea { background: transparent; border: none; }
 QScrollArea > QWidget > QWidget { background: transparent; }
