@@ -50,7 +50,6 @@ int main(int argc, char** argv) {
 
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("POINTLOOM_RENDERING", "software"); // pictures drawn by OpenGL cannot be taken
-    qputenv("POINTLOOM_REDUCED_MOTION", "1");
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Pointloom"));
 

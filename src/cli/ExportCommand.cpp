@@ -89,7 +89,9 @@ ExportRequest ExportCommand::request() const {
 
 double endOfRange(const ExportJob& job) {
     try {
-        return ExportSource::endOfRange(job.trimEnd, media::readMediaInfo(job.videoPath).duration);
+        const double duration = media::readMediaInfo(job.videoPath).duration;
+        ExportSource::requireRange(job, duration);
+        return ExportSource::endOfRange(job.trimEnd, duration);
     } catch (const media::MediaError& error) {
         throw CommandError(job.videoPath + QStringLiteral(": ") + QString::fromUtf8(error.what()));
     }

@@ -187,9 +187,4 @@ void Theme::apply(QApplication& application, ThemeChoice choice) {
     Q_EMIT changed();
 }
 
-bool Theme::animates() {
-    return QApplication::isEffectEnabled(Qt::UI_General) &&
-           !qEnvironmentVariableIsSet("POINTLOOM_REDUCED_MOTION");
-}
-
 }

@@ -36,9 +36,6 @@ public:
     /// palette says, dark when it says nothing.
     void apply(QApplication& application, ThemeChoice choice);
 
-    /// False when the desktop asks for reduced motion.
-    static bool animates();
-
 Q_SIGNALS:
     void changed();
 
