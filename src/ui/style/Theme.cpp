@@ -84,10 +84,10 @@ QComboBox::drop-down { border: none; width: 22px; }
 QComboBox::down-arrow { image: url(:/icons/@mode/chevron-down.svg); width: 12px; height: 12px; }
 QComboBox { combobox-popup: 0; } /* a list under the box; the other kind, over it, cuts its last row */
 QComboBox QAbstractItemView {
-  background: @surface; color: @text; border: 1px solid @line; padding: 4px; outline: none;
+  background: @raised; color: @text; border: 1px solid @line; padding: 4px; outline: none;
 }
 QComboBox QAbstractItemView::item { min-height: 28px; padding: 0 6px; border-radius: 4px; }
-QComboBox QAbstractItemView::item:selected { background: @raised; color: @text; }
+QComboBox QAbstractItemView::item:selected { background: @line; color: @text; }
 
 QCheckBox, QRadioButton { spacing: 8px; background: transparent; }
 QCheckBox::indicator, QRadioButton::indicator { width: 16px; height: 16px; border: 1px solid @quietText; background: @raised; }
