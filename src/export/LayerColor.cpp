@@ -1,5 +1,7 @@
 #include "export/LayerColor.h"
 
+#include "media/ToneLevels.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -9,12 +11,11 @@ using media::Matrix;
 using media::Primaries;
 using media::Range;
 using media::Transfer;
+using media::ToneLevels::referenceWhite;
 
 namespace {
 
 using Triple = std::array<double, 3>;
-
-constexpr double referenceWhite = 203.0; // cd/m2, BT.2408
 
 struct LumaWeights {
     double red;

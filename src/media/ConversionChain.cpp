@@ -2,6 +2,7 @@
 
 #include "media/ColorTags.h"
 #include "media/HdrSideData.h"
+#include "media/ToneLevels.h"
 
 #include <algorithm>
 #include <vector>
@@ -10,8 +11,9 @@ namespace pointloom::media {
 
 namespace {
 
-constexpr double referenceWhite = 203; // cd/m2, BT.2408: HDR light that becomes SDR white
-constexpr double usualPeak = 1000;     // cd/m2, of an HLG display and of most PQ masters
+using ToneLevels::referenceWhite;
+using ToneLevels::usualPeak;
+
 constexpr double displayUnit = 0.0001; // cd/m2, of MasteringDisplay
 
 bool isRgb(AVPixelFormat layout) {

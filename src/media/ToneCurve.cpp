@@ -1,13 +1,15 @@
 #include "media/ToneCurve.h"
 
+#include "media/ToneLevels.h"
+
 #include <algorithm>
 
 namespace pointloom::media {
 
 namespace {
 
-constexpr float knee = 0.5F;       // in units of SDR white
-constexpr float colorLimit = 2.0F; // brightness above which colours fade
+constexpr auto knee = static_cast<float>(ToneLevels::knee);
+constexpr auto colorLimit = static_cast<float>(ToneLevels::colorLimit);
 constexpr float nearlyDark = 1e-6F;
 
 // Of BT.2020, as the filter takes them from the tags of the source.
