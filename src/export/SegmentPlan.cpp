@@ -2,10 +2,10 @@
 
 #include "export/ExportSource.h"
 #include "export/SegmentCuts.h"
+#include "files/WholeFile.h"
 #include "media/AudioReader.h"
 #include "media/MediaError.h"
 #include "json/JsonDocument.h"
-#include "json/WholeFile.h"
 
 #include <algorithm>
 #include <QCryptographicHash>
@@ -168,7 +168,7 @@ SegmentPlan SegmentPlan::load(const QString& path, const QString& program) {
 
 void SegmentPlan::save(const QString& path) const {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !json::commitWhole(file, json::prettySorted(json::encode(*this))))
+    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, json::prettySorted(json::encode(*this))))
         fail(path, "cannot be written: " + file.errorString().toStdString());
 }
 

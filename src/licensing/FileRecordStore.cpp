@@ -1,7 +1,7 @@
 #include "licensing/FileRecordStore.h"
 
+#include "files/WholeFile.h"
 #include "licensing/LicenceError.h"
-#include "json/WholeFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,7 +40,7 @@ void FileRecordStore::save(const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(m_path).path());
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
-        !json::commitWhole(file, bytes))
+        !commitWhole(file, bytes))
         fail(m_path, file.errorString());
 }
 

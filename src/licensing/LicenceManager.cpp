@@ -1,9 +1,9 @@
 #include "licensing/LicenceManager.h"
 
+#include "files/WholeFile.h"
 #include "licensing/KeychainRecordStore.h"
 #include "licensing/MachineFingerprint.h"
 #include "json/JsonDocument.h"
-#include "json/WholeFile.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -139,7 +139,7 @@ std::optional<LicenceError> LicenceManager::renewIfDue(const StopQuery& isStoppi
 void LicenceManager::writeRequest(const QString& keyText, const QString& path) {
     const QByteArray bytes = requestFor(LicenceKey::parse(keyText)).toJson();
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !json::commitWhole(file, bytes))
+    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, bytes))
         fail(LicenceFault::file,
              QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(path).fileName(), file.errorString()));
 }

@@ -1,7 +1,7 @@
 #include "persistence/DocumentFile.h"
 
+#include "files/WholeFile.h"
 #include "persistence/DocumentError.h"
-#include "json/WholeFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -51,7 +51,7 @@ void writeDocument(const QString& path, const QByteArray& content) {
         requireRegularFile(path, info);
 
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !json::commitWhole(file, content))
+    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, content))
         throw DocumentError(path, asReason(file.errorString()));
 }
 

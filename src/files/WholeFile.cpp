@@ -1,6 +1,6 @@
-#include "json/WholeFile.h"
+#include "files/WholeFile.h"
 
-namespace pointloom::json {
+namespace pointloom {
 
 // A disk that fills up takes a part and gives its reason only when asked for the rest; a commit no longer
 // knows why a write failed.

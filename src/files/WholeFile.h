@@ -3,7 +3,7 @@
 
 #include <QSaveFile>
 
-namespace pointloom::json {
+namespace pointloom {
 
 /// Writes the text into a file that is open and commits it. False when it cannot; then `errorString()` of the
 /// file says why.
