@@ -103,8 +103,10 @@ std::string toLinearLight(const Conversion& conversion) {
 
 std::string fromLinearLight(const Conversion& conversion) {
     const bool rgb = isRgb(conversion.layout);
+    const bool deep = av_pix_fmt_desc_get(conversion.layout)->comp[0].depth > 8;
     return "zscale=npl=" + std::to_string(referenceWhite) + zscaleTags(conversion.color, rgb, "") + "," +
-           (rgb ? layoutText(AV_PIX_FMT_GBRP) + "," : "") + layoutText(conversion.layout);
+           (rgb ? layoutText(deep ? AV_PIX_FMT_GBRP16 : AV_PIX_FMT_GBRP) + "," : "") +
+           layoutText(conversion.layout);
 }
 
 bool mapsTones(const Conversion& conversion) {

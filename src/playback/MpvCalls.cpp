@@ -31,11 +31,22 @@ void requestNumber(mpv_handle* handle, const char* name, std::uint64_t id) {
     mpv_get_property_async(handle, id, name, MPV_FORMAT_DOUBLE);
 }
 
+void requestText(mpv_handle* handle, const char* name, std::uint64_t id) {
+    mpv_get_property_async(handle, id, name, MPV_FORMAT_STRING);
+}
+
 std::optional<double> numberIn(const mpv_event& reply) {
     const auto* property = static_cast<const mpv_event_property*>(reply.data);
     if (reply.error < 0 || !property || property->format != MPV_FORMAT_DOUBLE)
         return std::nullopt;
     return *static_cast<const double*>(property->data);
+}
+
+QByteArray textIn(const mpv_event& reply) {
+    const auto* property = static_cast<const mpv_event_property*>(reply.data);
+    if (reply.error < 0 || !property || property->format != MPV_FORMAT_STRING)
+        return {};
+    return *static_cast<char* const*>(property->data);
 }
 
 std::optional<std::int64_t> playlistEntryIn(const mpv_event& reply) {

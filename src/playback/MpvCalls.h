@@ -24,8 +24,14 @@ void sendProperty(mpv_handle* handle, const char* name, const char* value);
 /// Asks for a property's value as a number.
 void requestNumber(mpv_handle* handle, const char* name, std::uint64_t id);
 
+/// Asks for a property's value as text.
+void requestText(mpv_handle* handle, const char* name, std::uint64_t id);
+
 /// The number in the answer to `requestNumber`; empty when the property has no value now.
 std::optional<double> numberIn(const mpv_event& reply);
+
+/// The text in the answer to `requestText`; empty when the property has no value now.
+QByteArray textIn(const mpv_event& reply);
 
 /// The number of the playlist entry that a `loadfile` command made.
 std::optional<std::int64_t> playlistEntryIn(const mpv_event& reply);

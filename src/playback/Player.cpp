@@ -98,12 +98,18 @@ void Player::play() {
         seek(0);
     m_timeStandsForKeyframe = false;
     setPlaying(true);
-    sendProperty(handle(), "pause", false);
+    sendPause();
 }
 
 void Player::pause() {
     setPlaying(false);
-    sendProperty(handle(), "pause", true);
+    sendPause();
+}
+
+void Player::sendPause() {
+    // Timed, no frame is shown before the one after it is there, which a seek would have to wait for.
+    sendProperty(handle(), "untimed", !m_playing);
+    sendProperty(handle(), "pause", !m_playing);
 }
 
 void Player::stepForward() {
@@ -158,8 +164,10 @@ void Player::setRotationHandled(bool handled) {
     sendProperty(handle(), "video-rotate", handled ? "0" : "no");
 }
 
-void Player::setHdrHandled(bool handled) {
-    m_hdrIsHandled = handled;
+// Pictures are passed on as they are for somebody else to make sense of their colours: they are said to have
+// those of the screen.
+void Player::setColorsHandled(bool handled) {
+    sendProperty(handle(), "vf", handled ? "" : "format=gamma=bt.1886:primaries=bt.709:sig-peak=1");
 }
 
 void Player::attachRenderer() {
@@ -194,7 +202,7 @@ void Player::open() {
     m_watch.start(m_path);
     m_timeRequested = false;
     sendProperty(handle(), "vid", "auto");
-    sendProperty(handle(), "pause", !m_playing);
+    sendPause();
     sendCommand(handle(), {"loadfile", QFile::encodeName(m_path), "replace"}, idOf(Request::Load));
 }
 

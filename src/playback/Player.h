@@ -4,6 +4,7 @@
 // what comes of it arrives as a signal from the event loop of the main thread, where the player lives.
 #pragma once
 
+#include "media/FrameFormat.h"
 #include "playback/MpvHandle.h"
 #include "playback/PlaybackFault.h"
 #include "playback/SeekQueue.h"
@@ -11,6 +12,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <QObject>
 #include <QSize>
 #include <QString>
@@ -19,6 +21,15 @@
 struct mpv_event;
 
 namespace pointloom::playback {
+
+/// What the numbers of an HDR picture stand for.
+struct HdrLight {
+    media::Transfer transfer = media::Transfer::pq;
+    media::Primaries primaries = media::Primaries::bt2020;
+    double peak = 0; // brightest light, cd/m2
+
+    bool operator==(const HdrLight&) const = default;
+};
 
 class Player : public QObject {
     Q_OBJECT
@@ -103,6 +114,8 @@ Q_SIGNALS:
     /// a person that names the file and the reason, `fault` is for whoever has words of their own.
     void failed(const QString& message, pointloom::media::MediaFault fault);
 
+    void hdrLightChanged();
+
     /// Playback came to the end of the file by itself and paused at the last frame.
     void endReached();
 
@@ -126,7 +139,9 @@ private:
         Width,
         Height,
         Rotation,
-        Brightness,
+        Transfer,
+        Primaries,
+        Peak,
         Time,
         LandedTime
     };
@@ -134,7 +149,8 @@ private:
     mpv_handle* handle() const { return m_handle.get(); }
     int storedRotation() const { return m_storedRotation; }
     void setRotationHandled(bool handled);
-    void setHdrHandled(bool handled);
+    const std::optional<HdrLight>& hdrLight() const { return m_hdrLight; }
+    void setColorsHandled(bool handled);
     void attachRenderer();
     void detachRenderer();
 
@@ -143,6 +159,7 @@ private:
     void refuse(const PlaybackFault& fault);
     void fail(const QString& message, media::MediaFault fault);
 
+    void sendPause();
     void step(int frames);
     void sendJump(Jump jump);
     void sendSteps(int frames);
@@ -166,7 +183,7 @@ private:
     bool concernsOurFile() const;
 
     void updateSize();
-    void fitBrightness(double peak);
+    void updateLight(double peak);
     void setTime(double seconds);
     void setPlaying(bool playing);
     void setHasSoundDevice(bool isThere);
@@ -179,13 +196,14 @@ private:
 
     Stage m_stage = Stage::Empty;
     QString m_path;
-    std::uint64_t m_generation = 0;  // of the file and jump that answers belong to
-    std::int64_t m_entry = 0;        // libmpv's number for our file, 0 before it is known
-    std::int64_t m_startedEntry = 0; // the one it is playing
-    int m_storedRotation = 0;        // degrees clockwise, left to whoever draws in software
-    bool m_hdrIsHandled = false;     // by whoever draws
-    QByteArray m_filters;            // between decoder and drawing, as last set
-    QSize m_storedSize;              // square pixels, before turning
+    std::uint64_t m_generation = 0;     // of the file and jump that answers belong to
+    std::int64_t m_entry = 0;           // libmpv's number for our file, 0 before it is known
+    std::int64_t m_startedEntry = 0;    // the one it is playing
+    int m_storedRotation = 0;           // degrees clockwise, left to whoever draws in software
+    QByteArray m_transfer;              // as libmpv names it
+    QByteArray m_primaries;             // as libmpv names them
+    std::optional<HdrLight> m_hdrLight; // left to whoever draws in software
+    QSize m_storedSize;                 // square pixels, before turning
     QSize m_size;
 
     bool m_hasRenderer = false;

@@ -1,6 +1,6 @@
+#include "media/ToneLevels.h"
 #include "playback/MpvCalls.h"
 #include "playback/Player.h"
-#include "playback/ToneMapping.h"
 
 #include <cmath>
 #include <mpv/client.h>
@@ -17,6 +17,23 @@ constexpr std::uint64_t requestMask = (1u << requestBits) - 1;
 
 // Frames that start this close to each other are the same one; files round their times.
 constexpr double seekTolerance = 0.001; // seconds
+
+std::optional<HdrLight> hdrLightOf(const QByteArray& transfer, const QByteArray& primaries, double peak) {
+    using namespace media::ToneLevels;
+    const bool isPq = transfer == "pq";
+    if (!isPq && transfer != "hlg")
+        return std::nullopt;
+    HdrLight light;
+    light.transfer = isPq ? media::Transfer::pq : media::Transfer::hlg;
+    if (primaries == "bt.709")
+        light.primaries = media::Primaries::bt709;
+    else if (primaries == "display-p3")
+        light.primaries = media::Primaries::displayP3;
+    // What libmpv takes when the file does not say: all that SMPTE ST 2084 can hold.
+    constexpr double highest = 9'999; // cd/m2
+    light.peak = peak > 1 && peak * referenceWhite < highest ? peak * referenceWhite : usualPeak;
+    return light;
+}
 
 }
 
@@ -104,8 +121,14 @@ void Player::handleReply(const mpv_event& event) {
         m_storedRotation = static_cast<int>(std::lround(number.value_or(0) / quarter)) % 4 * quarter;
         break;
     }
-    case Request::Brightness:
-        fitBrightness(number.value_or(0));
+    case Request::Transfer:
+        m_transfer = textIn(event);
+        break;
+    case Request::Primaries:
+        m_primaries = textIn(event);
+        break;
+    case Request::Peak:
+        updateLight(number.value_or(0));
         break;
     case Request::Time:
         m_timeRequested = false;
@@ -120,13 +143,13 @@ void Player::handleReply(const mpv_event& event) {
     }
 }
 
-/// libmpv's software drawing would show all of HDR as white. `peak` is in units of SDR white, 1 or 0 in SDR.
-void Player::fitBrightness(double peak) {
-    const QByteArray filters = m_hdrIsHandled || peak <= 1 ? QByteArray() : toneMappingFilters(peak);
-    if (filters == m_filters)
+/// `peak` is in units of SDR white.
+void Player::updateLight(double peak) {
+    const std::optional<HdrLight> light = hdrLightOf(m_transfer, m_primaries, peak);
+    if (light == m_hdrLight)
         return;
-    m_filters = filters;
-    sendProperty(handle(), "vf", filters.constData());
+    m_hdrLight = light;
+    Q_EMIT hdrLightChanged();
 }
 
 void Player::handleFileEnd(const mpv_event& event) {
@@ -229,7 +252,9 @@ void Player::request(Request what, const char* property) {
 
 void Player::requestPicture() {
     request(Request::Rotation, "current-tracks/video/demux-rotation");
-    request(Request::Brightness, "video-params/sig-peak");
+    requestText(handle(), "video-params/gamma", idOf(Request::Transfer));
+    requestText(handle(), "video-params/primaries", idOf(Request::Primaries));
+    request(Request::Peak, "video-params/sig-peak");
     request(Request::Width, "video-params/dw");
     request(Request::Height, "video-params/dh");
 }

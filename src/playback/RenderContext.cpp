@@ -55,9 +55,9 @@ RenderContext::RenderContext(Player& player)
 std::unique_ptr<RenderContext> RenderContext::software(Player& player) {
     std::unique_ptr<RenderContext> result(new RenderContext(player));
     std::array parameters{parameter(MPV_RENDER_PARAM_API_TYPE, MPV_RENDER_API_TYPE_SW), lastParameter};
-    // libmpv's software drawing neither turns pictures nor survives being asked to.
+    // libmpv's software drawing neither turns pictures nor survives being asked to, and shows HDR as white.
     player.setRotationHandled(false);
-    player.setHdrHandled(false);
+    player.setColorsHandled(false);
     result->adopt(create(player.handle(), parameters.data()));
     return result;
 }
@@ -71,7 +71,7 @@ std::unique_ptr<RenderContext> RenderContext::openGl(Player& player, QOpenGLCont
                           display ? parameter(MPV_RENDER_PARAM_X11_DISPLAY, display) : lastParameter,
                           lastParameter};
     player.setRotationHandled(true);
-    player.setHdrHandled(true);
+    player.setColorsHandled(true);
     result->adopt(create(player.handle(), parameters.data()));
     return result;
 }
@@ -83,12 +83,19 @@ RenderContext::~RenderContext() {
     mpv_render_context_free(m_context);
 }
 
+bool RenderContext::isRedraw() const {
+    mpv_render_frame_info next{};
+    mpv_render_context_get_info(m_context, parameter(MPV_RENDER_PARAM_NEXT_FRAME_INFO, &next));
+    return (next.flags & MPV_RENDER_FRAME_INFO_REDRAW) != 0;
+}
+
 void RenderContext::drawSoftware(QImage& target) {
     std::array size{target.width(), target.height()};
     auto stride = static_cast<std::size_t>(target.bytesPerLine());
+    const bool deep = target.format() == QImage::Format_RGBX64;
     int waitForDisplayTime = 0;
     std::array parameters{parameter(MPV_RENDER_PARAM_SW_SIZE, size.data()),
-                          parameter(MPV_RENDER_PARAM_SW_FORMAT, "bgr0"),
+                          parameter(MPV_RENDER_PARAM_SW_FORMAT, deep ? "rgba64" : "bgr0"),
                           parameter(MPV_RENDER_PARAM_SW_STRIDE, &stride),
                           parameter(MPV_RENDER_PARAM_SW_POINTER, target.bits()),
                           parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime),

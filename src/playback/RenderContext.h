@@ -28,11 +28,15 @@ public:
 
     ~RenderContext() override;
 
-    /// Fills a 32-bit image with the picture, stretched, as it is stored in the file: not yet turned upright.
+    /// Fills an image of the format RGB32, or RGBX64 for all of the file's levels, with the picture,
+    /// stretched, as it is stored: not turned upright, and HDR not yet brought to the screen's colours.
     void drawSoftware(QImage& target);
 
     /// Fills a framebuffer object of `size` device pixels with the picture, stretched and upright.
     void drawOpenGl(int framebuffer, QSize size);
+
+    /// Whether `pictureReady` was about the picture that was drawn last.
+    bool isRedraw() const;
 
     /// Takes the next picture without drawing it, so that a hidden view does not hold the player up.
     void skip();

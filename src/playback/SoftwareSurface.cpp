@@ -1,5 +1,6 @@
 #include "playback/SoftwareSurface.h"
 
+#include "media/MediaError.h"
 #include "playback/Player.h"
 #include "playback/RenderContext.h"
 
@@ -14,17 +15,38 @@ SoftwareSurface::SoftwareSurface(Player& player, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(m_context.get(), &RenderContext::pictureReady, this, &SoftwareSurface::takePicture);
+    connect(&player, &Player::hdrLightChanged, this, &SoftwareSurface::takeLight);
+    takeLight();
     connect(&player, &Player::aboutToBeDestroyed, this, [this] { m_context.reset(); });
 }
 
 SoftwareSurface::~SoftwareSurface() = default;
 
 void SoftwareSurface::takePicture() {
+    // libmpv asks for the old picture once more in the middle of every longer seek.
+    if (m_context->isRedraw()) {
+        m_context->skip();
+        return;
+    }
     m_outdated = true;
     if (isVisible())
         update();
     else
         m_context->skip();
+}
+
+void SoftwareSurface::takeLight() {
+    m_hdrToScreen.reset();
+    m_light = {};
+    if (const auto& light = m_player.hdrLight()) {
+        try {
+            m_hdrToScreen = media::ColorCube::fromHdr(light->transfer, light->primaries, light->peak);
+        } catch (const media::MediaError&) {
+            // Pale, but there.
+        }
+    }
+    m_outdated = true;
+    update();
 }
 
 void SoftwareSurface::paintEvent(QPaintEvent*) {
@@ -51,8 +73,20 @@ void SoftwareSurface::drawPicture() {
     if (m_picture.size() != wanted)
         m_picture = QImage(wanted, QImage::Format_RGB32);
     m_turn = m_player.storedRotation();
-    m_context->drawSoftware(m_picture);
+    if (m_hdrToScreen)
+        drawHdr();
+    else
+        m_context->drawSoftware(m_picture);
     m_outdated = false;
+}
+
+void SoftwareSurface::drawHdr() {
+    if (m_light.size() != m_picture.size())
+        m_light = QImage(m_picture.size(), QImage::Format_RGBX64);
+    m_context->drawSoftware(m_light);
+    for (int y = 0; y < m_light.height(); ++y)
+        m_hdrToScreen->convertRow(reinterpret_cast<const std::uint16_t*>(m_light.constScanLine(y)),
+                                  reinterpret_cast<std::uint32_t*>(m_picture.scanLine(y)), m_light.width());
 }
 
 }

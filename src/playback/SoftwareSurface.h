@@ -1,7 +1,10 @@
 // Shows a player's picture without a graphics card.
 #pragma once
 
+#include "media/ColorCube.h"
+
 #include <memory>
+#include <optional>
 #include <QImage>
 #include <QWidget>
 
@@ -23,12 +26,16 @@ protected:
 
 private:
     void takePicture();
+    void takeLight();
     void drawPicture();
+    void drawHdr();
 
     Player& m_player;
     std::unique_ptr<RenderContext> m_context;
-    QImage m_picture; // as stored in the file, in device pixels
-    int m_turn = 0;   // degrees clockwise that make it upright
+    QImage m_picture;                              // as stored in the file, in device pixels
+    QImage m_light;                                // the same before `m_hdrToScreen`
+    std::optional<media::ColorCube> m_hdrToScreen; // while an HDR file is shown
+    int m_turn = 0;                                // degrees clockwise that make it upright
     bool m_outdated = true;
 };
 

@@ -1,0 +1,136 @@
+#include "media/ColorCube.h"
+
+#include "media/ColorTags.h"
+#include "media/ConversionGraph.h"
+#include "media/FFmpegError.h"
+#include "media/FFmpegHandles.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace pointloom::media {
+
+namespace {
+
+constexpr int highest = 65535;
+constexpr int partBits = 10;
+constexpr int wholePart = 1 << partBits; // of the way from an entry to the next
+
+// Entries a side. With half of them the knee of the tone curve and the edge of the gamut are levels off.
+constexpr int side = ((highest + 1) >> partBits) + 1;
+constexpr int redStep = 1;
+constexpr int greenStep = side;
+constexpr int blueStep = side * side;
+constexpr int beyond = redStep + greenStep + blueStep; // entries past the last, looked at with no weight
+
+constexpr int stepBits = 13;
+static_assert(blueStep < 1 << stepBits);
+
+enum Plane { greenPlane, bluePlane, redPlane }; // of AV_PIX_FMT_GBRP16
+
+std::uint16_t* rowOf(AVFrame& frame, Plane plane, int y) {
+    return reinterpret_cast<std::uint16_t*>(frame.data[plane] +
+                                            static_cast<std::ptrdiff_t>(y) * frame.linesize[plane]);
+}
+
+std::uint16_t levelOf(int entry) {
+    return static_cast<std::uint16_t>(std::min(entry * wholePart, highest));
+}
+
+/// Every colour of the table, a slice of one blue below the other.
+AVFramePtr lattice(const ColorDescription& color) {
+    AVFramePtr frame = makeFrame();
+    frame->format = AV_PIX_FMT_GBRP16;
+    frame->width = side;
+    frame->height = side * side;
+    ColorTags tags = tagsFor(color);
+    tags.matrix = AVCOL_SPC_RGB;
+    tags.range = AVCOL_RANGE_JPEG;
+    setTags(*frame, tags);
+    check(av_frame_get_buffer(frame.get(), 0), "a table of colours could not be made");
+    for (int y = 0; y < frame->height; ++y) {
+        std::fill_n(rowOf(*frame, bluePlane, y), side, levelOf(y / side));
+        std::fill_n(rowOf(*frame, greenPlane, y), side, levelOf(y % side));
+        for (int x = 0; x < side; ++x)
+            rowOf(*frame, redPlane, y)[x] = levelOf(x);
+    }
+    return frame;
+}
+
+AVFramePtr convert(AVFramePtr frame, const Conversion& conversion) {
+    ConversionGraph graph(FilterInput::of(*frame), conversionChain(conversion));
+    graph.push(std::move(frame));
+    graph.push(nullptr);
+    AVFramePtr converted = graph.pull();
+    if (!converted)
+        throw MediaError("a table of colours could not be made");
+    return converted;
+}
+
+}
+
+ColorCube ColorCube::fromHdr(Transfer transfer, Primaries primaries, double peak) {
+    prepareFFmpeg();
+    Conversion conversion;
+    conversion.sourceLayout = conversion.layout = AV_PIX_FMT_GBRP16;
+    conversion.sourceColor.transfer = transfer;
+    conversion.sourceColor.primaries = primaries;
+    conversion.sourcePeak = peak;
+    conversion.size = QSize(side, side * side);
+    const AVFramePtr colors = convert(lattice(conversion.sourceColor), conversion);
+
+    // Of 255, for each unit of a weight.
+    constexpr float unit = 255.0F / static_cast<float>(highest) / wholePart;
+    ColorCube cube;
+    cube.m_colors.reserve(static_cast<std::size_t>(side) * side * side + beyond);
+    for (int y = 0; y < colors->height; ++y) {
+        const std::uint16_t* red = rowOf(*colors, redPlane, y);
+        const std::uint16_t* green = rowOf(*colors, greenPlane, y);
+        const std::uint16_t* blue = rowOf(*colors, bluePlane, y);
+        for (int x = 0; x < side; ++x)
+            cube.m_colors.push_back({static_cast<float>(blue[x]) * unit, static_cast<float>(green[x]) * unit,
+                                     static_cast<float>(red[x]) * unit, static_cast<float>(highest) * unit});
+    }
+    cube.m_colors.resize(cube.m_colors.size() + beyond);
+    return cube;
+}
+
+// Between four of the entries around, the corners of a tetrahedron along the diagonal: greys are made of
+// greys alone, where all eight corners would let the edge of the gamut darken them.
+void ColorCube::convertRow(const std::uint16_t* rgba, std::uint32_t* argb, int width) const {
+    constexpr std::array steps{redStep, greenStep, blueStep};
+    for (int x = 0; x < width; ++x, rgba += 4) {
+        int entry = 0;
+        std::array<int, 3> ways{}; // the part of each way that is gone, and below it the step that it is
+        for (std::size_t i = 0; i < steps.size(); ++i) {
+            const int level = rgba[i] + (rgba[i] >> 15); // up to 65536
+            entry += (level >> partBits) * steps[i];
+            ways[i] = (level & (wholePart - 1)) << stepBits | steps[i];
+        }
+        // In order without branches, which would be wrong as often as right.
+        const int longest = std::max({ways[0], ways[1], ways[2]});
+        const int shortest = std::min({ways[0], ways[1], ways[2]});
+        const int middle = ways[0] ^ ways[1] ^ ways[2] ^ longest ^ shortest;
+
+        Color color{0.5F, 0.5F, 0.5F, 0.5F};
+        int rest = wholePart;
+        const auto add = [&](int weight) {
+            for (std::size_t i = 0; i < color.size(); ++i)
+                color[i] += static_cast<float>(weight) * m_colors[static_cast<std::size_t>(entry)][i];
+        };
+        for (const int way : {longest, middle, shortest}) {
+            const int part = way >> stepBits;
+            add(rest - part);
+            rest = part;
+            entry += way & ((1 << stepBits) - 1);
+        }
+        add(rest);
+
+        std::uint32_t bytes = 0;
+        for (std::size_t i = 0; i < color.size(); ++i)
+            bytes |= static_cast<std::uint32_t>(static_cast<int>(color[i])) << (8 * i);
+        argb[x] = bytes;
+    }
+}
+
+}

@@ -1,0 +1,31 @@
+// A three-dimensional lookup table of colours (3D LUT): makes a costly conversion of colours cheap.
+#pragma once
+
+#include "media/FrameFormat.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace pointloom::media {
+
+class ColorCube {
+public:
+    /// From the code values of an HDR picture, already full-range RGB, to those of SDR, as exports convert
+    /// them: the table is filled by the same conversion. `peak` is the source's brightest light, in cd/m2.
+    /// Throws MediaError.
+    static ColorCube fromHdr(Transfer transfer, Primaries primaries, double peak);
+
+    /// `rgba` holds 16-bit red, green, blue and a number that is ignored for each of `width` pixels; `argb`
+    /// takes 0xffRRGGBB for each.
+    void convertRow(const std::uint16_t* rgba, std::uint32_t* argb, int width) const;
+
+private:
+    using Color = std::array<float, 4>; // blue, green, red, and as much as they can be
+
+    ColorCube() = default;
+
+    std::vector<Color> m_colors; // red changes fastest, blue slowest
+};
+
+}
