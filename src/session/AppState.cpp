@@ -81,8 +81,7 @@ void AppState::updateMarker(const QUuid& id, Value Marker::*field, const Value& 
         return;
     const QUuid marker = found->id; // `id` may stand in the list that goes
     const Value previous = std::exchange((*found).*field, value);
-    if constexpr (std::is_same_v<Value, double>) // its time
-        sortByStartTime(edited);
+    sortByStartTime(edited);
     markers = std::move(edited);
     registerEdit(undoManager, name, [this, marker, field, previous, name, undoManager] {
         updateMarker(marker, field, previous, name, undoManager);
