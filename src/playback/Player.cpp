@@ -219,6 +219,8 @@ void Player::closeFile() {
     m_timeStandsForKeyframe = false;
     m_storedSize = {};
     m_storedRotation = 0;
+    m_transfer.clear();
+    updateLight(0);
     if (m_stage == Stage::Empty)
         return;
     m_stage = Stage::Empty;

@@ -173,6 +173,9 @@ void Player::handlePropertyChange(const mpv_event& event) {
         const bool isNowhere = property->format == MPV_FORMAT_STRING &&
                                std::string_view(*static_cast<char**>(property->data)) == "null";
         setHasSoundDevice(!isNowhere);
+    } else if (name == "video-params" && concernsOurFile()) {
+        // Before the first frame is shown, too: in the wrong colours it would flash.
+        requestPicture();
     } else if (m_stage != Stage::Loaded) {
         return;
     } else if (name == "time-pos" && !m_queue.busy() && !m_timeRequested) {
@@ -180,8 +183,6 @@ void Player::handlePropertyChange(const mpv_event& event) {
         request(Request::Time, "time-pos");
     } else if (name == "duration") {
         request(Request::Duration, "duration");
-    } else if (name == "video-params") {
-        requestPicture();
     }
 }
 

@@ -89,7 +89,7 @@ bool RenderContext::isRedraw() const {
     return (next.flags & MPV_RENDER_FRAME_INFO_REDRAW) != 0;
 }
 
-void RenderContext::drawSoftware(QImage& target) {
+bool RenderContext::drawSoftware(QImage& target) {
     std::array size{target.width(), target.height()};
     auto stride = static_cast<std::size_t>(target.bytesPerLine());
     const bool deep = target.format() == QImage::Format_RGBX64;
@@ -100,7 +100,7 @@ void RenderContext::drawSoftware(QImage& target) {
                           parameter(MPV_RENDER_PARAM_SW_POINTER, target.bits()),
                           parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime),
                           lastParameter};
-    mpv_render_context_render(m_context, parameters.data());
+    return mpv_render_context_render(m_context, parameters.data()) >= 0;
 }
 
 void RenderContext::drawOpenGl(int framebuffer, QSize size) {

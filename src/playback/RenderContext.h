@@ -29,8 +29,9 @@ public:
     ~RenderContext() override;
 
     /// Fills an image of the format RGB32, or RGBX64 for all of the file's levels, with the picture,
-    /// stretched, as it is stored: not turned upright, and HDR not yet brought to the screen's colours.
-    void drawSoftware(QImage& target);
+    /// stretched, as it is stored: not turned upright, and HDR not yet brought to the screen's colours. False
+    /// when this libmpv cannot draw in that format.
+    bool drawSoftware(QImage& target);
 
     /// Fills a framebuffer object of `size` device pixels with the picture, stretched and upright.
     void drawOpenGl(int framebuffer, QSize size);

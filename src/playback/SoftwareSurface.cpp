@@ -73,20 +73,20 @@ void SoftwareSurface::drawPicture() {
     if (m_picture.size() != wanted)
         m_picture = QImage(wanted, QImage::Format_RGB32);
     m_turn = m_player.storedRotation();
-    if (m_hdrToScreen)
-        drawHdr();
-    else
+    if (!m_hdrToScreen || !drawHdr())
         m_context->drawSoftware(m_picture);
     m_outdated = false;
 }
 
-void SoftwareSurface::drawHdr() {
+bool SoftwareSurface::drawHdr() {
     if (m_light.size() != m_picture.size())
         m_light = QImage(m_picture.size(), QImage::Format_RGBX64);
-    m_context->drawSoftware(m_light);
+    if (!m_context->drawSoftware(m_light))
+        return false;
     for (int y = 0; y < m_light.height(); ++y)
         m_hdrToScreen->convertRow(reinterpret_cast<const std::uint16_t*>(m_light.constScanLine(y)),
                                   reinterpret_cast<std::uint32_t*>(m_picture.scanLine(y)), m_light.width());
+    return true;
 }
 
 }

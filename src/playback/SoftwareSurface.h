@@ -28,7 +28,7 @@ private:
     void takePicture();
     void takeLight();
     void drawPicture();
-    void drawHdr();
+    bool drawHdr();
 
     Player& m_player;
     std::unique_ptr<RenderContext> m_context;
