@@ -69,7 +69,7 @@ AVFramePtr convert(AVFramePtr frame, const Conversion& conversion) {
 
 }
 
-ColorCube ColorCube::fromHdr(Transfer transfer, Primaries primaries, double peak) {
+ColorCube ColorCube::toScreen(Transfer transfer, Primaries primaries, double peak) {
     prepareFFmpeg();
     Conversion conversion;
     conversion.sourceLayout = conversion.layout = AV_PIX_FMT_GBRP16;

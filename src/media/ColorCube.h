@@ -11,10 +11,10 @@ namespace pointloom::media {
 
 class ColorCube {
 public:
-    /// From the code values of an HDR picture, already full-range RGB, to those of SDR, as exports convert
-    /// them: the table is filled by the same conversion. `peak` is the source's brightest light, in cd/m2.
-    /// Throws MediaError.
-    static ColorCube fromHdr(Transfer transfer, Primaries primaries, double peak);
+    /// From the code values of an HDR picture or one of a wide gamut, already full-range RGB, to those of
+    /// BT.709, as exports convert them: the table is filled by the same conversion. `peak` is the brightest
+    /// light of HDR, in cd/m2. Throws MediaError.
+    static ColorCube toScreen(Transfer transfer, Primaries primaries, double peak);
 
     /// `rgba` holds 16-bit red, green, blue and a number that is ignored for each of `width` pixels; `argb`
     /// takes 0xffRRGGBB for each.

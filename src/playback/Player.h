@@ -22,13 +22,13 @@ struct mpv_event;
 
 namespace pointloom::playback {
 
-/// What the numbers of an HDR picture stand for.
-struct HdrLight {
-    media::Transfer transfer = media::Transfer::pq;
+/// What the numbers of a picture stand for that holds more light or more colours than a screen.
+struct SourceLight {
+    media::Transfer transfer = media::Transfer::sdr;
     media::Primaries primaries = media::Primaries::bt2020;
-    double peak = 0; // brightest light, cd/m2
+    double peak = 0; // brightest light of HDR, cd/m2
 
-    bool operator==(const HdrLight&) const = default;
+    bool operator==(const SourceLight&) const = default;
 };
 
 class Player : public QObject {
@@ -114,7 +114,7 @@ Q_SIGNALS:
     /// a person that names the file and the reason, `fault` is for whoever has words of their own.
     void failed(const QString& message, pointloom::media::MediaFault fault);
 
-    void hdrLightChanged();
+    void sourceLightChanged();
 
     /// Playback came to the end of the file by itself and paused at the last frame.
     void endReached();
@@ -149,7 +149,7 @@ private:
     mpv_handle* handle() const { return m_handle.get(); }
     int storedRotation() const { return m_storedRotation; }
     void setRotationHandled(bool handled);
-    const std::optional<HdrLight>& hdrLight() const { return m_hdrLight; }
+    const std::optional<SourceLight>& sourceLight() const { return m_sourceLight; }
     void setColorsHandled(bool handled);
     void attachRenderer();
     void detachRenderer();
@@ -196,14 +196,14 @@ private:
 
     Stage m_stage = Stage::Empty;
     QString m_path;
-    std::uint64_t m_generation = 0;     // of the file and jump that answers belong to
-    std::int64_t m_entry = 0;           // libmpv's number for our file, 0 before it is known
-    std::int64_t m_startedEntry = 0;    // the one it is playing
-    int m_storedRotation = 0;           // degrees clockwise, left to whoever draws in software
-    QByteArray m_transfer;              // as libmpv names it
-    QByteArray m_primaries;             // as libmpv names them
-    std::optional<HdrLight> m_hdrLight; // left to whoever draws in software
-    QSize m_storedSize;                 // square pixels, before turning
+    std::uint64_t m_generation = 0;           // of the file and jump that answers belong to
+    std::int64_t m_entry = 0;                 // libmpv's number for our file, 0 before it is known
+    std::int64_t m_startedEntry = 0;          // the one it is playing
+    int m_storedRotation = 0;                 // degrees clockwise, left to whoever draws in software
+    QByteArray m_transfer;                    // as libmpv names it
+    QByteArray m_primaries;                   // as libmpv names them
+    std::optional<SourceLight> m_sourceLight; // left to whoever draws in software
+    QSize m_storedSize;                       // square pixels, before turning
     QSize m_size;
 
     bool m_hasRenderer = false;

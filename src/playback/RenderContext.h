@@ -29,7 +29,7 @@ public:
     ~RenderContext() override;
 
     /// Fills an image of the format RGB32, or RGBX64 for all of the file's levels, with the picture,
-    /// stretched, as it is stored: not turned upright, and HDR not yet brought to the screen's colours. False
+    /// stretched, as it is stored: not turned upright, nor brought to the colours of the screen. False
     /// when this libmpv cannot draw in that format.
     bool drawSoftware(QImage& target);
 

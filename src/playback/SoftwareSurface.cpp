@@ -15,7 +15,7 @@ SoftwareSurface::SoftwareSurface(Player& player, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(m_context.get(), &RenderContext::pictureReady, this, &SoftwareSurface::takePicture);
-    connect(&player, &Player::hdrLightChanged, this, &SoftwareSurface::takeLight);
+    connect(&player, &Player::sourceLightChanged, this, &SoftwareSurface::takeLight);
     takeLight();
     connect(&player, &Player::aboutToBeDestroyed, this, [this] { m_context.reset(); });
 }
@@ -36,11 +36,11 @@ void SoftwareSurface::takePicture() {
 }
 
 void SoftwareSurface::takeLight() {
-    m_hdrToScreen.reset();
+    m_toScreen.reset();
     m_light = {};
-    if (const auto& light = m_player.hdrLight()) {
+    if (const auto& light = m_player.sourceLight()) {
         try {
-            m_hdrToScreen = media::ColorCube::fromHdr(light->transfer, light->primaries, light->peak);
+            m_toScreen = media::ColorCube::toScreen(light->transfer, light->primaries, light->peak);
         } catch (const media::MediaError&) {
             // Pale, but there.
         }
@@ -73,19 +73,19 @@ void SoftwareSurface::drawPicture() {
     if (m_picture.size() != wanted)
         m_picture = QImage(wanted, QImage::Format_RGB32);
     m_turn = m_player.storedRotation();
-    if (!m_hdrToScreen || !drawHdr())
+    if (!m_toScreen || !drawConverted())
         m_context->drawSoftware(m_picture);
     m_outdated = false;
 }
 
-bool SoftwareSurface::drawHdr() {
+bool SoftwareSurface::drawConverted() {
     if (m_light.size() != m_picture.size())
         m_light = QImage(m_picture.size(), QImage::Format_RGBX64);
     if (!m_context->drawSoftware(m_light))
         return false;
     for (int y = 0; y < m_light.height(); ++y)
-        m_hdrToScreen->convertRow(reinterpret_cast<const std::uint16_t*>(m_light.constScanLine(y)),
-                                  reinterpret_cast<std::uint32_t*>(m_picture.scanLine(y)), m_light.width());
+        m_toScreen->convertRow(reinterpret_cast<const std::uint16_t*>(m_light.constScanLine(y)),
+                               reinterpret_cast<std::uint32_t*>(m_picture.scanLine(y)), m_light.width());
     return true;
 }
 

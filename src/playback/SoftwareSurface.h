@@ -28,14 +28,14 @@ private:
     void takePicture();
     void takeLight();
     void drawPicture();
-    bool drawHdr();
+    bool drawConverted();
 
     Player& m_player;
     std::unique_ptr<RenderContext> m_context;
-    QImage m_picture;                              // as stored in the file, in device pixels
-    QImage m_light;                                // the same before `m_hdrToScreen`
-    std::optional<media::ColorCube> m_hdrToScreen; // while an HDR file is shown
-    int m_turn = 0;                                // degrees clockwise that make it upright
+    QImage m_picture;                           // as stored in the file, in device pixels
+    QImage m_light;                             // the same before `m_toScreen`
+    std::optional<media::ColorCube> m_toScreen; // where the file has more light or colours than it
+    int m_turn = 0;                             // degrees clockwise that make it upright
     bool m_outdated = true;
 };
 

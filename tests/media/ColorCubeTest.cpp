@@ -58,13 +58,13 @@ TEST(ColorCube, IsNearTheConversionItStandsFor) {
     constexpr std::size_t greys = 300;
     constexpr std::size_t others = 3000;
     const std::vector<Pixel> pixels = colors(greys, others);
-    for (const Transfer transfer : {Transfer::pq, Transfer::hlg}) {
+    for (const Transfer transfer : {Transfer::sdr, Transfer::pq, Transfer::hlg}) {
         ColorDescription color;
         color.transfer = transfer;
         color.primaries = Primaries::bt2020;
         const RgbaPicture expected = toRgb(frameOf(pixels, color));
         std::vector<std::uint32_t> converted(pixels.size());
-        ColorCube::fromHdr(transfer, color.primaries, 1000)
+        ColorCube::toScreen(transfer, color.primaries, 1000)
             .convertRow(pixels.front().data(), converted.data(), static_cast<int>(pixels.size()));
 
         int worstGrey = 0;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int colorBars = 8;
 constexpr int greyBars = 4;  // the first of them
-constexpr int tolerance = 3; // levels of 255
+constexpr int tolerance = 4; // levels of 255, needed at the edge of the gamut
 constexpr int toleranceOfShaders = 10;
 
 struct Footage {
@@ -35,6 +35,9 @@ constexpr Footage footage[] = {
     {"BT.601, full range", "yuv420p", "smpte170m", "pc",
      "color_primaries=smpte170m:color_trc=smpte170m:colorspace=smpte170m:range=pc", "-c:v libx264 -qp 0",
      colorBars, toleranceOfShaders}, // they turn its primaries into those of the screen, exports do not
+    {"BT.2020", "yuv420p10le", "bt2020", "tv",
+     "color_primaries=bt2020:color_trc=bt709:colorspace=bt2020nc:range=tv",
+     "-c:v libx265 -x265-params lossless=1:log-level=none", greyBars, toleranceOfShaders},
     {"HLG", "yuv420p10le", "bt2020", "tv",
      "color_primaries=bt2020:color_trc=arib-std-b67:colorspace=bt2020nc:range=tv",
      "-c:v libx265 -x265-params lossless=1:log-level=none", greyBars, toleranceOfShaders},
