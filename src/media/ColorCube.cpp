@@ -57,16 +57,6 @@ AVFramePtr lattice(const ColorDescription& color) {
     return frame;
 }
 
-AVFramePtr convert(AVFramePtr frame, const Conversion& conversion) {
-    ConversionGraph graph(FilterInput::of(*frame), conversionChain(conversion));
-    graph.push(std::move(frame));
-    graph.push(nullptr);
-    AVFramePtr converted = graph.pull();
-    if (!converted)
-        throw MediaError("a table of colours could not be made");
-    return converted;
-}
-
 }
 
 ColorCube ColorCube::toScreen(Transfer transfer, Primaries primaries, double peak) {
@@ -77,7 +67,7 @@ ColorCube ColorCube::toScreen(Transfer transfer, Primaries primaries, double pea
     conversion.sourceColor.primaries = primaries;
     conversion.sourcePeak = peak;
     conversion.size = QSize(side, side * side);
-    const AVFramePtr colors = convert(lattice(conversion.sourceColor), conversion);
+    const AVFramePtr colors = convertPicture(lattice(conversion.sourceColor), conversion);
 
     // Of 255, for each unit of a weight.
     constexpr float unit = 255.0F / static_cast<float>(highest) / wholePart;

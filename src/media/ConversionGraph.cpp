@@ -36,4 +36,14 @@ void ConversionGraph::mapTones(AVFramePtr light) {
     m_second->push(std::move(light));
 }
 
+AVFramePtr convertPicture(AVFramePtr picture, const Conversion& conversion) {
+    ConversionGraph graph(FilterInput::of(*picture), conversionChain(conversion));
+    graph.push(std::move(picture));
+    graph.push(nullptr);
+    AVFramePtr converted = graph.pull();
+    if (!converted)
+        throw MediaError("a picture could not be converted");
+    return converted;
+}
+
 }

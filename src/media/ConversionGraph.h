@@ -27,4 +27,7 @@ private:
     std::optional<FilterGraph> m_second; // stands when the first frame has come to it
 };
 
+/// One picture alone. Throws MediaError.
+AVFramePtr convertPicture(AVFramePtr picture, const Conversion& conversion);
+
 }

@@ -19,16 +19,10 @@ AVFramePtr convertToRgba(const AVFrame& stored, QSize size) {
     conversion.sourcePeak = peakLight(stored);
     conversion.layout = AV_PIX_FMT_RGBA;
 
-    ConversionGraph graph(FilterInput::of(stored), conversionChain(conversion));
     AVFramePtr entering(av_frame_clone(&stored));
     if (!entering)
         throw MediaError("out of memory");
-    graph.push(std::move(entering));
-    graph.push(nullptr);
-    AVFramePtr converted = graph.pull();
-    if (!converted)
-        throw MediaError("a picture could not be converted");
-    return converted;
+    return convertPicture(std::move(entering), conversion);
 }
 
 }
