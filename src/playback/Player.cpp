@@ -164,8 +164,8 @@ void Player::setRotationHandled(bool handled) {
     sendProperty(handle(), "video-rotate", handled ? "0" : "no");
 }
 
-// Pictures are passed on as they are for somebody else to make sense of their colours: they are said to have
-// those of the screen.
+// Where somebody else brings the colours to the screen, pictures are passed on as they are: libmpv is told
+// that they have those of the screen already.
 void Player::setColorsHandled(bool handled) {
     sendProperty(handle(), "vf", handled ? "" : "format=gamma=bt.1886:primaries=bt.709:sig-peak=1");
 }

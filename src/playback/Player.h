@@ -4,10 +4,10 @@
 // what comes of it arrives as a signal from the event loop of the main thread, where the player lives.
 #pragma once
 
-#include "media/FrameFormat.h"
 #include "playback/MpvHandle.h"
 #include "playback/PlaybackFault.h"
 #include "playback/SeekQueue.h"
+#include "playback/SourceLight.h"
 #include "playback/SourceWatch.h"
 
 #include <atomic>
@@ -21,15 +21,6 @@
 struct mpv_event;
 
 namespace pointloom::playback {
-
-/// What the numbers of a picture stand for that holds more light or more colours than a screen.
-struct SourceLight {
-    media::Transfer transfer = media::Transfer::sdr;
-    media::Primaries primaries = media::Primaries::bt2020;
-    double peak = 0; // brightest light of HDR, cd/m2
-
-    bool operator==(const SourceLight&) const = default;
-};
 
 class Player : public QObject {
     Q_OBJECT

@@ -1,4 +1,3 @@
-#include "media/ToneLevels.h"
 #include "playback/MpvCalls.h"
 #include "playback/Player.h"
 
@@ -17,29 +16,6 @@ constexpr std::uint64_t requestMask = (1u << requestBits) - 1;
 
 // Frames that start this close to each other are the same one; files round their times.
 constexpr double seekTolerance = 0.001; // seconds
-
-std::optional<SourceLight> sourceLightOf(const QByteArray& transfer, const QByteArray& primaries,
-                                         double peak) {
-    using namespace media::ToneLevels;
-    SourceLight light;
-    if (transfer == "pq")
-        light.transfer = media::Transfer::pq;
-    else if (transfer == "hlg")
-        light.transfer = media::Transfer::hlg;
-    const bool isHdr = light.transfer != media::Transfer::sdr;
-    if (primaries == "display-p3" || primaries == "dci-p3")
-        light.primaries = media::Primaries::displayP3;
-    else if (primaries == "bt.709")
-        light.primaries = media::Primaries::bt709;
-    else if (primaries != "bt.2020" && !isHdr)
-        return std::nullopt;
-    if (!isHdr)
-        return light.primaries == media::Primaries::bt709 ? std::nullopt : std::optional(light);
-    // What libmpv takes when the file does not say: all that SMPTE ST 2084 can hold.
-    constexpr double highest = 9'999; // cd/m2
-    light.peak = peak > 1 && peak * referenceWhite < highest ? peak * referenceWhite : usualPeak;
-    return light;
-}
 
 }
 

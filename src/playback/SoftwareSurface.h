@@ -33,8 +33,8 @@ private:
     Player& m_player;
     std::unique_ptr<RenderContext> m_context;
     QImage m_picture;                           // as stored in the file, in device pixels
-    QImage m_light;                             // the same before `m_toScreen`
-    std::optional<media::ColorCube> m_toScreen; // where the file has more light or colours than it
+    QImage m_light;                             // its sixteen-bit levels, before `m_toScreen`
+    std::optional<media::ColorCube> m_toScreen; // where the file holds more than a screen shows
     int m_turn = 0;                             // degrees clockwise that make it upright
     bool m_outdated = true;
 };
