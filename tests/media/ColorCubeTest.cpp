@@ -1,4 +1,4 @@
-// The table of HDR's colours against the conversion that fills it.
+// The table of colours against the conversion that fills it.
 #include "media/ColorCube.h"
 
 #include "media/ColorTags.h"
