@@ -5,7 +5,7 @@
 #include "media/ToneLevels.h"
 
 #include <algorithm>
-#include <vector>
+#include <cmath>
 
 namespace pointloom::media {
 
@@ -20,7 +20,7 @@ bool isRgb(AVPixelFormat layout) {
     return (av_pix_fmt_desc_get(layout)->flags & AV_PIX_FMT_FLAG_RGB) != 0;
 }
 
-/// BT.601's and BT.709's primaries differ too little for anybody to convert between them.
+/// BT.601's and BT.709's primaries differ too little to be converted between.
 bool isWideGamut(Primaries primaries) {
     return primaries == Primaries::bt2020 || primaries == Primaries::displayP3;
 }
@@ -37,13 +37,13 @@ std::string turn(Orientation orientation) {
     // left to right before it.
     switch (orientation.quarterTurns) {
     case 1:
-        return orientation.mirrored ? "transpose=clock_flip" : "transpose=clock";
+        return orientation.mirrored ? "transpose=clock_flip," : "transpose=clock,";
     case 2:
-        return orientation.mirrored ? "vflip" : "vflip,hflip";
+        return orientation.mirrored ? "vflip," : "vflip,hflip,";
     case 3:
-        return orientation.mirrored ? "transpose=cclock_flip" : "transpose=cclock";
+        return orientation.mirrored ? "transpose=cclock_flip," : "transpose=cclock,";
     default:
-        return orientation.mirrored ? "hflip" : "";
+        return orientation.mirrored ? "hflip," : "";
     }
 }
 
@@ -71,16 +71,88 @@ const char* rangeText(Range range) {
     return range == Range::full ? "full" : "limited";
 }
 
-/// Same light, other numbers: size, matrix, range and layout.
-std::string scale(const Conversion& conversion) {
-    std::string text = "scale=" + sizeText(conversion.size) + ":flags=bicubic+accurate_rnd+full_chroma_int";
-    if (!isRgb(conversion.sourceLayout))
+/// Where a chroma sample is among the luma samples that it belongs to, in luma samples from the first of
+/// them.
+struct ChromaPlace {
+    double x = 0;
+    double y = 0;
+};
+
+ChromaPlace chromaPlace(ChromaLocation location) {
+    switch (location) {
+    case ChromaLocation::left:
+        return {0, 0.5};
+    case ChromaLocation::center:
+        return {0.5, 0.5};
+    case ChromaLocation::topLeft:
+        return {0, 0};
+    }
+    return {0, 0.5};
+}
+
+ChromaPlace turned(ChromaPlace place, Orientation orientation) {
+    if (orientation.mirrored)
+        place.x = 1 - place.x;
+    for (int turn = 0; turn < orientation.quarterTurns; ++turn)
+        place = {1 - place.y, place.x};
+    return place;
+}
+
+/// Options of the filter "scale", which by itself takes chroma for centred.
+std::string chromaPositions(const char* direction, AVPixelFormat layout, ChromaPlace place) {
+    const AVPixFmtDescriptor& descriptor = *av_pix_fmt_desc_get(layout);
+    constexpr int lumaSample = 256; // the filter's unit
+    const auto option = [&](const char* axis, bool isSubsampled, double position) {
+        return std::string(":") + direction + axis +
+               std::to_string(isSubsampled ? std::lround(position * lumaSample) : 0);
+    };
+    return option("_h_chr_pos=", descriptor.log2_chroma_w > 0, place.x) +
+           option("_v_chr_pos=", descriptor.log2_chroma_h > 0, place.y);
+}
+
+std::string scale(QSize size) {
+    return "scale=" + sizeText(size) + ":flags=bicubic+accurate_rnd+full_chroma_int";
+}
+
+/// A quarter turn of samples that are subsampled in one direction alone; the filter that turns would have
+/// them converted with chroma taken for centred.
+bool needsFullChroma(const Conversion& conversion) {
+    const auto samples = sampleLayout(conversion.sourceLayout);
+    return conversion.orientation.swapsSides() && samples && samples->subsampling == Subsampling::s422;
+}
+
+/// Conversion without a change of light: orientation, size, matrix, range and layout.
+std::string convertLevels(const Conversion& conversion) {
+    std::string text;
+    AVPixelFormat sourceLayout = conversion.sourceLayout;
+    const ChromaPlace sourceChroma = chromaPlace(conversion.sourceColor.chromaLocation);
+    if (needsFullChroma(conversion)) {
+        text = "scale=flags=bicubic+accurate_rnd" + chromaPositions("in", sourceLayout, sourceChroma);
+        sourceLayout = pixelFormat(Subsampling::s444, sampleLayout(sourceLayout)->bitDepth);
+        text += "," + layoutText(sourceLayout) + ",";
+    }
+    text += turn(conversion.orientation) + scale(conversion.size);
+    if (!isRgb(sourceLayout))
         text += std::string(":in_color_matrix=") + scaleMatrix(conversion.sourceColor.matrix) +
-                ":in_range=" + rangeText(conversion.sourceColor.range);
+                ":in_range=" + rangeText(conversion.sourceColor.range) +
+                chromaPositions("in", sourceLayout, turned(sourceChroma, conversion.orientation));
     if (!isRgb(conversion.layout))
         text += std::string(":out_color_matrix=") + scaleMatrix(conversion.color.matrix) +
-                ":out_range=" + rangeText(conversion.color.range);
+                ":out_range=" + rangeText(conversion.color.range) +
+                chromaPositions("out", conversion.layout, chromaPlace(conversion.color.chromaLocation));
     return text + "," + layoutText(conversion.layout);
+}
+
+const char* chromaText(ChromaLocation location) {
+    switch (location) {
+    case ChromaLocation::left:
+        return "left";
+    case ChromaLocation::center:
+        return "center";
+    case ChromaLocation::topLeft:
+        return "topleft";
+    }
+    return "left";
 }
 
 std::string zscaleTags(const ColorDescription& color, bool rgb, const char* suffix) {
@@ -90,21 +162,31 @@ std::string zscaleTags(const ColorDescription& color, bool rgb, const char* suff
     };
     std::string text = option("transfer", tags.transfer) + option("primaries", tags.primaries);
     text += option("matrix", rgb ? AVCOL_SPC_RGB : tags.matrix);
+    if (!rgb)
+        text += std::string(":chromal") + suffix + "=" + chromaText(color.chromaLocation);
     return text + option("range", rgb || color.range == Range::full ? 1 : 0);
 }
 
-/// The source at its new size as linear light in the target's primaries, 1 being SDR white.
+/// The source at its new size as linear light in its own primaries, 1 being SDR white. The 16-bit RGB on the
+/// way cannot hold the values below black and above white that a matrix makes of some Y'CbCr, and that
+/// transfer functions are not defined for. The turn follows where there is no subsampled chroma any more.
 std::string toLinearLight(const Conversion& conversion) {
-    return "zscale=" + sizeText(conversion.size) + ":filter=bicubic" +
+    const QSize stored = conversion.orientation.swapsSides() ? conversion.size.transposed() : conversion.size;
+    ColorDescription rgb = conversion.sourceColor;
+    rgb.range = Range::full;
+    return "zscale=" + sizeText(stored) + ":filter=bicubic" +
            zscaleTags(conversion.sourceColor, isRgb(conversion.sourceLayout), "in") +
-           ":transfer=linear:npl=" + std::to_string(referenceWhite) +
-           ",format=gbrpf32le,zscale=primaries=" + std::to_string(tagsFor(conversion.color).primaries);
+           zscaleTags(rgb, true, "") + "," + layoutText(AV_PIX_FMT_GBRP16) + "," +
+           turn(conversion.orientation) + "zscale=transfer=linear:npl=" + std::to_string(referenceWhite) +
+           zscaleTags(rgb, true, "in") + ",format=gbrpf32le";
 }
 
 std::string fromLinearLight(const Conversion& conversion) {
     const bool rgb = isRgb(conversion.layout);
     const bool deep = av_pix_fmt_desc_get(conversion.layout)->comp[0].depth > 8;
-    return "zscale=npl=" + std::to_string(referenceWhite) + zscaleTags(conversion.color, rgb, "") + "," +
+    const std::string primaries = std::to_string(tagsFor(conversion.color).primaries);
+    return "zscale=npl=" + std::to_string(referenceWhite) + ":primariesin=" + primaries +
+           zscaleTags(conversion.color, rgb, "") + "," +
            (rgb ? layoutText(deep ? AV_PIX_FMT_GBRP16 : AV_PIX_FMT_GBRP) + "," : "") +
            layoutText(conversion.layout);
 }
@@ -116,18 +198,14 @@ bool mapsTones(const Conversion& conversion) {
 }
 
 ConversionChain conversionChain(const Conversion& conversion) {
-    std::string start;
-    if (conversion.deinterlace)
-        start += "yadif=deint=interlaced,";
-    if (const std::string turned = turn(conversion.orientation); !turned.empty())
-        start += turned + ",";
+    const std::string start = conversion.deinterlace ? "yadif=deint=interlaced," : "";
     if (!changesLight(conversion))
-        return {start + scale(conversion), {}, {}};
-    start += toLinearLight(conversion);
-    const std::string end = fromLinearLight(conversion);
-    if (mapsTones(conversion))
-        return {start, conversion.sourcePeak / referenceWhite, end};
-    return {start + "," + end, {}, {}};
+        return {start + convertLevels(conversion), {}, {}};
+    const auto peak =
+        mapsTones(conversion) ? std::optional(conversion.sourcePeak / referenceWhite) : std::nullopt;
+    return {start + toLinearLight(conversion),
+            LightMapping(conversion.sourceColor.primaries, conversion.color.primaries, peak),
+            fromLinearLight(conversion)};
 }
 
 double peakLight(const AVFrame& picture) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "media/FFmpeg.h"
+#include "media/LightMapping.h"
 
 #include <optional>
 #include <QSize>
@@ -22,15 +23,16 @@ struct Conversion {
     ColorDescription color; // for RGB layouts the matrix and range do not matter
 };
 
-/// What `FilterGraph` is given. With a peak, the first chain ends in linear light of 32-bit floats, whose
-/// tones are then mapped for that peak before the second chain takes them on; without one, the first chain
-/// does it all.
+/// Arguments for `FilterGraph`. Where the transfer or the primaries change, the first chain ends in linear
+/// light of 32-bit floats, `light` is applied to it and the second chain does the rest; otherwise the first
+/// chain does it all.
 struct ConversionChain {
     std::string first;
-    std::optional<double> tonePeak; // of `ToneCurve`
+    std::optional<LightMapping> light;
     std::string second;
 };
 
+/// A target whose transfer or primaries differ from the source's is SDR.
 ConversionChain conversionChain(const Conversion& conversion);
 
 /// The brightest light that an HDR picture says it holds, cd/m2; 1000 when it does not say.

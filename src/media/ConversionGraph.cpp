@@ -6,31 +6,29 @@ namespace pointloom::media {
 
 ConversionGraph::ConversionGraph(const FilterInput& input, const ConversionChain& chain)
     : m_first(input, chain.first)
-    , m_secondChain(chain.second) {
-    if (chain.tonePeak)
-        m_tones.emplace(*chain.tonePeak);
-}
+    , m_light(chain.light)
+    , m_secondChain(chain.second) {}
 
 void ConversionGraph::push(AVFramePtr frame) {
     const bool isEnd = frame == nullptr;
     m_first.push(std::move(frame));
-    if (!m_tones)
+    if (!m_light)
         return;
     while (AVFramePtr light = m_first.pull())
-        mapTones(std::move(light));
+        mapLight(std::move(light));
     if (isEnd && m_second)
         m_second->push(nullptr);
 }
 
 AVFramePtr ConversionGraph::pull() {
-    if (!m_tones)
+    if (!m_light)
         return m_first.pull();
     return m_second ? m_second->pull() : nullptr;
 }
 
-void ConversionGraph::mapTones(AVFramePtr light) {
+void ConversionGraph::mapLight(AVFramePtr light) {
     check(av_frame_make_writable(light.get()), "a picture could not be converted");
-    m_tones->apply(*light);
+    m_light->apply(*light);
     if (!m_second)
         m_second.emplace(FilterInput::of(*light), m_secondChain);
     m_second->push(std::move(light));

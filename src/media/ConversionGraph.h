@@ -1,9 +1,8 @@
-// Runs a conversion: FFmpeg's filters, with the mapping of tones between them where HDR becomes SDR.
+// Runs a conversion: FFmpeg's filters, with the mapping of light between them where that changes.
 #pragma once
 
 #include "media/ConversionChain.h"
 #include "media/FilterGraph.h"
-#include "media/ToneCurve.h"
 
 namespace pointloom::media {
 
@@ -19,12 +18,12 @@ public:
     AVFramePtr pull();
 
 private:
-    void mapTones(AVFramePtr light);
+    void mapLight(AVFramePtr light);
 
     FilterGraph m_first;
-    std::optional<ToneCurve> m_tones;
+    std::optional<LightMapping> m_light;
     std::string m_secondChain;
-    std::optional<FilterGraph> m_second; // stands when the first frame has come to it
+    std::optional<FilterGraph> m_second; // made for the first frame that gets there
 };
 
 /// One picture alone. Throws MediaError.
