@@ -30,31 +30,42 @@ std::string overflowingNumber(const nlohmann::json::exception& error) {
     return printable(text.substr(0, text.rfind('\'')));
 }
 
-// Whether objects and lists ever stand more than `limit` levels deep. Brackets inside texts do not count.
-bool isDeeperThan(int limit, const QByteArray& bytes) {
-    int depth = 0;
-    bool isInText = false;
-    for (auto at = bytes.begin(); at != bytes.end(); ++at) {
-        if (isInText && *at == '\\' && at + 1 != bytes.end())
-            ++at; // the escaped character may be a quote
-        else if (*at == '"')
-            isInText = !isInText;
-        else if (!isInText && (*at == '[' || *at == '{') && ++depth > limit)
-            return true;
-        else if (!isInText && (*at == ']' || *at == '}'))
-            --depth;
-    }
-    return false;
 }
 
+// A scan of its own: the library's parser with a callback takes quadratic time on long lists.
+void requireWithin(const ParseLimits& limits, const QByteArray& bytes) {
+    if (bytes.size() > limits.bytes)
+        throw DecodingError("larger than " + std::to_string(limits.bytes / (1024 * 1024)) + " MB");
+    int depth = 0;
+    std::int64_t values = 1;
+    bool isInText = false;
+    char before = ' '; // last character outside of texts and blanks
+    for (auto at = bytes.begin(); at != bytes.end(); ++at) {
+        if (isInText) {
+            if (*at == '\\' && at + 1 != bytes.end())
+                ++at; // the escaped character may be a quote
+            else if (*at == '"')
+                isInText = false;
+            continue;
+        }
+        if (*at == ' ' || *at == '\n' || *at == '\r' || *at == '\t')
+            continue;
+        const bool isOpening = *at == '[' || *at == '{';
+        const bool isClosing = *at == ']' || *at == '}';
+        isInText = *at == '"';
+        depth += isOpening - isClosing;
+        // An object or a list has one value more than commas, unless it is empty.
+        values += *at == ',' || (isClosing && before != '[' && before != '{');
+        before = *at;
+        if (depth > limits.depth)
+            throw DecodingError("nested deeper than " + std::to_string(limits.depth) + " levels");
+        if (values > limits.values)
+            throw DecodingError("more than " + std::to_string(limits.values) + " values");
+    }
 }
 
 Value parse(const QByteArray& bytes, const ParseLimits& limits) {
-    if (bytes.size() > limits.bytes)
-        throw DecodingError("larger than " + std::to_string(limits.bytes / (1024 * 1024)) + " MB");
-    // Measured before parsing: the library's parser with a callback takes quadratic time on long lists.
-    if (isDeeperThan(limits.depth, bytes))
-        throw DecodingError("nested deeper than " + std::to_string(limits.depth) + " levels");
+    requireWithin(limits, bytes);
     try {
         return Value::parse(bytes.begin(), bytes.end());
     } catch (const Value::parse_error& error) {

@@ -11,7 +11,13 @@ namespace pointloom::json {
 struct ParseLimits {
     qsizetype bytes = 64 * 1024 * 1024;
     int depth = 32; // levels of nested objects and lists
+    // Numbers, texts, objects, lists and the like at all levels: each takes up to 160 bytes of memory.
+    std::int64_t values = 4'000'000;
 };
+
+/// Throws DecodingError that names the limit which `bytes`, JSON text, passes. Whoever writes a text asks
+/// this first, so that it can be read again.
+void requireWithin(const ParseLimits& limits, const QByteArray& bytes);
 
 /// Parses UTF-8 text. Throws DecodingError that names line and column, or the limit that was passed.
 Value parse(const QByteArray& bytes, const ParseLimits& limits = {});

@@ -75,6 +75,18 @@ TEST(Json, TextsAreBoundedInSizeAndDepth) {
     EXPECT_THROW(json::parse("[1,2,3]", {.bytes = 6}), json::DecodingError);
 }
 
+TEST(Json, TextsAreBoundedInTheNumberOfValues) {
+    const std::pair<const char*, int> texts[] = {
+        {"7", 1}, {" [ ] ", 1}, {"{\"a\" : {\n}}", 2}, {R"([1,"],[,{\"",[[3]],{},{"a":[],"b":null}])", 10}};
+    for (const auto& [text, count] : texts) {
+        EXPECT_NO_THROW(json::parse(text, {.values = count})) << text;
+        EXPECT_THROW(json::parse(text, {.values = count - 1}), json::DecodingError) << text;
+    }
+    // Twenty million of these took two gigabytes.
+    const QByteArray many = "{\"x\":[" + QByteArray("{},").repeated(4'000'000) + "{}]}";
+    EXPECT_EQ(decodingFault<CutZone>(many.constData()), "more than 4000000 values");
+}
+
 TEST(Json, LongListsAreReadInTimeThatGrowsAsTheirLength) {
     // Quadratic time would take minutes here.
     constexpr int count = 50'000;
