@@ -26,7 +26,7 @@ using ErrorReport = std::function<void(const CSVParseError&)>;
 /// A comma always separates: there is no quoting.
 std::vector<Marker> parseMarkers(QStringView csv, const ErrorReport& reportError = {});
 
-/// `parseMarkers` of a UTF-8 file. Throws DocumentError: unreadable, not a regular file, larger than 16 MB,
+/// `parseMarkers` of a UTF-8 file. Throws DocumentError: unreadable, not a regular file, larger than 1 MB,
 /// not UTF-8.
 std::vector<Marker> readMarkersFile(const QString& path, const ErrorReport& reportError = {});
 

@@ -31,13 +31,19 @@ bool hasCurrentForm(const json::Value& document) {
 }
 
 ProjectFile decodeEitherFormat(const json::Value& document) {
+    std::optional<json::DecodingError> faultAsCurrent;
     try {
         return json::decode<ProjectFile>(document);
+    } catch (const json::DecodingError& fault) {
+        faultAsCurrent = fault;
+    }
+    try {
+        return ProjectFile::migrating(json::decode<LegacyProjectFile>(document));
     } catch (const json::DecodingError&) {
         if (hasCurrentForm(document))
-            throw;
+            throw *faultAsCurrent;
+        throw;
     }
-    return ProjectFile::migrating(json::decode<LegacyProjectFile>(document));
 }
 
 }
@@ -76,7 +82,10 @@ void ProjectFile::save(const QString& path) const {
     QByteArray text;
     try {
         text = json::prettySorted(json::encode(*this));
+        json::requireWithin({}, text);
     } catch (const json::EncodingError& error) {
+        throw DocumentError(path, QString::fromUtf8(error.what()));
+    } catch (const json::DecodingError& error) {
         throw DocumentError(path, QString::fromUtf8(error.what()));
     }
     writeDocument(path, text);

@@ -69,15 +69,15 @@ struct ProjectFile {
     bool operator==(const ProjectFile&) const = default;
 
     /// Reads a document of either format. Throws DocumentError: the file cannot be read, is not a regular
-    /// file, is larger than 64 MB, or is neither a current nor a legacy document; then the fault is that of
-    /// the format whose form the document has.
+    /// file, passes a limit of `json::ParseLimits`, or is neither a current nor a legacy document; then the
+    /// fault is that of the format whose form the document has.
     static ProjectFile load(const QString& path);
 
     /// An old document in the current form: its scores become tennis scores.
     static ProjectFile migrating(const LegacyProjectFile& legacy);
 
     /// Writes the document in one step, keys sorted and indented. On any failure the file that stood there
-    /// is kept. Throws DocumentError.
+    /// is kept. Throws DocumentError, also for a document that passes a limit of reading.
     void save(const QString& path) const;
 
     /// The position to draw with: as stored, or the default when either part is above 1, as in documents

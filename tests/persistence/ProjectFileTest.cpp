@@ -1,5 +1,6 @@
 #include "persistence/ProjectFile.h"
 #include "DocumentSupport.h"
+#include "persistence/CSVParser.h"
 #include "json/JsonDocument.h"
 
 #include <csignal>
@@ -115,6 +116,20 @@ TEST_F(ProjectFileTest, LegacyDocumentsBecomeTennisDocuments) {
     EXPECT_EQ(project.markers[0].label, QStringLiteral("Set"));
 }
 
+TEST_F(ProjectFileTest, WhatIsLegacyOpensWhateverElseItHolds) {
+    const QByteArray legacyMarkers = '[' + markerWith(legacyScore) + ']';
+    const QByteArray scale = R"(,"scoreboardUserScale":1.5)";
+    for (QByteArray text :
+         {smallDocument(scale, legacyMarkers), smallDocument(R"(,"scoreboardUserScale":"1")", legacyMarkers),
+          smallDocument(scale, legacyMarkers).replace("\"version\":1,", "")}) {
+        const ProjectFile project = loadText(text);
+        EXPECT_EQ(project.version, 1);
+        EXPECT_EQ(project.markers.size(), 1U);
+        EXPECT_FALSE(project.scoreboardUserScale) << "the older form has none";
+    }
+    EXPECT_FALSE(loadText(smallDocument(R"(,"scoreboardUserScale":"1")")).scoreboardUserScale);
+}
+
 TEST_F(ProjectFileTest, FaultsOfACurrentDocumentAreNotHiddenByTheLegacyAttempt) {
     const QByteArray good = markerWith(R"({"type":"tennis","score":)" + legacyScore + '}');
     const QByteArray golf = markerWith(R"({"type":"golf","score":{}})");
@@ -124,7 +139,7 @@ TEST_F(ProjectFileTest, FaultsOfACurrentDocumentAreNotHiddenByTheLegacyAttempt) 
     const QByteArray lateText = QByteArray(good).replace("7.5", "\"7.5\"");
     EXPECT_EQ(faultOf(smallDocument("", '[' + good + ',' + lateText + ']')),
               "match.plp: markers[1].startTime: expected a number");
-    EXPECT_EQ(faultOf(smallDocument(R"(,"scoreboardUserScale":"1")")),
+    EXPECT_EQ(faultOf(smallDocument(R"(,"scoreboardUserScale":"1")", '[' + good + ']')),
               "match.plp: scoreboardUserScale: expected a number");
 }
 
@@ -158,6 +173,27 @@ TEST_F(ProjectFileTest, HugeDocumentsAreRefused) {
     EXPECT_EQ(documentFault([&] { ProjectFile::load(path); }), "match.plp: larger than 64 MB");
     EXPECT_EQ(faultOf(smallDocument("", QByteArray(100, '[') + QByteArray(100, ']'))),
               "match.plp: nested deeper than 32 levels");
+}
+
+TEST_F(ProjectFileTest, NothingIsSavedThatWouldBeRefused) {
+    const ProjectFile old = fullProject();
+    old.save(path);
+    ProjectFile large = old;
+    large.videoPath = QString(32 * 1024 * 1024, u'\n'); // each written as two characters
+    EXPECT_EQ(documentFault([&] { large.save(path); }), "match.plp: larger than 64 MB");
+    EXPECT_EQ(ProjectFile::load(path), old);
+}
+
+TEST_F(ProjectFileTest, WhatTheLargestTableHoldsCanBeSaved) {
+    constexpr qsizetype largestTable = 1024 * 1024; // bytes
+    constexpr qsizetype largestDocument = 64 * 1024 * 1024;
+    const QString setsOfOneMarker = QStringLiteral("0,,1") + QString(4000, u',');
+    for (const QString& table : {QStringLiteral("0,,1,,,,\n").repeated(500), setsOfOneMarker}) {
+        ProjectFile project;
+        project.markers = CSVParser::parseMarkers(table);
+        project.save(path);
+        EXPECT_LT(readFile(path).size() * largestTable / table.size(), largestDocument);
+    }
 }
 
 TEST_F(ProjectFileTest, AFailedSaveKeepsTheOldFileAndSaysWhy) {
