@@ -167,8 +167,14 @@ SegmentPlan SegmentPlan::load(const QString& path, const QString& program) {
 }
 
 void SegmentPlan::save(const QString& path) const {
+    const QByteArray text = json::prettySorted(json::encode(*this));
+    try {
+        json::requireWithin({}, text);
+    } catch (const json::DecodingError& error) {
+        fail(path, error.what());
+    }
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, json::prettySorted(json::encode(*this))))
+    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, text))
         fail(path, "cannot be written: " + file.errorString().toStdString());
 }
 

@@ -100,6 +100,8 @@ QByteArray AtomicFile::read(const QString& path) {
 }
 
 void AtomicFile::write(const QString& path, const QByteArray& bytes) {
+    if (bytes.size() > largestSize) // `read` would refuse it
+        throw FileError(path, "could not be written", EFBIG);
     const QFileInfo named(path);
     const QFileInfo target(named.exists() ? named.canonicalFilePath() : named.absoluteFilePath());
     const QString folder = target.absolutePath();

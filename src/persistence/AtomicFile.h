@@ -48,8 +48,8 @@ constexpr qsizetype largestSize = 256 * 1024 * 1024;
 
 /// Replaces the file, or what a symbolic link of that name points to. The new bytes are gathered in
 /// "PATH.new", so hold a FolderGuard where another process may write too. Missing folders are made,
-/// open to this user alone. Throws FileError; the file is then as it was, or whole and new when only its
-/// folder could not be brought to disk.
+/// open to this user alone. Throws FileError, also for more than `largestSize` bytes; the file is then as it
+/// was, or whole and new when only its folder could not be brought to disk.
 void write(const QString& path, const QByteArray& bytes);
 
 /// Makes the folder and those above it. Throws FileError.

@@ -137,5 +137,11 @@ TEST_F(UserDefaultsFile, AFileThatCannotBeReadIsNotOverwritten) {
     EXPECT_TRUE(QFileInfo(path).isDir());
 }
 
+TEST_F(UserDefaultsFile, NothingIsWrittenThatIsTooLargeToBeRead) {
+    UserDefaults(path).setBoolean("a", true);
+    EXPECT_THROW(AtomicFile::write(path, QByteArray(AtomicFile::largestSize + 1, ';')), FileError);
+    EXPECT_TRUE(UserDefaults(path).boolean("a"));
+}
+
 }
 }
