@@ -127,6 +127,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
+    m_context.state.retrySave();
     rememberPlace();
     event->accept();
 }

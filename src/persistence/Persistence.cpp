@@ -6,6 +6,7 @@
 
 #include <QCryptographicHash>
 #include <QFileInfo>
+#include <utility>
 
 namespace pointloom {
 
@@ -30,17 +31,49 @@ bool isReadWhole(const QByteArray& bytes) {
 
 }
 
-Persistence::Persistence(UserDefaults& defaults, const SessionLock&)
-    : m_defaults(defaults) {}
+Persistence::Persistence(UserDefaults& defaults, const SessionLock&, std::chrono::milliseconds retryInterval)
+    : m_defaults(defaults) {
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retryInterval);
+    QObject::connect(&m_retry, &QTimer::timeout, &m_retry, [this] { retry(); });
+}
 
 void Persistence::save(const AppState& state) noexcept {
+    attempt([this, &state] { store(state); });
+}
+
+void Persistence::clear() noexcept {
+    attempt([this] { removeStored(); });
+}
+
+void Persistence::retry() noexcept {
+    if (m_failed)
+        attempt(m_failed);
+}
+
+void Persistence::attempt(Change change) noexcept {
+    m_failed = nullptr;
+    m_retry.stop();
     try {
-        const QByteArray bytes = json::write(Snapshot::of(state));
-        setAsideWhatCannotBeRead();
-        m_defaults.setData(sessionKey, bytes);
+        change();
+    } catch (const FileError&) {
+        m_failed = std::move(change);
+        m_retry.start();
     } catch (const std::exception&) {
-        // The value before stays; the next edit tries again with all of the session.
+        // Not the disk's fault: the same session would fail again. The next edit tries with all of it.
     }
+}
+
+void Persistence::store(const AppState& state) {
+    const QByteArray bytes = json::write(Snapshot::of(state));
+    json::requireWithin({}, bytes);
+    setAsideWhatCannotBeRead();
+    m_defaults.setData(sessionKey, bytes);
+}
+
+void Persistence::removeStored() {
+    setAsideWhatCannotBeRead();
+    m_defaults.remove(sessionKey);
 }
 
 void Persistence::load(AppState& into) noexcept {
@@ -58,15 +91,6 @@ void Persistence::load(AppState& into) noexcept {
         }
     } catch (const std::exception&) {
         // As with nothing stored.
-    }
-}
-
-void Persistence::clear() noexcept {
-    try {
-        setAsideWhatCannotBeRead();
-        m_defaults.remove(sessionKey);
-    } catch (const std::exception&) {
-        // A session that cannot be removed comes back at the next start.
     }
 }
 

@@ -11,16 +11,21 @@
 #include "session/SessionStore.h"
 #include "json/JsonFields.h"
 
+#include <chrono>
+#include <functional>
 #include <optional>
 #include <QString>
+#include <QTimer>
 #include <tuple>
 #include <vector>
 
 namespace pointloom {
 
-/// Every failure is silent: the session goes on, and what is stored stays as it was. A stored value that
-/// fits no record (of a newer version, perhaps) is left in place, and copied to a file of its own beside
-/// the settings before the next save replaces it.
+/// Every failure is silent: the session goes on, and what is stored stays as it was. What the disk did not
+/// take is tried again at intervals, by the thread's event loop, until it or a later change succeeds. A
+/// session that JSON cannot hold, or that passes a limit of `json::ParseLimits`, is not stored. A stored
+/// value that fits no record (of a newer version, perhaps) is left in place, and copied to a file of its own
+/// beside the settings before the next save replaces it.
 class Persistence final : public SessionStore {
 public:
     struct Snapshot;
@@ -30,8 +35,10 @@ public:
     static constexpr std::string_view sessionKey = "pointloom.session";
 
     /// Only the holder of the lock may store a session. Both outlive this.
-    Persistence(UserDefaults& defaults, const SessionLock& lock);
+    Persistence(UserDefaults& defaults, const SessionLock& lock,
+                std::chrono::milliseconds retryInterval = std::chrono::seconds(10));
 
+    /// `state` exists as long as events are processed.
     void save(const AppState& state) noexcept override;
 
     /// Restores the stored session, if there is one, and goes back to the first screen; the video is never
@@ -40,10 +47,19 @@ public:
 
     void clear() noexcept override;
 
+    void retry() noexcept override;
+
 private:
+    using Change = std::function<void()>;
+
+    void attempt(Change change) noexcept;
+    void store(const AppState& state);
+    void removeStored();
     void setAsideWhatCannotBeRead();
 
     UserDefaults& m_defaults;
+    Change m_failed; // the latest change, when the disk did not take it
+    QTimer m_retry;
     bool m_isStoredValueOurs = false; // absent, or known to be read whole
 };
 

@@ -150,4 +150,9 @@ void AppState::save() const {
         m_store->save(*this);
 }
 
+void AppState::retrySave() const {
+    if (m_store)
+        m_store->retry();
+}
+
 }

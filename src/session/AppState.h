@@ -108,6 +108,9 @@ public:
     /// Stores the whole session now.
     void save() const;
 
+    /// Stores what could not be stored when it was due, if anything. Before the program ends.
+    void retrySave() const;
+
 private:
     std::optional<SportScoreState> resolveLiveScore() const;
 

@@ -14,6 +14,9 @@ public:
 
     /// Forgets the stored session. Never throws.
     virtual void clear() noexcept = 0;
+
+    /// Tries again the last of the above if it failed. Never throws.
+    virtual void retry() noexcept = 0;
 };
 
 }

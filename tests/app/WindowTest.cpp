@@ -140,6 +140,17 @@ TEST_F(WindowTest, TheNextStartHasTheSessionAndTheSizeOfTheLast) {
     EXPECT_EQ(state->step, 0);
 }
 
+TEST_F(WindowTest, ClosingKeepsWhatTheDiskDidNotTakeBefore) {
+    configure();
+    const QString obstacle = defaults.path() + QStringLiteral(".new"); // in the way of the temporary file
+    ASSERT_TRUE(QDir().mkpath(obstacle));
+    state->addMarker(markerAt(3), undo.get());
+    ASSERT_TRUE(QDir().rmdir(obstacle));
+    window->close();
+    start();
+    EXPECT_EQ(state->markers.value().size(), 3U);
+}
+
 TEST(FirstLanguageTest, IsTheFirstOfTheDesktopsThatThereIs) {
     EXPECT_EQ(firstLanguage({QStringLiteral("nl-NL"), QStringLiteral("de-AT")}), Language::german);
     EXPECT_EQ(firstLanguage({QStringLiteral("pt_BR")}), Language::portuguese);

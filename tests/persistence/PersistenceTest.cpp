@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTest>
 
 namespace pointloom {
 namespace {
@@ -25,13 +26,17 @@ protected:
         return QDir(folder.path()).entryList({QStringLiteral("unreadable-session-*")}, QDir::Files);
     }
 
+    /// A folder in the way of the temporary file: no save succeeds.
+    void block() { ASSERT_TRUE(QDir().mkpath(defaults.path() + QStringLiteral(".new"))); }
+    void unblock() { ASSERT_TRUE(QDir().rmdir(defaults.path() + QStringLiteral(".new"))); }
+
     /// A fresh session as the next start restores it from `text`.
     std::unique_ptr<AppState> restored(const QByteArray& text) {
         defaults.setData(Persistence::sessionKey, text);
         return restored();
     }
-    std::unique_ptr<AppState> restored() {
-        m_persistence = std::make_unique<Persistence>(defaults, *lock);
+    std::unique_ptr<AppState> restored(std::chrono::milliseconds retryInterval = std::chrono::hours(1)) {
+        m_persistence = std::make_unique<Persistence>(defaults, *lock, retryInterval);
         auto state = std::make_unique<AppState>(m_persistence.get());
         state->step = 4;
         m_persistence->load(*state);
@@ -172,13 +177,56 @@ TEST_F(Autosave, AFailedSaveIsSilentAndTheNextOneCatchesUp) {
     const auto state = restored();
     state->addMarker(markerAt(1), nullptr);
     const QByteArray before = stored();
-    // A folder in the way of the temporary file.
-    ASSERT_TRUE(QDir().mkpath(defaults.path() + QStringLiteral(".new")));
+    block();
     state->addMarker(markerAt(2), nullptr);
     EXPECT_EQ(stored(), before);
-    ASSERT_TRUE(QDir().rmdir(defaults.path() + QStringLiteral(".new")));
+    unblock();
     state->addMarker(markerAt(3), nullptr);
     EXPECT_EQ(timesOf(*restored()), (std::vector<double>{1, 2, 3}));
+}
+
+TEST_F(Autosave, AFailedSaveIsTriedAgainByItselfUntilTheDiskTakesIt) {
+    const auto state = restored(std::chrono::milliseconds(1));
+    block();
+    state->addMarker(markerAt(1), nullptr);
+    state->addMarker(markerAt(2), nullptr);
+    QTest::qWait(20);
+    EXPECT_TRUE(stored().isEmpty());
+    unblock();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !stored().isEmpty(); }, 10'000));
+    EXPECT_EQ(timesOf(*restored()), (std::vector<double>{1, 2}));
+}
+
+TEST_F(Autosave, WhatFailedIsTriedAgainAtTheEnd) {
+    auto state = restored();
+    block();
+    state->addMarker(markerAt(1), nullptr);
+    unblock();
+    state->retrySave();
+    EXPECT_EQ(timesOf(*restored()), std::vector<double>{1});
+
+    state = restored();
+    block();
+    state->reset();
+    unblock();
+    EXPECT_FALSE(stored().isEmpty());
+    state->retrySave();
+    EXPECT_TRUE(stored().isEmpty()) << "a session that was thrown away does not come back";
+    state->retrySave();
+    EXPECT_TRUE(stored().isEmpty()) << "nothing is written that was not asked for";
+}
+
+TEST_F(Autosave, ASessionThatWouldBeRefusedLeavesTheValueBefore) {
+    const auto state = restored();
+    state->addMarker(markerAt(1), nullptr);
+    const QByteArray before = stored();
+    Marker endless = markerAt(2);
+    endless.label = QString(64 * 1024 * 1024, u'l');
+    state->addMarker(endless, nullptr);
+    EXPECT_EQ(stored(), before);
+    state->removeMarker(endless.id, nullptr);
+    state->addMarker(markerAt(3), nullptr);
+    EXPECT_EQ(timesOf(*restored()), (std::vector<double>{1, 3}));
 }
 
 }

@@ -40,6 +40,7 @@ class RecordingStore final : public SessionStore {
 public:
     void save(const AppState&) noexcept override { ++saves; }
     void clear() noexcept override { ++clears; }
+    void retry() noexcept override {}
 
     int saves = 0;
     int clears = 0;
