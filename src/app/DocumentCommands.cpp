@@ -43,7 +43,7 @@ QByteArray fingerprint(ProjectFile project) {
 }
 
 QString projectFilter() {
-    return QStringLiteral("Pointloom (*.plp)");
+    return QStringLiteral("Pointloom (*.plp *.PLP)");
 }
 
 }

@@ -98,7 +98,7 @@ TEST_F(MenuTest, OpeningAProjectReadsItsVideoAndKeepsItsTrimAndPlace) {
     dialogs.fileToOpen = makeProject(QStringLiteral("match.plp"), makeClip(QStringLiteral("match.mp4")));
     choose(QStringLiteral("Open Project…"));
     EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Open Pointloom Project"));
-    EXPECT_EQ(dialogs.filters, QStringList{QStringLiteral("Pointloom (*.plp)")});
+    EXPECT_EQ(dialogs.filters, QStringList{QStringLiteral("Pointloom (*.plp *.PLP)")});
     ASSERT_TRUE(eventually([this] { return state->videoDuration > 0; }));
     EXPECT_EQ(state->step, 4);
     EXPECT_EQ(state->videoWidth, 320);

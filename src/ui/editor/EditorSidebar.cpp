@@ -145,7 +145,7 @@ QWidget* EditorSidebar::makeButtons() {
 
 void EditorSidebar::importMarkersFromFile() {
     const auto path = m_context.dialogs.chooseFileToOpen(this, m_context.text(L10nKey::importMarkersCSV),
-                                                         {QStringLiteral("CSV (*.csv)")});
+                                                         {QStringLiteral("CSV (*.csv *.CSV)")});
     if (!path)
         return;
     m_messages->hide();
