@@ -30,6 +30,9 @@ namespace pointloom::CrashCapture {
 
 namespace {
 
+// UTF-16 units of a name or a reason, so that the record stays below what the next start reads.
+constexpr qsizetype longestText = 4096;
+
 using MallocedText = std::unique_ptr<char, decltype(&std::free)>;
 
 QString demangled(const char* mangled) {
@@ -39,16 +42,16 @@ QString demangled(const char* mangled) {
 }
 
 // "/folder/program(_ZN4nameEv+0x12) [0x55...]" as "program(name()+0x12) [0x55...]": the folder may name the
-// person who installed it.
+// user who installed it. No mangled name holds a bracket, but a folder's name may.
 QString readableFrame(const char* symbol) {
     QString line = QString::fromUtf8(symbol);
-    line.remove(0, line.left(line.indexOf(u'(')).lastIndexOf(u'/') + 1);
-    const qsizetype open = line.indexOf(u'(');
+    line.remove(0, line.left(line.lastIndexOf(u'(')).lastIndexOf(u'/') + 1);
+    const qsizetype open = line.lastIndexOf(u'(');
     const qsizetype plus = line.indexOf(u'+', open);
     if (open < 0 || plus <= open + 1)
         return line;
     const QByteArray name = line.mid(open + 1, plus - open - 1).toUtf8();
-    return line.left(open + 1) + demangled(name.constData()) + line.mid(plus);
+    return line.left(open + 1) + demangled(name.constData()).left(longestText) + line.mid(plus);
 }
 
 // The file that an address lies in, by where it is loaded; null for none.
@@ -71,7 +74,7 @@ int framesToLeaveOut(std::span<void* const> frames, const void* caller) {
 }
 
 std::vector<QString> callStack(const void* caller) {
-    std::array<void*, 128> addresses{};
+    std::array<void*, PendingCrashReport::mostFrames> addresses{};
     const int count = backtrace(addresses.data(), static_cast<int>(addresses.size()));
     const std::unique_ptr<char*, decltype(&std::free)> symbols(backtrace_symbols(addresses.data(), count),
                                                                &std::free);
@@ -84,12 +87,12 @@ std::vector<QString> callStack(const void* caller) {
 
 void describeException(PendingCrashReport& report) {
     if (const std::type_info* type = abi::__cxa_current_exception_type())
-        report.exceptionName = demangled(type->name());
+        report.exceptionName = demangled(type->name()).left(longestText);
     try {
         throw;
     } catch (const std::exception& error) {
         if (const char* reason = error.what(); reason && *reason != '\0')
-            report.exceptionReason = QString::fromUtf8(reason);
+            report.exceptionReason = QString::fromUtf8(reason).left(longestText);
     } catch (...) {
         // Anything can be thrown; what is no std::exception has no reason.
     }

@@ -2,9 +2,12 @@
 
 #include "json/JsonDocument.h"
 
+#include <algorithm>
 #include <QDateTime>
 #include <QSysInfo>
 #include <QUuid>
+#include <ranges>
+#include <span>
 
 namespace pointloom::CrashEvent {
 
@@ -14,21 +17,11 @@ std::string now() {
     return QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
 }
 
-// The operating system's own name: "macOS" only there, "Debian GNU/Linux" here.
-QString osName() {
-    const QString type = QSysInfo::productType();
-    if (type == u"macos" || type == u"osx")
-        return QStringLiteral("macOS");
-    const QString pretty = QSysInfo::prettyProductName(); // "Debian GNU/Linux 12 (bookworm)"
-    const QString number = QSysInfo::productVersion();
-    const qsizetype at = number.isEmpty() ? -1 : pretty.indexOf(u' ' + number);
-    return at > 0 ? pretty.left(at) : pretty;
-}
-
 json::OrderedValue framesOf(const std::vector<QString>& lines) {
     auto frames = json::OrderedValue::array();
-    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
-        frames.push_back({{"function", line->toStdString()}});
+    const std::size_t count = std::min(lines.size(), PendingCrashReport::mostFrames);
+    for (const QString& line : std::span(lines).first(count) | std::views::reverse)
+        frames.push_back({{"function", line.toStdString()}});
     return frames;
 }
 
@@ -56,7 +49,8 @@ json::OrderedValue buildEvent(const QString& level, const QString& type, const Q
     event["environment"] = "production";
     event["exception"] = {{"values", exceptions}};
     event["contexts"] = {
-        {"os", {{"name", osName().toStdString()}, {"version", QSysInfo::productVersion().toStdString()}}},
+        // A fixed word of this format of event, as the platform above; the version names the system.
+        {"os", {{"name", "macOS"}, {"version", QSysInfo::prettyProductName().toStdString()}}},
         {"app", {{"app_version", version}, {"app_build", build}}},
     };
     event["tags"] = tagTable;

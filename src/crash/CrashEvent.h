@@ -12,7 +12,8 @@
 
 namespace pointloom::CrashEvent {
 
-/// Stack lines as a crash record lists them, innermost first; the event lists them outermost first.
+/// Stack lines as a crash record lists them, innermost first; the event lists the `mostFrames` innermost,
+/// outermost first.
 json::OrderedValue buildEvent(const QString& level, const QString& type, const QString& value,
                               const std::vector<QString>& frames, const std::map<QString, QString>& tags,
                               const InfoDictionary& info);

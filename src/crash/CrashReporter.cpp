@@ -3,7 +3,6 @@
 #include "crash/CrashCapture.h"
 #include "crash/CrashConsole.h"
 #include "crash/CrashEvent.h"
-#include "crash/EnvelopeUpload.h"
 #include "json/JsonDocument.h"
 
 #include <exception>
@@ -16,9 +15,11 @@ namespace {
 
 constexpr qsizetype largestRecord = 1024 * 1024; // bytes; ours are a few kilobytes
 
+// A link is not followed: it may lead to a file that is no record.
 std::optional<PendingCrashReport> readPendingReport(const QString& path) {
+    const QFileInfo info(path);
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    if (info.isSymLink() || !info.isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     try {
         const QByteArray bytes = file.read(largestRecord + 1);
@@ -34,6 +35,9 @@ CrashReporter& CrashReporter::shared() {
     static CrashReporter reporter;
     return reporter;
 }
+
+CrashReporter::CrashReporter(Upload upload)
+    : m_upload(std::move(upload)) {}
 
 CrashReporter::~CrashReporter() {
     stop();
@@ -121,8 +125,8 @@ void CrashReporter::sendPending() {
         return;
     QFile::remove(path);
     const auto event = CrashEvent::eventOf(*report, destination->info);
-    uploadEnvelope(CrashEvent::envelope(event, destination->dsn), destination->dsn,
-                   [this] { return isStopping(); });
+    m_upload(CrashEvent::envelope(event, destination->dsn), destination->dsn,
+             [this] { return isStopping(); });
 }
 
 // Where reports go, when there is such a place and the user agreed.

@@ -2,7 +2,7 @@
 // thread of its own; nothing waits for it, and every failure is silent but for one console line.
 #pragma once
 
-#include "crash/SentryDSN.h"
+#include "crash/EnvelopeUpload.h"
 #include "info/InfoDictionary.h"
 
 #include <condition_variable>
@@ -21,9 +21,13 @@ public:
     /// Answers whether the user agreed to crash reports; asked on the reporter's thread.
     using ConsentQuery = std::function<bool()>;
 
+    /// Posts an envelope and waits for the answer; the last argument is polled and ends the upload.
+    using Upload = std::function<void(const QByteArray& envelope, const SentryDSN& dsn,
+                                      const std::function<bool()>& isStopping)>;
+
     static CrashReporter& shared();
 
-    CrashReporter() = default;
+    explicit CrashReporter(Upload upload = [](const auto&... parts) { uploadEnvelope(parts...); });
     ~CrashReporter();
     CrashReporter(const CrashReporter&) = delete;
     CrashReporter& operator=(const CrashReporter&) = delete;
@@ -36,7 +40,7 @@ public:
     void setup(const InfoDictionary& info);
 
     /// Sends the pending record if there is one, the user agreed and a DSN is known. The record is deleted
-    /// first, so that it is sent at most once. A record that cannot be read stays where it is.
+    /// first, so that it is sent at most once. A record that cannot be read, or is a link, stays where it is.
     void flushPending();
 
     /// Prints an error that is not fatal; nothing is sent.
@@ -57,6 +61,7 @@ private:
     std::optional<Destination> permittedDestination() const;
     bool isStopping() const;
 
+    const Upload m_upload;
     mutable std::mutex m_mutex; // guards all that follows but the thread
     std::condition_variable m_wake;
     ConsentQuery m_hasConsent;

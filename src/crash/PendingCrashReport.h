@@ -12,6 +12,8 @@
 namespace pointloom {
 
 struct PendingCrashReport {
+    static constexpr std::size_t mostFrames = 128; // innermost ones that are recorded and sent
+
     QString timestamp; // ISO 8601 for an exception, seconds since 1970 for a signal
     std::optional<QString> exceptionName;
     std::optional<QString> exceptionReason;

@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <sys/stat.h>
+#include <utility>
 
 namespace pointloom {
 namespace {
@@ -33,7 +34,7 @@ protected:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_DATA_HOME"), m_home);
         victim.setProcessEnvironment(environment);
-        victim.start(QCoreApplication::applicationDirPath() + QStringLiteral("/crash_victim"), {way});
+        victim.start(m_program, {way});
         constexpr int patience = 20'000; // ms
         if (!victim.waitForFinished(patience)) {
             ADD_FAILURE() << "the victim hangs: " << qPrintable(way);
@@ -54,6 +55,7 @@ protected:
 
     PendingCrashReport report() const { return json::decode<PendingCrashReport>(json::parse(record())); }
 
+    QString m_program = QCoreApplication::applicationDirPath() + QStringLiteral("/crash_victim");
     QTemporaryDir m_folder;
     QString m_home = m_folder.path();
     QByteArray m_console;
@@ -109,6 +111,23 @@ TEST_F(CrashCapture, AnUncaughtExceptionLeavesTypeReasonAndSymbolisedStack) {
         EXPECT_TRUE(m_console.contains("runtime_error")) << "the console no longer names the exception";
         QFile::remove(recordPath());
     }
+}
+
+TEST_F(CrashCapture, TheFolderOfTheProgramIsLeftOut) {
+    const QString folder = m_folder.filePath(QStringLiteral("anna (work+play) [1]/bin"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString installed = folder + QStringLiteral("/crash_victim");
+    ASSERT_TRUE(QFile::link(std::exchange(m_program, installed), installed));
+    die(QStringLiteral("exception"));
+    EXPECT_FALSE(record().contains("anna")) << record().constData();
+    EXPECT_TRUE(record().contains("\"crash_victim(victim::throwFromDeepInside()+")) << record().constData();
+}
+
+TEST_F(CrashCapture, AnEndlessReasonLeavesARecordThatTheNextStartReads) {
+    die(QStringLiteral("talkative-exception"));
+    ASSERT_TRUE(report().exceptionReason);
+    EXPECT_TRUE(report().exceptionReason->startsWith(u"oh oh "));
+    EXPECT_LT(record().size(), 1024 * 1024);
 }
 
 TEST_F(CrashCapture, AnExceptionWithoutReasonLeavesThatKeyOut) {

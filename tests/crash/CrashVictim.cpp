@@ -71,6 +71,13 @@ void corruptTheHeap() {
     return depth < 0 ? bytes[0] : recurse(depth + 1) + bytes[1];
 }
 
+void throwAtLength() {
+    std::string reason;
+    for (int i = 0; i < 1'000'000; ++i)
+        reason += "oh ";
+    throw std::runtime_error(reason);
+}
+
 void inAThread(void (*die)()) {
     std::thread(die).join();
 }
@@ -86,6 +93,7 @@ const std::map<std::string, std::function<void()>> deaths{
     {"exception-in-thread", [] { inAThread(throwFromDeepInside); }},
     {"silent-exception", [] { throw Silent(); }},
     {"unspeakable-exception", [] { throw Unspeakable(); }},
+    {"talkative-exception", throwAtLength},
     {"number", [] { throw 42; }},
     {"forgotten-thread",
      [] { const std::thread thread([] { std::this_thread::sleep_for(std::chrono::hours(1)); }); }},

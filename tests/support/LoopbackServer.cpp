@@ -31,7 +31,7 @@ QByteArray httpAnswer(int status, const QByteArray& body, const QByteArray& extr
            extraHeaders + "\r\n" + body;
 }
 
-LoopbackServer::LoopbackServer(Answer answer, quint16 port)
+LoopbackServer::LoopbackServer(Answer answer)
     : m_answer(std::move(answer)) {
     QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] {
         while (QTcpSocket* socket = m_server.nextPendingConnection()) {
@@ -39,7 +39,7 @@ LoopbackServer::LoopbackServer(Answer answer, quint16 port)
             QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         }
     });
-    m_server.listen(QHostAddress::LocalHost, port);
+    m_server.listen(QHostAddress::LocalHost);
 }
 
 QUrl LoopbackServer::url(const QString& path) const {

@@ -20,14 +20,13 @@ struct HttpRequest {
 /// The bytes of an answer; `extraHeaders` are whole lines with their line ends.
 QByteArray httpAnswer(int status, const QByteArray& body = {}, const QByteArray& extraHeaders = {});
 
-/// Serves on the thread that made it, whenever that thread's event loop runs.
+/// Serves on a free port, on the thread that made it, whenever that thread's event loop runs.
 class LoopbackServer {
 public:
     /// Bytes of the answer; none leaves the client waiting.
     using Answer = std::function<QByteArray(const HttpRequest&)>;
 
-    /// Port 0 takes any free port.
-    explicit LoopbackServer(Answer answer, quint16 port = 0);
+    explicit LoopbackServer(Answer answer);
 
     bool isListening() const { return m_server.isListening(); }
     QUrl url(const QString& path) const;
