@@ -53,6 +53,13 @@ TEST(TeamConfig, CodesThatAreNotTwoLettersGiveNoFlag) {
     }
 }
 
+TEST(TeamConfig, CodesBeyondTheLettersGiveTheCharactersBeyondTheFlags) {
+    const TeamConfig team{QStringLiteral("Ana"), {}, QStringLiteral("[{"), {}};
+    EXPECT_EQ(team.flagDisplayName(MatchFormat::singles), QStringLiteral("\U0001F200\U0001F220 Ana"));
+    const TeamConfig tooFar{QStringLiteral("Ana"), {}, QStringLiteral("\U00100000A"), {}};
+    EXPECT_EQ(tooFar.flagDisplayName(MatchFormat::singles), QStringLiteral("Ana"));
+}
+
 TEST(MatchConfig, RoundTripsAndLeavesOutWhatIsAbsent) {
     MatchConfig config{
         SportID::padel, MatchFormat::doubles, pair(), {QStringLiteral("Cleo"), {}, {}, {}}, 3, {}};
