@@ -11,8 +11,8 @@ double nameWidth(double rowHeight, const MatchConfig& config) {
     constexpr double smallest = 120;
     constexpr double perCharacter = 0.26; // of the row's height
     constexpr double besideTheName = 54;
-    const qsizetype longer = std::max(characterCount(config.team1.flagDisplayName(config.format)),
-                                      characterCount(config.team2.flagDisplayName(config.format)));
+    const qsizetype longer = std::max(characterCount(config.team1.flagDisplayName(drawnFormat(config))),
+                                      characterCount(config.team2.flagDisplayName(drawnFormat(config))));
     return std::max(smallest, static_cast<double>(longer) * (rowHeight * perCharacter) + besideTheName);
 }
 
@@ -24,6 +24,10 @@ ScoreboardLayout::ScoreboardLayout(double rowHeight, double setWidth, double gam
     , setW(setWidth)
     , gameW(gameWidth)
     , nameW(nameWidth(rowHeight, config)) {}
+
+MatchFormat drawnFormat(const MatchConfig& config) {
+    return supportsDoubles(config.sport) ? config.format : MatchFormat::singles;
+}
 
 qsizetype characterCount(const QString& text) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);

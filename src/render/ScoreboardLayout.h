@@ -45,6 +45,9 @@ struct ScoreboardLayout {
     double totalH() const { return 2 * rowH + 1; } // a gap of 1 between the rows
 };
 
+/// Doubles only in sports that have them, whatever a document says.
+MatchFormat drawnFormat(const MatchConfig& config);
+
 /// Characters as a reader counts them: a flag or a letter with its accents is one.
 qsizetype characterCount(const QString& text);
 

@@ -49,7 +49,7 @@ struct CardLayout {
     double setsH;
 
     CardLayout(std::int64_t numSets, const MatchConfig& config)
-        : names{nameLines(config.team1, config.format), nameLines(config.team2, config.format)} {
+        : names{nameLines(config.team1, drawnFormat(config)), nameLines(config.team2, drawnFormat(config))} {
         constexpr double narrowest = 106;
         constexpr double widest = 176; // longer names are drawn smaller, then cut
         constexpr double perCharacter = 7.8;

@@ -3,8 +3,6 @@
 #include "RenderSupport.h"
 
 #include <gmock/gmock.h>
-#include <set>
-#include <thread>
 
 using namespace pointloom;
 

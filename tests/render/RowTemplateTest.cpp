@@ -169,6 +169,19 @@ TEST(RowTemplate, WithoutSetsTheGameFollowsTheName) {
     EXPECT_TRUE(isNear(at(image, 120 + 2, 36), rgb(0.784, 0.294, 0.067)));
 }
 
+TEST(RowTemplate, DrawsPairsOnlyInSportsThatHaveThem) {
+    MatchConfig config = shortMatch();
+    config.team1.player2 = QStringLiteral("A partner with a name that widens the board");
+    for (const SportID sport : {SportID::padel, SportID::volleyball}) {
+        const TemplateID id = filteredTemplates(sport).front();
+        config.sport = sport;
+        config.format = MatchFormat::singles;
+        const QImage single = drawn(id, scoreFor(id), config);
+        config.format = MatchFormat::doubles;
+        EXPECT_EQ(drawn(id, scoreFor(id), config) == single, sport == SportID::volleyball) << rawValue(sport);
+    }
+}
+
 TEST(RowTemplate, DrawsOnlyScoresOfItsOwnFamily) {
     for (const TemplateID id : allCases<TemplateID>()) {
         SportScoreState other = pointScore();
