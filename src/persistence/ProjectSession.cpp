@@ -63,6 +63,8 @@ ProjectFile projectFrom(const AppState& state) {
 
 void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
     state.reset();
+    state.cuts = std::vector<CutZone>{}; // a document has none, and a reset keeps those of the session
+    state.selectedCutID = std::nullopt;
     state.selectedSport = project.selectedSport.value_or(SportID::tennis);
     state.selectedTemplate = project.selectedTemplate;
     state.matchConfig = project.matchConfig;

@@ -50,6 +50,7 @@ protected:
 TEST_F(ProjectInSession, ASessionSurvivesADocumentButItsCutsDoNot) {
     fillState();
     state.cuts = std::vector{CutZone{QUuid::createUuid(), 1, 2}};
+    state.selectedCutID = state.cuts.value().front().id;
     state.language = Language::italian;
     const ProjectFile saved = projectFrom(state);
     EXPECT_EQ(saved.videoPath, at("match 100%.mp4"));
@@ -61,8 +62,11 @@ TEST_F(ProjectInSession, ASessionSurvivesADocumentButItsCutsDoNot) {
     EXPECT_EQ(fresh.currentProjectURL.value(), source);
     EXPECT_EQ(fresh.step.value(), 4);
     EXPECT_EQ(fresh.language.value(), Language::english);
-    EXPECT_TRUE(fresh.cuts.value().empty());
     EXPECT_EQ(store.saves, 1);
+
+    apply(saved, state, source);
+    EXPECT_TRUE(state.cuts.value().empty());
+    EXPECT_FALSE(state.selectedCutID.value());
 }
 
 TEST_F(ProjectInSession, TheWizardOpensWhereSomethingIsMissing) {
