@@ -1,4 +1,4 @@
-// Where a dragged scoreboard comes to rest: on the picture's centre lines and near its edges.
+// Snapping of a dragged scoreboard to the picture's centre lines and to a margin at its edges.
 #pragma once
 
 #include <optional>

@@ -134,6 +134,11 @@ void PictureStage::hostOverlay(QWidget* host) {
     m_overlay->setVisible(m_context.state.videoURL.value().has_value());
 }
 
+// A session that was reset has forgotten the size.
+void PictureStage::showEvent(QShowEvent*) {
+    m_context.state.previewAreaSize = size();
+}
+
 void PictureStage::resizeEvent(QResizeEvent*) {
     m_context.state.previewAreaSize = size();
     place();

@@ -130,7 +130,8 @@ void ScoreboardOverlayView::showGrip(QPointF point) {
         unsetCursor();
     else
         setCursor(grip == Grip::handle ? Qt::SizeFDiagCursor : Qt::OpenHandCursor);
-    if (std::exchange(m_isHovering, grip != Grip::none) != m_isHovering)
+    const bool wasHovering = std::exchange(m_isHovering, grip != Grip::none);
+    if (m_isHovering != wasHovering)
         update();
 }
 
@@ -159,7 +160,7 @@ void ScoreboardOverlayView::mouseMoveEvent(QMouseEvent* event) {
     if (!m_isDragging)
         return;
     if (m_grip == Grip::board)
-        moveDrag(event->position(), !event->modifiers().testFlag(Qt::AltModifier));
+        moveDrag(event->position(), event->modifiers().testFlag(Qt::ShiftModifier));
     else
         resizeDrag(event->position());
 }
@@ -291,8 +292,10 @@ void ScoreboardOverlayView::nudge(QSizeF points, double scaleFactor) {
     if (!points.isNull())
         state.scoreboardPosition =
             OverlayPlacement::movedPosition(state.scoreboardPosition, points, m_videoRect);
-    state.scoreboardUserScale = std::clamp(state.scoreboardUserScale * scaleFactor,
-                                           OverlayPlacement::smallestScale, OverlayPlacement::largestScale);
+    if (scaleFactor != 1) // otherwise a scale that a document brought stays, even outside of the limits
+        state.scoreboardUserScale =
+            std::clamp(state.scoreboardUserScale * scaleFactor, OverlayPlacement::smallestScale,
+                       OverlayPlacement::largestScale);
 }
 
 void ScoreboardOverlayView::keyReleaseEvent(QKeyEvent* event) {

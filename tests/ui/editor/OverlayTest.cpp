@@ -26,13 +26,13 @@ protected:
 
     QPointF position() const { return state.scoreboardPosition; }
 
-    void drag(QPointF from, QSize by, Qt::KeyboardModifiers modifiers = Qt::AltModifier) {
+    void drag(QPointF from, QSize by, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         beginDrag(from, by, modifiers);
         QTest::mouseRelease(&overlay, Qt::LeftButton, modifiers,
                             (from + QPointF(by.width(), by.height())).toPoint());
     }
 
-    void beginDrag(QPointF from, QSize by, Qt::KeyboardModifiers modifiers = Qt::AltModifier) {
+    void beginDrag(QPointF from, QSize by, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::mousePress(&overlay, Qt::LeftButton, modifiers, from.toPoint());
         const QPoint to = from.toPoint() + QPoint(by.width(), by.height());
         QMouseEvent move(QEvent::MouseMove, to, overlay.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
@@ -60,7 +60,7 @@ TEST_F(OverlayTest, ADragBeyondTheEdgeStopsAtThePictureAndIsStoredWithinIt) {
     EXPECT_EQ(overlay.displayPosition(), QPointF(960, 270));
     EXPECT_EQ(overlay.dragOffset(), QSizeF(3000, 0));
     EXPECT_EQ(position(), QPointF(0.5, 0.5)) << "nothing is stored while dragging";
-    QTest::mouseRelease(&overlay, Qt::LeftButton, Qt::AltModifier, {900, 200});
+    QTest::mouseRelease(&overlay, Qt::LeftButton, Qt::NoModifier, {900, 200});
     EXPECT_EQ(position(), QPointF(0.98, 0.5));
     EXPECT_EQ(overlay.dragOffset(), QSizeF(0, 0));
     EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Scoreboard"));
@@ -122,18 +122,30 @@ TEST_F(OverlayTest, ArrowsNudgeAndAHeldKeyIsOneStep) {
     EXPECT_NEAR(position().x(), 0.5 + 1.0 / 960, 1e-12);
 }
 
-TEST_F(OverlayTest, ItSnapsToTheCentreAndTheMarginUnlessAltIsHeld) {
+TEST_F(OverlayTest, ANudgeKeepsTheScaleOfADocument) {
+    overlay.setFocus();
+    for (const double scale : {0.2, 6.0}) {
+        state.scoreboardUserScale = scale;
+        QTest::keyClick(&overlay, Qt::Key_Right);
+        EXPECT_EQ(state.scoreboardUserScale.value(), scale);
+    }
+    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Scoreboard"));
+    QTest::keyClick(&overlay, Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(state.scoreboardUserScale.value(), 5) << "resized, it comes within the limits";
+}
+
+TEST_F(OverlayTest, ItSnapsToTheCentreAndTheMarginWhileShiftIsHeld) {
     state.scoreboardPosition = QPointF(0.3, 0.3);
     const QSize nearCentre(static_cast<int>(0.2 * 960) + 3, 40); // three points past the middle
-    drag(overlay.boardRect().center(), nearCentre, Qt::NoModifier);
+    drag(overlay.boardRect().center(), nearCentre, Qt::ShiftModifier);
     EXPECT_NEAR(overlay.boardRect().center().x(), 480, 1e-9);
     undo.undo();
-    drag(overlay.boardRect().center(), nearCentre, Qt::AltModifier);
+    drag(overlay.boardRect().center(), nearCentre);
     EXPECT_DOUBLE_EQ(position().x(), 0.3 + nearCentre.width() / 960.0);
     undo.undo();
     const double margin = OverlaySnapping::edgeMargin * 540;
     const auto toMargin = static_cast<int>(margin - overlay.boardRect().top()) + 4;
-    drag(overlay.boardRect().center(), {0, toMargin}, Qt::NoModifier);
+    drag(overlay.boardRect().center(), {0, toMargin}, Qt::ShiftModifier);
     EXPECT_NEAR(overlay.boardRect().top(), margin, 1e-9);
 }
 
