@@ -3,6 +3,7 @@
 #include "export/HardwareEncoders.h"
 #include "persistence/FileLookup.h"
 #include "persistence/ProjectExport.h"
+#include "render/LogoImage.h"
 
 #include <algorithm>
 #include <QFileInfo>
@@ -47,21 +48,30 @@ QString settleVideo(const ProjectFile& project, const QString& projectPath, cons
 
 std::optional<QString> settleWatermark(const ProjectFile& project, const QString& projectPath,
                                        const ExportRequest& request, Remarks& remarks) {
+    std::optional<FoundFile> found;
     if (request.watermarkPath) {
-        if (!QFileInfo(*request.watermarkPath).isFile())
-            throw CommandError(*request.watermarkPath + QStringLiteral(": no such picture"));
-        return request.watermarkPath;
-    }
-    if (!project.watermarkPath)
+        if (QFileInfo(*request.watermarkPath).isFile())
+            found = {.path = *request.watermarkPath};
+    } else if (project.watermarkPath) {
+        found = findFile(*project.watermarkPath, projectPath);
+    } else {
         return std::nullopt;
-    const auto found = findFile(*project.watermarkPath, projectPath);
+    }
     if (!found) {
-        remarks.warnings +=
-            QStringLiteral("the watermark is missing and left out: ") + *project.watermarkPath;
+        remarks.warnings += QStringLiteral("the watermark is missing and left out: ") +
+                            request.watermarkPath.value_or(project.watermarkPath.value_or(QString()));
         return std::nullopt;
     }
     if (found->isBesideDocument)
         remarks.notes += besideNote(QStringLiteral("watermark"), found->path);
+    if (loadImage(found->path).isNull()) {
+        remarks.warnings +=
+            QStringLiteral("the watermark is left out; it is no PNG or JPEG picture of up to %1 "
+                           "million pixels: ")
+                .arg(largestLogoPixels / 1'000'000) +
+            found->path;
+        return std::nullopt;
+    }
     return found->path;
 }
 

@@ -30,7 +30,8 @@ struct ProjectInputs {
 };
 
 /// Throws CommandError: no match, no template, no video, or an empty range; UsageError when the range is
-/// empty because of `request`. A logo or watermark of the document that is missing is left out.
+/// empty because of `request`. A missing logo is left out with a warning, and so is a watermark that is
+/// missing or cannot be read, whether the document or `request` names it.
 ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, const ExportRequest& request);
 
 /// Takes the software encoder where the one that was wished for does not work on this machine, and notes why.

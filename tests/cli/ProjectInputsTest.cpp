@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QTemporaryDir>
 
 namespace pointloom::cli {
@@ -30,6 +31,13 @@ protected:
         return file.fileName();
     }
 
+    QString paint(const QString& name, QSize size = {4, 4}) const {
+        QImage picture(size, QImage::Format_Mono);
+        picture.fill(0);
+        EXPECT_TRUE(picture.save(folder.filePath(name), "PNG"));
+        return folder.filePath(name);
+    }
+
     ProjectInputs inputs(const ExportRequest& request = {}) const {
         return resolveInputs(project, projectPath, request);
     }
@@ -49,7 +57,7 @@ TEST_F(ProjectInputsTest, TheDocumentSaysWhatIsExported) {
     project.scoreboardUserScale = 2;
     project.trimStart = 1;
     project.trimEnd = 5;
-    project.watermarkPath = touch(QStringLiteral("mark.png"));
+    project.watermarkPath = paint(QStringLiteral("mark.png"));
     project.watermarkCorner = WatermarkCorner::topLeft;
     const auto [job, remarks] = inputs();
     EXPECT_TRUE(remarks.notes.isEmpty());
@@ -72,7 +80,7 @@ TEST_F(ProjectInputsTest, TheCommandLineGoesFirst) {
     project.videoPath.reset();
     ExportRequest request;
     request.videoPath = touch(QStringLiteral("other.mov"));
-    request.watermarkPath = touch(QStringLiteral("own.png"));
+    request.watermarkPath = paint(QStringLiteral("own.png"));
     request.watermarkCorner = WatermarkCorner::topRight;
     request.trimStart = 2;
     request.trimEnd = 9;
@@ -105,6 +113,28 @@ TEST_F(ProjectInputsTest, MissingPicturesAreLeftOutWithAWarning) {
     EXPECT_EQ(remarks.warnings,
               (QStringList{QStringLiteral("the logo is missing and left out: https://example.org/logo.png"),
                            QStringLiteral("the watermark is missing and left out: /nowhere/mark.png")}));
+}
+
+TEST_F(ProjectInputsTest, AWatermarkThatCannotBeReadIsLeftOutWithAWarning) {
+    project.watermarkPath = paint(QStringLiteral("mark.png")); // not taken in its place
+    const QString missing = folder.filePath(QStringLiteral("gone.png"));
+    const QString noPicture = touch(QStringLiteral("empty.png"));
+    const QString tooLarge = paint(QStringLiteral("large.png"), {10'000, 5'001});
+    const QString notReadable = QStringLiteral(
+        "the watermark is left out; it is no PNG or JPEG picture of up to 50 million pixels: ");
+    const std::pair<QString, QString> cases[] = {
+        {missing, QStringLiteral("the watermark is missing and left out: ") + missing},
+        {noPicture, notReadable + noPicture},
+        {tooLarge, notReadable + tooLarge}};
+    for (const auto& [path, warning] : cases) {
+        ExportRequest request;
+        request.watermarkPath = path;
+        const auto [job, remarks] = inputs(request);
+        EXPECT_FALSE(job.overlay.watermarkPath);
+        EXPECT_EQ(remarks.warnings, QStringList{warning});
+    }
+    project.watermarkPath = noPicture;
+    EXPECT_EQ(inputs().remarks.warnings, QStringList{notReadable + noPicture});
 }
 
 TEST_F(ProjectInputsTest, WhatCannotBeExportedIsSaid) {
