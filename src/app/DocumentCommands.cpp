@@ -150,6 +150,7 @@ bool DocumentCommands::mayThrowAway(const QString& title, const QString& message
 void DocumentCommands::becomeDocument() {
     m_context.undo.removeAllActions();
     setSaved(projectFrom(m_context.state));
+    Q_EMIT sessionReplaced();
     Q_EMIT documentChanged();
 }
 

@@ -38,6 +38,8 @@ public:
     void forgetRecentProjects();
 
 Q_SIGNALS:
+    /// A document, or a fresh session, has replaced the session.
+    void sessionReplaced();
     /// A document has become the session; its video, if it has one, is yet to be read.
     void opened();
     /// After each command that may have changed the document or its place.

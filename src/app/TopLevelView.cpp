@@ -79,6 +79,10 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Co
     , m_documents(context, this) {
     setMinimumSize(smallestContent);
     connect(&m_documents, &DocumentCommands::documentChanged, this, [this] { m_import.reset(); });
+    connect(&m_documents, &DocumentCommands::sessionReplaced, this, [this] {
+        if (m_wizard)
+            m_wizard->readSession();
+    });
     connect(&m_documents, &DocumentCommands::opened, this, [this] {
         if (const auto& url = m_context.state.videoURL.value())
             readVideo(url->toLocalFile(), [] {});
@@ -131,7 +135,7 @@ void TopLevelView::route() {
         addWidget(m_wizard = new WizardView(m_context, this));
     if (!isWizard && !m_editor)
         addWidget(m_editor = makeEditor());
-    setCurrentWidget(isWizard ? m_wizard : m_editor);
+    setCurrentWidget(isWizard ? static_cast<QWidget*>(m_wizard) : m_editor);
     if (!isWizard)
         m_editor->setFocus(); // its keys work at once, rather than those of the first thing on it
 }

@@ -20,6 +20,7 @@ namespace pointloom {
 class EditorView;
 class LicenceManager;
 class VideoImport;
+class WizardView;
 
 class TopLevelView : public QStackedWidget {
     Q_OBJECT
@@ -70,7 +71,7 @@ private:
     CommandBridge& m_bridge;
     DocumentCommands m_documents;
     std::unique_ptr<VideoImport> m_import; // there while a video is being read
-    QWidget* m_wizard = nullptr;           // each screen is made when it is first shown
+    WizardView* m_wizard = nullptr;        // each screen is made when it is first shown
     EditorView* m_editor = nullptr;
     QStringList m_waitingFiles;
     Bindings m_bindings;

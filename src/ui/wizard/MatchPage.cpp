@@ -128,8 +128,7 @@ void MatchPage::offerSets(const MatchConfig& match) {
     std::vector<int> offered;
     for (const std::int64_t count : numberOfSetsOptions(match.sport))
         offered.push_back(static_cast<int>(count));
-    const int current =
-        static_cast<int>(std::clamp<std::int64_t>(match.numberOfSets, 0, largestNumberOfSets));
+    const int current = static_cast<int>(match.numberOfSets);
     if (std::ranges::find(offered, current) == offered.end())
         offered.push_back(current);
     if (offered == m_offeredSets)

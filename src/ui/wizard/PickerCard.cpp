@@ -45,14 +45,16 @@ int PickerCard::heightForWidth(int width) const {
 }
 
 void PickerCard::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
         Q_EMIT chosen();
-    else
+    } else {
         QAbstractButton::keyPressEvent(event);
+    }
 }
 
+// Not passed on: the second release would be another click.
 void PickerCard::mouseDoubleClickEvent(QMouseEvent* event) {
-    QAbstractButton::mouseDoubleClickEvent(event);
     if (event->button() == Qt::LeftButton)
         Q_EMIT chosen();
 }

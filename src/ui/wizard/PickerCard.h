@@ -25,6 +25,8 @@ protected:
     /// Paints the picture; what leaves `area` is cut off.
     virtual void paintPicture(QPainter& painter, const QRectF& area) = 0;
 
+    /// A pick stays when it is picked again.
+    void nextCheckState() override { setChecked(true); }
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;

@@ -59,7 +59,6 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
 
     connect(m_grid, &PickerGrid::picked, this, &SportPage::pick);
     connect(m_grid, &PickerGrid::chosen, this, [this](int index) {
-        pick(index);
         if (m_context.state.selectedSport == sportAt(index))
             Q_EMIT continueRequested();
     });
@@ -78,7 +77,7 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
 
 void SportPage::pick(int index) {
     m_flow.pickSport(sportAt(index), this);
-    showPicked(); // also when the person kept the old one: the click has checked the card
+    showPicked(); // also when the user kept the old one: the click has checked the card
 }
 
 void SportPage::showPicked() {

@@ -24,10 +24,7 @@ TemplatePage::TemplatePage(const UiContext& context, WizardFlow& flow, QWidget* 
 
     connect(m_grid, &PickerGrid::picked, this,
             [this](int index) { m_flow.pickTemplate(m_templates[static_cast<std::size_t>(index)]); });
-    connect(m_grid, &PickerGrid::chosen, this, [this](int index) {
-        m_flow.pickTemplate(m_templates[static_cast<std::size_t>(index)]);
-        Q_EMIT continueRequested();
-    });
+    connect(m_grid, &PickerGrid::chosen, this, &WizardPage::continueRequested);
     connect(m_grid, &PickerGrid::currentMoved, m_scroll,
             [this](QWidget* card) { m_scroll->ensureWidgetVisible(card); });
     m_bindings.watch(m_context.state.selectedSport, [this] { showTemplates(); });

@@ -66,6 +66,14 @@ MatchConfig matchIn(SportID sport, MatchConfig match) {
     return match;
 }
 
+// A document may hold a format or a number of sets that no form offers.
+MatchConfig withinLimits(MatchConfig match) {
+    if (!supportsDoubles(match.sport))
+        match.format = MatchFormat::singles;
+    match.numberOfSets = std::clamp<std::int64_t>(match.numberOfSets, 0, largestNumberOfSets);
+    return match;
+}
+
 }
 
 MatchConfig emptyMatch(SportID sport) {
@@ -91,22 +99,23 @@ WizardFlow::WizardFlow(const UiContext& context, QObject* parent)
                         state.selectedSport);
 }
 
-// The session is replaced from outside by a start, a project or a new session; each of them changes the
-// template, and only a new session takes it away.
 void WizardFlow::followSession() {
-    if (m_isOwnChange)
-        return;
-    const AppState& state = m_context.state;
-    const auto& match = state.matchConfig.value();
-    if (match)
-        m_draft = *match;
-    else if (!state.selectedTemplate.value())
-        m_draft = emptyMatch(state.selectedSport);
+    if (!m_isOwnChange)
+        readSession();
+}
+
+void WizardFlow::readSession() {
+    const auto& match = m_context.state.matchConfig.value();
+    m_draft = match ? withinLimits(*match) : emptyMatch(m_context.state.selectedSport);
     Q_EMIT draftReplaced();
 }
 
 bool WizardFlow::pickSport(SportID sport, QWidget* window) {
     AppState& state = m_context.state;
+    if (sport == state.selectedSport) {
+        state.save();
+        return true;
+    }
     const bool losing = losesScores(sport);
     if (losing && !confirmsLossOfScores(sport, window))
         return false;

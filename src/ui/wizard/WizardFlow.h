@@ -25,9 +25,9 @@ class WizardFlow : public QObject {
 public:
     explicit WizardFlow(const UiContext& context, QObject* parent = nullptr);
 
-    /// Chooses the sport and saves. A template that does not fit goes, the match is brought to the sport.
-    /// Scores that cannot be counted in it are deleted, which `window` is asked about first; false when the
-    /// person would rather keep them.
+    /// Chooses the sport and saves. For another sport than before, a template that does not fit is removed
+    /// and the match is brought to the sport. Scores that cannot be counted in it are deleted after a
+    /// question over `window`; false when the user keeps them.
     bool pickSport(SportID sport, QWidget* window);
 
     void pickTemplate(TemplateID templateID);
@@ -35,6 +35,10 @@ public:
     /// The match as entered so far; the session's own once it is confirmed.
     const MatchConfig& draft() const { return m_draft; }
     void setDraft(const MatchConfig& match) { m_draft = match; }
+
+    /// Replaces the draft by the session's match, or by an empty one. Called when the session was replaced,
+    /// which no field tells where all of them keep their values.
+    void readSession();
 
     /// Makes the draft the session's match and saves. The draft is complete.
     void confirmMatch();

@@ -24,6 +24,9 @@ class WizardView final : public QWidget {
 public:
     explicit WizardView(const UiContext& context, QWidget* parent = nullptr);
 
+    /// Drops what was entered and not confirmed. Called when the session was replaced.
+    void readSession() { m_flow.readSession(); }
+
 protected:
     void showEvent(QShowEvent* event) override;
 

@@ -56,6 +56,30 @@ TEST_F(WizardFlowTest, ScoresThatTheSportCannotCountAreAskedAbout) {
     EXPECT_FALSE(screen.undo.canUndo().value()) << "undoing would bring tennis scores back";
 }
 
+TEST_F(WizardFlowTest, TheSameSportAgainAsksNothingAndDeletesNothing) {
+    screen.state.selectedSport = SportID::volleyball;
+    screen.state.addMarker(test::markerAt(1), nullptr); // a tennis score, as an imported table gives
+    const int saves = screen.store.saves;
+    EXPECT_TRUE(flow.pickSport(SportID::volleyball, nullptr));
+    EXPECT_TRUE(screen.dialogs.shown.isEmpty());
+    EXPECT_EQ(screen.state.markers.value().size(), 1U);
+    EXPECT_EQ(screen.state.selectedTemplate.value(), TemplateID::wimbledon);
+    EXPECT_EQ(screen.store.saves, saves + 1);
+}
+
+TEST_F(WizardFlowTest, WhatNoFormOffersIsBroughtWithinItsLimits) {
+    MatchConfig match = test::tennisMatch();
+    match.sport = SportID::volleyball;
+    match.format = MatchFormat::doubles;
+    for (const auto& [stored, entered] : {std::pair<std::int64_t, std::int64_t>{200, 99}, {-3, 0}}) {
+        match.numberOfSets = stored;
+        screen.state.matchConfig = match;
+        EXPECT_EQ(flow.draft().numberOfSets, entered);
+        EXPECT_EQ(flow.draft().format, MatchFormat::singles);
+        EXPECT_EQ(screen.state.matchConfig.value()->numberOfSets, stored) << "nothing was confirmed";
+    }
+}
+
 TEST_F(WizardFlowTest, ConfirmingKeepsMarkersOfAnotherLengthAndLeavesOutWhatSinglesDoNotUse) {
     screen.state.addMarker(test::markerAt(1), nullptr);
     MatchConfig draft = flow.draft();

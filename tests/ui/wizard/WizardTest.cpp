@@ -118,6 +118,41 @@ TEST_F(WizardTest, KeysAloneLeadFromTheSportToTheEditor) {
     EXPECT_GT(screen.store.saves, saves);
 }
 
+TEST_F(WizardTest, ADoubleClickPicksGoesOnAndAsksOnce) {
+    const auto sports = shown<PickerCard>();
+    const auto doubleClick = [](QWidget* card) { // as it comes from a desktop
+        QTest::mouseClick(card, Qt::LeftButton);
+        QTest::mouseDClick(card, Qt::LeftButton);
+        QTest::mouseRelease(card, Qt::LeftButton);
+    };
+    doubleClick(sports[1]);
+    EXPECT_EQ(screen.state.selectedSport, SportID::padel);
+    EXPECT_EQ(screen.state.step, 1);
+    const auto templates = shown<PickerCard>();
+    QTest::mouseClick(templates[2], Qt::LeftButton);
+    QTest::mouseClick(templates[2], Qt::LeftButton);
+    EXPECT_TRUE(templates[2]->isChecked());
+
+    screen.state.step = 0;
+    screen.state.addMarker(test::markerAt(1), nullptr);
+    screen.dialogs.confirms = false;
+    doubleClick(sports[2]);
+    EXPECT_EQ(screen.dialogs.shown.count(QStringLiteral("Change the sport?")), 1);
+    EXPECT_EQ(screen.state.selectedSport, SportID::padel);
+    EXPECT_EQ(screen.state.step, 0);
+    EXPECT_TRUE(sports[1]->isChecked());
+}
+
+TEST_F(WizardTest, ACountOfSetsThatNoSportHasStaysANumberOfSets) {
+    enterMatch();
+    MatchConfig match = test::tennisMatch();
+    match.numberOfSets = 200;
+    screen.state.matchConfig = match;
+    type(QStringLiteral("A"));
+    button(L10nKey::continueBtn)->click();
+    EXPECT_EQ(screen.state.matchConfig.value()->numberOfSets, 99);
+}
+
 TEST_F(WizardTest, FlagFieldTakesTwoLettersAndShowsTheirFlag) {
     enterMatch();
     auto* flag = view.findChild<FlagField*>();
