@@ -44,14 +44,7 @@ struct Trouble {
 };
 
 void loadSession(Persistence* persistence, const UserDefaults& defaults, AppState& state) {
-    bool isFirst = true;
-    try {
-        isFirst = !defaults.data(Persistence::sessionKey);
-    } catch (const FileError&) {
-        // As with nothing stored.
-    }
-    if (isFirst)
-        state.language = firstLanguage(QLocale::system().uiLanguages());
+    state.language = firstLanguage(defaults, QLocale::system().uiLanguages());
     if (persistence)
         persistence->load(state);
 }

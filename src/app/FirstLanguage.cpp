@@ -1,8 +1,12 @@
 #include "app/FirstLanguage.h"
 
+#include "ui/settings/Preferences.h"
+
 namespace pointloom {
 
-Language firstLanguage(const QStringList& names) {
+Language firstLanguage(const UserDefaults& defaults, const QStringList& names) {
+    if (const auto chosen = Preferences::language(defaults))
+        return *chosen;
     for (const QString& name : names) {
         const QString language = name.section(u'-', 0, 0).section(u'_', 0, 0).toLower();
         if (const auto known = fromRawValue<Language>(language.toStdString()))

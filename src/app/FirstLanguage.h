@@ -1,4 +1,4 @@
-// The language that a session starts with when none was ever chosen.
+// The language that a session starts in.
 #pragma once
 
 #include "l10n/Language.h"
@@ -7,8 +7,10 @@
 
 namespace pointloom {
 
-/// The first of `names` ("pt-BR", "de"), which the desktop lists by preference, that the interface has;
-/// English when it has none of them.
-Language firstLanguage(const QStringList& names);
+class UserDefaults;
+
+/// The language that the user chose last. Until one was chosen, the first of `names` ("pt-BR", "de"), which
+/// the desktop lists by preference, that the interface has; English when it has none of them.
+Language firstLanguage(const UserDefaults& defaults, const QStringList& names);
 
 }

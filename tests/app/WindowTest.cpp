@@ -4,6 +4,8 @@
 #include "support/Sessions.h"
 #include "ui/common/ScreenRoom.h"
 
+#include <algorithm>
+#include <QAction>
 #include <QDialog>
 #include <QDropEvent>
 #include <QMimeData>
@@ -151,10 +153,27 @@ TEST_F(WindowTest, ClosingKeepsWhatTheDiskDidNotTakeBefore) {
     EXPECT_EQ(state->markers.value().size(), 3U);
 }
 
-TEST(FirstLanguageTest, IsTheFirstOfTheDesktopsThatThereIs) {
-    EXPECT_EQ(firstLanguage({QStringLiteral("nl-NL"), QStringLiteral("de-AT")}), Language::german);
-    EXPECT_EQ(firstLanguage({QStringLiteral("pt_BR")}), Language::portuguese);
-    EXPECT_EQ(firstLanguage({QStringLiteral("C")}), Language::english);
+TEST_F(WindowTest, AChosenLanguageOutlivesTheSession) {
+    const auto languages = window->findChildren<QAction*>();
+    const auto german = std::ranges::find_if(
+        languages, [](const QAction* each) { return each->text().endsWith(QStringLiteral("Deutsch")); });
+    ASSERT_NE(german, languages.end());
+    (*german)->trigger();
+    window->content().documents().newSession();
+    start();
+    EXPECT_EQ(state->language.value(), Language::german);
+}
+
+TEST(FirstLanguageTest, IsTheChosenOneOrTheFirstOfTheDesktopsThatThereIs) {
+    const ClipFolder folder;
+    UserDefaults defaults(folder.path(QStringLiteral("settings.conf")));
+    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("nl-NL"), QStringLiteral("de-AT")}), Language::german);
+    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("pt_BR")}), Language::portuguese);
+    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("C")}), Language::english);
+    defaults.setData("language", "sv");
+    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::swedish);
+    defaults.setData("language", "xx");
+    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::german);
 }
 
 }

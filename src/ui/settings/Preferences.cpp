@@ -1,17 +1,30 @@
 #include "ui/settings/Preferences.h"
 
 #include "persistence/UserDefaults.h"
+#include "ui/common/UiContext.h"
 
 namespace pointloom::Preferences {
 
-ThemeChoice theme(const UserDefaults& defaults) noexcept {
+namespace {
+
+template <class Choice>
+std::optional<Choice> stored(const UserDefaults& defaults, std::string_view key) noexcept {
     try {
-        const auto stored = defaults.data(themeKey);
-        const auto choice = stored ? fromRawValue<ThemeChoice>(stored->toStdString()) : std::nullopt;
-        return choice.value_or(ThemeChoice::dark);
+        const auto bytes = defaults.data(key);
+        return bytes ? fromRawValue<Choice>(bytes->toStdString()) : std::nullopt;
     } catch (const std::exception&) {
-        return ThemeChoice::dark;
+        return std::nullopt;
     }
+}
+
+}
+
+std::optional<Language> language(const UserDefaults& defaults) noexcept {
+    return stored<Language>(defaults, languageKey);
+}
+
+ThemeChoice theme(const UserDefaults& defaults) noexcept {
+    return stored<ThemeChoice>(defaults, themeKey).value_or(ThemeChoice::dark);
 }
 
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept {
@@ -20,6 +33,13 @@ bool isSet(const UserDefaults& defaults, std::string_view key) noexcept {
     } catch (const std::exception&) {
         return false;
     }
+}
+
+void chooseLanguage(const UiContext& context, Language language) {
+    context.state.language = language;
+    context.state.save();
+    const std::string_view raw = rawValue(language);
+    context.defaults.setData(languageKey, QByteArray(raw.data(), static_cast<qsizetype>(raw.size())));
 }
 
 }

@@ -1,26 +1,36 @@
 // What the person chose in the preferences, as it is kept in the settings.
 #pragma once
 
+#include "l10n/Language.h"
 #include "ui/style/Theme.h"
 
+#include <optional>
 #include <string_view>
 
 namespace pointloom {
 
 class UserDefaults;
+struct UiContext;
 
 namespace Preferences {
 
-constexpr std::string_view themeKey = "theme"; // raw value of a ThemeChoice
+constexpr std::string_view languageKey = "language"; // raw value of a Language
+constexpr std::string_view themeKey = "theme";       // raw value of a ThemeChoice
 constexpr std::string_view hardwareDecodingKey = "hardwareDecoding";
 constexpr std::string_view crashReportsKey = "crashReportingEnabled";
 
 // What cannot be read is as it is at first; none of these throws.
 
+/// Empty until one was chosen.
+std::optional<Language> language(const UserDefaults& defaults) noexcept;
 /// Dark at first.
 ThemeChoice theme(const UserDefaults& defaults) noexcept;
 /// Off at first.
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept;
+
+/// Switches the session to `language` and keeps it for every session to come. Throws FileError when it could
+/// not be kept; the session is switched all the same.
+void chooseLanguage(const UiContext& context, Language language);
 
 }
 

@@ -138,8 +138,11 @@ void PreferencesDialog::addSwitch(QVBoxLayout& layout, QCheckBox* box, std::stri
 }
 
 void PreferencesDialog::chooseLanguage(int index) {
-    context().state.language = allCases<Language>()[static_cast<std::size_t>(index)];
-    context().state.save();
+    try {
+        Preferences::chooseLanguage(context(), allCases<Language>()[static_cast<std::size_t>(index)]);
+    } catch (const FileError& error) {
+        showFault(QString::fromUtf8(error.what()));
+    }
 }
 
 void PreferencesDialog::chooseTheme(int index) {

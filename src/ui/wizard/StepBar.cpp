@@ -1,5 +1,7 @@
 #include "ui/wizard/StepBar.h"
 
+#include "persistence/FileError.h"
+#include "ui/settings/Preferences.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 #include "ui/wizard/StepButton.h"
@@ -60,8 +62,11 @@ QToolButton* StepBar::makeLanguageMenu() {
         action->setCheckable(true);
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, chosen = language] {
-            m_context.state.language = chosen;
-            m_context.state.save();
+            try {
+                Preferences::chooseLanguage(m_context, chosen);
+            } catch (const FileError&) {
+                // It holds for this session.
+            }
         });
         m_bindings.watch(m_context.state.language, [this, action, own = language] {
             action->setChecked(m_context.state.language == own);
