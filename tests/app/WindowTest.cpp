@@ -113,6 +113,15 @@ TEST_F(WindowTest, CrashConsentIsAskedOnce) {
     }
 }
 
+TEST_F(WindowTest, SheetsOpenOverItsMiddle) {
+    window->setGeometry(20, 60, 780, 700); // not the middle of the screen, which is 800 by 800
+    choose(QStringLiteral("About Pointloom"));
+    QDialog* about = window->findChild<QDialog*>();
+    ASSERT_TRUE(about);
+    const QPoint distance = about->frameGeometry().center() - window->frameGeometry().center();
+    EXPECT_LE(distance.manhattanLength(), 2) << distance.x() << ", " << distance.y();
+}
+
 TEST_F(WindowTest, ClosingAsksOnlyWhileAnExportRuns) {
     configure();
     state->exportStatus = AppState::ExportStatus{AppState::ExportStatus::Stage::exporting, {}};

@@ -1,5 +1,6 @@
 #include "ui/common/Dialogs.h"
 
+#include "ui/common/ScreenRoom.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -54,6 +55,7 @@ public:
             std::max(fontMetrics().averageCharWidth() * messageWidth, buttons->sizeHint().width()) +
             2 * Space::xl;
         setFixedSize(width, layout->heightForWidth(width));
+        placeOverWindow(*this);
     }
 
 private:

@@ -70,6 +70,7 @@ void ExportSheet::build() {
     whole->addWidget(m_stage);
     setMinimumSize(smallestSize);
     resize(usualSize.boundedTo(screenRoom(*this)));
+    placeOverWindow(*this);
 }
 
 QWidget* ExportSheet::makeSetup() {

@@ -84,6 +84,7 @@ void FramePreview::build() {
     whole->addLayout(buttons);
     setMinimumSize(smallestSize);
     resize(usualSize.boundedTo(screenRoom(*this)));
+    placeOverWindow(*this);
 }
 
 void FramePreview::bind() {

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 namespace pointloom {
@@ -92,6 +93,8 @@ void Sheet::showEvent(QShowEvent* event) {
         resize(size().boundedTo(screenRoom(*this)));
     else
         shrinkToBody();
+    if (!event->spontaneous()) // where it stays when it is minimised and comes back
+        placeOverWindow(*this);
     QDialog::showEvent(event);
 }
 
