@@ -207,7 +207,8 @@ void ScreenTour::takeConsent() {
         question->close();
         isTaken = true;
     });
-    window.show(); // the first start asks
+    window.show();
+    window.content().askForCrashConsentOnce();
     waitUntil(name, [&] { return isTaken; });
 }
 

@@ -4,6 +4,7 @@
 #include "app/FirstLanguage.h"
 #include "app/MainWindow.h"
 #include "crash/CrashReporter.h"
+#include "crash/SentryDSN.h"
 #include "info/InfoDictionary.h"
 #include "persistence/InstanceChannel.h"
 #include "persistence/Persistence.h"
@@ -36,6 +37,11 @@ public:
     CrashReports(const CrashReports&) = delete;
     CrashReports& operator=(const CrashReports&) = delete;
 };
+
+bool hasAddressForReports(const InfoDictionary& info) {
+    const auto dsn = info.text("SentryDSN");
+    return dsn && SentryDSN::parse(*dsn);
+}
 
 // What a start without its usual place on the disk goes on without; told once there is a window.
 struct Trouble {
@@ -80,6 +86,8 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     }
 
     window.show();
+    if (hasAddressForReports(info))
+        window.content().askForCrashConsentOnce();
     const BackgroundLicence licenceFollower(licence, state);
     QTimer::singleShot(0, &window, [&] {
         if (trouble)

@@ -116,12 +116,6 @@ void MainWindow::bringToFront() {
     front->activateWindow();
 }
 
-void MainWindow::showEvent(QShowEvent* event) {
-    QMainWindow::showEvent(event);
-    if (!std::exchange(m_wasShown, true))
-        m_content->askForCrashConsentOnce();
-}
-
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!m_content->mayClose()) {
         event->ignore();

@@ -22,7 +22,6 @@ public:
     void bringToFront();
 
 protected:
-    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -38,7 +37,6 @@ private:
     TopLevelView* m_content;
     QMenu* m_recent;
     QTimer m_titleUpdate; // one for all changes of a moment
-    bool m_wasShown = false;
     Bindings m_bindings;
 };
 

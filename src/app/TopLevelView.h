@@ -36,7 +36,8 @@ public:
 
     DocumentCommands& documents() { return m_documents; }
 
-    /// Asks once, ever, whether crash reports may be sent.
+    /// Asks whether crash reports may be sent, unless the question was answered before. Called only where
+    /// there is an address to send them to.
     void askForCrashConsentOnce();
 
     /// False when an export is under way that the person does not want to end.

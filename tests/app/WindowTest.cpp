@@ -100,6 +100,7 @@ TEST_F(WindowTest, CrashConsentIsAskedOnce) {
         dialogs.shown.clear();
         dialogs.confirms = agrees;
         start();
+        window->content().askForCrashConsentOnce();
         ASSERT_TRUE(eventually([this] { return !dialogs.shown.isEmpty(); }));
         EXPECT_EQ(dialogs.shown,
                   QStringList({QStringLiteral("Anonymous Crash Reports"),
@@ -108,6 +109,7 @@ TEST_F(WindowTest, CrashConsentIsAskedOnce) {
         EXPECT_EQ(dialogs.buttons, QStringList({QStringLiteral("Enable"), QStringLiteral("No thanks")}));
         EXPECT_EQ(defaults.boolean("crashReportingEnabled"), agrees);
         start();
+        window->content().askForCrashConsentOnce();
         QTest::qWait(20);
         EXPECT_EQ(dialogs.shown.size(), 2);
     }
