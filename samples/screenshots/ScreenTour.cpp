@@ -6,6 +6,7 @@
 #include "ui/common/VideoImport.h"
 #include "ui/export/ExportSheet.h"
 #include "ui/export/FramePreview.h"
+#include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
 #include "ui/settings/PreferencesDialog.h"
@@ -187,6 +188,7 @@ void ScreenTour::takeSheets() {
     takeSheet(QStringLiteral("preferences"),
               [this] { return std::make_unique<PreferencesDialog>(m_context, nullptr); });
     takeSheet(QStringLiteral("help"), [this] { return std::make_unique<HelpDialog>(m_context, nullptr); });
+    takeSheet(QStringLiteral("about"), [this] { return std::make_unique<AboutDialog>(m_context, nullptr); });
     takeSheet(QStringLiteral("licence"),
               [this] { return std::make_unique<LicenceDialog>(m_context, m_licence, nullptr); });
 }

@@ -28,6 +28,7 @@ constexpr Command saveProject{"Save Project", "Ctrl+S", &CommandBridge::saveProj
 constexpr Command saveProjectAs{"Save Project As…", "Ctrl+Shift+S", &CommandBridge::saveProjectAs};
 constexpr Command exportVideo{"Export Video…", "Ctrl+Shift+E", &CommandBridge::exportVideo};
 constexpr Command preferences{"Preferences…", "Ctrl+,", &CommandBridge::showPreferences};
+constexpr Command about{"About Pointloom", "", &CommandBridge::showAbout};
 constexpr Command licence{"Licence…", "", &CommandBridge::showLicense};
 constexpr Command help{"Help…", "Ctrl+? F1", &CommandBridge::showHelp};
 constexpr Command sampleCSV{"Download Sample CSV…", "", &CommandBridge::downloadSampleCSV};
@@ -89,6 +90,7 @@ QMenu* fillMenuBar(QMenuBar& menuBar, const CommandBridge& bridge, UndoStack& un
     add(helpMenu, help, bridge);
     add(helpMenu, sampleCSV, bridge);
     helpMenu.addSeparator();
+    add(helpMenu, about, bridge)->setMenuRole(QAction::AboutRole);
     add(helpMenu, licence, bridge)->setMenuRole(QAction::ApplicationSpecificRole);
     return recent;
 }

@@ -20,6 +20,7 @@ public:
     Action saveProjectAs;
     Action showLicense;
     Action showHelp;
+    Action showAbout;
     Action downloadSampleCSV;
     Action showPreferences;
 

@@ -7,6 +7,7 @@
 #include "ui/editor/EditorView.h"
 #include "ui/export/ExportSheet.h"
 #include "ui/export/FramePreview.h"
+#include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
 #include "ui/settings/Preferences.h"
@@ -44,6 +45,13 @@ constexpr UiText cannotOpenMessage{
     "%@ ist weder ein Pointloom-Projekt (.plp) noch ein Video (MP4, MOV, M4V).",
     "%@ är varken ett Pointloom-projekt (.plp) eller en video (MP4, MOV, M4V).",
     "%@ não é um projeto do Pointloom (.plp) nem um vídeo (MP4, MOV, M4V)."};
+constexpr UiText cannotExportTitle{"Nothing to export yet",        "Rien à exporter pour l'instant",
+                                   "Aún no hay nada que exportar", "Ancora niente da esportare",
+                                   "Noch nichts zu exportieren",   "Inget att exportera än",
+                                   "Ainda nada para exportar"};
+constexpr UiText cannotExportMessage{
+    "Still to be done:", "Il reste à faire :", "Falta por hacer:", "Resta da fare:",
+    "Es fehlt noch:",    "Återstår att göra:", "Falta fazer:"};
 constexpr UiText stopExportTitle{"Stop the export?",        "Arrêter l'export ?", "¿Detener la exportación?",
                                  "Fermare l'esportazione?", "Export abbrechen?",  "Avbryta exporten?",
                                  "Parar a exportação?"};
@@ -94,6 +102,7 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Co
         connect(help, &HelpDialog::sampleRequested, &m_documents, &DocumentCommands::downloadSampleCSV);
         return help;
     });
+    bindSheet(showAboutSheet, [this] { return new AboutDialog(m_context, this); });
     bindSheet(showPreferencesSheet, [this] {
         auto* preferences = new PreferencesDialog(m_context, this);
         connect(preferences, &PreferencesDialog::hardwareDecodingChosen, this, [this](bool isOn) {
@@ -123,6 +132,7 @@ void TopLevelView::fillBridge() {
     m_bridge.saveProjectAs = [this] { m_documents.saveProjectAs(); };
     m_bridge.showLicense = [this] { m_context.state.showLicenseSheet = true; };
     m_bridge.showHelp = [this] { showHelpSheet = true; };
+    m_bridge.showAbout = [this] { showAboutSheet = true; };
     m_bridge.downloadSampleCSV = [this] { m_documents.downloadSampleCSV(); };
     m_bridge.showPreferences = [this] { showPreferencesSheet = true; };
 }
@@ -229,11 +239,22 @@ void TopLevelView::openWaitingFiles() {
         openFile(path);
 }
 
-// In the wizard there may be nothing to export yet.
+// In the wizard there may be nothing to export yet: the titles of the pages that are not done are named.
 void TopLevelView::exportVideo() {
     const AppState& state = m_context.state;
-    if (!state.videoURL.value() || !state.matchConfig.value() || !state.selectedTemplate.value())
+    QString missing;
+    const auto require = [&](bool isThere, L10nKey page) {
+        if (!isThere)
+            missing += QStringLiteral("\n• ") + m_context.text(page);
+    };
+    require(state.selectedTemplate.value().has_value(), L10nKey::chooseTemplate);
+    require(state.matchConfig.value().has_value(), L10nKey::matchConfig);
+    require(state.videoURL.value().has_value(), L10nKey::importVideo);
+    if (!missing.isEmpty()) {
+        m_context.dialogs.alert(this, m_context.text(cannotExportTitle),
+                                m_context.text(cannotExportMessage) + missing);
         return;
+    }
     openSheet(new ExportSheet(m_context, this));
 }
 

@@ -31,6 +31,7 @@ public:
     ~TopLevelView() override;
 
     QProperty<bool> showHelpSheet{false};
+    QProperty<bool> showAboutSheet{false};
     QProperty<bool> showPreferencesSheet{false};
     QProperty<bool> showCrashConsentDialog{false};
 

@@ -41,4 +41,8 @@ std::optional<QString> encoderFault(const VideoSettings& settings) {
     }
 }
 
+QString ffmpegVersion() {
+    return QString::fromUtf8(av_version_info());
+}
+
 }

@@ -3,15 +3,23 @@
 #include "persistence/CSVParser.h"
 #include "persistence/ProjectFile.h"
 #include "support/Sessions.h"
+#include "ui/editor/PictureStage.h"
+#include "ui/export/ExportSheet.h"
+#include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
 #include "ui/settings/PreferencesDialog.h"
 #include "ui/settings/ShortcutTable.h"
 #include "ui/wizard/DropTarget.h"
+#include "ui/wizard/SportPage.h"
+#include "ui/wizard/TeamForm.h"
 
 #include <QAction>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace pointloom::test {
@@ -28,7 +36,7 @@ TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
               "Export Video…|-|Quit");
     EXPECT_EQ(titlesIn(QStringLiteral("&Edit")).join(u'|').toStdString(), "Undo|Redo|-|Preferences…");
     EXPECT_EQ(titlesIn(QStringLiteral("&Help")).join(u'|').toStdString(),
-              "Help…|Download Sample CSV…|-|Licence…");
+              "Help…|Download Sample CSV…|-|About Pointloom|Licence…");
 }
 
 TEST_F(MenuTest, ShortcutsReachTheActionsThatAreThereAndNoOthers) {
@@ -93,6 +101,55 @@ TEST_F(MenuTest, NewSessionAsksBeforeItThrowsWorkAway) {
     EXPECT_FALSE(defaults.data(Persistence::sessionKey));
 }
 
+TEST_F(MenuTest, NewSessionForgetsANameThatWasNeverConfirmed) {
+    state->selectedTemplate = TemplateID::classic;
+    state->step = 2;
+    QLineEdit* name = window->findChild<TeamForm*>()->firstName();
+    QTest::keyClicks(name, QStringLiteral("Dravnik"));
+    state->step = 0;
+    const auto sports = window->findChildren<SportPage*>().first()->findChildren<PickerCard*>();
+    sports[2]->click(); // volleyball, which the template does not fit
+    sports[0]->click();
+    EXPECT_EQ(name->text(), QStringLiteral("Dravnik"));
+    choose(QStringLiteral("New Session")); // every field of the session has its first value already
+    EXPECT_EQ(name->text(), QString());
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+}
+
+TEST_F(MenuTest, ExportSaysWhatIsMissing) {
+    choose(QStringLiteral("Export Video…"));
+    EXPECT_EQ(dialogs.shown,
+              QStringList({QStringLiteral("Nothing to export yet"),
+                           QStringLiteral("Still to be done:\n• Choose a Template\n• Match Configuration\n"
+                                          "• Import Video")}));
+    configure();
+    state->language = Language::german;
+    choose(QStringLiteral("Export Video…"));
+    EXPECT_EQ(dialogs.shown.last(), QStringLiteral("Es fehlt noch:\n• Video importieren"));
+    EXPECT_FALSE(sheet<ExportSheet>());
+}
+
+TEST_F(MenuTest, AboutNamesVersionLicenceAndLibraries) {
+    const QString version = QCoreApplication::applicationVersion();
+    QCoreApplication::setApplicationVersion(QStringLiteral("7.3.1"));
+    choose(QStringLiteral("About Pointloom"));
+    QCoreApplication::setApplicationVersion(version);
+    ASSERT_TRUE(sheet<AboutDialog>());
+    const auto texts = [this] {
+        QStringList lines;
+        for (const QLabel* label : sheet<AboutDialog>()->findChildren<QLabel*>())
+            lines << label->text();
+        return lines.join(u'\n');
+    };
+    const QString english = texts();
+    for (const char* part :
+         {"Version 7.3.1\n", "GNU General Public License, version 3", "\nQt 6.", "\nmpv\n"})
+        EXPECT_TRUE(english.contains(QString::fromUtf8(part))) << part << " in " << english.toStdString();
+    EXPECT_TRUE(english.contains(QRegularExpression(QStringLiteral("\nFFmpeg \\S+\n"))));
+    state->language = Language::swedish;
+    EXPECT_TRUE(texts().contains(QStringLiteral("Fri programvara")));
+}
+
 TEST_F(MenuTest, OpeningAProjectReadsItsVideoAndKeepsItsTrimAndPlace) {
     state->addMarker(markerAt(9), undo.get());
     dialogs.fileToOpen = makeProject(QStringLiteral("match.plp"), makeClip(QStringLiteral("match.mp4")));
@@ -107,6 +164,8 @@ TEST_F(MenuTest, OpeningAProjectReadsItsVideoAndKeepsItsTrimAndPlace) {
     EXPECT_EQ(state->currentProjectURL.value(), QUrl::fromLocalFile(*dialogs.fileToOpen));
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_FALSE(undo->canUndo().value());
+    window->content().openFile(*dialogs.fileToOpen); // the editor stays on the screen
+    EXPECT_EQ(state->previewAreaSize.value(), window->findChild<PictureStage*>()->size());
 }
 
 TEST_F(MenuTest, OpeningAsksOnlyWhenWorkWouldBeLostAndCancellingKeepsTheSession) {

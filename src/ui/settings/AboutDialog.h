@@ -1,0 +1,20 @@
+// About: version, licence and libraries of the program.
+#pragma once
+
+#include "ui/settings/Sheet.h"
+
+namespace pointloom {
+
+class AboutDialog : public Sheet {
+    Q_OBJECT
+
+public:
+    AboutDialog(const UiContext& context, QWidget* parent);
+
+private:
+    QWidget* makeProgram();
+    QWidget* makeLicence();
+    QWidget* makeLibraries();
+};
+
+}
