@@ -1,13 +1,15 @@
 #include "model/ScoringEngine.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace pointloom::ScoringEngine {
 
 const Marker* markerAtTime(std::span<const Marker> markers, double time) {
     const Marker* latest = nullptr;
     for (const Marker& marker : markers) {
-        if (marker.startTime <= time && (!latest || marker.startTime > latest->startTime))
+        if (marker.startTime <= time + frameTimeTolerance &&
+            (!latest || marker.startTime > latest->startTime))
             latest = &marker;
     }
     return latest;
@@ -16,6 +18,14 @@ const Marker* markerAtTime(std::span<const Marker> markers, double time) {
 std::optional<SportScoreState> resolveScoreAtTime(std::span<const Marker> markers, double time) {
     const Marker* marker = markerAtTime(markers, time);
     return marker ? std::optional(marker->score) : std::nullopt;
+}
+
+std::vector<Marker> sortedByTime(std::vector<Marker> markers) {
+    std::ranges::stable_sort(markers, [](const Marker& left, const Marker& right) {
+        return left.startTime < right.startTime ||
+               (std::isnan(right.startTime) && !std::isnan(left.startTime));
+    });
+    return markers;
 }
 
 SportScoreState getInitialScore(const MatchConfig& config) {

@@ -1,5 +1,6 @@
 #include "persistence/Persistence.h"
 
+#include "model/ScoringEngine.h"
 #include "persistence/AtomicFile.h"
 #include "session/AppState.h"
 #include "json/JsonWriter.h"
@@ -135,7 +136,7 @@ void Persistence::Snapshot::restore(AppState& into) const {
     into.selectedSport = selectedSport.value_or(SportID::tennis);
     into.selectedTemplate = selectedTemplate;
     into.matchConfig = matchConfig;
-    into.markers = markers;
+    into.markers = ScoringEngine::sortedByTime(markers);
     into.cuts = cuts;
     into.initialScore = initialScore;
     // Positions used to be stored in points.

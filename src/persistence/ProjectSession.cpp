@@ -1,5 +1,6 @@
 #include "persistence/ProjectSession.h"
 
+#include "model/ScoringEngine.h"
 #include "persistence/FileLookup.h"
 #include "session/AppState.h"
 
@@ -68,7 +69,7 @@ void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
     state.selectedSport = project.selectedSport.value_or(SportID::tennis);
     state.selectedTemplate = project.selectedTemplate;
     state.matchConfig = project.matchConfig;
-    state.markers = project.markers;
+    state.markers = ScoringEngine::sortedByTime(project.markers);
     state.initialScore = project.initialScore;
     state.scoreboardPosition = project.scoreboardPosition();
     state.scoreboardUserScale = project.scoreboardUserScale.value_or(1.0);

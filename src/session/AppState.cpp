@@ -3,21 +3,11 @@
 #include "model/ScoringEngine.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace pointloom {
 
 namespace {
-
-// Stable: the order of markers at the same time decides which of them counts. A time that is not a
-// number, which a hand-written file may hold, goes to the end.
-void sortByStartTime(std::vector<Marker>& markers) {
-    std::ranges::stable_sort(markers, [](const Marker& left, const Marker& right) {
-        return left.startTime < right.startTime ||
-               (std::isnan(right.startTime) && !std::isnan(left.startTime));
-    });
-}
 
 auto findMarker(std::vector<Marker>& markers, const QUuid& id) {
     return std::ranges::find(markers, id, &Marker::id);
@@ -49,8 +39,7 @@ void AppState::addMarker(Marker marker, UndoManager* undoManager) {
     const QUuid id = marker.id;
     auto edited = markers.value();
     edited.push_back(std::move(marker));
-    sortByStartTime(edited);
-    markers = std::move(edited);
+    markers = ScoringEngine::sortedByTime(std::move(edited));
     selectedMarkerID = id;
     registerEdit(undoManager, QStringLiteral("Add Marker"),
                  [this, id, undoManager] { removeMarker(id, undoManager); });
@@ -81,8 +70,7 @@ void AppState::updateMarker(const QUuid& id, Value Marker::*field, const Value& 
         return;
     const QUuid marker = found->id; // `id` may stand in the list that goes
     const Value previous = std::exchange((*found).*field, value);
-    sortByStartTime(edited);
-    markers = std::move(edited);
+    markers = ScoringEngine::sortedByTime(std::move(edited));
     registerEdit(undoManager, name, [this, marker, field, previous, name, undoManager] {
         updateMarker(marker, field, previous, name, undoManager);
     });

@@ -32,6 +32,22 @@ TEST(ScoringEngine, OfMarkersAtOneTimeTheFirstInTheListWins) {
     EXPECT_EQ(pointsAt({markerAt(20, 3), markerAt(10, 1), markerAt(20, 4)}, 25), 3);
 }
 
+TEST(ScoringEngine, ARoundingDoesNotMakeAMarkerLateAndATickDoes) {
+    EXPECT_EQ(pointsAt({markerAt(3.7, 1)}, 56832 * (1.0 / 15360)), 1); // a hair below 3.7
+    EXPECT_EQ(pointsAt({markerAt(10 + 1e-7, 1)}, 10), -1);
+    // Markers closer to each other than that are told apart still.
+    EXPECT_EQ(pointsAt({markerAt(10, 1), markerAt(10 + 5e-9, 2)}, 10), 2);
+    EXPECT_EQ(pointsAt({markerAt(10 + 5e-9, 2), markerAt(10, 1)}, 10), 2);
+}
+
+TEST(ScoringEngine, SortingKeepsTheOrderAtOneTime) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::vector markers{markerAt(nan, 0), markerAt(20, 3), markerAt(10, 1), markerAt(20, 4)};
+    EXPECT_EQ(ScoringEngine::sortedByTime(markers)[0], markers[2]);
+    EXPECT_EQ(ScoringEngine::sortedByTime(markers)[1], markers[1]);
+    EXPECT_EQ(ScoringEngine::sortedByTime(markers)[2], markers[3]);
+}
+
 TEST(ScoringEngine, NegativeTimesFindOnlyNegativeMarkers) {
     EXPECT_EQ(pointsAt({markerAt(0, 1)}, -0.5), -1);
     EXPECT_EQ(pointsAt({markerAt(-1, 1)}, -0.5), 1);

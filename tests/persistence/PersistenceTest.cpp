@@ -71,8 +71,13 @@ TEST_F(Autosave, EverythingButVideoScreenAndScaleComesBack) {
     Marker marker = markerAt(65.2);
     marker.label = QStringLiteral("Échange \"long\" \\ \n\x01 🎾");
     before->addMarker(marker, nullptr);
+    // Stored by another program, which did not sort them.
+    before->markers = std::vector{markerAt(70), marker, markerAt(70)};
+    before->save();
 
     const auto after = restored();
+    EXPECT_EQ(after->markers.value().front(), marker);
+    before->markers = std::vector{marker, before->markers.value()[0], before->markers.value()[2]};
     EXPECT_EQ(after->step.value(), 0);
     EXPECT_EQ(after->scoreboardUserScale.value(), 1.0);
     EXPECT_FALSE(after->videoURL.value());

@@ -69,6 +69,16 @@ TEST_F(ProjectInSession, ASessionSurvivesADocumentButItsCutsDoNot) {
     EXPECT_FALSE(state.selectedCutID.value());
 }
 
+TEST_F(ProjectInSession, MarkersOfAnUnsortedDocumentComeInOrder) {
+    fillState();
+    ProjectFile project = projectFrom(state);
+    const auto at = [](double time) { return Marker{QUuid::createUuid(), time, ScoreState{}, {}}; };
+    project.markers = {at(20), at(3.7), at(20)};
+    apply(project, state, {});
+    EXPECT_EQ(state.markers.value(),
+              (std::vector{project.markers[1], project.markers[0], project.markers[2]}));
+}
+
 TEST_F(ProjectInSession, TheWizardOpensWhereSomethingIsMissing) {
     ProjectFile project;
     const auto stepOf = [&] {

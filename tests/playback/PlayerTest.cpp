@@ -64,6 +64,29 @@ TEST_F(PlayerTest, TimesWhilePlayingAreThoseOfFrames) {
     EXPECT_TRUE(watched.showsFrame(static_cast<int>(std::lround(watched.player.time() / frame))));
 }
 
+TEST_F(PlayerTest, TimesOfFramesAreThoseOfTheFileToTheLastDigits) {
+    struct Clock {
+        QString rate;
+        double framesPerSecond;
+        QString timescale;
+    };
+    for (const auto& [rate, framesPerSecond, timescale] :
+         {Clock{QStringLiteral("24"), 24, QStringLiteral("12288")},
+          Clock{QStringLiteral("24"), 24, QStringLiteral("24")},
+          Clock{QStringLiteral("30"), 30, QStringLiteral("15360")},
+          Clock{QStringLiteral("30000/1001"), 30000 / 1001.0, QStringLiteral("30000")}}) {
+        Watched watched;
+        ASSERT_TRUE(watched.load(makeNumberedClip(
+            folder, QStringLiteral("clip.mp4"),
+            {.rate = rate, .frames = 40, .more = {QStringLiteral("-video_track_timescale"), timescale}})));
+        for (int number = 1; number < 40; ++number) {
+            watched.player.stepForward();
+            ASSERT_TRUE(Watched::waitFor([&] { return !watched.player.isSeeking(); }));
+            EXPECT_NEAR(watched.player.time(), number / framesPerSecond, 1e-9) << rate.toStdString();
+        }
+    }
+}
+
 TEST_F(PlayerTest, SpeedIsKeptInItsRangeAndPlaysFaster) {
     Watched watched;
     ASSERT_TRUE(watched.load(makeNumberedClip(folder, QStringLiteral("clip.mp4"), {.frames = 100})));
