@@ -53,7 +53,7 @@ FrameTimes FrameTimes::open(const QString& path, double start) {
 }
 
 Rational FrameTimes::timeBase() const {
-    return fromAv(m_state->file.context()->streams[m_state->stream]->time_base);
+    return pictureClock(*m_state->file.context()->streams[m_state->stream]);
 }
 
 std::optional<std::int64_t> FrameTimes::next() {
@@ -83,7 +83,7 @@ void FrameTimes::State::readPacket() {
         const bool isShown = packet->stream_index == stream && (packet->flags & AV_PKT_FLAG_DISCARD) == 0;
         av_packet_unref(packet.get());
         if (isShown && time != AV_NOPTS_VALUE)
-            waiting.push(time);
+            waiting.push(refinedTicks(time, clockRefinement(*file.context()->streams[stream])));
         return;
     }
     isAtEnd = true;

@@ -17,7 +17,7 @@ struct VideoTrackInfo {
     Rational sampleAspectRatio{1, 1}; // width of a stored pixel divided by its height
     Orientation orientation;
     Rational frameRate{30, 1};         // nominal; 30 when the file does not say
-    Rational timeBase{1, 90000};       // seconds a tick
+    Rational timeBase{1, 90000};       // seconds a tick of the frames' times, 1/600 or less
     std::optional<FrameFormat> format; // empty when frames need conversion before drawing
     ColorDescription color;
     HdrMetadata hdr; // also of tracks that are not HDR, if they carry any

@@ -106,10 +106,12 @@ AVFramePtr VideoReader::State::decodeNext() {
 /// Settles the picture's time. False for one that a later one already replaced.
 bool VideoReader::State::placeInTime(AVFrame& picture) {
     const std::int64_t known = picture.best_effort_timestamp;
+    const std::int64_t refinement = clockRefinement(stream());
+    setFrameDuration(picture, refinedTicks(frameDuration(picture), refinement));
     if (known != AV_NOPTS_VALUE)
-        picture.pts = known;
+        picture.pts = refinedTicks(known, refinement);
     else
-        picture.pts = lastTimestamp ? *lastTimestamp + std::max<std::int64_t>(lastDuration, 1) : 0;
+        picture.pts = lastTimestamp ? *lastTimestamp + std::max(lastDuration, refinement) : 0;
     if (lastTimestamp && picture.pts <= *lastTimestamp)
         return false;
     lastTimestamp = picture.pts;
@@ -118,7 +120,8 @@ bool VideoReader::State::placeInTime(AVFrame& picture) {
     return true;
 }
 
-void VideoReader::seek(double time) {
+void VideoReader::seek(double time, const std::function<bool()>& isStopped) {
+    const auto goesOn = [&] { return !(isStopped && isStopped()); };
     State& state = *m_state;
     const Rational timeBase = track().timeBase;
     const std::int64_t ticks = ticksOf(time, timeBase);
@@ -140,7 +143,7 @@ void VideoReader::seek(double time) {
         shown = state.decodeNext();
     }
 
-    while (shown) {
+    while (shown && goesOn()) {
         AVFramePtr following = state.decodeNext();
         if (!following || following->pts > ticks || shown->pts > ticks) {
             state.pending.push_back(std::move(shown));
@@ -160,7 +163,8 @@ void VideoReader::seekToKeyFrame(double time) {
 
 /// Makes decoding go on with the key picture before `ticks`. False when the file cannot seek there.
 bool VideoReader::State::seekTo(std::int64_t ticks) {
-    if (av_seek_frame(file.context(), media.videoStream, ticks, AVSEEK_FLAG_BACKWARD) < 0)
+    const std::int64_t streamTicks = ticks / clockRefinement(stream());
+    if (av_seek_frame(file.context(), media.videoStream, streamTicks, AVSEEK_FLAG_BACKWARD) < 0)
         return false;
     media.decoder->flush();
     media.firstPicture.reset();
@@ -171,7 +175,7 @@ bool VideoReader::State::seekTo(std::int64_t ticks) {
 /// Back to the first picture, by seeking where the file allows it.
 void VideoReader::State::rewind() {
     const AVIndexEntry* first = avformat_index_get_entry(file.context()->streams[media.videoStream], 0);
-    if (first != nullptr && seekTo(first->timestamp))
+    if (first != nullptr && seekTo(refinedTicks(first->timestamp, clockRefinement(stream()))))
         return;
     InputFile reopened = InputFile::open(path);
     OpenedMedia again = openMedia(reopened, 0);
@@ -192,8 +196,8 @@ double VideoReader::State::secondsMissing() const {
         const AVIndexEntry* entry = avformat_index_get_entry(track, i);
         if ((entry->flags & AVINDEX_DISCARD_FRAME) != 0)
             continue; // beyond the end of the edit
-        const std::int64_t missing = entry->timestamp - *lastTimestamp;
-        return missing > 0 ? static_cast<double>(missing) * av_q2d(track->time_base) : 0;
+        const std::int64_t missing = refinedTicks(entry->timestamp, clockRefinement(*track)) - *lastTimestamp;
+        return missing > 0 ? static_cast<double>(missing) * media.info.video->timeBase.value() : 0;
     }
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "media/MediaInfo.h"
 #include "media/VideoFrame.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QString>
@@ -25,8 +26,9 @@ public:
     const VideoTrackInfo& track() const; // of `info()`
 
     /// Makes `read` go on with the frame that is shown at `time` (seconds): the last one at or before it,
-    /// or the first of the file when all are later. Throws MediaError.
-    void seek(double time);
+    /// or the first of the file when all are later. All frames from the key frame before it are decoded;
+    /// `isStopped` is polled between them, and leaves the place undefined when it is true. Throws MediaError.
+    void seek(double time, const std::function<bool()>& isStopped = {});
 
     /// Makes `read` go on with a key frame near `time` (seconds), mostly the last one at or before it. Costs
     /// one decoded frame however far apart key frames stand. Throws MediaError.

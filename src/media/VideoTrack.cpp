@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <numeric>
 
 namespace pointloom::media {
 
@@ -93,6 +95,22 @@ void requireDecoders(const AVFormatContext& context) {
     }
 }
 
+std::int64_t clockRefinement(const AVStream& stream) {
+    constexpr int finest = 600; // ticks a second that trim ranges are held in
+    const AVRational tick = stream.time_base;
+    return std::int64_t{tick.num} * finest > tick.den ? finest / std::gcd(finest, tick.den) : 1;
+}
+
+Rational pictureClock(const AVStream& stream) {
+    const Rational tick = fromAv(stream.time_base);
+    return {tick.numerator, tick.denominator * static_cast<int>(clockRefinement(stream))};
+}
+
+std::int64_t refinedTicks(std::int64_t ticks, std::int64_t refinement) {
+    const std::int64_t farthest = std::numeric_limits<std::int64_t>::max() / 2 / refinement;
+    return refinement == 1 ? ticks : std::clamp(ticks, -farthest, farthest) * refinement;
+}
+
 VideoTrackInfo describeVideoTrack(AVFormatContext& context, int streamIndex) {
     AVStream& stream = *context.streams[streamIndex];
     const AVCodecParameters& parameters = *stream.codecpar;
@@ -102,7 +120,7 @@ VideoTrackInfo describeVideoTrack(AVFormatContext& context, int streamIndex) {
     track.sampleAspectRatio = pixelShape(context, stream);
     track.orientation = readOrientation(stream);
     track.frameRate = nominalFrameRate(context, stream);
-    track.timeBase = fromAv(stream.time_base);
+    track.timeBase = pictureClock(stream);
     track.interlaced = isInterlacedOrder(parameters.field_order);
     track.color =
         describeColor(tagsOf(parameters), track.storedSize, static_cast<AVPixelFormat>(parameters.format));

@@ -16,6 +16,16 @@ std::optional<int> findVideoTrack(const AVFormatContext& context);
 /// Throws MediaError when no decoder is known for one of the video tracks.
 void requireDecoders(const AVFormatContext& context);
 
+/// Ticks of `VideoTrackInfo::timeBase` in one tick of the stream's own clock. Above 1 where that counts less
+/// than 600 ticks a second: with a tick as long as a frame no range could start between two frames.
+std::int64_t clockRefinement(const AVStream& stream);
+
+/// The stream's clock, refined.
+Rational pictureClock(const AVStream& stream);
+
+/// `ticks` of the stream's own clock in the refined one; as far as that goes.
+std::int64_t refinedTicks(std::int64_t ticks, std::int64_t refinement);
+
 /// What the container says of the track.
 VideoTrackInfo describeVideoTrack(AVFormatContext& context, int streamIndex);
 

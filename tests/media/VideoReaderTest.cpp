@@ -76,6 +76,35 @@ TEST(VideoReader, SeekLandsOnTheFrameThatIsShownThen) {
     }
 }
 
+TEST(VideoReader, ASeekThroughManyFramesCanBeStopped) {
+    const ClipFolder folder;
+    VideoReader reader = VideoReader::open(
+        folder.make(QStringLiteral("long.mp4"),
+                    "-f lavfi -i testsrc2=s=64x64:r=25:d=8 -c:v libx264 -g 999 -pix_fmt yuv420p"));
+    int polls = 0;
+    reader.seek(7, [&] { return ++polls == 5; });
+    EXPECT_EQ(polls, 5) << "of 175 frames";
+}
+
+TEST(VideoReader, AClockAsCoarseAsTheRateIsCountedInFinerTicks) {
+    const ClipFolder folder;
+    VideoReader reader = VideoReader::open(
+        folder.make(QStringLiteral("coarse.mp4"),
+                    "-f lavfi -i testsrc2=s=64x64:r=24:d=2 -c:v libx264 -g 12 -bf 2 -pix_fmt yuv420p "
+                    "-video_track_timescale 24"));
+    EXPECT_EQ(reader.track().timeBase, (Rational{1, 600}));
+    for (const int start : {0, 25, 47}) {
+        reader.seek(start / 24.0);
+        for (int number = start; number < 48; ++number) {
+            const std::optional<VideoFrame> frame = reader.read();
+            ASSERT_TRUE(frame);
+            EXPECT_EQ(frame->timestamp(), number * 25);
+        }
+        EXPECT_FALSE(reader.read());
+        EXPECT_EQ(reader.damage(), Damage{});
+    }
+}
+
 TEST(VideoReader, AQuickSeekGoesOnFromTheKeyFrameBefore) {
     const ClipFolder folder;
     VideoReader reader = VideoReader::open(folder.make(QStringLiteral("b.mp4"), numberedFrames));
