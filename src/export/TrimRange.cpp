@@ -21,7 +21,8 @@ std::int64_t rescale(double ticks600, media::Rational timeBase) {
 }
 
 TrimRange::TrimRange(double start, std::optional<double> end, const FrameWindow& window)
-    : m_start(ticksOf(start))
+    : m_requestedStart(start)
+    , m_start(ticksOf(start))
     , m_window(window) {
     if (end)
         m_end = ticksOf(*end);
@@ -59,10 +60,15 @@ std::optional<TrimRange::Stay> TrimRange::place(std::int64_t timestamp, std::int
     if ((m_window.from && timestamp < *m_window.from) || (m_window.until && timestamp >= *m_window.until))
         return std::nullopt;
     const std::int64_t start = rescale(static_cast<double>(m_start), timeBase);
-    const std::int64_t from = std::max<std::int64_t>(0, timestamp - start);
-    std::int64_t until = next ? *next - start : timestamp + duration - start;
-    if (next && until <= from)
+    // The start may have been rounded to just before the frame at which it was set: that frame is the first.
+    constexpr double hair = 1e-3;                                                // ticks
+    const double roundedAway = (static_cast<double>(m_start) + 0.5) / timescale; // seconds
+    const std::int64_t latestStart =
+        m_start > 0 ? static_cast<std::int64_t>(std::floor(roundedAway / timeBase.value() + hair)) : 0;
+    if (next && *next <= latestStart)
         return std::nullopt;
+    const std::int64_t from = timestamp <= latestStart ? 0 : timestamp - start;
+    std::int64_t until = next ? *next - start : timestamp + duration - start;
     if (m_end) {
         // A frame on the end is out although rounding to 1/600 s may have put the end just behind it.
         const std::int64_t lastStart = rescale(static_cast<double>(*m_end) - 0.5, timeBase) - start;

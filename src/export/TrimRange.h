@@ -3,6 +3,7 @@
 
 #include "media/FrameFormat.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 
@@ -26,6 +27,10 @@ public:
     double start() const;
     std::optional<double> end() const;
 
+    /// When a frame whose own time is `frameTime` comes on screen: no earlier than the start that was asked
+    /// for. Seconds of the source; decides the frame's score.
+    double shownFrom(double frameTime) const { return std::max(frameTime, m_requestedStart); }
+
     /// Where decoding has to begin, seconds of the source.
     double decodingStart(media::Rational timeBase) const;
 
@@ -46,12 +51,13 @@ public:
 
     /// Where a frame shown from `timestamp` until `next` (none: for `duration` ticks, 0 unknown) stands.
     /// A frame on screen when the range starts is shown from its first moment. Empty when it is over before
-    /// the range starts, or starts at or after its end.
+    /// the range starts, or starts at or after its end; both within half of 1/600 s.
     std::optional<Stay> place(std::int64_t timestamp, std::int64_t duration, std::optional<std::int64_t> next,
                               media::Rational timeBase) const;
 
 private:
-    std::int64_t m_start; // 1/600 s
+    double m_requestedStart; // seconds
+    std::int64_t m_start;    // 1/600 s
     std::optional<std::int64_t> m_end;
     FrameWindow m_window;
 };
