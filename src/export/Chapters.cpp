@@ -1,7 +1,10 @@
 #include "export/Chapters.h"
 
+#include "model/ScoringEngine.h"
+
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace pointloom {
 
@@ -18,7 +21,7 @@ QString titleOf(const Marker& marker) {
 
 // "1:02:03", or "2:03" below an hour.
 QString clock(double seconds) {
-    const auto whole = static_cast<qint64>(std::floor(seconds));
+    const auto whole = static_cast<qint64>(std::floor(seconds + ScoringEngine::frameTimeTolerance));
     const QString tail = QStringLiteral("%1:%2")
                              .arg(whole / 60 % 60, whole >= 3600 ? 2 : 1, 10, QLatin1Char('0'))
                              .arg(whole % 60, 2, 10, QLatin1Char('0'));
@@ -29,19 +32,23 @@ QString clock(double seconds) {
 
 std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const MatchConfig& match,
                                        double from, double to) {
+    using ScoringEngine::frameTimeTolerance;
     std::vector<media::Chapter> chapters;
-    for (const Marker& marker : markers) {
+    double lastTime = -std::numeric_limits<double>::infinity();
+    for (const Marker& marker : ScoringEngine::sortedByTime(markers)) {
         const QString title = titleOf(marker);
-        if (title.isEmpty() || marker.startTime >= to)
+        // Of several at one time the first holds, as it does for the score.
+        if (title.isEmpty() || !(marker.startTime > lastTime && marker.startTime < to))
             continue;
+        lastTime = marker.startTime;
+        // Of those before the range, and of several that one frame tells apart no more, the last holds.
         const double start = std::max(0.0, marker.startTime - from);
-        // Of several at one moment, and of those before the range, the last one holds.
-        if (!chapters.empty() && chapters.back().start == start)
+        if (!chapters.empty() && start <= chapters.back().start + frameTimeTolerance)
             chapters.back().title = title;
         else
             chapters.push_back({.start = start, .end = 0, .title = title});
     }
-    if (!chapters.empty() && chapters.front().start > 0)
+    if (!chapters.empty() && chapters.front().start > frameTimeTolerance)
         chapters.insert(chapters.begin(), {.start = 0, .end = 0, .title = matchTitle(match)});
     for (std::size_t i = 0; i < chapters.size(); ++i)
         chapters[i].end = i + 1 < chapters.size() ? chapters[i + 1].start : to - from;

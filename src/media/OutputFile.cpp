@@ -18,6 +18,12 @@ std::int64_t movieTimescale(Rational videoTimeBase) {
     return denominator >= finest ? denominator : (finest + denominator - 1) / denominator * denominator;
 }
 
+/// Rounded up: a player that jumps to a chapter must not show the frame before it.
+std::int64_t ticksAtOrAfter(double seconds, int ticksPerSecond) {
+    constexpr double hair = 1e-4; // ticks
+    return std::llround(std::ceil(seconds * ticksPerSecond - hair));
+}
+
 /// Newer versions keep it among the parameters.
 void copySideData([[maybe_unused]] AVStream& track, [[maybe_unused]] const AVStream& source) {
 #if LIBAVFORMAT_VERSION_INT < AV_VERSION_INT(60, 15, 100)
@@ -89,8 +95,8 @@ void OutputFile::addChapter(const Chapter& chapter) {
         throw MediaError("out of memory");
     added->id = m_context->nb_chapters;
     added->time_base = {1, ticks};
-    added->start = std::llround(chapter.start * ticks);
-    added->end = std::llround(chapter.end * ticks);
+    added->start = ticksAtOrAfter(chapter.start, ticks);
+    added->end = ticksAtOrAfter(chapter.end, ticks);
     av_dict_set(&added->metadata, "title", chapter.title.toUtf8().constData(), 0);
     int count = static_cast<int>(m_context->nb_chapters);
     const int result = av_dynarray_add_nofree(&m_context->chapters, &count, added);
@@ -104,6 +110,9 @@ void OutputFile::addChapter(const Chapter& chapter) {
 
 void OutputFile::writeHeader(Rational videoTimeBase) {
     Options options;
+    // While one track has no packets, because its sound is over or its encoder looks ahead, the other's are
+    // held back: by default ten seconds of them, which are 0.7 GB of ProRes in 4K.
+    m_context->max_interleave_delta = 2 * AV_TIME_BASE;
     options.set("movflags", "+faststart");
     options.set("video_track_timescale", videoTimeBase.denominator);
     options.set("movie_timescale", movieTimescale(videoTimeBase));

@@ -30,12 +30,27 @@ TEST(Chapters, RunFromLabelToLabelWithinTheRange) {
                                       labelled(20, "Set 2"), labelled(90, "After the end")};
     const std::vector<media::Chapter> whole{{0, 10, QStringLiteral("Ana - Eva")},
                                             {10, 20, QStringLiteral("Set 1")},
-                                            {20, 60, QStringLiteral("Set 2")}};
+                                            {20, 60, QStringLiteral("Break point")}};
     EXPECT_EQ(chaptersOf(markers, match(), 0, 60), whole);
     const std::vector<media::Chapter> trimmed{{0, 8, QStringLiteral("Set 1")},
-                                              {8, 13, QStringLiteral("Set 2")}};
+                                              {8, 13, QStringLiteral("Break point")}};
     EXPECT_EQ(chaptersOf(markers, match(), 12, 25), trimmed);
     EXPECT_TRUE(chaptersOf({labelled(3, ""), labelled(4, "  ")}, match(), 0, 60).empty());
+}
+
+TEST(Chapters, AreInOrderWhateverTheListIsAndHoldWhenTheirScoreDoes) {
+    const double frame = 56832 * (1.0 / 15360); // a hair below 3.7
+    const std::vector<Marker> markers{labelled(20, "Late"), labelled(1, "First"), labelled(3.7, "Later"),
+                                      labelled(frame, "Earlier"), labelled(20, "Second of two")};
+    const std::vector<media::Chapter> expected{{0, 16.3, QStringLiteral("Later")},
+                                               {16.3, 26.3, QStringLiteral("Late")}};
+    const auto chapters = chaptersOf(markers, match(), 3.7, 30);
+    ASSERT_EQ(chapters.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(chapters[i].title, expected[i].title);
+        EXPECT_NEAR(chapters[i].start, expected[i].start, 1e-9);
+        EXPECT_NEAR(chapters[i].end, expected[i].end, 1e-9);
+    }
 }
 
 TEST(Chapters, AreListedAsVideoSitesReadThem) {
@@ -53,7 +68,7 @@ TEST(Chapters, StandInTheExportedFileUnlessUnwanted) {
                     "-f lavfi -i color=gray:s=320x180:r=25:d=4 -f lavfi -i sine=d=4 -c:v libx264 -c:a aac");
     job.overlay.config = match();
     job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
-    job.overlay.markers = {labelled(1.5, "Höhepunkt"), labelled(3, ""), labelled(50, "Nie gespielt")};
+    job.overlay.markers = {labelled(4 / 3.0, "Höhepunkt"), labelled(3, ""), labelled(50, "Nie gespielt")};
     job.trimEnd = 60; // as left by a longer clip
     job.encoderPreset = "ultrafast";
     const auto chaptersOfExport = [&](const char* name, ExportFormat format, bool wanted) {
@@ -69,7 +84,8 @@ TEST(Chapters, StandInTheExportedFileUnlessUnwanted) {
         ASSERT_EQ(chapters.size(), 2U) << name;
         EXPECT_EQ(chapters[0]["tags"]["title"], "Ana - Eva");
         EXPECT_EQ(chapters[1]["tags"]["title"], "Höhepunkt");
-        EXPECT_NEAR(std::stod(chapters[1]["start_time"].get<std::string>()), 1.5, 0.001);
+        // Of whole milliseconds the first that is not before the marker, whose frame it is to show.
+        EXPECT_NEAR(std::stod(chapters[1]["start_time"].get<std::string>()), 1.334, 1e-5);
         EXPECT_NEAR(std::stod(chapters[1]["end_time"].get<std::string>()), 4.0, 0.05);
     }
     EXPECT_TRUE(chaptersOfExport("plain.mp4", ExportFormat::h264, false).empty());
