@@ -1,6 +1,7 @@
 #include "media/AlphaMovie.h"
 
 #include "media/FFmpegError.h"
+#include "media/MediaWriter.h"
 #include "media/OutputFile.h"
 
 #include <algorithm>
@@ -28,11 +29,20 @@ std::uint16_t toTenBits(std::uint8_t alpha) {
     return static_cast<std::uint16_t>((alpha * 1023 + 127) / 255);
 }
 
+/// What the encoder sets aside for a packet: 16.2 bytes a pixel, 1.1 GB for the largest picture. Few of them
+/// are ever written to.
+std::size_t largestPacket(const AVCodecContext& codec) {
+    constexpr std::size_t bytesPerPixel = 17;
+    constexpr std::size_t margin = 1U << 20U;
+    return static_cast<std::size_t>(codec.width) * static_cast<std::size_t>(codec.height) * bytesPerPixel +
+           margin;
+}
+
 CodecPtr openEncoder(const OutputFile& file, QSize size, Rational timeBase, Rational frameRate) {
     // Of FFmpeg's ProRes encoders only this one writes alpha.
     const AVCodec* encoder = avcodec_find_encoder_by_name("prores_ks");
     if (encoder == nullptr)
-        throw MediaError("this system's FFmpeg has no encoder prores_ks");
+        throw EncoderError("this system's FFmpeg has no encoder prores_ks");
     CodecPtr context(avcodec_alloc_context3(encoder));
     if (!context)
         throw MediaError("out of memory");
@@ -55,7 +65,9 @@ CodecPtr openEncoder(const OutputFile& file, QSize size, Rational timeBase, Rati
     Options options;
     options.set("profile", "4444");
     options.set("alpha_bits", "16");
-    check(avcodec_open2(context.get(), encoder, options.pointer()), "the video encoder could not be opened");
+    const int opened = avcodec_open2(context.get(), encoder, options.pointer());
+    if (opened < 0)
+        throw EncoderError("the video encoder could not be opened: " + errorText(opened), faultOf(opened));
     return context;
 }
 
@@ -114,6 +126,7 @@ void AlphaMovie::setPicture(std::span<const std::uint8_t> rgba) {
     }
     frame->pts = m_state->pictures++;
     m_state->picture = makePacket();
+    const LargerAllocations room(largestPacket(codec));
     check(avcodec_send_frame(&codec, frame.get()), "a picture could not be encoded");
     check(avcodec_receive_packet(&codec, m_state->picture.get()), "a picture could not be encoded");
 }

@@ -2,10 +2,17 @@
 
 #include "media/FFmpeg.h"
 
+#include <algorithm>
 #include <array>
 #include <mutex>
 
 namespace pointloom::media {
+
+namespace {
+
+constexpr std::size_t largestAllocation = 512U << 20U; // bytes
+
+}
 
 std::string errorText(int code) {
     std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
@@ -36,10 +43,17 @@ int check(int code, const char* what) {
     return code;
 }
 
+LargerAllocations::LargerAllocations(std::size_t bytes) {
+    av_max_alloc(std::max(bytes, largestAllocation));
+}
+
+LargerAllocations::~LargerAllocations() {
+    av_max_alloc(largestAllocation);
+}
+
 void prepareFFmpeg() {
     static std::once_flag once;
     std::call_once(once, [] {
-        constexpr std::size_t largestAllocation = 512U << 20U; // bytes
         av_max_alloc(largestAllocation);
         av_log_set_level(AV_LOG_QUIET); // what goes wrong is told by our own errors
     });

@@ -6,6 +6,7 @@
 #include "media/EncodingChoices.h"
 #include "media/FrameFormat.h"
 #include "media/HdrMetadata.h"
+#include "media/MediaError.h"
 #include "media/VideoFrame.h"
 
 #include <memory>
@@ -36,6 +37,12 @@ struct VideoSettings {
     bool isHdr() const { return format.color.transfer != Transfer::sdr; }
 };
 
+/// The encoder is not there, or refuses its settings.
+class EncoderError : public MediaError {
+public:
+    using MediaError::MediaError;
+};
+
 /// The layout nearest to `source` that the codec is given: 4:2:0 of 8 bits for H.264 (HDR becomes BT.709),
 /// 4:2:0 of 8 or 10 bits for HEVC, 4:2:2 of 10 bits in limited range for ProRes.
 FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
@@ -44,8 +51,8 @@ FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
 /// front.
 class MediaWriter {
 public:
-    /// Creates the file, replacing what is there. Throws MediaError. Without sound pass false. `comment` is
-    /// kept in the file.
+    /// Creates the file, replacing what is there. Throws MediaError, for the pictures' encoder EncoderError.
+    /// Without sound pass false. `comment` is kept in the file.
     static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio,
                               const std::vector<Chapter>& chapters = {}, const QString& comment = {});
 

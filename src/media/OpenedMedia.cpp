@@ -13,8 +13,7 @@ OpenedMedia openMedia(InputFile& file, int decoderThreads) {
     if (!stream) {
         if (media.info.audioTracks == 0) {
             requireDecoders(context);
-            throw MediaError("the file holds no picture and no sound that can be decoded",
-                             MediaFault::noPicture);
+            throw NoVideoTrackError("the file holds no picture and no sound that can be decoded");
         }
         return media;
     }

@@ -15,12 +15,17 @@ CodecPtr makeCodec(const VideoSettings& settings) {
     const char* name = encoderName(settings.encoder, settings.codec);
     const AVCodec* encoder = name == nullptr ? nullptr : avcodec_find_encoder_by_name(name);
     if (encoder == nullptr)
-        throw MediaError(name == nullptr ? std::string("it has no encoder for this format")
-                                         : std::string("this system's FFmpeg has no encoder ") + name);
+        throw EncoderError(name == nullptr ? std::string("it has no encoder for this format")
+                                           : std::string("this system's FFmpeg has no encoder ") + name);
     CodecPtr context(avcodec_alloc_context3(encoder));
     if (!context)
         throw MediaError("out of memory");
     return context;
+}
+
+void requireOpened(int code) {
+    if (code < 0)
+        throw EncoderError("the video encoder could not be opened: " + errorText(code), faultOf(code));
 }
 
 ColorTags tagsFor(const VideoSettings& settings) {
@@ -58,15 +63,14 @@ PictureEncoder::PictureEncoder(const VideoSettings& settings, bool wantsGlobalHe
     , m_packet(makePacket()) {
     describePictures(*m_codec, settings);
     if (m_codec->pix_fmt == AV_PIX_FMT_NONE)
-        throw MediaError("the video encoder cannot take this sample layout");
+        throw EncoderError("the video encoder cannot take this sample layout");
     if (settings.encoder != EncoderKind::software)
         m_input.emplace(*m_codec, settings);
     if (wantsGlobalHeaders)
         m_codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     Options options;
     chooseOptions(*m_codec, settings, options);
-    check(avcodec_open2(m_codec.get(), m_codec->codec, options.pointer()),
-          "the video encoder could not be opened");
+    requireOpened(avcodec_open2(m_codec.get(), m_codec->codec, options.pointer()));
 }
 
 void PictureEncoder::send(const VideoFrame& frame, std::int64_t timestamp) {

@@ -1,6 +1,7 @@
 // What others find in the files that we write.
 #include "media/MediaWriter.h"
 
+#include "media/AlphaMovie.h"
 #include "media/FFmpeg.h"
 #include "media/FrameConverter.h"
 #include "media/MediaError.h"
@@ -10,6 +11,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <numeric>
+#include <QFileInfo>
 #include <set>
 
 namespace pointloom::test {
@@ -99,6 +102,32 @@ TEST(MediaWriter, ClipsOfAFewFramesAreWholeToo) {
             EXPECT_EQ(readTicks(path), times) << int(codec);
         }
     }
+}
+
+TEST(MediaWriter, PicturesAreNotHeldBackWhenTheSoundIsOver) {
+    const ClipFolder folder;
+    VideoSettings settings = settingsFor(solidFrame(QSize(1920, 1080), plainFormat, {}), VideoCodec::prores);
+    settings.format = encodableFormat(VideoCodec::prores, plainFormat);
+    settings.timeBase = {1, 25};
+    std::vector<std::int64_t> times(125); // five seconds, half of what FFmpeg waits for by itself
+    std::iota(times.begin(), times.end(), 0);
+    const QString path = folder.path(QStringLiteral("out.mov"));
+    MediaWriter writer = MediaWriter::create(path, settings, true);
+    writeFrames(writer, settings, times, 1);
+    const qint64 early = QFileInfo(path).size();
+    writer.finish();
+    EXPECT_GT(early, QFileInfo(path).size() / 4); // written in blocks of 256 KiB
+}
+
+TEST(MediaWriter, AnOverlayMayBeAsLargeAsCamerasGo) {
+    const ClipFolder folder;
+    constexpr QSize size(8192, 4320);
+    const QString path = folder.path(QStringLiteral("overlay.mov"));
+    AlphaMovie movie = AlphaMovie::create(path, size, {1, 25}, {25, 1});
+    movie.setPicture(std::vector<std::uint8_t>(std::size_t{4} * size.width() * size.height()));
+    movie.write(0, 1);
+    movie.finish();
+    EXPECT_EQ(probe(path).at("streams").at(0).at("nb_frames"), "1");
 }
 
 TEST(MediaWriter, AConstantRateIsWrittenAsOne) {
