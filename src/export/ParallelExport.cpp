@@ -58,7 +58,8 @@ void PartWorkers::start() {
         launch([this, i] { encode(i); });
     if (m_plan.hasSound)
         launch([this] {
-            SegmentExport::encodeSound(m_plan, m_parts.sound(), [this] { return m_isStopped.load(); });
+            SegmentExport::encodeSoundIfPossible(m_plan, m_parts.sound(),
+                                                 [this] { return m_isStopped.load(); });
         });
 }
 

@@ -86,8 +86,7 @@ bool SegmentExport::encodeSound(const SegmentPlan& plan, const QString& path,
             throw ExportError::exportFailed(QStringLiteral("the sound of the video can no longer be read"));
         media::SoundWriter writer(file.temporaryPath(), soundComment(plan));
         while (const auto run = reader->read()) {
-            if (isCancelled && isCancelled())
-                throw ExportCancelled();
+            throwIfCancelled(isCancelled);
             writer.write(*run);
         }
         writer.finish();
@@ -96,6 +95,16 @@ bool SegmentExport::encodeSound(const SegmentPlan& plan, const QString& path,
     }
     file.keep();
     return true;
+}
+
+void SegmentExport::encodeSoundIfPossible(const SegmentPlan& plan, const QString& path,
+                                          const ExportManager::CancelQuery& isCancelled) {
+    try {
+        encodeSound(plan, path, isCancelled);
+    } catch (const ExportError& error) {
+        if (error.fault() == media::MediaFault::diskFull)
+            throw; // the pictures will not fit either
+    }
 }
 
 bool SegmentExport::isSegment(const SegmentPlan& plan, int number, const QString& path) {

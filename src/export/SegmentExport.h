@@ -39,6 +39,11 @@ std::optional<ExportReport> encode(const SegmentPlan& plan, int number, const QS
 /// The same for the sound of the whole range; false when it was there already. The plan has sound.
 bool encodeSound(const SegmentPlan& plan, const QString& path, const ExportManager::CancelQuery& isCancelled);
 
+/// The same, where trouble with the sound is no error: there is no file then. Throws ExportError when the
+/// disk is full, PlanError and ExportCancelled.
+void encodeSoundIfPossible(const SegmentPlan& plan, const QString& path,
+                           const ExportManager::CancelQuery& isCancelled);
+
 /// Whether the file is that segment of this plan, complete; and the same for its sound.
 bool isSegment(const SegmentPlan& plan, int number, const QString& path);
 bool isSound(const SegmentPlan& plan, const QString& path);

@@ -44,7 +44,9 @@ media::JoinRequest requestFor(const SegmentPlan& plan, const PartFolder& parts, 
         .isQuickTime = plan.format == ExportFormat::prores,
         .timeBase = {1, static_cast<int>(plan.ticksPerSecond)},
         .pictures = {},
-        .soundPath = plan.hasSound ? std::optional(parts.sound()) : std::nullopt,
+        .soundPath = plan.hasSound && SegmentExport::isSound(plan, parts.sound())
+                         ? std::optional(parts.sound())
+                         : std::nullopt,
         .chapters = chaptersFor(plan),
     };
     for (int number = 1; number <= plan.count(); ++number)
@@ -83,7 +85,7 @@ void SegmentJoin::join(const SegmentPlan& plan, const PartFolder& parts, const Q
     plan.requireUnchangedInputs();
     requireAllSegments(plan, parts);
     if (plan.hasSound)
-        SegmentExport::encodeSound(plan, parts.sound(), isCancelled);
+        SegmentExport::encodeSoundIfPossible(plan, parts.sound(), isCancelled);
     NewFile file(output);
     try {
         if (!media::joinParts(requestFor(plan, parts, file.temporaryPath()),

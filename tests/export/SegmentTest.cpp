@@ -308,6 +308,17 @@ TEST_F(Segments, ABadPlanIsRefusedInWords) {
     EXPECT_NE(errorWith("{", "[").find("match.json: "), std::string::npos);
 }
 
+TEST_F(Segments, SoundThatCannotBeMadeLeavesTheVideoSilent) {
+    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
+    const SegmentPlan plan = planFor(test::jobFor(clip, folder.path(QStringLiteral("out.mp4"))), 2);
+    ASSERT_TRUE(plan.hasSound);
+    const PartFolder parts = PartFolder::beside(planPath(), plan);
+    ASSERT_TRUE(QDir().mkpath(parts.sound() + QStringLiteral("/in the way")));
+    const auto streams = test::probe(joinAll(plan)).at("streams");
+    ASSERT_EQ(streams.size(), 1U);
+    EXPECT_EQ(streams[0].at("nb_frames"), "150");
+}
+
 TEST_F(Segments, APlanThatHasNoRoomSaysWhyAndLeavesTheOneBeforeIt) {
     SegmentPlan().save(planPath());
     const QByteArray before = test::readFile(planPath());
