@@ -1,6 +1,7 @@
 // Hands values from one thread to another, never more than a few at a time.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -25,6 +26,12 @@ public:
         m_values.push_back(std::move(value));
         m_hasValue.notify_one();
         return true;
+    }
+
+    /// Waits for a value, for so long at most. False when none came in that time and one may still come.
+    bool waitForValue(std::chrono::milliseconds patience) {
+        std::unique_lock lock(m_mutex);
+        return m_hasValue.wait_for(lock, patience, [&] { return m_closed || !m_values.empty(); });
     }
 
     /// Waits for a value. Empty when the queue is closed and drained.

@@ -10,8 +10,11 @@
 #include "media/MediaError.h"
 #include "media/MediaWriter.h"
 
+#include <limits>
+#include <new>
 #include <QCoreApplication>
 #include <QFile>
+#include <system_error>
 
 namespace pointloom {
 
@@ -40,30 +43,30 @@ MediaWriter openWriter(const ExportJob& job, const ExportPlan& plan, const media
     try {
         return MediaWriter::create(job.outputPath, videoSettings(job, plan, track), withAudio, plan.chapters,
                                    job.part ? job.part->comment : QString());
-    } catch (const MediaError& error) {
-        throw failure("Writer failed: ", error);
+    } catch (const std::exception&) {
+        throw ExportSource::writerError();
     }
 }
 
 // Feeds the writer sound so that it keeps just ahead of the pictures.
 class SoundTrack {
 public:
-    SoundTrack(std::optional<AudioReader> reader, MediaWriter& writer)
+    SoundTrack(std::optional<AudioReader> reader, MediaWriter& writer,
+               const ExportManager::CancelQuery& isCancelled)
         : m_reader(writer.hasAudio() ? std::move(reader) : std::nullopt)
-        , m_writer(writer) {}
+        , m_writer(writer)
+        , m_isCancelled(isCancelled) {}
 
     void writeUntil(double time) {
         while (m_reader && m_writtenUntil <= time)
             writeNext();
     }
 
-    void writeRest() {
-        while (m_reader)
-            writeNext();
-    }
+    void writeRest() { writeUntil(std::numeric_limits<double>::infinity()); }
 
 private:
     void writeNext() {
+        throwIfCancelled(m_isCancelled);
         try {
             if (const auto run = m_reader->read()) {
                 m_writtenUntil =
@@ -79,26 +82,26 @@ private:
 
     std::optional<AudioReader> m_reader;
     MediaWriter& m_writer;
+    const ExportManager::CancelQuery& m_isCancelled;
     double m_writtenUntil = 0; // seconds of the new file
 };
 
-std::optional<TrimmedFrame> nextFrame(FrameSource& frames) {
+std::optional<TrimmedFrame> nextFrame(FrameSource& frames, const ExportManager::CancelQuery& isCancelled) {
     try {
-        return frames.next();
+        return frames.next(isCancelled);
     } catch (const MediaError& error) {
         throw failure("Reader error: ", error);
     }
 }
 
-// The loop over all frames. False when it was cancelled.
-bool writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer, SoundTrack& sound,
+// The loop over all frames. Throws ExportCancelled.
+void writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer, SoundTrack& sound,
                  ProgressMeter& progress, const ExportManager::CancelQuery& isCancelled) {
     constexpr double soundAhead = 0.5; // seconds
     bool wroteAny = false;
     while (true) {
-        if (isCancelled && isCancelled())
-            return false;
-        const auto next = nextFrame(frames);
+        throwIfCancelled(isCancelled);
+        const auto next = nextFrame(frames, isCancelled);
         if (!next)
             break;
         overlay.drawInto(next->frame, next->sourceTime);
@@ -119,7 +122,7 @@ bool writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer
         throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"),
                                         media::MediaFault::nothingInRange);
     sound.writeRest();
-    return !(isCancelled && isCancelled());
+    throwIfCancelled(isCancelled);
 }
 
 // Removes the file unless the export was completed.
@@ -152,7 +155,8 @@ void recordError(const QString& description) {
 }
 
 ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
-                     const ExportManager::ProgressReport& onProgress) {
+                     const ExportManager::ProgressReport& onProgress,
+                     std::atomic<std::int64_t>* framesWritten) {
     VideoReader reader = ExportSource::open(job.videoPath);
     const media::MediaInfo info = reader.info();
     ExportSource::requireOverlaySize(*info.video);
@@ -165,11 +169,10 @@ ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isC
 
     PartialFile file(job.outputPath);
     MediaWriter writer = openWriter(job, plan, *info.video, audio.has_value());
-    SoundTrack sound(std::move(audio), writer);
-    ProgressMeter progress(onProgress, plan.expectedFrames);
+    SoundTrack sound(std::move(audio), writer, isCancelled);
+    ProgressMeter progress(onProgress, plan.expectedFrames, framesWritten);
     FrameSource frames(std::move(reader), std::move(converter), plan.range);
-    if (!writeFrames(frames, overlay, writer, sound, progress, isCancelled))
-        throw ExportCancelled();
+    writeFrames(frames, overlay, writer, sound, progress, isCancelled);
     try {
         writer.finish();
     } catch (const MediaError& error) {
@@ -180,12 +183,27 @@ ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isC
     return {frames.damage()};
 }
 
+// What the system refuses comes without a word of what it was for.
+ExportReport runInWords(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
+                        const ExportManager::ProgressReport& onProgress,
+                        std::atomic<std::int64_t>* framesWritten) {
+    try {
+        return runSync(job, isCancelled, onProgress, framesWritten);
+    } catch (const std::bad_alloc&) {
+        throw ExportError::exportFailed(QStringLiteral("there is not enough memory"));
+    } catch (const std::system_error& error) {
+        throw ExportError::exportFailed(QStringLiteral("Reader failed: no thread could be started: ") +
+                                        QString::fromUtf8(error.what()));
+    }
+}
+
 }
 
 ExportReport ExportManager::exportVideo(const ExportJob& job, const CancelQuery& isCancelled,
-                                        const ProgressReport& onProgress) {
+                                        const ProgressReport& onProgress,
+                                        std::atomic<std::int64_t>* framesWritten) {
     try {
-        return runSync(job, isCancelled, onProgress);
+        return runInWords(job, isCancelled, onProgress, framesWritten);
     } catch (const ExportCancelled&) {
         throw;
     } catch (const std::exception& error) {

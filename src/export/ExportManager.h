@@ -9,6 +9,7 @@
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <QImage>
@@ -72,11 +73,14 @@ namespace ExportManager {
 using CancelQuery = std::function<bool()>;
 using ProgressReport = std::function<void(const ExportProgress&)>;
 
-/// Blocks until the file is complete. `isCancelled` is polled once a frame and `onProgress` called at each
-/// whole per cent, both on the calling thread. Throws ExportError, and ExportCancelled when
-/// `isCancelled` said so; a partial file is removed in both cases. A damaged video gives what can be decoded.
+/// Blocks until the file is complete. `isCancelled` is polled at each frame, at each run of sound and while a
+/// frame is waited for, and `onProgress` called at each whole per cent, both on the calling thread.
+/// `framesWritten`, when given, counts the frames as they are written. Throws ExportError, and
+/// ExportCancelled when `isCancelled` said so; a partial file is removed in both cases. A damaged video gives
+/// what can be decoded.
 ExportReport exportVideo(const ExportJob& job, const CancelQuery& isCancelled,
-                         const ProgressReport& onProgress);
+                         const ProgressReport& onProgress,
+                         std::atomic<std::int64_t>* framesWritten = nullptr);
 
 /// The frame shown at `time` (seconds), upright, with the overlay that the export would give it.
 /// Throws ExportError.

@@ -4,6 +4,7 @@
 #include "media/MediaError.h"
 #include "json/RawValues.h"
 
+#include <functional>
 #include <optional>
 #include <QDateTime>
 #include <QSize>
@@ -79,6 +80,12 @@ class ExportCancelled : public std::exception {
 public:
     const char* what() const noexcept override { return "The export was cancelled."; }
 };
+
+/// `isCancelled` may be empty.
+inline void throwIfCancelled(const std::function<bool()>& isCancelled) {
+    if (isCancelled && isCancelled())
+        throw ExportCancelled();
+}
 
 /// Where a new export is written when nobody says otherwise: the Downloads folder, or the temporary one;
 /// "scoreboard_" and the local time. Two exports in one second name the same file.

@@ -4,13 +4,28 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <QFileInfo>
 
 namespace pointloom {
 
+namespace {
+
+media::MediaError noMemory() {
+    return media::MediaError("there is not enough memory");
+}
+
+}
+
 ExportError ExportSource::failure(const char* what, const media::MediaError& reason) {
     return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()),
                                      reason.fault());
+}
+
+ExportError ExportSource::refusal(const char* text, const media::MediaError& reason) {
+    return ExportError::exportFailed(
+        QStringLiteral("%1 (%2)").arg(QString::fromUtf8(text), QString::fromUtf8(reason.what())),
+        reason.fault());
 }
 
 media::VideoReader ExportSource::open(const QString& path) {
@@ -19,7 +34,23 @@ media::VideoReader ExportSource::open(const QString& path) {
     } catch (const media::NoVideoTrackError&) {
         throw ExportError::noVideoTrack();
     } catch (const media::MediaError& error) {
+        if (error.fault() == media::MediaFault::unsupportedCodec)
+            throw refusal("Cannot add video output.", error);
         throw failure("Reader failed: ", error);
+    } catch (const std::bad_alloc&) {
+        throw refusal("Could not create AVAssetReader.", noMemory());
+    }
+}
+
+ExportError ExportSource::writerError() {
+    try {
+        throw;
+    } catch (const media::EncoderError& error) {
+        return refusal("Cannot add video input.", error);
+    } catch (const media::MediaError& error) {
+        return failure("Writer failed: ", error);
+    } catch (const std::bad_alloc&) {
+        return refusal("Could not create AVAssetWriter.", noMemory());
     }
 }
 

@@ -10,6 +10,13 @@ namespace pointloom::ExportSource {
 /// An error of the export from one of a room below; `what` ends with a colon and a blank.
 ExportError failure(const char* what, const media::MediaError& reason);
 
+/// An error of the export whose text is a sentence of its own; the reason follows in parentheses.
+ExportError refusal(const char* text, const media::MediaError& reason);
+
+/// The error of the export for the exception in flight, which creating a writer threw: MediaError or
+/// std::bad_alloc.
+ExportError writerError();
+
 /// Throws ExportError.
 media::VideoReader open(const QString& path);
 

@@ -1,11 +1,14 @@
 #include "export/FrameSource.h"
 
+#include "export/ExportOptions.h"
+
 #include <algorithm>
 
 namespace pointloom {
 
 namespace {
 
+constexpr auto pollInterval = std::chrono::milliseconds(50);
 constexpr std::size_t framesAhead = 3; // enough to ride out a key frame, little memory at 4K
 
 }
@@ -18,11 +21,14 @@ FrameSource::FrameSource(media::VideoReader reader, media::FrameConverter conver
     , m_thread([this] { run(); }) {}
 
 FrameSource::~FrameSource() {
+    m_isStopped = true;
     m_queue.close();
     m_thread.join();
 }
 
-std::optional<TrimmedFrame> FrameSource::next() {
+std::optional<TrimmedFrame> FrameSource::next(const std::function<bool()>& isCancelled) {
+    while (!m_queue.waitForValue(pollInterval))
+        throwIfCancelled(isCancelled);
     auto frame = m_queue.pop();
     if (!frame && m_failure)
         std::rethrow_exception(m_failure);
@@ -40,7 +46,7 @@ void FrameSource::run() {
 
 // Each frame waits for the one after it, which tells how long it is shown.
 void FrameSource::decode() {
-    m_reader.seek(decodingStart());
+    m_reader.seek(decodingStart(), [this] { return m_isStopped.load(); });
     std::optional<double> lastTime;
     auto current = nextConverted();
     while (current) {
@@ -52,7 +58,7 @@ void FrameSource::decode() {
             break;
         lastTime = current->time();
         if (stay && (following || !isLostBefore(*current))) {
-            const double sourceTime = std::max(current->time(), m_range.start());
+            const double sourceTime = m_range.shownFrom(current->time());
             current->makeWritable();
             current->setTimestamp(stay->timestamp, stay->duration);
             if (!m_queue.push({std::move(*current), sourceTime}))
@@ -89,7 +95,7 @@ std::optional<media::VideoFrame> FrameSource::nextConverted() {
     while (true) {
         if (auto converted = m_converter.pull())
             return converted;
-        if (m_readerIsDone)
+        if (m_readerIsDone || m_isStopped)
             return std::nullopt;
         if (auto frame = m_reader.read()) {
             m_converter.push(std::move(*frame));

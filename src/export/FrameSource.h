@@ -6,7 +6,9 @@
 #include "media/FrameConverter.h"
 #include "media/VideoReader.h"
 
+#include <atomic>
 #include <exception>
+#include <functional>
 #include <optional>
 #include <thread>
 
@@ -26,8 +28,9 @@ public:
     FrameSource(const FrameSource&) = delete;
     FrameSource& operator=(const FrameSource&) = delete;
 
-    /// The next frame; empty at the end of the range. Throws what decoding threw.
-    std::optional<TrimmedFrame> next();
+    /// The next frame; empty at the end of the range. `isCancelled` is polled while it waits for one. Throws
+    /// what decoding threw, and ExportCancelled.
+    std::optional<TrimmedFrame> next(const std::function<bool()>& isCancelled);
 
     /// What of the range could not be read. Complete when `next` has come to the end.
     const media::Damage& damage() const { return m_damage; }
@@ -43,6 +46,7 @@ private:
     media::VideoReader m_reader;
     media::FrameConverter m_converter;
     TrimRange m_range;
+    std::atomic<bool> m_isStopped = false;
     bool m_readerIsDone = false;
     std::exception_ptr m_failure; // this and the damage are written before the queue is closed, read after
     media::Damage m_damage;

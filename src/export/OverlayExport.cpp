@@ -124,10 +124,10 @@ std::unique_ptr<Sink> makeSink(const ExportJob& job, Format format, QSize size,
         if (format == Format::png)
             return std::make_unique<FolderSink>(job.outputPath);
         return std::make_unique<MovieSink>(job.outputPath, size, track);
-    } catch (const MediaError& error) {
+    } catch (const std::exception&) {
         if (format == Format::prores)
             QFile::remove(job.outputPath);
-        throw failure("Writer failed: ", error);
+        throw ExportSource::writerError();
     }
 }
 
@@ -163,33 +163,20 @@ private:
     const SportScoreState* m_shown = nullptr; // inside of m_overlay
 };
 
-media::MediaInfo readInfo(const ExportJob& job) {
-    media::MediaInfo info;
-    try {
-        info = media::readMediaInfo(job.videoPath);
-    } catch (const MediaError& error) {
-        throw failure("Reader failed: ", error);
-    }
-    if (!info.video)
-        throw ExportError::noVideoTrack();
-    return info;
-}
-
 void writeFrames(const ExportJob& job, media::FrameTimes times, OverlayPicture& overlay, Sink& sink,
                  ProgressMeter& progress, const ExportManager::CancelQuery& isCancelled) {
     const TrimRange range(job.trimStart, job.trimEnd);
     const media::Rational timeBase = times.timeBase();
     auto current = times.next();
     while (current) {
-        if (isCancelled && isCancelled())
-            throw ExportCancelled();
+        throwIfCancelled(isCancelled);
         const auto following = times.next();
         const double time = static_cast<double>(*current) * timeBase.value();
         const auto stay = range.place(*current, 0, following, timeBase);
         if (!stay && range.end() && time >= *range.end())
             break;
         if (stay) {
-            if (const auto picture = overlay.changedAt(std::max(time, range.start())))
+            if (const auto picture = overlay.changedAt(range.shownFrom(time)))
                 sink.setPicture(*picture);
             sink.write(*stay);
             progress.countFrame();
@@ -204,7 +191,7 @@ void writeFrames(const ExportJob& job, media::FrameTimes times, OverlayPicture& 
 
 void run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
          const ExportManager::ProgressReport& onProgress) {
-    const media::MediaInfo info = readInfo(job);
+    const media::MediaInfo info = ExportSource::open(job.videoPath).info();
     ExportSource::requireOtherFile(job);
     ExportSource::requireRange(job, info.duration);
     const PictureLayout layout = planPicture(*info.video, job.preset);

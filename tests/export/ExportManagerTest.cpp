@@ -1,13 +1,20 @@
 // Whole exports: small clips in, the written files decoded again by ffmpeg's own tools.
 #include "export/ExportManager.h"
+#include "crash/CrashReporter.h"
 #include "DecodedFrame.h"
 #include "ExportJobs.h"
 
+#include <atomic>
 #include <cmath>
+#include <csignal>
 #include <gtest/gtest.h>
-#include <QElapsedTimer>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
+#include <QThread>
+#include <sys/resource.h>
 
 namespace pointloom {
 
@@ -70,18 +77,21 @@ double boardDifference(const QImage& a, const QImage& b) {
 
 TEST(Export, KeepsFramesSoundAndTimesAndDrawsTheScoreOfEachFrame) {
     const ClipFolder folder;
-    const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
+    const QString clip =
+        folder.make(QStringLiteral("clip.mp4"),
+                    "-f lavfi -i color=0x606060:s=640x360:r=30:d=4 -f lavfi -i sine=f=440:d=4 "
+                    "-c:v libx264 -pix_fmt yuv420p -c:a aac -shortest");
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
-    // The frames stand at multiples of 0.04 s; a marker exactly on one applies to it.
-    job.overlay.markers = {{QUuid::createUuid(), 2.0, score(4, 2), {}}};
+    // Frame 111 is shown at 3.7 s, in a double a hair before; a marker exactly on a frame applies to it.
+    job.overlay.markers = {{QUuid::createUuid(), 3.7, score(4, 2), {}}};
     std::vector<double> fractions;
     ExportManager::exportVideo(
         job, {}, [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); });
 
     EXPECT_EQ(frameTimes(job.outputPath), frameTimes(clip));
     EXPECT_NEAR(number(stream(job.outputPath, "audio")["duration"]), 4, 0.05);
-    const QImage before = frameAt(job.outputPath, 1.96);
-    const QImage after = frameAt(job.outputPath, 2.0);
+    const QImage before = frameAt(job.outputPath, 3.65);
+    const QImage after = frameAt(job.outputPath, 3.7);
     const double change = boardDifference(before, after);
     EXPECT_GT(change, 2);
     EXPECT_LT(boardDifference(frameAt(job.outputPath, 1.0), before), change / 4);
@@ -294,6 +304,43 @@ TEST(Export, CancellingLeavesNoFileAndIsNoExportError) {
     EXPECT_FALSE(QFile::exists(job.outputPath));
 }
 
+TEST(Export, CancellingIsAskedForWhileOnlySoundIsLeft) {
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"),
+                                     "-f lavfi -i color=gray:s=64x64:r=25:d=1 -f lavfi -i sine=f=440:d=60 "
+                                     "-c:v libx264 -c:a aac");
+    const ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    int polls = 0;
+    // 25 frames and the first 1.5 s of sound are long over by then, the whole sound is not.
+    EXPECT_THROW(ExportManager::exportVideo(job, [&] { return ++polls > 1000; }, {}), ExportCancelled);
+    EXPECT_FALSE(QFile::exists(job.outputPath));
+}
+
+TEST(Export, AClockAsCoarseAsTheRateKeepsPictureAndSoundTogether) {
+    const ClipFolder folder;
+    // White and a beep from 1.2 s on.
+    const QString clip = folder.make(
+        QStringLiteral("clip.mp4"),
+        "-f lavfi -i color=black:s=320x180:r=25:d=2,drawbox=c=white:t=fill:enable='gte(t,1.19)' -f lavfi -i "
+        "aevalsrc='if(gte(t,1.2),sin(2*PI*1000*t),0)':d=2:s=48000 -c:v libx264 -bf 0 -pix_fmt yuv420p "
+        "-video_track_timescale 25 -c:a aac");
+    ASSERT_EQ(stream(clip, "video")["time_base"], "1/25");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    job.trimStart = 1.02; // half of a frame
+    job.overlay.scoreboardPosition = {0.02, 0.02};
+    run(job);
+    const auto times = frameTimes(job.outputPath);
+    ASSERT_EQ(times.size(), 25U);
+    for (std::size_t i = 1; i < times.size(); ++i)
+        EXPECT_NEAR(times[i], static_cast<double>(i) * 0.04 - 0.02, 1e-6);
+    EXPECT_LT(qGray(frameAt(job.outputPath, 0.13).pixel(160, 150)), 20);
+    EXPECT_GT(qGray(frameAt(job.outputPath, 0.175).pixel(160, 150)), 230);
+
+    job.trimEnd = 1.03; // less than a tick of the source
+    run(job);
+    EXPECT_EQ(frameTimes(job.outputPath).size(), 1U);
+}
+
 TEST(Export, AClipThatIsCutShortGivesWhatIsThereAndSaysWhatIsMissing) {
     const ClipFolder folder;
     const QByteArray whole = test::readFile(
@@ -323,7 +370,16 @@ TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
     const QString sound = folder.make(QStringLiteral("sound.mp4"), "-f lavfi -i sine=d=1 -c:a aac");
     const QString output = folder.write(QStringLiteral("out.mp4"), "an earlier export");
 
-    EXPECT_EQ(errorOf(jobFor(sound, output)), QStringLiteral("The video file has no video track."));
+    folder.write(QStringLiteral("note.srt"), "1\n00:00:00,000 --> 00:00:01,000\nServe\n\n");
+    const QString words = folder.make(QStringLiteral("words.mp4"),
+                                      {QStringLiteral("-i"), folder.path(QStringLiteral("note.srt")),
+                                       QStringLiteral("-c:s"), QStringLiteral("mov_text")});
+    for (const QString& video : {sound, words})
+        EXPECT_EQ(errorOf(jobFor(video, output)), QStringLiteral("The video file has no video track."));
+    const QString foreign =
+        folder.write(QStringLiteral("foreign.mp4"), test::readFile(clip).replace("avc1", "xyz9"));
+    EXPECT_EQ(errorOf(jobFor(foreign, output)),
+              QStringLiteral("Export failed: Cannot add video output. (there is no decoder for xyz9)"));
     EXPECT_TRUE(errorOf(jobFor(folder.path(QStringLiteral("none.mp4")), output))
                     .startsWith(QStringLiteral("Export failed: Reader failed: ")));
     EXPECT_EQ(test::readFile(output), "an earlier export");
@@ -334,6 +390,11 @@ TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
 
     EXPECT_TRUE(errorOf(jobFor(clip, folder.path(QStringLiteral("no/such/folder.mp4"))))
                     .startsWith(QStringLiteral("Export failed: Writer failed: ")));
+    ExportJob refused = jobFor(clip, folder.path(QStringLiteral("refused.mp4")));
+    refused.encoderPreset = "no such preset";
+    EXPECT_TRUE(errorOf(refused).startsWith(
+        QStringLiteral("Export failed: Cannot add video input. (the video encoder could not be opened: ")));
+    EXPECT_FALSE(QFile::exists(refused.outputPath));
     ExportJob backward = jobFor(clip, output);
     backward.trimStart = 3;
     backward.trimEnd = 2;
@@ -341,6 +402,73 @@ TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
     backward.trimStart = 9;
     backward.trimEnd.reset();
     EXPECT_TRUE(errorOf(backward).contains(QStringLiteral("after the end of the video")));
+}
+
+TEST(Export, AFullDiskAndAnUnreadableVideoEndItInWordsAndLeaveNoFile) {
+    const ClipFolder folder;
+    const QString clip = folder.make(
+        QStringLiteral("clip.mp4"), "-f lavfi -i testsrc2=s=320x180:r=60:d=10 -c:v libx264 -pix_fmt yuv420p");
+    ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mov")));
+    const auto errorWithRoomFor = [&](rlim_t bytes) {
+        const auto usualEnd = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit usual{};
+        getrlimit(RLIMIT_FSIZE, &usual);
+        const rlimit limited{bytes, usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limited);
+        const QString error = errorOf(job);
+        setrlimit(RLIMIT_FSIZE, &usual);
+        std::signal(SIGXFSZ, usualEnd);
+        EXPECT_FALSE(QFile::exists(job.outputPath));
+        return error.toStdString();
+    };
+    job.format = ExportFormat::prores;
+    EXPECT_EQ(errorWithRoomFor(200'000), // of 20 MB
+              "Export failed: Append failed: the file could not be written: File too large");
+    job.format = ExportFormat::h264;
+    job.trimEnd = 0.2; // all of it stays inside of the encoder until the end
+    EXPECT_EQ(errorWithRoomFor(1000),
+              "Export failed: Writer error: the file could not be written: File too large");
+
+    // Pictures that cannot be decoded, more of them than are tried when it is opened.
+    QByteArray bytes = test::readFile(clip);
+    const qsizetype media = bytes.indexOf("mdat") + 4;
+    bytes.replace(media, bytes.indexOf("moov") - 4 - media,
+                  QByteArray(bytes.indexOf("moov") - 4 - media, '\0'));
+    job = jobFor(folder.write(QStringLiteral("noise.mp4"), bytes), job.outputPath);
+    EXPECT_EQ(errorOf(job).toStdString(), "Export failed: Reader error: no picture could be decoded");
+    EXPECT_FALSE(QFile::exists(job.outputPath));
+}
+
+TEST(Export, AFailureIsHandedToTheCrashReporterAndCancellingIsNot) {
+    QStandardPaths::setTestModeEnabled(true);
+    QCoreApplication::removePostedEvents(QCoreApplication::instance()); // failures of other tests
+    static std::atomic<int> asked = 0; // by the reporter's thread, once for each record
+    static std::atomic<bool> agreed = false;
+    CrashReporter& reporter = CrashReporter::shared();
+    reporter.setConsentQuery([] { return ++asked > 0 && agreed; });
+    reporter.setup(InfoDictionary::fromJson(R"({"SentryDSN": "http://key@127.0.0.1/42"})"));
+    const auto waitForQuestion = [](int number) {
+        for (const QDeadlineTimer deadline(20'000); asked < number && !deadline.hasExpired();) {
+            QCoreApplication::processEvents();
+            QThread::msleep(2);
+        }
+        return asked.load();
+    };
+    ASSERT_EQ(waitForQuestion(1), 1) << "a record of an earlier run";
+    agreed = true;
+
+    testing::internal::CaptureStderr();
+    const ClipFolder folder;
+    const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
+    EXPECT_THROW(ExportManager::exportVideo(jobFor(clip, folder.path(QStringLiteral("out.mp4"))),
+                                            [] { return true; }, {}),
+                 ExportCancelled);
+    EXPECT_FALSE(errorOf(jobFor(folder.path(QStringLiteral("none.mp4")), clip)).isEmpty());
+    EXPECT_EQ(waitForQuestion(2), 2);
+    reporter.stop(); // after the line is written
+    EXPECT_EQ(asked, 2) << "one of the two";
+    EXPECT_TRUE(QString::fromUtf8(testing::internal::GetCapturedStderr())
+                    .contains(QStringLiteral("Export failed: Reader failed: the file does not exist")));
 }
 
 TEST(Export, RealClipsComeOutInEveryFormatAndPreset) {

@@ -27,7 +27,7 @@ QString turnedClip(const ClipFolder& folder) {
 
 ExportJob markedJob(const QString& video, const QString& output) {
     ExportJob job = test::jobFor(video, output);
-    job.overlay.markers = {{QUuid::createUuid(), 1.0, ScoreState{{{4, 0, {}}}, {}, 2}, {}}};
+    job.overlay.markers = {{QUuid::createUuid(), 3.7, ScoreState{{{4, 0, {}}}, {}, 2}, {}}};
     return job;
 }
 
@@ -63,7 +63,7 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
     const ClipFolder folder;
     const QString clip =
         folder.make(QStringLiteral("clip.mp4"),
-                    "-f lavfi -i testsrc2=s=640x360:r=25:d=2 -pix_fmt yuv420p -c:v libx264 -bf 3");
+                    "-f lavfi -i testsrc2=s=640x360:r=30:d=4 -pix_fmt yuv420p -c:v libx264 -bf 3");
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("board.mov")));
     OverlayExport::run(job, Format::prores, {}, {});
     const auto streams = test::probe(job.outputPath).at("streams");
@@ -71,25 +71,25 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
     EXPECT_EQ(streams[0].at("codec_tag_string"), "ap4h");
     EXPECT_EQ(streams[0].at("color_space"), "bt709");
     const auto written = test::probePackets(job.outputPath);
-    ASSERT_EQ(written.size(), 50U);
+    ASSERT_EQ(written.size(), 120U);
     for (std::size_t i = 0; i < written.size(); ++i)
-        EXPECT_NEAR(std::stod(written[i].at("pts_time").get<std::string>()), static_cast<double>(i) / 25,
+        EXPECT_NEAR(std::stod(written[i].at("pts_time").get<std::string>()), static_cast<double>(i) / 30,
                     1e-6);
     EXPECT_TRUE(streams[0].at("pix_fmt").get<std::string>().starts_with("yuva444p")) << "with alpha";
 
     job.outputPath = folder.path(QStringLiteral("board"));
     OverlayExport::run(job, Format::png, {}, {});
     const QDir pictures(job.outputPath);
-    ASSERT_EQ(pictures.entryList(QDir::Files).size(), 50);
-    const QImage before(pictures.filePath(QStringLiteral("frame_000025.png")));
-    const QImage after(pictures.filePath(QStringLiteral("frame_000026.png")));
+    ASSERT_EQ(pictures.entryList(QDir::Files).size(), 120);
+    const QImage before(pictures.filePath(QStringLiteral("frame_000111.png")));
+    const QImage after(pictures.filePath(QStringLiteral("frame_000112.png")));
     ASSERT_EQ(before.size(), QSize(640, 360));
     EXPECT_EQ(before.pixelColor(5, 5).alpha(), 0);
     EXPECT_GT(before.pixelColor(330, 190).alpha(), 200) << "the scoreboard";
-    EXPECT_NE(before, after) << "the marker at one second";
-    EXPECT_EQ(after, QImage(pictures.filePath(QStringLiteral("frame_000050.png"))));
+    EXPECT_NE(before, after) << "the marker at 3.7 s, which is frame 111 from 0";
+    EXPECT_EQ(after, QImage(pictures.filePath(QStringLiteral("frame_000120.png"))));
 
-    for (const auto& [picture, time] : {std::pair(before, 0.96), std::pair(after, 1.0)}) {
+    for (const auto& [picture, time] : {std::pair(before, 3.65), std::pair(after, 3.7)}) {
         const Difference difference =
             compare(picture, test::frameAt(folder.path(QStringLiteral("board.mov")), time,
                                            {QStringLiteral("-pix_fmt"), QStringLiteral("rgba")}));

@@ -53,14 +53,8 @@ double ExportRunner::elapsedSeconds() const {
 // On the worker thread from here on.
 void ExportRunner::run(ExportJob job, const std::stop_token& stop) {
     using Stage = AppState::ExportStatus::Stage;
-    const auto isCancelled = [&] {
-        // Asked before each frame: by then all frames of the earlier questions are written.
-        if (m_expectedFrames > 0)
-            m_frames = std::min<std::int64_t>(m_frames + 1, m_expectedFrames);
-        return stop.stop_requested();
-    };
+    const auto isCancelled = [&] { return stop.stop_requested(); };
     const auto onProgress = [&](const ExportProgress& progress) {
-        m_frames = progress.frames - 1; // the next question counts this one
         m_expectedFrames = progress.expectedFrames;
         QMetaObject::invokeMethod(
             this, [this, fraction = progress.fraction] { m_state.exportProgress = fraction; },
@@ -69,7 +63,7 @@ void ExportRunner::run(ExportJob job, const std::stop_token& stop) {
     try {
         const SleepInhibitor awake(t(m_language, L10nKey::exporting));
         const auto fallback = settleEncoder(job);
-        const ExportReport report = ExportManager::exportVideo(job, isCancelled, onProgress);
+        const ExportReport report = ExportManager::exportVideo(job, isCancelled, onProgress, &m_frames);
         post({Stage::done, {}}, report, fallback);
     } catch (const ExportCancelled&) {
         post({Stage::idle, {}});
