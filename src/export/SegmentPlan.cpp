@@ -97,9 +97,9 @@ QByteArray contentOf(const QString& path) {
     return file.readAll();
 }
 
-SegmentPlan parse(const QString& path) {
+SegmentPlan parse(const QByteArray& bytes, const QString& path) {
     try {
-        const json::Value value = json::parse(contentOf(path));
+        const json::Value value = json::parse(bytes);
         const auto version = json::decode<std::int64_t>(json::requiredMember(value, "version", {}));
         if (version != formVersion)
             fail(path, "the plan has the form " + std::to_string(version) + ", this program reads form " +
@@ -156,7 +156,11 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
 }
 
 SegmentPlan SegmentPlan::load(const QString& path, const QString& program) {
-    SegmentPlan plan = parse(path);
+    return decode(contentOf(path), path, program);
+}
+
+SegmentPlan SegmentPlan::decode(const QByteArray& bytes, const QString& path, const QString& program) {
+    SegmentPlan plan = parse(bytes, path);
     if (plan.program != program)
         fail(path, "the plan was made by version " + json::printable(plan.program.toStdString()) +
                        " of the program, this is version " + program.toStdString());

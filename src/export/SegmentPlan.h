@@ -68,6 +68,9 @@ struct SegmentPlan {
     /// Throws PlanError: not to be read, not a plan, changed by hand, or made by another version.
     static SegmentPlan load(const QString& path, const QString& program);
 
+    /// `load` of a plan's content. `path` is only named in errors.
+    static SegmentPlan decode(const QByteArray& bytes, const QString& path, const QString& program);
+
     /// Replaces the file in one step. Throws PlanError.
     void save(const QString& path) const;
 

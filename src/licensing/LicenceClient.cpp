@@ -31,6 +31,11 @@ constexpr std::array refusals{
             u"The licence service does not count this machine among those that use this key."},
 };
 
+bool isSuccess(const HttpReply& reply) {
+    constexpr int success = 200;
+    return reply.status == success && reply.isComplete;
+}
+
 // The error the service names; empty when its answer names none.
 std::optional<LicenceError> namedRefusal(const QByteArray& body) {
     try {
@@ -97,11 +102,14 @@ QByteArray LicenceClient::post(const QString& operation, const LicenceRequest& r
         .timeout = m_timeout,
         .isStopping = isStopping,
     });
-    constexpr int success = 200;
-    if (reply.status == success && reply.isComplete)
-        return reply.body;
-    if (isStopping && isStopping())
+    if (!isSuccess(reply) && isStopping && isStopping())
         throw LicenceError(LicenceFault::cancelled, QStringLiteral("Cancelled."));
+    return decode(reply);
+}
+
+QByteArray LicenceClient::decode(const HttpReply& reply) {
+    if (isSuccess(reply))
+        return reply.body;
     if (reply.status == 0)
         throw LicenceError(LicenceFault::noConnection,
                            QStringLiteral("The licence service could not be reached: %1").arg(reply.failure));

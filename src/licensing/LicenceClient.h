@@ -12,6 +12,8 @@
 
 namespace pointloom {
 
+struct HttpReply;
+
 /// What is sent, and what a machine without a network writes to a file instead.
 struct LicenceRequest {
     QString format; // currentFormat
@@ -46,6 +48,9 @@ public:
     /// it answers to success. Throws LicenceError for everything else. `isStopping` cancels.
     QByteArray post(const QString& operation, const LicenceRequest& request,
                     const std::function<bool()>& isStopping = {}) const;
+
+    /// The body of an answer to success. Throws LicenceError for every other answer, and for none.
+    static QByteArray decode(const HttpReply& reply);
 
 private:
     QUrl m_base;

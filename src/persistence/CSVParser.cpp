@@ -126,7 +126,11 @@ std::vector<Marker> parseMarkers(QStringView csv, const ErrorReport& reportError
 std::vector<Marker> readMarkersFile(const QString& path, const ErrorReport& reportError) {
     // A line of nine bytes makes a marker, which takes 405 in a document: what is imported can be saved.
     constexpr qint64 byteLimit = 1024 * 1024;
-    const QByteArray bytes = readDocument(path, byteLimit);
+    return decodeMarkers(readDocument(path, byteLimit), path, reportError);
+}
+
+std::vector<Marker> decodeMarkers(const QByteArray& bytes, const QString& path,
+                                  const ErrorReport& reportError) {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(bytes);
     if (decoder.hasError())

@@ -30,6 +30,10 @@ std::vector<Marker> parseMarkers(QStringView csv, const ErrorReport& reportError
 /// not UTF-8.
 std::vector<Marker> readMarkersFile(const QString& path, const ErrorReport& reportError = {});
 
+/// `readMarkersFile` of a file's content. `path` is only named in errors.
+std::vector<Marker> decodeMarkers(const QByteArray& bytes, const QString& path,
+                                  const ErrorReport& reportError = {});
+
 /// A file to start from: a header and five markers, lines separated by LF, no line break at the end.
 QString sampleText();
 

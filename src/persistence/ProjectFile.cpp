@@ -49,10 +49,12 @@ ProjectFile decodeEitherFormat(const json::Value& document) {
 }
 
 ProjectFile ProjectFile::load(const QString& path) {
-    const json::ParseLimits limits;
-    const QByteArray bytes = readDocument(path, limits.bytes);
+    return decode(readDocument(path, json::ParseLimits().bytes), path);
+}
+
+ProjectFile ProjectFile::decode(const QByteArray& bytes, const QString& path) {
     try {
-        return decodeEitherFormat(json::parse(bytes, limits));
+        return decodeEitherFormat(json::parse(bytes));
     } catch (const json::DecodingError& error) {
         throw DocumentError(path, QString::fromUtf8(error.what()));
     }

@@ -73,6 +73,9 @@ struct ProjectFile {
     /// fault is that of the format whose form the document has.
     static ProjectFile load(const QString& path);
 
+    /// `load` of a document's content. `path` is only named in errors.
+    static ProjectFile decode(const QByteArray& bytes, const QString& path);
+
     /// An old document in the current form: its scores become tennis scores.
     static ProjectFile migrating(const LegacyProjectFile& legacy);
 
