@@ -20,7 +20,9 @@ std::string reasonOf(const nlohmann::json::exception& error) {
     const auto dash = text.find(" - "); // the first: what was last read may hold another
     const auto reason =
         dash == std::string_view::npos ? text.substr(text.rfind(": ") + 2) : text.substr(dash + 3);
-    return printable(reason);
+    // It quotes bytes that need not be UTF-8.
+    const auto quoted = QString::fromUtf8(reason.data(), static_cast<qsizetype>(reason.size()));
+    return printable(quoted.toStdString());
 }
 
 // The library's text ends in "number overflow parsing '1e400'".
