@@ -1,30 +1,36 @@
-// Tries every file of a folder once, in builds without libFuzzer: what was found stays mended.
-// Usage: replay_TARGET FOLDER
+// Replays every file of some folders once, in builds without libFuzzer: the corpus, and what was found and
+// mended. Usage: replay_TARGET FOLDER...
 #include "FuzzTarget.h"
 
-#include <cstdio>
 #include <QDir>
 #include <QFile>
 
-int main(int argumentCount, char** arguments) {
-    if (argumentCount != 2) {
-        std::fputs("usage: replay FOLDER\n", stderr);
-        return 2;
-    }
-    const QDir folder(QFile::decodeName(arguments[1]));
+using namespace pointloom;
+
+namespace {
+
+/// The number of inputs tried; empty folders and missing ones have none.
+int replay(const QDir& folder) {
     const QStringList names = folder.entryList(QDir::Files, QDir::Name);
     for (const QString& name : names) {
         QFile file(folder.filePath(name));
-        if (!file.open(QIODevice::ReadOnly)) {
-            std::fprintf(stderr, "%s cannot be read\n", qUtf8Printable(file.fileName()));
-            return 1;
-        }
+        fuzz::require(file.open(QIODevice::ReadOnly),
+                      qUtf8Printable(file.fileName() + QStringLiteral(" can be read")));
         std::printf("%s\n", qUtf8Printable(name)); // the last one named is the one that failed
         std::fflush(stdout);
         const QByteArray content = file.readAll();
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(content.constData()),
                                static_cast<std::size_t>(content.size()));
     }
-    std::printf("%d inputs\n", static_cast<int>(names.size()));
-    return names.isEmpty() ? 1 : 0;
+    return static_cast<int>(names.size());
+}
+
+}
+
+int main(int argumentCount, char** arguments) {
+    int inputs = 0;
+    for (int i = 1; i < argumentCount; ++i)
+        inputs += replay(QDir(QFile::decodeName(arguments[i])));
+    std::printf("%d inputs\n", inputs);
+    return inputs == 0 ? 1 : 0;
 }

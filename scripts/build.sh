@@ -16,6 +16,10 @@ if (($# > 0)); then
     targets=(--target "$@")
 fi
 
-scripts/setup.sh
+if [[ $preset == fuzz ]]; then
+    scripts/setup.sh --fuzz
+else
+    scripts/setup.sh
+fi
 cmake --preset "$preset" --log-level=WARNING
 cmake --build --preset "$preset" --parallel "$(nproc)" "${targets[@]}"

@@ -1,5 +1,7 @@
 #!/bin/bash
 # Installs what building, testing and trying Pointloom needs on Debian 12. Instant when nothing is missing.
+# Usage: scripts/setup.sh [--fuzz]
+#   --fuzz  Clang and its libFuzzer too
 set -euo pipefail
 export LC_ALL=C.UTF-8
 
@@ -51,9 +53,13 @@ packages=(
     appstream
     shared-mime-info
 )
+fuzz_packages=(clang libclang-rt-14-dev)
 
 main() {
     local missing
+    if [[ ${1-} == --fuzz ]]; then
+        packages+=("${fuzz_packages[@]}")
+    fi
     if ! command -v dpkg-query >/dev/null; then
         fail "this script knows Debian and its relatives only; what to install has other names here, but the" \
             "list is: ${packages[*]}"
@@ -94,4 +100,4 @@ fail() {
     exit 1
 }
 
-main
+main "$@"
