@@ -71,24 +71,4 @@ inline bool isNear(const QColor& actual, const QColor& expected, int tolerance =
            std::abs(actual.alpha() - expected.alpha()) <= tolerance;
 }
 
-/// What the layers give one over the other on an opaque black ground, first at the bottom.
-inline QColor layered(std::initializer_list<QColor> layers) {
-    float red = 0;
-    float green = 0;
-    float blue = 0;
-    for (const QColor& layer : layers) {
-        red += (layer.redF() - red) * layer.alphaF();
-        green += (layer.greenF() - green) * layer.alphaF();
-        blue += (layer.blueF() - blue) * layer.alphaF();
-    }
-    return QColor::fromRgbF(red, green, blue);
-}
-
-inline QImage onBlack(const QImage& image) {
-    QImage ground(image.size(), QImage::Format_ARGB32_Premultiplied);
-    ground.fill(Qt::black);
-    QPainter(&ground).drawImage(0, 0, image);
-    return ground;
-}
-
 }
