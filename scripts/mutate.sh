@@ -1,0 +1,208 @@
+#!/bin/bash
+# Tries the tests: changes one line of the sources at a time, builds, runs the tests of that folder, and says which
+# changes none of them noticed. Works in a copy of the tree with a build of its own; goes on where it was ended.
+# Usage: scripts/mutate.sh [--count N] [--seed N] [--again RESULTS] [--report] [FOLDER ...]
+#   --count N        changes that compile, over all folders in proportion to their size, 12 in each at the least; 240 unless told
+#   --seed N         which ones; 1 unless told
+#   --again RESULTS  tries the unnoticed ones of an earlier results file instead
+#   --report         only prints the table of build/mutate/results.tsv
+#   FOLDER           of src/; model, session, persistence, render, media and export unless told
+# build/mutate/results.tsv has a line for each change: folder, file, line, kind, old line, new line, what noticed it.
+set -euo pipefail
+export LC_ALL=C.UTF-8
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+work=$PWD/build/mutate
+build=$work/tree/build/mutate # as far from the sources as every other build, so that the compiler cache knows its files
+results=$work/results.tsv
+count=240
+seed=1
+least=12 # of each folder
+
+# The test programs that exercise a folder, its own first.
+programs_of() {
+    case $1 in
+    model) echo test_model test_session test_persistence test_render test_export test_cli ;;
+    session) echo test_session test_persistence test_torture test_cli ;;
+    persistence) echo test_persistence test_session test_torture test_cli ;;
+    render) echo test_render test_export test_cli ;;
+    media) echo test_media test_export test_compatibility test_cli ;;
+    export) echo test_export test_cli test_compatibility ;;
+    *) fail "no tests are known for src/$1" ;;
+    esac
+}
+
+main() {
+    local again='' rooms=()
+    while (($# > 0)); do
+        case $1 in
+        --count) count=$2; shift 2 ;;
+        --seed) seed=$2; shift 2 ;;
+        --again) again=$(realpath "$2"); shift 2 ;;
+        --report) report; return ;;
+        -*) sed -n '2,12s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+        *) rooms+=("$1"); shift ;;
+        esac
+    done
+    ((${#rooms[@]} > 0)) || rooms=(model session persistence render media export)
+
+    copy_tree
+    configure
+    check_unchanged "${rooms[@]}"
+    if [[ -n $again ]]; then
+        results=$work/again.tsv
+        try_again "$again" "${rooms[@]}"
+    else
+        try_sample "${rooms[@]}"
+    fi
+    report
+}
+
+fail() {
+    printf 'mutate: %s\n' "$*" >&2
+    exit 1
+}
+
+# Files that differ are written anew, so that the build sees them; a change left by a killed run goes away too.
+copy_tree() {
+    mkdir -p "$work/tree"
+    touch "$work/results.tsv"
+    local file
+    while IFS= read -r -d '' file; do
+        if ! cmp -s "$file" "$work/tree/$file"; then
+            mkdir -p "$work/tree/$(dirname "$file")"
+            rm -f "$work/tree/$file"
+            cp "$file" "$work/tree/$file"
+        fi
+    done < <(git ls-files -z --cached --others --exclude-standard)
+}
+
+# Optimised a little and without debug information: most of the time goes into compiling and linking.
+configure() {
+    local linker=()
+    if command -v mold >/dev/null; then
+        linker=(-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=mold)
+    elif command -v ld.lld >/dev/null; then
+        linker=(-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld)
+    fi
+    cmake -G Ninja -S "$work/tree" -B "$build" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O1 \
+        -DPOINTLOOM_UNITY=OFF -DPOINTLOOM_BENCHMARKS=OFF -DPOINTLOOM_DESKTOP=OFF "${linker[@]}" --log-level=WARNING >/dev/null
+}
+
+# Runs every program once without a change: how long it may take, and which tests fail anyway and are left out.
+check_unchanged() {
+    local program began
+    local -a programs
+    mapfile -t programs < <(for room in "$@"; do programs_of "$room" | tr ' ' '\n'; done | sort -u)
+    ninja -C "$build" "${programs[@]}" >"$work/build.log" 2>&1 || fail "the tree does not build, see $work/build.log"
+    for program in "${programs[@]}"; do
+        [[ ! -e $work/$program.seconds || $build/tests/$program -nt $work/$program.seconds ]] || continue
+        began=$SECONDS
+        rm -f "$work/$program.skip"
+        if ! run "$program" 3600; then
+            sed -n 's/^\[  FAILED  \] \([^ ,]*\).*(.*/\1/p' "$work/$program.log" | sort -u | paste -sd: >"$work/$program.skip"
+            [[ -s $work/$program.skip ]] || fail "$program fails without a change, see $work/$program.log"
+            printf 'left out, since they fail without a change: %s\n' "$(<"$work/$program.skip")"
+        fi
+        echo $((SECONDS - began)) >"$work/$program.seconds"
+    done
+}
+
+# run PROGRAM SECONDS [ARGUMENT ...]: in a home and a temporary folder of its own, since a change may write anywhere.
+run() {
+    local program=$1 limit=$2 skip=
+    shift 2
+    rm -rf "$work/home"
+    mkdir -p "$work/home/tmp"
+    [[ ! -s $work/$program.skip ]] || skip=--gtest_filter=-$(<"$work/$program.skip")
+    (
+        ulimit -c 0
+        ulimit -f $((4 << 20)) # 4 GiB
+        cd "$work/home"
+        exec env -u XDG_CONFIG_HOME -u XDG_DATA_HOME -u XDG_CACHE_HOME HOME="$work/home" TMPDIR="$work/home/tmp" \
+            QT_QPA_PLATFORM=offscreen timeout --kill-after=5 "$limit" "$build/tests/$program" \
+            --gtest_brief=1 $skip "$@"
+    ) >"$work/$program.log" 2>&1 </dev/null
+}
+
+try_sample() {
+    local room total='' progress=1
+    local -A quota=() next=() tried=()
+    scripts/mutations.pl list "$seed" "$@" >"$work/candidates.tsv"
+    total=$(wc -l <"$work/candidates.tsv")
+    for room in "$@"; do
+        grep "^$room	" "$work/candidates.tsv" >"$work/candidates.$room" || fail "src/$room has no line to change"
+        quota[$room]=$(($(wc -l <"$work/candidates.$room") * count / total))
+        ((quota[$room] >= least)) || quota[$room]=$least
+        next[$room]=0
+        tried[$room]=0
+    done
+    # A change of each folder in turn, so that a run that is ended early has tried all of them.
+    while ((progress)); do
+        progress=0
+        for room in "$@"; do
+            while ((tried[$room] < quota[$room])); do
+                next[$room]=$((next[$room] + 1))
+                IFS= read -r change < <(sed -n "${next[$room]}p" "$work/candidates.$room") || break
+                try "$change"
+                [[ $outcome == 'does not compile' ]] || { tried[$room]=$((tried[$room] + 1)); progress=1; break; }
+            done
+        done
+    done
+}
+
+# Those that nothing noticed, as an earlier run wrote them down.
+try_again() {
+    local earlier=$1 room change
+    shift
+    touch "$results"
+    while IFS= read -r change; do
+        for room in "$@"; do
+            [[ $change != "$room	"* ]] || try "$change"
+        done
+    done < <(grep '	unnoticed$' "$earlier" | sed 's/	unnoticed$//')
+}
+
+# Sets `outcome`.
+try() {
+    local change=$1 room file number kind line changed program applied=0
+    IFS=$'\x1f' read -r room file number kind line changed < <(tr '\t' '\037' <<<"$change")
+    outcome=$(KEY=$change awk -F '\t' 'index($0, ENVIRON["KEY"] "\t") == 1 { print $NF; exit }' "$results")
+    [[ -z $outcome ]] || return 0
+    outcome=unnoticed
+    cp "$work/tree/$file" "$work/original"
+    (cd "$work/tree" && "$OLDPWD/scripts/mutations.pl" apply "$file" "$number" "$line" "$changed") || applied=$?
+    if ((applied == 3)); then
+        outcome='line gone'
+    else
+        for program in $(programs_of "$room"); do
+            if ! ninja -C "$build" "$program" >"$work/build.log" 2>&1; then
+                outcome='does not compile'
+                break
+            fi
+            if ! run "$program" $(($(<"$work/$program.seconds") * 4 + 30)) --gtest_fail_fast; then
+                outcome="$program $(sed -n 's/^\[  FAILED  \] \([^ ,]*\).*/\1/p' "$work/$program.log" | head -n 1)"
+                [[ $outcome == *[A-Z]* ]] || outcome+='ended or hung'
+                break
+            fi
+        done
+        cp "$work/original" "$work/tree/$file"
+    fi
+    printf '%s\t%s\n' "$change" "$outcome" >>"$results"
+    printf '%s:%s %s: %s\n' "$file" "$number" "$kind" "$outcome"
+}
+
+report() {
+    awk -F '\t' '
+        $NF == "does not compile" || $NF == "line gone" { next }
+        { tried[$1]++; all++ }
+        $NF != "unnoticed" { noticed[$1]++; noticed_in_all++ }
+        END {
+            printf "| folder | changes | noticed | share |\n|---|---|---|---|\n"
+            for (room in tried) printf "| %s | %d | %d | %.0f %% |\n", room, tried[room], noticed[room], 100 * noticed[room] / tried[room]
+            if (all) printf "| all | %d | %d | %.1f %% |\n", all, noticed_in_all, 100 * noticed_in_all / all
+        }' "$results"
+    awk -F '\t' '$NF == "unnoticed" { printf "%s:%s\n  - %s\n  + %s\n", $2, $3, $5, $6 }' "$results" | sed 's/^\(  [-+]\)  */\1 /'
+}
+
+main "$@"
