@@ -1,4 +1,5 @@
 #include "export/ExportOptions.h"
+#include "export/Compositor.h"
 #include "export/PictureLayout.h"
 #include "export/TrimRange.h"
 
@@ -24,6 +25,29 @@ TEST(ExportOptions, LabelsMatchExactlyAndNothingElseDoes) {
     EXPECT_EQ(fromRawValue<WatermarkCorner>("bottomLeft"), WatermarkCorner::bottomLeft);
     EXPECT_FALSE(fromRawValue<WatermarkCorner>("Bottom Left"));
     EXPECT_EQ(rawValue(ExportFormat::prores), "ProRes 422 (MOV)");
+}
+
+TEST(WatermarkRectangle, FitsItsBoxAndKeepsItsShapeInEachCorner) {
+    struct Case {
+        QSize mark;
+        WatermarkCorner corner;
+        QSizeF canvas;
+        QRectF expected;
+    };
+    const Case cases[] = {
+        {{300, 300}, WatermarkCorner::bottomRight, {1920, 1080}, {1770.4, 930.4, 129.6, 129.6}},
+        {{400, 100}, WatermarkCorner::topRight, {1920, 1080}, {1770.4, 20, 129.6, 32.4}},
+        {{100, 400}, WatermarkCorner::bottomLeft, {1920, 1080}, {20, 930.4, 32.4, 129.6}},
+        {{100, 400}, WatermarkCorner::bottomRight, {1080, 1920}, {1027.6, 1770.4, 32.4, 129.6}},
+        {{10, 8}, WatermarkCorner::topLeft, {640, 480}, {20, 20, 57.6, 46.08}},
+    };
+    for (const auto& [mark, corner, canvas, expected] : cases) {
+        const QRectF place = Compositor::watermarkRectangle(mark, corner, canvas);
+        const QMarginsF wrong(place.left() - expected.left(), place.top() - expected.top(),
+                              place.right() - expected.right(), place.bottom() - expected.bottom());
+        for (const double length : {wrong.left(), wrong.top(), wrong.right(), wrong.bottom()})
+            EXPECT_NEAR(length, 0, 1e-9) << rawValue(corner) << " of " << canvas.width();
+    }
 }
 
 TEST(ExportOptions, OutputIsNamedByLocalTimeAndFormat) {

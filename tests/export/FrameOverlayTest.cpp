@@ -3,6 +3,8 @@
 #include "export/LayerColor.h"
 #include "media/VideoFrame.h"
 #include "model/ScoringEngine.h"
+#include "render/PictureDrawing.h"
+#include "render/TemplateRegistry.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -84,15 +86,38 @@ VideoFrame flatFrame(QSize size, const FrameFormat& format) {
     return frame;
 }
 
-// The same overlay drawn into a bitmap of the upright frame, turned to the stored orientation.
+// In a square of 0.12 of the canvas's shorter side, 20 pixels from both edges of its corner.
+void drawMark(QPainter& painter, const QImage& mark, WatermarkCorner corner, QSizeF canvas) {
+    const double box = 0.12 * std::min(canvas.width(), canvas.height());
+    const QSizeF size = QSizeF(mark.size()).scaled(box, box, Qt::KeepAspectRatio);
+    QRectF place({20, 20}, size);
+    if (corner == WatermarkCorner::topRight || corner == WatermarkCorner::bottomRight)
+        place.moveRight(canvas.width() - 20);
+    if (corner == WatermarkCorner::bottomLeft || corner == WatermarkCorner::bottomRight)
+        place.moveBottom(canvas.height() - 20);
+    drawPicture(painter, mark, place);
+}
+
+// The same overlay drawn into a bitmap of the whole upright frame, turned to the stored orientation.
 QImage reference(const OverlayDescription& description, const PictureLayout& layout) {
     const QSize size = layout.uprightFrameSize();
+    const QSizeF canvas = layout.canvas;
     QImage bitmap(size, QImage::Format_ARGB32_Premultiplied);
     bitmap.fill(ground);
     QPainter painter(&bitmap);
-    painter.scale(size.width() / layout.canvas.width(), size.height() / layout.canvas.height());
-    Compositor::drawOverlay(painter, {layout.canvas, layout.nativeVideoSize}, description,
-                            Compositor::Pictures::load(description), description.initialScore);
+    painter.scale(size.width() / canvas.width(), size.height() / canvas.height());
+    drawMark(painter, QImage(*description.watermarkPath), description.watermarkCorner, canvas);
+    Compositor::drawLicenceMark(painter, canvas);
+
+    const double scale = canvas.width() / layout.nativeVideoSize.width() * description.scoreboardUserScale;
+    const ScoreboardTemplate& board = TemplateRegistry::templateFor(description.templateID);
+    const QSizeF drawn = board.canvasSize(3, description.config) * scale;
+    const QPointF center(description.scoreboardPosition.x() * canvas.width(),
+                         description.scoreboardPosition.y() * canvas.height());
+    const QPointF corner = center - QPointF(drawn.width() / 2, drawn.height() / 2);
+    painter.scale(scale, scale);
+    board.draw(painter, {description.initialScore, description.config, canvas / scale, {}},
+               corner / scale + QPointF(10, 10));
     painter.end();
     return bitmap.transformed(QTransform().rotate(-90.0 * layout.orientation.quarterTurns))
         .mirrored(layout.orientation.mirrored, false);
@@ -173,22 +198,26 @@ std::vector<Case> cases() {
     return all;
 }
 
+QString savedMark(const QTemporaryDir& folder, QSize size) {
+    QImage mark(size, QImage::Format_ARGB32);
+    mark.fill(qRgba(220, 30, 90, 160));
+    // Whose chroma stands at the very ends of what can be written.
+    for (int y = 0; y < mark.height(); ++y) {
+        for (int x = 0; x < 20; ++x)
+            mark.setPixel(x, y, x < 10 ? qRgb(0, 0, 255) : qRgb(255, 0, 0));
+    }
+    QString path = folder.filePath(QStringLiteral("mark.png"));
+    EXPECT_TRUE(mark.save(path));
+    return path;
+}
+
 }
 
 class FrameOverlayTest : public testing::TestWithParam<Case> {};
 
 TEST_P(FrameOverlayTest, BlendedPlanesAgreeWithTheBitmapWithinRounding) {
     const QTemporaryDir folder;
-    const QString watermark = folder.filePath(QStringLiteral("mark.png"));
-    QImage logo(50, 40, QImage::Format_ARGB32);
-    logo.fill(qRgba(220, 30, 90, 160));
-    // Whose chroma stands at the very ends of what can be written.
-    for (int y = 0; y < logo.height(); ++y) {
-        for (int x = 0; x < 20; ++x)
-            logo.setPixel(x, y, x < 10 ? qRgb(0, 0, 255) : qRgb(255, 0, 0));
-    }
-    ASSERT_TRUE(logo.save(watermark));
-    const OverlayDescription description = overlay(watermark);
+    const OverlayDescription description = overlay(savedMark(folder, {50, 40}));
     const PictureLayout layout = layoutOf(GetParam());
     const FrameFormat format = GetParam().format;
 
@@ -200,6 +229,23 @@ TEST_P(FrameOverlayTest, BlendedPlanesAgreeWithTheBitmapWithinRounding) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryLayout, FrameOverlayTest, testing::ValuesIn(cases()));
+
+TEST(FrameOverlay, NoTemplateReachesBeyondItsLayer) {
+    const QTemporaryDir folder;
+    OverlayDescription description = overlay(savedMark(folder, {30, 70}));
+    description.scoreboardUserScale = 1.3;
+    description.scoreboardPosition = {0.5, 0.42};
+    const PictureLayout layout = layoutOf({});
+    for (const TemplateID id : allCases<TemplateID>()) {
+        description.templateID = id;
+        description.config.sport = sportOf(id);
+        description.initialScore = ScoringEngine::getInitialScore(description.config);
+        description.watermarkCorner = allCases<WatermarkCorner>()[static_cast<std::size_t>(id) % 4];
+        VideoFrame frame = flatFrame(layout.frameSize, {});
+        FrameOverlay(description, layout, {}).drawInto(frame, 0);
+        EXPECT_LE(largestDifference(frame, reference(description, layout), {}), 2.5) << rawValue(id);
+    }
+}
 
 TEST(FrameOverlay, DrawsEachScoreAtItsTimeAndLeavesTheRestOfTheFrameUntouched) {
     OverlayDescription description = overlay({});
