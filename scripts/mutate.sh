@@ -1,9 +1,10 @@
 #!/bin/bash
 # Tries the tests: changes one line of the sources at a time, builds, runs the tests of that folder, and says which
 # changes none of them noticed. Works in a copy of the tree with a build of its own; goes on where it was ended.
-# Usage: scripts/mutate.sh [--count N] [--seed N] [--again RESULTS] [--report] [FOLDER ...]
-#   --count N        changes that compile, over all folders in proportion to their size, 12 in each at the least; 240 unless told
+# Usage: scripts/mutate.sh [--count N] [--seed N] [--own] [--again RESULTS] [--report] [FOLDER ...]
+#   --count N        changes that compile, over all folders in proportion to their size, 12 in each at the least; 200 unless told
 #   --seed N         which ones; 1 unless told
+#   --own            runs only the tests of the folder itself, which is faster; --again then runs the others too
 #   --again RESULTS  tries the unnoticed ones of an earlier results file instead
 #   --report         only prints the table of build/mutate/results.tsv
 #   FOLDER           of src/; model, session, persistence, render, media and export unless told
@@ -15,12 +16,20 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 work=$PWD/build/mutate
 build=$work/tree/build/mutate # as far from the sources as every other build, so that the compiler cache knows its files
 results=$work/results.tsv
-count=240
+own=0
+count=200
 seed=1
 least=12 # of each folder
 
 # The test programs that exercise a folder, its own first.
 programs_of() {
+    local -a programs
+    mapfile -t programs < <(all_programs_of "$1" | tr ' ' '\n')
+    ((${#programs[@]} > 0)) || fail "no tests are known for src/$1"
+    ((own)) && echo "${programs[0]}" || printf '%s\n' "${programs[@]}"
+}
+
+all_programs_of() {
     case $1 in
     model) echo test_model test_session test_persistence test_render test_export test_cli ;;
     session) echo test_session test_persistence test_torture test_cli ;;
@@ -28,7 +37,6 @@ programs_of() {
     render) echo test_render test_export test_cli ;;
     media) echo test_media test_export test_compatibility test_cli ;;
     export) echo test_export test_cli test_compatibility ;;
-    *) fail "no tests are known for src/$1" ;;
     esac
 }
 
@@ -37,10 +45,11 @@ main() {
     while (($# > 0)); do
         case $1 in
         --count) count=$2; shift 2 ;;
+        --own) own=1; shift ;;
         --seed) seed=$2; shift 2 ;;
         --again) again=$(realpath "$2"); shift 2 ;;
         --report) report; return ;;
-        -*) sed -n '2,12s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+        -*) sed -n '2,13s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
         *) rooms+=("$1"); shift ;;
         esac
     done
@@ -93,7 +102,7 @@ configure() {
 check_unchanged() {
     local program began
     local -a programs
-    mapfile -t programs < <(for room in "$@"; do programs_of "$room" | tr ' ' '\n'; done | sort -u)
+    mapfile -t programs < <(for room in "$@"; do programs_of "$room"; done | sort -u)
     ninja -C "$build" "${programs[@]}" >"$work/build.log" 2>&1 || fail "the tree does not build, see $work/build.log"
     for program in "${programs[@]}"; do
         [[ ! -e $work/$program.seconds || $build/tests/$program -nt $work/$program.seconds ]] || continue

@@ -91,7 +91,8 @@ sub changes {
     }
     while ($code =~ /(?<![\w.'<])(0|[1-9]\d*|\d+\.\d+)(?![\w.'>])/g) {
         my ($number, $from) = ($1, $-[1]);
-        $change->('number', $from, length $number, $number !~ /\./ ? $number + 1 : $number == 0 ? 0.5 : $number * 1.5);
+        $change->('number', $from, length $number, 
+            $number =~ /\./ ? ($number == 0 ? 0.5 : $number * 1.5) : $number < 4 ? $number + 1 : $number * 2);
     }
     while ($code =~ /(?<=[ (])(!)(?=[\w(])/g) { $change->('negation', $-[1], 1, '') }
     return @changes if @changes || hash("$line$previous") % 3 != 0;

@@ -286,4 +286,53 @@ TEST(LayerColor, DrawnWhiteStandsAtTheReferenceLevelInHdr) {
     EXPECT_NEAR(LayerColor(format).codeValues(qRgb(0, 0, 0))[0], 64, 0.01);
 }
 
+TEST(LayerColor, CodeValuesAreThoseOfTheStandards) {
+    using media::Primaries;
+    using media::Transfer;
+    struct Sample {
+        QRgb color;
+        int bitDepth;
+        Matrix matrix;
+        Range range;
+        Transfer transfer;
+        Primaries primaries;
+        CodeValues expected;
+    };
+    constexpr QRgb red = qRgb(255, 0, 0);
+    constexpr QRgb sky = qRgb(30, 120, 200);
+    // From the formulas of BT.601, BT.709, BT.2020, BT.2100 and SMPTE EG 432-1, reckoned apart from this
+    // program.
+    const Sample samples[] = {
+        {red, 8, Matrix::bt709, Range::limited, Transfer::sdr, Primaries::bt709, {62.56, 102.34, 240}},
+        {qRgb(0, 255, 0),
+         10,
+         Matrix::bt601,
+         Range::limited,
+         Transfer::sdr,
+         Primaries::bt709,
+         {578.21, 215.19, 136.86}},
+        {qRgb(0, 0, 255),
+         8,
+         Matrix::bt2020,
+         Range::full,
+         Transfer::sdr,
+         Primaries::bt709,
+         {15.12, 255, 117.75}},
+        {red, 8, Matrix::bt709, Range::limited, Transfer::sdr, Primaries::displayP3, {92.28, 102.68, 208.96}},
+        {sky, 8, Matrix::bt709, Range::limited, Transfer::sdr, Primaries::displayP3, {111.48, 167.23, 99.01}},
+        {red, 10, Matrix::bt2020, Range::limited, Transfer::pq, Primaries::bt2020, {392.21, 438.37, 607.93}},
+        {sky, 10, Matrix::bt2020, Range::limited, Transfer::pq, Primaries::bt2020, {416.35, 566.28, 482.63}},
+        {red, 10, Matrix::bt2020, Range::limited, Transfer::hlg, Primaries::bt2020, {392.11, 395.45, 714.94}},
+        {sky, 10, Matrix::bt2020, Range::limited, Transfer::hlg, Primaries::bt2020, {431.74, 636.74, 449.60}},
+    };
+    for (const Sample& sample : samples) {
+        FrameFormat format{Subsampling::s420, sample.bitDepth, {}};
+        format.color = {sample.matrix, sample.range, sample.transfer, sample.primaries, ChromaLocation::left};
+        const CodeValues values = LayerColor(format).codeValues(sample.color);
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_NEAR(values[i], sample.expected[i], 0.02)
+                << "sample " << &sample - samples << ", plane " << i;
+    }
+}
+
 }
