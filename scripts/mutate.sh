@@ -98,39 +98,42 @@ configure() {
         -DPOINTLOOM_UNITY=OFF -DPOINTLOOM_BENCHMARKS=OFF -DPOINTLOOM_DESKTOP=OFF "${linker[@]}" --log-level=WARNING >/dev/null
 }
 
-# Runs every program once without a change: how long it may take, and which tests fail anyway and are left out.
+# Runs every program once without a change: how long it may take, which tests take less than a second and are run
+# first, and which fail anyway and are left out.
 check_unchanged() {
-    local program began
+    local program began quick failed
     local -a programs
     mapfile -t programs < <(for room in "$@"; do programs_of "$room"; done | sort -u)
     ninja -C "$build" "${programs[@]}" >"$work/build.log" 2>&1 || fail "the tree does not build, see $work/build.log"
     for program in "${programs[@]}"; do
         [[ ! -e $work/$program.seconds || $build/tests/$program -nt $work/$program.seconds ]] || continue
         began=$SECONDS
-        rm -f "$work/$program.skip"
-        if ! run "$program" 3600; then
-            sed -n 's/^\[  FAILED  \] \([^ ,]*\).*(.*/\1/p' "$work/$program.log" | sort -u | paste -sd: >"$work/$program.skip"
-            [[ -s $work/$program.skip ]] || fail "$program fails without a change, see $work/$program.log"
-            printf 'left out, since they fail without a change: %s\n' "$(<"$work/$program.skip")"
+        failed=
+        if ! run "$program" 3600 '*'; then
+            failed=$(sed -n 's/^\[  FAILED  \] \([^ ,]*\).*(.*/\1/p' "$work/$program.log" | sort -u | paste -sd:)
+            [[ -n $failed ]] || fail "$program fails without a change, see $work/$program.log"
+            printf 'left out, since they fail without a change: %s\n' "$failed"
         fi
+        quick=$(sed -n 's/^\[       OK \] \([^ ,]*\).*(.\{1,3\} ms)$/\1/p' "$work/$program.log" | paste -sd:)
+        printf '%s\n' "$quick" "-$quick${failed:+:$failed}" >"$work/$program.filters"
         echo $((SECONDS - began)) >"$work/$program.seconds"
     done
 }
 
-# run PROGRAM SECONDS [ARGUMENT ...]: in a home and a temporary folder of its own, since a change may write anywhere.
+# run PROGRAM SECONDS FILTER [ARGUMENT ...]: in a home and a temporary folder of its own, since a change may write
+# anywhere.
 run() {
-    local program=$1 limit=$2 skip=
-    shift 2
+    local program=$1 limit=$2 filter=$3
+    shift 3
     rm -rf "$work/home"
     mkdir -p "$work/home/tmp"
-    [[ ! -s $work/$program.skip ]] || skip=--gtest_filter=-$(<"$work/$program.skip")
     (
         ulimit -c 0
         ulimit -f $((4 << 20)) # 4 GiB
         cd "$work/home"
         exec env -u XDG_CONFIG_HOME -u XDG_DATA_HOME -u XDG_CACHE_HOME HOME="$work/home" TMPDIR="$work/home/tmp" \
             QT_QPA_PLATFORM=offscreen timeout --kill-after=5 "$limit" "$build/tests/$program" \
-            --gtest_brief=1 $skip "$@"
+            --gtest_filter="$filter" "$@"
     ) >"$work/$program.log" 2>&1 </dev/null
 }
 
@@ -189,7 +192,7 @@ try() {
                 outcome='does not compile'
                 break
             fi
-            if ! run "$program" $(($(<"$work/$program.seconds") * 4 + 30)) --gtest_fail_fast; then
+            if ! passes "$program"; then
                 outcome="$program $(sed -n 's/^\[  FAILED  \] \([^ ,]*\).*/\1/p' "$work/$program.log" | head -n 1)"
                 [[ $outcome == *[A-Z]* ]] || outcome+='ended or hung'
                 break
@@ -199,6 +202,13 @@ try() {
     fi
     printf '%s\t%s\n' "$change" "$outcome" >>"$results"
     printf '%s:%s %s: %s\n' "$file" "$number" "$kind" "$outcome"
+}
+
+passes() {
+    local filter limit=$(($(<"$work/$1.seconds") * 2 + 20))
+    while IFS= read -r filter; do
+        run "$1" "$limit" "$filter" --gtest_fail_fast || return 1
+    done <"$work/$1.filters"
 }
 
 report() {
