@@ -72,10 +72,11 @@ fail() {
     exit 1
 }
 
-# Files that differ are written anew, so that the build sees them; a change left by a killed run goes away too.
+# Files that differ are written anew, so that the build sees them; what a killed run left goes away too.
 copy_tree() {
     mkdir -p "$work/tree"
     touch "$work/results.tsv"
+    find "$work/tree" -name '*.original' | sed 's/\.original$//' | while read -r program; do mv "$program.original" "$program"; done
     local file
     while IFS= read -r -d '' file; do
         if ! cmp -s "$file" "$work/tree/$file"; then
@@ -98,13 +99,22 @@ configure() {
         -DPOINTLOOM_UNITY=OFF -DPOINTLOOM_BENCHMARKS=OFF -DPOINTLOOM_DESKTOP=OFF "${linker[@]}" --log-level=WARNING >/dev/null
 }
 
+# What a test program is made of: some start another.
+parts_of() {
+    case $1 in
+    test_cli) echo pointloom-cli test_cli ;;
+    test_torture) echo torture_child test_torture ;;
+    *) echo "$1" ;;
+    esac
+}
+
 # Runs every program once without a change: how long it may take, which tests take less than a second and are run
 # first, and which fail anyway and are left out.
 check_unchanged() {
     local program began quick failed
     local -a programs
     mapfile -t programs < <(for room in "$@"; do programs_of "$room"; done | sort -u)
-    ninja -C "$build" "${programs[@]}" >"$work/build.log" 2>&1 || fail "the tree does not build, see $work/build.log"
+    make "${programs[@]}" || fail "the tree does not build, see $work/build.log"
     for program in "${programs[@]}"; do
         [[ ! -e $work/$program.seconds || $build/tests/$program -nt $work/$program.seconds ]] || continue
         began=$SECONDS
@@ -177,31 +187,72 @@ try_again() {
 
 # Sets `outcome`.
 try() {
-    local change=$1 room file number kind line changed program applied=0
+    local change=$1 room file number kind line changed program
     IFS=$'\x1f' read -r room file number kind line changed < <(tr '\t' '\037' <<<"$change")
     outcome=$(KEY=$change awk -F '\t' 'index($0, ENVIRON["KEY"] "\t") == 1 { print $NF; exit }' "$results")
     [[ -z $outcome ]] || return 0
-    outcome=unnoticed
-    cp "$work/tree/$file" "$work/original"
-    (cd "$work/tree" && "$OLDPWD/scripts/mutations.pl" apply "$file" "$number" "$line" "$changed") || applied=$?
-    if ((applied == 3)); then
+    mutant=$work/mutant.${file##*.}
+    cp "$work/tree/$file" "$mutant"
+    if ! scripts/mutations.pl apply "$mutant" "$number" "$line" "$changed"; then
         outcome='line gone'
+    elif [[ $file == *.h ]]; then
+        try_header
+    elif compile "src/$room/CMakeFiles/pointloom_$room.dir/$(basename "$file").o"; then
+        run_programs link
+        while read -r program; do mv "$program.original" "$program"; done < <(find "$build" -name '*.original' | sed 's/\.original$//')
     else
-        for program in $(programs_of "$room"); do
-            if ! ninja -C "$build" "$program" >"$work/build.log" 2>&1; then
-                outcome='does not compile'
-                break
-            fi
-            if ! passes "$program"; then
-                outcome="$program $(sed -n 's/^\[  FAILED  \] \([^ ,]*\).*/\1/p' "$work/$program.log" | head -n 1)"
-                [[ $outcome == *[A-Z]* ]] || outcome+='ended or hung'
-                break
-            fi
-        done
-        cp "$work/original" "$work/tree/$file"
+        outcome='does not compile'
     fi
     printf '%s\t%s\n' "$change" "$outcome" >>"$results"
     printf '%s:%s %s: %s\n' "$file" "$number" "$kind" "$outcome"
+}
+
+# Compiles the changed file alone, in place of that object.
+compile() {
+    (cd "$build" && eval "$(ninja -t commands -s "$1" |
+        sed "s/^[^ ]*ccache //; s/ -MD -MT [^ ]* -MF [^ ]*//; s| -o [^ ]* -c .*| -o $work/mutant.o -c $mutant|")") \
+        >"$work/build.log" 2>&1
+}
+
+# Links a program with the changed object, which goes before the one in the archive. The program itself is kept.
+link() {
+    local target path
+    for target in $(parts_of "$1"); do
+        path=tests/$target
+        [[ -e $build/$path ]] || path=$target
+        mv "$build/$path" "$build/$path.original"
+        (cd "$build" && eval "$(ninja -t commands -s "$path" | sed "s| -o | $work/mutant.o -o |")") >"$work/build.log" 2>&1 || return 1
+    done
+}
+
+# Much is made of a header, so that the build does it, and again without the change.
+try_header() {
+    cp "$work/tree/$file" "$work/original"
+    cp "$mutant" "$work/tree/$file"
+    run_programs make
+    cp "$work/original" "$work/tree/$file"
+    mapfile -t programs < <(programs_of "$room")
+    make "${programs[@]}" || fail "the tree does not build any more, see $work/build.log"
+}
+
+make() {
+    ninja -C "$build" "$@" >"$work/build.log" 2>&1
+}
+
+# Sets `outcome` after making the programs of the folder by the given function one after the other and running each.
+run_programs() {
+    outcome=unnoticed
+    for program in $(programs_of "$room"); do
+        if ! "$1" "$program"; then
+            outcome='does not compile'
+            return
+        fi
+        if ! passes "$program"; then
+            outcome="$program $(sed -n 's/^\[  FAILED  \] \([^ ,]*\).*/\1/p' "$work/$program.log" | head -n 1)"
+            [[ $outcome == *[A-Z]* ]] || outcome+='ended or hung'
+            return
+        fi
+    done
 }
 
 passes() {

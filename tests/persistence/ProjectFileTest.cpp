@@ -1,6 +1,7 @@
 #include "persistence/ProjectFile.h"
 #include "DocumentSupport.h"
 #include "persistence/CSVParser.h"
+#include "persistence/ProjectExport.h"
 #include "json/JsonDocument.h"
 
 #include <csignal>
@@ -227,6 +228,28 @@ TEST_F(ProjectFileTest, PlacesThatCannotBeWrittenAreNamed) {
               std::string::npos);
     EXPECT_EQ(documentFault([&] { project.save(QStringLiteral("/dev/null")); }),
               "null: is not a regular file");
+}
+
+TEST(ProjectExport, TakesEverythingThatTheDocumentSays) {
+    ProjectFile project = fullProject();
+    const ExportJob job = exportJobFor(project).value();
+    EXPECT_EQ(job.videoPath, QStringLiteral("/videos/match #1 100%.mp4"));
+    EXPECT_EQ(job.trimStart, 0.5);
+    EXPECT_EQ(job.trimEnd, 60.125);
+    EXPECT_EQ(job.overlay.markers, project.markers);
+    EXPECT_EQ(job.overlay.initialScore, project.initialScore);
+    EXPECT_EQ(job.overlay.config, project.matchConfig);
+    EXPECT_EQ(job.overlay.templateID, TemplateID::rolandgarros);
+    EXPECT_EQ(job.overlay.scoreboardPosition, QPointF(0.1, 0.9));
+    EXPECT_EQ(job.overlay.scoreboardUserScale, 1.5);
+    EXPECT_EQ(job.overlay.watermarkPath, QStringLiteral("/club/mark.png"));
+    EXPECT_EQ(job.overlay.watermarkCorner, WatermarkCorner::topLeft);
+    EXPECT_FALSE(job.overlay.isLicensed);
+
+    project.initialScore.reset();
+    EXPECT_EQ(exportJobFor(project)->overlay.initialScore, SportScoreState(ScoreState{{{}, {}, {}}, {}, 1}));
+    project.videoPath.reset();
+    EXPECT_FALSE(exportJobFor(project)) << "there is nothing to export";
 }
 
 TEST_F(ProjectFileTest, PositionsAboveOneFallBackToTheDefault) {

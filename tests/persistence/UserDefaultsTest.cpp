@@ -96,6 +96,14 @@ TEST(IniText, AllOtherLinesStayByteForByte) {
     EXPECT_EQ(IniText::withValue("[General]", "new", "9"), "[General]\nnew=\"9\"\n");
 }
 
+TEST(IniText, EscapesAreReadAsQSettingsWritesThem) {
+    const QByteArray text("a9=\"\\101\\60\\x4A\\x9z\\t\\\"\\;\"; note\n=none\n");
+    EXPECT_EQ(IniText::value(text, "a9"), "A0J\tz\t\";");
+    EXPECT_TRUE(IniText::isPlainKey("crash-9.Z_a0"));
+    EXPECT_FALSE(IniText::isPlainKey("a b"));
+    EXPECT_FALSE(IniText::isPlainKey(""));
+}
+
 TEST(IniText, DamagedTextIsReadWithoutHarmAndWritingIntoItWorks) {
     std::mt19937 random(3);
     const QByteArray alphabet("[]General=\"\\x;\n k1");
