@@ -6,6 +6,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QThread>
 #include <QTimer>
 
 namespace pointloom {
@@ -37,17 +38,34 @@ class Exchange {
 public:
     explicit Exchange(const HttpPost& post)
         : m_post(post)
-        , m_reply(m_network.post(requestOf(post), post.body)) {
+        , m_network(std::make_unique<QNetworkAccessManager>())
+        , m_reply(m_network->post(requestOf(post), post.body)) {
         m_reply->setReadBufferSize(post.largestReply + 1);
-        QObject::connect(m_reply.get(), &QNetworkReply::readyRead, &m_loop, [this] { readSome(); });
-        QObject::connect(m_reply.get(), &QNetworkReply::finished, &m_loop, &QEventLoop::quit);
-        QObject::connect(m_reply.get(), &QNetworkReply::redirected, &m_loop, [this](const QUrl& to) {
+        QObject::connect(m_reply, &QNetworkReply::readyRead, &m_loop, [this] { readSome(); });
+        QObject::connect(m_reply, &QNetworkReply::finished, &m_loop, &QEventLoop::quit);
+        QObject::connect(m_reply, &QNetworkReply::redirected, &m_loop, [this](const QUrl& to) {
             if (to.scheme() == u"https")
                 Q_EMIT m_reply->redirectAllowed();
             else
                 giveUp(QStringLiteral("the server redirects to an address that is not secure"));
         });
     }
+
+    // The library's thread does not end while a server sends a header without end, and the library waits five
+    // seconds for it: a request that was given up ends on a thread of its own, or with the program.
+    ~Exchange() {
+        if (m_failure.isEmpty())
+            return;
+        m_reply->disconnect();
+        QThread* end = QThread::create([network = m_network.get()] { delete network; });
+        m_network.release()->moveToThread(end);
+        end->start();
+        constexpr unsigned long usualTime = 200; // ms
+        if (end->wait(usualTime))
+            delete end;
+    }
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
 
     HttpReply wait() {
         QTimer deadline;
@@ -78,7 +96,7 @@ private:
         }
     }
 
-    // The reply ends with this object; aborting one that already has an error makes Qt complain.
+    // Aborting a reply that already has an error makes Qt complain.
     void giveUp(const QString& reason) {
         m_failure = reason;
         m_loop.quit();
@@ -99,9 +117,9 @@ private:
     }
 
     const HttpPost& m_post;
-    QNetworkAccessManager m_network;
     QEventLoop m_loop;
-    std::unique_ptr<QNetworkReply> m_reply;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    QNetworkReply* m_reply; // owned by the manager
     QByteArray m_body;
     QString m_failure;
 };
