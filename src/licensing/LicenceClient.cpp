@@ -31,11 +31,6 @@ constexpr std::array refusals{
             u"The licence service does not count this machine among those that use this key."},
 };
 
-bool isSuccess(const HttpReply& reply) {
-    constexpr int success = 200;
-    return reply.status == success && reply.isComplete;
-}
-
 // The error the service names; empty when its answer names none.
 std::optional<LicenceError> namedRefusal(const QByteArray& body) {
     try {
@@ -52,10 +47,11 @@ std::optional<LicenceError> namedRefusal(const QByteArray& body) {
                     refusal->fault,
                     QStringLiteral(
                         "This key is already used on another machine. Deactivate it there first."));
-            return LicenceError(
-                refusal->fault,
-                QStringLiteral("This key is already used on %1 machines. Deactivate one of them first.")
-                    .arg(machines));
+            if (machines > 1)
+                return LicenceError(
+                    refusal->fault,
+                    QStringLiteral("This key is already used on %1 machines. Deactivate one of them first.")
+                        .arg(machines));
         }
         return LicenceError(refusal->fault, QString::fromUtf16(refusal->words));
     } catch (const json::DecodingError&) {
@@ -102,22 +98,27 @@ QByteArray LicenceClient::post(const QString& operation, const LicenceRequest& r
         .timeout = m_timeout,
         .isStopping = isStopping,
     });
-    if (!isSuccess(reply) && isStopping && isStopping())
+    if (isStopping && isStopping() && !reply.isComplete)
         throw LicenceError(LicenceFault::cancelled, QStringLiteral("Cancelled."));
     return decode(reply);
 }
 
 QByteArray LicenceClient::decode(const HttpReply& reply) {
-    if (isSuccess(reply))
-        return reply.body;
     if (reply.status == 0)
         throw LicenceError(LicenceFault::noConnection,
                            QStringLiteral("The licence service could not be reached: %1").arg(reply.failure));
     if (const auto refusal = namedRefusal(reply.body))
         throw *refusal;
-    throw LicenceError(
-        LicenceFault::serviceTrouble,
-        QStringLiteral("The licence service is in trouble (HTTP %1). Try again later.").arg(reply.status));
+    if (!reply.isComplete)
+        throw LicenceError(
+            LicenceFault::serviceTrouble,
+            QStringLiteral("The answer of the licence service could not be read: %1").arg(reply.failure));
+    constexpr int success = 200;
+    if (reply.status != success)
+        throw LicenceError(LicenceFault::serviceTrouble,
+                           QStringLiteral("The licence service is in trouble (HTTP %1). Try again later.")
+                               .arg(reply.status));
+    return reply.body;
 }
 
 }

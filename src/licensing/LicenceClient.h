@@ -45,7 +45,8 @@ public:
                            std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
     /// Posts to `operation` ("activate", "renew", "deactivate") under the service's address and returns what
-    /// it answers to success. Throws LicenceError for everything else. `isStopping` cancels.
+    /// it answers with status 200, unless that names an error. Throws LicenceError for everything else.
+    /// `isStopping` cancels.
     QByteArray post(const QString& operation, const LicenceRequest& request,
                     const std::function<bool()>& isStopping = {}) const;
 

@@ -4,7 +4,6 @@
 #include "json/JsonDocument.h"
 
 #include <gmock/gmock.h>
-#include <QElapsedTimer>
 
 namespace pointloom {
 namespace {
@@ -72,11 +71,8 @@ TEST_F(LicenceClientTest, NoConnectionAndSilenceAreToldApartFromTrouble) {
     EXPECT_THAT(m_message, HasSubstr("could not be reached"));
 
     m_timeout = 300ms;
-    QElapsedTimer clock;
-    clock.start();
     EXPECT_EQ(activateWith({}), LicenceFault::noConnection);
     EXPECT_THAT(m_message, HasSubstr("no answer in time"));
-    EXPECT_LT(clock.elapsed(), 5000);
 }
 
 TEST_F(LicenceClientTest, CancellingEndsAtOnce) {
@@ -96,7 +92,15 @@ TEST_F(LicenceClientTest, AnswersThatMakeNoSenseActivateNothing) {
          {QByteArray(), QByteArray("garbage\0\xff", 9), QByteArray("{}"), QByteArray(30'000, '[')})
         EXPECT_EQ(activateWith(httpAnswer(200, body)), LicenceFault::invalidLicence);
     EXPECT_EQ(activateWith(httpAnswer(200, QByteArray(200'000, 'x'))), LicenceFault::serviceTrouble);
+    EXPECT_EQ(m_message, "The answer of the licence service could not be read: the answer is too long");
     EXPECT_EQ(activateWith("HTTP/1.1 200 OK\r\nContent-Length: 500\r\n\r\n{"), LicenceFault::serviceTrouble);
+    EXPECT_THAT(m_message, HasSubstr("could not be read: Connection closed"));
+    for (const char* machines : {"-2147483648", "-1", "0"}) {
+        EXPECT_EQ(activateWith(httpAnswer(409, R"({"error": "limit_reached", "machines": )" +
+                                                   QByteArray(machines) + '}')),
+                  LicenceFault::limitReached);
+        EXPECT_THAT(m_message, HasSubstr("on as many machines as it was bought for")) << machines;
+    }
     EXPECT_FALSE(start(m_laptop)->isLicensed());
 }
 
