@@ -1,13 +1,13 @@
 # Every library the program stands on, named once. Reasons are in docs/DEPENDENCIES.md,
 # Debian package names in scripts/setup.sh.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Network)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Network DBus)
 find_package(nlohmann_json 3.11 REQUIRED)
 find_package(CLI11 2.1 REQUIRED)
 find_package(Threads REQUIRED)
 
 find_package(PkgConfig REQUIRED)
 if(POINTLOOM_DESKTOP)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets OpenGLWidgets Svg DBus)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets OpenGLWidgets Svg)
   pkg_check_modules(MPV REQUIRED IMPORTED_TARGET mpv>=2)
 endif()
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET

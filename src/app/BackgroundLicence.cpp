@@ -1,5 +1,6 @@
 #include "app/BackgroundLicence.h"
 
+#include <chrono>
 #include <cstdio>
 
 namespace pointloom {
@@ -16,9 +17,15 @@ BackgroundLicence::~BackgroundLicence() {
 
 void BackgroundLicence::work() {
     try {
-        m_manager.load();
+        const auto isStopping = [this] { return m_isStopping.load(); };
+        m_manager.load(isStopping);
+        while (m_manager.status().isAwaited && !m_isStopping) {
+            constexpr std::chrono::milliseconds turnOfOthers(100);
+            std::this_thread::sleep_for(turnOfOthers);
+            m_manager.load(isStopping);
+        }
         tellSession();
-        if (const auto fault = m_manager.renewIfDue([this] { return m_isStopping.load(); }))
+        if (const auto fault = m_manager.renewIfDue(isStopping); fault && !m_isStopping)
             std::fprintf(stderr, "[Licence] %s\n", fault->what());
         tellSession();
     } catch (const std::exception& error) {

@@ -13,7 +13,8 @@ namespace pointloom {
 
 class BackgroundLicence {
 public:
-    /// Loads at once, then renews when that is due; `isLicensed` of the session follows. Both outlive this.
+    /// Loads, for as long as the keychain takes to be unlocked, then renews when that is due; `isLicensed` of
+    /// the session follows. Both outlive this.
     BackgroundLicence(LicenceManager& manager, AppState& state);
     ~BackgroundLicence(); // cancels what is under way
     BackgroundLicence(const BackgroundLicence&) = delete;

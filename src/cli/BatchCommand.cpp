@@ -62,7 +62,7 @@ private:
     std::string m_quality = "default";
     std::string m_encoder = "auto";
     std::string m_progress = "auto";
-    bool m_isLicensed = false;
+    std::unique_ptr<LicenceManager> m_licence;
 };
 
 BatchCommand::BatchCommand(CLI::App& subcommand)
@@ -92,7 +92,7 @@ ExitStatus BatchCommand::run() {
     const QStringList documents = documentsIn(toText(m_folder), m_withSubfolders);
     if (documents.isEmpty())
         throw CommandError(toText(m_folder) + QStringLiteral(": holds no project documents (.plp)"));
-    m_isLicensed = licenceOfThisMachine()->isLicensed();
+    m_licence = licenceOfThisMachine();
     Summary summary;
     try {
         exportAll(documents, summary);
@@ -165,6 +165,7 @@ void BatchCommand::exportOne(const QString& document, Summary& summary,
     const UnfinishedFile unfinished(output);
     ExportJob job = inputs.job;
     job.outputPath = unfinished.path();
+    job.overlay.isLicensed = isLicensed(*m_licence);
     const ExportReport report = ExportManager::exportVideo(
         job, [&] { return cancellation.isRequested(); },
         [&](const ExportProgress& progress) { display.update(progress); });
@@ -184,7 +185,6 @@ ProjectInputs BatchCommand::inputsOf(const QString& document, const QString& pro
     request.encoder = encoderOf(m_encoder);
     request.outputPath = QDir(outputFolder).filePath(outputNameFor(document, fileExtension(request.format)));
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request);
-    inputs.job.overlay.isLicensed = m_isLicensed;
     return inputs;
 }
 

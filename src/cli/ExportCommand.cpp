@@ -146,7 +146,7 @@ ExitStatus ExportCommand::run() {
     settleFormat();
     const QString projectPath = toText(m_project);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
-    inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
+    inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
     inputs.job.withChapters = m_options.withChapters();
     const ExportJob& job = inputs.job;
     if (m_chaptersText)

@@ -63,7 +63,7 @@ ExitStatus PlanCommand::run() {
     const QString projectPath = toText(m_project);
     const QString planPath = toText(m_plan);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
-    inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
+    inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
     inputs.job.withChapters = m_options.withChapters();
     for (const QString& path : {planPath, inputs.job.outputPath})
         requireUsableOutput(path, inputFiles(inputs.job, projectPath));

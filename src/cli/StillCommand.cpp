@@ -41,7 +41,7 @@ ExitStatus StillCommand::run() {
     request.videoPath = toText(m_video);
     request.outputPath = toText(m_output);
     ProjectInputs inputs = resolveInputs(project, projectPath, request);
-    inputs.job.overlay.isLicensed = licenceOfThisMachine()->isLicensed();
+    inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
     requireUsableOutput(inputs.job.outputPath, inputFiles(inputs.job, projectPath));
     try {
         writePng(ExportManager::renderStill(inputs.job, m_time), inputs.job.outputPath);

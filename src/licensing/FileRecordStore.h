@@ -14,9 +14,10 @@ public:
     /// "licence.json" in the application's data folder.
     static QString defaultPath();
 
-    std::optional<QByteArray> load() override;
-    void save(const QByteArray& bytes) override; // mode 0600, whole or not at all
-    void remove() override;
+    bool exists() const; // also when it cannot be read
+
+    std::optional<QByteArray> load(const StopQuery& isStopping = {}) override;
+    void save(const QByteArray& bytes, const StopQuery& isStopping = {}) override; // mode 0600, or not at all
 
 private:
     QString m_path;

@@ -1,9 +1,15 @@
 #include "licensing/KeychainRecordStore.h"
 
+#include "licensing/LicenceError.h"
+
 #include <functional>
-#include <future>
 #include <memory>
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusError>
+#include <QDBusReply>
+#include <QDeadlineTimer>
 #include <qt6keychain/keychain.h>
 #include <QThread>
 
@@ -14,10 +20,40 @@ namespace {
 const QString service = QStringLiteral("Pointloom");
 const QString entry = QStringLiteral("licence");
 
-struct Outcome {
-    QKeychain::Error error = QKeychain::OtherError;
-    QByteArray data;
-};
+// A library without its service reports a fault of no particular kind.
+bool isAnyKeychainRunning() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return false;
+    for (const char* name :
+         {"org.freedesktop.secrets", "org.kde.kwalletd", "org.kde.kwalletd5", "org.kde.kwalletd6"}) {
+        if (bus.interface()->isServiceRegistered(QLatin1StringView(name)))
+            return true;
+    }
+    return false;
+}
+
+Keychain::Answer answerOf(const QKeychain::Job& job) {
+    using Outcome = Keychain::Outcome;
+    switch (job.error()) {
+    case QKeychain::NoError: {
+        const auto* reading = dynamic_cast<const QKeychain::ReadPasswordJob*>(&job);
+        const QByteArray data = reading ? reading->binaryData() : QByteArray();
+        // Some keychains answer an entry that is not there with an empty one.
+        return {reading && data.isEmpty() ? Outcome::nothingThere : Outcome::done, data, {}};
+    }
+    case QKeychain::EntryNotFound:
+        return {Outcome::nothingThere, {}, {}};
+    case QKeychain::NoBackendAvailable:
+    case QKeychain::NotImplemented:
+        return {Outcome::notRunning, {}, {}};
+    default:
+        // The bus waits 25 s for a wallet whose password is being typed in.
+        if (job.errorString().contains(QDBusError::errorString(QDBusError::NoReply)))
+            return {Outcome::gaveUp, {}, {}};
+        return {isAnyKeychainRunning() ? Outcome::refused : Outcome::notRunning, {}, job.errorString()};
+    }
+}
 
 // The keychain library answers through the event loop of the thread that asked first, for as long as the
 // program runs: that must be neither a worker that ends nor a thread that waits for the answer.
@@ -29,67 +65,100 @@ public:
     }
 
     template <class KeychainJob>
-    Outcome perform(const std::function<void(KeychainJob&)>& prepare, std::chrono::milliseconds patience) {
-        const auto promise = std::make_shared<std::promise<Outcome>>();
-        auto outcome = promise->get_future();
+    std::future<Keychain::Answer> perform(const std::function<void(KeychainJob&)>& prepare) {
+        const auto promise = std::make_shared<std::promise<Keychain::Answer>>();
         const auto start = [promise, prepare] {
             auto job = std::make_unique<KeychainJob>(service);
             job->setKey(entry);
             prepare(*job);
-            QObject::connect(job.get(), &QKeychain::Job::finished, [promise](QKeychain::Job* finished) {
-                const auto* read = dynamic_cast<QKeychain::ReadPasswordJob*>(finished);
-                promise->set_value({finished->error(), read ? read->binaryData() : QByteArray()});
-            });
+            QObject::connect(job.get(), &QKeychain::Job::finished,
+                             [promise](QKeychain::Job* done) { promise->set_value(answerOf(*done)); });
             job.release()->start(); // deletes itself when it has finished
         };
-        QMetaObject::invokeMethod(&m_context, start, Qt::QueuedConnection);
-        return outcome.wait_for(patience) == std::future_status::ready ? outcome.get() : Outcome();
+        QMetaObject::invokeMethod(m_context, start, Qt::QueuedConnection);
+        return promise->get_future();
     }
 
 private:
     KeychainThread() {
-        m_context.moveToThread(&m_thread);
-        m_thread.start();
+        m_context->moveToThread(m_thread);
+        m_thread->start();
     }
 
+    // A thread that the keychain holds inside a call ends with the process.
     ~KeychainThread() {
-        m_thread.quit();
-        m_thread.wait();
+        m_thread->quit();
+        constexpr unsigned long usualTime = 200; // ms
+        if (!m_thread->wait(usualTime))
+            return;
+        delete m_context;
+        delete m_thread;
     }
 
-    QThread m_thread;
-    QObject m_context;
+    QThread* m_thread = new QThread;
+    QObject* m_context = new QObject;
 };
 
 }
 
-KeychainRecordStore::KeychainRecordStore(FileRecordStore file, std::chrono::milliseconds patience)
+Keychain Keychain::ofDesktop() {
+    return {
+        .read = [] { return KeychainThread::shared().perform<QKeychain::ReadPasswordJob>([](auto&) {}); },
+        .write =
+            [](const QByteArray& bytes) {
+                return KeychainThread::shared().perform<QKeychain::WritePasswordJob>(
+                    [bytes](auto& job) { job.setBinaryData(bytes); });
+            },
+    };
+}
+
+KeychainRecordStore::KeychainRecordStore(FileRecordStore file, Keychain keychain,
+                                         std::chrono::milliseconds patience)
     : m_file(std::move(file))
+    , m_keychain(std::move(keychain))
     , m_patience(patience) {}
 
-std::optional<QByteArray> KeychainRecordStore::load() {
+std::optional<QByteArray> KeychainRecordStore::load(const StopQuery& isStopping) {
     if (auto bytes = m_file.load())
         return bytes;
-    const Outcome outcome =
-        KeychainThread::shared().perform<QKeychain::ReadPasswordJob>([](auto&) {}, m_patience);
-    // Some keychains answer an entry that is not there with an empty one.
-    if (outcome.error != QKeychain::NoError || outcome.data.isEmpty())
-        return std::nullopt;
-    return outcome.data;
+    if (!m_reading.valid())
+        m_reading = m_keychain.read();
+    const bool isAnswered = isThere(m_reading, isStopping);
+    if (!isAnswered && isStopping && isStopping())
+        throw LicenceError(LicenceFault::cancelled, QStringLiteral("Cancelled."));
+    const auto answer = isAnswered ? m_reading.get() : Keychain::Answer{Keychain::Outcome::gaveUp, {}, {}};
+    if (answer.outcome == Keychain::Outcome::gaveUp)
+        throw LicenceError(
+            LicenceFault::keychainLocked,
+            QStringLiteral("The keychain that may hold a licence has not answered. Unlock it."));
+    m_isRefused = answer.outcome == Keychain::Outcome::refused;
+    if (m_isRefused)
+        throw LicenceError(LicenceFault::keychainRefused,
+                           QStringLiteral("The keychain that may hold a licence could not be read. %1")
+                               .arg(answer.reason)
+                               .trimmed());
+    return answer.outcome == Keychain::Outcome::done ? std::optional(answer.data) : std::nullopt;
 }
 
-void KeychainRecordStore::save(const QByteArray& bytes) {
-    const Outcome outcome = KeychainThread::shared().perform<QKeychain::WritePasswordJob>(
-        [bytes](auto& job) { job.setBinaryData(bytes); }, m_patience);
-    if (outcome.error == QKeychain::NoError)
-        m_file.remove();
-    else
-        m_file.save(bytes);
+void KeychainRecordStore::save(const QByteArray& bytes, const StopQuery& isStopping) {
+    if (!m_isRefused && !m_file.exists()) {
+        auto answer = m_keychain.write(bytes);
+        if (isThere(answer, isStopping) && answer.get().outcome == Keychain::Outcome::done)
+            return;
+    }
+    m_file.save(bytes);
 }
 
-void KeychainRecordStore::remove() {
-    m_file.remove();
-    KeychainThread::shared().perform<QKeychain::DeletePasswordJob>([](auto&) {}, m_patience);
+bool KeychainRecordStore::isThere(const std::future<Keychain::Answer>& answer,
+                                  const StopQuery& isStopping) const {
+    constexpr std::chrono::milliseconds poll(20);
+    const QDeadlineTimer deadline(m_patience);
+    while (answer.wait_for(std::min<std::chrono::milliseconds>(poll, m_patience)) !=
+           std::future_status::ready) {
+        if (deadline.hasExpired() || (isStopping && isStopping()))
+            return false;
+    }
+    return true;
 }
 
 }

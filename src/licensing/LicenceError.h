@@ -19,6 +19,8 @@ enum class LicenceFault {
     invalidLicence,    // damaged or not signed by the seller
     otherMachine,      // made for another machine
     noMachineIdentity, // this system cannot be told from others
+    keychainLocked,    // the keychain has not answered yet
+    keychainRefused,   // it did, and did not hand the licence out
     file,              // a file could not be read or written
     cancelled,
 };

@@ -23,7 +23,7 @@ namespace pointloom {
 /// service wait for it: call them from a worker. They throw LicenceError with a message for the person.
 class LicenceManager {
 public:
-    using StopQuery = std::function<bool()>; // polled; true cancels
+    using StopQuery = RecordStore::StopQuery; // polled; true cancels
 
     struct Parts {
         InfoDictionary info; // "LicenseServiceURL", "LicensePublicKey", the version
@@ -38,8 +38,9 @@ public:
 
     explicit LicenceManager(Parts parts);
 
-    /// Reads and verifies the licence kept here, with no network. At every start; never throws.
-    void load() noexcept;
+    /// Reads and verifies the licence kept here, with no network. At every start; never throws. Where the
+    /// status is `isAwaited` afterwards, the next call goes on waiting for the keychain.
+    void load(const StopQuery& isStopping = {}) noexcept;
 
     /// What the export reads. Never waits for an operation under way.
     bool isLicensed() const;
@@ -48,8 +49,8 @@ public:
     /// Takes one of the key's machines for this one. A machine activated again takes no second one.
     void activate(const QString& keyText, const StopQuery& isStopping = {});
 
-    /// Gives the machine back to the key and forgets the licence. Without an answer of the service the
-    /// licence stays.
+    /// Gives the machine back to the key and forgets the licence. Without an answer of the service, or where
+    /// nothing can be written, the licence stays.
     void deactivate(const StopQuery& isStopping = {});
 
     /// Asks for a new licence when the old one has less than 14 days left. Returns why that failed; a failure
@@ -57,19 +58,22 @@ public:
     std::optional<LicenceError> renewIfDue(const StopQuery& isStopping = {});
 
     /// The file that a machine without a network hands to the service, and its answer.
-    void writeRequest(const QString& keyText, const QString& path);
-    void importFile(const QString& path);
+    void writeRequest(const QString& keyText, const QString& path, const StopQuery& isStopping = {});
+    void importFile(const QString& path, const StopQuery& isStopping = {});
 
 private:
     struct Kept;
 
-    Kept readKept();
-    void keep(const Kept& kept);
+    std::unique_lock<std::mutex> begin(const StopQuery& isStopping);
+    Kept readKept(const StopQuery& isStopping);
+    Kept readKeptOrRefused(const StopQuery& isStopping);
+    void keep(Kept kept, const StopQuery& isStopping, const QString& consequence = {});
     LicenceStatus judged(const Kept& kept) const;
     LicenceRequest requestFor(const LicenceKey& key) const;
-    LicenceRecord answerTo(const LicenceRequest& request, const SignedLicence& answer) const;
+    void giveBackAtService(const LicenceRecord& record, const StopQuery& isStopping) const;
+    void requireAnswerTo(const LicenceRequest& request, const SignedLicence& answer) const;
     void fetch(const QString& operation, const LicenceKey& key, const StopQuery& isStopping);
-    void accept(const SignedLicence& licence, const QDateTime& latestTime);
+    void take(const SignedLicence& licence, Kept kept, bool isFresh, const StopQuery& isStopping);
     Ed25519::PublicKey publicKey() const;
     LicenceClient client() const;
     void setStatus(const LicenceStatus& status);

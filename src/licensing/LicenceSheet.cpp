@@ -34,32 +34,38 @@ QString LicenceSheet::maskedKey() const {
 }
 
 bool LicenceSheet::canDeactivate() const {
-    return !isWorking() && status().state != LicenceState::unlicensed;
+    const LicenceState state = status().state;
+    return !isWorking() && state != LicenceState::unlicensed && state != LicenceState::unread;
 }
 
 void LicenceSheet::activate(const QString& keyText) {
     start(QStringLiteral("Asking the licence service…"),
           QStringLiteral("Thank you. This machine is now licensed."),
-          [this, keyText] { m_manager.activate(keyText, [this] { return m_isStopping.load(); }); });
+          [this, keyText] { m_manager.activate(keyText, stopQuery()); });
 }
 
 void LicenceSheet::deactivate() {
     start(QStringLiteral("Giving the licence back…"),
           QStringLiteral("The licence was given back and can be used on another machine."),
-          [this] { m_manager.deactivate([this] { return m_isStopping.load(); }); });
+          [this] { m_manager.deactivate(stopQuery()); });
 }
 
 void LicenceSheet::importFile(const QString& path) {
     start(QStringLiteral("Reading the licence file…"),
           QStringLiteral("Thank you. This machine is now licensed."),
-          [this, path] { m_manager.importFile(path); });
+          [this, path] { m_manager.importFile(path, stopQuery()); });
 }
 
 void LicenceSheet::writeRequest(const QString& keyText, const QString& path) {
     start(QStringLiteral("Writing the request…"),
           QStringLiteral(
               "The request was written. Hand it to the licence service and import the file it answers with."),
-          [this, keyText, path] { m_manager.writeRequest(keyText, path); });
+          [this, keyText, path] { m_manager.writeRequest(keyText, path, stopQuery()); });
+}
+
+void LicenceSheet::readAgain() {
+    if (status().state == LicenceState::unread)
+        start(QStringLiteral("Reading the licence…"), QString(), [this] { m_manager.load(stopQuery()); });
 }
 
 void LicenceSheet::start(const QString& progress, const QString& success, std::function<void()> operation) {

@@ -40,6 +40,9 @@ public:
     void importFile(const QString& path);
     void writeRequest(const QString& keyText, const QString& path);
 
+    /// Asks the keychain once more when it could not be read; without a message.
+    void readAgain();
+
     /// Ends the operation under way; it then reports that it was cancelled.
     void cancel() { m_isStopping = true; }
 
@@ -49,6 +52,9 @@ private:
         std::optional<LicenceFault> fault;
     };
 
+    LicenceManager::StopQuery stopQuery() {
+        return [this] { return m_isStopping.load(); };
+    }
     void start(const QString& progress, const QString& success, std::function<void()> operation);
     void finish(const Outcome& outcome);
 

@@ -26,6 +26,10 @@ QString stateInWords(const LicenceStatus& status) {
         return QStringLiteral(
                    "The licence of %1 was activated on another machine. Activate the key on this one.")
             .arg(status.record->holder);
+    case LicenceState::unread:
+        return QStringLiteral("Whether this copy is licensed is not known yet; until then exported videos "
+                              "carry a licence watermark. %1")
+            .arg(status.fault);
     case LicenceState::invalid:
         return status.fault;
     }

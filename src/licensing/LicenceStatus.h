@@ -13,6 +13,7 @@ namespace pointloom {
 
 enum class LicenceState {
     unlicensed,
+    unread, // whether there is a licence is not known: where it is kept could not be read
     licensed,
     expired,
     otherMachine, // the licence found was made for another machine
@@ -23,6 +24,7 @@ template <>
 struct RawValues<LicenceState> {
     static constexpr auto table = std::to_array<std::pair<LicenceState, std::string_view>>({
         {LicenceState::unlicensed, "unlicensed"},
+        {LicenceState::unread, "unread"},
         {LicenceState::licensed, "licensed"},
         {LicenceState::expired, "expired"},
         {LicenceState::otherMachine, "otherMachine"},
@@ -38,7 +40,8 @@ struct LicenceStatus {
     std::optional<LicenceRecord> record; // with `licensed`, `expired` and `otherMachine`
     bool isClockBehind = false;          // earlier than a time this machine has already seen
     bool isRenewalDue = false;
-    QString fault; // in words, with `invalid`
+    bool isAwaited = false; // with `unread`: the keychain may still answer
+    QString fault;          // in words, with `invalid` and `unread`
 
     bool isLicensed() const { return state == LicenceState::licensed; }
 

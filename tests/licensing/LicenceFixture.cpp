@@ -2,6 +2,8 @@
 
 #include "json/JsonDocument.h"
 
+#include <thread>
+
 namespace pointloom::test {
 
 namespace {
@@ -11,13 +13,22 @@ public:
     explicit MachineStore(Machine& machine)
         : m_machine(machine) {}
 
-    std::optional<QByteArray> load() override { return m_machine.kept; }
-    void save(const QByteArray& bytes) override {
+    std::optional<QByteArray> load(const StopQuery& isStopping) override {
+        while (m_machine.isSilent && !isStopping())
+            std::this_thread::yield();
+        if (m_machine.isSilent)
+            throw LicenceError(LicenceFault::cancelled, QStringLiteral("Cancelled."));
+        if (m_machine.lockedLoads > 0 && m_machine.lockedLoads-- > 0)
+            throw LicenceError(LicenceFault::keychainLocked, QStringLiteral("Unlock it."));
+        if (m_machine.readingFault)
+            throw LicenceError(*m_machine.readingFault, QStringLiteral("Unlock it."));
+        return m_machine.kept;
+    }
+    void save(const QByteArray& bytes, const StopQuery&) override {
         if (m_machine.isStoreBroken)
             throw LicenceError(LicenceFault::file, QStringLiteral("no room"));
         m_machine.kept = bytes;
     }
-    void remove() override { m_machine.kept.reset(); }
 
 private:
     Machine& m_machine;
@@ -42,18 +53,22 @@ LicenceKey LicenceFixture::sell(int machines, const std::optional<QString>& ends
     return key;
 }
 
-std::unique_ptr<LicenceManager> LicenceFixture::start(Machine& machine) {
+std::unique_ptr<LicenceManager> LicenceFixture::startWithoutLoading(Machine& machine) {
     json::OrderedValue info;
     info["CFBundleShortVersionString"] = "1.2.3";
     info["LicenseServiceURL"] = m_serviceURL.toStdString();
     info["LicensePublicKey"] = m_publicKey.toStdString();
-    auto manager = std::make_unique<LicenceManager>(LicenceManager::Parts{
+    return std::make_unique<LicenceManager>(LicenceManager::Parts{
         .info = InfoDictionary::fromJson(json::compact(info)),
         .store = std::make_unique<MachineStore>(machine),
         .machineId = machine.id,
         .now = [this] { return m_now; },
         .timeout = m_timeout,
     });
+}
+
+std::unique_ptr<LicenceManager> LicenceFixture::start(Machine& machine) {
+    auto manager = startWithoutLoading(machine);
     manager->load();
     return manager;
 }

@@ -15,7 +15,10 @@ namespace pointloom::test {
 struct Machine {
     QByteArray id;
     std::optional<QByteArray> kept;
-    bool isStoreBroken = false;
+    bool isStoreBroken = false;                    // nothing can be written
+    std::optional<LicenceFault> readingFault = {}; // of a store that cannot be read
+    int lockedLoads = 0;                           // that fail before the keychain is unlocked
+    bool isSilent = false;                         // reading waits until it is cancelled
 };
 
 QByteArray publicKeyBase64(const Ed25519::SecretKey& key);
@@ -30,6 +33,7 @@ protected:
 
     /// A start of the program on `machine`, its licence loaded.
     std::unique_ptr<LicenceManager> start(Machine& machine);
+    std::unique_ptr<LicenceManager> startWithoutLoading(Machine& machine);
 
     /// The fault of an operation that must fail; its message is in `m_message`.
     template <class Operation>
@@ -57,5 +61,4 @@ protected:
     QTemporaryDir m_folder;
     std::string m_message;
 };
-
 }

@@ -1,8 +1,12 @@
 #include "licensing/LicenceFixture.h"
 #include "licensing/MachineFingerprint.h"
+#include "support/LoopbackServer.h"
+#include "json/JsonDocument.h"
 
+#include <atomic>
 #include <gmock/gmock.h>
 #include <QCryptographicHash>
+#include <thread>
 
 namespace pointloom {
 namespace {
@@ -222,6 +226,123 @@ TEST_F(LicenceManagerTest, ALicenceThatCannotBeKeptHoldsForThisRunAndIsTold) {
     const auto manager = start(m_laptop);
     EXPECT_EQ(faultOf([&] { manager->activate(text(key)); }), LicenceFault::file);
     EXPECT_TRUE(manager->isLicensed());
+}
+
+TEST_F(LicenceManagerTest, ALockedKeychainIsNotAnEmptyOne) {
+    const auto key = sell(2);
+    start(m_laptop)->activate(text(key));
+    const auto kept = m_laptop.kept;
+    m_laptop.readingFault = LicenceFault::keychainLocked;
+    const auto manager = start(m_laptop);
+    EXPECT_FALSE(manager->isLicensed());
+    EXPECT_EQ(manager->status().state, LicenceState::unread);
+    EXPECT_TRUE(manager->status().isAwaited);
+    EXPECT_THAT(manager->status().inWords().toStdString(), HasSubstr("Unlock it."));
+    const auto another = sell();
+    EXPECT_EQ(faultOf([&] { manager->activate(text(another)); }), LicenceFault::keychainLocked);
+    EXPECT_EQ(m_database.machineCount(another.text()), 0);
+    EXPECT_EQ(faultOf([&] { manager->deactivate(); }), LicenceFault::keychainLocked);
+    EXPECT_EQ(m_laptop.kept, kept);
+
+    m_laptop.readingFault.reset();
+    manager->load();
+    EXPECT_TRUE(manager->isLicensed());
+    // What is known stays known.
+    m_laptop.readingFault = LicenceFault::keychainLocked;
+    manager->load();
+    EXPECT_TRUE(manager->isLicensed());
+
+    m_laptop.readingFault = LicenceFault::keychainRefused;
+    const auto refused = start(m_laptop);
+    EXPECT_EQ(refused->status().state, LicenceState::unread);
+    EXPECT_FALSE(refused->status().isAwaited);
+    refused->writeRequest(text(key), m_folder.filePath(QStringLiteral("request.json")));
+    EXPECT_EQ(m_laptop.kept, kept) << "a request alone must not hide the licence";
+    refused->activate(text(key));
+    EXPECT_TRUE(refused->isLicensed());
+}
+
+TEST_F(LicenceManagerTest, NobodyWaitsForASilentKeychainAfterCancelling) {
+    m_laptop.isSilent = true;
+    std::atomic<bool> isStopping = false;
+    const auto manager = startWithoutLoading(m_laptop);
+    std::thread worker([&] { manager->load([&] { return isStopping.load(); }); });
+    // Whether this one waits for the store or for the other operation.
+    EXPECT_EQ(faultOf([&] { manager->activate(text(sell()), [] { return true; }); }),
+              LicenceFault::cancelled);
+    isStopping = true;
+    worker.join();
+    EXPECT_EQ(manager->status().state, LicenceState::unlicensed);
+}
+
+TEST_F(LicenceManagerTest, WhereNothingCanBeWrittenNothingIsGivenBack) {
+    const auto key = sell();
+    start(m_laptop)->activate(text(key));
+    m_laptop.isStoreBroken = true;
+    const auto manager = start(m_laptop);
+    EXPECT_EQ(faultOf([&] { manager->deactivate(); }), LicenceFault::file);
+    EXPECT_EQ(m_message, "The licence was not given back. no room");
+    EXPECT_EQ(m_database.machineCount(key.text()), 1);
+    EXPECT_TRUE(manager->isLicensed());
+}
+
+TEST_F(LicenceManagerTest, OnlyTheDocumentedAnswerGivesALicenceBack) {
+    start(m_laptop)->activate(text(sell()));
+    QByteArray answer;
+    test::LoopbackServer odd([&](const test::HttpRequest&) { return test::httpAnswer(200, answer); });
+    m_serviceURL = odd.url(QString()).toString();
+    const auto manager = start(m_laptop);
+    answer = R"({"error": "revoked"})";
+    EXPECT_EQ(faultOf([&] { manager->deactivate(); }), LicenceFault::revoked);
+    for (const char* body :
+         {"", "[]", "null", "{}{}", R"({"ok": true})", "<html>Signed in to the hotel</html>"}) {
+        answer = body;
+        EXPECT_EQ(faultOf([&] { manager->deactivate(); }), LicenceFault::serviceTrouble) << body;
+    }
+    EXPECT_TRUE(manager->isLicensed());
+    EXPECT_TRUE(start(m_laptop)->isLicensed());
+    answer = " { }\n";
+    manager->deactivate();
+    EXPECT_FALSE(start(m_laptop)->isLicensed());
+}
+
+TEST_F(LicenceManagerTest, AnExpiredAnswerDoesNotReplaceALicenceThatHolds) {
+    const auto key = sell(1, {}, 30);
+    start(m_laptop)->activate(text(key));
+    passDays(20);
+    licenceserver::LicenceService late(m_database, m_secret, [this] { return m_now.addDays(-60); });
+    test::LoopbackServer server([&](const test::HttpRequest& request) {
+        return test::httpAnswer(200, late.answer(request.target, request.body).body);
+    });
+    m_serviceURL = server.url(QString()).toString();
+    const auto manager = start(m_laptop);
+    const auto problem = manager->renewIfDue();
+    ASSERT_TRUE(problem);
+    EXPECT_EQ(problem->fault(), LicenceFault::ended);
+    EXPECT_TRUE(manager->isLicensed());
+    EXPECT_TRUE(start(m_laptop)->isLicensed());
+    EXPECT_EQ(faultOf([&] { start(m_desktop)->activate(text(sell(1, {}, 30))); }), LicenceFault::ended)
+        << "a machine without a licence must not be told that it has one now";
+}
+
+TEST_F(LicenceManagerTest, ALongListOfLicencesGivenBackIsReadAndStaysReadable) {
+    const auto key = sell();
+    start(m_laptop)->activate(text(key));
+    json::Value kept = json::Value::parse(m_laptop.kept->toStdString());
+    constexpr std::size_t limit = 262'144; // bytes
+    constexpr std::size_t entry = 39;      // bytes of an id in quotes with its comma
+    const std::size_t count = (limit - kept.dump().size()) / entry - 1;
+    for (std::size_t id = 100'000; id < 100'000 + count;
+         ++id) // as earlier versions noted them, without bound
+        kept["ended"].push_back("00000000-0000-4000-8000-000000" + std::to_string(id));
+    m_laptop.kept = QByteArray::fromStdString(kept.dump());
+    auto manager = start(m_laptop);
+    EXPECT_TRUE(manager->isLicensed());
+    manager->deactivate();
+    manager->activate(text(key));
+    EXPECT_LE(m_laptop.kept->size(), limit);
+    EXPECT_TRUE(m_laptop.kept->contains(std::to_string(100'000 + count - 1).c_str())) << "the newest stay";
+    EXPECT_TRUE(start(m_laptop)->isLicensed());
 }
 
 TEST(MachineFingerprint, TellsMachinesApartWithoutNamingThem) {

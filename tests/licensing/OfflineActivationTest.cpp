@@ -75,6 +75,86 @@ TEST_F(OfflineActivationTest, AnExpiredOlderOrReturnedLicenceDoesNotComeBack) {
     EXPECT_THAT(m_message, HasSubstr("ran out"));
 }
 
+TEST_F(OfflineActivationTest, ALicenceGivenBackDoesNotComeBackByAnotherFileOfItsKey) {
+    const auto key = sell();
+    start(m_laptop)->writeRequest(key.text(), path("request.json"));
+    const QByteArray first = contents(answerTo(path("request.json")));
+    const QByteArray second = contents(answerTo(path("request.json")));
+    start(m_laptop)->writeRequest(key.text(), path("request.json")); // another, handed in before giving back
+    const QByteArray third = contents(answerTo(path("request.json")));
+    start(m_laptop)->importFile(written(first));
+    m_now = m_now.addSecs(3600);
+    m_serviceURL = QStringLiteral("http://127.0.0.1:%1").arg(m_listener.port());
+    start(m_laptop)->deactivate();
+    m_serviceURL.clear();
+    for (const QByteArray& file : {first, second, third}) {
+        EXPECT_EQ(importFault(written(file)), LicenceFault::notActivated);
+        EXPECT_THAT(m_message, HasSubstr("given back"));
+    }
+    // A machine activated anew: by a request written here, and by one that this machine does not know of.
+    m_now = m_now.addSecs(1);
+    const auto returned = m_laptop.kept;
+    start(m_laptop)->writeRequest(key.text(), path("request.json"));
+    const QByteArray anew = contents(answerTo(path("request.json")));
+    start(m_laptop)->importFile(written(anew));
+    EXPECT_TRUE(start(m_laptop)->isLicensed());
+    m_laptop.kept = returned;
+    start(m_laptop)->importFile(written(anew));
+    EXPECT_TRUE(start(m_laptop)->isLicensed());
+}
+
+TEST_F(OfflineActivationTest, WhatEarlierVersionsNotedAsGivenBackStaysGivenBack) {
+    start(m_laptop)->writeRequest(sell().text(), path("request.json"));
+    const QByteArray answer = contents(answerTo(path("request.json")));
+    const auto signedBytes = QByteArray::fromBase64(
+        QByteArray::fromStdString(json::Value::parse(answer.toStdString()).at("licence")));
+    const std::string id = json::Value::parse(signedBytes.toStdString()).at("id");
+    m_laptop.kept =
+        R"({"latestTime":"2024-05-01T09:00:00Z","ended":["x",")" + QByteArray::fromStdString(id) + "\"]}";
+    EXPECT_EQ(importFault(written(answer)), LicenceFault::notActivated);
+    m_laptop.kept = R"({"latestTime":"2024-05-01T09:00:00Z","ended":["x"]})";
+    EXPECT_EQ(importFault(written(answer)), std::nullopt);
+}
+
+TEST_F(OfflineActivationTest, AClockThatRanAheadIsForgivenByTheAnswerToARequestOfThisMachine) {
+    const auto key = sell(1, {}, 30);
+    start(m_laptop)->writeRequest(key.text(), path("request.json"));
+    start(m_laptop)->importFile(answerTo(path("request.json")));
+    m_now = m_now.addDays(3650);
+    start(m_laptop); // sees the wrong year
+    m_now = m_now.addDays(-3630);
+    // A new lease, asked for elsewhere: nothing tells that it is not an old one and the clock turned back.
+    EXPECT_EQ(importFault(answerTo(path("request.json"))), LicenceFault::ended);
+    EXPECT_THAT(m_message, HasSubstr("write a new request file"));
+    start(m_laptop)->writeRequest(key.text(), path("request.json"));
+    const QByteArray answer = contents(answerTo(path("request.json")));
+    start(m_laptop)->importFile(written(answer));
+    EXPECT_TRUE(start(m_laptop)->isLicensed());
+    EXPECT_FALSE(start(m_laptop)->status().isClockBehind);
+
+    // Once only: it is no way back to a time before its end.
+    m_now = m_now.addDays(40);
+    EXPECT_FALSE(start(m_laptop)->isLicensed());
+    m_now = m_now.addDays(-39);
+    EXPECT_EQ(importFault(written(answer)), LicenceFault::ended);
+    EXPECT_FALSE(start(m_laptop)->isLicensed());
+}
+
+TEST_F(OfflineActivationTest, GivingBackWhileTheClockRunsAheadDoesNotBarTheKey) {
+    const auto key = sell(1);
+    m_serviceURL = QStringLiteral("http://127.0.0.1:%1").arg(m_listener.port());
+    start(m_laptop)->activate(key.text());
+    m_now = m_now.addDays(3650);
+    start(m_laptop)->deactivate();
+    m_now = m_now.addDays(-3640);
+    start(m_laptop)->activate(key.text()); // the service's time is of now
+    start(m_laptop)->deactivate();
+    m_now = m_now.addDays(1);
+    test::Machine scribe{m_laptop.id, {}};
+    start(scribe)->writeRequest(key.text(), path("request.json"));
+    EXPECT_EQ(importFault(answerTo(path("request.json"))), std::nullopt);
+}
+
 TEST_F(OfflineActivationTest, FilesThatAreNoLicenceAreNamedAndRefused) {
     EXPECT_EQ(importFault(path("none.json")), LicenceFault::file);
     EXPECT_EQ(m_message, "none.json is not a file.");

@@ -121,6 +121,7 @@ LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, 
     bindings().watch(this->context().state.isLicensed, [this] { follow(); });
     connect(&Theme::shared(), &Theme::changed, this, &LicenceDialog::follow);
     m_entryField->setFocus();
+    m_sheet.readAgain();
 }
 
 QWidget* LicenceDialog::makeState() {

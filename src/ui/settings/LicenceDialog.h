@@ -24,7 +24,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    enum class Operation { activate, deactivate, writeRequest, importFile };
+    enum class Operation { read, activate, deactivate, writeRequest, importFile };
 
     QWidget* makeState();
     QWidget* makeKeyEntry();
@@ -42,7 +42,7 @@ private:
     void importFile();
 
     LicenceSheet m_sheet;
-    Operation m_operation = Operation::activate; // under way, or the last
+    Operation m_operation = Operation::read; // under way, or the last
     bool m_isClosing = false;
 
     QLabel* m_stateIcon;

@@ -16,6 +16,14 @@ constexpr UiText unlicensed{
     "Diese Kopie ist nicht lizenziert. Exportierte Videos tragen ein Lizenz-Wasserzeichen.",
     "Den här kopian saknar licens. Exporterade videor får en licensvattenstämpel.",
     "Esta cópia não tem licença. Os vídeos exportados levam uma marca de água de licença."};
+constexpr UiText unread{
+    "The licence could not be read yet. Until then exported videos carry a licence watermark.",
+    "La licence n'a pas encore pu être lue. D'ici là, les vidéos exportées portent un filigrane de licence.",
+    "La licencia aún no se ha podido leer. Hasta entonces los vídeos exportados llevan una marca de agua de licencia.",
+    "La licenza non è ancora stata letta. Fino ad allora i video esportati portano una filigrana di licenza.",
+    "Die Lizenz konnte noch nicht gelesen werden. Bis dahin tragen exportierte Videos ein Lizenz-Wasserzeichen.",
+    "Licensen har inte kunnat läsas än. Tills dess får exporterade videor en licensvattenstämpel.",
+    "A licença ainda não pôde ser lida. Até lá, os vídeos exportados levam uma marca de água de licença."};
 constexpr UiText licensed{
     "Licensed to %@.", "Licence accordée à %@.", "Licencia de %@.", "Licenza di %@.", "Lizenziert für %@.",
     "Licensierad till %@.", "Licença de %@."};
@@ -108,6 +116,14 @@ constexpr UiText noMachineIdentity{
     "Dieses System lässt sich nicht von anderen unterscheiden; es kann keine Lizenz erhalten.",
     "Systemet går inte att skilja från andra, så ingen licens kan knytas till det.",
     "Este sistema não se distingue de outros; nenhuma licença lhe pode ser associada."};
+constexpr UiText keychain{
+    "The keychain that may hold the licence could not be read. Unlock it and try again.",
+    "Le trousseau qui peut contenir la licence n'a pas pu être lu. Déverrouille-le et réessaie.",
+    "No se pudo leer el llavero que puede contener la licencia. Desbloquéalo e inténtalo de nuevo.",
+    "Impossibile leggere il portachiavi che può contenere la licenza. Sbloccalo e riprova.",
+    "Der Schlüsselbund, in dem die Lizenz liegen kann, war nicht zu lesen. Entsperre ihn und versuche es noch einmal.",
+    "Nyckelringen som kan innehålla licensen gick inte att läsa. Lås upp den och försök igen.",
+    "O porta-chaves que pode conter a licença não pôde ser lido. Desbloqueia-o e tenta de novo."};
 constexpr UiText file{
     "The file could not be used.", "Le fichier n'a pas pu être utilisé.", "No se pudo usar el archivo.", "Impossibile usare il file.",
     "Die Datei konnte nicht verwendet werden.", "Filen kunde inte användas.", "Não foi possível usar o ficheiro."};
@@ -141,6 +157,9 @@ const UiText& textOf(LicenceFault fault) {
         return forOtherMachine;
     case LicenceFault::noMachineIdentity:
         return noMachineIdentity;
+    case LicenceFault::keychainLocked:
+    case LicenceFault::keychainRefused:
+        return keychain;
     case LicenceFault::file:
         return file;
     case LicenceFault::cancelled:
@@ -159,6 +178,8 @@ QString stateOf(const LicenceStatus& status, Language language) {
     switch (status.state) {
     case LicenceState::unlicensed:
         return t(language, unlicensed);
+    case LicenceState::unread:
+        return t(language, unread) + QStringLiteral(" (") + status.fault + u')';
     case LicenceState::expired:
         return format(t(language, expired), holder);
     case LicenceState::otherMachine:

@@ -115,6 +115,20 @@ TEST_F(LicenceDialogTest, AMachineWithoutANetworkGoesByFiles) {
     EXPECT_TRUE(m_screen.state.isLicensed);
 }
 
+TEST_F(LicenceDialogTest, OpeningAsksAKeychainThatWasLockedOnceMore) {
+    start(m_laptop)->activate(sell().text());
+    m_laptop.readingFault = LicenceFault::keychainRefused;
+    open();
+    EXPECT_TRUE(says(QStringLiteral("The licence could not be read yet.")));
+    EXPECT_FALSE(button(QStringLiteral("Deactivate…")));
+    m_dialog.reset();
+    m_laptop.readingFault.reset();
+    m_laptop.lockedLoads = 1;
+    open();
+    EXPECT_TRUE(says(QStringLiteral("Licensed to Ana Pérez.")));
+    EXPECT_TRUE(m_screen.state.isLicensed);
+}
+
 TEST_F(LicenceDialogTest, ClosingWhileTheServiceIsSilentCancelsFirst) {
     const auto key = sell();
     m_serviceURL = QStringLiteral("http://127.0.0.1:9"); // nobody answers there
