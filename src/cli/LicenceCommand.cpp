@@ -1,9 +1,13 @@
 // pointloom-cli licence: activates, shows and gives back the licence of this machine.
 #include "cli/Arguments.h"
 #include "cli/CancelOnSignal.h"
+#include "cli/CommandError.h"
 #include "cli/Commands.h"
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
+
+#include <cstdio>
+#include <QFile>
 
 namespace pointloom::cli {
 
@@ -37,9 +41,10 @@ LicenceCommand::LicenceCommand(CLI::App& subcommand)
     , m_import(app().add_subcommand("import", "Take the licence file that answers a request")) {
     app().require_subcommand(1);
     m_status->add_flag("--json", m_asJson, "Print an object: state, holder, key, expires, clockIsBehind");
-    m_activate->add_option("key", m_key, "The key, as on the receipt")->type_name("KEY")->required();
+    constexpr auto keyHelp = "The key, as on the receipt; - reads it from standard input";
+    m_activate->add_option("key", m_key, keyHelp)->type_name("KEY")->required();
     addFileOption(*m_request, "file", m_file, licenceFile, "The request to write")->required();
-    m_request->add_option("--key", m_key, "The key, as on the receipt")->type_name("KEY")->required();
+    m_request->add_option("--key", m_key, keyHelp)->type_name("KEY")->required();
     addFileOption(*m_import, "file", m_file, licenceFile, "The licence file")->required();
     app().footer("Example:\n  pointloom-cli licence activate PL-XXXXX-XXXXX-XXXXX-XXXXX");
 }
@@ -56,6 +61,15 @@ json::OrderedValue asJson(const LicenceStatus& status) {
     return object;
 }
 
+// A key among the arguments is seen in the list of processes and kept in the shell's history.
+QString keyFromStandardInput() {
+    QFile input;
+    if (!input.open(stdin, QIODevice::ReadOnly))
+        throw CommandError(QStringLiteral("standard input cannot be read: ") + input.errorString());
+    constexpr qint64 longestLine = 1000; // bytes
+    return QString::fromUtf8(input.readLine(longestLine));
+}
+
 void LicenceCommand::showStatus(LicenceManager& manager, const LicenceManager::StopQuery& isStopping) const {
     if (const auto problem = manager.renewIfDue(isStopping))
         say({.notes = {},
@@ -70,17 +84,19 @@ void LicenceCommand::carryOut(LicenceManager& manager, const LicenceManager::Sto
     if (m_status->parsed())
         return showStatus(manager, isStopping);
     if (m_request->parsed())
-        return manager.writeRequest(toText(m_key), toText(m_file));
+        return manager.writeRequest(toText(m_key), toText(m_file), isStopping);
     if (m_deactivate->parsed())
         manager.deactivate(isStopping);
     else if (m_import->parsed())
-        manager.importFile(toText(m_file));
+        manager.importFile(toText(m_file), isStopping);
     else
         manager.activate(toText(m_key), isStopping);
     print(manager.status().inWords().toStdString() + '\n');
 }
 
 ExitStatus LicenceCommand::run() {
+    if (m_key == "-")
+        m_key = keyFromStandardInput().toStdString();
     const auto manager = licenceOfThisMachine();
     const CancelOnSignal cancellation;
     try {

@@ -53,5 +53,16 @@ TEST_F(LicenceCommandTest, ARequestIsWrittenWithoutANetwork) {
     EXPECT_EQ(request.at("format"), "pointloom-licence-request-1");
 }
 
+TEST_F(LicenceCommandTest, AKeyOnStandardInputIsNotAmongTheArguments) {
+    write(QStringLiteral("key.txt"), "PL-123\nPL-1234\n");
+    QProcess process;
+    process.setStandardInputFile(path(QStringLiteral("key.txt")));
+    process.start(program(), {QStringLiteral("licence"), QStringLiteral("activate"), QStringLiteral("-")});
+    ASSERT_TRUE(process.waitForFinished(patience));
+    EXPECT_EQ(process.exitCode(), 2);
+    EXPECT_THAT(process.readAllStandardError().toStdString(), HasSubstr("and this one has 3"));
+    EXPECT_THAT(faultOf("licence request r.json --key -", 2), HasSubstr("Enter the licence key"));
+}
+
 }
 }
