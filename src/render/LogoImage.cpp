@@ -56,6 +56,8 @@ QImage decode(QFile& file, const QByteArray& format) {
     reader.setAutoDetectImageFormat(false); // a file must not choose its decoder
     reader.setDecideFormatFromContent(false);
     reader.setAutoTransform(true);
+    if (!reader.canRead()) // by its first bytes; libpng would complain on standard error
+        return {};
     const QSize size = reader.size();
     if (size.isEmpty() || qint64{size.width()} * size.height() > largestLogoPixels)
         return {};
