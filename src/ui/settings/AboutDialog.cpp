@@ -35,7 +35,7 @@ constexpr UiText videos{"Reading and writing videos", "Lecture et écriture des 
 constexpr UiText playback{"Playback in the editor", "Lecture dans l'éditeur", "Reproducción en el editor", "Riproduzione nell'editor", "Abspielen im Editor", "Uppspelning i redigeraren", "Reprodução no editor"};
 constexpr UiText documents{"Documents and settings", "Documents et réglages", "Documentos y ajustes", "Documenti e impostazioni", "Dokumente und Einstellungen", "Dokument och inställningar", "Documentos e definições"};
 constexpr UiText licences{"Verifying licences", "Vérification des licences", "Comprobación de licencias", "Verifica delle licenze", "Lizenzen prüfen", "Kontroll av licenser", "Verificação de licenças"};
-constexpr UiText keychain{"The desktop's keychain", "Trousseau du bureau", "Llavero del escritorio", "Portachiavi del desktop", "Schlüsselbund des Desktops", "Skrivbordets nyckelring", "Porta-chaves do ambiente de trabalho"};
+constexpr UiText keychain{"The desktop's keychain", "Trousseau du bureau", "Llavero del escritorio", "Portachiavi del desktop", "Schlüsselbund des Desktops", "Skrivbordets nyckelring", "Porta-chaves do sistema"};
 // clang-format on
 
 struct Library {
@@ -63,7 +63,7 @@ constexpr int iconSide = 64; // points
 }
 
 AboutDialog::AboutDialog(const UiContext& context, QWidget* parent)
-    : Sheet(context, 64, parent) {
+    : Sheet(context, 76, parent) {
     body().addWidget(makeProgram());
     body().addWidget(makeLicence());
     body().addWidget(makeLibraries());
@@ -127,7 +127,7 @@ QWidget* AboutDialog::makeLibraries() {
         QLabel* nameLabel = Controls::label(Controls::TextRole::body, card);
         nameLabel->setText(name);
         nameLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        QLabel* use = Controls::label(Controls::TextRole::quiet, card);
+        QLabel* use = paragraph(card, true);
         QLabel* licence = Controls::label(Controls::TextRole::quiet, card);
         licence->setText(QString::fromUtf8(library.licence));
         const int row = grid->rowCount();
