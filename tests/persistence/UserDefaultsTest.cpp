@@ -97,8 +97,8 @@ TEST(IniText, AllOtherLinesStayByteForByte) {
 }
 
 TEST(IniText, EscapesAreReadAsQSettingsWritesThem) {
-    const QByteArray text("a9=\"\\101\\60\\x4A\\x9z\\t\\\"\\;\"; note\n=none\n");
-    EXPECT_EQ(IniText::value(text, "a9"), "A0J\tz\t\";");
+    const QByteArray text("a9=\"\\101-\\60\\x4A\\x9z\\t\\\"\\;\"; note\n=none\n");
+    EXPECT_EQ(IniText::value(text, "a9"), "A-0J\tz\t\";");
     EXPECT_TRUE(IniText::isPlainKey("crash-9.Z_a0"));
     EXPECT_FALSE(IniText::isPlainKey("a b"));
     EXPECT_FALSE(IniText::isPlainKey(""));

@@ -1,5 +1,6 @@
 #include "render/ScoreboardImage.h"
 
+#include "render/ScoreboardLayout.h"
 #include "render/TemplateRegistry.h"
 #include "RenderSupport.h"
 
@@ -143,6 +144,38 @@ TEST(StackedTemplate, ShowsEachValueInItsTeamsColumn) {
         const QRect allowed((place.topLeft() + QPoint(10, 10)) * 2, place.size() * 2);
         EXPECT_TRUE(allowed.contains(changed)) << what << " is drawn elsewhere";
     }
+}
+
+TEST(StackedTemplate, LooksLikeACardWithALitWinner) {
+    const ScoreState score = tennisScore({{6, 4, {}}, {0, 0, {}}});
+    MatchConfig match = shortMatch();
+    const QImage card = renderScoreboardImage(TemplateID::stacked, score, match, {}, 2);
+    const auto at = [&card](double x, double y) {
+        return card.pixelColor(static_cast<int>((10 + x) * 2), static_cast<int>((10 + y) * 2));
+    };
+    EXPECT_TRUE(isNear(at(129, 2), Rgba{0.835, 0.075, 0.137}.color())) << "the red edge";
+    EXPECT_GT(at(60, 10).alpha(), 240);
+    EXPECT_FALSE(isNear(at(0.5, 0.5), at(129, 2), 60)) << "a rounded corner";
+
+    const auto brightest = [&card](int left, int top) {
+        int most = 0;
+        for (int y = top * 2; y < (top + 25) * 2; ++y) {
+            for (int x = left * 2; x < (left + 106) * 2; ++x)
+                most = std::max(most, card.pixelColor(10 * 2 + x, 10 * 2 + y).green());
+        }
+        return most;
+    };
+    EXPECT_GT(brightest(0, 96), 245) << "who won the set";
+    EXPECT_LT(brightest(152, 96), 190) << "who lost it";
+    EXPECT_LT(brightest(0, 121), 190) << "a set not begun";
+
+    // A single player beside a pair stands halfway between its lines.
+    match.format = MatchFormat::doubles;
+    match.team2.player2 = QStringLiteral("C");
+    const QImage uneven = renderScoreboardImage(TemplateID::stacked, score, match, {}, 2);
+    const auto isText = [](const QColor& color) { return color.green() > 200; };
+    const QRect single = pixelsWhere(uneven.copy(20, 30, 212, 110), isText);
+    EXPECT_NEAR(single.center().y(), (4 + 9 + 20) * 2 - 10, 4);
 }
 
 TEST(StackedTemplate, ShowsServeAndLogo) {
