@@ -46,12 +46,13 @@ DecodedClip exported(const ClipFolder& folder, const QString& clip, ExportFormat
 void expectMastering(const json& owner) {
     const json mastering = sideData(owner, display);
     ASSERT_FALSE(mastering.is_null());
-    EXPECT_EQ(mastering["red_x"], "34000/50000");
-    EXPECT_EQ(mastering["green_y"], "34500/50000");
-    EXPECT_EQ(mastering["blue_x"], "7500/50000");
-    EXPECT_EQ(mastering["white_point_y"], "16450/50000");
-    EXPECT_EQ(mastering["min_luminance"], "50/10000");
-    EXPECT_EQ(mastering["max_luminance"], "10000000/10000");
+    const std::pair<const char*, const char*> expected[] = {
+        {"red_x", "34000/50000"},           {"red_y", "16000/50000"},         {"green_x", "13250/50000"},
+        {"green_y", "34500/50000"},         {"blue_x", "7500/50000"},         {"blue_y", "3000/50000"},
+        {"white_point_x", "15635/50000"},   {"white_point_y", "16450/50000"}, {"min_luminance", "50/10000"},
+        {"max_luminance", "10000000/10000"}};
+    for (const auto& [name, value] : expected)
+        EXPECT_EQ(mastering[name], value) << name;
     const json levels = sideData(owner, light);
     ASSERT_FALSE(levels.is_null());
     EXPECT_EQ(levels["max_content"], 1000);
