@@ -164,6 +164,16 @@ TEST_F(ProjectInSession, AMissingVideoIsToBeImportedAgain) {
     EXPECT_EQ(state.currentProjectURL.value(), QUrl::fromLocalFile(at("project.plp")));
 }
 
+TEST_F(ProjectInSession, ADocumentThatNamesNoVideoMissesNoneAndGoesOnWhereItWas) {
+    fillState();
+    ProjectFile project;
+    project.selectedSport = SportID::squash;
+    project.save(at("project.plp"));
+    const OpenReport report = openProject(at("project.plp"), state);
+    EXPECT_TRUE(report.missing.empty());
+    EXPECT_EQ(state.step.value(), 1) << "the template";
+}
+
 TEST_F(ProjectInSession, AnUnreadableDocumentLeavesTheSession) {
     fillState();
     const ProjectFile before = projectFrom(state);
