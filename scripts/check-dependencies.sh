@@ -22,9 +22,9 @@ declare -A allowed=(
     [licensing]="http info files json"
     [persistence]="session export render model l10n crash files json"
     [playback]="media"
-    [ui]="playback persistence licensing session export render media crash model l10n info json"
-    [cli]="persistence licensing session export render media crash model l10n info json"
-    [app]="ui playback persistence licensing session export render media crash model l10n info json"
+    [ui]="playback persistence licensing session export render media crash model l10n info files json"
+    [cli]="persistence licensing session export render media crash model l10n info files json"
+    [app]="ui playback persistence licensing session export render media crash model l10n info files json"
 )
 
 # Which rooms may see an outside library: included header, CMake name (none: any room may link it), rooms.

@@ -1,9 +1,9 @@
 #include "app/DocumentCommands.h"
 
+#include "files/FileError.h"
 #include "persistence/CSVParser.h"
 #include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
-#include "persistence/FileError.h"
 #include "persistence/ProjectSession.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/SaveDialog.h"
@@ -113,6 +113,10 @@ void DocumentCommands::saveProjectAs() {
 void DocumentCommands::writeTo(const QString& path) {
     const ProjectFile project = projectFrom(m_context.state);
     try {
+        auto inputs = inputFiles(m_context.state);
+        if (m_context.state.currentProjectURL.value()) // the first of them, which is replaced
+            inputs.erase(inputs.begin());
+        requireNoInput(path, inputs);
         project.save(path);
     } catch (const DocumentError& error) {
         alert(QStringLiteral("Could not save project"), QString::fromUtf8(error.what()));
@@ -131,6 +135,7 @@ void DocumentCommands::downloadSampleCSV() {
     if (!path)
         return;
     try {
+        requireNoInput(*path, inputFiles(m_context.state));
         writeDocument(*path, CSVParser::sampleText().toUtf8());
     } catch (const DocumentError& error) {
         alert(QStringLiteral("Could not save CSV"), QString::fromUtf8(error.what()));

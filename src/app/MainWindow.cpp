@@ -1,7 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/AppCommands.h"
-#include "persistence/FileError.h"
+#include "files/FileError.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/ScreenRoom.h"
 

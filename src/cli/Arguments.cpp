@@ -27,8 +27,12 @@ QString toText(const std::string& argument) {
     return QFile::decodeName(argument.c_str());
 }
 
-std::optional<QString> toText(const std::optional<std::string>& argument) {
-    return argument ? std::optional(toText(*argument)) : std::nullopt;
+QString toPath(const std::string& argument) {
+    return toText(argument.starts_with(':') ? "./" + argument : argument);
+}
+
+std::optional<QString> toPath(const std::optional<std::string>& argument) {
+    return argument ? std::optional(toPath(*argument)) : std::nullopt;
 }
 
 CLI::Option* addProjectArgument(CLI::App& app, std::string& path) {
@@ -41,7 +45,7 @@ CLI::Option* addOutputOption(CLI::App& app, std::string& path, const FileKind& k
                              const std::string& description) {
     const std::string& extension = kind.extensions.front();
     const auto requireExtension = [extension](const std::string& name) {
-        const bool fits = QFileInfo(toText(name)).suffix().toLower().toStdString() == extension;
+        const bool fits = QFileInfo(toPath(name)).suffix().toLower().toStdString() == extension;
         return fits ? std::string() : json::inQuotes(name) + " does not end in ." + extension;
     };
     return addFileOption(app, "-o,--output", path, kind, description)->check(requireExtension)->required();

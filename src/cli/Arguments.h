@@ -32,7 +32,10 @@ constexpr auto templatePlaceholder = "TEMPLATE";
 
 /// An argument as text. Arguments and file names are UTF-8.
 QString toText(const std::string& argument);
-std::optional<QString> toText(const std::optional<std::string>& argument);
+
+/// An argument as the path of a file; one that begins with a colon would otherwise name a resource.
+QString toPath(const std::string& argument);
+std::optional<QString> toPath(const std::optional<std::string>& argument);
 
 CLI::Option* addProjectArgument(CLI::App& app, std::string& path);
 

@@ -10,8 +10,8 @@
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
 
-#include <filesystem>
 #include <QDir>
+#include <QFileInfo>
 
 namespace pointloom::cli {
 
@@ -32,6 +32,11 @@ QString nameOnce(const QString& document, const QString& message) {
     return document + QStringLiteral(": ") + (leads ? message.mid(at + name.size()) : message);
 }
 
+// QDir takes a name that begins with a colon for a resource's.
+QString inFolder(const QString& folder, const QString& name) {
+    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
 Remarks named(const QString& document, Remarks remarks) {
     for (QStringList* kind : {&remarks.notes, &remarks.warnings}) {
         for (QString& remark : *kind)
@@ -47,14 +52,16 @@ public:
     ExitStatus run() override;
 
 private:
-    void exportAll(const QStringList& documents, Summary& summary) const;
-    void exportOne(const QString& document, Summary& summary, const CancelOnSignal& cancellation) const;
-    ProjectInputs inputsOf(const QString& document, const QString& projectPath) const;
+    void exportAll(const QStringList& documents, Summary& summary);
+    void exportOne(const QString& document, Summary& summary, const CancelOnSignal& cancellation);
+    void protectInputsOf(const QStringList& documents);
+    QString pathOf(const QString& document) const { return inFolder(toPath(m_folder), document); }
+    ProjectInputs inputsOf(const QString& document) const;
     void tell(const Summary& summary) const;
     ProgressMode progressMode() const { return *fromRawValue<ProgressMode>(m_progress); }
 
     std::string m_folder;
-    std::string m_outputFolder;
+    std::optional<std::string> m_outputFolder;
     bool m_withSubfolders = false;
     bool m_again = false;
     std::string m_format = "h264";
@@ -63,6 +70,7 @@ private:
     std::string m_encoder = "auto";
     std::string m_progress = "auto";
     std::unique_ptr<LicenceManager> m_licence;
+    std::vector<InputFile> m_protected; // what all documents read, and the videos of those that are done
 };
 
 BatchCommand::BatchCommand(CLI::App& subcommand)
@@ -89,13 +97,17 @@ BatchCommand::BatchCommand(CLI::App& subcommand)
 }
 
 ExitStatus BatchCommand::run() {
-    const QStringList documents = documentsIn(toText(m_folder), m_withSubfolders);
-    if (documents.isEmpty())
-        throw CommandError(toText(m_folder) + QStringLiteral(": holds no project documents (.plp)"));
+    const FolderContents found = documentsIn(toPath(m_folder), m_withSubfolders);
+    if (found.documents.isEmpty() && found.faults.isEmpty())
+        throw CommandError(toPath(m_folder) + QStringLiteral(": holds no project documents (.plp)"));
+    if (m_outputFolder && m_outputFolder->empty())
+        throw CommandError("the output folder has no name");
     m_licence = licenceOfThisMachine();
     Summary summary;
+    summary.failures = found.faults;
+    protectInputsOf(found.documents);
     try {
-        exportAll(documents, summary);
+        exportAll(found.documents, summary);
     } catch (const ExportCancelled&) {
         tell(summary);
         throw;
@@ -104,7 +116,22 @@ ExitStatus BatchCommand::run() {
     return summary.failures.isEmpty() ? ExitStatus::done : ExitStatus::failed;
 }
 
-void BatchCommand::exportAll(const QStringList& documents, Summary& summary) const {
+// Those of documents that cannot be exported count too.
+void BatchCommand::protectInputsOf(const QStringList& documents) {
+    for (const QString& document : documents) {
+        m_protected.push_back({pathOf(document), document});
+        try {
+            for (InputFile& file : inputFiles(ProjectFile::load(pathOf(document)), pathOf(document))) {
+                file.role += QStringLiteral(" of ") + document;
+                m_protected.push_back(std::move(file));
+            }
+        } catch (const std::exception&) {
+            continue; // its fault is told in its turn
+        }
+    }
+}
+
+void BatchCommand::exportAll(const QStringList& documents, Summary& summary) {
     const CancelOnSignal cancellation;
     for (const QString& document : documents) {
         if (cancellation.isRequested())
@@ -119,71 +146,43 @@ void BatchCommand::exportAll(const QStringList& documents, Summary& summary) con
     }
 }
 
-// Gives `place` its complete content in one step; what was written so far goes when the work fails.
-class UnfinishedFile {
-public:
-    explicit UnfinishedFile(const QString& place)
-        : m_place(place)
-        , m_path(place + QStringLiteral(".part")) {}
-    ~UnfinishedFile() { QFile::remove(m_path); }
-    UnfinishedFile(const UnfinishedFile&) = delete;
-    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
-
-    const QString& path() const { return m_path; }
-
-    void finish() const {
-        std::error_code error;
-        std::filesystem::rename(QFile::encodeName(m_path).toStdString(),
-                                QFile::encodeName(m_place).toStdString(), error);
-        if (error)
-            throw CommandError(m_place + QStringLiteral(": cannot be replaced: ") +
-                               QString::fromStdString(error.message()));
-    }
-
-private:
-    QString m_place;
-    QString m_path;
-};
-
-void BatchCommand::exportOne(const QString& document, Summary& summary,
-                             const CancelOnSignal& cancellation) const {
-    const QString projectPath = QDir(toText(m_folder)).filePath(document);
-    ProjectInputs inputs = inputsOf(document, projectPath);
+void BatchCommand::exportOne(const QString& document, Summary& summary, const CancelOnSignal& cancellation) {
+    ProjectInputs inputs = inputsOf(document);
     const QString output = inputs.job.outputPath;
-    const std::vector<InputFile> files = inputFiles(inputs.job, projectPath);
-    if (!m_again && isNewerThan(output, files)) {
+    if (const InputFile* input = replacedInput(output, m_protected))
+        throw CommandError(output + QStringLiteral(": is ") + input->role + QStringLiteral("; rename one"));
+    if (!m_again && isNewerThan(output, inputFiles(inputs.job))) {
         ++summary.skipped;
+        m_protected.push_back({output, QStringLiteral("the new video of ") + document});
         return;
     }
     QDir().mkpath(QFileInfo(output).absolutePath());
-    requireUsableOutput(output, files);
+    requireUsableOutput(output, {});
     settleEncoder(inputs);
     say(named(document, inputs.remarks));
 
     ProgressDisplay display(progressMode());
     display.begin(document);
-    const UnfinishedFile unfinished(output);
-    ExportJob job = inputs.job;
-    job.outputPath = unfinished.path();
-    job.overlay.isLicensed = isLicensed(*m_licence);
+    inputs.job.overlay.isLicensed = isLicensed(*m_licence);
     const ExportReport report = ExportManager::exportVideo(
-        job, [&] { return cancellation.isRequested(); },
+        inputs.job, [&] { return cancellation.isRequested(); },
         [&](const ExportProgress& progress) { display.update(progress); });
-    unfinished.finish();
     display.finish(output);
+    m_protected.push_back({output, QStringLiteral("the new video of ") + document});
     ++summary.done;
     if (const auto warning = damageWarning(report.damage))
         say(named(document, {.notes = {}, .warnings = {*warning}}));
 }
 
-ProjectInputs BatchCommand::inputsOf(const QString& document, const QString& projectPath) const {
-    const QString outputFolder = toText(m_outputFolder.empty() ? m_folder : m_outputFolder);
+ProjectInputs BatchCommand::inputsOf(const QString& document) const {
+    const QString outputFolder = toPath(m_outputFolder.value_or(m_folder));
+    const QString projectPath = pathOf(document);
     ExportRequest request;
     request.format = formatOf(m_format);
     request.preset = presetOf(m_preset);
     request.quality = qualityOf(m_quality);
     request.encoder = encoderOf(m_encoder);
-    request.outputPath = QDir(outputFolder).filePath(outputNameFor(document, fileExtension(request.format)));
+    request.outputPath = inFolder(outputFolder, outputNameFor(document, fileExtension(request.format)));
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request);
     return inputs;
 }

@@ -29,7 +29,7 @@ CheckCommand::CheckCommand(CLI::App& subcommand)
 }
 
 ExitStatus CheckCommand::run() {
-    const QString path = toText(m_project);
+    const QString path = toPath(m_project);
     const ProjectFile project = ProjectFile::load(path);
     const ProjectReport report = reportOn(project, path);
     if (m_asJson)

@@ -8,9 +8,14 @@
 
 namespace pointloom::cli {
 
-/// The project documents of a folder, by their paths below it, in the order of their names. Links to folders
-/// are not followed. Throws CommandError when it is no folder.
-QStringList documentsIn(const QString& folder, bool withSubfolders);
+struct FolderContents {
+    QStringList documents; // paths below the folder, in the order of their names
+    QStringList faults;    // "finals: cannot be read: Permission denied", in the same order
+};
+
+/// The project documents of a folder. Links to folders are not followed, hidden files and folders left out.
+/// What cannot be read, or has a name that is not UTF-8, is a fault. Throws CommandError when it is no folder.
+FolderContents documentsIn(const QString& folder, bool withSubfolders);
 
 /// "finals/court1.plp" becomes "finals/court1_scoreboard.mp4": never the name of a video that lies beside its
 /// document.

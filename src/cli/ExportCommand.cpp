@@ -15,8 +15,6 @@
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <utility>
 
 namespace pointloom::cli {
@@ -32,6 +30,7 @@ public:
 private:
     ExportRequest request() const;
     void settleFormat();
+    void settleOutput(ExportJob& job) const;
     void settleEncoding(ProjectInputs& inputs);
     OverlayExport::Format overlayFormat() const {
         return m_options.format() == pngWord ? OverlayExport::Format::png : OverlayExport::Format::prores;
@@ -41,7 +40,7 @@ private:
                        const ExportManager::ProgressReport& onProgress) const;
 
     std::string m_project;
-    std::string m_output;
+    std::optional<std::string> m_output;
     std::string m_progress = "auto";
     bool m_overlayOnly = false;
     bool m_chaptersText = false;
@@ -55,8 +54,9 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
     : Command(subcommand) {
     constexpr int mostJobs = 64; // each holds pictures of its own
     addProjectArgument(app(), m_project);
-    addFileOption(app(), "-o,--output", m_output, videoFile,
-                  "Where to write; without it a new file in the Downloads folder. A file there is replaced");
+    addFileOption(
+        app(), "-o,--output", m_output, videoFile,
+        "Where to write, in the place of a file there; without it a new file in the Downloads folder");
     m_options.addTo(app(), Transparent::too);
     addEncoderOption(app(), m_encoder);
     app()
@@ -79,11 +79,6 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
 ExportRequest ExportCommand::request() const {
     ExportRequest request = m_options.request();
     request.encoder = encoderOf(m_encoder);
-    request.outputPath = toText(m_output);
-    if (m_options.format() == pngWord && request.outputPath.isEmpty()) { // a folder of the same name
-        const QFileInfo file(defaultOutputPath(request.format));
-        request.outputPath = file.dir().filePath(file.completeBaseName());
-    }
     return request;
 }
 
@@ -119,6 +114,22 @@ void ExportCommand::settleFormat() {
         throw UsageError("--format png: pictures are for --overlay-only");
 }
 
+void ExportCommand::settleOutput(ExportJob& job) const {
+    const bool isFolder = m_options.format() == pngWord;
+    if (!m_output) {
+        job.outputPath = newDefaultOutputPath(job.format);
+        job.ifExists = IfExists::addNumber;
+        if (isFolder) // of the same name
+            job.outputPath.chop(fileExtension(job.format).size() + 1);
+        return;
+    }
+    job.outputPath = toPath(*m_output);
+    if (isFolder)
+        requireUsableFolder(job.outputPath);
+    else
+        requireUsableOutput(job.outputPath, inputFiles(job));
+}
+
 // Settles what needs a look at the machine or into the video.
 void ExportCommand::settleEncoding(ProjectInputs& inputs) {
     settleEncoder(inputs);
@@ -135,26 +146,22 @@ void ExportCommand::settleEncoding(ProjectInputs& inputs) {
 ExportReport ExportCommand::write(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
                                   const ExportManager::ProgressReport& onProgress) const {
     if (m_plan)
-        return ParallelExport::run(*m_plan, isCancelled, onProgress);
+        return ParallelExport::run(*m_plan, isCancelled, onProgress, job.ifExists);
     if (!m_overlayOnly)
         return ExportManager::exportVideo(job, isCancelled, onProgress);
-    OverlayExport::run(job, overlayFormat(), isCancelled, onProgress);
-    return {};
+    return OverlayExport::run(job, overlayFormat(), isCancelled, onProgress);
 }
 
 ExitStatus ExportCommand::run() {
     settleFormat();
-    const QString projectPath = toText(m_project);
+    const QString projectPath = toPath(m_project);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
     inputs.job.withChapters = m_options.withChapters();
     const ExportJob& job = inputs.job;
     if (m_chaptersText)
         return printChapters(job);
-    if (m_options.format() == pngWord)
-        requireUsableFolder(job.outputPath);
-    else
-        requireUsableOutput(job.outputPath, inputFiles(job, projectPath));
+    settleOutput(inputs.job);
 
     const CancelOnSignal cancellation;
     ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
@@ -168,7 +175,7 @@ ExitStatus ExportCommand::run() {
         };
         const ExportReport report = write(
             job, [&] { return cancellation.isRequested(); }, showProgress);
-        display.finish(job.outputPath);
+        display.finish(report.outputPath);
         if (const auto warning = damageWarning(report.damage))
             say(Remarks{.notes = {}, .warnings = {*warning}});
     } catch (const ExportError& error) {

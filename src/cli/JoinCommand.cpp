@@ -43,14 +43,14 @@ JoinCommand::JoinCommand(CLI::App& subcommand)
 }
 
 PartFolder JoinCommand::parts(const SegmentPlan& plan, const QString& planPath) const {
-    return m_parts ? PartFolder(toText(*m_parts), plan.format) : PartFolder::beside(planPath, plan);
+    return m_parts ? PartFolder(toPath(*m_parts), plan.format) : PartFolder::beside(planPath, plan);
 }
 
 ExitStatus JoinCommand::run() {
-    const QString planPath = toText(m_plan);
+    const QString planPath = toPath(m_plan);
     const auto plan = SegmentPlan::load(planPath, QStringLiteral(POINTLOOM_VERSION));
     const PartFolder folder = parts(plan, planPath);
-    const QString output = m_output ? toText(*m_output) : plan.output;
+    const QString output = m_output ? toPath(*m_output) : plan.output;
     std::vector<InputFile> inputs = inputFiles(plan, planPath);
     for (int number = 1; number <= plan.count(); ++number)
         inputs.push_back({folder.pictures(number), QStringLiteral("a segment")});

@@ -84,11 +84,11 @@ void LicenceCommand::carryOut(LicenceManager& manager, const LicenceManager::Sto
     if (m_status->parsed())
         return showStatus(manager, isStopping);
     if (m_request->parsed())
-        return manager.writeRequest(toText(m_key), toText(m_file), isStopping);
+        return manager.writeRequest(toText(m_key), toPath(m_file), isStopping);
     if (m_deactivate->parsed())
         manager.deactivate(isStopping);
     else if (m_import->parsed())
-        manager.importFile(toText(m_file), isStopping);
+        manager.importFile(toPath(m_file), isStopping);
     else
         manager.activate(toText(m_key), isStopping);
     print(manager.status().inWords().toStdString() + '\n');

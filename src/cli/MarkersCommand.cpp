@@ -50,7 +50,7 @@ ExitStatus MarkersCommand::run() {
         return ExitStatus::done;
     }
 
-    const QString path = toText(m_file);
+    const QString path = toPath(m_file);
     std::int64_t lineCount = 0;
     const auto markers =
         CSVParser::readMarkersFile(path, [&](const CSVParseError& error) { lineCount = error.lineCount; });

@@ -76,7 +76,7 @@ NewCommand::NewCommand(CLI::App& subcommand)
 }
 
 QString absolutePath(const std::string& argument, const QString& option) {
-    const QFileInfo info(toText(argument));
+    const QFileInfo info(toPath(argument));
     if (!info.isFile())
         throw CommandError(option + QStringLiteral(": no such file: ") + info.filePath());
     return info.absoluteFilePath();
@@ -111,10 +111,13 @@ ExitStatus NewCommand::run() {
     }
     if (m_markers) {
         project.markers = markers(sport);
-        inputs.push_back({toText(*m_markers), QStringLiteral("the table of markers")});
+        inputs.push_back({toPath(*m_markers), QStringLiteral("the table of markers")});
     }
 
-    const QString output = toText(m_output);
+    if (const auto& logo = project.matchConfig->logoURL)
+        inputs.push_back({logo->toLocalFile(), QStringLiteral("the logo")});
+
+    const QString output = toPath(m_output);
     requireUsableOutput(output, inputs);
     if (QFileInfo::exists(output) && !m_mayReplace)
         throw CommandError(output + QStringLiteral(": already exists; --force replaces it"));
@@ -169,7 +172,7 @@ std::vector<Marker> NewCommand::markers(SportID sport) const {
         throw UsageError(
             QStringLiteral("--markers: a table gives tennis scores only, which a scoreboard of ") +
             displayName(sport) + QStringLiteral(" does not show"));
-    const QString path = toText(*m_markers);
+    const QString path = toPath(*m_markers);
     auto parsed = CSVParser::readMarkersFile(path);
     if (parsed.empty())
         throw CommandError(QFileInfo(path).fileName() + QStringLiteral(": no valid markers"));

@@ -1,29 +1,20 @@
 #include "cli/OutputPlace.h"
 
 #include "cli/CommandError.h"
+#include "files/NewFile.h"
 
-#include <filesystem>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace pointloom::cli {
 
-namespace {
-
-bool isSameFile(const QString& left, const QString& right) {
-    std::error_code error; // one that does not exist is no other's equal
-    return std::filesystem::equivalent(QFile::encodeName(left).toStdString(),
-                                       QFile::encodeName(right).toStdString(), error);
-}
-
-}
-
 void requireUsableFolder(const QString& path) {
     const QFileInfo folder(path);
+    if (path.isEmpty())
+        throw CommandError("the output has no name");
     if (folder.exists() && !folder.isDir())
         throw CommandError(path + QStringLiteral(": is a file; pictures go into a folder"));
-    if (folder.isDir() && !QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
+    if (folder.isDir() && !NewFolder::canBeAt(path))
         throw CommandError(path + QStringLiteral(": the folder is not empty"));
     if (!folder.absoluteDir().exists())
         throw CommandError(path + QStringLiteral(": there is no folder ") + folder.absolutePath());
@@ -39,11 +30,9 @@ void requireUsableOutput(const QString& path, const std::vector<InputFile>& inpu
         throw CommandError(path + QStringLiteral(": is not a regular file"));
     if (!output.absoluteDir().exists())
         throw CommandError(path + QStringLiteral(": there is no folder ") + output.absolutePath());
-    for (const InputFile& input : inputs) {
-        if (isSameFile(path, input.path))
-            throw CommandError(path + QStringLiteral(": is ") + input.role +
-                               QStringLiteral("; choose another output"));
-    }
+    if (const InputFile* input = replacedInput(path, inputs))
+        throw CommandError(path + QStringLiteral(": is ") + input->role +
+                           QStringLiteral("; choose another output"));
 }
 
 }

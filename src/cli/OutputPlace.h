@@ -1,16 +1,9 @@
 // Where a command may write: never over what it reads.
 #pragma once
 
-#include <QString>
-#include <vector>
+#include "files/InputFile.h"
 
 namespace pointloom::cli {
-
-/// A file that a command reads, and what to call it.
-struct InputFile {
-    QString path;
-    QString role; // "the source video"
-};
 
 /// Throws CommandError unless a folder that is empty, or not there yet, can stand at `path`.
 void requireUsableFolder(const QString& path);

@@ -48,8 +48,8 @@ PlanCommand::PlanCommand(CLI::App& subcommand)
 
 QString PlanCommand::outputPath() const {
     if (m_output)
-        return toText(*m_output);
-    const QFileInfo plan(toText(m_plan));
+        return toPath(*m_output);
+    const QFileInfo plan(toPath(m_plan));
     return plan.path() + u'/' + plan.completeBaseName() + u'.' + fileExtension(formatOf(m_options.format()));
 }
 
@@ -60,13 +60,13 @@ ExportRequest PlanCommand::request() const {
 }
 
 ExitStatus PlanCommand::run() {
-    const QString projectPath = toText(m_project);
-    const QString planPath = toText(m_plan);
+    const QString projectPath = toPath(m_project);
+    const QString planPath = toPath(m_plan);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
     inputs.job.withChapters = m_options.withChapters();
     for (const QString& path : {planPath, inputs.job.outputPath})
-        requireUsableOutput(path, inputFiles(inputs.job, projectPath));
+        requireUsableOutput(path, inputFiles(inputs.job));
     try {
         const auto plan = SegmentPlan::make(inputs.job, m_segments, QStringLiteral(POINTLOOM_VERSION));
         plan.save(planPath);

@@ -123,7 +123,8 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     job.quality = request.quality;
     job.encoder = request.encoder;
     job.encoderPreset = request.encoderPreset;
-    job.outputPath = request.outputPath.isEmpty() ? defaultOutputPath(request.format) : request.outputPath;
+    job.projectPath = projectPath;
+    job.outputPath = request.outputPath;
     return inputs;
 }
 
@@ -162,14 +163,22 @@ CommandError faultOf(const ExportError& error, const QString& projectPath) {
     return CommandError(shortName(projectPath) + QStringLiteral(": ") + QString::fromUtf8(error.what()));
 }
 
-std::vector<InputFile> inputFiles(const ExportJob& job, const QString& projectPath) {
-    std::vector<InputFile> files{{projectPath, QStringLiteral("the project itself")},
-                                 {job.videoPath, QStringLiteral("the source video")}};
-    if (job.overlay.watermarkPath)
-        files.push_back({*job.overlay.watermarkPath, QStringLiteral("the watermark")});
-    if (job.overlay.config.logoURL)
-        files.push_back({job.overlay.config.logoURL->toLocalFile(), QStringLiteral("the logo")});
-    return files;
+std::vector<InputFile> inputFiles(const ProjectFile& project, const QString& projectPath) {
+    ExportJob job;
+    job.projectPath = projectPath;
+    const auto put = [](QString& place, const std::optional<FoundFile>& found) {
+        if (found)
+            place = found->path;
+    };
+    if (project.videoPath)
+        put(job.videoPath, findFile(*project.videoPath, projectPath));
+    if (project.watermarkPath)
+        put(job.overlay.watermarkPath.emplace(), findFile(*project.watermarkPath, projectPath));
+    QString logo;
+    if (project.matchConfig && project.matchConfig->logoURL)
+        put(logo, findFile(*project.matchConfig->logoURL, projectPath));
+    job.overlay.config.logoURL = QUrl::fromLocalFile(logo);
+    return inputFiles(job);
 }
 
 }

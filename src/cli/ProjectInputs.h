@@ -18,7 +18,7 @@ struct ExportRequest {
     std::optional<double> trimEnd;
     ExportFormat format = ExportFormat::h264;
     ExportPreset preset = ExportPreset::original;
-    QString outputPath; // empty: a new file among the downloads
+    QString outputPath;
     media::EncodingQuality quality = media::EncodingQuality::standard;
     media::EncoderKind encoder = media::EncoderKind::software;
     std::string encoderPreset;
@@ -50,7 +50,8 @@ void settleLogo(MatchConfig& config, const QString& projectPath, Remarks& remark
 /// A fault of the export, with the name of its project.
 CommandError faultOf(const ExportError& error, const QString& projectPath);
 
-/// The files that this job reads: no output may replace them.
-std::vector<InputFile> inputFiles(const ExportJob& job, const QString& projectPath);
+/// The document and the files that it names and that are found, whether it can be exported or not.
+std::vector<InputFile> inputFiles(const ProjectFile& project, const QString& projectPath);
+using pointloom::inputFiles;
 
 }

@@ -20,8 +20,8 @@ void RequestOptions::addTo(CLI::App& app, Transparent transparent) {
 
 ExportRequest RequestOptions::request() const {
     ExportRequest request;
-    request.videoPath = toText(m_video);
-    request.watermarkPath = toText(m_watermark);
+    request.videoPath = toPath(m_video);
+    request.watermarkPath = toPath(m_watermark);
     request.watermarkCorner = fromRawValue<WatermarkCorner>(m_watermarkCorner);
     request.trimStart = m_trimStart;
     request.trimEnd = m_trimEnd;

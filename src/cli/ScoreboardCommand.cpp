@@ -50,8 +50,8 @@ ScoreboardCommand::ScoreboardCommand(CLI::App& subcommand)
 }
 
 ExitStatus ScoreboardCommand::run() {
-    const QString projectPath = toText(m_project);
-    const QString outputPath = toText(m_output);
+    const QString projectPath = toPath(m_project);
+    const QString outputPath = toPath(m_output);
     const ProjectFile project = ProjectFile::load(projectPath);
     MatchConfig config = requireMatch(project, projectPath);
     const SportScoreState score =
@@ -60,10 +60,7 @@ ExitStatus ScoreboardCommand::run() {
 
     Remarks remarks;
     settleLogo(config, projectPath, remarks);
-    std::vector<InputFile> inputs{{projectPath, QStringLiteral("the project itself")}};
-    if (config.logoURL)
-        inputs.push_back({config.logoURL->toLocalFile(), QStringLiteral("the logo")});
-    requireUsableOutput(outputPath, inputs);
+    requireUsableOutput(outputPath, inputFiles(project, projectPath));
     say(remarks);
 
     const QImage logo = config.logoURL ? loadImage(config.logoURL->toLocalFile()) : QImage();

@@ -59,17 +59,17 @@ SegmentCommand::SegmentCommand(CLI::App& subcommand)
 }
 
 QString SegmentCommand::pathFor(const SegmentPlan& plan, const QString& planPath) const {
-    if (m_output) {
-        requireUsableOutput(toText(*m_output), inputFiles(plan, planPath));
-        return toText(*m_output);
-    }
     const PartFolder parts = PartFolder::beside(planPath, plan);
-    parts.create();
-    return m_segment == soundWord ? parts.sound() : parts.pictures(number());
+    if (!m_output)
+        parts.create();
+    const QString beside = m_segment == soundWord ? parts.sound() : parts.pictures(number());
+    const QString path = m_output ? toPath(*m_output) : beside;
+    requireUsableOutput(path, inputFiles(plan, planPath));
+    return path;
 }
 
 ExitStatus SegmentCommand::run() {
-    const QString planPath = toText(m_plan);
+    const QString planPath = toPath(m_plan);
     const auto plan = SegmentPlan::load(planPath, QStringLiteral(POINTLOOM_VERSION));
     if (m_segment == soundWord && !plan.hasSound)
         throw CommandError(planPath + QStringLiteral(": the video has no sound"));

@@ -33,16 +33,16 @@ StillCommand::StillCommand(CLI::App& subcommand)
 }
 
 ExitStatus StillCommand::run() {
-    const QString projectPath = toText(m_project);
+    const QString projectPath = toPath(m_project);
     ProjectFile project = ProjectFile::load(projectPath);
     project.trimStart = 0; // a still may lie outside of the range that is exported
     project.trimEnd.reset();
     ExportRequest request;
-    request.videoPath = toText(m_video);
-    request.outputPath = toText(m_output);
+    request.videoPath = toPath(m_video);
+    request.outputPath = toPath(m_output);
     ProjectInputs inputs = resolveInputs(project, projectPath, request);
     inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
-    requireUsableOutput(inputs.job.outputPath, inputFiles(inputs.job, projectPath));
+    requireUsableOutput(inputs.job.outputPath, inputFiles(inputs.job));
     try {
         writePng(ExportManager::renderStill(inputs.job, m_time), inputs.job.outputPath);
         say(inputs.remarks);

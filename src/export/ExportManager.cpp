@@ -13,7 +13,6 @@
 #include <limits>
 #include <new>
 #include <QCoreApplication>
-#include <QFile>
 #include <system_error>
 
 namespace pointloom {
@@ -37,11 +36,10 @@ std::optional<AudioReader> openAudio(const ExportJob& job, const ExportPlan& pla
     }
 }
 
-MediaWriter openWriter(const ExportJob& job, const ExportPlan& plan, const media::VideoTrackInfo& track,
-                       bool withAudio) {
-    QFile::remove(job.outputPath);
+MediaWriter openWriter(const QString& path, const ExportJob& job, const ExportPlan& plan,
+                       const media::VideoTrackInfo& track, bool withAudio) {
     try {
-        return MediaWriter::create(job.outputPath, videoSettings(job, plan, track), withAudio, plan.chapters,
+        return MediaWriter::create(path, videoSettings(job, plan, track), withAudio, plan.chapters,
                                    job.part ? job.part->comment : QString());
     } catch (const std::exception&) {
         throw ExportSource::writerError();
@@ -125,25 +123,6 @@ void writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer
     throwIfCancelled(isCancelled);
 }
 
-// Removes the file unless the export was completed.
-class PartialFile {
-public:
-    explicit PartialFile(QString path)
-        : m_path(std::move(path)) {}
-    ~PartialFile() {
-        if (!m_isComplete)
-            QFile::remove(m_path);
-    }
-    PartialFile(const PartialFile&) = delete;
-    PartialFile& operator=(const PartialFile&) = delete;
-
-    void keep() { m_isComplete = true; }
-
-private:
-    QString m_path;
-    bool m_isComplete = false;
-};
-
 // Errors that are not fatal are told to the crash reporter, on the main thread.
 void recordError(const QString& description) {
     const auto record = [description] {
@@ -160,15 +139,16 @@ ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isC
     VideoReader reader = ExportSource::open(job.videoPath);
     const media::MediaInfo info = reader.info();
     ExportSource::requireOverlaySize(*info.video);
-    ExportSource::requireOtherFile(job);
+    ExportSource::requireOtherFile(job, job.outputPath);
     ExportSource::requireRange(job, info.duration);
     const ExportPlan plan = makePlan(job, info);
     auto audio = openAudio(job, plan);
     FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
     FrameConverter converter(*info.video, pictureTarget(plan, *info.video));
 
-    PartialFile file(job.outputPath);
-    MediaWriter writer = openWriter(job, plan, *info.video, audio.has_value());
+    const auto file = ExportSource::writing(
+        "Writer failed: ", [&] { return std::make_unique<NewFile>(job.outputPath, job.ifExists); });
+    MediaWriter writer = openWriter(file->temporaryPath(), job, plan, *info.video, audio.has_value());
     SoundTrack sound(std::move(audio), writer, isCancelled);
     ProgressMeter progress(onProgress, plan.expectedFrames, framesWritten);
     FrameSource frames(std::move(reader), std::move(converter), plan.range);
@@ -178,9 +158,9 @@ ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isC
     } catch (const MediaError& error) {
         throw failure("Writer error: ", error);
     }
-    file.keep();
+    const QString path = ExportSource::writing("Writer error: ", [&] { return file->keep(); });
     progress.finish();
-    return {frames.damage()};
+    return {frames.damage(), path};
 }
 
 // What the system refuses comes without a word of what it was for.

@@ -4,6 +4,8 @@
 #include "export/EncodingOptions.h"
 #include "export/ExportOptions.h"
 #include "export/TrimRange.h"
+#include "files/InputFile.h"
+#include "files/NewFile.h"
 #include "media/Damage.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
@@ -42,7 +44,9 @@ struct ExportPart {
 
 struct ExportJob {
     QString videoPath;
-    QString outputPath; // a file that stands there is replaced
+    QString projectPath; // the document that the job was made of; empty when there is none
+    QString outputPath;
+    IfExists ifExists = IfExists::replace; // when `outputPath` is taken
     ExportFormat format = ExportFormat::h264;
     ExportPreset preset = ExportPreset::original;
     OverlayDescription overlay;
@@ -66,7 +70,11 @@ struct ExportProgress {
 /// What is worth knowing about a complete file.
 struct ExportReport {
     media::Damage damage; // of the source in the exported range
+    QString outputPath;   // where the file is
 };
+
+/// The files that the job reads: none is ever replaced.
+std::vector<InputFile> inputFiles(const ExportJob& job);
 
 namespace ExportManager {
 
@@ -75,9 +83,9 @@ using ProgressReport = std::function<void(const ExportProgress&)>;
 
 /// Blocks until the file is complete. `isCancelled` is polled at each frame, at each run of sound and while a
 /// frame is waited for, and `onProgress` called at each whole per cent, both on the calling thread.
-/// `framesWritten`, when given, counts the frames as they are written. Throws ExportError, and
-/// ExportCancelled when `isCancelled` said so; a partial file is removed in both cases. A damaged video gives
-/// what can be decoded.
+/// `framesWritten`, when given, counts the frames as they are written. The file takes its place when it is
+/// whole and on the disk. Throws ExportError, and ExportCancelled when `isCancelled` said so; what was there
+/// stays in both cases, and nothing else is left. A damaged video gives what can be decoded.
 ExportReport exportVideo(const ExportJob& job, const CancelQuery& isCancelled,
                          const ProgressReport& onProgress,
                          std::atomic<std::int64_t>* framesWritten = nullptr);

@@ -23,20 +23,6 @@ QString fileExtension(ExportFormat format) {
     return format == ExportFormat::prores ? QStringLiteral("mov") : QStringLiteral("mp4");
 }
 
-QString displayName(WatermarkCorner corner) {
-    switch (corner) {
-    case WatermarkCorner::topLeft:
-        return QStringLiteral("Top Left");
-    case WatermarkCorner::topRight:
-        return QStringLiteral("Top Right");
-    case WatermarkCorner::bottomLeft:
-        return QStringLiteral("Bottom Left");
-    case WatermarkCorner::bottomRight:
-        return QStringLiteral("Bottom Right");
-    }
-    Q_UNREACHABLE();
-}
-
 ExportError ExportError::noVideoTrack() {
     return {"The video file has no video track.", media::MediaFault::noPicture};
 }
@@ -45,12 +31,29 @@ ExportError ExportError::exportFailed(const QString& message, media::MediaFault 
     return {"Export failed: " + message.toStdString(), fault};
 }
 
-QString defaultOutputPath(ExportFormat format, const QDateTime& now) {
-    QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
-    if (folder.isEmpty())
-        folder = QDir::tempPath();
+namespace {
+
+QString downloadsFolder() {
+    // Without a home there are none: Qt names a folder at the root then.
+    const bool isHomeless = QDir::homePath() == QDir::rootPath();
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    return folder.isEmpty() || isHomeless ? QDir::tempPath() : folder;
+}
+
+QString nameIn(const QString& folder, ExportFormat format, const QDateTime& now) {
     return QStringLiteral("%1/scoreboard_%2.%3")
         .arg(folder, now.toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss")), fileExtension(format));
+}
+
+}
+
+QString defaultOutputPath(ExportFormat format, const QDateTime& now) {
+    return nameIn(downloadsFolder(), format, now);
+}
+
+QString newDefaultOutputPath(ExportFormat format, const QDateTime& now) {
+    const QString folder = downloadsFolder();
+    return nameIn(QDir().mkpath(folder) ? folder : QDir::tempPath(), format, now);
 }
 
 }

@@ -55,7 +55,20 @@ struct RawValues<WatermarkCorner> {
     });
 };
 
-QString displayName(WatermarkCorner corner);
+/// The label of the corner picker, in English.
+constexpr const char* displayName(WatermarkCorner corner) {
+    switch (corner) {
+    case WatermarkCorner::topLeft:
+        return "Top Left";
+    case WatermarkCorner::topRight:
+        return "Top Right";
+    case WatermarkCorner::bottomLeft:
+        return "Bottom Left";
+    case WatermarkCorner::bottomRight:
+        return "Bottom Right";
+    }
+    Q_UNREACHABLE();
+}
 
 /// An export that could not be done. `what()` is fit for a person.
 class ExportError : public std::runtime_error {
@@ -87,8 +100,12 @@ inline void throwIfCancelled(const std::function<bool()>& isCancelled) {
         throw ExportCancelled();
 }
 
-/// Where a new export is written when nobody says otherwise: the Downloads folder, or the temporary one;
-/// "scoreboard_" and the local time. Two exports in one second name the same file.
+/// Where a new export is written by default: the Downloads folder, or the temporary one for a user without a
+/// home; "scoreboard_" and the local time. Two exports in one second name the same file: IfExists::addNumber
+/// gives each its own.
 QString defaultOutputPath(ExportFormat format, const QDateTime& now = QDateTime::currentDateTime());
+
+/// The same for an export that starts: the folder is made, and where it cannot be the temporary one serves.
+QString newDefaultOutputPath(ExportFormat format, const QDateTime& now = QDateTime::currentDateTime());
 
 }

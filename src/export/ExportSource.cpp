@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
-#include <QFileInfo>
 
 namespace pointloom {
 
@@ -26,6 +25,17 @@ ExportError ExportSource::refusal(const char* text, const media::MediaError& rea
     return ExportError::exportFailed(
         QStringLiteral("%1 (%2)").arg(QString::fromUtf8(text), QString::fromUtf8(reason.what())),
         reason.fault());
+}
+
+ExportError ExportSource::failure(const char* what, const FileError& reason) {
+    using media::MediaFault;
+    const int error = reason.error();
+    const bool isFull = error == ENOSPC || error == EDQUOT;
+    const bool isForbidden = error == EACCES || error == EPERM || error == EROFS;
+    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()),
+                                     isFull        ? MediaFault::diskFull
+                                     : isForbidden ? MediaFault::noPermission
+                                                   : MediaFault::other);
 }
 
 media::VideoReader ExportSource::open(const QString& path) {
@@ -49,6 +59,8 @@ ExportError ExportSource::writerError() {
         return refusal("Cannot add video input.", error);
     } catch (const media::MediaError& error) {
         return failure("Writer failed: ", error);
+    } catch (const FileError& error) {
+        return failure("Writer failed: ", error);
     } catch (const std::bad_alloc&) {
         return refusal("Could not create AVAssetWriter.", noMemory());
     }
@@ -59,10 +71,21 @@ void ExportSource::requireOverlaySize(const media::VideoTrackInfo& track) {
         throw ExportError::exportFailed(QStringLiteral("Cannot add video output."));
 }
 
-void ExportSource::requireOtherFile(const ExportJob& job) {
-    const QString source = QFileInfo(job.videoPath).canonicalFilePath();
-    if (!source.isEmpty() && source == QFileInfo(job.outputPath).canonicalFilePath())
-        throw ExportError::exportFailed(QStringLiteral("the new video would replace the match video itself"));
+std::vector<InputFile> inputFiles(const ExportJob& job) {
+    std::vector<InputFile> files{{job.videoPath, QStringLiteral("the source video")}};
+    if (!job.projectPath.isEmpty())
+        files.push_back({job.projectPath, QStringLiteral("the project itself")});
+    if (job.overlay.watermarkPath)
+        files.push_back({*job.overlay.watermarkPath, QStringLiteral("the watermark")});
+    if (job.overlay.config.logoURL)
+        files.push_back({job.overlay.config.logoURL->toLocalFile(), QStringLiteral("the logo")});
+    return files;
+}
+
+void ExportSource::requireOtherFile(const ExportJob& job, const QString& path) {
+    const auto inputs = inputFiles(job);
+    if (const InputFile* replaced = replacedInput(path, inputs))
+        throw ExportError::exportFailed(QStringLiteral("the new file would replace ") + replaced->role);
 }
 
 void ExportSource::requireRange(const ExportJob& job, double videoDuration) {

@@ -2,19 +2,31 @@
 #pragma once
 
 #include "export/ExportManager.h"
+#include "files/FileError.h"
 #include "media/MediaWriter.h"
 #include "media/VideoReader.h"
 
 namespace pointloom::ExportSource {
 
-/// An error of the export from one of a room below; `what` ends with a colon and a blank.
+/// An error of the export from one of a room below; `what` ends with a colon and a space.
 ExportError failure(const char* what, const media::MediaError& reason);
+ExportError failure(const char* what, const FileError& reason);
+
+/// What `write` returns; its FileError as an error of the export.
+template <class Write>
+auto writing(const char* what, const Write& write) {
+    try {
+        return write();
+    } catch (const FileError& error) {
+        throw failure(what, error);
+    }
+}
 
 /// An error of the export whose text is a sentence of its own; the reason follows in parentheses.
 ExportError refusal(const char* text, const media::MediaError& reason);
 
-/// The error of the export for the exception in flight, which creating a writer threw: MediaError or
-/// std::bad_alloc.
+/// The error of the export for the exception in flight, which creating a writer threw: MediaError, FileError
+/// or std::bad_alloc.
 ExportError writerError();
 
 /// Throws ExportError.
@@ -23,8 +35,8 @@ media::VideoReader open(const QString& path);
 /// Throws ExportError when the picture is too small for an overlay.
 void requireOverlaySize(const media::VideoTrackInfo& track);
 
-/// Throws ExportError when the job would replace its own source.
-void requireOtherFile(const ExportJob& job);
+/// Throws ExportError when a file written to `path` would replace one that the job reads.
+void requireOtherFile(const ExportJob& job, const QString& path);
 
 /// Throws ExportError when the range is no range of a video that lasts `videoDuration` seconds.
 void requireRange(const ExportJob& job, double videoDuration);

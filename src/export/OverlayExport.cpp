@@ -22,7 +22,7 @@ namespace {
 using ExportSource::failure;
 using media::MediaError;
 
-// Where the pictures go. What was written goes away with a sink that was not finished.
+// Receives the pictures. What was written is removed with a sink that was not finished.
 class Sink {
 public:
     Sink() = default;
@@ -33,21 +33,17 @@ public:
     /// The picture that is written from now on; Format_RGBA8888.
     virtual void setPicture(const QImage& picture) = 0;
     virtual void write(const TrimRange::Stay& stay) = 0;
-    virtual void finish() = 0;
+    /// Returns the path.
+    virtual QString finish() = 0;
 };
 
 class MovieSink final : public Sink {
 public:
-    MovieSink(const QString& path, QSize size, const media::VideoTrackInfo& track)
-        : m_path(path)
-        , m_movie(media::AlphaMovie::create(path, size, track.timeBase, track.frameRate))
+    MovieSink(const ExportJob& job, QSize size, const media::VideoTrackInfo& track)
+        : m_file(job.outputPath, job.ifExists)
+        , m_movie(media::AlphaMovie::create(m_file.temporaryPath(), size, track.timeBase, track.frameRate))
         , m_usualDuration(std::max<std::int64_t>(
               1, std::llround(1 / (track.frameRate.value() * track.timeBase.value())))) {}
-
-    ~MovieSink() override {
-        if (!m_isFinished)
-            QFile::remove(m_path);
-    }
 
     void setPicture(const QImage& picture) override {
         m_movie.setPicture({picture.constBits(), static_cast<std::size_t>(picture.sizeInBytes())});
@@ -57,37 +53,21 @@ public:
         m_movie.write(stay.timestamp, stay.duration > 0 ? stay.duration : m_usualDuration);
     }
 
-    void finish() override {
+    QString finish() override {
         m_movie.finish();
-        m_isFinished = true;
+        return m_file.keep();
     }
 
 private:
-    QString m_path;
+    NewFile m_file;
     media::AlphaMovie m_movie;
     std::int64_t m_usualDuration; // ticks
-    bool m_isFinished = false;
 };
 
 class FolderSink final : public Sink {
 public:
-    explicit FolderSink(const QString& path)
-        : m_folder(path)
-        , m_wasThere(m_folder.exists()) {
-        if (!m_folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
-            throw MediaError("the folder for the pictures is not empty");
-        if (!QDir().mkpath(path))
-            throw MediaError("the folder for the pictures cannot be made");
-    }
-
-    ~FolderSink() override {
-        if (m_isFinished)
-            return;
-        for (std::int64_t number = 1; number <= m_count; ++number)
-            QFile::remove(pathOf(number));
-        if (!m_wasThere)
-            m_folder.rmdir(m_folder.absolutePath());
-    }
+    explicit FolderSink(const ExportJob& job)
+        : m_folder(job.outputPath, job.ifExists) {}
 
     void setPicture(const QImage& picture) override {
         m_png.clear();
@@ -98,35 +78,31 @@ public:
     }
 
     void write(const TrimRange::Stay&) override {
-        QFile file(pathOf(++m_count));
+        QFile file(QDir(m_folder.temporaryPath())
+                       .filePath(QStringLiteral("frame_%1.png").arg(++m_count, 6, 10, QLatin1Char('0'))));
         if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(m_png) != m_png.size() ||
             !file.flush())
             throw MediaError("a picture could not be written: " + file.errorString().toStdString());
     }
 
-    void finish() override { m_isFinished = true; }
+    QString finish() override { return m_folder.keep(); }
 
 private:
-    QString pathOf(std::int64_t number) const {
-        return m_folder.filePath(QStringLiteral("frame_%1.png").arg(number, 6, 10, QLatin1Char('0')));
-    }
-
-    QDir m_folder;
-    bool m_wasThere;
+    NewFolder m_folder;
     QByteArray m_png;
     std::int64_t m_count = 0;
-    bool m_isFinished = false;
 };
 
 std::unique_ptr<Sink> makeSink(const ExportJob& job, Format format, QSize size,
                                const media::VideoTrackInfo& track) {
+    if (format == Format::png && job.ifExists == IfExists::replace && !NewFolder::canBeAt(job.outputPath))
+        throw ExportError::exportFailed(
+            QStringLiteral("Writer failed: the folder for the pictures is not empty"));
     try {
         if (format == Format::png)
-            return std::make_unique<FolderSink>(job.outputPath);
-        return std::make_unique<MovieSink>(job.outputPath, size, track);
+            return std::make_unique<FolderSink>(job);
+        return std::make_unique<MovieSink>(job, size, track);
     } catch (const std::exception&) {
-        if (format == Format::prores)
-            QFile::remove(job.outputPath);
         throw ExportSource::writerError();
     }
 }
@@ -189,10 +165,10 @@ void writeFrames(const ExportJob& job, media::FrameTimes times, OverlayPicture& 
 
 }
 
-void run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
-         const ExportManager::ProgressReport& onProgress) {
+ExportReport run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
+                 const ExportManager::ProgressReport& onProgress) {
     const media::MediaInfo info = ExportSource::open(job.videoPath).info();
-    ExportSource::requireOtherFile(job);
+    ExportSource::requireOtherFile(job, job.outputPath);
     ExportSource::requireRange(job, info.duration);
     const PictureLayout layout = planPicture(*info.video, job.preset);
     OverlayPicture overlay(job.overlay, layout);
@@ -202,11 +178,14 @@ void run(const ExportJob& job, Format format, const ExportManager::CancelQuery& 
     try {
         writeFrames(job, media::FrameTimes::open(job.videoPath, job.trimStart), overlay, *sink, progress,
                     isCancelled);
-        sink->finish();
+        const QString path = sink->finish();
+        progress.finish();
+        return {.damage = {}, .outputPath = path};
     } catch (const MediaError& error) {
         throw failure("Writer error: ", error);
+    } catch (const FileError& error) {
+        throw failure("Writer error: ", error);
     }
-    progress.finish();
 }
 
 }

@@ -13,8 +13,9 @@ enum class Format {
 /// Writes what `ExportManager::exportVideo` would draw over each picture, at the same times and upright, in
 /// the size of the preset; without sound. `job.format` does not count. `job.outputPath` is a file that is
 /// replaced, or for pictures a folder that is empty or not there yet. Throws ExportError, and
-/// ExportCancelled when `isCancelled` said so; what was written is removed in both cases.
-void run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
-         const ExportManager::ProgressReport& onProgress);
+/// ExportCancelled when `isCancelled` said so; what was there stays in both cases. The report tells no
+/// damage.
+ExportReport run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
+                 const ExportManager::ProgressReport& onProgress);
 
 }

@@ -1,7 +1,6 @@
 #include "export/ParallelExport.h"
 
 #include "export/ExportSource.h"
-#include "export/NewFile.h"
 #include "export/SegmentJoin.h"
 
 #include <algorithm>
@@ -148,17 +147,23 @@ ExportReport PartWorkers::report() const {
 }
 
 ExportReport ParallelExport::run(const SegmentPlan& plan, const ExportManager::CancelQuery& isCancelled,
-                                 const ExportManager::ProgressReport& onProgress) {
-    if (plan.count() == 1)
-        return ExportManager::exportVideo(plan.job(), isCancelled, onProgress);
-    ExportSource::requireOtherFile(plan.job());
-    const ScratchFolder folder(plan.output);
-    const PartFolder parts(folder.path(), plan.format);
+                                 const ExportManager::ProgressReport& onProgress, IfExists ifExists) {
+    if (plan.count() == 1) {
+        ExportJob job = plan.job();
+        job.ifExists = ifExists;
+        return ExportManager::exportVideo(job, isCancelled, onProgress);
+    }
+    ExportSource::requireOtherFile(plan.job(), plan.output);
+    const auto folder = ExportSource::writing("Writer failed: ", [&] {
+        const NewFile output(plan.output, ifExists); // what cannot be written is refused before the work
+        return std::make_unique<NewFolder>(plan.output, ifExists);
+    });
+    const PartFolder parts(folder->temporaryPath(), plan.format);
     PartWorkers workers(plan, parts);
     workers.start();
     workers.wait(isCancelled, onProgress);
-    SegmentJoin::join(plan, parts, plan.output, isCancelled, {});
-    const ExportReport report = workers.report();
+    ExportReport report = workers.report();
+    report.outputPath = SegmentJoin::join(plan, parts, plan.output, isCancelled, {}, ifExists);
     if (onProgress)
         onProgress({1.0});
     return report;

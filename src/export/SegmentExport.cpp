@@ -1,7 +1,6 @@
 #include "export/SegmentExport.h"
 
 #include "export/ExportSource.h"
-#include "export/NewFile.h"
 #include "media/AudioReader.h"
 #include "media/MediaError.h"
 #include "media/PartJoin.h"
@@ -39,7 +38,7 @@ bool holds(const QString& path, const QString& comment) {
 
 PartFolder PartFolder::beside(const QString& planPath, const SegmentPlan& plan) {
     const QFileInfo file(planPath);
-    return {file.absoluteDir().filePath(file.completeBaseName() + QStringLiteral(".parts")), plan.format};
+    return {file.absolutePath() + u'/' + file.completeBaseName() + QStringLiteral(".parts"), plan.format};
 }
 
 QString PartFolder::pictures(int segment) const {
@@ -66,11 +65,8 @@ std::optional<ExportReport> SegmentExport::encode(const SegmentPlan& plan, int n
     plan.requireUnchangedInputs();
     if (isSegment(plan, number, path))
         return std::nullopt;
-    NewFile file(path);
-    job.outputPath = file.temporaryPath();
-    const ExportReport report = ExportManager::exportVideo(job, isCancelled, onProgress);
-    file.keep();
-    return report;
+    job.outputPath = path;
+    return ExportManager::exportVideo(job, isCancelled, onProgress);
 }
 
 bool SegmentExport::encodeSound(const SegmentPlan& plan, const QString& path,
@@ -78,8 +74,9 @@ bool SegmentExport::encodeSound(const SegmentPlan& plan, const QString& path,
     plan.requireUnchangedInputs();
     if (isSound(plan, path))
         return false;
-    NewFile file(path);
+    ExportSource::requireOtherFile(plan.job(), path);
     try {
+        NewFile file(path);
         const TrimRange range(plan.trimStart, plan.trimEnd);
         auto reader = media::AudioReader::open(plan.video.path, range.start(), range.end());
         if (!reader)
@@ -90,11 +87,13 @@ bool SegmentExport::encodeSound(const SegmentPlan& plan, const QString& path,
             writer.write(*run);
         }
         writer.finish();
+        file.keep();
+        return true;
     } catch (const media::MediaError& error) {
         throw ExportSource::failure("the sound: ", error);
+    } catch (const FileError& error) {
+        throw ExportSource::failure("the sound: ", error);
     }
-    file.keep();
-    return true;
 }
 
 void SegmentExport::encodeSoundIfPossible(const SegmentPlan& plan, const QString& path,

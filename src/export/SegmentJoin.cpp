@@ -2,7 +2,6 @@
 
 #include "export/Chapters.h"
 #include "export/ExportSource.h"
-#include "export/NewFile.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
 #include "media/PartJoin.h"
@@ -79,24 +78,28 @@ private:
 
 }
 
-void SegmentJoin::join(const SegmentPlan& plan, const PartFolder& parts, const QString& output,
-                       const ExportManager::CancelQuery& isCancelled,
-                       const ExportManager::ProgressReport& onProgress) {
+QString SegmentJoin::join(const SegmentPlan& plan, const PartFolder& parts, const QString& output,
+                          const ExportManager::CancelQuery& isCancelled,
+                          const ExportManager::ProgressReport& onProgress, IfExists ifExists) {
+    ExportSource::requireOtherFile(plan.job(), output);
     plan.requireUnchangedInputs();
     requireAllSegments(plan, parts);
     if (plan.hasSound)
         SegmentExport::encodeSoundIfPossible(plan, parts.sound(), isCancelled);
-    NewFile file(output);
     try {
+        NewFile file(output, ifExists);
         if (!media::joinParts(requestFor(plan, parts, file.temporaryPath()),
                               JoinMeter(isCancelled, onProgress)))
             throw ExportCancelled();
+        const QString path = file.keep();
+        if (onProgress)
+            onProgress({1.0});
+        return path;
     } catch (const media::MediaError& error) {
         throw ExportSource::failure("", error);
+    } catch (const FileError& error) {
+        throw ExportSource::failure("", error);
     }
-    file.keep();
-    if (onProgress)
-        onProgress({1.0});
 }
 
 }

@@ -2,7 +2,8 @@
 
 #include "export/ExportSource.h"
 #include "export/SegmentCuts.h"
-#include "files/WholeFile.h"
+#include "files/FileError.h"
+#include "files/NewFile.h"
 #include "media/AudioReader.h"
 #include "media/MediaError.h"
 #include "json/JsonDocument.h"
@@ -174,12 +175,12 @@ void SegmentPlan::save(const QString& path) const {
     const QByteArray text = json::prettySorted(json::encode(*this));
     try {
         json::requireWithin({}, text);
+        writeWhole(path, text);
     } catch (const json::DecodingError& error) {
         fail(path, error.what());
+    } catch (const FileError& error) {
+        fail(path, "cannot be written: " + error.reason().toStdString());
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, text))
-        fail(path, "cannot be written: " + file.errorString().toStdString());
 }
 
 ExportJob SegmentPlan::job() const {

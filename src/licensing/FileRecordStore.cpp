@@ -1,6 +1,7 @@
 #include "licensing/FileRecordStore.h"
 
-#include "files/WholeFile.h"
+#include "files/FileError.h"
+#include "files/NewFile.h"
 #include "licensing/LicenceError.h"
 
 #include <filesystem>
@@ -62,10 +63,11 @@ std::optional<QByteArray> FileRecordStore::load(const StopQuery&) {
 
 void FileRecordStore::save(const QByteArray& bytes, const StopQuery&) {
     QDir().mkpath(QFileInfo(m_path).path());
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
-        !commitWhole(file, bytes))
-        fail(QStringLiteral("The licence file %1 cannot be written: %2"), m_path, file.errorString());
+    try {
+        writeWhole(m_path, bytes, Access::ownerOnly);
+    } catch (const FileError& error) {
+        fail(QStringLiteral("The licence file %1 cannot be written: %2"), m_path, error.reason());
+    }
 }
 
 }

@@ -1,6 +1,7 @@
 #include "licensing/LicenceManager.h"
 
-#include "files/WholeFile.h"
+#include "files/FileError.h"
+#include "files/NewFile.h"
 #include "licensing/KeychainRecordStore.h"
 #include "licensing/MachineFingerprint.h"
 #include "json/JsonDocument.h"
@@ -248,10 +249,12 @@ std::optional<LicenceError> LicenceManager::renewIfDue(const StopQuery& isStoppi
 void LicenceManager::writeRequest(const QString& keyText, const QString& path, const StopQuery& isStopping) {
     const LicenceRequest request = requestFor(LicenceKey::parse(keyText));
     const auto operation = begin(isStopping);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, request.toJson()))
+    try {
+        writeWhole(path, request.toJson());
+    } catch (const FileError& error) {
         fail(LicenceFault::file,
-             QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(path).fileName(), file.errorString()));
+             QStringLiteral("%1 cannot be written: %2").arg(QFileInfo(path).fileName(), error.reason()));
+    }
     try {
         Kept kept = readKept(isStopping);
         kept.addRequest(request.nonce);

@@ -5,57 +5,14 @@
 #include <QFileInfo>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace pointloom {
-
-FileError::FileError(const QString& path, const char* fault, const QString& reason)
-    : std::runtime_error(
-          (path + QStringLiteral(": %1: %2").arg(QString::fromUtf8(fault), reason)).toStdString()) {}
-
-FileError::FileError(const QString& path, const char* fault, int error)
-    : std::runtime_error(path.toStdString() + ": " + fault + ": " + std::generic_category().message(error)) {}
-
-FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
-    std::swap(m_descriptor, other.m_descriptor);
-    return *this;
-}
-
-FileDescriptor::~FileDescriptor() {
-    if (isOpen())
-        ::close(m_descriptor);
-}
 
 namespace {
 
 constexpr mode_t privateFile = 0600;
 constexpr mode_t privateFolder = 0700;
-
-FileDescriptor open(const QString& path, int flags, mode_t mode = privateFile) {
-    return FileDescriptor(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, mode));
-}
-
-void syncFolder(const QString& path) {
-    const FileDescriptor folder = open(path, O_RDONLY | O_DIRECTORY);
-    if (!folder.isOpen())
-        throw FileError(path, "could not be opened");
-    // Some file systems cannot sync a folder and say so; theirs needs none.
-    if (::fsync(folder.get()) != 0 && errno != EINVAL)
-        throw FileError(path, "could not be written to the disk");
-}
-
-void writeAll(const FileDescriptor& file, const QByteArray& bytes, const QString& path) {
-    for (qsizetype written = 0; written < bytes.size();) {
-        const auto count = ::write(file.get(), bytes.constData() + written,
-                                   static_cast<std::size_t>(bytes.size() - written));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            throw FileError(path, "could not be written");
-        written += count;
-    }
-}
 
 // The new file is readable to whom the old one was.
 void keepMode(const FileDescriptor& file, const QString& path) {
@@ -65,19 +22,18 @@ void keepMode(const FileDescriptor& file, const QString& path) {
 }
 
 void writeToDisk(const QString& path, const QByteArray& bytes, const QString& modeOf) {
-    const FileDescriptor file = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
+    const FileDescriptor file(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW, privateFile);
     if (!file.isOpen())
         throw FileError(path, "could not be created");
     writeAll(file, bytes, path);
     keepMode(file, modeOf);
-    if (::fsync(file.get()) != 0)
-        throw FileError(path, "could not be written to the disk");
+    syncFile(file, path);
 }
 
 }
 
 FolderGuard::FolderGuard(const QString& folder)
-    : m_folder(open(folder, O_RDONLY | O_DIRECTORY)) {
+    : m_folder(folder, O_RDONLY | O_DIRECTORY) {
     if (!m_folder.isOpen())
         throw FileError(folder, "could not be opened");
     // A file system without locks (some network shares) is used without.
@@ -86,10 +42,13 @@ FolderGuard::FolderGuard(const QString& folder)
 }
 
 QByteArray AtomicFile::read(const QString& path) {
-    QFile file(path);
-    if (!file.exists())
+    const FileDescriptor descriptor(path, O_RDONLY);
+    if (!descriptor.isOpen() && errno == ENOENT)
         return {};
-    if (!file.open(QIODevice::ReadOnly))
+    if (!descriptor.isOpen())
+        throw FileError(path, "could not be read");
+    QFile file;
+    if (!file.open(descriptor.get(), QIODevice::ReadOnly))
         throw FileError(path, "could not be read", file.errorString());
     if (file.size() > largestSize)
         throw FileError(path, "could not be read", EFBIG);
@@ -100,10 +59,9 @@ QByteArray AtomicFile::read(const QString& path) {
 }
 
 void AtomicFile::write(const QString& path, const QByteArray& bytes) {
-    if (bytes.size() > largestSize) // `read` would refuse it
+    if (bytes.size() > largestSize)
         throw FileError(path, "could not be written", EFBIG);
-    const QFileInfo named(path);
-    const QFileInfo target(named.exists() ? named.canonicalFilePath() : named.absoluteFilePath());
+    const QFileInfo target(linkTarget(path));
     const QString folder = target.absolutePath();
     createFolder(folder);
 

@@ -2,30 +2,10 @@
 // when a call returns they are on the disk.
 #pragma once
 
-#include "persistence/FileError.h"
-
-#include <QByteArray>
-#include <QString>
-#include <utility>
+#include "files/FileDescriptor.h"
+#include "files/FileError.h"
 
 namespace pointloom {
-
-/// An open file of the operating system.
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int descriptor = -1)
-        : m_descriptor(descriptor) {}
-    FileDescriptor(FileDescriptor&& other) noexcept
-        : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept;
-    ~FileDescriptor();
-
-    int get() const { return m_descriptor; }
-    bool isOpen() const { return m_descriptor >= 0; }
-
-private:
-    int m_descriptor;
-};
 
 /// Keeps other processes, and other holders in this one, out of a folder's files as long as it lives.
 /// The system releases it when a process dies. Only those who ask for it are kept out.

@@ -1,6 +1,7 @@
 #include "persistence/DocumentFile.h"
 
-#include "files/WholeFile.h"
+#include "files/FileError.h"
+#include "files/NewFile.h"
 #include "persistence/DocumentError.h"
 
 #include <QFile>
@@ -43,6 +44,12 @@ QByteArray readDocument(const QString& path, qint64 byteLimit) {
     return content;
 }
 
+void requireNoInput(const QString& path, const std::vector<InputFile>& inputs) {
+    if (const InputFile* input = replacedInput(path, inputs))
+        throw DocumentError(path,
+                            QStringLiteral("is ") + input->role + QStringLiteral("; choose another name"));
+}
+
 void writeDocument(const QString& path, const QByteArray& content) {
     const QFileInfo info(path);
     if (path.isEmpty())
@@ -50,9 +57,11 @@ void writeDocument(const QString& path, const QByteArray& content) {
     if (info.exists())
         requireRegularFile(path, info);
 
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !commitWhole(file, content))
-        throw DocumentError(path, asReason(file.errorString()));
+    try {
+        writeWhole(path, content);
+    } catch (const FileError& error) {
+        throw DocumentError(path, error.reason());
+    }
 }
 
 }

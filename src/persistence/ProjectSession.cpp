@@ -86,6 +86,20 @@ void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
     state.save();
 }
 
+std::vector<InputFile> inputFiles(const AppState& state) {
+    std::vector<InputFile> files;
+    const auto add = [&](const std::optional<QUrl>& url, const char* role) {
+        if (url)
+            files.push_back({url->toLocalFile(), QString::fromUtf8(role)});
+    };
+    add(state.currentProjectURL.value(), "the project itself");
+    add(state.videoURL.value(), "the source video");
+    add(state.watermarkURL.value(), "the watermark");
+    if (const auto& match = state.matchConfig.value())
+        add(match->logoURL, "the logo");
+    return files;
+}
+
 OpenReport openProject(const QString& path, AppState& state) {
     using enum OpenReport::Role;
     ProjectFile project = ProjectFile::load(path);

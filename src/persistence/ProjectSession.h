@@ -1,6 +1,7 @@
 // Between project documents and the session.
 #pragma once
 
+#include "files/InputFile.h"
 #include "persistence/ProjectFile.h"
 
 #include <QString>
@@ -45,5 +46,8 @@ struct OpenReport {
 /// same name beside the document. A missing video is to be imported again, a missing logo or watermark
 /// stays named. Throws DocumentError when the document cannot be read; the session is untouched then.
 OpenReport openProject(const QString& path, AppState& state);
+
+/// The document of the session and the files that it names, which no other new file may replace.
+std::vector<InputFile> inputFiles(const AppState& state);
 
 }

@@ -2,7 +2,7 @@
 // call returns, and a process that dies at any instant leaves the value before or the value after.
 #pragma once
 
-#include "persistence/FileError.h"
+#include "files/FileError.h"
 
 #include <optional>
 #include <QByteArray>

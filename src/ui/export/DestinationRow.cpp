@@ -175,8 +175,10 @@ void DestinationRow::choose() {
 }
 
 bool DestinationRow::prepare() {
-    if (m_isProposed)
-        QDir().mkpath(QFileInfo(m_path).absolutePath());
+    if (m_isProposed) {
+        setPath(newDefaultOutputPath(m_format));
+        return true;
+    }
     if (m_isReplacingAgreed || !QFileInfo::exists(m_path))
         return true;
     return m_context.dialogs.confirm(

@@ -1,6 +1,7 @@
 // Where the new video goes, and whether there is room for it.
 #pragma once
 
+#include "files/NewFile.h"
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
 #include "ui/export/ExportFacts.h"
@@ -25,9 +26,12 @@ public:
     /// Names the file anew and judges the room by it; `seconds` of video are written.
     void setExport(ExportFormat format, ExportPreset preset, media::EncodingQuality quality, double seconds);
 
-    /// True when the file may be written: it is not there, or the person agrees that it is replaced. The
-    /// folder of a proposed file is made when it is missing.
+    /// True when the file may be written: it is not there, or the user agrees that it is replaced. A proposed
+    /// file is named after this moment, and its folder is made when it is missing.
     bool prepare();
+
+    /// A proposed file leaves one that has its name where it is.
+    IfExists ifExists() const { return m_isProposed ? IfExists::addNumber : IfExists::replace; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -50,8 +54,8 @@ private:
     QPushButton* m_change;
 
     QString m_path;
-    bool m_isProposed = true;         // the person did not choose another
-    bool m_isReplacingAgreed = false; // the person chose a file that was there
+    bool m_isProposed = true;         // the user did not choose another
+    bool m_isReplacingAgreed = false; // the user chose a file that was there
     ExportFormat m_format = ExportFormat::h264;
     ExportPreset m_preset = ExportPreset::original;
     media::EncodingQuality m_quality = media::EncodingQuality::standard;

@@ -181,17 +181,18 @@ std::optional<ExportJob> ExportSheet::job() const {
     job->format = m_options->format();
     job->quality = m_options->encoding().quality();
     job->encoder = m_options->encoding().encoder();
+    if (const auto& document = m_context.state.currentProjectURL.value())
+        job->projectPath = document->toLocalFile();
     job->outputPath = m_destination->path();
+    job->ifExists = m_destination->ifExists();
     return job;
 }
 
 void ExportSheet::start() {
-    const auto wanted = job();
-    if (!wanted || !m_destination->prepare())
+    if (!job() || !m_destination->prepare())
         return;
     m_closesWhenStopped = false;
-    m_stage->setOutput(wanted->outputPath);
-    m_runner.start(*wanted);
+    m_runner.start(*job());
 }
 
 void ExportSheet::stop() {

@@ -107,10 +107,6 @@ void ExportStage::bind() {
     m_bindings.watchAll([this] { showStage(); }, state.exportStatus, state.language);
 }
 
-void ExportStage::setOutput(const QString& path) {
-    m_path = path;
-}
-
 void ExportStage::showWords() {
     m_another->setText(m_context.text(ExportTexts::exportAnother));
     m_options->setText(m_context.text(ExportTexts::changeOptions));
@@ -162,7 +158,7 @@ void ExportStage::showStage() {
 
 void ExportStage::showResult() {
     const Language language = m_context.state.language;
-    const QFileInfo file(m_path);
+    const QFileInfo file(m_runner.report().outputPath);
     QStringList lines{
         QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language))};
     if (const auto& fallback = m_runner.fallback())
@@ -196,11 +192,11 @@ void ExportStage::showStopping() {
 }
 
 void ExportStage::play() {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(m_path));
+    QDesktopServices::openUrl(QUrl::fromLocalFile(m_runner.report().outputPath));
 }
 
 void ExportStage::showInFolder() {
-    showInFileManager(m_path);
+    showInFileManager(m_runner.report().outputPath);
 }
 
 }

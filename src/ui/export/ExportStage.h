@@ -19,8 +19,6 @@ class ExportStage : public QWidget {
 public:
     ExportStage(const UiContext& context, const ExportRunner& runner, QWidget* parent);
 
-    /// The file that is written.
-    void setOutput(const QString& path);
     /// Shows that a wish to stop was heard.
     void showStopping();
 
@@ -47,7 +45,6 @@ private:
 
     UiContext m_context;
     const ExportRunner& m_runner;
-    QString m_path;
     QLabel* m_icon;
     QLabel* m_heading;
     QLabel* m_detail;

@@ -24,10 +24,10 @@ constexpr UiText changePicture{"Change the watermark", "Changer le filigrane", "
 constexpr UiText removePicture{"Remove the watermark", "Retirer le filigrane", "Quitar la marca de agua", "Rimuovi la filigrana", "Wasserzeichen entfernen", "Ta bort vattenstämpeln", "Remover a marca de água"};
 constexpr UiText chooseWatermark{"Choose a Watermark", "Choisir un filigrane", "Elegir una marca de agua", "Scegli una filigrana", "Wasserzeichen wählen", "Välj en vattenstämpel", "Escolher uma marca de água"};
 constexpr UiText pictureFiles{"Pictures", "Images", "Imágenes", "Immagini", "Bilder", "Bilder", "Imagens"};
-constexpr UiText topLeft{"Top left", "En haut à gauche", "Arriba a la izquierda", "In alto a sinistra", "Oben links", "Uppe till vänster", "Em cima à esquerda"};
-constexpr UiText topRight{"Top right", "En haut à droite", "Arriba a la derecha", "In alto a destra", "Oben rechts", "Uppe till höger", "Em cima à direita"};
-constexpr UiText bottomLeft{"Bottom left", "En bas à gauche", "Abajo a la izquierda", "In basso a sinistra", "Unten links", "Nere till vänster", "Em baixo à esquerda"};
-constexpr UiText bottomRight{"Bottom right", "En bas à droite", "Abajo a la derecha", "In basso a destra", "Unten rechts", "Nere till höger", "Em baixo à direita"};
+constexpr UiText topLeft{displayName(WatermarkCorner::topLeft), "En haut à gauche", "Arriba a la izquierda", "In alto a sinistra", "Oben links", "Uppe till vänster", "Em cima à esquerda"};
+constexpr UiText topRight{displayName(WatermarkCorner::topRight), "En haut à droite", "Arriba a la derecha", "In alto a destra", "Oben rechts", "Uppe till höger", "Em cima à direita"};
+constexpr UiText bottomLeft{displayName(WatermarkCorner::bottomLeft), "En bas à gauche", "Abajo a la izquierda", "In basso a sinistra", "Unten links", "Nere till vänster", "Em baixo à esquerda"};
+constexpr UiText bottomRight{displayName(WatermarkCorner::bottomRight), "En bas à droite", "Abajo a la derecha", "In basso a destra", "Unten rechts", "Nere till höger", "Em baixo à direita"};
 
 constexpr UiText range{"Range", "Plage", "Intervalo", "Intervallo", "Bereich", "Intervall", "Intervalo"};
 constexpr UiText wholeClip{"Whole clip", "Tout le clip", "Clip entero", "Tutto il video", "Ganzer Clip", "Hela klippet", "Vídeo inteiro"};

@@ -1,6 +1,7 @@
 #include "ui/export/FramePreview.h"
 
 #include "persistence/DocumentError.h"
+#include "persistence/DocumentFile.h"
 #include "persistence/PictureFile.h"
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
@@ -22,8 +23,9 @@ constexpr QSize usualSize(880, 600);
 constexpr QSize smallestSize(520, 380);
 
 // Returns why it cannot be written.
-QString faultOfWriting(const QImage& still, const QString& path) {
+QString faultOfWriting(const QImage& still, const QString& path, const std::vector<InputFile>& inputs) {
     try {
+        requireNoInput(path, inputs);
         writePng(still, path);
         return {};
     } catch (const DocumentError& error) {
@@ -159,14 +161,15 @@ void FramePreview::save() {
     if (!chosen)
         return;
     m_save->setEnabled(false);
-    m_saving.start([still = m_still->still(), path = *chosen] { return faultOfWriting(still, path); },
-                   [this](const QString& fault) {
-                       m_save->setEnabled(true);
-                       if (!fault.isEmpty())
-                           m_context.dialogs.alert(
-                               this, m_context.text(L10nKey::framePreview),
-                               m_context.text(ExportTexts::couldNotSavePicture).arg(fault));
-                   });
+    const auto write = [still = m_still->still(), path = *chosen, inputs = inputFiles(m_context.state)] {
+        return faultOfWriting(still, path, inputs);
+    };
+    m_saving.start(write, [this](const QString& fault) {
+        m_save->setEnabled(true);
+        if (!fault.isEmpty())
+            m_context.dialogs.alert(this, m_context.text(L10nKey::framePreview),
+                                    m_context.text(ExportTexts::couldNotSavePicture).arg(fault));
+    });
 }
 
 }
