@@ -22,7 +22,8 @@ sounds and one that tells the frames apart. H.264 and HEVC are encoded without l
 own work and not the encoder's; ProRes has no such mode. What these clips cannot show is what a particular camera gets
 wrong. Real clips of several are part of the tests where they are at hand.
 
-- **Frames**: how many, and how far their times are from the source's at most.
+- **Frames**: how many, and how far their times are from the source's at most. Where the start is cut off,
+  right within 1.3 ms: ranges are held in units of 1/600 s.
 - **Sound**: by how much the beep is heard after the flash is seen; right within 10 ms.
 - **Colours**: the largest difference from the source in any frame, in levels of 255; right within 2. HDR becomes SDR in
   H.264: there greys must stay grey and in order, black black and white white.

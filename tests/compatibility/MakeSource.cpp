@@ -104,6 +104,10 @@ QString withTurn(const Turn& turn, const ClipFolder& folder, const QString& path
 
 }
 
+double trimStart(const Source& source) {
+    return source.trimmedFrames / perSecond(source.rate);
+}
+
 QString make(const Source& source, const ClipFolder& folder) {
     const QString name = QString::fromStdString(source.file);
     QString path = folder.make(name, firstPass(source, folder));

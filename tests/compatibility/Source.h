@@ -46,6 +46,7 @@ struct Source {
     std::string container{};  // options of the file as a whole
     std::string secondPass{}; // options of a copy; " | " stands where its input comes
     Turn turn = upright;
+    double trimmedFrames = 0;   // what the export leaves out at the start, of a constant rate
     bool isInterlaced = false;  // frames hold two pictures of the pattern each
     bool inEveryFormat = false; // beside H.264
     bool inOtherSizes = false;  // beside the original one
@@ -56,6 +57,9 @@ std::span<const Source> sources();
 
 /// The one of that name.
 const Source& sourceNamed(const std::string& name);
+
+/// Seconds from the start of the clip.
+double trimStart(const Source& source);
 
 /// Makes the clip; returns its path.
 QString make(const Source& source, const ClipFolder& folder);

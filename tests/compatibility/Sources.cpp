@@ -129,6 +129,32 @@ std::vector<Source> rates() {
     return rows;
 }
 
+std::vector<Source> trims() {
+    std::vector<Source> rows;
+    for (const char* rate : {"24000/1001", "24", "25", "30000/1001", "30", "48", "50", "60000/1001", "60",
+                             "100", "120000/1001", "120", "240"}) {
+        const std::string name = rate;
+        const bool isWhole = name.find('/') == std::string::npos;
+        const std::string whole = name.substr(0, name.find("000/"));
+        const std::string words = isWhole         ? name
+                                  : whole == "24" ? "23.976"
+                                  : whole == "30" ? "29.97"
+                                  : whole == "60" ? "59.94"
+                                                  : "119.88";
+        rows.push_back({.name = "TrimmedFps" + whole + (isWhole ? "" : "Ntsc"),
+                        .title = words + " frames a second, cut to begin with a frame",
+                        .rate = rate,
+                        .trimmedFrames = 7});
+    }
+    for (const char* rate : {"24", "25", "30"})
+        rows.push_back({.name = std::string("TrimmedClock") + rate,
+                        .title = std::string("Clock of 1/") + rate + " s, cut to begin between two frames",
+                        .rate = rate,
+                        .container = std::string("-video_track_timescale ") + rate,
+                        .trimmedFrames = 7.5});
+    return rows;
+}
+
 std::vector<Source> files() {
     const std::string withB = "-c:v libx264 -qp 1 -preset fast -bf 3 -g 12";
     return {
@@ -308,7 +334,8 @@ std::vector<Source> sounds() {
 
 std::vector<Source> all() {
     std::vector<Source> rows;
-    for (const auto& part : {turned(), layouts(), colors(), rates(), files(), shapes(), codecs(), sounds()})
+    for (const auto& part :
+         {turned(), layouts(), colors(), rates(), trims(), files(), shapes(), codecs(), sounds()})
         rows.insert(rows.end(), part.begin(), part.end());
     return rows;
 }
