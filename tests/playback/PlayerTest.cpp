@@ -81,7 +81,7 @@ TEST_F(PlayerTest, TimesOfFramesAreThoseOfTheFileToTheLastDigits) {
             {.rate = rate, .frames = 40, .more = {QStringLiteral("-video_track_timescale"), timescale}})));
         for (int number = 1; number < 40; ++number) {
             watched.player.stepForward();
-            ASSERT_TRUE(Watched::waitFor([&] { return !watched.player.isSeeking(); }));
+            ASSERT_TRUE(watched.reaches(number / framesPerSecond));
             EXPECT_NEAR(watched.player.time(), number / framesPerSecond, 1e-9) << rate.toStdString();
         }
     }
