@@ -65,6 +65,12 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
         folder.make(QStringLiteral("clip.mp4"),
                     "-f lavfi -i testsrc2=s=640x360:r=30:d=4 -pix_fmt yuv420p -c:v libx264 -bf 3");
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("board.mov")));
+    const std::array strongColors{qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255), qRgb(200, 30, 160)};
+    QImage mark(2, 2, QImage::Format_RGB32);
+    for (int i = 0; i < 4; ++i)
+        mark.setPixel(i % 2, i / 2, strongColors[static_cast<std::size_t>(i)]);
+    job.overlay.watermarkPath = folder.path(QStringLiteral("mark.png"));
+    ASSERT_TRUE(mark.scaled(400, 400).save(*job.overlay.watermarkPath));
     OverlayExport::run(job, Format::prores, {}, {});
     const auto streams = test::probe(job.outputPath).at("streams");
     ASSERT_EQ(streams.size(), 1U);
@@ -90,9 +96,16 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
     EXPECT_EQ(after, QImage(pictures.filePath(QStringLiteral("frame_000120.png"))));
 
     for (const auto& [picture, time] : {std::pair(before, 3.65), std::pair(after, 3.7)}) {
-        const Difference difference =
-            compare(picture, test::frameAt(folder.path(QStringLiteral("board.mov")), time,
-                                           {QStringLiteral("-pix_fmt"), QStringLiteral("rgba")}));
+        const QImage frame = test::frameAt(folder.path(QStringLiteral("board.mov")), time,
+                                           {QStringLiteral("-pix_fmt"), QStringLiteral("rgba")});
+        for (int i = 0; i < 4; ++i) { // the watermark lies from (576.8, 296.8) to (620, 340)
+            const QColor shown = frame.pixelColor(588 + i % 2 * 21, 308 + i / 2 * 21);
+            const QColor expected(strongColors[static_cast<std::size_t>(i)]);
+            EXPECT_NEAR(shown.red(), expected.red(), 4) << "part " << i;
+            EXPECT_NEAR(shown.green(), expected.green(), 4) << "part " << i;
+            EXPECT_NEAR(shown.blue(), expected.blue(), 4) << "part " << i;
+        }
+        const Difference difference = compare(picture, frame);
         EXPECT_LE(difference.alpha, 2);
         EXPECT_LT(difference.color, 3);
         EXPECT_GT(difference.opaque, 1000);
