@@ -5,6 +5,7 @@
 #include <csignal>
 #include <QDir>
 #include <QThread>
+#include <unistd.h>
 
 namespace pointloom {
 namespace {
@@ -88,13 +89,45 @@ TEST_F(BatchCommandTest, CtrlCLeavesOnlyWholeVideos) {
         out += process.readAllStandardOutput();
     while (!out.contains("long.plp\"}\n{\"progress\"") && process.waitForReadyRead(patience))
         out += process.readAllStandardOutput();
-    EXPECT_TRUE(exists(QStringLiteral("in/long_scoreboard.mp4.part")));
+    EXPECT_EQ(filesIn(QStringLiteral("in")).filter(QStringLiteral(".unfinished")).size(), 1);
     kill(static_cast<pid_t>(process.processId()), SIGINT);
     ASSERT_TRUE(process.waitForFinished(patience));
     EXPECT_EQ(process.exitCode(), 130);
     const QStringList files = filesIn(QStringLiteral("in"));
     EXPECT_TRUE(files.contains(QStringLiteral("a_scoreboard.mp4")));
     EXPECT_TRUE(files.filter(QStringLiteral("long_")).isEmpty()) << files.join(u' ').toStdString();
+}
+
+TEST_F(BatchCommandTest, OddNamesAreExportedOrNamed) {
+    makeMatch("in/plain", 1);
+    ASSERT_TRUE(QFile::rename(path(QStringLiteral("in/plain.plp")), path(QStringLiteral("in/:colon.plp"))));
+    write(QStringLiteral("other.plp"), test::readFile(path(QStringLiteral("in/a.plp"))));
+    const QByteArray noText = path(QStringLiteral("in/")).toUtf8() + "\xff\xfe.plp";
+    ASSERT_EQ(::link(path(QStringLiteral("other.plp")).toUtf8().constData(), noText.constData()), 0);
+    const Outcome outcome = run("batch in --progress json");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(exists(QStringLiteral("in/:colon_scoreboard.mp4"))) << outcome.errText();
+    const json::Value summary = json::Value::parse(outcome.out.trimmed().split('\n').last().toStdString());
+    EXPECT_EQ(summary.at("exported"), 2);
+    ASSERT_EQ(summary.at("failed").size(), 1U);
+    EXPECT_NE(summary.at("failed")[0].get<std::string>().find("its name is not UTF-8"), std::string::npos);
+}
+
+TEST_F(BatchCommandTest, AVideoThatAnotherDocumentReadsIsNotReplaced) {
+    const QString source = path(QStringLiteral("in/a_scoreboard.mp4")); // the name of what a.plp becomes
+    ASSERT_TRUE(QFile::copy(path(QStringLiteral("in/a.mp4")), source));
+    const QByteArray before = test::readFile(source);
+    const Outcome made =
+        runProgram(QProcess::splitCommand(
+                       QStringLiteral("new -o in/z.plp --sport tennis --template classic --team1 A --team2 B "
+                                      "--video in/a_scoreboard.mp4")),
+                   folder.path());
+    ASSERT_EQ(made.status, 0) << made.errText();
+    const Outcome outcome = run("batch in --again");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.indexOf("rename one"), -1) << outcome.errText();
+    EXPECT_EQ(test::readFile(source), before);
+    EXPECT_TRUE(exists(QStringLiteral("in/z_scoreboard.mp4")));
 }
 
 TEST_F(BatchCommandTest, WrongFoldersAreNamed) {

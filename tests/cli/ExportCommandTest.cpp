@@ -3,9 +3,11 @@
 #include "support/TestClips.h"
 
 #include <csignal>
+#include <memory>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <unistd.h>
 
 namespace pointloom {
 namespace {
@@ -49,6 +51,50 @@ TEST_F(ExportCommandTest, ProgressIsOneObjectALineUpToTheFilesName) {
     EXPECT_NEAR(durationOf(QStringLiteral("out.mp4")), 1.0, 0.05);
 }
 
+TEST_F(ExportCommandTest, ExportsOfOneSecondGetAFileEach) {
+    makeProject(1);
+    QProcessEnvironment home = QProcessEnvironment::systemEnvironment();
+    home.insert(QStringLiteral("HOME"), folder.path());
+    home.remove(QStringLiteral("XDG_CONFIG_HOME"));
+    std::vector<std::unique_ptr<QProcess>> exports;
+    for (int i = 0; i < 3; ++i) {
+        exports.push_back(std::make_unique<QProcess>());
+        exports.back()->setWorkingDirectory(folder.path());
+        exports.back()->setProcessEnvironment(home);
+        exports.back()->start(program(), {QStringLiteral("export"), QStringLiteral("m.plp")});
+    }
+    QStringList told;
+    for (const auto& process : exports) {
+        ASSERT_TRUE(process->waitForFinished(patience));
+        EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardError().toStdString();
+        told += QFileInfo(QString::fromUtf8(process->readAllStandardOutput()).trimmed()).fileName();
+    }
+    told.sort();
+    EXPECT_EQ(told.removeDuplicates(), 0);
+    EXPECT_EQ(QDir(path(QStringLiteral("Downloads"))).entryList(QDir::Files | QDir::Hidden, QDir::Name),
+              told);
+}
+
+TEST_F(ExportCommandTest, NoCommandReplacesAnInputByWhateverName) {
+    makeProject(1);
+    const QByteArray video = test::readFile(path(QStringLiteral("v.mp4")));
+    const QByteArray name = path(QStringLiteral("v.mp4")).toUtf8();
+    for (const char* link : {"x.png", "x.mp4", "x.mov"})
+        ASSERT_EQ(::symlink("v.mp4", path(QString::fromUtf8(link)).toUtf8().constData()), 0);
+    for (const char* link : {"y.png", "y.mp4"})
+        ASSERT_EQ(::link(name.constData(), path(QString::fromUtf8(link)).toUtf8().constData()), 0);
+    for (const char* command :
+         {"scoreboard m.plp -o x.png", "scoreboard m.plp -o y.png", "still m.plp --at 0 -o x.png",
+          "still m.plp --at 0 -o y.png", "export m.plp -o x.mp4", "export m.plp -o y.mp4",
+          "export m.plp -o x.mp4 --jobs 2", "export m.plp --overlay-only -o x.mov"}) {
+        EXPECT_NE(faultOf(command).find("is the source video; choose another output"), std::string::npos)
+            << command;
+        EXPECT_EQ(test::readFile(path(QStringLiteral("v.mp4"))), video) << command;
+    }
+    EXPECT_EQ(run({QStringLiteral("export"), QStringLiteral("m.plp"), QStringLiteral("-o"), QString()}).err,
+              "pointloom-cli: the output has no name\n");
+}
+
 TEST_F(ExportCommandTest, WithoutATerminalOnlyTheFilesNameIsPrinted) {
     makeProject(1);
     const Outcome outcome = run("export m.plp -o out.mov --format prores");
@@ -57,16 +103,18 @@ TEST_F(ExportCommandTest, WithoutATerminalOnlyTheFilesNameIsPrinted) {
     EXPECT_EQ(outcome.out, "out.mov\n");
 }
 
-TEST_F(ExportCommandTest, CtrlCStopsAndLeavesNothingBehind) {
+TEST_F(ExportCommandTest, CtrlCStopsAndLeavesWhatWasThere) {
     makeProject(60);
-    const std::pair<int, const char*> ways[] = {{SIGINT, "1"}, {SIGTERM, "1"}, {SIGINT, "3"}};
-    for (const auto& [signal, jobs] : ways) {
+    write(QStringLiteral("out.mp4"), "an earlier video");
+    const std::pair<int, const char*> ways[] = {{SIGINT, "--preset twitter1080p"},
+                                                {SIGTERM, "--overlay-only"},
+                                                {SIGINT, "--preset twitter1080p --jobs 3"}};
+    for (const auto& [signal, options] : ways) {
         QProcess process;
         process.setWorkingDirectory(folder.path());
         process.start(program(),
-                      QProcess::splitCommand(QStringLiteral("export m.plp -o out.mp4 --progress json "
-                                                            "--preset twitter1080p --jobs ") +
-                                             QLatin1String(jobs)));
+                      QProcess::splitCommand(QStringLiteral("export m.plp -o out.mp4 --progress json ") +
+                                             QLatin1String(options)));
         ASSERT_TRUE(process.waitForReadyRead(patience)) << "some progress";
         kill(static_cast<pid_t>(process.processId()), signal);
         ASSERT_TRUE(process.waitForFinished(patience));
@@ -74,7 +122,8 @@ TEST_F(ExportCommandTest, CtrlCStopsAndLeavesNothingBehind) {
         EXPECT_EQ(process.exitCode(), 130);
         EXPECT_EQ(process.readAllStandardError(), "pointloom-cli: The export was cancelled.\n");
         EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                  (QStringList{QStringLiteral("m.plp"), QStringLiteral("v.mp4")}));
+                  (QStringList{QStringLiteral("m.plp"), QStringLiteral("out.mp4"), QStringLiteral("v.mp4")}));
+        EXPECT_EQ(test::readFile(path(QStringLiteral("out.mp4"))), "an earlier video");
     }
 }
 

@@ -1,6 +1,6 @@
 #include "ui/wizard/StepBar.h"
 
-#include "persistence/FileError.h"
+#include "files/FileError.h"
 #include "ui/settings/Preferences.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
