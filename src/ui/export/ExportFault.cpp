@@ -15,7 +15,7 @@ constexpr std::int64_t hardlyAnything = 4'000'000; // bytes; a disk with less co
 
 std::optional<QString> faultOfOutput(const ExportJob& job, Language language) {
     const QFileInfo output(job.outputPath);
-    if (output.canonicalFilePath() == QFileInfo(job.videoPath).canonicalFilePath())
+    if (replacedInput(job.outputPath, {{job.videoPath, {}}})) // by a hard link, too
         return t(language, ExportTexts::replacesVideo);
     const QFileInfo folder(output.absolutePath());
     if (!folder.isDir())

@@ -103,8 +103,8 @@ void WatermarkBox::showWords() {
 }
 
 void WatermarkBox::choose() {
-    const QString filter =
-        m_context.text(ExportTexts::pictureFiles) + QStringLiteral(" (*.png *.jpg *.jpeg)");
+    const QString filter = m_context.text(ExportTexts::pictureFiles) +
+                           QStringLiteral(" (*.png *.jpg *.jpeg *.PNG *.JPG *.JPEG)");
     const auto path =
         m_context.dialogs.chooseFileToOpen(this, m_context.text(ExportTexts::chooseWatermark), {filter});
     if (!path)
