@@ -176,7 +176,7 @@ TEST_F(ProjectInputsTest, AnOutputNeverReplacesAnInputByWhateverName) {
     const ExportJob job = inputs().job;
     const auto outputFault = [&](const QString& output) -> std::string {
         try {
-            requireUsableOutput(output, inputFiles(job, projectPath));
+            requireUsableOutput(output, inputFiles(job));
         } catch (const CommandError& error) {
             return error.what();
         }

@@ -136,7 +136,6 @@ TEST(ExportRunner, AnEncoderThatDoesNotWorkIsReplacedAndNamedByTheResult) {
     ExportJob job = exportJobFor(projectFrom(screen.state)).value();
     job.outputPath = screen.output;
     job.encoder = media::EncoderKind::vaapi;
-    stage.setOutput(job.outputPath);
     runner.start(job);
     ASSERT_TRUE(waitForStage(screen, Stage::done));
     const QString detail = named<QLabel>(stage, "stageDetail")->text();
@@ -144,14 +143,16 @@ TEST(ExportRunner, AnEncoderThatDoesNotWorkIsReplacedAndNamedByTheResult) {
     EXPECT_EQ(test::probe(screen.output)["streams"][0]["codec_name"], "h264");
 }
 
-TEST(ExportSheet, CancelRemovesThePartialFileAndGoesBackToTheChoices) {
+TEST(ExportSheet, CancelLeavesTheFileThatWasThereAndGoesBackToTheChoices) {
     OpenSheet open(60);
+    open.clips.write(QFileInfo(open.output).fileName(), "an earlier video");
     click(open.sheet, "startExport");
     ASSERT_TRUE(QTest::qWaitFor([&] { return open.state.exportProgress.value() > 0; }, longest));
-    EXPECT_TRUE(QFile::exists(open.output));
     click(open.sheet, "cancelExport");
     ASSERT_TRUE(waitForStage(open, Stage::idle));
-    EXPECT_FALSE(QFile::exists(open.output));
+    EXPECT_EQ(test::readFile(open.output), "an earlier video");
+    const QStringList unfinished{QStringLiteral("*.unfinished")};
+    EXPECT_EQ(QFileInfo(open.output).dir().entryList(unfinished, QDir::Files | QDir::Hidden), QStringList());
     EXPECT_TRUE(named(open.sheet, "startExport")->isVisible());
 }
 
