@@ -130,8 +130,8 @@ check_unchanged() {
     done
 }
 
-# run PROGRAM SECONDS FILTER [ARGUMENT ...]: in a home and a temporary folder of its own, since a change may write
-# anywhere.
+# run PROGRAM SECONDS FILTER [ARGUMENT ...]: at most so long on a processor and ten times as long in all, in a home
+# and a temporary folder of its own, since a change may write anywhere.
 run() {
     local program=$1 limit=$2 filter=$3
     shift 3
@@ -140,9 +140,10 @@ run() {
     (
         ulimit -c 0
         ulimit -f $((4 << 20)) # 4 GiB
+        ulimit -t "$limit"     # of the processor: a machine with other work is slow without hanging
         cd "$work/home"
         exec env -u XDG_CONFIG_HOME -u XDG_DATA_HOME -u XDG_CACHE_HOME HOME="$work/home" TMPDIR="$work/home/tmp" \
-            QT_QPA_PLATFORM=offscreen timeout --kill-after=5 "$limit" "$build/tests/$program" \
+            QT_QPA_PLATFORM=offscreen timeout --kill-after=5 $((limit * 10)) "$build/tests/$program" \
             --gtest_filter="$filter" "$@"
     ) >"$work/$program.log" 2>&1 </dev/null
 }
@@ -207,11 +208,21 @@ try() {
     printf '%s:%s %s: %s\n' "$file" "$number" "$kind" "$outcome"
 }
 
-# Compiles the changed file alone, in place of that object.
+# Compiles the changed file alone, with the headers of libraries compiled before, which take most of the time.
 compile() {
-    (cd "$build" && eval "$(ninja -t commands -s "$1" |
-        sed "s/^[^ ]*ccache //; s/ -MD -MT [^ ]* -MF [^ ]*//; s| -o [^ ]* -c .*| -o $work/mutant.o -c $mutant|")") \
-        >"$work/build.log" 2>&1
+    local headers=$work/headers.$room/headers.h command
+    command=$(ninja -C "$build" -t commands -s "$1" | grep -v '^ninja:' |
+        sed 's/^[^ ]*ccache //; s/ -MD -MT [^ ]* -MF [^ ]*//; s/ -o [^ ]* -c .*//')
+    (
+        cd "$build"
+        if [[ ! -e $headers.gch ]]; then
+            mkdir -p "$(dirname "$headers")"
+            # Those of FFmpeg are C and wrapped where they are included.
+            grep -hE '^#include <' "$work/tree/src/$room"/*.{cpp,h} | grep -vE '<lib(av|sw)' | sort -u >"$headers"
+            eval "$command -x c++-header -o $headers.gch $headers"
+        fi
+        eval "$command -include $headers -o $work/mutant.o -c $mutant"
+    ) >"$work/build.log" 2>&1
 }
 
 # Links a program with the changed object, which goes before the one in the archive. The program itself is kept.
