@@ -229,6 +229,10 @@ int difference(QRgb left, QRgb right) {
                      std::abs(qBlue(left) - qBlue(right)), std::abs(qAlpha(left) - qAlpha(right))});
 }
 
+void PrintTo(const Board& board, std::ostream* stream) {
+    *stream << rawValue(board.id);
+}
+
 class RowTemplatePicture : public testing::TestWithParam<Board> {};
 
 }
