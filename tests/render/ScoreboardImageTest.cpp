@@ -155,7 +155,8 @@ TEST(StackedTemplate, LooksLikeACardWithALitWinner) {
     };
     EXPECT_TRUE(isNear(at(129, 2), Rgba{0.835, 0.075, 0.137}.color())) << "the red edge";
     EXPECT_GT(at(60, 10).alpha(), 240);
-    EXPECT_FALSE(isNear(at(0.5, 0.5), at(129, 2), 60)) << "a rounded corner";
+    EXPECT_FALSE(isNear(at(1, 1), at(129, 2), 60)) << "a corner with a radius of 10";
+    EXPECT_TRUE(isNear(at(3.7, 3.7), at(129, 2), 20));
 
     const auto brightest = [&card](int left, int top) {
         int most = 0;
