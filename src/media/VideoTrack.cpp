@@ -177,8 +177,9 @@ double timelineDuration(const AVFormatContext& context, std::optional<int> video
         return end;
     const AVStream& stream = *context.streams[*videoStream];
     if (stream.duration != AV_NOPTS_VALUE) {
-        const std::int64_t start = stream.start_time == AV_NOPTS_VALUE ? 0 : stream.start_time;
-        end = std::max(end, static_cast<double>(start + stream.duration) * ratio(stream.time_base));
+        // Added as fractions: of a damaged file the sum may be more than 64 bits hold.
+        const double start = stream.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream.start_time);
+        end = std::max(end, (start + static_cast<double>(stream.duration)) * ratio(stream.time_base));
     }
     return end;
 }
