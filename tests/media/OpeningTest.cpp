@@ -99,6 +99,23 @@ TEST(Opening, AFileCutAnywhereOpensOrFailsInWords) {
     EXPECT_GT(opened, 0) << "what is there of a cut file should be shown";
 }
 
+// FFmpeg would spend a second of the processor, and ask nobody, on each of its fragments.
+TEST(Opening, AFragmentedMovieWithoutTrackNumbersIsRefused) {
+    const ClipFolder folder;
+    const QByteArray clip = readFile(folder.make(QStringLiteral("fragments.mp4"),
+                                                 "-f lavfi -i testsrc2=s=64x48:r=25:d=0.2 -c:v libx264 "
+                                                 "-movflags +frag_keyframe+empty_moov"));
+    EXPECT_TRUE(readMediaInfo(folder.path(QStringLiteral("fragments.mp4"))).video);
+    constexpr qsizetype numberAt = 16; // bytes after the box's type
+    const qsizetype header = clip.indexOf("tkhd");
+    QByteArray negative = clip;
+    negative[header + numberAt] = '\x80';
+    QByteArray missing = clip;
+    missing.replace(header, 4, "free");
+    for (const QByteArray& content : {negative, missing})
+        EXPECT_THAT(openingError(folder.write(QStringLiteral("changed.mp4"), content)), HasSubstr("damaged"));
+}
+
 TEST(Opening, FaultsAreToldApart) {
     const ClipFolder folder;
     const auto errorOf = [](const QString& path) {
