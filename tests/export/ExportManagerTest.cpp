@@ -385,7 +385,7 @@ TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
     EXPECT_EQ(test::readFile(output), "an earlier export");
 
     const QByteArray before = test::readFile(clip);
-    EXPECT_TRUE(errorOf(jobFor(clip, clip)).contains(QStringLiteral("replace the match video")));
+    EXPECT_TRUE(errorOf(jobFor(clip, clip)).contains(QStringLiteral("replace the source video")));
     EXPECT_EQ(test::readFile(clip), before);
 
     EXPECT_TRUE(errorOf(jobFor(clip, folder.path(QStringLiteral("no/such/folder.mp4"))))
