@@ -6,8 +6,6 @@
 #include <QDateTime>
 #include <QSysInfo>
 #include <QUuid>
-#include <ranges>
-#include <span>
 
 namespace pointloom::CrashEvent {
 
@@ -19,9 +17,8 @@ std::string now() {
 
 json::OrderedValue framesOf(const std::vector<QString>& lines) {
     auto frames = json::OrderedValue::array();
-    const std::size_t count = std::min(lines.size(), PendingCrashReport::mostFrames);
-    for (const QString& line : std::span(lines).first(count) | std::views::reverse)
-        frames.push_back({{"function", line.toStdString()}});
+    for (std::size_t i = std::min(lines.size(), PendingCrashReport::mostFrames); i > 0; --i)
+        frames.push_back({{"function", lines[i - 1].toStdString()}});
     return frames;
 }
 
