@@ -1,7 +1,7 @@
 #include "app/TopLevelView.h"
 
-#include "l10n/Format.h"
 #include "files/FileError.h"
+#include "l10n/Format.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/VideoImport.h"
 #include "ui/editor/EditorView.h"

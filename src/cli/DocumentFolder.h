@@ -14,7 +14,8 @@ struct FolderContents {
 };
 
 /// The project documents of a folder. Links to folders are not followed, hidden files and folders left out.
-/// What cannot be read, or has a name that is not UTF-8, is a fault. Throws CommandError when it is no folder.
+/// What cannot be read, or has a name that is not UTF-8, is a fault. Throws CommandError when it is no
+/// folder.
 FolderContents documentsIn(const QString& folder, bool withSubfolders);
 
 /// "finals/court1.plp" becomes "finals/court1_scoreboard.mp4": never the name of a video that lies beside its

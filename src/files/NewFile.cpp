@@ -100,7 +100,8 @@ bool moveToFreeName(const QString& from, const QString& to) {
     const QByteArray target = QFile::encodeName(to);
     if (renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
         return true;
-    if (errno == EINVAL || errno == ENOSYS) { // a file system that cannot: the name is taken by a file of ours
+    if (errno == EINVAL ||
+        errno == ENOSYS) { // a file system that cannot: the name is taken by a file of ours
         std::error_code error;
         const bool isOurs = fs::is_directory(encoded(from), error)
                                 ? ::mkdir(target.constData(), accessBits) == 0
@@ -175,8 +176,8 @@ QString NewFile::keep() {
         if (!file.isOpen())
             throw FileError(m_path, "could not be written");
         syncFile(file, m_path);
-        const auto mode = m_access == Access::usual && m_ifExists == IfExists::replace ? modeOf(m_place)
-                                                                                      : std::nullopt;
+        const auto mode =
+            m_access == Access::usual && m_ifExists == IfExists::replace ? modeOf(m_place) : std::nullopt;
         if (mode)
             static_cast<void>(::fchmod(file.get(), *mode));
     }

@@ -311,7 +311,8 @@ TEST(FrameImage, StillsShowTheColoursOfTheFrame) {
             EXPECT_NEAR(pixel[i], 255 * clay[i], 2);
         EXPECT_EQ(pixel[3], 255);
     }
-    // Strong red of Display P3 is outside of BT.709: at the edge of that gamut its linear light is (0.831, 0, 0.015).
+    // Strong red of Display P3 is outside of BT.709: at the edge of that gamut its linear light is (0.831, 0,
+    // 0.015).
     const FrameFormat wide{Subsampling::s444, 10, p3};
     const RgbaPicture red = toRgb(solidFrame(QSize(64, 48), wide, encode({0.9, 0, 0}, wide)));
     EXPECT_NEAR(red.pixels[0], 236, 2);

@@ -1,7 +1,7 @@
 #include "ui/settings/PreferencesDialog.h"
 
-#include "l10n/Format.h"
 #include "files/FileError.h"
+#include "l10n/Format.h"
 #include "persistence/UserDefaults.h"
 #include "ui/settings/Preferences.h"
 #include "ui/style/Controls.h"
