@@ -2,7 +2,8 @@
 # Tries the tests: changes one line of the sources at a time, builds, runs the tests of that folder, and says which
 # changes none of them noticed. Works in a copy of the tree with a build of its own; goes on where it was ended.
 # Usage: scripts/mutate.sh [--count N] [--seed N] [--own] [--again RESULTS] [--report] [FOLDER ...]
-#   --count N        changes that compile, over all folders in proportion to their size, 12 in each at the least; 200 unless told
+#   --count N        changes that compile, over all folders in proportion to their size, 12 in each at the least; 200
+#                    unless told
 #   --seed N         which ones; 1 unless told
 #   --own            runs only the tests of the folder itself, which is faster; --again then runs the others too
 #   --again RESULTS  tries the unnoticed ones of an earlier results file instead
@@ -49,7 +50,7 @@ main() {
         --seed) seed=$2; shift 2 ;;
         --again) again=$(realpath "$2"); shift 2 ;;
         --report) report; return ;;
-        -*) sed -n '2,13s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+        -*) sed -n '2,14s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
         *) rooms+=("$1"); shift ;;
         esac
     done
@@ -76,7 +77,7 @@ fail() {
 copy_tree() {
     mkdir -p "$work/tree"
     touch "$work/results.tsv"
-    find "$work/tree" -name '*.original' | sed 's/\.original$//' | while read -r program; do mv "$program.original" "$program"; done
+    put_back_programs
     local file
     while IFS= read -r -d '' file; do
         if ! cmp -s "$file" "$work/tree/$file"; then
@@ -200,7 +201,7 @@ try() {
         try_header
     elif compile "src/$room/CMakeFiles/pointloom_$room.dir/$(basename "$file").o"; then
         run_programs link
-        while read -r program; do mv "$program.original" "$program"; done < <(find "$build" -name '*.original' | sed 's/\.original$//')
+        put_back_programs
     else
         outcome='does not compile'
     fi
@@ -234,6 +235,11 @@ link() {
         mv "$build/$path" "$build/$path.original"
         (cd "$build" && eval "$(ninja -t commands -s "$path" | sed "s| -o | $work/mutant.o -o |")") >"$work/build.log" 2>&1 || return 1
     done
+}
+
+put_back_programs() {
+    local kept
+    while read -r kept; do mv "$kept" "${kept%.original}"; done < <(find "$work/tree" -name '*.original')
 }
 
 # Much is made of a header, so that the build does it, and again without the change.
