@@ -114,6 +114,10 @@ TEST(Text, AFlagDoesNotMoveTheNameBesideIt) {
         drawLeftText(flaggedPainter, QString::fromUtf8("H🇫🇷"), {FontFace::regular, 24}, white, {5, 20});
     }
     EXPECT_EQ(inkOf(plain.copy(0, 0, 20, 40)), inkOf(flagged.copy(0, 0, 20, 40)));
+    // It follows the letter, whose advance is 722 thousandths of an em.
+    const QRect flag = pixelsWhere(
+        flagged, [](const QColor& color) { return color.alpha() > 100 && color.blue() > color.red() + 40; });
+    EXPECT_NEAR(flag.left(), 5 + 0.722 * 24, 4);
 }
 
 TEST(Text, RightToLeftNamesStartAtTheirLeftEdge) {
