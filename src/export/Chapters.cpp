@@ -37,11 +37,11 @@ std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const
     double lastTime = -std::numeric_limits<double>::infinity();
     for (const Marker& marker : ScoringEngine::sortedByTime(markers)) {
         const QString title = titleOf(marker);
-        // Of several at one time the first holds, as it does for the score.
+        // The first of several at one time holds, as it does for the score.
         if (title.isEmpty() || !(marker.startTime > lastTime && marker.startTime < to))
             continue;
         lastTime = marker.startTime;
-        // Of those before the range, and of several that one frame tells apart no more, the last holds.
+        // The last one holds of those before the range, and of several within one frame's tolerance.
         const double start = std::max(0.0, marker.startTime - from);
         if (!chapters.empty() && start <= chapters.back().start + frameTimeTolerance)
             chapters.back().title = title;

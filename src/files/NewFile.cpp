@@ -140,7 +140,7 @@ void requireReplaceable(const QString& path, const QString& place) {
         throw FileError(path, "could not be replaced");
 }
 
-// Of the file that is replaced.
+// The access bits of the file that is replaced.
 std::optional<mode_t> modeOf(const QString& place) {
     struct stat there {};
     if (::stat(QFile::encodeName(place).constData(), &there) != 0)

@@ -41,7 +41,7 @@ void requireWithin(const ParseLimits& limits, const QByteArray& bytes) {
     int depth = 0;
     std::int64_t values = 1;
     bool isInText = false;
-    char before = ' '; // last character outside of texts and blanks
+    char before = ' '; // last character outside of texts and white space
     for (auto at = bytes.begin(); at != bytes.end(); ++at) {
         if (isInText) {
             if (*at == '\\' && at + 1 != bytes.end())

@@ -88,7 +88,7 @@ protected:
         m_wasPendingAtArrival = isPending();
         return httpAnswer(m_status);
     }};
-    // A DSN's port is not carried over: the collector stands in for port 80 of this machine.
+    // A DSN's port is not carried over: the test's collector takes the place of port 80 of this machine.
     CrashReporter m_reporter{
         [this](const QByteArray& envelope, SentryDSN dsn, const std::function<bool()>& isStopping) {
             EXPECT_EQ(dsn.envelopeURL.toString(), QStringLiteral("http://127.0.0.1/api/42/envelope/"));

@@ -84,7 +84,7 @@ TEST(Chapters, StandInTheExportedFileUnlessUnwanted) {
         ASSERT_EQ(chapters.size(), 2U) << name;
         EXPECT_EQ(chapters[0]["tags"]["title"], "Ana - Eva");
         EXPECT_EQ(chapters[1]["tags"]["title"], "Höhepunkt");
-        // Of whole milliseconds the first that is not before the marker, whose frame it is to show.
+        // The first whole millisecond that is not before the marker, whose frame the chapter is to show.
         EXPECT_NEAR(std::stod(chapters[1]["start_time"].get<std::string>()), 1.334, 1e-5);
         EXPECT_NEAR(std::stod(chapters[1]["end_time"].get<std::string>()), 4.0, 0.05);
     }

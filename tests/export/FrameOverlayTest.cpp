@@ -201,7 +201,7 @@ std::vector<Case> cases() {
 QString savedMark(const QTemporaryDir& folder, QSize size) {
     QImage mark(size, QImage::Format_ARGB32);
     mark.fill(qRgba(220, 30, 90, 160));
-    // Whose chroma stands at the very ends of what can be written.
+    // Colours whose chroma is at the ends of the range of levels.
     for (int y = 0; y < mark.height(); ++y) {
         for (int x = 0; x < 20; ++x)
             mark.setPixel(x, y, x < 10 ? qRgb(0, 0, 255) : qRgb(255, 0, 0));

@@ -175,7 +175,7 @@ TEST(LightMapping, NoLightIsLeftOutsideOfBlackAndWhite) {
     }
 }
 
-// Some Y'CbCr stands for levels below black or above white; transfer functions differ by processor there.
+// Some Y'CbCr is below black or above white in R'G'B'; transfer functions differ by processor there.
 TEST(LightMapping, LevelsThatAreNoColourAreCutOffBeforeTheyBecomeLight) {
     const ColorDescription hdr{Matrix::bt2020, Range::limited, Transfer::pq, Primaries::bt2020,
                                ChromaLocation::left};

@@ -99,7 +99,7 @@ TEST(Opening, AFileCutAnywhereOpensOrFailsInWords) {
     EXPECT_GT(opened, 0) << "what is there of a cut file should be shown";
 }
 
-// FFmpeg would spend a second of the processor, and ask nobody, on each of its fragments.
+// FFmpeg spends a second of processor time on each of its fragments without polling the deadline.
 TEST(Opening, AFragmentedMovieWithoutTrackNumbersIsRefused) {
     const ClipFolder folder;
     const QByteArray clip = readFile(folder.make(QStringLiteral("fragments.mp4"),
