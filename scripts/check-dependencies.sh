@@ -1,12 +1,12 @@
 #!/bin/bash
-# Holds the includes under src/ to the one-way dependencies between its folders, the rooms, and outside
-# libraries to the rooms that may see them. docs/ARCHITECTURE.md has the drawing.
+# Holds the includes under src/ to the one-way dependencies between its folders, the modules, and outside
+# libraries to the modules that may see them. docs/ARCHITECTURE.md has the drawing.
 # Usage: scripts/check-dependencies.sh [--self-test]
 #   --self-test  proves on small trees of its own that each kind of fault is found
 set -euo pipefail
 export LC_ALL=C.UTF-8
 
-# What each room may include besides itself. A new room needs a line here.
+# What each module may include besides itself. A new module needs a line here.
 declare -A allowed=(
     [json]=""
     [files]=""
@@ -27,7 +27,7 @@ declare -A allowed=(
     [app]="ui playback persistence licensing session export render media crash model l10n info files json"
 )
 
-# Which rooms may see an outside library: included header, CMake name (none: any room may link it), rooms.
+# Which modules may see an outside library: included header, CMake name (none: any module may link it), modules.
 libraries=(
     '<lib(av|sw|postproc)[a-z]*/|PkgConfig::FFMPEG|media'
     '<(QtNetwork/.*|QNetwork[A-Za-z]*|QTcp[A-Za-z]*|QUdp[A-Za-z]*|QSsl[A-Za-z]*)>||http'
@@ -51,48 +51,48 @@ main() {
 # Prints every fault of the tree as `file:line: fault`; fails when there is one.
 check() {
     local source=$1 faults
-    faults=$(cd "$source" && { check_rooms; check_libraries; })
+    faults=$(cd "$source" && { check_modules; check_libraries; })
     if [[ -n $faults ]]; then
         printf '%s\n' "$faults" >&2
         return 1
     fi
 }
 
-check_rooms() {
-    local room file line text included
-    for room in */; do
-        room=${room%/}
-        if [[ -z ${allowed[$room]+known} ]]; then
-            printf 'src/%s: a room without a line in scripts/check-dependencies.sh\n' "$room"
+check_modules() {
+    local module file line text included
+    for module in */; do
+        module=${module%/}
+        if [[ -z ${allowed[$module]+known} ]]; then
+            printf 'src/%s: a module without a line in scripts/check-dependencies.sh\n' "$module"
         fi
     done
     while IFS=: read -r file line text; do
-        room=${file%%/*}
+        module=${file%%/*}
         included=${text#*\"}
         included=${included%%\"*}
         if [[ /$included/ == */../* ]]; then
-            printf 'src/%s:%s: "%s" climbs with ".."; name the room instead\n' "$file" "$line" "$included"
+            printf 'src/%s:%s: "%s" climbs with ".."; name the module instead\n' "$file" "$line" "$included"
         elif [[ $included == *.moc ]]; then
             continue
         elif [[ $included != */* ]]; then
-            printf 'src/%s:%s: "%s" does not name its room\n' "$file" "$line" "$included"
-        elif [[ " $room ${allowed[$room]-} " != *" ${included%%/*} "* ]]; then
-            printf 'src/%s:%s: %s may not include "%s"\n' "$file" "$line" "$room" "$included"
+            printf 'src/%s:%s: "%s" does not name its module\n' "$file" "$line" "$included"
+        elif [[ " $module ${allowed[$module]-} " != *" ${included%%/*} "* ]]; then
+            printf 'src/%s:%s: %s may not include "%s"\n' "$file" "$line" "$module" "$included"
         fi
     done < <(grep_sources '^[[:space:]]*#[[:space:]]*include[[:space:]]*"')
 }
 
 check_libraries() {
-    local entry header target rooms file line text
+    local entry header target modules file line text
     for entry in "${libraries[@]}"; do
         # The header is a pattern that may hold bars itself.
-        rooms=${entry##*|}
+        modules=${entry##*|}
         entry=${entry%|*}
         target=${entry##*|}
         header=${entry%|*}
         while IFS=: read -r file line text; do
-            if [[ " $rooms " != *" ${file%%/*} "* ]]; then
-                printf 'src/%s:%s: only %s may see this library: %s\n' "$file" "$line" "${rooms// /, }" "$text"
+            if [[ " $modules " != *" ${file%%/*} "* ]]; then
+                printf 'src/%s:%s: only %s may see this library: %s\n' "$file" "$line" "${modules// /, }" "$text"
             fi
         done < <(
             grep_sources "^[[:space:]]*#[[:space:]]*include[[:space:]]*$header"
@@ -121,15 +121,15 @@ self_test() {
     expect_fault 'cli/main.cpp' '#include "ui/Window.h"' 'cli may not include "ui/Window.h"'
     expect_fault 'model/deep/Score.cpp' '#include "session/AppState.h"' 'src/model/deep/Score.cpp:1: model may not'
     expect_fault 'model/Score.cpp' '#include "../json/Json.h"' 'climbs'
-    expect_fault 'model/Score.cpp' '#include "Score.h"' 'does not name its room'
-    expect_fault 'shed/Tool.h' '#include <vector>' 'a room without a line'
+    expect_fault 'model/Score.cpp' '#include "Score.h"' 'does not name its module'
+    expect_fault 'shed/Tool.h' '#include <vector>' 'a module without a line'
     expect_fault 'export/Export.h' 'extern "C" {
 #include <libavcodec/avcodec.h>' 'src/export/Export.h:2: only media may see'
     expect_fault 'ui/Player.cpp' '#include <mpv/client.h>' 'only playback may see'
     expect_fault 'crash/Upload.cpp' '#include <QNetworkReply>' 'only http may see'
     expect_fault 'export/Export.cpp' '#include <QtWidgets/QLabel>' 'only ui, app, playback may see'
     expect_fault 'cli/Main.cpp' '#include <QApplication>' 'only ui, app, playback may see'
-    expect_fault 'cli/CMakeLists.txt' 'pointloom_room(cli USES Qt6::Widgets)' 'only ui, app, playback may see'
+    expect_fault 'cli/CMakeLists.txt' 'pointloom_module(cli USES Qt6::Widgets)' 'only ui, app, playback may see'
 
     if ((failures > 0)); then
         return 1

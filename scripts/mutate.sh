@@ -42,7 +42,7 @@ all_programs_of() {
 }
 
 main() {
-    local again='' rooms=()
+    local again='' modules=()
     while (($# > 0)); do
         case $1 in
         --count) count=$2; shift 2 ;;
@@ -51,19 +51,19 @@ main() {
         --again) again=$(realpath "$2"); shift 2 ;;
         --report) report; return ;;
         -*) sed -n '2,14s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
-        *) rooms+=("$1"); shift ;;
+        *) modules+=("$1"); shift ;;
         esac
     done
-    ((${#rooms[@]} > 0)) || rooms=(model session persistence render media export)
+    ((${#modules[@]} > 0)) || modules=(model session persistence render media export)
 
     copy_tree
     configure
-    check_unchanged "${rooms[@]}"
+    check_unchanged "${modules[@]}"
     if [[ -n $again ]]; then
         results=$work/again.tsv
-        try_again "$again" "${rooms[@]}"
+        try_again "$again" "${modules[@]}"
     else
-        try_sample "${rooms[@]}"
+        try_sample "${modules[@]}"
     fi
     report
 }
@@ -114,7 +114,7 @@ parts_of() {
 check_unchanged() {
     local program began quick failed
     local -a programs
-    mapfile -t programs < <(for room in "$@"; do programs_of "$room"; done | sort -u)
+    mapfile -t programs < <(for module in "$@"; do programs_of "$module"; done | sort -u)
     make "${programs[@]}" || fail "the tree does not build, see $work/build.log"
     for program in "${programs[@]}"; do
         [[ ! -e $work/$program.seconds || $build/tests/$program -nt $work/$program.seconds ]] || continue
@@ -150,26 +150,26 @@ run() {
 }
 
 try_sample() {
-    local room total='' progress=1
+    local module total='' progress=1
     local -A quota=() next=() tried=()
     scripts/mutations.pl list "$seed" "$@" >"$work/candidates.tsv"
     total=$(wc -l <"$work/candidates.tsv")
-    for room in "$@"; do
-        grep "^$room	" "$work/candidates.tsv" >"$work/candidates.$room" || fail "src/$room has no line to change"
-        quota[$room]=$(($(wc -l <"$work/candidates.$room") * count / total))
-        ((quota[$room] >= least)) || quota[$room]=$least
-        next[$room]=0
-        tried[$room]=0
+    for module in "$@"; do
+        grep "^$module	" "$work/candidates.tsv" >"$work/candidates.$module" || fail "src/$module has no line to change"
+        quota[$module]=$(($(wc -l <"$work/candidates.$module") * count / total))
+        ((quota[$module] >= least)) || quota[$module]=$least
+        next[$module]=0
+        tried[$module]=0
     done
     # A change of each folder in turn, so that a run that is ended early has tried all of them.
     while ((progress)); do
         progress=0
-        for room in "$@"; do
-            while ((tried[$room] < quota[$room])); do
-                next[$room]=$((next[$room] + 1))
-                IFS= read -r change < <(sed -n "${next[$room]}p" "$work/candidates.$room") || break
+        for module in "$@"; do
+            while ((tried[$module] < quota[$module])); do
+                next[$module]=$((next[$module] + 1))
+                IFS= read -r change < <(sed -n "${next[$module]}p" "$work/candidates.$module") || break
                 try "$change"
-                [[ $outcome == 'does not compile' ]] || { tried[$room]=$((tried[$room] + 1)); progress=1; break; }
+                [[ $outcome == 'does not compile' ]] || { tried[$module]=$((tried[$module] + 1)); progress=1; break; }
             done
         done
     done
@@ -177,20 +177,20 @@ try_sample() {
 
 # Those that nothing noticed, as an earlier run wrote them down.
 try_again() {
-    local earlier=$1 room change
+    local earlier=$1 module change
     shift
     touch "$results"
     while IFS= read -r change; do
-        for room in "$@"; do
-            [[ $change != "$room	"* ]] || try "$change"
+        for module in "$@"; do
+            [[ $change != "$module	"* ]] || try "$change"
         done
     done < <(grep '	unnoticed$' "$earlier" | sed 's/	unnoticed$//')
 }
 
 # Sets `outcome`.
 try() {
-    local change=$1 room file number kind line changed program
-    IFS=$'\x1f' read -r room file number kind line changed < <(tr '\t' '\037' <<<"$change")
+    local change=$1 module file number kind line changed program
+    IFS=$'\x1f' read -r module file number kind line changed < <(tr '\t' '\037' <<<"$change")
     outcome=$(KEY=$change awk -F '\t' 'index($0, ENVIRON["KEY"] "\t") == 1 { print $NF; exit }' "$results")
     [[ -z $outcome ]] || return 0
     mutant=$work/mutant.${file##*.}
@@ -199,7 +199,7 @@ try() {
         outcome='line gone'
     elif [[ $file == *.h ]]; then
         try_header
-    elif compile "src/$room/CMakeFiles/pointloom_$room.dir/$(basename "$file").o"; then
+    elif compile "src/$module/CMakeFiles/pointloom_$module.dir/$(basename "$file").o"; then
         run_programs link
         put_back_programs
     else
@@ -211,7 +211,7 @@ try() {
 
 # Compiles the changed file alone, with the headers of libraries compiled before, which take most of the time.
 compile() {
-    local headers=$work/headers.$room/headers.h command
+    local headers=$work/headers.$module/headers.h command
     command=$(ninja -C "$build" -t commands -s "$1" | grep -v '^ninja:' |
         sed 's/^[^ ]*ccache //; s/ -MD -MT [^ ]* -MF [^ ]*//; s/ -o [^ ]* -c .*//')
     (
@@ -219,7 +219,7 @@ compile() {
         if [[ ! -e $headers.gch ]]; then
             mkdir -p "$(dirname "$headers")"
             # Those of FFmpeg are C and wrapped where they are included.
-            grep -hE '^#include <' "$work/tree/src/$room"/*.{cpp,h} | grep -vE '<lib(av|sw)' | sort -u >"$headers"
+            grep -hE '^#include <' "$work/tree/src/$module"/*.{cpp,h} | grep -vE '<lib(av|sw)' | sort -u >"$headers"
             eval "$command -x c++-header -o $headers.gch $headers"
         fi
         eval "$command -include $headers -o $work/mutant.o -c $mutant"
@@ -248,7 +248,7 @@ try_header() {
     cp "$mutant" "$work/tree/$file"
     run_programs make
     cp "$work/original" "$work/tree/$file"
-    mapfile -t programs < <(programs_of "$room")
+    mapfile -t programs < <(programs_of "$module")
     make "${programs[@]}" || fail "the tree does not build any more, see $work/build.log"
 }
 
@@ -259,7 +259,7 @@ make() {
 # Sets `outcome` after making the programs of the folder by the given function one after the other and running each.
 run_programs() {
     outcome=unnoticed
-    for program in $(programs_of "$room"); do
+    for program in $(programs_of "$module"); do
         if ! "$1" "$program"; then
             outcome='does not compile'
             return
@@ -286,7 +286,7 @@ report() {
         $NF != "unnoticed" { noticed[$1]++; noticed_in_all++ }
         END {
             printf "| folder | changes | noticed | share |\n|---|---|---|---|\n"
-            for (room in tried) printf "| %s | %d | %d | %.0f %% |\n", room, tried[room], noticed[room], 100 * noticed[room] / tried[room]
+            for (module in tried) printf "| %s | %d | %d | %.0f %% |\n", module, tried[module], noticed[module], 100 * noticed[module] / tried[module]
             if (all) printf "| all | %d | %d | %.1f %% |\n", all, noticed_in_all, 100 * noticed_in_all / all
         }' "$results"
     awk -F '\t' '$NF == "unnoticed" { printf "%s:%s\n  - %s\n  + %s\n", $2, $3, $5, $6 }' "$results" | sed 's/^\(  [-+]\)  */\1 /'

@@ -1,7 +1,7 @@
 #!/usr/bin/perl
 # Small faults for scripts/mutate.sh: lists what can be changed in the sources, or makes one such change.
-#   mutations.pl list SEED ROOM ...   one change a line, in an order that follows from SEED:
-#                                     room, file, line number, kind, the line, the line changed; tab-separated
+#   mutations.pl list SEED MODULE ...   one change a line, in an order that follows from SEED:
+#                                     module, file, line number, kind, the line, the line changed; tab-separated
 #   mutations.pl apply FILE NUMBER LINE CHANGED
 #                                     replaces that line, or the nearest that reads the same; 3 when there is none
 use strict;
@@ -21,14 +21,14 @@ my %operator = (
 my $command = shift // '';
 if ($command eq 'list') { list(@ARGV) }
 elsif ($command eq 'apply' && @ARGV == 4) { apply(@ARGV) }
-else { die "usage: mutations.pl list SEED ROOM ... | apply FILE NUMBER LINE CHANGED\n" }
+else { die "usage: mutations.pl list SEED MODULE ... | apply FILE NUMBER LINE CHANGED\n" }
 
 sub list {
-    my ($seed, @rooms) = @_;
+    my ($seed, @modules) = @_;
     my @found;
-    for my $room (@rooms) {
-        for my $file (sort glob("src/$room/*.cpp src/$room/*.h")) {
-            push @found, map { ["$room\t$file\t$$_[0]\t$$_[1]\t$$_[2]\t$$_[3]", hash("$seed $file $$_[2] $$_[3]")] }
+    for my $module (@modules) {
+        for my $file (sort glob("src/$module/*.cpp src/$module/*.h")) {
+            push @found, map { ["$module\t$file\t$$_[0]\t$$_[1]\t$$_[2]\t$$_[3]", hash("$seed $file $$_[2] $$_[3]")] }
                 changes_of($seed, $file);
         }
     }

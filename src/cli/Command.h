@@ -23,7 +23,7 @@ public:
     /// True when fonts and painting are needed.
     virtual bool drawsPictures() const { return false; }
 
-    /// Throws CommandError and the errors of the rooms below.
+    /// Throws CommandError and the errors of the modules below.
     virtual ExitStatus run() = 0;
 
 protected:

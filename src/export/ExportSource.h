@@ -8,7 +8,7 @@
 
 namespace pointloom::ExportSource {
 
-/// An error of the export from one of a room below; `what` ends with a colon and a space.
+/// An error of the export from one of a module below; `what` ends with a colon and a space.
 ExportError failure(const char* what, const media::MediaError& reason);
 ExportError failure(const char* what, const FileError& reason);
 

@@ -5,7 +5,7 @@
 
 namespace pointloom::media {
 
-/// A frame of `sampleCount` silent samples in the one format that this room passes sound in.
+/// A frame of `sampleCount` silent samples in the one format that this module passes sound in.
 AVFramePtr makeSilence(int sampleCount);
 
 }

@@ -1,5 +1,5 @@
-// The FFmpeg headers this room uses, and the few spellings that differ between the versions we build with.
-// Only source files of this room include it.
+// The FFmpeg headers this module uses, and the few spellings that differ between the versions we build with.
+// Only source files of this module include it.
 #pragma once
 
 extern "C" {

@@ -35,7 +35,7 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     , m_markers(new MarkerListView(context, this))
     , m_messages(new MessageBar(context, this))
     , m_panel(new ScorePanel(context, this)) {
-    setProperty("room", QStringLiteral("surface"));
+    setProperty("background", QStringLiteral("surface"));
     setAttribute(Qt::WA_StyledBackground);
     auto* initialScore = new InitialScoreRow(context, this);
     auto* listArea = new QVBoxLayout;

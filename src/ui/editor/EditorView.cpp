@@ -39,7 +39,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     , m_sidebar(new EditorSidebar(context, this))
     , m_columns(makeSplitter(Qt::Horizontal, this))
     , m_rows(makeSplitter(Qt::Vertical, this)) {
-    setProperty("room", QStringLiteral("window"));
+    setProperty("background", QStringLiteral("window"));
     setAttribute(Qt::WA_StyledBackground);
     setFocusPolicy(Qt::ClickFocus); // a click beside every control gives the keys back to the editor
     m_rows->addWidget(makePictureColumn());

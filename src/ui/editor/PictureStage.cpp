@@ -25,7 +25,7 @@ PictureStage::PictureStage(const UiContext& context, EditorPlayback& playback, Q
     , m_emptyState(makeEmptyState())
     , m_overlay(new ScoreboardOverlayView(context, this))
     , m_messages(new MessageBar(context, this)) {
-    setProperty("room", QStringLiteral("window"));
+    setProperty("background", QStringLiteral("window"));
     setAttribute(Qt::WA_StyledBackground);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     connect(&m_playback, &EditorPlayback::playerStarted, this, &PictureStage::showPlayer);

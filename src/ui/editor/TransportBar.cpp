@@ -44,7 +44,7 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     , m_mute(Controls::iconButton(QStringLiteral("volume"), this))
     , m_volume(new QSlider(Qt::Horizontal, this))
     , m_preview(Controls::iconButton(QStringLiteral("image"), this)) {
-    setProperty("room", QStringLiteral("surface"));
+    setProperty("background", QStringLiteral("surface"));
     setAttribute(Qt::WA_StyledBackground);
     m_back->setAutoRepeat(true);
     m_forward->setAutoRepeat(true);

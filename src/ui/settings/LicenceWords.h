@@ -10,7 +10,7 @@ namespace pointloom::LicenceWords {
 /// One or two sentences on how this machine stands.
 QString ofStatus(const LicenceStatus& status, Language language);
 
-/// What went wrong. `detail` is what the licence room said in English, which goes along where it says more.
+/// What went wrong. `detail` is what `licensing` said in English, which goes along where it says more.
 QString ofFault(LicenceFault fault, const QString& detail, Language language);
 
 }

@@ -38,8 +38,8 @@ QPalette paletteOf(const ColorTokens& t) {
 // @names stand for tokens; the rest is plain Qt style sheet language.
 constexpr const char* styleSheetPattern = R"(
 QWidget { color: @text; }
-QMainWindow, QDialog, QWidget[room="window"] { background: @window; }
-QWidget[room="surface"] { background: @surface; }
+QMainWindow, QDialog, QWidget[background="window"] { background: @window; }
+QWidget[background="surface"] { background: @surface; }
 QFrame[kind="card"] { background: @surface; border: 1px solid @line; border-radius: @cardRadiuspx; }
 QFrame[kind="separator"] { background: @line; border: none; }
 

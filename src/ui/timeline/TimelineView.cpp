@@ -33,7 +33,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     , m_zoomOut(addButton(QStringLiteral("zoom-out"), &TimelineView::zoomOut))
     , m_zoomIn(addButton(QStringLiteral("zoom-in"), &TimelineView::zoomIn))
     , m_fit(addButton(QStringLiteral("fit"), &TimelineView::zoomToFit)) {
-    setProperty("room", QStringLiteral("surface"));
+    setProperty("background", QStringLiteral("surface"));
     setAttribute(Qt::WA_StyledBackground);
     auto* controls = new QHBoxLayout; // its column takes it
     controls->setContentsMargins(Space::s, 2, Space::s, 2);

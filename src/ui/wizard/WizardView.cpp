@@ -22,7 +22,7 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     , m_flow(context)
     , m_bar(new StepBar(context, m_flow, this))
     , m_stack(new QStackedWidget(this)) {
-    setProperty("room", QStringLiteral("window"));
+    setProperty("background", QStringLiteral("window"));
     setAttribute(Qt::WA_StyledBackground);
     addPage(WizardStep::sport, new SportPage(context, m_flow, m_stack));
     addPage(WizardStep::scoreboard, new TemplatePage(context, m_flow, m_stack));

@@ -1,14 +1,14 @@
-# pointloom_room(NAME [UNITY] SOURCES ... USES ...): one folder of src/ as a static library.
-# USES names the rooms below it and outside libraries; scripts/check-dependencies.sh holds
+# pointloom_module(NAME [UNITY] SOURCES ... USES ...): one folder of src/ as a static library.
+# USES names the modules below it and outside libraries; scripts/check-dependencies.sh holds
 # the includes to the same picture. UNITY compiles its files a dozen at a time, since most of the time goes into
 # the headers of libraries; names in their anonymous namespaces must then differ.
-function(pointloom_room name)
-  cmake_parse_arguments(ROOM "UNITY" "" "SOURCES;USES" ${ARGN})
-  add_library(pointloom_${name} STATIC ${ROOM_SOURCES})
-  if(ROOM_UNITY)
+function(pointloom_module name)
+  cmake_parse_arguments(MODULE "UNITY" "" "SOURCES;USES" ${ARGN})
+  add_library(pointloom_${name} STATIC ${MODULE_SOURCES})
+  if(MODULE_UNITY)
     pointloom_compile_together(pointloom_${name})
   endif()
-  target_link_libraries(pointloom_${name} PRIVATE pointloom_options PUBLIC ${ROOM_USES})
+  target_link_libraries(pointloom_${name} PRIVATE pointloom_options PUBLIC ${MODULE_USES})
 endfunction()
 
 # pointloom_test(NAME [WIDGETS] [UNITY] SOURCES ... USES ...): one test program, run by CTest. WIDGETS starts a
