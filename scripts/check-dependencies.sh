@@ -1,12 +1,14 @@
 #!/bin/bash
 # Holds the includes under src/ to the one-way dependencies between its folders, the modules, and outside
-# libraries to the modules that may see them. docs/ARCHITECTURE.md has the drawing.
+# libraries to the modules that may see them. The folders of src/ui are modules too. docs/ARCHITECTURE.md has the
+# drawing.
 # Usage: scripts/check-dependencies.sh [--self-test]
 #   --self-test  proves on small trees of its own that each kind of fault is found
 set -euo pipefail
 export LC_ALL=C.UTF-8
 
-# What each module may include besides itself. A new module needs a line here.
+# What each module may include besides itself. A new module needs a line here. A name with a slash makes its first
+# part a folder of modules, without sources of its own.
 declare -A allowed=(
     [json]=""
     [files]=""
@@ -22,9 +24,15 @@ declare -A allowed=(
     [licensing]="http info files json"
     [persistence]="session export render model l10n crash files json"
     [playback]="media"
-    [ui]="playback persistence licensing session export render media crash model l10n info files json"
+    [ui/style]="l10n json"
+    [ui/common]="ui/style persistence session export render media crash model l10n files json"
+    [ui/timeline]="ui/common ui/style session export media model l10n json"
+    [ui/wizard]="ui/common ui/style persistence session render media model l10n files json"
+    [ui/editor]="ui/timeline ui/common ui/style playback persistence session export render media crash model l10n json"
+    [ui/export]="ui/common ui/style persistence session export render media model l10n files json"
+    [ui/settings]="ui/common ui/style licensing persistence session media model l10n info files json"
     [cli]="persistence licensing session export render media crash model l10n info files json"
-    [app]="ui playback persistence licensing session export render media crash model l10n info files json"
+    [app]="ui/settings ui/export ui/editor ui/wizard ui/common ui/style playback persistence licensing session export render media crash model l10n info files json"
 )
 
 # Which modules may see an outside library: included header, CMake name (none: any module may link it), modules.
@@ -58,16 +66,28 @@ check() {
     fi
 }
 
+# Sets `module` to the module of a file or of an included header.
+module_of() {
+    module=${1%%/*}
+    if [[ " ${!allowed[*]}" == *" $module/"* ]]; then
+        local inside=${1#*/}
+        module+=/${inside%%/*}
+    fi
+}
+
 check_modules() {
-    local module file line text included
-    for module in */; do
-        module=${module%/}
-        if [[ -z ${allowed[$module]+known} ]]; then
+    local module of_file file line text included
+    for file in */ */*/; do
+        [[ -d $file ]] || continue
+        module_of "$file"
+        # Folders inside a module belong to it; a folder of modules needs no line.
+        if [[ $file == "$module/" && -z ${allowed[$module]+known} ]]; then
             printf 'src/%s: a module without a line in scripts/check-dependencies.sh\n' "$module"
         fi
     done
     while IFS=: read -r file line text; do
-        module=${file%%/*}
+        module_of "$file"
+        of_file=$module
         included=${text#*\"}
         included=${included%%\"*}
         if [[ /$included/ == */../* ]]; then
@@ -76,8 +96,11 @@ check_modules() {
             continue
         elif [[ $included != */* ]]; then
             printf 'src/%s:%s: "%s" does not name its module\n' "$file" "$line" "$included"
-        elif [[ " $module ${allowed[$module]-} " != *" ${included%%/*} "* ]]; then
-            printf 'src/%s:%s: %s may not include "%s"\n' "$file" "$line" "$module" "$included"
+        else
+            module_of "$included"
+            if [[ " $of_file ${allowed[$of_file]-} " != *" $module "* ]]; then
+                printf 'src/%s:%s: %s may not include "%s"\n' "$file" "$line" "$of_file" "$included"
+            fi
         fi
     done < <(grep_sources '^[[:space:]]*#[[:space:]]*include[[:space:]]*"')
 }
@@ -115,17 +138,23 @@ self_test() {
     expect_clean 'model/Score.h' '#include "json/Json.h"'
     expect_clean 'model/Score.h' '#include <vector>'
     expect_clean 'media/Reader.cpp' '#include <libavformat/avformat.h>'
-    expect_clean 'ui/Window.h' '#include <QWidget>'
+    expect_clean 'ui/editor/Window.h' '#include <QWidget>'
+    expect_clean 'ui/editor/Window.h' '#include "ui/common/Dialogs.h"'
+    expect_clean 'ui/editor/deep/Window.h' '#include "ui/editor/Keys.h"'
     expect_fault 'json/Json.h' '#include "model/Score.h"' 'json may not include "model/Score.h"'
     expect_fault 'render/Draw.cpp' '#  include "media/Frame.h"' 'render may not include "media/Frame.h"'
-    expect_fault 'cli/main.cpp' '#include "ui/Window.h"' 'cli may not include "ui/Window.h"'
+    expect_fault 'cli/main.cpp' '#include "ui/editor/Window.h"' 'cli may not include "ui/editor/Window.h"'
     expect_fault 'model/deep/Score.cpp' '#include "session/AppState.h"' 'src/model/deep/Score.cpp:1: model may not'
     expect_fault 'model/Score.cpp' '#include "../json/Json.h"' 'climbs'
     expect_fault 'model/Score.cpp' '#include "Score.h"' 'does not name its module'
     expect_fault 'shed/Tool.h' '#include <vector>' 'a module without a line'
+    expect_fault 'ui/shed/Tool.h' '#include <vector>' 'src/ui/shed: a module without a line'
+    expect_fault 'ui/Tool.h' '#include "json/Json.h"' 'ui/Tool.h may not include'
+    expect_fault 'ui/editor/Keys.cpp' '#include "ui/settings/Sheet.h"' 'ui/editor may not include "ui/settings/Sheet.h"'
+    expect_fault 'ui/style/Theme.cpp' '#include "ui/common/Dialogs.h"' 'ui/style may not include'
     expect_fault 'export/Export.h' 'extern "C" {
 #include <libavcodec/avcodec.h>' 'src/export/Export.h:2: only media may see'
-    expect_fault 'ui/Player.cpp' '#include <mpv/client.h>' 'only playback may see'
+    expect_fault 'ui/editor/Player.cpp' '#include <mpv/client.h>' 'only playback may see'
     expect_fault 'crash/Upload.cpp' '#include <QNetworkReply>' 'only http may see'
     expect_fault 'export/Export.cpp' '#include <QtWidgets/QLabel>' 'only ui, app, playback may see'
     expect_fault 'cli/Main.cpp' '#include <QApplication>' 'only ui, app, playback may see'

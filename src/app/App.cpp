@@ -9,7 +9,7 @@
 #include "persistence/InstanceChannel.h"
 #include "persistence/Persistence.h"
 #include "persistence/SessionLock.h"
-#include "ui/settings/Preferences.h"
+#include "ui/common/Preferences.h"
 #include "ui/style/Theme.h"
 
 #include <QApplication>

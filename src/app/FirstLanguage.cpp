@@ -1,6 +1,6 @@
 #include "app/FirstLanguage.h"
 
-#include "ui/settings/Preferences.h"
+#include "ui/common/Preferences.h"
 
 namespace pointloom {
 

@@ -3,6 +3,7 @@
 #include "files/FileError.h"
 #include "l10n/Format.h"
 #include "persistence/UserDefaults.h"
+#include "ui/common/Preferences.h"
 #include "ui/common/VideoImport.h"
 #include "ui/editor/EditorView.h"
 #include "ui/export/ExportSheet.h"
@@ -10,7 +11,6 @@
 #include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
-#include "ui/settings/Preferences.h"
 #include "ui/settings/PreferencesDialog.h"
 #include "ui/wizard/WizardView.h"
 

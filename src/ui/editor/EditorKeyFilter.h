@@ -1,7 +1,7 @@
 // Hears the editor's keys wherever in the editor the focus is.
 #pragma once
 
-#include "ui/editor/Shortcuts.h"
+#include "ui/common/Shortcuts.h"
 
 #include <functional>
 #include <QKeyEvent>

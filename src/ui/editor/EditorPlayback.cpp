@@ -1,7 +1,7 @@
 #include "ui/editor/EditorPlayback.h"
 
 #include "playback/PlaybackError.h"
-#include "ui/settings/Preferences.h"
+#include "ui/common/Preferences.h"
 
 #include <algorithm>
 #include <QScopedValueRollback>

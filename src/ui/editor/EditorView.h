@@ -1,11 +1,11 @@
 // The editor: picture with the scoreboard, transport, timeline, and the sidebar with markers and scores.
 #pragma once
 
+#include "ui/common/Shortcuts.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/editor/EditorPlayback.h"
 #include "ui/editor/EditorSidebar.h"
 #include "ui/editor/PictureStage.h"
-#include "ui/editor/Shortcuts.h"
 #include "ui/editor/TransportBar.h"
 #include "ui/timeline/TimelineView.h"
 

@@ -3,7 +3,7 @@
 #include "files/FileError.h"
 #include "l10n/Format.h"
 #include "persistence/UserDefaults.h"
-#include "ui/settings/Preferences.h"
+#include "ui/common/Preferences.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 

@@ -1,7 +1,7 @@
 // Every keyboard shortcut, for the help.
 #pragma once
 
-#include "ui/editor/Shortcuts.h"
+#include "ui/common/Shortcuts.h"
 
 #include <span>
 #include <vector>

@@ -1,7 +1,7 @@
 #include "ui/wizard/StepBar.h"
 
 #include "files/FileError.h"
-#include "ui/settings/Preferences.h"
+#include "ui/common/Preferences.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 #include "ui/wizard/StepButton.h"

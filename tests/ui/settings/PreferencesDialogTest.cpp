@@ -1,6 +1,6 @@
 #include "ui/settings/PreferencesDialog.h"
 
-#include "ui/settings/Preferences.h"
+#include "ui/common/Preferences.h"
 #include "ui/support/Screen.h"
 
 #include <gtest/gtest.h>

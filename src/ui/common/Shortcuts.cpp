@@ -1,4 +1,4 @@
-#include "ui/editor/Shortcuts.h"
+#include "ui/common/Shortcuts.h"
 
 namespace pointloom {
 

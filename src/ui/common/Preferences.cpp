@@ -1,4 +1,4 @@
-#include "ui/settings/Preferences.h"
+#include "ui/common/Preferences.h"
 
 #include "persistence/UserDefaults.h"
 #include "ui/common/UiContext.h"
