@@ -20,7 +20,7 @@ public:
     ExitStatus run() override;
 
 private:
-    PartFolder parts(const SegmentPlan& plan, const QString& planPath) const;
+    SegmentFolder parts(const SegmentPlan& plan, const QString& planPath) const;
 
     std::string m_plan;
     std::optional<std::string> m_output;
@@ -42,14 +42,14 @@ JoinCommand::JoinCommand(CLI::App& subcommand)
         "Nothing is encoded but the sound, when \"pointloom-cli segment final.json audio\" was not done.");
 }
 
-PartFolder JoinCommand::parts(const SegmentPlan& plan, const QString& planPath) const {
-    return m_parts ? PartFolder(toPath(*m_parts), plan.format) : PartFolder::beside(planPath, plan);
+SegmentFolder JoinCommand::parts(const SegmentPlan& plan, const QString& planPath) const {
+    return m_parts ? SegmentFolder(toPath(*m_parts), plan.format) : SegmentFolder::beside(planPath, plan);
 }
 
 ExitStatus JoinCommand::run() {
     const QString planPath = toPath(m_plan);
     const auto plan = SegmentPlan::load(planPath, QStringLiteral(POINTLOOM_VERSION));
-    const PartFolder folder = parts(plan, planPath);
+    const SegmentFolder folder = parts(plan, planPath);
     const QString output = m_output ? toPath(*m_output) : plan.output;
     std::vector<InputFile> inputs = inputFiles(plan, planPath);
     for (int number = 1; number <= plan.count(); ++number)

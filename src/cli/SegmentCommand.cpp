@@ -59,7 +59,7 @@ SegmentCommand::SegmentCommand(CLI::App& subcommand)
 }
 
 QString SegmentCommand::pathFor(const SegmentPlan& plan, const QString& planPath) const {
-    const PartFolder parts = PartFolder::beside(planPath, plan);
+    const SegmentFolder parts = SegmentFolder::beside(planPath, plan);
     if (!m_output)
         parts.create();
     const QString beside = m_segment == soundWord ? parts.sound() : parts.pictures(number());

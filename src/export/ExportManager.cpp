@@ -27,7 +27,7 @@ using media::MediaWriter;
 using media::VideoReader;
 
 std::optional<AudioReader> openAudio(const ExportJob& job, const ExportPlan& plan) {
-    if (job.part)
+    if (job.segment)
         return std::nullopt;
     try {
         return AudioReader::open(job.videoPath, plan.range.start(), plan.range.end());
@@ -40,7 +40,7 @@ MediaWriter openWriter(const QString& path, const ExportJob& job, const ExportPl
                        const media::VideoTrackInfo& track, bool withAudio) {
     try {
         return MediaWriter::create(path, videoSettings(job, plan, track), withAudio, plan.chapters,
-                                   job.part ? job.part->comment : QString());
+                                   job.segment ? job.segment->comment : QString());
     } catch (const std::exception&) {
         throw ExportSource::writerError();
     }

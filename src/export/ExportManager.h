@@ -37,7 +37,7 @@ struct OverlayDescription {
 
 /// A stretch of an export that is encoded on its own, to be joined with its neighbours: pictures only, the
 /// first one at 0.
-struct ExportPart {
+struct SegmentWindow {
     FrameWindow window;
     QString comment; // kept in the file
 };
@@ -54,11 +54,11 @@ struct ExportJob {
     std::optional<double> trimEnd; // none: to the end of the video
     media::EncodingQuality quality = media::EncodingQuality::standard;
     media::EncoderKind encoder = media::EncoderKind::software; // see settleEncoder for those in hardware
-    std::string encoderPreset;      // of x264 or x265; empty for the encoder's default
-    bool lossless = false;          // H.264 and HEVC only; for tests that read pixels back
-    int exportsAtOnce = 1;          // on this machine, which share its processors
-    bool withChapters = true;       // labelled markers become chapters
-    std::optional<ExportPart> part; // none: all of it
+    std::string encoderPreset;            // of x264 or x265; empty for the encoder's default
+    bool lossless = false;                // H.264 and HEVC only; for tests that read pixels back
+    int exportsAtOnce = 1;                // on this machine, which share its processors
+    bool withChapters = true;             // labelled markers become chapters
+    std::optional<SegmentWindow> segment; // none: all of it
 };
 
 struct ExportProgress {

@@ -9,7 +9,7 @@ namespace {
 
 // Seconds of pictures.
 double lengthOf(const ExportJob& job, const media::MediaInfo& info) {
-    const FrameWindow window = job.part ? job.part->window : FrameWindow{};
+    const FrameWindow window = job.segment ? job.segment->window : FrameWindow{};
     const double tick = info.video->timeBase.value();
     const double from = window.from ? static_cast<double>(*window.from) * tick : job.trimStart;
     return (window.until ? static_cast<double>(*window.until) * tick
@@ -26,13 +26,13 @@ ExportPlan makePlan(const ExportJob& job, const media::MediaInfo& info) {
         .frameFormat = media::encodableFormat(
             ExportSource::codecOf(job.format),
             track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color})),
-        .range = TrimRange(job.trimStart, job.trimEnd, job.part ? job.part->window : FrameWindow{}),
+        .range = TrimRange(job.trimStart, job.trimEnd, job.segment ? job.segment->window : FrameWindow{}),
         .chapters = {},
     };
     if (track.frameRate.value() > 0)
         plan.frameRate = track.frameRate.value();
     const double length = lengthOf(job, info);
-    if (job.withChapters && !job.part)
+    if (job.withChapters && !job.segment)
         plan.chapters =
             chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, job.trimStart + length);
     plan.expectedFrames = static_cast<std::int64_t>(length * plan.frameRate);
@@ -64,7 +64,7 @@ media::VideoSettings videoSettings(const ExportJob& job, const ExportPlan& plan,
         .frameRate = track.frameRate,
         .encoderPreset = job.encoderPreset,
         .encodersAtOnce = job.exportsAtOnce,
-        .joinable = job.part.has_value(),
+        .joinable = job.segment.has_value(),
         .lossless = job.lossless,
     };
 }

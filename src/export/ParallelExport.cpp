@@ -15,16 +15,16 @@ namespace pointloom {
 namespace {
 
 // Threads that make the parts: one for each segment, and one for the sound.
-class PartWorkers {
+class SegmentWorkers {
 public:
-    PartWorkers(const SegmentPlan& plan, const PartFolder& parts)
+    SegmentWorkers(const SegmentPlan& plan, const SegmentFolder& parts)
         : m_plan(plan)
-        , m_parts(parts)
+        , m_segments(parts)
         , m_progress(plan.segments.size())
         , m_damage(plan.segments.size()) {}
-    ~PartWorkers() { m_isStopped = true; }
-    PartWorkers(const PartWorkers&) = delete;
-    PartWorkers& operator=(const PartWorkers&) = delete;
+    ~SegmentWorkers() { m_isStopped = true; }
+    SegmentWorkers(const SegmentWorkers&) = delete;
+    SegmentWorkers& operator=(const SegmentWorkers&) = delete;
 
     void start();
 
@@ -41,7 +41,7 @@ private:
     ExportProgress progress() const;
 
     const SegmentPlan& m_plan;
-    const PartFolder& m_parts;
+    const SegmentFolder& m_segments;
     std::atomic<bool> m_isStopped = false;
     std::mutex m_mutex; // of what follows
     std::condition_variable m_threadEnded;
@@ -52,18 +52,18 @@ private:
     std::vector<std::jthread> m_threads; // end before what they use
 };
 
-void PartWorkers::start() {
+void SegmentWorkers::start() {
     for (std::size_t i = 0; i < m_plan.segments.size(); ++i)
         launch([this, i] { encode(i); });
     if (m_plan.hasSound)
         launch([this] {
-            SegmentExport::encodeSoundIfPossible(m_plan, m_parts.sound(),
+            SegmentExport::encodeSoundIfPossible(m_plan, m_segments.sound(),
                                                  [this] { return m_isStopped.load(); });
         });
 }
 
 template <class Work>
-void PartWorkers::launch(const Work& work) {
+void SegmentWorkers::launch(const Work& work) {
     {
         const std::lock_guard lock(m_mutex);
         ++m_running;
@@ -84,10 +84,10 @@ void PartWorkers::launch(const Work& work) {
     });
 }
 
-void PartWorkers::encode(std::size_t index) {
+void SegmentWorkers::encode(std::size_t index) {
     const int number = static_cast<int>(index) + 1;
     const auto report = SegmentExport::encode(
-        m_plan, number, m_parts.pictures(number), [this] { return m_isStopped.load(); },
+        m_plan, number, m_segments.pictures(number), [this] { return m_isStopped.load(); },
         [this, index](const ExportProgress& progress) {
             const std::lock_guard lock(m_mutex);
             m_progress[index] = progress;
@@ -98,8 +98,8 @@ void PartWorkers::encode(std::size_t index) {
         m_damage[index] = report->damage;
 }
 
-void PartWorkers::wait(const ExportManager::CancelQuery& isCancelled,
-                       const ExportManager::ProgressReport& onProgress) {
+void SegmentWorkers::wait(const ExportManager::CancelQuery& isCancelled,
+                          const ExportManager::ProgressReport& onProgress) {
     constexpr auto moment = std::chrono::milliseconds(50);
     int lastPercent = -1;
     std::unique_lock lock(m_mutex);
@@ -119,7 +119,7 @@ void PartWorkers::wait(const ExportManager::CancelQuery& isCancelled,
 }
 
 // Segments last unequally long, and the frames of one are known when it has begun.
-ExportProgress PartWorkers::progress() const {
+ExportProgress SegmentWorkers::progress() const {
     constexpr double mostBeforeTheEnd = 0.95; // the parts have to be joined
     ExportProgress sum{0, 0, 0};
     double seconds = 0;
@@ -134,7 +134,7 @@ ExportProgress PartWorkers::progress() const {
     return sum;
 }
 
-ExportReport PartWorkers::report() const {
+ExportReport SegmentWorkers::report() const {
     ExportReport report;
     for (const media::Damage& damage : m_damage) {
         report.damage.lostPictures += damage.lostPictures;
@@ -158,8 +158,8 @@ ExportReport ParallelExport::run(const SegmentPlan& plan, const ExportManager::C
         const NewFile output(plan.output, ifExists); // what cannot be written is refused before the work
         return std::make_unique<NewFolder>(plan.output, ifExists);
     });
-    const PartFolder parts(folder->temporaryPath(), plan.format);
-    PartWorkers workers(plan, parts);
+    const SegmentFolder parts(folder->temporaryPath(), plan.format);
+    SegmentWorkers workers(plan, parts);
     workers.start();
     workers.wait(isCancelled, onProgress);
     ExportReport report = workers.report();

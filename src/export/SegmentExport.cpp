@@ -3,7 +3,7 @@
 #include "export/ExportSource.h"
 #include "media/AudioReader.h"
 #include "media/MediaError.h"
-#include "media/PartJoin.h"
+#include "media/SegmentJoin.h"
 #include "media/SoundWriter.h"
 
 #include <QDir>
@@ -36,21 +36,21 @@ bool holds(const QString& path, const QString& comment) {
 
 }
 
-PartFolder PartFolder::beside(const QString& planPath, const SegmentPlan& plan) {
+SegmentFolder SegmentFolder::beside(const QString& planPath, const SegmentPlan& plan) {
     const QFileInfo file(planPath);
     return {file.absolutePath() + u'/' + file.completeBaseName() + QStringLiteral(".parts"), plan.format};
 }
 
-QString PartFolder::pictures(int segment) const {
+QString SegmentFolder::pictures(int segment) const {
     return QDir(m_path).filePath(
         QStringLiteral("%1.%2").arg(segment, 4, 10, QLatin1Char('0')).arg(fileExtension(m_format)));
 }
 
-QString PartFolder::sound() const {
+QString SegmentFolder::sound() const {
     return QDir(m_path).filePath(QStringLiteral("audio.m4a"));
 }
 
-void PartFolder::create() const {
+void SegmentFolder::create() const {
     if (!QDir().mkpath(m_path))
         throw ExportError::exportFailed(m_path + QStringLiteral(": the folder cannot be made"));
 }
@@ -61,7 +61,7 @@ std::optional<ExportReport> SegmentExport::encode(const SegmentPlan& plan, int n
                                                   int segmentsAtOnce) {
     ExportJob job = plan.job();
     job.exportsAtOnce = segmentsAtOnce;
-    job.part = ExportPart{plan.window(number), segmentComment(plan, number)};
+    job.segment = SegmentWindow{plan.window(number), segmentComment(plan, number)};
     plan.requireUnchangedInputs();
     if (isSegment(plan, number, path))
         return std::nullopt;

@@ -6,14 +6,14 @@
 namespace pointloom {
 
 /// Where the parts of a plan stand.
-class PartFolder {
+class SegmentFolder {
 public:
-    PartFolder(QString path, ExportFormat format)
+    SegmentFolder(QString path, ExportFormat format)
         : m_path(std::move(path))
         , m_format(format) {}
 
     /// "match.parts" beside "match.json".
-    static PartFolder beside(const QString& planPath, const SegmentPlan& plan);
+    static SegmentFolder beside(const QString& planPath, const SegmentPlan& plan);
 
     const QString& path() const { return m_path; }
     QString pictures(int segment) const; // counted from 1

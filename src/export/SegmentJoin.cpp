@@ -4,7 +4,7 @@
 #include "export/ExportSource.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
-#include "media/PartJoin.h"
+#include "media/SegmentJoin.h"
 
 #include <algorithm>
 #include <QStringList>
@@ -13,7 +13,7 @@ namespace pointloom {
 
 namespace {
 
-void requireAllSegments(const SegmentPlan& plan, const PartFolder& parts) {
+void requireAllSegments(const SegmentPlan& plan, const SegmentFolder& parts) {
     QStringList missing;
     for (int number = 1; number <= plan.count(); ++number) {
         if (!SegmentExport::isSegment(plan, number, parts.pictures(number)))
@@ -37,7 +37,7 @@ std::vector<media::Chapter> chaptersFor(const SegmentPlan& plan) {
     return chaptersOf(plan.markers, plan.matchConfig, plan.trimStart, end);
 }
 
-media::JoinRequest requestFor(const SegmentPlan& plan, const PartFolder& parts, const QString& output) {
+media::JoinRequest requestFor(const SegmentPlan& plan, const SegmentFolder& parts, const QString& output) {
     media::JoinRequest request{
         .outputPath = output,
         .isQuickTime = plan.format == ExportFormat::prores,
@@ -78,7 +78,7 @@ private:
 
 }
 
-QString SegmentJoin::join(const SegmentPlan& plan, const PartFolder& parts, const QString& output,
+QString SegmentJoin::join(const SegmentPlan& plan, const SegmentFolder& parts, const QString& output,
                           const ExportManager::CancelQuery& isCancelled,
                           const ExportManager::ProgressReport& onProgress, IfExists ifExists) {
     ExportSource::requireOtherFile(plan.job(), output);
@@ -88,8 +88,8 @@ QString SegmentJoin::join(const SegmentPlan& plan, const PartFolder& parts, cons
         SegmentExport::encodeSoundIfPossible(plan, parts.sound(), isCancelled);
     try {
         NewFile file(output, ifExists);
-        if (!media::joinParts(requestFor(plan, parts, file.temporaryPath()),
-                              JoinMeter(isCancelled, onProgress)))
+        if (!media::joinSegments(requestFor(plan, parts, file.temporaryPath()),
+                                 JoinMeter(isCancelled, onProgress)))
             throw ExportCancelled();
         const QString path = file.keep();
         if (onProgress)

@@ -9,7 +9,7 @@ namespace pointloom::SegmentJoin {
 /// all pictures are those of an export that was not cut. Returns the path of the video, which appears when it
 /// is whole. Throws ExportError: a segment is not finished, an input has changed, the parts do not fit
 /// together; and ExportCancelled.
-QString join(const SegmentPlan& plan, const PartFolder& parts, const QString& output,
+QString join(const SegmentPlan& plan, const SegmentFolder& parts, const QString& output,
              const ExportManager::CancelQuery& isCancelled, const ExportManager::ProgressReport& onProgress,
              IfExists ifExists = IfExists::replace);
 

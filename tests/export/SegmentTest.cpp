@@ -80,7 +80,7 @@ protected:
     QString planPath() const { return folder.path(QStringLiteral("match.json")); }
 
     QString joinAll(const SegmentPlan& plan) const {
-        const PartFolder parts = PartFolder::beside(planPath(), plan);
+        const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
         parts.create();
         for (int number = plan.count(); number >= 1; --number) // in any order
             SegmentExport::encode(plan, number, parts.pictures(number), {}, {});
@@ -246,7 +246,7 @@ TEST_F(Segments, AFinishedPartIsNotMadeAgainAndAnotherPlansPartIs) {
 TEST_F(Segments, WithoutAllPartsOrWithAChangedSourceNothingIsJoined) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     const SegmentPlan plan = planFor(markedJob(clip, QStringLiteral("x")), 3);
-    const PartFolder parts = PartFolder::beside(planPath(), plan);
+    const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
     parts.create();
     SegmentExport::encode(plan, 2, parts.pictures(2), {}, {});
     const QString joined = folder.path(QStringLiteral("joined.mp4"));
@@ -268,7 +268,7 @@ TEST_F(Segments, PartsThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     ExportJob job = markedJob(clip, QStringLiteral("x"));
     SegmentPlan plan = planFor(job, 2);
-    const PartFolder parts = PartFolder::beside(planPath(), plan);
+    const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
     joinAll(plan);
     const auto join = [&] { SegmentJoin::join(plan, parts, folder.path(QStringLiteral("j.mp4")), {}, {}); };
 
@@ -282,7 +282,7 @@ TEST_F(Segments, PartsThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
     other.encoderPreset = QStringLiteral("medium");
     SegmentExport::encode(other, 2, parts.pictures(2), {}, {});
     EXPECT_TRUE(errorOf(join).contains(
-        QStringLiteral("the part differs from the others in its encoder's settings; ")))
+        QStringLiteral("the segment differs from the others in its encoder's settings; ")))
         << errorOf(join).toStdString();
     EXPECT_FALSE(QFile::exists(folder.path(QStringLiteral("j.mp4"))));
 }
@@ -313,7 +313,7 @@ TEST_F(Segments, SoundThatCannotBeMadeLeavesTheVideoSilent) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     const SegmentPlan plan = planFor(test::jobFor(clip, folder.path(QStringLiteral("out.mp4"))), 2);
     ASSERT_TRUE(plan.hasSound);
-    const PartFolder parts = PartFolder::beside(planPath(), plan);
+    const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
     ASSERT_TRUE(QDir().mkpath(parts.sound() + QStringLiteral("/in the way")));
     const auto streams = test::probe(joinAll(plan)).at("streams");
     ASSERT_EQ(streams.size(), 1U);

@@ -12,16 +12,16 @@
 
 namespace pointloom::media {
 
-struct PicturePart {
+struct SegmentFile {
     QString path;
-    std::int64_t offset = 0; // ticks of the joined file, added to the part's times
+    std::int64_t offset = 0; // ticks of the joined file, added to the segment's times
 };
 
 struct JoinRequest {
     QString outputPath;
     bool isQuickTime = false; // else MP4
     Rational timeBase{1, 90000};
-    std::vector<PicturePart> pictures; // in the order of their times
+    std::vector<SegmentFile> pictures; // in the order of their times
     std::optional<QString> soundPath;
     std::vector<Chapter> chapters;
 };
@@ -29,10 +29,10 @@ struct JoinRequest {
 /// What a finished file's writer left in it; empty when there is nothing. Throws MediaError.
 QString readComment(const QString& path);
 
-/// Creates the file. All parts must have been encoded alike, and each begin with a key picture; their packets
-/// are copied with times as if one encoder had made them. `goesOn` hears how many of the parts' bytes are
-/// copied, out of how many, and stops the work by false; then this returns false. Throws MediaError, which
-/// names the part.
-bool joinParts(const JoinRequest& request, const std::function<bool(std::int64_t, std::int64_t)>& goesOn);
+/// Creates the file. All segments must have been encoded alike, and each begin with a key picture; their
+/// packets are copied with times as if one encoder had made them. `goesOn` hears how many of the segments'
+/// bytes are copied, out of how many, and stops the work by false; then this returns false. Throws
+/// MediaError, which names the segment.
+bool joinSegments(const JoinRequest& request, const std::function<bool(std::int64_t, std::int64_t)>& goesOn);
 
 }

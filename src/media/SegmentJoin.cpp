@@ -1,8 +1,8 @@
-#include "media/PartJoin.h"
+#include "media/SegmentJoin.h"
 
 #include "media/JoinedDecodeTimes.h"
 #include "media/OutputFile.h"
-#include "media/PartReader.h"
+#include "media/SegmentReader.h"
 
 #include <algorithm>
 #include <QFileInfo>
@@ -11,12 +11,12 @@ namespace pointloom::media {
 
 namespace {
 
-// The packets of all parts as one track.
+// The packets of all segments as one track.
 class PictureTrack {
 public:
     explicit PictureTrack(const JoinRequest& request)
         : m_request(request)
-        , m_reader(std::make_unique<PartReader>(request.pictures.at(0).path, AVMEDIA_TYPE_VIDEO)) {
+        , m_reader(std::make_unique<SegmentReader>(request.pictures.at(0).path, AVMEDIA_TYPE_VIDEO)) {
         requireClock();
     }
 
@@ -24,56 +24,58 @@ public:
 
     /// Null at the end.
     AVPacket* next() {
-        AVPacket* packet = m_reader->next(m_request.pictures[m_part].offset);
-        while (packet == nullptr && m_part + 1 < m_request.pictures.size()) {
+        AVPacket* packet = m_reader->next(m_request.pictures[m_segment].offset);
+        while (packet == nullptr && m_segment + 1 < m_request.pictures.size()) {
             openNext();
-            packet = m_reader->next(m_request.pictures[m_part].offset);
+            packet = m_reader->next(m_request.pictures[m_segment].offset);
         }
         if (packet == nullptr)
             return nullptr;
         if (m_hasBefore && packet->pts <= m_before)
-            fail("the part begins before the one ahead of it has ended");
+            fail("the segment begins before the one ahead of it has ended");
         m_latest = std::max(m_latest, packet->pts);
         packet->dts = m_times.next(packet->pts, packet->dts);
         if (packet->dts > packet->pts || packet->dts <= m_lastDecoding)
-            fail("the times of its pictures do not follow those of the part before");
+            fail("the times of its pictures do not follow those of the segment before");
         m_lastDecoding = packet->dts;
         return packet;
     }
 
 private:
     void openNext() {
-        auto reader = std::make_unique<PartReader>(m_request.pictures[m_part + 1].path, AVMEDIA_TYPE_VIDEO);
+        auto reader =
+            std::make_unique<SegmentReader>(m_request.pictures[m_segment + 1].path, AVMEDIA_TYPE_VIDEO);
         reader->requireAlike(*m_reader);
         m_reader = std::move(reader);
-        ++m_part;
+        ++m_segment;
         m_before = m_latest;
         m_hasBefore = true;
     }
 
     void requireClock() const {
         if (av_cmp_q(first().time_base, toAv(m_request.timeBase)) != 0)
-            fail("the part counts time in other units than the plan");
+            fail("the segment counts time in other units than the plan");
     }
 
     [[noreturn]] void fail(const char* reason) const {
-        throw MediaError(QFileInfo(m_request.pictures[m_part].path).fileName().toStdString() + ": " + reason);
+        throw MediaError(QFileInfo(m_request.pictures[m_segment].path).fileName().toStdString() + ": " +
+                         reason);
     }
 
     const JoinRequest& m_request;
-    std::unique_ptr<PartReader> m_reader; // of the part that is being copied
-    std::size_t m_part = 0;
+    std::unique_ptr<SegmentReader> m_reader; // of the segment that is being copied
+    std::size_t m_segment = 0;
     JoinedDecodeTimes m_times;
     std::int64_t m_latest = std::numeric_limits<std::int64_t>::min(); // shown, of all copied
-    std::int64_t m_before = 0; // latest shown of the parts before this one
+    std::int64_t m_before = 0; // latest shown of the segments before this one
     bool m_hasBefore = false;
     std::int64_t m_lastDecoding = std::numeric_limits<std::int64_t>::min();
 };
 
 std::int64_t bytesOf(const JoinRequest& request) {
     std::int64_t bytes = request.soundPath ? QFileInfo(*request.soundPath).size() : 0;
-    for (const PicturePart& part : request.pictures)
-        bytes += QFileInfo(part.path).size();
+    for (const SegmentFile& segment : request.pictures)
+        bytes += QFileInfo(segment.path).size();
     return bytes;
 }
 
@@ -89,9 +91,9 @@ QString readComment(const QString& path) {
     return entry == nullptr ? QString() : QString::fromUtf8(entry->value);
 }
 
-bool joinParts(const JoinRequest& request, const std::function<bool(std::int64_t, std::int64_t)>& goesOn) {
+bool joinSegments(const JoinRequest& request, const std::function<bool(std::int64_t, std::int64_t)>& goesOn) {
     PictureTrack pictures(request);
-    std::optional<PartReader> sound;
+    std::optional<SegmentReader> sound;
     if (request.soundPath)
         sound.emplace(*request.soundPath, AVMEDIA_TYPE_AUDIO);
 

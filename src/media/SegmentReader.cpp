@@ -1,4 +1,4 @@
-#include "media/PartReader.h"
+#include "media/SegmentReader.h"
 
 #include "media/DisplayMatrix.h"
 
@@ -9,13 +9,13 @@ namespace pointloom::media {
 
 namespace {
 
-constexpr auto damaged = "the file is damaged or cut short; remove it and encode this part again";
+constexpr auto damaged = "the file is damaged or cut short; remove it and encode this segment again";
 
 [[noreturn]] void failFor(const QString& path, const std::string& reason) {
     throw MediaError(QFileInfo(path).fileName().toStdString() + ": " + reason);
 }
 
-InputFile openPart(const QString& path) {
+InputFile openSegment(const QString& path) {
     try {
         return InputFile::open(path);
     } catch (const MediaError& error) {
@@ -30,15 +30,15 @@ bool sameBytes(const AVCodecParameters& a, const AVCodecParameters& b) {
 
 }
 
-PartReader::PartReader(const QString& path, AVMediaType type)
+SegmentReader::SegmentReader(const QString& path, AVMediaType type)
     : m_path(path)
-    , m_file(openPart(path))
+    , m_file(openSegment(path))
     , m_packet(makePacket()) {
     if (m_file.context()->nb_streams != 1 || track().codecpar->codec_type != type)
-        fail("the file is not a part of this plan");
+        fail("the file is not a segment of this plan");
 }
 
-AVPacket* PartReader::next(std::int64_t offset) {
+AVPacket* SegmentReader::next(std::int64_t offset) {
     av_packet_unref(m_packet.get());
     const int read = av_read_frame(m_file.context(), m_packet.get());
     if (read < 0) {
@@ -50,7 +50,7 @@ AVPacket* PartReader::next(std::int64_t offset) {
         (m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
         fail(damaged);
     if (m_packets == 0 && (m_packet->flags & AV_PKT_FLAG_KEY) == 0)
-        fail("the part does not begin with a key frame; remove it and encode this part again");
+        fail("the segment does not begin with a key frame; remove it and encode this segment again");
     ++m_packets;
     limitDuration();
     m_packet->pts += offset;
@@ -61,7 +61,7 @@ AVPacket* PartReader::next(std::int64_t offset) {
 
 // The index names the distance to the packet that follows in the order of decoding; the picture that is shown
 // last may be shown for a shorter time.
-void PartReader::limitDuration() {
+void SegmentReader::limitDuration() {
     if (track().duration == AV_NOPTS_VALUE)
         return;
     const std::int64_t start = track().start_time == AV_NOPTS_VALUE ? 0 : track().start_time;
@@ -70,7 +70,7 @@ void PartReader::limitDuration() {
         m_packet->duration = std::min(m_packet->duration, left);
 }
 
-void PartReader::requireAlike(const PartReader& other) const {
+void SegmentReader::requireAlike(const SegmentReader& other) const {
     const AVCodecParameters& mine = *track().codecpar;
     const AVCodecParameters& theirs = *other.track().codecpar;
     const char* difference = nullptr;
@@ -88,11 +88,11 @@ void PartReader::requireAlike(const PartReader& other) const {
     else if (!sameBytes(mine, theirs))
         difference = "its encoder's settings";
     if (difference != nullptr)
-        fail(std::string("the part differs from the others in ") + difference +
+        fail(std::string("the segment differs from the others in ") + difference +
              "; encode it again with the same versions of the program and its libraries");
 }
 
-void PartReader::fail(const std::string& reason) const {
+void SegmentReader::fail(const std::string& reason) const {
     failFor(m_path, reason);
 }
 
