@@ -89,7 +89,7 @@ void openProject(benchmark::State& run) {
         QCoreApplication::processEvents();
         benchmark::DoNotOptimize(window.grab());
     }
-    if (state.step != 4)
+    if (state.step != Screen::editor)
         run.SkipWithError("the project did not open in the editor");
 }
 BENCHMARK(openProject)->Arg(1000)->Unit(benchmark::kMillisecond)->Iterations(5);

@@ -27,9 +27,6 @@ namespace {
 constexpr std::string_view consentAskedKey = "crashConsentAsked";
 constexpr QSize smallestContent(760, 560);
 
-// Screens of the session's `step`.
-constexpr int videoStep = 3;
-
 constexpr UiText cannotOpenTitle{"Could not open file",
                                  "Impossible d'ouvrir le fichier",
                                  "No se pudo abrir el archivo",
@@ -137,10 +134,8 @@ void TopLevelView::fillBridge() {
     m_bridge.showPreferences = [this] { showPreferencesSheet = true; };
 }
 
-// 0 to 3 are the wizard's steps, any other is the editor.
 void TopLevelView::route() {
-    const int step = m_context.state.step;
-    const bool isWizard = step >= 0 && step <= videoStep;
+    const bool isWizard = m_context.state.step != Screen::editor;
     if (isWizard && !m_wizard)
         addWidget(m_wizard = new WizardView(m_context, this));
     if (!isWizard && !m_editor)
@@ -191,8 +186,8 @@ void TopLevelView::importVideo(const QString& path) {
     readVideo(path, [this, before = m_context.state.videoURL.value()] {
         AppState& state = m_context.state;
         // Where everything before is settled, the wizard shows what was imported.
-        if (state.step < videoStep && state.selectedTemplate.value() && state.matchConfig.value())
-            state.step = videoStep;
+        if (state.step < Screen::video && state.selectedTemplate.value() && state.matchConfig.value())
+            state.step = Screen::video;
         // The same name may stand for another file by now.
         if (m_editor && state.videoURL.value() == before)
             m_editor->reloadVideo();

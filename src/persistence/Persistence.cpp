@@ -151,7 +151,7 @@ void Persistence::Snapshot::restore(AppState& into) const {
         into.watermarkURL = QUrl::fromLocalFile(*watermarkPath);
     if (watermarkCorner)
         into.watermarkCorner = *watermarkCorner;
-    into.step = 0;
+    into.step = Screen::sport;
 }
 
 Persistence::Snapshot Persistence::LegacySnapshot::migrated() const {

@@ -10,23 +10,16 @@ namespace pointloom {
 
 namespace {
 
-// Screens of the session's `step`.
-constexpr int sportStep = 0;
-constexpr int templateStep = 1;
-constexpr int configurationStep = 2;
-constexpr int videoStep = 3;
-constexpr int editorStep = 4;
-
 std::optional<QString> pathOf(const std::optional<QUrl>& url) {
     return url ? std::optional(url->path(QUrl::FullyDecoded)) : std::nullopt;
 }
 
-int firstUnfinishedStep(const ProjectFile& project, const AppState& state) {
+Screen firstUnfinished(const ProjectFile& project, const AppState& state) {
     if (!project.selectedTemplate)
-        return project.selectedSport ? templateStep : sportStep;
+        return project.selectedSport ? Screen::scoreboard : Screen::sport;
     if (!project.matchConfig)
-        return configurationStep;
-    return state.videoURL.value() ? editorStep : videoStep;
+        return Screen::match;
+    return state.videoURL.value() ? Screen::editor : Screen::video;
 }
 
 // Where the file is now, absent when it is nowhere; noted in the report when that is not `storedPath`.
@@ -82,7 +75,7 @@ void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
     if (project.videoPath)
         state.videoURL = QUrl::fromLocalFile(*project.videoPath);
     state.currentProjectURL = sourceURL;
-    state.step = firstUnfinishedStep(project, state);
+    state.step = firstUnfinished(project, state);
     state.save();
 }
 
@@ -123,7 +116,7 @@ OpenReport openProject(const QString& path, AppState& state) {
     apply(project, state, QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
     if (isVideoMissing) {
         state.videoURL = std::nullopt;
-        state.step = videoStep;
+        state.step = Screen::video;
     }
     return report;
 }

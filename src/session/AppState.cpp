@@ -104,7 +104,7 @@ void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUu
 }
 
 void AppState::reset() {
-    step = 0;
+    step = Screen::sport;
     selectedTemplate = std::nullopt;
     selectedSport = SportID::tennis;
     matchConfig = std::nullopt;

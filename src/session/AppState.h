@@ -25,6 +25,9 @@ struct QTypeTraits::has_operator_less_than<std::optional<pointloom::SportScoreSt
 
 namespace pointloom {
 
+/// The wizard's screens in their order, then the editor.
+enum class Screen { sport, scoreboard, match, video, editor };
+
 /// Reading a field inside a binding registers the reader; assigning an equal value notifies nobody.
 /// Assigning a field does not save: the edits below do, and `save` does for everything else.
 class AppState {
@@ -44,7 +47,7 @@ public:
     /// The session is saved in `store`, which outlives it; without one it is not saved.
     explicit AppState(SessionStore* store = nullptr);
 
-    QProperty<int> step{0}; // screen: 0 to 3 are the wizard's, any other is the editor
+    QProperty<Screen> step{Screen::sport};
     QProperty<Language> language{Language::english};
     QProperty<std::optional<TemplateID>> selectedTemplate;
     QProperty<SportID> selectedSport{SportID::tennis};

@@ -103,10 +103,10 @@ TEST_F(MenuTest, NewSessionAsksBeforeItThrowsWorkAway) {
 
 TEST_F(MenuTest, NewSessionForgetsANameThatWasNeverConfirmed) {
     state->selectedTemplate = TemplateID::classic;
-    state->step = 2;
+    state->step = Screen::match;
     QLineEdit* name = window->findChild<TeamForm*>()->firstName();
     QTest::keyClicks(name, QStringLiteral("Dravnik"));
-    state->step = 0;
+    state->step = Screen::sport;
     const auto sports = window->findChildren<SportPage*>().first()->findChildren<PickerCard*>();
     sports[2]->click(); // volleyball, which the template does not fit
     sports[0]->click();
@@ -157,7 +157,7 @@ TEST_F(MenuTest, OpeningAProjectReadsItsVideoAndKeepsItsTrimAndPlace) {
     EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Open Pointloom Project"));
     EXPECT_EQ(dialogs.filters, QStringList{QStringLiteral("Pointloom (*.plp *.PLP)")});
     ASSERT_TRUE(eventually([this] { return state->videoDuration > 0; }));
-    EXPECT_EQ(state->step, 4);
+    EXPECT_EQ(state->step, Screen::editor);
     EXPECT_EQ(state->videoWidth, 320);
     EXPECT_EQ(state->trimStart, 0.5);
     EXPECT_EQ(state->scoreboardPosition.value(), QPointF(0.5, 0.75));
@@ -221,7 +221,7 @@ TEST_F(MenuTest, MissingFilesAreNamedAndTheRestOpens) {
                            QStringLiteral("Video file not found"),
                            QStringLiteral("The video at %1 could not be found. Please re-import it.")
                                .arg(path(QStringLiteral("gone.mp4")))}));
-    EXPECT_EQ(state->step, 3);
+    EXPECT_EQ(state->step, Screen::video);
     EXPECT_FALSE(state->videoURL.value());
     EXPECT_EQ(state->markers.value().size(), 1U);
 }
@@ -282,7 +282,7 @@ TEST_F(MenuTest, OpeningAVideoImportsItAndSaysWhyItCannot) {
     dialogs.fileToOpen = makeClip(QStringLiteral("match.mp4"));
     choose(QStringLiteral("Open Video…"));
     ASSERT_TRUE(eventually([this] { return state->videoURL.value().has_value(); }));
-    EXPECT_EQ(state->step, 3); // where the wizard shows it
+    EXPECT_EQ(state->step, Screen::video); // where the wizard shows it
     dialogs.fileToOpen = folder.write(QStringLiteral("broken.mp4"), "no video");
     choose(QStringLiteral("Open Video…"));
     ASSERT_TRUE(eventually([this] { return dialogs.shown.last().contains(QStringLiteral("broken.mp4")); }));
@@ -297,7 +297,7 @@ TEST_F(MenuTest, AVideoStillBeingReadDoesNotArriveInAnotherSession) {
     EXPECT_FALSE(state->videoURL.value());
 
     configure();
-    state->step = 3;
+    state->step = Screen::video;
     window->findChild<DropTarget*>()->click(); // the wizard reads for itself
     choose(QStringLiteral("New Session"));
     QTest::qWait(300);

@@ -27,15 +27,15 @@ protected:
 
     void goThroughTheSetup() {
         press(Qt::Key_Return); // tennis
-        ASSERT_EQ(state->step, 1);
+        ASSERT_EQ(state->step, Screen::scoreboard);
         press(Qt::Key_Space); // the first scoreboard
         press(Qt::Key_Return);
-        ASSERT_EQ(state->step, 2);
+        ASSERT_EQ(state->step, Screen::match);
         type("Ana");
         press(Qt::Key_Return);
         type("Eva");
         press(Qt::Key_Return);
-        ASSERT_EQ(state->step, 3);
+        ASSERT_EQ(state->step, Screen::video);
         dialogs.fileToOpen =
             folder.make(QStringLiteral("match.mp4"),
                         "-f lavfi -i color=0x606060:s=640x360:r=25:d=2 -c:v libx264 -pix_fmt yuv420p");
@@ -48,7 +48,7 @@ protected:
         ASSERT_NE(next, buttons.end());
         (*next)->setFocus();
         press(Qt::Key_Return);
-        ASSERT_EQ(state->step, 4);
+        ASSERT_EQ(state->step, Screen::editor);
     }
 
     QImage frameOf(const QString& video, const char* second) {

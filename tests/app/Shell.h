@@ -7,7 +7,7 @@
 #include "persistence/Persistence.h"
 #include "session/UndoStack.h"
 #include "support/TestClips.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <gtest/gtest.h>
 #include <memory>

@@ -49,27 +49,24 @@ TEST_F(WindowTest, TitleNamesTheDocumentAndMarksWhatItDoesNotHold) {
     expectTitle("match.plp[*] — Pointloom", false);
 }
 
-TEST_F(WindowTest, StepsLeadToTheWizardOrTheEditor) {
+TEST_F(WindowTest, ShowsTheWizardOrTheEditor) {
     QWidget* const wizard = window->content().currentWidget();
-    for (const int step : {1, 2, 3}) {
-        state->step = step;
+    for (const Screen screen : {Screen::scoreboard, Screen::match, Screen::video}) {
+        state->step = screen;
         EXPECT_EQ(window->content().currentWidget(), wizard);
     }
-    for (const int step : {4, 9, -1}) {
-        state->step = 0;
-        state->step = step;
-        EXPECT_NE(window->content().currentWidget(), wizard) << step;
-    }
+    state->step = Screen::editor;
+    EXPECT_NE(window->content().currentWidget(), wizard);
 }
 
 TEST_F(WindowTest, HoldsAtItsSmallestSizeInEveryLanguage) {
     for (const Language language : allCases<Language>()) {
         state->language = language;
-        for (int step = 0; step <= 4; ++step) {
-            state->step = step;
+        for (int screen = 0; screen <= static_cast<int>(Screen::editor); ++screen) {
+            state->step = static_cast<Screen>(screen);
             window->resize(1, 1);
             QCoreApplication::processEvents();
-            EXPECT_EQ(window->content().size(), QSize(760, 560)) << step;
+            EXPECT_EQ(window->content().size(), QSize(760, 560)) << screen;
         }
     }
 }
@@ -150,7 +147,7 @@ TEST_F(WindowTest, TheNextStartHasTheSessionAndTheSizeOfTheLast) {
     start();
     EXPECT_EQ(window->size(), QSize(1000, 700));
     EXPECT_EQ(state->markers.value().size(), 2U);
-    EXPECT_EQ(state->step, 0);
+    EXPECT_EQ(state->step, Screen::sport);
 }
 
 TEST_F(WindowTest, ClosingKeepsWhatTheDiskDidNotTakeBefore) {

@@ -38,7 +38,7 @@ protected:
     std::unique_ptr<AppState> restored(std::chrono::milliseconds retryInterval = std::chrono::hours(1)) {
         m_persistence = std::make_unique<Persistence>(defaults, *lock, retryInterval);
         auto state = std::make_unique<AppState>(m_persistence.get());
-        state->step = 4;
+        state->step = Screen::editor;
         m_persistence->load(*state);
         return state;
     }
@@ -49,7 +49,7 @@ private:
 
 TEST_F(Autosave, NothingStoredLeavesTheFreshSessionUntouched) {
     const auto state = restored();
-    EXPECT_EQ(state->step.value(), 4);
+    EXPECT_EQ(state->step.value(), Screen::editor);
     EXPECT_TRUE(stored().isEmpty());
 }
 
@@ -78,7 +78,7 @@ TEST_F(Autosave, EverythingButVideoScreenAndScaleComesBack) {
     const auto after = restored();
     EXPECT_EQ(after->markers.value().front(), marker);
     before->markers = std::vector{marker, before->markers.value()[0], before->markers.value()[2]};
-    EXPECT_EQ(after->step.value(), 0);
+    EXPECT_EQ(after->step.value(), Screen::sport);
     EXPECT_EQ(after->scoreboardUserScale.value(), 1.0);
     EXPECT_FALSE(after->videoURL.value());
     EXPECT_EQ(after->watermarkURL.value(), before->watermarkURL.value());
@@ -142,7 +142,7 @@ TEST_F(Autosave, AValueThatFitsNoRecordStaysAndIsSetAsideOnceBeforeItIsReplaced)
     const QByteArray newer(R"({"selectedTemplate":"hologram","markers":[],"cuts":[],"scoreboardPositionX":0,)"
                            R"("scoreboardPositionY":0,"trimStart":0})");
     const auto state = restored(newer);
-    EXPECT_EQ(state->step.value(), 4) << "nothing was restored";
+    EXPECT_EQ(state->step.value(), Screen::editor) << "nothing was restored";
     EXPECT_EQ(stored(), newer);
     EXPECT_TRUE(copiesSetAside().isEmpty());
 

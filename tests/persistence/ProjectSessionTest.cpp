@@ -60,7 +60,7 @@ TEST_F(ProjectInSession, ASessionSurvivesADocumentButItsCutsDoNot) {
     apply(saved, fresh, source);
     EXPECT_EQ(projectFrom(fresh), saved);
     EXPECT_EQ(fresh.currentProjectURL.value(), source);
-    EXPECT_EQ(fresh.step.value(), 4);
+    EXPECT_EQ(fresh.step.value(), Screen::editor);
     EXPECT_EQ(fresh.language.value(), Language::english);
     EXPECT_EQ(store.saves, 1);
 
@@ -81,21 +81,21 @@ TEST_F(ProjectInSession, MarkersOfAnUnsortedDocumentComeInOrder) {
 
 TEST_F(ProjectInSession, TheWizardOpensWhereSomethingIsMissing) {
     ProjectFile project;
-    const auto stepOf = [&] {
+    const auto screen = [&] {
         apply(project, state, QUrl());
         return state.step.value();
     };
-    EXPECT_EQ(stepOf(), 0);
+    EXPECT_EQ(screen(), Screen::sport);
     project.selectedSport = SportID::squash;
-    EXPECT_EQ(stepOf(), 1);
+    EXPECT_EQ(screen(), Screen::scoreboard);
     project.selectedSport = std::nullopt;
     project.selectedTemplate = TemplateID::dark;
-    EXPECT_EQ(stepOf(), 2) << "the sport falls back to tennis";
+    EXPECT_EQ(screen(), Screen::match) << "the sport falls back to tennis";
     EXPECT_EQ(state.selectedSport.value(), SportID::tennis);
     project.matchConfig = tennisMatch();
-    EXPECT_EQ(stepOf(), 3);
+    EXPECT_EQ(screen(), Screen::video);
     project.videoPath = QStringLiteral("/videos/match.mp4");
-    EXPECT_EQ(stepOf(), 4);
+    EXPECT_EQ(screen(), Screen::editor);
 }
 
 TEST_F(ProjectInSession, AbsentValuesTakeTheirDefaults) {
@@ -130,7 +130,7 @@ TEST_F(ProjectInSession, FilesThatMovedWithTheDocumentAreFoundBesideIt) {
               (std::vector<OpenReport::Missing>{{watermark, QStringLiteral("/elsewhere/mark.png")}}));
     EXPECT_EQ(state.videoURL.value(), QUrl::fromLocalFile(at("match.mp4")));
     EXPECT_EQ(state.matchConfig.value()->logoURL, QUrl::fromLocalFile(at("club.png")));
-    EXPECT_EQ(state.step.value(), 4);
+    EXPECT_EQ(state.step.value(), Screen::editor);
 }
 
 TEST_F(ProjectInSession, ALogoOnAnotherMachineIsNotTakenForAFileOfThisOne) {
@@ -159,7 +159,7 @@ TEST_F(ProjectInSession, AMissingVideoIsToBeImportedAgain) {
     ASSERT_EQ(report.missing.size(), 3U);
     EXPECT_EQ(report.missing.back(), (OpenReport::Missing{video, at("match 100%.mp4")}));
     EXPECT_FALSE(state.videoURL.value());
-    EXPECT_EQ(state.step.value(), 3);
+    EXPECT_EQ(state.step.value(), Screen::video);
     EXPECT_EQ(state.matchConfig.value(), config) << "the document keeps naming its logo";
     EXPECT_EQ(state.currentProjectURL.value(), QUrl::fromLocalFile(at("project.plp")));
 }
@@ -171,7 +171,7 @@ TEST_F(ProjectInSession, ADocumentThatNamesNoVideoMissesNoneAndGoesOnWhereItWas)
     project.save(at("project.plp"));
     const OpenReport report = openProject(at("project.plp"), state);
     EXPECT_TRUE(report.missing.empty());
-    EXPECT_EQ(state.step.value(), 1) << "the template";
+    EXPECT_EQ(state.step.value(), Screen::scoreboard) << "the template";
 }
 
 TEST_F(ProjectInSession, AnUnreadableDocumentLeavesTheSession) {

@@ -12,24 +12,24 @@ using namespace test;
 
 TEST(AppState, FieldsNotifyTheirOwnReadersAndOnlyOfChanges) {
     AppState state;
-    int stepEvaluations = 0;
-    QProperty<int> screen;
+    int screenEvaluations = 0;
+    QProperty<Screen> screen;
     screen.setBinding([&] {
-        ++stepEvaluations;
+        ++screenEvaluations;
         return state.step.value();
     });
     int templateNotifications = 0;
     const auto watch = state.selectedTemplate.onValueChanged([&] { ++templateNotifications; });
-    stepEvaluations = 0;
+    screenEvaluations = 0;
 
     state.selectedTemplate = TemplateID::retro;
     state.selectedTemplate = TemplateID::retro;
     EXPECT_EQ(templateNotifications, 1);
-    EXPECT_EQ(stepEvaluations, 0) << "a reader of another field was disturbed";
+    EXPECT_EQ(screenEvaluations, 0) << "a reader of another field was disturbed";
 
-    state.step = 3;
-    EXPECT_EQ(screen.value(), 3);
-    EXPECT_EQ(stepEvaluations, 1);
+    state.step = Screen::video;
+    EXPECT_EQ(screen.value(), Screen::video);
+    EXPECT_EQ(screenEvaluations, 1);
 }
 
 TEST(AppState, LiveScorePrefersMarkersThenTheInitialScoreThenTheEmptyMatch) {
@@ -77,7 +77,7 @@ TEST(AppState, ResetKeepsLanguageLicenceAndCutsAndDeletesTheStoredSession) {
     state.isLicensed = true;
     state.cuts = cuts;
     state.selectedCutID = cuts.front().id;
-    state.step = 4;
+    state.step = Screen::editor;
     state.selectedTemplate = TemplateID::retro;
     state.selectedSport = SportID::squash;
     state.matchConfig = tennisMatch();
@@ -104,7 +104,7 @@ TEST(AppState, ResetKeepsLanguageLicenceAndCutsAndDeletesTheStoredSession) {
 
     state.reset();
 
-    EXPECT_EQ(state.step.value(), 0);
+    EXPECT_EQ(state.step.value(), Screen::sport);
     EXPECT_EQ(state.selectedSport.value(), SportID::tennis);
     EXPECT_FALSE(state.matchConfig.value());
     EXPECT_FALSE(state.videoURL.value());

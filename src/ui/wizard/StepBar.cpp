@@ -31,15 +31,15 @@ StepBar::StepBar(const UiContext& context, WizardFlow& flow, QWidget* parent)
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(Space::l, Space::s, Space::l, Space::s);
     row->setSpacing(Space::xs);
-    for (int step = 0; step < wizardStepCount; ++step) {
-        if (step > 0) {
+    for (const Screen screen : wizardScreens) {
+        if (!m_steps.empty()) {
             QFrame* connection = Controls::separator(Qt::Horizontal, this);
             connection->setMinimumWidth(Space::s);
             connection->setMaximumWidth(Space::xxl);
             row->addWidget(connection, 1, Qt::AlignVCenter);
         }
-        auto* button = new StepButton(step + 1, this);
-        connect(button, &QAbstractButton::clicked, this, [this, step] { Q_EMIT stepPicked(step); });
+        auto* button = new StepButton(static_cast<int>(m_steps.size()) + 1, this);
+        connect(button, &QAbstractButton::clicked, this, [this, screen] { Q_EMIT stepPicked(screen); });
         m_steps.push_back(button);
         row->addWidget(button);
     }
@@ -77,20 +77,20 @@ QToolButton* StepBar::makeLanguageMenu() {
 }
 
 void StepBar::showTexts() {
-    const QString texts[wizardStepCount] = {m_context.text(sportText), m_context.text(L10nKey::templateLabel),
-                                            m_context.text(matchText), m_context.text(videoText)};
-    for (int step = 0; step < wizardStepCount; ++step)
-        m_steps[static_cast<std::size_t>(step)]->setText(texts[step]);
+    const QString texts[wizardScreens.size()] = {m_context.text(sportText),
+                                                 m_context.text(L10nKey::templateLabel),
+                                                 m_context.text(matchText), m_context.text(videoText)};
+    for (std::size_t i = 0; i < m_steps.size(); ++i)
+        m_steps[i]->setText(texts[i]);
     showProgress();
 }
 
 void StepBar::showProgress() {
-    for (int step = 0; step < wizardStepCount; ++step) {
-        const auto each = static_cast<WizardStep>(step);
-        auto mark = m_flow.isDone(each) ? StepButton::Mark::done : StepButton::Mark::upcoming;
-        if (m_context.state.step == step)
+    for (const Screen screen : wizardScreens) {
+        auto mark = m_flow.isDone(screen) ? StepButton::Mark::done : StepButton::Mark::upcoming;
+        if (m_context.state.step == screen)
             mark = StepButton::Mark::current;
-        m_steps[static_cast<std::size_t>(step)]->setMark(mark, m_flow.isReachable(each));
+        m_steps[static_cast<std::size_t>(screen)]->setMark(mark, m_flow.isReachable(screen));
     }
 }
 

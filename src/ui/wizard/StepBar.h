@@ -23,7 +23,7 @@ public:
     void showProgress();
 
 Q_SIGNALS:
-    void stepPicked(int step);
+    void stepPicked(Screen screen);
 
 private:
     QToolButton* makeLanguageMenu();

@@ -40,7 +40,7 @@ VideoNote::VideoNote(const UiContext& context, QWidget* parent)
 
 void VideoNote::showVideo() {
     const auto& url = m_context.state.videoURL.value();
-    const bool isShown = url && m_context.state.step < static_cast<int>(WizardStep::video);
+    const bool isShown = url && m_context.state.step < Screen::video;
     m_words->setFullText(isShown ? format(m_context.text(chosenVideo), url->fileName()) : QString());
     const bool appears = isShown && isHidden();
     setVisible(isShown);

@@ -173,31 +173,30 @@ void WizardFlow::confirmMatch() {
 }
 
 void WizardFlow::openEditor() {
-    m_context.state.step = editorStep;
+    m_context.state.step = Screen::editor;
     m_context.state.save();
 }
 
-bool WizardFlow::isDone(WizardStep step) const {
+bool WizardFlow::isDone(Screen screen) const {
     const AppState& state = m_context.state;
-    switch (step) {
-    case WizardStep::sport:
-        return state.step > 0 || state.selectedTemplate.value();
-    case WizardStep::scoreboard:
+    switch (screen) {
+    case Screen::sport:
+        return state.step > Screen::sport || state.selectedTemplate.value();
+    case Screen::scoreboard:
         return state.selectedTemplate.value().has_value();
-    case WizardStep::match:
+    case Screen::match:
         return state.matchConfig.value().has_value();
-    case WizardStep::video:
+    case Screen::video:
         return state.videoURL.value().has_value();
+    case Screen::editor:
+        return false;
     }
-    return false;
+    Q_UNREACHABLE();
 }
 
-bool WizardFlow::isReachable(WizardStep step) const {
-    for (int earlier = 0; earlier < static_cast<int>(step); ++earlier) {
-        if (!isDone(static_cast<WizardStep>(earlier)))
-            return false;
-    }
-    return true;
+bool WizardFlow::isReachable(Screen screen) const {
+    return std::ranges::all_of(wizardScreens,
+                               [&](Screen earlier) { return earlier >= screen || isDone(earlier); });
 }
 
 }

@@ -4,14 +4,13 @@
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
 
+#include <array>
 #include <QObject>
 
 namespace pointloom {
 
-/// The order of the setup's screens.
-enum class WizardStep { sport, scoreboard, match, video };
-constexpr int wizardStepCount = 4;
-constexpr int editorStep = 4;
+/// The wizard's screens in their order.
+inline constexpr std::array wizardScreens{Screen::sport, Screen::scoreboard, Screen::match, Screen::video};
 
 /// The match of a sport that nothing is known of yet.
 MatchConfig emptyMatch(SportID sport);
@@ -46,11 +45,11 @@ public:
     /// Leaves the setup for the editor and saves.
     void openEditor();
 
-    /// What the step is there for has been done.
-    bool isDone(WizardStep step) const;
+    /// True when the user has made the choice of the screen.
+    bool isDone(Screen screen) const;
 
-    /// Everything before the step has been done.
-    bool isReachable(WizardStep step) const;
+    /// True when every screen before this one is done.
+    bool isReachable(Screen screen) const;
 
 Q_SIGNALS:
     /// The session was replaced or begun anew: forms read the draft again.

@@ -16,6 +16,14 @@
 
 namespace pointloom {
 
+namespace {
+
+Screen neighbour(Screen screen, int distance) {
+    return static_cast<Screen>(static_cast<int>(screen) + distance);
+}
+
+}
+
 WizardView::WizardView(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
@@ -24,10 +32,10 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     , m_stack(new QStackedWidget(this)) {
     setProperty("background", QStringLiteral("window"));
     setAttribute(Qt::WA_StyledBackground);
-    addPage(WizardStep::sport, new SportPage(context, m_flow, m_stack));
-    addPage(WizardStep::scoreboard, new TemplatePage(context, m_flow, m_stack));
-    addPage(WizardStep::match, new MatchPage(context, m_flow, m_stack));
-    addPage(WizardStep::video, new VideoPage(context, m_flow, m_stack));
+    addPage(Screen::sport, new SportPage(context, m_flow, m_stack));
+    addPage(Screen::scoreboard, new TemplatePage(context, m_flow, m_stack));
+    addPage(Screen::match, new MatchPage(context, m_flow, m_stack));
+    addPage(Screen::video, new VideoPage(context, m_flow, m_stack));
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -38,10 +46,10 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeFooter());
 
-    connect(m_bar, &StepBar::stepPicked, this, [this](int step) {
+    connect(m_bar, &StepBar::stepPicked, this, [this](Screen screen) {
         // What stands in a form is taken on the way forward only, as by the button.
-        if (step <= m_context.state.step || leavePage())
-            m_context.state.step = step;
+        if (screen <= m_context.state.step || leavePage())
+            m_context.state.step = screen;
     });
     auto* backKey = new QShortcut(QKeySequence::Back, this);
     connect(backKey, &QShortcut::activated, this, &WizardView::goBack);
@@ -52,8 +60,8 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
                         state.videoURL);
 }
 
-void WizardView::addPage(WizardStep step, WizardPage* page) {
-    m_pages[static_cast<std::size_t>(step)] = page;
+void WizardView::addPage(Screen screen, WizardPage* page) {
+    m_pages[static_cast<std::size_t>(screen)] = page;
     m_stack->addWidget(page);
     connect(page, &WizardPage::obstacleChanged, this, &WizardView::showProgress);
     connect(page, &WizardPage::continueRequested, this, &WizardView::goOn);
@@ -87,10 +95,10 @@ WizardPage* WizardView::currentPage() const {
 }
 
 void WizardView::showStep() {
-    const int step = m_context.state.step;
-    if (step < 0 || step >= wizardStepCount)
-        return; // the editor's turn
-    m_stack->setCurrentIndex(step);
+    const Screen screen = m_context.state.step;
+    if (screen == Screen::editor)
+        return;
+    m_stack->setCurrentIndex(static_cast<int>(screen));
     showTexts();
     if (isVisible())
         currentPage()->takeFocus();
@@ -102,7 +110,7 @@ void WizardView::showEvent(QShowEvent* event) {
 }
 
 void WizardView::showTexts() {
-    const bool isLast = m_stack->currentIndex() == wizardStepCount - 1;
+    const bool isLast = m_stack->currentIndex() == m_stack->count() - 1;
     m_back->setText(m_context.text(L10nKey::back));
     m_back->setVisible(m_stack->currentIndex() > 0);
     m_continue->setText(m_context.text(isLast ? L10nKey::openEditor : L10nKey::continueBtn));
@@ -125,12 +133,12 @@ bool WizardView::leavePage() {
 
 void WizardView::goOn() {
     if (leavePage())
-        m_context.state.step = m_context.state.step + 1;
+        m_context.state.step = neighbour(m_context.state.step, 1);
 }
 
 void WizardView::goBack() {
-    if (m_context.state.step > 0)
-        m_context.state.step = m_context.state.step - 1;
+    if (m_context.state.step > Screen::sport)
+        m_context.state.step = neighbour(m_context.state.step, -1);
 }
 
 }

@@ -32,7 +32,7 @@ protected:
 
 private:
     QWidget* makeFooter();
-    void addPage(WizardStep step, WizardPage* page);
+    void addPage(Screen screen, WizardPage* page);
     WizardPage* currentPage() const;
     void showStep();
     void showTexts();
@@ -46,7 +46,7 @@ private:
     WizardFlow m_flow;
     StepBar* m_bar;
     QStackedWidget* m_stack;
-    std::array<WizardPage*, wizardStepCount> m_pages{};
+    std::array<WizardPage*, wizardScreens.size()> m_pages{};
     QPushButton* m_back = nullptr;
     QLabel* m_hint = nullptr;
     QPushButton* m_continue = nullptr;

@@ -1,6 +1,6 @@
 #include "ui/common/VideoImport.h"
 #include "support/TestClips.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <gtest/gtest.h>
 #include <QFile>
@@ -27,7 +27,7 @@ protected:
     }
 
     test::ClipFolder clips;
-    test::Screen screen;
+    test::ScreenContext screen;
     VideoImport import{screen.context};
     QSignalSpy imported{&import, &VideoImport::imported};
     QSignalSpy failed{&import, &VideoImport::failed};
@@ -39,7 +39,7 @@ TEST_F(VideoImportTest, ImportSetsVideoAndKeepsOnlyTrimsThatFit) {
     screen.state.currentTime = 50;
     screen.state.trimStart = 0.5;
     screen.state.trimEnd = 7.0;
-    screen.state.step = 3;
+    screen.state.step = Screen::video;
     const QString path = clip(QStringLiteral("two seconds.mp4"), "160x90", 2);
     import.start(path);
     EXPECT_TRUE(import.isReading());
@@ -52,7 +52,7 @@ TEST_F(VideoImportTest, ImportSetsVideoAndKeepsOnlyTrimsThatFit) {
     EXPECT_EQ(screen.state.currentTime, 0);
     EXPECT_EQ(screen.state.trimStart, 0.5);
     EXPECT_EQ(screen.state.trimEnd.value(), std::nullopt);
-    EXPECT_EQ(screen.state.step, 3);
+    EXPECT_EQ(screen.state.step, Screen::video);
 }
 
 TEST_F(VideoImportTest, LaterStartReplacesAnEarlierOne) {

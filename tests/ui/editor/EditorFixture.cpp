@@ -11,7 +11,7 @@ EditorFixture::EditorFixture()
     Theme::shared().apply(*qApp, ThemeChoice::dark);
     state.selectedTemplate = TemplateID::classic;
     state.matchConfig = tennisMatch();
-    state.step = 4;
+    state.step = Screen::editor;
 }
 
 void EditorFixture::openEditor(QSize size) {

@@ -3,7 +3,7 @@
 
 #include "support/TestClips.h"
 #include "ui/editor/EditorView.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <functional>
 #include <gtest/gtest.h>

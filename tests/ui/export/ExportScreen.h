@@ -2,7 +2,7 @@
 #pragma once
 
 #include "support/TestClips.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <gtest/gtest.h>
 #include <QPushButton>
@@ -14,7 +14,7 @@ namespace pointloom::test {
 constexpr int longest = 60'000; // milliseconds; only a fault lasts as long
 
 /// 640x360 of one grey at 25 Hz.
-struct ExportScreen : Screen {
+struct ExportScreen : ScreenContext {
     explicit ExportScreen(double seconds = 2) {
         const QString clip = clips.make(
             QStringLiteral("clip.mp4"),

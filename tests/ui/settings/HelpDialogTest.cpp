@@ -1,7 +1,7 @@
 #include "ui/settings/HelpDialog.h"
 
 #include "ui/settings/ShortcutTable.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <gtest/gtest.h>
 #include <QKeySequence>
@@ -31,7 +31,7 @@ QString labelOf(const EditorKey& key) {
 }
 
 TEST(HelpDialogTest, FollowsTheLanguageAndNamesThisDesktopsKeys) {
-    Screen screen;
+    ScreenContext screen;
     HelpDialog help(screen.context, nullptr);
     help.show();
     EXPECT_TRUE(textsOf(help).contains(QStringLiteral("Step 1 — Choose a Sport")));

@@ -1,7 +1,7 @@
 #include "ui/settings/LicenceDialog.h"
 
 #include "licensing/LicenceFixture.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -47,7 +47,7 @@ protected:
             10000);
     }
 
-    Screen m_screen;
+    ScreenContext m_screen;
     std::unique_ptr<LicenceManager> m_manager;
     std::unique_ptr<LicenceDialog> m_dialog;
 };

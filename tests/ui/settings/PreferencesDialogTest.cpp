@@ -1,7 +1,7 @@
 #include "ui/settings/PreferencesDialog.h"
 
 #include "ui/common/Preferences.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <gtest/gtest.h>
 #include <QCheckBox>
@@ -22,7 +22,7 @@ protected:
     QComboBox& list(int number) { return *m_dialog->findChildren<QComboBox*>().at(number); }
     QCheckBox& box(const char* name) { return *m_dialog->findChild<QCheckBox*>(QString::fromUtf8(name)); }
 
-    Screen m_screen;
+    ScreenContext m_screen;
     std::unique_ptr<PreferencesDialog> m_dialog;
 };
 
@@ -60,7 +60,7 @@ TEST_F(PreferencesDialogTest, WhatCannotBeKeptIsTold) {
 }
 
 TEST(PreferencesTest, SettingsOfAnotherVersionReadAsAtFirst) {
-    Screen screen;
+    ScreenContext screen;
     screen.defaults.setData(Preferences::themeKey, "sepia");
     EXPECT_EQ(Preferences::theme(screen.defaults), ThemeChoice::dark);
 }

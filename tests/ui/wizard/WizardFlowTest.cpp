@@ -1,5 +1,5 @@
 #include "ui/wizard/WizardFlow.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ protected:
         screen.state.matchConfig = match;
     }
 
-    test::Screen screen;
+    test::ScreenContext screen;
     WizardFlow flow{screen.context};
 };
 

@@ -1,5 +1,5 @@
 #include "support/TestClips.h"
-#include "ui/support/Screen.h"
+#include "ui/support/ScreenContext.h"
 #include "ui/wizard/BoardPanel.h"
 #include "ui/wizard/DropTarget.h"
 #include "ui/wizard/FlagField.h"
@@ -53,7 +53,7 @@ protected:
 
     void enterMatch() {
         screen.state.selectedTemplate = TemplateID::classic;
-        screen.state.step = 2;
+        screen.state.step = Screen::match;
     }
 
     QStringList visibleTexts() const {
@@ -71,7 +71,7 @@ protected:
     }
 
     test::ClipFolder clips;
-    test::Screen screen;
+    test::ScreenContext screen;
     WizardView view{screen.context};
 };
 
@@ -84,7 +84,7 @@ TEST_F(WizardTest, KeysAloneLeadFromTheSportToTheEditor) {
     press(Qt::Key_Return);
     EXPECT_EQ(screen.state.selectedSport, SportID::padel);
     EXPECT_GT(screen.store.saves, 0);
-    ASSERT_EQ(screen.state.step, 1);
+    ASSERT_EQ(screen.state.step, Screen::scoreboard);
 
     EXPECT_FALSE(button(L10nKey::continueBtn)->isEnabled());
     press(Qt::Key_Right);
@@ -92,16 +92,16 @@ TEST_F(WizardTest, KeysAloneLeadFromTheSportToTheEditor) {
     EXPECT_TRUE(button(L10nKey::continueBtn)->isEnabled());
     press(Qt::Key_Return);
     EXPECT_EQ(screen.state.selectedTemplate.value(), TemplateID::dark);
-    ASSERT_EQ(screen.state.step, 2);
+    ASSERT_EQ(screen.state.step, Screen::match);
 
     type(QStringLiteral("Ana"));
     press(Qt::Key_Tab);
     type(QStringLiteral("pt"));
     press(Qt::Key_Return); // a name is missing: goes there
-    EXPECT_EQ(screen.state.step, 2);
+    EXPECT_EQ(screen.state.step, Screen::match);
     type(QStringLiteral("Eva"));
     press(Qt::Key_Return);
-    ASSERT_EQ(screen.state.step, 3);
+    ASSERT_EQ(screen.state.step, Screen::video);
     ASSERT_TRUE(screen.state.matchConfig.value());
     EXPECT_EQ(screen.state.matchConfig.value()->team1,
               (TeamConfig{QStringLiteral("Ana"), {}, QStringLiteral("PT"), {}}));
@@ -114,7 +114,7 @@ TEST_F(WizardTest, KeysAloneLeadFromTheSportToTheEditor) {
     const int saves = screen.store.saves;
     button(L10nKey::openEditor)->setFocus();
     press(Qt::Key_Return);
-    EXPECT_EQ(screen.state.step, 4);
+    EXPECT_EQ(screen.state.step, Screen::editor);
     EXPECT_GT(screen.store.saves, saves);
 }
 
@@ -127,19 +127,19 @@ TEST_F(WizardTest, ADoubleClickPicksGoesOnAndAsksOnce) {
     };
     doubleClick(sports[1]);
     EXPECT_EQ(screen.state.selectedSport, SportID::padel);
-    EXPECT_EQ(screen.state.step, 1);
+    EXPECT_EQ(screen.state.step, Screen::scoreboard);
     const auto templates = shown<PickerCard>();
     QTest::mouseClick(templates[2], Qt::LeftButton);
     QTest::mouseClick(templates[2], Qt::LeftButton);
     EXPECT_TRUE(templates[2]->isChecked());
 
-    screen.state.step = 0;
+    screen.state.step = Screen::sport;
     screen.state.addMarker(test::markerAt(1), nullptr);
     screen.dialogs.confirms = false;
     doubleClick(sports[2]);
     EXPECT_EQ(screen.dialogs.shown.count(QStringLiteral("Change the sport?")), 1);
     EXPECT_EQ(screen.state.selectedSport, SportID::padel);
-    EXPECT_EQ(screen.state.step, 0);
+    EXPECT_EQ(screen.state.step, Screen::sport);
     EXPECT_TRUE(sports[1]->isChecked());
 }
 
@@ -185,7 +185,7 @@ TEST_F(WizardTest, DoublesAskForFourNamesWhichComeBackAfterSingles) {
         type(QString::fromUtf8(name));
         press(Qt::Key_Return);
     }
-    ASSERT_EQ(screen.state.step, 3);
+    ASSERT_EQ(screen.state.step, Screen::video);
     EXPECT_EQ(screen.state.matchConfig.value()->team2.displayName(), QStringLiteral("Eva / Ida"));
 
     button(L10nKey::back)->click();
@@ -201,9 +201,9 @@ TEST_F(WizardTest, FinishedStepsOfTheBarLeadBack) {
     enterMatch();
     const auto steps = shown<StepButton>();
     QTest::mouseClick(steps[3], Qt::LeftButton);
-    EXPECT_EQ(screen.state.step, 2) << "nothing leads past a match without names";
+    EXPECT_EQ(screen.state.step, Screen::match) << "nothing leads past a match without names";
     QTest::mouseClick(steps[0], Qt::LeftButton);
-    EXPECT_EQ(screen.state.step, 0);
+    EXPECT_EQ(screen.state.step, Screen::sport);
     EXPECT_TRUE(shown<PickerCard>().front()->hasFocus());
 }
 
@@ -213,10 +213,10 @@ TEST_F(WizardTest, StepsOfTheBarTakeTheFormAlongOnTheWayForward) {
     type(QStringLiteral("Ana"));
     const auto steps = shown<StepButton>();
     QTest::mouseClick(steps[3], Qt::LeftButton);
-    EXPECT_EQ(screen.state.step, 3);
+    EXPECT_EQ(screen.state.step, Screen::video);
     EXPECT_TRUE(screen.state.matchConfig.value()->team1.player1.contains(QStringLiteral("Ana")));
     QTest::mouseClick(steps[3], Qt::LeftButton);
-    EXPECT_EQ(screen.state.step, 3) << "it is there already";
+    EXPECT_EQ(screen.state.step, Screen::video) << "it is there already";
 }
 
 TEST_F(WizardTest, LanguageChangesEveryTextOnEveryScreen) {
@@ -225,8 +225,8 @@ TEST_F(WizardTest, LanguageChangesEveryTextOnEveryScreen) {
                                QStringLiteral("Badminton"), QStringLiteral("Squash"),
                                QStringLiteral("Pickleball")};
     screen.state.selectedTemplate = TemplateID::classic;
-    for (int step = 0; step < 4; ++step) {
-        screen.state.step = step;
+    for (const Screen shown : wizardScreens) {
+        screen.state.step = shown;
         screen.state.language = Language::english;
         const QStringList english = visibleTexts();
         screen.state.language = Language::portuguese;
@@ -235,7 +235,8 @@ TEST_F(WizardTest, LanguageChangesEveryTextOnEveryScreen) {
         for (qsizetype index = 0; index < english.size(); ++index) {
             if (alike.contains(english[index]))
                 continue;
-            EXPECT_NE(english[index].toStdString(), portuguese[index].toStdString()) << "on screen " << step;
+            EXPECT_NE(english[index].toStdString(), portuguese[index].toStdString())
+                << "on screen " << static_cast<int>(shown);
         }
     }
 }
@@ -247,14 +248,14 @@ TEST_F(WizardTest, AVideoTakenEarlyIsNamedUntilItsStepComes) {
     EXPECT_EQ(names(), QStringList{QStringLiteral("Video chosen: final.mp4")});
     screen.state.language = Language::german;
     EXPECT_EQ(names(), QStringList{QStringLiteral("Gewähltes Video: final.mp4")});
-    screen.state.step = 3;
+    screen.state.step = Screen::video;
     EXPECT_EQ(names(), QStringList{QStringLiteral("final.mp4")}) << "on its card";
 }
 
 TEST_F(WizardTest, BadVideoIsExplainedWhereItWasDropped) {
     enterMatch();
     screen.state.matchConfig = test::tennisMatch();
-    screen.state.step = 3;
+    screen.state.step = Screen::video;
     auto* target = view.findChild<DropTarget*>();
     const QString path = clips.write(QStringLiteral("holiday.mp4"), "no video");
     QMimeData data;

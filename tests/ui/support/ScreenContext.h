@@ -45,8 +45,8 @@ public:
 };
 
 /// Declare it before the screen that uses its context.
-struct Screen {
-    Screen() { Theme::shared().apply(*qApp, ThemeChoice::dark); }
+struct ScreenContext {
+    ScreenContext() { Theme::shared().apply(*qApp, ThemeChoice::dark); }
 
     QTemporaryDir folder;
     RecordingStore store;
