@@ -34,10 +34,10 @@ std::string asLine(const Marker& marker) {
     const auto [game1, game2] = gameTexts(marker.score);
     QString sets;
     for (const SetScore& set : setsOf(marker.score))
-        sets += QStringLiteral(" %1-%2").arg(set.display(1), set.display(2));
+        sets += QStringLiteral(" %1-%2").arg(set.display(Side::first), set.display(Side::second));
     return QStringLiteral("%1 s  serving %2  game %3-%4  sets%5%6\n")
         .arg(QString::number(marker.startTime, 'f', 2).rightJustified(timeColumn))
-        .arg(servingTeamOf(marker.score))
+        .arg(teamNumber(servingSide(marker.score)))
         .arg(game1, game2, sets, marker.label ? QStringLiteral("  ") + bareText(*marker.label) : QString())
         .toStdString();
 }

@@ -1,6 +1,7 @@
 // Enumerations with a text for each case, which is the form that is persisted.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
@@ -11,6 +12,28 @@ namespace pointloom {
 /// Specialised beside each enumeration with a `table` of (case, raw value) in declaration order.
 template <class Enumeration>
 struct RawValues;
+
+/// The table of an enumeration whose raw values are the names of its cases; `names` separated by commas.
+template <class Enumeration, std::size_t count>
+constexpr auto tableOfNames(std::string_view names) {
+    std::array<std::pair<Enumeration, std::string_view>, count> table{};
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string_view name = names.substr(0, names.find(','));
+        table[i] = {static_cast<Enumeration>(i), name};
+        names.remove_prefix(std::min(names.size(), name.size() + 2)); // the comma and a space
+    }
+    return table;
+}
+
+/// Declares an enumeration in the namespace pointloom whose raw values are the names of its cases.
+#define POINTLOOM_NAMED_ENUM(Name, ...)                                                                      \
+    enum class Name { __VA_ARGS__ };                                                                         \
+    template <>                                                                                              \
+    struct RawValues<Name> {                                                                                 \
+        static constexpr std::string_view names = #__VA_ARGS__;                                              \
+        static constexpr std::size_t count = 1 + std::ranges::count(names, ',');                             \
+        static constexpr auto table = tableOfNames<Name, count>(names);                                      \
+    }
 
 template <class Enumeration>
 concept HasRawValues = requires {

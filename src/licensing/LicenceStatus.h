@@ -11,26 +11,9 @@
 
 namespace pointloom {
 
-enum class LicenceState {
-    unlicensed,
-    unread, // whether there is a licence is not known: where it is kept could not be read
-    licensed,
-    expired,
-    otherMachine, // the licence found was made for another machine
-    invalid,      // the licence found is damaged or forged
-};
-
-template <>
-struct RawValues<LicenceState> {
-    static constexpr auto table = std::to_array<std::pair<LicenceState, std::string_view>>({
-        {LicenceState::unlicensed, "unlicensed"},
-        {LicenceState::unread, "unread"},
-        {LicenceState::licensed, "licensed"},
-        {LicenceState::expired, "expired"},
-        {LicenceState::otherMachine, "otherMachine"},
-        {LicenceState::invalid, "invalid"},
-    });
-};
+/// `unread`: the place where the licence is kept could not be read. `otherMachine`: the licence was made for
+/// another machine. `invalid`: the licence is damaged or forged.
+POINTLOOM_NAMED_ENUM(LicenceState, unlicensed, unread, licensed, expired, otherMachine, invalid);
 
 /// Days before the end from which a new licence is asked for.
 constexpr int renewalDays = 14;

@@ -1,32 +1,45 @@
-// Who plays, in which format, over how many sets.
+// The sports, what the wizard offers for each, and the configuration of a match.
 #pragma once
 
-#include "model/SportID.h"
 #include "json/JsonFields.h"
 
+#include <cstdint>
 #include <optional>
 #include <QString>
 #include <QUrl>
+#include <span>
 #include <tuple>
 
 namespace pointloom {
 
-enum class MatchFormat { singles, doubles };
+POINTLOOM_NAMED_ENUM(SportID, tennis, padel, volleyball, badminton, tableTennis, squash, pickleball);
 
-template <>
-struct RawValues<MatchFormat> {
-    static constexpr auto table = std::to_array<std::pair<MatchFormat, std::string_view>>({
-        {MatchFormat::singles, "singles"},
-        {MatchFormat::doubles, "doubles"},
-    });
-};
+QString displayName(SportID sport);
+
+/// One emoji; padel shares the tennis ball.
+QString emoji(SportID sport);
+
+/// Name of the sport's picture among the application's resources.
+QString imageName(SportID sport);
+
+/// True for the sports that count 15, 30, 40 inside sets; all others count plain points.
+bool usesTennisScoring(SportID sport);
+
+bool supportsDoubles(SportID sport);
+
+/// The set counts ("best of N") that a match can have, in the order in which they are offered.
+std::span<const std::int64_t> numberOfSetsOptions(SportID sport);
+
+std::int64_t defaultNumberOfSets(SportID sport);
+
+POINTLOOM_NAMED_ENUM(MatchFormat, singles, doubles);
 
 /// One side of a match.
 struct TeamConfig {
     QString player1; // the player, or the first of a pair
     std::optional<QString> player2;
     std::optional<QString> flag1; // two-letter country code (ISO 3166-1) of player 1
-    std::optional<QString> flag2; // and of player 2
+    std::optional<QString> flag2; // of player 2
 
     /// "Player 1 / Player 2", or player 1 alone when there is no second name.
     QString displayName() const;

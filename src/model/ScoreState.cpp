@@ -2,6 +2,8 @@
 
 #include "json/JsonWriter.h"
 
+#include <limits>
+
 namespace pointloom {
 
 QString displayString(GamePoint point) {
@@ -21,21 +23,23 @@ QString displayString(GamePoint point) {
     Q_UNREACHABLE();
 }
 
-QString SetScore::display(int team) const {
-    const std::int64_t games = team == 1 ? team1 : team2;
-    if (!tiebreak)
-        return QString::number(games);
-    const bool team1Won = team1 > team2; // a level set counts as team 2's
-    const bool isLoser = (team == 1) != team1Won;
-    return isLoser ? QStringLiteral("%1(%2)").arg(games).arg(*tiebreak) : QString::number(games);
+QString SetScore::display(Side side) const {
+    const std::int64_t games = ofSide(*this, side);
+    const Side winner = team1 > team2 ? Side::first : Side::second; // a level set counts as the second's
+    return tiebreak && side != winner ? QStringLiteral("%1(%2)").arg(games).arg(*tiebreak)
+                                      : QString::number(games);
 }
 
 const std::vector<SetScore>& setsOf(const SportScoreState& score) {
     return std::visit([](const auto& state) -> const std::vector<SetScore>& { return state.sets; }, score);
 }
 
-std::int64_t servingTeamOf(const SportScoreState& score) {
-    return std::visit([](const auto& state) { return state.servingTeam; }, score);
+bool isServing(const SportScoreState& score, Side side) {
+    return std::visit([&](const auto& state) { return state.servingTeam == teamNumber(side); }, score);
+}
+
+Side servingSide(const SportScoreState& score) {
+    return isServing(score, Side::second) ? Side::second : Side::first;
 }
 
 std::pair<QString, QString> gameTexts(const SportScoreState& score) {
@@ -43,6 +47,42 @@ std::pair<QString, QString> gameTexts(const SportScoreState& score) {
         return {displayString(tennis->currentGame.team1), displayString(tennis->currentGame.team2)};
     const auto& game = std::get<PointScoreState>(score).currentGame;
     return {QString::number(game.team1), QString::number(game.team2)};
+}
+
+namespace {
+
+// Skips values that read the same, as deuce and 40 do: the key would seem to do nothing.
+GamePoint stepped(GamePoint point, StepDirection direction) {
+    constexpr int last = static_cast<int>(GamePoint::advantage);
+    const int step = direction == StepDirection::next ? 1 : -1;
+    int next = static_cast<int>(point) + step;
+    while (next >= 0 && next <= last && displayString(static_cast<GamePoint>(next)) == displayString(point))
+        next += step;
+    return next < 0 || next > last ? point : static_cast<GamePoint>(next);
+}
+
+std::int64_t stepped(std::int64_t points, StepDirection direction) {
+    if (direction == StepDirection::next)
+        return points < std::numeric_limits<std::int64_t>::max() ? points + 1 : points;
+    return points > 0 ? points - 1 : points;
+}
+
+}
+
+SportScoreState steppedScore(SportScoreState score, Side side, StepDirection direction) {
+    std::visit(
+        [&](auto& state) {
+            auto& value = ofSide(state.currentGame, side);
+            value = stepped(value, direction);
+        },
+        score);
+    return score;
+}
+
+SportScoreState withServeSwapped(SportScoreState score) {
+    const Side next = isServing(score, Side::first) ? Side::second : Side::first;
+    std::visit([&](auto& state) { state.servingTeam = teamNumber(next); }, score);
+    return score;
 }
 
 namespace {

@@ -1,9 +1,10 @@
-// Snapshots of a whole match score. No rule of any sport lives here: every value is entered by a person
-// and stored as given.
+// Snapshots of a whole match score. They apply no rules of any sport: every value is entered by the user and
+// stored as given.
 #pragma once
 
 #include "json/JsonFields.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <QString>
@@ -13,43 +14,56 @@
 
 namespace pointloom {
 
-/// One side's score in the game in progress, tennis and padel.
-enum class GamePoint { zero, fifteen, thirty, forty, deuce, advantage };
+/// One of the two sides of a match, a single player or a team: `team1` or `team2` of a record.
+enum class Side { first, second };
 
-template <>
-struct RawValues<GamePoint> {
-    static constexpr auto table = std::to_array<std::pair<GamePoint, std::string_view>>({
-        {GamePoint::zero, "zero"},
-        {GamePoint::fifteen, "fifteen"},
-        {GamePoint::thirty, "thirty"},
-        {GamePoint::forty, "forty"},
-        {GamePoint::deuce, "deuce"},
-        {GamePoint::advantage, "advantage"},
-    });
-};
+inline constexpr std::array bothSides{Side::first, Side::second};
+
+/// The side as files and options count it, 1 or 2.
+constexpr std::int64_t teamNumber(Side side) {
+    return side == Side::first ? 1 : 2;
+}
+
+constexpr Side otherSide(Side side) {
+    return side == Side::first ? Side::second : Side::first;
+}
+
+/// `team1` or `team2` of a record.
+template <class Record>
+constexpr auto& ofSide(Record& record, Side side) {
+    return side == Side::first ? record.team1 : record.team2;
+}
+
+/// One side's score in the game in progress, tennis and padel.
+POINTLOOM_NAMED_ENUM(GamePoint, zero, fifteen, thirty, forty, deuce, advantage);
 
 /// "0", "15", "30", "40", "40" at deuce, "Ad".
 QString displayString(GamePoint point);
 
-struct GameScore {
-    GamePoint team1 = GamePoint::zero;
-    GamePoint team2 = GamePoint::zero;
+/// The game in progress.
+template <class Points>
+struct GameOf {
+    Points team1{};
+    Points team2{};
 
-    bool operator==(const GameScore&) const = default;
+    bool operator==(const GameOf&) const = default;
 
     static constexpr auto jsonFields() {
-        return std::tuple{json::field("team1", &GameScore::team1), json::field("team2", &GameScore::team2)};
+        return std::tuple{json::field("team1", &GameOf::team1), json::field("team2", &GameOf::team2)};
     }
 };
+
+using GameScore = GameOf<GamePoint>;         // tennis and padel
+using PointGameScore = GameOf<std::int64_t>; // all other sports
 
 /// Games (in the point sports: points) of one set.
 struct SetScore {
     std::int64_t team1 = 0;
     std::int64_t team2 = 0;
-    std::optional<std::int64_t> tiebreak; // tie-break points of the team that lost the set
+    std::optional<std::int64_t> tiebreak; // tie-break points of the side that lost the set
 
-    /// The games of team 1, or of team 2 for any other number; the loser's tie-break points in brackets.
-    QString display(int team) const;
+    /// The side's games; the loser's tie-break points follow in brackets.
+    QString display(Side side) const;
 
     bool operator==(const SetScore&) const = default;
 
@@ -59,59 +73,47 @@ struct SetScore {
     }
 };
 
-/// Tennis and padel.
-struct ScoreState {
+template <class Game>
+struct ScoreOf {
     std::vector<SetScore> sets; // one for each set of the match, unplayed ones at 0 to 0
-    GameScore currentGame;
+    Game currentGame;
     std::int64_t servingTeam = 1; // 1 or 2
 
-    bool operator==(const ScoreState&) const = default;
+    bool operator==(const ScoreOf&) const = default;
 
     static constexpr auto jsonFields() {
-        return std::tuple{json::field("sets", &ScoreState::sets),
-                          json::field("currentGame", &ScoreState::currentGame),
-                          json::field("servingTeam", &ScoreState::servingTeam)};
+        return std::tuple{json::field("sets", &ScoreOf::sets),
+                          json::field("currentGame", &ScoreOf::currentGame),
+                          json::field("servingTeam", &ScoreOf::servingTeam)};
     }
 };
 
-struct PointGameScore {
-    std::int64_t team1 = 0;
-    std::int64_t team2 = 0;
-
-    bool operator==(const PointGameScore&) const = default;
-
-    static constexpr auto jsonFields() {
-        return std::tuple{json::field("team1", &PointGameScore::team1),
-                          json::field("team2", &PointGameScore::team2)};
-    }
-};
-
-/// All other sports.
-struct PointScoreState {
-    std::vector<SetScore> sets;
-    PointGameScore currentGame;
-    std::int64_t servingTeam = 1; // 1 or 2
-
-    bool operator==(const PointScoreState&) const = default;
-
-    static constexpr auto jsonFields() {
-        return std::tuple{json::field("sets", &PointScoreState::sets),
-                          json::field("currentGame", &PointScoreState::currentGame),
-                          json::field("servingTeam", &PointScoreState::servingTeam)};
-    }
-};
+using ScoreState = ScoreOf<GameScore>;           // tennis and padel
+using PointScoreState = ScoreOf<PointGameScore>; // all other sports
 
 /// A score of either family. In JSON an object of "type" ("tennis" or "points") and "score".
 using SportScoreState = std::variant<ScoreState, PointScoreState>;
 
-/// The sets of a score of either family.
 const std::vector<SetScore>& setsOf(const SportScoreState& score);
 
-/// The serving team of a score of either family, 1 or 2.
-std::int64_t servingTeamOf(const SportScoreState& score);
+/// The second side when team 2 serves, the first for any other number.
+Side servingSide(const SportScoreState& score);
 
-/// The game in progress as a scoreboard shows it, for team 1 and team 2.
+/// False for both sides when the serving team is neither 1 nor 2.
+bool isServing(const SportScoreState& score, Side side);
+
+/// The game in progress as a scoreboard shows it, first side first.
 std::pair<QString, QString> gameTexts(const SportScoreState& score);
+
+enum class StepDirection { next, previous };
+
+/// The score with the game value of `side` moved along its list to the next one that reads differently: 0,
+/// 15, 30, 40 (deuce reads the same), advantage in the tennis family, whole numbers from 0 in the point
+/// family. Stays at the ends of the list. Games and sets keep their values.
+SportScoreState steppedScore(SportScoreState score, Side side, StepDirection direction);
+
+/// The score with the other side serving.
+SportScoreState withServeSwapped(SportScoreState score);
 
 template <>
 struct json::Codec<SportScoreState> {

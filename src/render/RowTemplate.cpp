@@ -94,12 +94,12 @@ void RowTemplate::drawRows(QPainter& painter, const TemplatePayload& payload,
     const MatchConfig& config = payload.config;
     const MatchFormat format = drawnFormat(config);
     const std::vector<SetScore>& sets = setsOf(payload.score);
-    const std::int64_t serving = servingTeamOf(payload.score);
     const auto [game1, game2] = gameTexts(payload.score);
-    drawScoreboardRow(painter, measures, origin, config.team1.flagDisplayName(format), sets, 1, game1,
-                      serving == 1, style_.team1);
+    drawScoreboardRow(painter, measures, origin, config.team1.flagDisplayName(format), sets, Side::first,
+                      game1, isServing(payload.score, Side::first), style_.team1);
     drawScoreboardRow(painter, measures, origin + QPointF(0, measures.rowH + 1),
-                      config.team2.flagDisplayName(format), sets, 2, game2, serving == 2, style_.team2);
+                      config.team2.flagDisplayName(format), sets, Side::second, game2,
+                      isServing(payload.score, Side::second), style_.team2);
 }
 
 /// What lies on top of the rows, which cover the whole panel.

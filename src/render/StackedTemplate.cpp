@@ -83,15 +83,15 @@ public:
 
 private:
     void drawGround() const;
-    void drawNames(std::size_t team) const;
+    void drawNames(Side side) const;
     void drawName(const QString& name, const QRectF& place) const;
-    void drawGame(std::size_t team, const QString& points) const;
+    void drawGame(Side side, const QString& points) const;
     void drawMiddle() const;
     void drawSet(std::size_t index) const;
-    void drawGames(const SetScore& set, int team, QPointF center) const;
+    void drawGames(const SetScore& set, Side side, QPointF center) const;
     void drawRule(double y) const;
 
-    QRectF column(std::size_t team) const;
+    QRectF column(Side side) const;
     double namesTop() const { return board_.top() + accentHeight; }
     double gameTop() const { return namesTop() + layout_.namesH; }
     double setsTop() const { return gameTop() + gameH; }
@@ -106,10 +106,10 @@ private:
 void Card::draw() const {
     drawGround();
     const auto [game1, game2] = gameTexts(payload_.score);
-    drawNames(0);
-    drawNames(1);
-    drawGame(0, game1);
-    drawGame(1, game2);
+    drawNames(Side::first);
+    drawNames(Side::second);
+    drawGame(Side::first, game1);
+    drawGame(Side::second, game2);
     drawMiddle();
     for (std::size_t i = 0; i < score_.sets.size(); ++i)
         drawSet(i);
@@ -127,9 +127,9 @@ void Card::drawGround() const {
     fillShape(painter_, card.intersected(topEdge), red.color());
 }
 
-void Card::drawNames(std::size_t team) const {
-    const std::vector<QString>& lines = layout_.names[team];
-    const QRectF place = column(team);
+void Card::drawNames(Side side) const {
+    const std::vector<QString>& lines = layout_.names[static_cast<std::size_t>(side)];
+    const QRectF place = column(side);
     const auto missingLines = static_cast<double>(layout_.lineCount() - lines.size());
     double y = namesTop() + namesPadding + missingLines * nameLineH / 2;
     for (const QString& line : lines) {
@@ -150,11 +150,11 @@ void Card::drawName(const QString& name, const QRectF& place) const {
     drawClippedText(painter_, name, font, white, place, left);
 }
 
-void Card::drawGame(std::size_t team, const QString& points) const {
+void Card::drawGame(Side side, const QString& points) const {
     constexpr QSizeF tileSize(62, 44);
     constexpr double dotRadius = 4.5;
-    const bool serving = score_.servingTeam == static_cast<std::int64_t>(team) + 1;
-    const QRectF place = column(team);
+    const bool serving = score_.servingTeam == teamNumber(side);
+    const QRectF place = column(side);
     const QRectF tile(place.center().x() - tileSize.width() / 2, gameTop() + (gameH - tileSize.height()) / 2,
                       tileSize.width(), tileSize.height());
     const QRectF snapped = alignedToPixels(painter_, tile);
@@ -162,7 +162,8 @@ void Card::drawGame(std::size_t team, const QString& points) const {
     drawCenteredText(painter_, points, {FontFace::bold, 30}, white, tile.center());
     if (!serving)
         return;
-    const double outside = team == 0 ? (place.left() + tile.left()) / 2 : (place.right() + tile.right()) / 2;
+    const double outside =
+        side == Side::first ? (place.left() + tile.left()) / 2 : (place.right() + tile.right()) / 2;
     QPainterPath dot;
     dot.addEllipse(QPointF(outside, tile.center().y()), dotRadius, dotRadius);
     fillShape(painter_, dot, serveDotColor.color());
@@ -193,20 +194,20 @@ void Card::drawSet(std::size_t index) const {
         fillCell(painter_, {board_.left(), y, board_.width(), setH}, stripe);
     drawCenteredText(painter_, QString::number(index + 1), {FontFace::bold, 10.5}, labelText,
                      {board_.center().x(), middle});
-    drawGames(set, 1, {column(0).center().x(), middle});
-    drawGames(set, 2, {column(1).center().x(), middle});
+    drawGames(set, Side::first, {column(Side::first).center().x(), middle});
+    drawGames(set, Side::second, {column(Side::second).center().x(), middle});
 }
 
-void Card::drawGames(const SetScore& set, int team, QPointF center) const {
+void Card::drawGames(const SetScore& set, Side side, QPointF center) const {
     constexpr TextFont font{FontFace::bold, 17};
     constexpr TextFont tiebreakFont{FontFace::bold, 9};
-    const std::int64_t own = team == 1 ? set.team1 : set.team2;
-    const std::int64_t other = team == 1 ? set.team2 : set.team1;
+    const std::int64_t own = ofSide(set, side);
+    const std::int64_t other = ofSide(set, otherSide(side));
     const bool isQuiet = own < other || (own == 0 && other == 0);
     const Rgba& color = isQuiet ? quietText : white;
     const QString games = QString::number(own);
     drawCenteredText(painter_, games, font, color, center);
-    if (showsTiebreakMark(set, team))
+    if (showsTiebreakMark(set, side))
         drawLeftText(painter_, QStringLiteral("(%1)").arg(*set.tiebreak), tiebreakFont, color,
                      {center.x() + ctTextWidth(games, font) / 2 + 1.5, center.y() - 4});
 }
@@ -217,8 +218,8 @@ void Card::drawRule(double y) const {
     fillShape(painter_, rule, hairline.color());
 }
 
-QRectF Card::column(std::size_t team) const {
-    const double left = team == 0 ? board_.left() : board_.right() - layout_.columnW;
+QRectF Card::column(Side side) const {
+    const double left = side == Side::first ? board_.left() : board_.right() - layout_.columnW;
     return {left, board_.top(), layout_.columnW, board_.height()};
 }
 

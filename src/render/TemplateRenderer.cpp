@@ -43,12 +43,12 @@ void drawServeDot(QPainter& painter, QPointF rowOrigin, double rowHeight) {
     fillShape(painter, dot, serveDotColor.color());
 }
 
-void drawSet(QPainter& painter, const SetScore& set, int team, QPointF center, double rowHeight,
+void drawSet(QPainter& painter, const SetScore& set, Side side, QPointF center, double rowHeight,
              const Rgba& color) {
     const TextFont scoreFont{FontFace::bold, 0.46 * rowHeight};
-    const QString games = QString::number(team == 1 ? set.team1 : set.team2);
+    const QString games = QString::number(ofSide(set, side));
     drawCenteredText(painter, games, scoreFont, color, center);
-    if (!showsTiebreakMark(set, team))
+    if (!showsTiebreakMark(set, side))
         return;
     const TextFont tiebreakFont{FontFace::bold, scoreFont.size * 0.48};
     const double raised = center.y() - rowHeight / 2 + 0.26 * rowHeight;
@@ -75,7 +75,7 @@ QPainterPath cgRoundRect(const QRectF& rect, double radius) {
 }
 
 void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPointF origin, const QString& name,
-                       std::span<const SetScore> sets, int team, const QString& game, bool serving,
+                       std::span<const SetScore> sets, Side side, const QString& game, bool serving,
                        const RowColors& colors) {
     const double x = origin.x();
     const double y = origin.y();
@@ -95,7 +95,7 @@ void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPoint
 
     for (std::size_t i = 0; i < sets.size(); ++i) {
         const QPointF center(firstSet + (static_cast<double>(i) + 0.5) * layout.setW, middle);
-        drawSet(painter, sets[i], team, center, layout.rowH, colors.text);
+        drawSet(painter, sets[i], side, center, layout.rowH, colors.text);
     }
     drawCenteredText(painter, game, {FontFace::bold, 0.46 * layout.rowH}, colors.gameText,
                      {gameColumn + layout.gameW / 2, middle});
@@ -103,12 +103,12 @@ void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPoint
                     x + logoSlotWidth);
 }
 
-bool showsTiebreakMark(const SetScore& set, int team) {
+bool showsTiebreakMark(const SetScore& set, Side side) {
     const auto [smaller, larger] = std::minmax(set.team1, set.team2);
     if (!set.tiebreak || larger < 7 || larger - 1 != smaller)
         return false;
-    const int winner = set.team2 < set.team1 ? 1 : 2;
-    return team != winner;
+    const Side winner = set.team2 < set.team1 ? Side::first : Side::second;
+    return side != winner;
 }
 
 void drawCenteredText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,

@@ -24,14 +24,14 @@ constexpr Rgba serveDotColor{0.98, 0.8, 0.08, 1};
 QPainterPath cgRoundRect(const QRectF& rect, double radius);
 
 /// Draws one side's row with its top left corner at `origin`: name column, set cells, game cell, serve dot
-/// and texts. `team` (1 or 2) says which side of each set it shows; `game` is drawn as it stands.
+/// and texts. `side` selects the games of each set; `game` is drawn as given.
 void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPointF origin, const QString& name,
-                       std::span<const SetScore> sets, int team, const QString& game, bool serving,
+                       std::span<const SetScore> sets, Side side, const QString& game, bool serving,
                        const RowColors& colors);
 
 /// Whether a row shows the set's tie-break points: the row of the side that lost it by one, 6-7 or closer to
 /// each other above that.
-bool showsTiebreakMark(const SetScore& set, int team);
+bool showsTiebreakMark(const SetScore& set, Side side);
 
 /// One line, centred on a point both ways. Lines are centred vertically by ascent and descent, not by ink.
 void drawCenteredText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,

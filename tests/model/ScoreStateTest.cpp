@@ -9,7 +9,9 @@ SportScoreState tennisScore() {
 }
 
 TEST(SetScore, TieBreakPointsStandWithTheLoser) {
-    const auto cells = [](const SetScore& set) { return set.display(1) + u' ' + set.display(2); };
+    const auto cells = [](const SetScore& set) {
+        return set.display(Side::first) + u' ' + set.display(Side::second);
+    };
     EXPECT_EQ(cells({7, 6, 4}), QStringLiteral("7 6(4)"));
     EXPECT_EQ(cells({6, 7, 4}), QStringLiteral("6(4) 7"));
     EXPECT_EQ(cells({6, 6, 3}), QStringLiteral("6(3) 6")) << "a level set counts as team 2's";
@@ -78,4 +80,42 @@ TEST(Marker, FaultsInAListNameTheElement) {
 }
 
 }
+
+TEST(SteppedScore, TennisWalksWhatItsValuesReadAndStaysAtTheEnds) {
+    SportScoreState score = ScoreState{{{6, 4, {}}, {5, 4, {}}}, {}, 2};
+    for (const auto expected : {GamePoint::fifteen, GamePoint::thirty, GamePoint::forty, GamePoint::advantage,
+                                GamePoint::advantage}) {
+        score = steppedScore(score, Side::first, StepDirection::next);
+        EXPECT_EQ(score,
+                  SportScoreState(ScoreState{{{6, 4, {}}, {5, 4, {}}}, {expected, GamePoint::zero}, 2}));
+    }
+    score = steppedScore(score, Side::first, StepDirection::previous);
+    score = steppedScore(score, Side::second, StepDirection::previous);
+    EXPECT_EQ(std::get<ScoreState>(score).currentGame, (GameScore{GamePoint::deuce, GamePoint::zero}));
+
+    const SportScoreState deuce = ScoreState{{}, {GamePoint::deuce, GamePoint::deuce}, 1};
+    EXPECT_EQ(std::get<ScoreState>(steppedScore(deuce, Side::second, StepDirection::next)).currentGame.team2,
+              GamePoint::advantage);
+    EXPECT_EQ(
+        std::get<ScoreState>(steppedScore(deuce, Side::second, StepDirection::previous)).currentGame.team2,
+        GamePoint::thirty);
+}
+
+TEST(SteppedScore, PointsCountFromZeroWithoutEnd) {
+    SportScoreState score = PointScoreState{{{25, 20, {}}}, {24, 0}, 1};
+    score = steppedScore(score, Side::first, StepDirection::next);
+    score = steppedScore(score, Side::second, StepDirection::previous);
+    EXPECT_EQ(score, SportScoreState(PointScoreState{{{25, 20, {}}}, {25, 0}, 1}));
+
+    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(steppedScore(PointScoreState{{}, {largest, 0}, 1}, Side::first, StepDirection::next),
+              SportScoreState(PointScoreState{{}, {largest, 0}, 1}));
+}
+
+TEST(SteppedScore, SwappingTheServeTwiceChangesNothing) {
+    const SportScoreState score = PointScoreState{{}, {3, 2}, 2};
+    EXPECT_EQ(servingSide(withServeSwapped(score)), Side::first);
+    EXPECT_EQ(withServeSwapped(withServeSwapped(score)), score);
+}
+
 }

@@ -94,16 +94,16 @@ TEST(RowTemplate, LogoStandsUprightWhicheverWayTheAxisRuns) {
 }
 
 TEST(TiebreakMark, StandsOnTheLosersRowOfACloseSet) {
-    EXPECT_TRUE(showsTiebreakMark({6, 7, 5}, 1));
-    EXPECT_FALSE(showsTiebreakMark({6, 7, 5}, 2));
-    EXPECT_TRUE(showsTiebreakMark({8, 7, 10}, 2));
-    EXPECT_FALSE(showsTiebreakMark({6, 4, 5}, 2));
-    EXPECT_FALSE(showsTiebreakMark({7, 5, 5}, 2));
-    EXPECT_FALSE(showsTiebreakMark({7, 7, 5}, 1));
-    EXPECT_FALSE(showsTiebreakMark({6, 7, {}}, 1));
+    EXPECT_TRUE(showsTiebreakMark({6, 7, 5}, Side::first));
+    EXPECT_FALSE(showsTiebreakMark({6, 7, 5}, Side::second));
+    EXPECT_TRUE(showsTiebreakMark({8, 7, 10}, Side::second));
+    EXPECT_FALSE(showsTiebreakMark({6, 4, 5}, Side::second));
+    EXPECT_FALSE(showsTiebreakMark({7, 5, 5}, Side::second));
+    EXPECT_FALSE(showsTiebreakMark({7, 7, 5}, Side::first));
+    EXPECT_FALSE(showsTiebreakMark({6, 7, {}}, Side::first));
     constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
-    EXPECT_FALSE(showsTiebreakMark({largest, largest, 5}, 1));
-    EXPECT_TRUE(showsTiebreakMark({largest, largest - 1, 5}, 2));
+    EXPECT_FALSE(showsTiebreakMark({largest, largest, 5}, Side::first));
+    EXPECT_TRUE(showsTiebreakMark({largest, largest - 1, 5}, Side::second));
 }
 
 TEST(RowTemplate, LongNamesAreCutAtTheColumnsEdge) {
@@ -111,8 +111,8 @@ TEST(RowTemplate, LongNamesAreCutAtTheColumnsEdge) {
     QPainter painter(&image);
     const ScoreboardLayout layout(38, 28, 46, shortMatch()); // measured for a short name
     const RowColors colors{{0, 0, 0}, {0, 1, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}};
-    drawScoreboardRow(painter, layout, {10, 10}, QString(40, u'W'), tennisScore({{6, 4, {}}}).sets, 2,
-                      QStringLiteral("0"), false, colors);
+    drawScoreboardRow(painter, layout, {10, 10}, QString(40, u'W'), tennisScore({{6, 4, {}}}).sets,
+                      Side::second, QStringLiteral("0"), false, colors);
     painter.end();
     const auto isText = [](const QColor& color) { return color.green() > 30; };
     const QRect name = pixelsWhere(image.copy(0, 0, 135, 60), isText);

@@ -2,10 +2,10 @@
 
 namespace pointloom {
 
-QString teamName(const UiContext& context, std::int64_t team) {
+QString teamName(const UiContext& context, Side side) {
     const auto& config = context.state.matchConfig.value();
-    const QString name = config ? (team == 2 ? config->team2 : config->team1).displayName() : QString();
-    return name.isEmpty() ? context.text(team == 2 ? L10nKey::team2 : L10nKey::team1) : name;
+    const QString name = config ? ofSide(*config, side).displayName() : QString();
+    return name.isEmpty() ? context.text(side == Side::first ? L10nKey::team1 : L10nKey::team2) : name;
 }
 
 }

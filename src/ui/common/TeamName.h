@@ -1,11 +1,11 @@
-// What a side is called.
+// The name of a side.
 #pragma once
 
 #include "ui/common/UiContext.h"
 
 namespace pointloom {
 
-/// The name of side 1 or 2 as people call it, "Team 1" or "Team 2" while it has none.
-QString teamName(const UiContext& context, std::int64_t team);
+/// The name that the user gave to the side, "Team 1" or "Team 2" while it has none.
+QString teamName(const UiContext& context, Side side);
 
 }

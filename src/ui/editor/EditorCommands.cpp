@@ -41,16 +41,16 @@ void addMarker(const UiContext& context, const ShownFrame& frame) {
         addNewMarker(context, *score);
 }
 
-void stepPoint(const UiContext& context, const ShownFrame& frame, int team, StepDirection direction) {
+void stepPoint(const UiContext& context, const ShownFrame& frame, Side side, StepDirection direction) {
     AppState& state = context.state;
     if (const Marker* marker = markerAt(state, frame)) {
         const QUuid id = marker->id;
-        state.updateMarkerScore(id, steppedScore(marker->score, team, direction), &context.undo);
+        state.updateMarkerScore(id, steppedScore(marker->score, side, direction), &context.undo);
         state.selectedMarkerID = id;
         return;
     }
     if (const auto& score = state.liveScore())
-        addNewMarker(context, steppedScore(*score, team, direction));
+        addNewMarker(context, steppedScore(*score, side, direction));
 }
 
 void swapServeOfSelectedMarker(const UiContext& context) {

@@ -1,7 +1,7 @@
 // What the keys and buttons of the editor do to the markers.
 #pragma once
 
-#include "model/ScoreStepping.h"
+#include "model/ScoreState.h"
 #include "ui/common/UiContext.h"
 
 namespace pointloom::EditorCommands {
@@ -32,7 +32,7 @@ void addMarker(const UiContext& context, const ShownFrame& frame);
 
 /// Steps the score at the playhead for `team` along its list of values: into a new marker there, or into the
 /// one that stands there already, so that a key pressed twice makes no second marker on the same spot.
-void stepPoint(const UiContext& context, const ShownFrame& frame, int team, StepDirection direction);
+void stepPoint(const UiContext& context, const ShownFrame& frame, Side side, StepDirection direction);
 
 void swapServeOfSelectedMarker(const UiContext& context);
 

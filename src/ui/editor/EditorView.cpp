@@ -178,13 +178,13 @@ void EditorView::perform(EditorAction action, bool isRepeat) {
     case addMarker:
         return EditorCommands::addMarker(m_context, shownFrame());
     case pointTeam1:
-        return EditorCommands::stepPoint(m_context, shownFrame(), 1, StepDirection::next);
+        return EditorCommands::stepPoint(m_context, shownFrame(), Side::first, StepDirection::next);
     case pointTeam2:
-        return EditorCommands::stepPoint(m_context, shownFrame(), 2, StepDirection::next);
+        return EditorCommands::stepPoint(m_context, shownFrame(), Side::second, StepDirection::next);
     case pointBackTeam1:
-        return EditorCommands::stepPoint(m_context, shownFrame(), 1, StepDirection::previous);
+        return EditorCommands::stepPoint(m_context, shownFrame(), Side::first, StepDirection::previous);
     case pointBackTeam2:
-        return EditorCommands::stepPoint(m_context, shownFrame(), 2, StepDirection::previous);
+        return EditorCommands::stepPoint(m_context, shownFrame(), Side::second, StepDirection::previous);
     case swapServe:
         return EditorCommands::swapServeOfSelectedMarker(m_context);
     case deleteSelection:

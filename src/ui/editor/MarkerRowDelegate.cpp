@@ -86,7 +86,7 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     const double middle = columns.game.center().x();
     const double fromMiddle = gameWidth / 2.0 + Space::xs;
     const double dotLeft =
-        servingTeamOf(marker.score) == 2 ? middle + fromMiddle : middle - fromMiddle - dotSide;
+        servingSide(marker.score) == Side::second ? middle + fromMiddle : middle - fromMiddle - dotSide;
     painter->setPen(Qt::NoPen);
     painter->setBrush(colors.accent);
     painter->drawEllipse(QRectF(dotLeft, option.rect.center().y() - dotSide / 2.0 + 1, dotSide, dotSide));

@@ -24,7 +24,7 @@ QStringList lines(const UiContext& context, const Marker& marker) {
     if (const QString text = sets(marker.score); !text.isEmpty())
         result << context.text(L10nKey::sets) + colon + text;
     result << context.text(L10nKey::gameScore) + colon + game(marker.score);
-    result << context.text(L10nKey::serving) + colon + teamName(context, servingTeamOf(marker.score));
+    result << context.text(L10nKey::serving) + colon + teamName(context, servingSide(marker.score));
     return result;
 }
 
@@ -43,7 +43,7 @@ QString sets(const SportScoreState& score) {
     const auto end = std::ranges::find_if(all | std::views::reverse, hasBegun).base();
     QStringList words;
     for (auto set = all.begin(); set != end; ++set)
-        words << pair(set->display(1), set->display(2));
+        words << pair(set->display(Side::first), set->display(Side::second));
     return words.join(QStringLiteral("  "));
 }
 

@@ -49,9 +49,12 @@ QString gamePointWords(std::int64_t value) {
     return point == GamePoint::deuce ? QStringLiteral("40 D") : displayString(point);
 }
 
-template <class Score>
-auto& side(Score& score, std::size_t team) {
-    return team == 0 ? score.team1 : score.team2;
+constexpr std::size_t indexOf(Side side) {
+    return static_cast<std::size_t>(side);
+}
+
+int columnOf(Side side) {
+    return firstTeamColumn + static_cast<int>(side);
 }
 
 std::vector<SetScore>& setsIn(SportScoreState& score) {
@@ -91,11 +94,11 @@ void ScoreEditor::rebuild() {
     m_grid->setVerticalSpacing(Space::s - 2);
     m_grid->setColumnStretch(firstTeamColumn, 1);
     m_grid->setColumnStretch(firstTeamColumn + 1, 1);
-    for (std::size_t team = 0; team < 2; ++team) {
-        m_names[team] = new ElidedLabel(m_table);
-        Controls::setRole(m_names[team], Controls::TextRole::quiet);
-        m_names[team]->setAlignment(Qt::AlignCenter);
-        m_grid->addWidget(m_names[team], nameRow, firstTeamColumn + static_cast<int>(team));
+    for (const Side side : bothSides) {
+        m_names[indexOf(side)] = new ElidedLabel(m_table);
+        Controls::setRole(m_names[indexOf(side)], Controls::TextRole::quiet);
+        m_names[indexOf(side)]->setAlignment(Qt::AlignCenter);
+        m_grid->addWidget(m_names[indexOf(side)], nameRow, columnOf(side));
     }
     m_tiebreakTitle = nullptr;
     addGameRow();
@@ -142,49 +145,49 @@ void ScoreEditor::addGameRow() {
                 .mayBeAbsent = false,
                 .words = gamePointWords,
                 .valueOfKey = gamePointOfKey};
-    for (std::size_t team = 0; team < 2; ++team) {
-        m_game[team] = addStepper(kind, gameRow, firstTeamColumn + static_cast<int>(team),
-                                  [team](SportScoreState& score, ValueStepper::Value value) {
-                                      if (auto* tennis = std::get_if<ScoreState>(&score))
-                                          side(tennis->currentGame, team) = static_cast<GamePoint>(*value);
-                                      else
-                                          side(std::get<PointScoreState>(score).currentGame, team) = *value;
-                                  });
-        m_game[team]->setObjectName(QStringLiteral("game%1").arg(team + 1));
+    for (const Side side : bothSides) {
+        m_game[indexOf(side)] = addStepper(
+            kind, gameRow, columnOf(side), [side](SportScoreState& score, ValueStepper::Value value) {
+                if (auto* tennis = std::get_if<ScoreState>(&score))
+                    ofSide(tennis->currentGame, side) = static_cast<GamePoint>(*value);
+                else
+                    ofSide(std::get<PointScoreState>(score).currentGame, side) = *value;
+            });
+        m_game[indexOf(side)]->setObjectName(QStringLiteral("game%1").arg(teamNumber(side)));
     }
 }
 
 void ScoreEditor::addServeRow() {
     m_serveTitle = addTitle(serveRow);
-    for (std::size_t team = 0; team < 2; ++team) {
+    for (const Side side : bothSides) {
         QToolButton* button = Controls::iconButton(QStringLiteral("ball"), m_table);
         button->setProperty("kind", QStringLiteral("normal"));
         button->setIconSize(QSize(16, 16));
         button->setCheckable(true);
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        button->setObjectName(QStringLiteral("serve%1").arg(team + 1));
-        m_grid->addWidget(button, serveRow, firstTeamColumn + static_cast<int>(team));
-        connect(button, &QToolButton::clicked, this, [this, team] {
-            edit([team](SportScoreState& score) {
-                std::visit([team](auto& state) { state.servingTeam = static_cast<std::int64_t>(team) + 1; },
-                           score);
+        button->setObjectName(QStringLiteral("serve%1").arg(teamNumber(side)));
+        m_grid->addWidget(button, serveRow, columnOf(side));
+        connect(button, &QToolButton::clicked, this, [this, side] {
+            edit([side](SportScoreState& score) {
+                std::visit([side](auto& state) { state.servingTeam = teamNumber(side); }, score);
             });
             showValues(); // no group: Tab would pass over the one that is off
         });
-        m_serve[team] = button;
+        m_serve[indexOf(side)] = button;
     }
 }
 
 void ScoreEditor::addSetRow(std::size_t set) {
     const int row = firstSetRow + static_cast<int>(set);
     SetRow steppers{addTitle(row), {}, nullptr};
-    for (std::size_t team = 0; team < 2; ++team) {
-        steppers.games[team] =
-            addStepper({.largest = largestNumber}, row, firstTeamColumn + static_cast<int>(team),
-                       [set, team](SportScoreState& score, ValueStepper::Value value) {
-                           side(setsIn(score).at(set), team) = *value;
+    for (const Side side : bothSides) {
+        steppers.games[indexOf(side)] =
+            addStepper({.largest = largestNumber}, row, columnOf(side),
+                       [set, side](SportScoreState& score, ValueStepper::Value value) {
+                           ofSide(setsIn(score).at(set), side) = *value;
                        });
-        steppers.games[team]->setObjectName(QStringLiteral("set%1team%2").arg(set + 1).arg(team + 1));
+        steppers.games[indexOf(side)]->setObjectName(
+            QStringLiteral("set%1team%2").arg(set + 1).arg(teamNumber(side)));
     }
     if (isTennis()) {
         steppers.tiebreak = addStepper({.largest = largestNumber, .mayBeAbsent = true}, row, tiebreakColumn,
@@ -224,17 +227,17 @@ void ScoreEditor::edit(const std::function<void(SportScoreState&)>& change) {
 }
 
 void ScoreEditor::showValues() {
-    for (std::size_t team = 0; team < 2; ++team) {
+    for (const Side side : bothSides) {
         if (const auto* tennis = std::get_if<ScoreState>(&m_score))
-            m_game[team]->setValue(static_cast<int>(side(tennis->currentGame, team)));
+            m_game[indexOf(side)]->setValue(static_cast<int>(ofSide(tennis->currentGame, side)));
         else
-            m_game[team]->setValue(side(std::get<PointScoreState>(m_score).currentGame, team));
-        m_serve[team]->setChecked((servingTeamOf(m_score) == 2) == (team == 1));
+            m_game[indexOf(side)]->setValue(ofSide(std::get<PointScoreState>(m_score).currentGame, side));
+        m_serve[indexOf(side)]->setChecked(servingSide(m_score) == side);
     }
     for (std::size_t set = 0; set < m_sets.size(); ++set) {
         const SetScore& values = setsOf(m_score)[set];
-        m_sets[set].games[0]->setValue(values.team1);
-        m_sets[set].games[1]->setValue(values.team2);
+        for (const Side side : bothSides)
+            m_sets[set].games[indexOf(side)]->setValue(ofSide(values, side));
         if (m_sets[set].tiebreak)
             m_sets[set].tiebreak->setValue(values.tiebreak);
     }
@@ -250,19 +253,19 @@ void ScoreEditor::showTexts() {
         m_tiebreakTitle->setText(m_context.text(EditorTexts::tiebreakShort));
         m_tiebreakTitle->setToolTip(m_context.text(EditorTexts::tiebreak));
     }
-    for (std::size_t team = 0; team < 2; ++team) {
-        const QString name = teamName(m_context, static_cast<std::int64_t>(team) + 1);
-        m_names[team]->setFullText(name);
-        m_game[team]->setTitle(title(m_context.text(L10nKey::gameScore), name));
-        m_serve[team]->setAccessibleName(title(m_context.text(L10nKey::setServe), name));
-        m_serve[team]->setToolTip(m_serve[team]->accessibleName());
+    for (const Side side : bothSides) {
+        const QString name = teamName(m_context, side);
+        m_names[indexOf(side)]->setFullText(name);
+        m_game[indexOf(side)]->setTitle(title(m_context.text(L10nKey::gameScore), name));
+        m_serve[indexOf(side)]->setAccessibleName(title(m_context.text(L10nKey::setServe), name));
+        m_serve[indexOf(side)]->setToolTip(m_serve[indexOf(side)]->accessibleName());
     }
     for (std::size_t set = 0; set < m_sets.size(); ++set) {
         const SetRow& row = m_sets[set];
         const QString name = QStringLiteral("%1 %2").arg(m_context.text(L10nKey::setLabel)).arg(set + 1);
         row.title->setText(name);
-        for (std::size_t team = 0; team < 2; ++team)
-            row.games[team]->setTitle(title(name, teamName(m_context, static_cast<std::int64_t>(team) + 1)));
+        for (const Side side : bothSides)
+            row.games[indexOf(side)]->setTitle(title(name, teamName(m_context, side)));
         if (row.tiebreak)
             row.tiebreak->setTitle(title(name, m_context.text(EditorTexts::tiebreak)));
     }

@@ -10,16 +10,7 @@ class QApplication;
 
 namespace pointloom {
 
-enum class ThemeChoice { dark, light, desktop };
-
-template <>
-struct RawValues<ThemeChoice> {
-    static constexpr auto table = std::to_array<std::pair<ThemeChoice, std::string_view>>({
-        {ThemeChoice::dark, "dark"},
-        {ThemeChoice::light, "light"},
-        {ThemeChoice::desktop, "desktop"},
-    });
-};
+POINTLOOM_NAMED_ENUM(ThemeChoice, dark, light, desktop);
 
 /// One for the application. Widgets that paint themselves read `tokens()` while painting and repaint on
 /// `changed`.

@@ -29,7 +29,7 @@ FlagColors colorsOf(bool isSelected, bool isHovered) {
             colors.accent, faded(colors.quietText, 0.55F)};
 }
 
-void paintBox(QPainter& painter, const QRectF& box, const QString& text, std::int64_t servingTeam,
+void paintBox(QPainter& painter, const QRectF& box, const QString& text, Side servingSide,
               const FlagColors& colors, double devicePixelRatio) {
     const QRectF whole(onPixel(box.left(), devicePixelRatio) + 0.5, box.top() + 0.5, box.width() - 1,
                        box.height() - 1);
@@ -37,7 +37,7 @@ void paintBox(QPainter& painter, const QRectF& box, const QString& text, std::in
     painter.setBrush(colors.fill);
     painter.drawRoundedRect(whole, corner, corner);
 
-    const bool ballIsLeft = servingTeam != 2;
+    const bool ballIsLeft = servingSide == Side::first;
     const double ballX =
         ballIsLeft ? box.left() + FlagRow::padding : box.right() - FlagRow::padding - ballSize;
     painter.setPen(Qt::NoPen);
@@ -54,7 +54,7 @@ void paintFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, 
                       look.devicePixelRatio);
     if (detail != FlagDetail::tick)
         paintBox(painter, box, detail == FlagDetail::full ? flag.words.full : flag.words.brief,
-                 flag.servingTeam, colors, look.devicePixelRatio);
+                 flag.servingSide, colors, look.devicePixelRatio);
 }
 
 template <class Flags>

@@ -39,7 +39,7 @@ Flag FlagRow::makeFlag(const Marker& marker) {
               .time = marker.startTime,
               .score = marker.score,
               .words = scoreInWords(marker.score),
-              .servingTeam = servingTeamOf(marker.score),
+              .servingSide = servingSide(marker.score),
               .widths = {},
               .place = {}};
     measure(flag);

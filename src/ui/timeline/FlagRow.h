@@ -19,7 +19,7 @@ struct Flag {
     double time = 0; // seconds
     SportScoreState score;
     ScoreWords words;
-    std::int64_t servingTeam = 1;
+    Side servingSide = Side::first;
     FlagWidths widths;
     FlagPlace place;
 };

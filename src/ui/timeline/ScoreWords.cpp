@@ -14,7 +14,7 @@ ScoreWords scoreInWords(const SportScoreState& score) {
     const auto lastBegun = std::ranges::find_if(sets | std::views::reverse, hasBegun).base();
     QStringList words;
     for (auto set = sets.begin(); set != lastBegun; ++set)
-        words << set->display(1) + QLatin1Char('-') + set->display(2);
+        words << set->display(Side::first) + QLatin1Char('-') + set->display(Side::second);
 
     const auto [first, second] = gameTexts(score);
     const QString none = QStringLiteral("0");

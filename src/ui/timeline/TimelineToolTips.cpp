@@ -17,7 +17,7 @@ QString markerToolTip(const UiContext& context, const Marker& marker) {
         first += QStringLiteral("  ") + marker.label->left(longestLabel);
     return plainToolTip({first, scoreInWords(marker.score).full,
                          context.text(L10nKey::serving) + QStringLiteral(": ") +
-                             teamName(context, servingTeamOf(marker.score))});
+                             teamName(context, servingSide(marker.score))});
 }
 
 QString cutToolTip(const UiContext& context, const CutZone& cut) {

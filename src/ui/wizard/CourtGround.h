@@ -1,7 +1,7 @@
 // The ground that a scoreboard is shown on while there is no video: a court out of focus.
 #pragma once
 
-#include "model/SportID.h"
+#include "model/MatchConfig.h"
 
 #include <QPixmap>
 #include <QSize>

@@ -73,8 +73,8 @@ MatchPage::MatchPage(const UiContext& context, WizardFlow& flow, QWidget* parent
 QWidget* MatchPage::makeForm() {
     auto* form = new QWidget;
     QWidget* choices = makeChoices(form);
-    m_team1 = new TeamForm(m_context, TeamForm::Side::team1, form);
-    m_team2 = new TeamForm(m_context, TeamForm::Side::team2, form);
+    m_team1 = new TeamForm(m_context, Side::first, form);
+    m_team2 = new TeamForm(m_context, Side::second, form);
     m_logo = new LogoField(m_context, form);
     auto* lines = new QVBoxLayout(form);
     lines->setContentsMargins(cardRingRoom, 0, cardRingRoom, Space::l);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "l10n/Language.h"
-#include "model/SportID.h"
+#include "model/MatchConfig.h"
 
 namespace pointloom {
 

@@ -19,9 +19,9 @@ struct Examples {
     L10nKey player2;
 };
 
-constexpr Examples examplesOf(TeamForm::Side side) {
-    return side == TeamForm::Side::team1 ? Examples{L10nKey::egDravnik, L10nKey::egAlbaret}
-                                         : Examples{L10nKey::egSolvane, L10nKey::egNavorro};
+constexpr Examples examplesOf(Side side) {
+    return side == Side::first ? Examples{L10nKey::egDravnik, L10nKey::egAlbaret}
+                               : Examples{L10nKey::egSolvane, L10nKey::egNavorro};
 }
 
 std::optional<QString> textOf(const QLineEdit* field) {
@@ -88,7 +88,7 @@ TeamForm::PlayerRow TeamForm::makeRow(QVBoxLayout* column) {
 void TeamForm::showTexts() {
     const bool isPair = m_format == MatchFormat::doubles;
     const Examples examples = examplesOf(m_side);
-    const QString title = m_context.text(m_side == Side::team1 ? L10nKey::team1 : L10nKey::team2);
+    const QString title = m_context.text(m_side == Side::first ? L10nKey::team1 : L10nKey::team2);
     m_title->setText(title);
     const auto show = [&](const PlayerRow& player, L10nKey name, L10nKey flag, L10nKey example) {
         player.nameLabel->setText(m_context.text(name));

@@ -19,8 +19,6 @@ class TeamForm final : public QFrame {
     Q_OBJECT
 
 public:
-    enum class Side { team1, team2 };
-
     TeamForm(const UiContext& context, Side side, QWidget* parent);
 
     void setTeam(const TeamConfig& team);

@@ -1,7 +1,7 @@
 // A scoreboard template on its card, drawn by the template itself over a court out of focus.
 #pragma once
 
-#include "model/SportID.h"
+#include "model/MatchConfig.h"
 #include "render/TemplateID.h"
 #include "ui/wizard/PickerCard.h"
 

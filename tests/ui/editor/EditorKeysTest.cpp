@@ -76,7 +76,7 @@ TEST_F(EditorKeysTest, ServeDeletionAndWalkingConcernTheSelectedMarker) {
     press(Qt::Key_Up);
     EXPECT_EQ(state.currentTime.value(), 1);
     press(Qt::Key_S);
-    EXPECT_EQ(servingTeamOf(marker(0).score), 2);
+    EXPECT_EQ(servingSide(marker(0).score), Side::second);
     press(Qt::Key_Down);
     press(Qt::Key_Delete);
     ASSERT_EQ(state.markers.value().size(), 2U);

@@ -108,10 +108,10 @@ TEST_F(WizardFlowTest, NewSessionBeginsWithAnEmptyMatch) {
 
 TEST_F(WizardFlowTest, StepsAreReachedInOrder) {
     screen.state.matchConfig = std::nullopt;
-    EXPECT_TRUE(flow.isReachable(WizardStep::match));
-    EXPECT_FALSE(flow.isReachable(WizardStep::video));
+    EXPECT_TRUE(flow.isReachable(Screen::match));
+    EXPECT_FALSE(flow.isReachable(Screen::video));
     screen.state.reset();
-    EXPECT_FALSE(flow.isReachable(WizardStep::scoreboard));
+    EXPECT_FALSE(flow.isReachable(Screen::scoreboard));
 }
 
 }
