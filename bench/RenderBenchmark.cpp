@@ -1,6 +1,6 @@
 // What one drawing of a scoreboard costs. An export draws it whenever the score changes, the editor at
 // every step of a drag.
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 
 #include <benchmark/benchmark.h>
 #include <QPainter>

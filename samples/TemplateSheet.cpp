@@ -1,7 +1,7 @@
 // template-sheet OUT.png [scale]: draws every template over a court, its name below it.
 #include "render/Fonts.h"
 #include "render/ScoreboardImage.h"
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 #include "render/TemplateRenderer.h"
 
 #include <cstdio>

@@ -3,7 +3,7 @@
 #include "export/HardwareEncoders.h"
 #include "persistence/FileLookup.h"
 #include "persistence/ProjectExport.h"
-#include "render/LogoImage.h"
+#include "render/PictureFile.h"
 
 #include <algorithm>
 #include <QFileInfo>
@@ -64,11 +64,11 @@ std::optional<QString> settleWatermark(const ProjectFile& project, const QString
     }
     if (found->isBesideDocument)
         remarks.notes += besideNote(QStringLiteral("watermark"), found->path);
-    if (loadImage(found->path).isNull()) {
+    if (loadPictureFile(found->path).isNull()) {
         remarks.warnings +=
             QStringLiteral("the watermark is left out; it is no PNG or JPEG picture of up to %1 "
                            "million pixels: ")
-                .arg(largestLogoPixels / 1'000'000) +
+                .arg(mostPicturePixels / 1'000'000) +
             found->path;
         return std::nullopt;
     }

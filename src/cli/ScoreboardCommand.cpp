@@ -6,7 +6,7 @@
 #include "model/ScoringEngine.h"
 #include "persistence/PictureFile.h"
 #include "persistence/ProjectExport.h"
-#include "render/LogoImage.h"
+#include "render/PictureFile.h"
 #include "render/ScoreboardImage.h"
 
 #include <QFileInfo>
@@ -63,7 +63,7 @@ ExitStatus ScoreboardCommand::run() {
     requireUsableOutput(outputPath, inputFiles(project, projectPath));
     say(remarks);
 
-    const QImage logo = config.logoURL ? loadImage(config.logoURL->toLocalFile()) : QImage();
+    const QImage logo = config.logoURL ? loadPictureFile(config.logoURL->toLocalFile()) : QImage();
     writePng(renderScoreboardImage(id, score, config, logo, m_scale), outputPath);
     return ExitStatus::done;
 }

@@ -1,9 +1,9 @@
 #include "export/Compositor.h"
 
-#include "render/LogoImage.h"
+#include "render/DevicePixels.h"
 #include "render/OverlayPlacement.h"
-#include "render/PictureDrawing.h"
-#include "render/TemplateRegistry.h"
+#include "render/PictureFile.h"
+#include "render/ScoreboardTemplate.h"
 
 #include <QPainter>
 
@@ -37,9 +37,9 @@ BoardPlace placeBoard(const Canvas& canvas, const OverlayDescription& overlay, c
 Pictures Pictures::load(const OverlayDescription& overlay) {
     Pictures pictures;
     if (overlay.config.logoURL && overlay.config.logoURL->isLocalFile())
-        pictures.logo = loadImage(overlay.config.logoURL->toLocalFile());
+        pictures.logo = loadPictureFile(overlay.config.logoURL->toLocalFile());
     if (overlay.watermarkPath)
-        pictures.watermark = loadImage(*overlay.watermarkPath);
+        pictures.watermark = loadPictureFile(*overlay.watermarkPath);
     return pictures;
 }
 
@@ -66,7 +66,7 @@ QRectF watermarkRectangle(QSize watermark, WatermarkCorner corner, QSizeF canvas
 void drawWatermark(QPainter& painter, const QImage& watermark, WatermarkCorner corner, QSizeF canvas) {
     if (watermark.isNull())
         return;
-    drawPicture(painter, watermark, watermarkRectangle(watermark.size(), corner, canvas));
+    drawImage(painter, watermark, watermarkRectangle(watermark.size(), corner, canvas));
 }
 
 void drawScoreboard(QPainter& painter, const Canvas& canvas, const OverlayDescription& overlay,

@@ -1,6 +1,7 @@
-// Drawing straight onto a painter's device pixels, where sharpness is decided.
+// Drawing on a painter's device pixels, so that edges and images stay sharp.
 #pragma once
 
+#include <QImage>
 #include <QPointF>
 #include <QRectF>
 #include <QTransform>
@@ -9,7 +10,7 @@ class QPainter;
 
 namespace pointloom {
 
-/// While it lives, one unit of the painter is one device pixel; the clip stays as it was.
+/// Sets one unit of the painter to one device pixel until it is destroyed; the clip stays as it was.
 class DevicePixels {
 public:
     explicit DevicePixels(QPainter& painter);
@@ -18,17 +19,17 @@ public:
     DevicePixels& operator=(const DevicePixels&) = delete;
 
     /// From the painter's units, as they were before, to device pixels.
-    const QTransform& fromPainter() const { return fromPainter_; }
+    const QTransform& fromPainter() const { return m_fromPainter; }
 
 private:
-    QPainter& painter_;
-    QTransform fromPainter_;
+    QPainter& m_painter;
+    QTransform m_fromPainter;
 };
 
 /// Neither turned nor sheared: rectangles stay rectangles. Flipped axes are fine.
 bool isUpright(const QTransform& transform);
 
-/// How many device pixels one unit measures.
+/// Device pixels in one unit.
 double deviceScale(const QTransform& transform);
 
 /// The point nearest to `point` that falls on a corner of device pixels; at most half a pixel away.
@@ -36,5 +37,10 @@ QPointF alignedToPixels(const QPainter& painter, QPointF point);
 
 /// The rectangle with its edges on device pixels; neighbours that share an edge still share it.
 QRectF alignedToPixels(const QPainter& painter, const QRectF& rect);
+
+/// Draws the whole image into the rectangle, stretched to it, and upright whichever way the painter's y axis
+/// runs. It is resampled to exactly the device pixels that it covers, its edges on whole pixels.
+/// Safe on any thread.
+void drawImage(QPainter& painter, const QImage& image, const QRectF& rect);
 
 }

@@ -23,7 +23,7 @@ struct Candidate {
     std::array<const char*, 2> boldFiles;
 };
 
-// Both have the measures of Helvetica.
+// Both have the glyph widths of Helvetica.
 constexpr std::array candidates{
     Candidate{"Nimbus Sans",
               {"NimbusSans-Regular.otf", "NimbusSans-Regular.t1"},
@@ -78,7 +78,7 @@ FontFiles findFontFiles() {
         QDirIterator iterator(folder, wanted, QDir::Files, QDirIterator::Subdirectories);
         while (iterator.hasNext()) {
             const QString path = iterator.next();
-            // What the system installed wins over a person's own copy, whatever the order of the folders.
+            // The system's files win over a user's own copies, whatever the order of the folders.
             if (!files.contains(iterator.fileName()) || path.startsWith(u"/usr/share/"))
                 files.insert(iterator.fileName(), path);
         }
@@ -86,7 +86,7 @@ FontFiles findFontFiles() {
     return files;
 }
 
-/// The family of the first file that is there and readable.
+/// The family of the first file that exists and can be read; empty for none.
 QString loadFirst(std::span<const char* const> names, const FontFiles& files) {
     for (const char* name : names) {
         const QString path = files.value(QString::fromLatin1(name));
@@ -116,7 +116,7 @@ QFont shapingFont(FontFace face, int pixelSize) {
     QFont font;
     font.setFamilies(families);
     font.setPixelSize(pixelSize);
-    // By weight: a face asked for by its full name falls through to another family.
+    // By weight: a face requested by its full name falls back to another family.
     font.setWeight(face == FontFace::bold ? QFont::Bold : QFont::Normal);
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;

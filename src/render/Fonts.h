@@ -1,5 +1,5 @@
-// The typefaces of the scoreboards. They are loaded by file, so that the desktop's font settings cannot
-// change what a scoreboard looks like.
+// The typefaces of the scoreboards. They are loaded by file, so that the desktop's font settings do not
+// change the look of a scoreboard.
 #pragma once
 
 #include <QFont>
@@ -9,7 +9,7 @@ namespace pointloom {
 
 enum class FontFace { regular, bold };
 
-/// A face at a size in template units; any fraction is kept exactly.
+/// A face at a size in template units, which may be a fraction.
 struct TextFont {
     FontFace face = FontFace::regular;
     double size = 0;
@@ -21,11 +21,11 @@ namespace Fonts {
 /// size is for measuring and shaping. Safe on any thread once a QGuiApplication exists.
 QFont shapingFont(FontFace face, int pixelSize);
 
-/// The typefaces that were not found, by the names of their packages' fonts; empty when nothing is missing.
-/// Scoreboards are drawn without them too, but look different.
+/// Families that were not found; empty when none is missing. Scoreboards are drawn without them too, but look
+/// different.
 QStringList missing();
 
-/// Whether flags can be drawn; without them the two letters of the country stand in their place.
+/// Whether flags can be drawn; without them the two letters of the country are drawn instead.
 bool hasFlags();
 
 }

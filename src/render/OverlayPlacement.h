@@ -1,5 +1,5 @@
-// Where the scoreboard stands over the picture, in the preview and in the exported video. A position is the
-// centre of the template's canvas as fractions 0..1 of the picture, from its top left corner.
+// Places the scoreboard on the picture, in the preview and in the exported video. A position is the centre of
+// the template's canvas as fractions 0..1 of the picture, from its top left corner.
 #pragma once
 
 #include <QPointF>
@@ -11,15 +11,15 @@ namespace pointloom::OverlayPlacement {
 constexpr double smallestScale = 0.3; // of the user's scale, by the resize handle
 constexpr double largestScale = 5;
 
-/// Preview points to one pixel of the video, whose picture fills `videoRect`; by the height of a 1080p
-/// picture as long as the video's width (pixels) is unknown, that is, below 1.
+/// Preview points per pixel of the video, whose picture fills `videoRect`. While the video's width (pixels)
+/// is unknown, that is, below 1, a height of 1080 pixels is assumed.
 double previewScale(const QRectF& videoRect, double videoWidth);
 
 /// The centre of the scoreboard in preview points, moved by a drag in progress but never out of the picture.
 QPointF displayPosition(const QRectF& videoRect, QPointF position, QSizeF dragOffset);
 
-/// Where the scoreboard itself begins, past its canvas's margin. `canvas` is in template units, `scale` is
-/// preview scale times user's scale.
+/// The scoreboard's top left corner, which is inside of its canvas's margin. `canvas` is in template units,
+/// `scale` is preview scale times user's scale.
 QPointF drawOrigin(const QRectF& videoRect, QPointF position, QSizeF canvas, double scale);
 
 /// The position after a drag by `translation` (preview points), within 0.02..0.98 on each axis.
@@ -32,7 +32,7 @@ double clampNorm(double fraction);
 /// the canvas's displayed width at scale 1. Within 0.3..5.
 double resizedScale(double startScale, QSizeF translation, double baseWidth);
 
-/// Frame pixels to one template unit: templates are measured in pixels of the source's upright picture.
+/// Frame pixels per template unit: templates are measured in pixels of the source's upright picture.
 /// A user's scale below 0.1 counts as 0.1.
 double exportScale(double frameWidth, double nativeVideoWidth, double userScale);
 

@@ -1,4 +1,4 @@
-// The horizontal two-row scoreboards: one recipe, told apart by a row of data each.
+// The horizontal scoreboards of two rows: one recipe, and a row of data for each.
 #pragma once
 
 #include "render/ScoreboardLayout.h"
@@ -9,27 +9,27 @@
 
 namespace pointloom {
 
-/// The few things that a template draws besides or instead of the recipe's plain panel.
+/// Drawn besides or instead of the recipe's plain panel.
 enum class Decoration {
     none,
     splitBand,     // a blue and a red rectangle in place of the rounded panel
     gradientPanel, // the panel runs from its own colour to `decorationColor`
-    border,        // a rule between the rows and a line around the board in `decorationColor`
+    border,        // a rule between the rows and a line around the scoreboard in `decorationColor`
     edgeBand,      // a band of `decorationColor` along the left edge
     glass,         // a veil of white on the panel and a line around it in `decorationColor`
 };
 
 struct RowTemplateStyle {
     TemplateID id;
-    double rowH;
-    double setW;
-    double gameW;
+    double rowH = usualRowH;
+    double setW = usualSetW;
+    double gameW = usualGameW;
     Shadow shadow;
     double radius;
     Rgba panel;
     RowColors team1;
     RowColors team2;
-    std::optional<Rgba> divider; // between the rows
+    std::optional<Rgba> divider{}; // between the rows
     Decoration decoration = Decoration::none;
     Rgba decorationColor{};
 };
@@ -42,21 +42,21 @@ public:
     /// The style must outlive the template, as the rows of the table do.
     explicit RowTemplate(const RowTemplateStyle& style);
 
-    TemplateID id() const override { return style_.id; }
-    QString displayName() const override { return displayName_; }
+    TemplateID id() const override { return m_style.id; }
+    QString displayName() const override { return m_displayName; }
     void draw(QPainter& painter, const TemplatePayload& payload, QPointF origin) const override;
     QSizeF boardSize(std::int64_t numSets, const MatchConfig& config) const override;
 
 private:
-    bool servesTennis() const { return sportOf(style_.id) == SportID::tennis; }
+    bool servesTennis() const { return sportOf(m_style.id) == SportID::tennis; }
     ScoreboardLayout layout(const MatchConfig& config) const;
     void drawPanel(QPainter& painter, const QRectF& board) const;
     void drawRows(QPainter& painter, const TemplatePayload& payload, const ScoreboardLayout& layout,
                   QPointF origin) const;
     void drawFinish(QPainter& painter, const QRectF& board) const;
 
-    const RowTemplateStyle& style_;
-    QString displayName_;
+    const RowTemplateStyle& m_style;
+    QString m_displayName;
 };
 
 }

@@ -1,6 +1,6 @@
 #include "render/ScoreboardImage.h"
 
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,7 +20,7 @@ double paintableScale(double scale, const QSizeF& size) {
 }
 
 int pixels(double length) {
-    constexpr double rounding = 1e-9; // 270 x 1.1 is a hair above 297
+    constexpr double rounding = 1e-9; // 270 x 1.1 is slightly more than 297
     return std::max(1, static_cast<int>(std::ceil(length - rounding)));
 }
 

@@ -26,10 +26,15 @@ struct Rgba {
 struct RowColors {
     Rgba bg; // name column and every second set
     Rgba text;
-    Rgba accent; // first, third ... set
+    Rgba accent; // first, third, fifth set
     Rgba gameCell;
     Rgba gameText;
 };
+
+/// Measures of most row templates, in template units.
+constexpr double usualRowH = 38;
+constexpr double usualSetW = 28;
+constexpr double usualGameW = 46;
 
 /// All in template units.
 struct ScoreboardLayout {
@@ -45,7 +50,7 @@ struct ScoreboardLayout {
     double totalH() const { return 2 * rowH + 1; } // a gap of 1 between the rows
 };
 
-/// Doubles only in sports that have them, whatever a document says.
+/// Singles in sports that have no doubles, whatever a document says.
 MatchFormat drawnFormat(const MatchConfig& config);
 
 /// Characters as a reader counts them: a flag or a letter with its accents is one.

@@ -1,14 +1,16 @@
-// What every scoreboard template offers, and what it is given when it draws.
+// The interface of all scoreboard templates, and the registry that holds one of each.
 #pragma once
 
 #include "model/MatchConfig.h"
 #include "model/ScoreState.h"
 #include "render/TemplateID.h"
 
+#include <memory>
 #include <QImage>
 #include <QPointF>
 #include <QSizeF>
 #include <QString>
+#include <vector>
 
 class QPainter;
 
@@ -18,8 +20,8 @@ namespace pointloom {
 struct TemplatePayload {
     SportScoreState score;
     MatchConfig config;
-    QSizeF canvasSize; // of what is drawn on, in the painter's units
-    QImage logo;       // null when there is none
+    QSizeF canvasSize; // of the image or frame that is drawn on, in the painter's units
+    QImage logo;       // null for none
 };
 
 /// Templates hold no state: they draw from several threads at once.
@@ -31,19 +33,30 @@ public:
     virtual QString displayName() const = 0;
 
     /// Draws with the scoreboard's top left corner at `origin`, y growing downward. Draws nothing when
-    /// the score is not of the family that the template is made for.
+    /// the score is not of the kind (tennis or points) that the template is made for.
     virtual void draw(QPainter& painter, const TemplatePayload& payload, QPointF origin) const = 0;
 
-    /// Size that a scoreboard of `numSets` set columns is placed with: a margin of `canvasMargin` on every
-    /// side is included.
+    /// Size by which a scoreboard of `numSets` set columns is placed, a margin of `canvasMargin` on every
+    /// side included. The same for all row templates, whatever their own measures, so that a scoreboard stays
+    /// in its place when another template is chosen.
     virtual QSizeF canvasSize(std::int64_t numSets, const MatchConfig& config) const;
 
-    /// Size of the scoreboard as this template draws it, margin not included; may be larger than what the
-    /// canvas leaves for it.
+    /// Size of the scoreboard as this template draws it, without margin; may be larger than the canvas within
+    /// its margins.
     virtual QSizeF boardSize(std::int64_t numSets, const MatchConfig& config) const = 0;
 };
 
 /// Distance of the scoreboard from the edges of its canvas, in template units.
 constexpr double canvasMargin = 10;
+
+namespace TemplateRegistry {
+
+/// One instance of every template, in catalogue order, made on first use.
+const std::vector<std::unique_ptr<const ScoreboardTemplate>>& all();
+
+/// The template with that identifier. Every identifier has one.
+const ScoreboardTemplate& templateFor(TemplateID id);
+
+}
 
 }

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t tapsAtOnce = 4;
 constexpr double broadDeviation = 16; // pixels
-constexpr double reach = 3;           // standard deviations; what lies farther out is below one part in 255
+constexpr double reach = 3;           // standard deviations; farther out the shadow is below one part in 255
 
 /// Coverage of the device's pixels, 0..255.
 struct Mask {
@@ -96,7 +96,7 @@ void drawShadow(QPainter& painter, const QPainterPath& path, const Shadow& shado
 
 namespace {
 
-/// The mask's pixels that the shadow can touch and that have an influence on what the device shows.
+/// The mask's pixels that the shadow can reach and that affect a pixel of the device.
 QRect visiblePart(const QPainter& painter, const QRectF& shape, int margin, double coarseness) {
     const QPaintDevice* device = painter.paintEngine()->paintDevice();
     const QRectF screen(0, 0, device->width() / coarseness, device->height() / coarseness);
@@ -121,8 +121,8 @@ Mask coverageOf(const QPainterPath& path, const QRect& area) {
     return mask;
 }
 
-/// Weights of the pixels at distances -radius..radius, each the integral of the bell over that pixel, filled
-/// up with zeros to a whole number of passes.
+/// Weights of the pixels at distances -radius..radius, each the integral of the Gaussian over that pixel,
+/// padded with zeros to a whole number of passes.
 std::vector<float> gaussianKernel(double deviation, int radius) {
     const auto integralUpTo = [&](double x) {
         return 0.5 * (1 + std::erf(x / (deviation * std::numbers::sqrt2)));
@@ -138,7 +138,7 @@ std::vector<float> gaussianKernel(double deviation, int radius) {
     return kernel;
 }
 
-/// A panel's rows are nearly all alike, so a row that equals the one above takes over its result.
+/// A panel's rows are nearly all alike, so a row that equals the one above gets a copy of its result.
 void blurRows(Mask& mask, std::span<const float> kernel, int kernelRadius) {
     const auto width = static_cast<std::size_t>(mask.width);
     const auto radius = static_cast<std::size_t>(kernelRadius);
@@ -180,7 +180,7 @@ Mask transposed(Mask& mask) {
     return turned;
 }
 
-/// The mask, turned back from columns to rows, as a picture of the colour.
+/// The mask, turned back from columns to rows, as an image of the colour.
 QImage tinted(Mask& columns, const Rgba& color) {
     std::array<QRgb, 256> tints{};
     const QRgb base = color.color().rgb();

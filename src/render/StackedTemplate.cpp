@@ -1,7 +1,6 @@
 #include "render/StackedTemplate.h"
 
 #include "render/DevicePixels.h"
-#include "render/PictureDrawing.h"
 #include "render/Shadow.h"
 #include "render/TemplateRenderer.h"
 
@@ -34,7 +33,7 @@ constexpr double setH = 25;
 constexpr double bottomPadding = 7;
 constexpr double sidePadding = 12;
 
-/// A player a line: the second of a pair stands under the first.
+/// One line per player, the second of a pair below the first.
 std::vector<QString> nameLines(const TeamConfig& team, MatchFormat format) {
     std::vector<QString> lines{TeamConfig{team.player1, {}, team.flag1, {}}.flagDisplayName(format)};
     if (format == MatchFormat::doubles && team.player2 && !team.player2->isEmpty())
@@ -69,15 +68,15 @@ struct CardLayout {
     double totalH() const { return accentHeight + namesH + gameH + setsH; }
 };
 
-/// The card while it is drawn: where things stand and what to draw them with.
+/// One drawing of the card.
 class Card {
 public:
     Card(QPainter& painter, const TemplatePayload& payload, const ScoreState& score, QPointF topLeft)
-        : painter_(painter)
-        , payload_(payload)
-        , score_(score)
-        , layout_(static_cast<std::int64_t>(score.sets.size()), payload.config)
-        , board_(topLeft, QSizeF(layout_.totalW(), layout_.totalH())) {}
+        : m_painter(painter)
+        , m_payload(payload)
+        , m_score(score)
+        , m_layout(static_cast<std::int64_t>(score.sets.size()), payload.config)
+        , m_board(topLeft, QSizeF(m_layout.totalW(), m_layout.totalH())) {}
 
     void draw() const;
 
@@ -92,45 +91,45 @@ private:
     void drawRule(double y) const;
 
     QRectF column(Side side) const;
-    double namesTop() const { return board_.top() + accentHeight; }
-    double gameTop() const { return namesTop() + layout_.namesH; }
+    double namesTop() const { return m_board.top() + accentHeight; }
+    double gameTop() const { return namesTop() + m_layout.namesH; }
     double setsTop() const { return gameTop() + gameH; }
 
-    QPainter& painter_;
-    const TemplatePayload& payload_;
-    const ScoreState& score_;
-    CardLayout layout_;
-    QRectF board_;
+    QPainter& m_painter;
+    const TemplatePayload& m_payload;
+    const ScoreState& m_score;
+    CardLayout m_layout;
+    QRectF m_board;
 };
 
 void Card::draw() const {
     drawGround();
-    const auto [game1, game2] = gameTexts(payload_.score);
+    const auto [game1, game2] = gameTexts(m_payload.score);
     drawNames(Side::first);
     drawNames(Side::second);
     drawGame(Side::first, game1);
     drawGame(Side::second, game2);
     drawMiddle();
-    for (std::size_t i = 0; i < score_.sets.size(); ++i)
+    for (std::size_t i = 0; i < m_score.sets.size(); ++i)
         drawSet(i);
 }
 
 void Card::drawGround() const {
-    const QPainterPath card = cgRoundRect(board_, cornerRadius);
-    drawShadow(painter_, card, {{0, 0, 0, 0.55}, 10, {}}, 1);
-    QLinearGradient ground(board_.topLeft(), board_.bottomLeft());
+    const QPainterPath card = cgRoundRect(m_board, cornerRadius);
+    drawShadow(m_painter, card, {{0, 0, 0, 0.55}, 10, {}}, 1);
+    QLinearGradient ground(m_board.topLeft(), m_board.bottomLeft());
     ground.setColorAt(0, cardTop.color());
     ground.setColorAt(1, cardBottom.color());
-    fillShape(painter_, card, ground);
+    fillShape(m_painter, card, ground);
     QPainterPath topEdge;
-    topEdge.addRect(board_.left(), board_.top(), board_.width(), accentHeight);
-    fillShape(painter_, card.intersected(topEdge), red.color());
+    topEdge.addRect(m_board.left(), m_board.top(), m_board.width(), accentHeight);
+    fillShape(m_painter, card.intersected(topEdge), red.color());
 }
 
 void Card::drawNames(Side side) const {
-    const std::vector<QString>& lines = layout_.names[static_cast<std::size_t>(side)];
+    const std::vector<QString>& lines = m_layout.names[static_cast<std::size_t>(side)];
     const QRectF place = column(side);
-    const auto missingLines = static_cast<double>(layout_.lineCount() - lines.size());
+    const auto missingLines = static_cast<double>(m_layout.lineCount() - lines.size());
     double y = namesTop() + namesPadding + missingLines * nameLineH / 2;
     for (const QString& line : lines) {
         drawName(line, {place.left() + sidePadding / 2, y, place.width() - sidePadding, nameLineH});
@@ -138,7 +137,7 @@ void Card::drawNames(Side side) const {
     }
 }
 
-/// Centred; a long name is drawn smaller, and one that is still too long starts at the left and is cut.
+/// Draws a name centred; a long one is drawn smaller, and one that is still too long is cut at its end.
 void Card::drawName(const QString& name, const QRectF& place) const {
     constexpr double size = 15;
     constexpr double smallest = 11.5;
@@ -147,53 +146,53 @@ void Card::drawName(const QString& name, const QRectF& place) const {
     const TextFont font{FontFace::bold, std::max(fitting, smallest)};
     const double width = ctTextWidth(name, font);
     const double left = std::max(place.left(), place.center().x() - width / 2);
-    drawClippedText(painter_, name, font, white, place, left);
+    drawClippedText(m_painter, name, font, white, place, left);
 }
 
 void Card::drawGame(Side side, const QString& points) const {
     constexpr QSizeF tileSize(62, 44);
     constexpr double dotRadius = 4.5;
-    const bool serving = score_.servingTeam == teamNumber(side);
+    const bool serving = m_score.servingTeam == teamNumber(side);
     const QRectF place = column(side);
     const QRectF tile(place.center().x() - tileSize.width() / 2, gameTop() + (gameH - tileSize.height()) / 2,
                       tileSize.width(), tileSize.height());
-    const QRectF snapped = alignedToPixels(painter_, tile);
-    fillShape(painter_, cgRoundRect(snapped, 7), (serving ? red : quietTile).color());
-    drawCenteredText(painter_, points, {FontFace::bold, 30}, white, tile.center());
+    const QRectF snapped = alignedToPixels(m_painter, tile);
+    fillShape(m_painter, cgRoundRect(snapped, 7), (serving ? red : quietTile).color());
+    drawCenteredText(m_painter, points, {FontFace::bold, 30}, white, tile.center());
     if (!serving)
         return;
     const double outside =
         side == Side::first ? (place.left() + tile.left()) / 2 : (place.right() + tile.right()) / 2;
     QPainterPath dot;
     dot.addEllipse(QPointF(outside, tile.center().y()), dotRadius, dotRadius);
-    fillShape(painter_, dot, serveDotColor.color());
+    fillShape(m_painter, dot, serveDotColor.color());
 }
 
-/// Between the games: the logo, else a short bar.
+/// Draws the logo between the games, else a short bar.
 void Card::drawMiddle() const {
     constexpr double logoSide = 36;
-    const QPointF center(board_.center().x(), gameTop() + gameH / 2);
-    if (!payload_.logo.isNull()) {
-        drawPicture(painter_, payload_.logo,
-                    {center.x() - logoSide / 2, center.y() - logoSide / 2, logoSide, logoSide});
+    const QPointF center(m_board.center().x(), gameTop() + gameH / 2);
+    if (!m_payload.logo.isNull()) {
+        drawImage(m_painter, m_payload.logo,
+                  {center.x() - logoSide / 2, center.y() - logoSide / 2, logoSide, logoSide});
         return;
     }
     constexpr QSizeF barSize(14, 3);
     const QRectF bar(center.x() - barSize.width() / 2, center.y() - barSize.height() / 2, barSize.width(),
                      barSize.height());
-    fillShape(painter_, cgRoundRect(bar, barSize.height() / 2), labelText.color());
+    fillShape(m_painter, cgRoundRect(bar, barSize.height() / 2), labelText.color());
 }
 
 void Card::drawSet(std::size_t index) const {
-    const SetScore& set = score_.sets[index];
+    const SetScore& set = m_score.sets[index];
     const double y = setsTop() + static_cast<double>(index) * setH;
     const double middle = y + setH / 2;
     if (index == 0)
         drawRule(y);
     if (index % 2 == 0)
-        fillCell(painter_, {board_.left(), y, board_.width(), setH}, stripe);
-    drawCenteredText(painter_, QString::number(index + 1), {FontFace::bold, 10.5}, labelText,
-                     {board_.center().x(), middle});
+        fillCell(m_painter, {m_board.left(), y, m_board.width(), setH}, stripe);
+    drawCenteredText(m_painter, QString::number(index + 1), {FontFace::bold, 10.5}, labelText,
+                     {m_board.center().x(), middle});
     drawGames(set, Side::first, {column(Side::first).center().x(), middle});
     drawGames(set, Side::second, {column(Side::second).center().x(), middle});
 }
@@ -206,21 +205,21 @@ void Card::drawGames(const SetScore& set, Side side, QPointF center) const {
     const bool isQuiet = own < other || (own == 0 && other == 0);
     const Rgba& color = isQuiet ? quietText : white;
     const QString games = QString::number(own);
-    drawCenteredText(painter_, games, font, color, center);
+    drawCenteredText(m_painter, games, font, color, center);
     if (showsTiebreakMark(set, side))
-        drawLeftText(painter_, QStringLiteral("(%1)").arg(*set.tiebreak), tiebreakFont, color,
+        drawLeftText(m_painter, QStringLiteral("(%1)").arg(*set.tiebreak), tiebreakFont, color,
                      {center.x() + ctTextWidth(games, font) / 2 + 1.5, center.y() - 4});
 }
 
 void Card::drawRule(double y) const {
     QPainterPath rule;
-    rule.addRect(board_.left(), y, board_.width(), 1);
-    fillShape(painter_, rule, hairline.color());
+    rule.addRect(m_board.left(), y, m_board.width(), 1);
+    fillShape(m_painter, rule, hairline.color());
 }
 
 QRectF Card::column(Side side) const {
-    const double left = side == Side::first ? board_.left() : board_.right() - layout_.columnW;
-    return {left, board_.top(), layout_.columnW, board_.height()};
+    const double left = side == Side::first ? m_board.left() : m_board.right() - m_layout.columnW;
+    return {left, m_board.top(), m_layout.columnW, m_board.height()};
 }
 
 }

@@ -1,4 +1,4 @@
-// The vertical card: one player beside the other on top, the game in large figures, the sets below.
+// The vertical card: the players side by side on top, the game in large figures, the sets below.
 #pragma once
 
 #include "render/ScoreboardTemplate.h"

@@ -1,18 +1,166 @@
 #include "render/TemplateRenderer.h"
 
 #include "render/DevicePixels.h"
-#include "render/PictureDrawing.h"
-#include "render/TextLine.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <QCache>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QRawFont>
+#include <QTextLayout>
+#include <utility>
+#include <vector>
 
 namespace pointloom {
 
 namespace {
 
 constexpr double logoSlotWidth = 44; // the name starts where it ends
+
+/// One shaped line of text, kept as outlines so that it can be drawn sharp at any size. Widths and heights
+/// are in ems (multiples of the font size), y downward, with the origin at the start of the baseline.
+struct TextLine {
+    static constexpr int unitsPerEm = 256; // of the outlines: much finer ones would be flattened needlessly
+
+    struct ColoredGlyph { // such as a flag
+        QImage image;
+        QRectF rect;
+    };
+
+    QPainterPath outlines; // in units, to be filled with the winding rule
+    std::vector<ColoredGlyph> coloredGlyphs;
+    double width = 0;   // typographic: the sum of the advances
+    double ascent = 0;  // of the face, above the baseline
+    double descent = 0; // of the face, below the baseline, positive
+};
+
+// Outlines are taken unhinted, so this sets only how finely positions are rounded (1/64 of a pixel).
+constexpr int shapingSize = TextLine::unitsPerEm;
+
+/// A character that has no outline, as the font's own bitmap; a null image for a space.
+TextLine::ColoredGlyph coloredGlyph(const QRawFont& font, quint32 glyph) {
+    constexpr int bitmapSize = 128; // the size at which Noto Color Emoji's bitmaps are not rescaled
+    constexpr int margin = bitmapSize / 2;
+    constexpr QPoint origin(margin, margin + bitmapSize);
+    QRawFont bitmapFont = font;
+    bitmapFont.setPixelSize(bitmapSize);
+    QGlyphRun run;
+    run.setRawFont(bitmapFont);
+    run.setGlyphIndexes({glyph});
+    run.setPositions({QPointF(0, 0)});
+    QImage canvas(bitmapSize * 2 + margin * 2, bitmapSize * 2, QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::transparent);
+    {
+        QPainter painter(&canvas);
+        painter.setPen(Qt::white);
+        painter.drawGlyphRun(origin, run);
+    }
+
+    QRect inked;
+    for (int y = 0; y < canvas.height(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(canvas.constScanLine(y));
+        for (int x = 0; x < canvas.width(); ++x) {
+            if (qAlpha(row[x]) != 0)
+                inked |= QRect(x, y, 1, 1);
+        }
+    }
+    if (inked.isEmpty())
+        return {};
+    const QRectF placed = QRectF(inked).translated(-QPointF(origin));
+    return {canvas.copy(inked), QRectF(placed.topLeft() / bitmapSize, placed.size() / bitmapSize)};
+}
+
+void addRun(TextLine& line, const QGlyphRun& run, QPointF baselineStart) {
+    const QRawFont font = run.rawFont();
+    const QList<quint32> glyphs = run.glyphIndexes();
+    const QList<QPointF> positions = run.positions();
+    for (qsizetype i = 0; i < glyphs.size(); ++i) {
+        const QPointF position = positions[i] - baselineStart;
+        const QPainterPath outline = font.pathForGlyph(glyphs[i]);
+        if (!outline.isEmpty()) {
+            line.outlines.addPath(outline.translated(position));
+        } else if (TextLine::ColoredGlyph colored = coloredGlyph(font, glyphs[i]); !colored.image.isNull()) {
+            colored.rect.translate(position / shapingSize);
+            line.coloredGlyphs.push_back(std::move(colored));
+        }
+    }
+}
+
+QString withCountryLetters(const QString& text) {
+    constexpr char32_t regionalIndicatorA = 0x1F1E6; // Unicode, UTS #51
+    constexpr char32_t regionalIndicatorZ = 0x1F1FF;
+    QString readable;
+    for (const char32_t character : text.toUcs4()) {
+        const bool isIndicator = character >= regionalIndicatorA && character <= regionalIndicatorZ;
+        readable += QChar::fromUcs4(isIndicator ? U'A' + (character - regionalIndicatorA) : character);
+    }
+    return readable;
+}
+
+/// The text with line breaks and other controls as spaces, and flags as letters where no font has them.
+QString drawableText(QString text) {
+    constexpr qsizetype longest = 4096; // UTF-16 units; more would reach far outside any frame
+    text.truncate(longest);
+    for (QChar& character : text) {
+        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+            character == QChar::ParagraphSeparator)
+            character = u' ';
+    }
+    return Fonts::hasFlags() ? text : withCountryLetters(text);
+}
+
+TextLine shape(QString text, FontFace face) {
+    text = drawableText(std::move(text));
+    const QFont font = Fonts::shapingFont(face, shapingSize);
+    QTextLayout layout(text, font);
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute); // right-to-left names start at the left edge too
+    option.setWrapMode(QTextOption::NoWrap);
+    option.setUseDesignMetrics(true);
+    option.setFlags(QTextOption::IncludeTrailingSpaces);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine shaped = layout.createLine();
+    TextLine line;
+    line.outlines.setFillRule(Qt::WindingFill);
+    if (shaped.isValid()) {
+        constexpr double wideEnough = 1 << 23;
+        shaped.setLineWidth(wideEnough);
+        shaped.setPosition({0, 0});
+        line.width = shaped.naturalTextWidth() / shapingSize;
+    }
+    layout.endLayout();
+
+    // The face's own bounds, not the run's: a flag or a foreign script must not move a name up or down.
+    const QRawFont raw = QRawFont::fromFont(font);
+    line.ascent = raw.ascent() / shapingSize;
+    line.descent = raw.descent() / shapingSize;
+    if (shaped.isValid()) {
+        for (const QGlyphRun& run : layout.glyphRuns())
+            addRun(line, run, {0, shaped.ascent()});
+    }
+    // Centred on the capitals, as a flag stands beside a name.
+    const double middle = -raw.capHeight() / shapingSize / 2;
+    for (TextLine::ColoredGlyph& glyph : line.coloredGlyphs)
+        glyph.rect.moveCenter({glyph.rect.center().x(), middle});
+    return line;
+}
+
+/// Shapes a text of any script. Each thread keeps its latest lines, since a scoreboard shows the same few
+/// again and again.
+std::shared_ptr<const TextLine> shapedLine(const QString& text, FontFace face) {
+    using Kept = std::shared_ptr<const TextLine>;
+    constexpr int mostLines = 128;
+    thread_local QCache<std::pair<QString, int>, Kept> lines(mostLines);
+    const std::pair key{text, static_cast<int>(face)};
+    if (const Kept* found = lines.object(key))
+        return *found;
+    auto line = std::make_shared<const TextLine>(shape(text, face));
+    auto entry = std::make_unique<Kept>(line);
+    lines.insert(key, entry.release()); // the cache owns it
+    return line;
+}
 
 /// Draws a shaped line with its start at `x` and its middle at `centerY`.
 void drawLine(QPainter& painter, const TextLine& line, double size, const Rgba& color, double x,
@@ -27,8 +175,8 @@ void drawLine(QPainter& painter, const TextLine& line, double size, const Rgba& 
     painter.scale(size, -up * size);
     const double opacity = painter.opacity();
     painter.setOpacity(opacity * color.alpha);
-    for (const TextLine::Picture& picture : line.pictures)
-        drawPicture(painter, picture.image, picture.rect);
+    for (const TextLine::ColoredGlyph& glyph : line.coloredGlyphs)
+        drawImage(painter, glyph.image, glyph.rect);
     painter.setOpacity(opacity);
     constexpr double unit = 1.0 / TextLine::unitsPerEm;
     painter.scale(unit, unit);
@@ -136,7 +284,7 @@ void drawClippedText(QPainter& painter, const QString& text, const TextFont& fon
 
 void drawLogoInScoreboard(QPainter& painter, const QImage& logo, QPointF origin, double scoreboardHeight) {
     const double side = std::min(scoreboardHeight - 8, 30.0);
-    drawPicture(
+    drawImage(
         painter, logo,
         {origin.x() + (logoSlotWidth - side) / 2, origin.y() + (scoreboardHeight - side) / 2, side, side});
 }

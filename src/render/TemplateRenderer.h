@@ -1,5 +1,5 @@
-// The drawing primitives that the templates share. All coordinates are in the painter's units. The text
-// helpers stand upright whichever way the painter's y axis runs.
+// The drawing primitives that the templates share. All coordinates are in the painter's units. Text is drawn
+// upright whichever way the painter's y axis runs.
 #pragma once
 
 #include "model/ScoreState.h"
@@ -29,26 +29,27 @@ void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPoint
                        std::span<const SetScore> sets, Side side, const QString& game, bool serving,
                        const RowColors& colors);
 
-/// Whether a row shows the set's tie-break points: the row of the side that lost it by one, 6-7 or closer to
-/// each other above that.
+/// Whether a row shows the set's tie-break points: the row of the side that lost the set by one game, at 6-7
+/// or more.
 bool showsTiebreakMark(const SetScore& set, Side side);
 
-/// One line, centred on a point both ways. Lines are centred vertically by ascent and descent, not by ink.
+/// Draws one line, centred on a point both ways. Lines are centred vertically by ascent and descent, not by
+/// ink.
 void drawCenteredText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
                       QPointF center);
 
 /// Typographic width of one line.
 double ctTextWidth(const QString& text, const TextFont& font);
 
-/// One line that starts at `origin.x` and is vertically centred on `origin.y`.
+/// Draws one line that starts at `origin.x` and is vertically centred on `origin.y`.
 void drawLeftText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
                   QPointF origin);
 
-/// One line that starts at `leftEdge`, vertically centred in `clipRect` and cut off at its edges.
+/// Draws one line that starts at `leftEdge`, vertically centred in `clipRect` and cut off at its edges.
 void drawClippedText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
                      const QRectF& clipRect, double leftEdge);
 
-/// The logo, stretched to a square in the left slot of a scoreboard; a null image draws nothing.
+/// Draws the logo, stretched to a square in the left slot of a scoreboard; nothing for a null image.
 void drawLogoInScoreboard(QPainter& painter, const QImage& logo, QPointF origin, double scoreboardHeight);
 
 /// Fills a rectangle with its edges on whole device pixels, so that cells side by side show no seam.

@@ -3,8 +3,8 @@
 #include "export/LayerColor.h"
 #include "media/VideoFrame.h"
 #include "model/ScoringEngine.h"
-#include "render/PictureDrawing.h"
-#include "render/TemplateRegistry.h"
+#include "render/DevicePixels.h"
+#include "render/ScoreboardTemplate.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -95,7 +95,7 @@ void drawMark(QPainter& painter, const QImage& mark, WatermarkCorner corner, QSi
         place.moveRight(canvas.width() - 20);
     if (corner == WatermarkCorner::bottomLeft || corner == WatermarkCorner::bottomRight)
         place.moveBottom(canvas.height() - 20);
-    drawPicture(painter, mark, place);
+    drawImage(painter, mark, place);
 }
 
 // The same overlay drawn into a bitmap of the whole upright frame, turned to the stored orientation.

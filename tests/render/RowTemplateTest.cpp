@@ -1,5 +1,5 @@
 #include "render/RowTemplate.h"
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 #include "render/TemplateRenderer.h"
 #include "RenderSupport.h"
 

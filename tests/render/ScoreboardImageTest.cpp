@@ -1,7 +1,7 @@
 #include "render/ScoreboardImage.h"
 
 #include "render/ScoreboardLayout.h"
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 #include "RenderSupport.h"
 
 #include <thread>

@@ -1,7 +1,7 @@
 #include "ui/common/BoardView.h"
 
 #include "render/ScoreboardImage.h"
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 
 #include <algorithm>
 #include <QPainter>

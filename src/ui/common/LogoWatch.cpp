@@ -1,6 +1,6 @@
 #include "ui/common/LogoWatch.h"
 
-#include "render/LogoImage.h"
+#include "render/PictureFile.h"
 
 namespace pointloom {
 
@@ -24,7 +24,7 @@ void LogoWatch::follow() {
     }
     if (path.isEmpty())
         return;
-    m_reading.start([path] { return loadImage(path); },
+    m_reading.start([path] { return loadPictureFile(path); },
                     [this](const QImage& image) {
                         m_image = image;
                         Q_EMIT changed();

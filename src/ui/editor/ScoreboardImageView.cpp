@@ -1,7 +1,7 @@
 #include "ui/editor/ScoreboardImageView.h"
 
 #include "render/DevicePixels.h"
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #include "ui/export/WatermarkBox.h"
 
-#include "render/LogoImage.h"
+#include "render/PictureFile.h"
 #include "ui/export/ExportTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -122,7 +122,7 @@ void WatermarkBox::load() {
         return;
     const QSize size = thumbnailSize * devicePixelRatioF();
     const auto read = [path = url->toLocalFile(), size] {
-        const QImage picture = loadImage(path);
+        const QImage picture = loadPictureFile(path);
         return picture.isNull() ? picture
                                 : picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     };

@@ -1,7 +1,7 @@
 #include "ui/wizard/LogoField.h"
 
 #include "l10n/Format.h"
-#include "render/LogoImage.h"
+#include "render/PictureFile.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
@@ -26,7 +26,7 @@ constexpr UiText unreadableText{
 constexpr UiText picturesText{"Pictures", "Images", "Imágenes", "Immagini", "Bilder", "Bilder", "Imagens"};
 
 QImage readLogo(const QString& path) {
-    const QImage picture = loadImage(path);
+    const QImage picture = loadPictureFile(path);
     if (std::max(picture.width(), picture.height()) <= largestPicture)
         return picture;
     return picture.scaled(largestPicture, largestPicture, Qt::KeepAspectRatio, Qt::SmoothTransformation);

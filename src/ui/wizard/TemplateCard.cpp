@@ -1,7 +1,7 @@
 #include "ui/wizard/TemplateCard.h"
 
 #include "render/ScoreboardImage.h"
-#include "render/TemplateRegistry.h"
+#include "render/ScoreboardTemplate.h"
 #include "ui/common/BoardView.h"
 #include "ui/style/Tokens.h"
 #include "ui/wizard/CourtGround.h"

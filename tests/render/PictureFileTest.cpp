@@ -1,4 +1,4 @@
-#include "render/LogoImage.h"
+#include "render/PictureFile.h"
 
 #include <gtest/gtest.h>
 #include <QBuffer>
@@ -11,7 +11,7 @@ using namespace pointloom;
 
 namespace {
 
-class LogoImage : public testing::Test {
+class PictureFile : public testing::Test {
 protected:
     QString pathOf(const char* name) const { return folder_.filePath(QString::fromLatin1(name)); }
 
@@ -38,51 +38,51 @@ private:
 
 }
 
-TEST_F(LogoImage, PngAndJpegAreToldByContent) {
+TEST_F(PictureFile, PngAndJpegAreToldByContent) {
     for (const QString& path : {write("logo.png", encoded("PNG")), write("logo.jpg", encoded("JPG")),
                                 write("misnamed.png", encoded("JPG")), write("nameless", encoded("PNG"))}) {
-        const QImage image = loadImage(path);
+        const QImage image = loadPictureFile(path);
         EXPECT_EQ(image.size(), QSize(40, 20)) << qPrintable(path);
         EXPECT_EQ(image.format(), QImage::Format_ARGB32_Premultiplied);
         EXPECT_NEAR(image.pixelColor(20, 10).red(), 200, 3);
     }
 }
 
-TEST_F(LogoImage, OtherFormatsAreRefusedWhateverTheirName) {
+TEST_F(PictureFile, OtherFormatsAreRefusedWhateverTheirName) {
     const QByteArray gif = QByteArray::fromBase64("R0lGODlhAQABAIAAAAAAAP///yH5BAEAAAAALAAAAAABAAEAAAIBRAA7");
     const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><rect width='9' "
                            "height='9'/></svg>";
-    EXPECT_TRUE(loadImage(write("a.gif", gif)).isNull());
-    EXPECT_TRUE(loadImage(write("a.png", gif)).isNull());
-    EXPECT_TRUE(loadImage(write("b.svg", svg)).isNull());
-    EXPECT_TRUE(loadImage(write("b.png", svg)).isNull());
-    EXPECT_TRUE(loadImage(write("c.png", encoded("BMP"))).isNull());
-    EXPECT_TRUE(loadImage(write("d.png", {})).isNull());
-    EXPECT_TRUE(loadImage(write("e.png", encoded("PNG").left(40))).isNull());
+    EXPECT_TRUE(loadPictureFile(write("a.gif", gif)).isNull());
+    EXPECT_TRUE(loadPictureFile(write("a.png", gif)).isNull());
+    EXPECT_TRUE(loadPictureFile(write("b.svg", svg)).isNull());
+    EXPECT_TRUE(loadPictureFile(write("b.png", svg)).isNull());
+    EXPECT_TRUE(loadPictureFile(write("c.png", encoded("BMP"))).isNull());
+    EXPECT_TRUE(loadPictureFile(write("d.png", {})).isNull());
+    EXPECT_TRUE(loadPictureFile(write("e.png", encoded("PNG").left(40))).isNull());
 }
 
-TEST_F(LogoImage, OnlyRegularFilesAreRead) {
+TEST_F(PictureFile, OnlyRegularFilesAreRead) {
     const QString pipe = pathOf("pipe.png");
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    EXPECT_TRUE(loadImage(pipe).isNull()) << "and the call came back";
-    EXPECT_TRUE(loadImage(pathOf("")).isNull()) << "a folder";
-    EXPECT_TRUE(loadImage(pathOf("absent.png")).isNull());
-    EXPECT_TRUE(loadImage(QStringLiteral("/dev/zero")).isNull());
-    EXPECT_TRUE(loadImage(QStringLiteral("https://example.org/logo.png")).isNull());
-    EXPECT_TRUE(loadImage({}).isNull());
+    EXPECT_TRUE(loadPictureFile(pipe).isNull()) << "and the call came back";
+    EXPECT_TRUE(loadPictureFile(pathOf("")).isNull()) << "a folder";
+    EXPECT_TRUE(loadPictureFile(pathOf("absent.png")).isNull());
+    EXPECT_TRUE(loadPictureFile(QStringLiteral("/dev/zero")).isNull());
+    EXPECT_TRUE(loadPictureFile(QStringLiteral("https://example.org/logo.png")).isNull());
+    EXPECT_TRUE(loadPictureFile({}).isNull());
 }
 
-TEST_F(LogoImage, APhonesLargestPictureIsTaken) {
+TEST_F(PictureFile, APhonesLargestPictureIsTaken) {
     // 137 MB as pixels.
-    EXPECT_EQ(loadImage(write("phone.jpg", encoded("JPG", {8000, 4300}))).size(), QSize(8000, 4300));
+    EXPECT_EQ(loadPictureFile(write("phone.jpg", encoded("JPG", {8000, 4300}))).size(), QSize(8000, 4300));
 }
 
-TEST_F(LogoImage, OversizedPicturesAreRefusedBeforeTheyAreDecoded) {
+TEST_F(PictureFile, OversizedPicturesAreRefusedBeforeTheyAreDecoded) {
     QByteArray png = encoded("PNG");
     // The size in the header (IHDR, ISO/IEC 15948) says 10000 x 6000; its checksum is left as it was.
     constexpr qsizetype widthAt = 16;
     qToBigEndian<quint32>(10000, png.data() + widthAt);
     qToBigEndian<quint32>(6000, png.data() + widthAt + 4);
-    EXPECT_TRUE(loadImage(write("huge.png", png)).isNull());
-    EXPECT_TRUE(loadImage(write("large.jpg", encoded("JPG", {8000, 6300}))).isNull());
+    EXPECT_TRUE(loadPictureFile(write("huge.png", png)).isNull());
+    EXPECT_TRUE(loadPictureFile(write("large.jpg", encoded("JPG", {8000, 6300}))).isNull());
 }

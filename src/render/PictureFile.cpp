@@ -1,4 +1,4 @@
-#include "render/LogoImage.h"
+#include "render/PictureFile.h"
 
 #include <fcntl.h>
 #include <QFile>
@@ -28,7 +28,7 @@ bool openRegularFile(QFile& file, const QString& path) {
 
 }
 
-QImage loadImage(const QString& path) {
+QImage loadPictureFile(const QString& path) {
     QFile file;
     if (path.contains(QChar::Null) || !openRegularFile(file, path))
         return {};
@@ -59,7 +59,7 @@ QImage decode(QFile& file, const QByteArray& format) {
     if (!reader.canRead()) // by its first bytes; libpng would complain on standard error
         return {};
     const QSize size = reader.size();
-    if (size.isEmpty() || qint64{size.width()} * size.height() > largestLogoPixels)
+    if (size.isEmpty() || qint64{size.width()} * size.height() > mostPicturePixels)
         return {};
     return reader.read();
 }
