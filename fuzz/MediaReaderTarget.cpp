@@ -2,7 +2,7 @@
 // or in MediaError.
 #include "FuzzTarget.h"
 #include "media/AudioReader.h"
-#include "media/FrameImage.h"
+#include "media/FrameConverter.h"
 #include "media/FrameTimes.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"

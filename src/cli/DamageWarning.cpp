@@ -21,11 +21,10 @@ QString missingEnd(double seconds) {
 
 std::optional<QString> damageWarning(const media::Damage& damage) {
     QStringList parts;
-    if (damage.lostPictures > 0)
-        parts +=
-            counted(damage.lostPictures, "damaged picture was left out", "damaged pictures were left out");
-    if (damage.faultyPictures > 0)
-        parts += counted(damage.faultyPictures, "picture shows damage", "pictures show damage");
+    if (damage.lostFrames > 0)
+        parts += counted(damage.lostFrames, "damaged picture was left out", "damaged pictures were left out");
+    if (damage.faultyFrames > 0)
+        parts += counted(damage.faultyFrames, "picture shows damage", "pictures show damage");
     if (damage.secondsMissing > 0)
         parts += missingEnd(damage.secondsMissing);
     if (parts.isEmpty())

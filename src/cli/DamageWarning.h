@@ -1,7 +1,7 @@
 // What a person is told about the damage of a video.
 #pragma once
 
-#include "media/Damage.h"
+#include "media/MediaInfo.h"
 
 #include <optional>
 #include <QString>

@@ -1,7 +1,7 @@
 // Labelled markers as chapters of the exported video.
 #pragma once
 
-#include "media/Chapter.h"
+#include "media/MediaWriter.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 

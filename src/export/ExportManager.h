@@ -6,7 +6,7 @@
 #include "export/TrimRange.h"
 #include "files/InputFile.h"
 #include "files/NewFile.h"
-#include "media/Damage.h"
+#include "media/MediaInfo.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"

@@ -39,7 +39,7 @@ ExportPlan makePlan(const ExportJob& job, const media::MediaInfo& info) {
     return plan;
 }
 
-media::PictureTarget pictureTarget(const ExportPlan& plan, const media::VideoTrackInfo& track) {
+media::FrameTarget pictureTarget(const ExportPlan& plan, const media::VideoTrackInfo& track) {
     return {
         .size = plan.layout.frameSize,
         .picture = plan.layout.picture,

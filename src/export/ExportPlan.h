@@ -3,7 +3,6 @@
 
 #include "export/ExportManager.h"
 #include "export/PictureLayout.h"
-#include "media/Chapter.h"
 #include "media/FrameConverter.h"
 #include "media/MediaWriter.h"
 
@@ -22,7 +21,7 @@ struct ExportPlan {
 ExportPlan makePlan(const ExportJob& job, const media::MediaInfo& info);
 
 /// What the decoded frames are converted to.
-media::PictureTarget pictureTarget(const ExportPlan& plan, const media::VideoTrackInfo& track);
+media::FrameTarget pictureTarget(const ExportPlan& plan, const media::VideoTrackInfo& track);
 
 /// What the video encoder is told.
 media::VideoSettings videoSettings(const ExportJob& job, const ExportPlan& plan,

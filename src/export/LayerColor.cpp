@@ -1,6 +1,6 @@
 #include "export/LayerColor.h"
 
-#include "media/ToneLevels.h"
+#include "media/LightMapping.h"
 
 #include <algorithm>
 #include <cmath>

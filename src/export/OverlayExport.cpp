@@ -46,7 +46,7 @@ public:
               1, std::llround(1 / (track.frameRate.value() * track.timeBase.value())))) {}
 
     void setPicture(const QImage& picture) override {
-        m_movie.setPicture({picture.constBits(), static_cast<std::size_t>(picture.sizeInBytes())});
+        m_movie.setImage({picture.constBits(), static_cast<std::size_t>(picture.sizeInBytes())});
     }
 
     void write(const TrimRange::Stay& stay) override {

@@ -137,8 +137,8 @@ ExportProgress SegmentWorkers::progress() const {
 ExportReport SegmentWorkers::report() const {
     ExportReport report;
     for (const media::Damage& damage : m_damage) {
-        report.damage.lostPictures += damage.lostPictures;
-        report.damage.faultyPictures += damage.faultyPictures;
+        report.damage.lostFrames += damage.lostFrames;
+        report.damage.faultyFrames += damage.faultyFrames;
         report.damage.secondsMissing += damage.secondsMissing;
     }
     return report;

@@ -3,8 +3,8 @@
 #include "export/ExportSource.h"
 #include "media/AudioReader.h"
 #include "media/MediaError.h"
+#include "media/MediaWriter.h"
 #include "media/SegmentJoin.h"
-#include "media/SoundWriter.h"
 
 #include <QDir>
 #include <QFileInfo>

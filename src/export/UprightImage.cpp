@@ -4,7 +4,7 @@
 
 namespace pointloom {
 
-QImage uprightImage(const media::RgbaPicture& stored, media::Orientation orientation) {
+QImage uprightImage(const media::RgbaImage& stored, media::Orientation orientation) {
     const auto bytesPerRow = static_cast<qsizetype>(stored.width) * 4;
     const QImage borrowed(stored.pixels.data(), stored.width, stored.height, bytesPerRow,
                           QImage::Format_RGBX8888);

@@ -1,6 +1,6 @@
 #include "media/AlphaMovie.h"
 
-#include "media/FFmpegError.h"
+#include "media/FFmpeg.h"
 #include "media/MediaWriter.h"
 #include "media/OutputFile.h"
 
@@ -29,8 +29,8 @@ std::uint16_t toTenBits(std::uint8_t alpha) {
     return static_cast<std::uint16_t>((alpha * 1023 + 127) / 255);
 }
 
-/// What the encoder sets aside for a packet: 16.2 bytes a pixel, 1.1 GB for the largest picture. Few of them
-/// are ever written to.
+/// Upper bound of the encoder's buffer for a packet: 16.2 bytes a pixel, 1.1 GB for the largest frame. Few of
+/// these bytes are ever written.
 std::size_t largestPacket(const AVCodecContext& codec) {
     constexpr std::size_t bytesPerPixel = 17;
     constexpr std::size_t margin = 1U << 20U;
@@ -38,14 +38,12 @@ std::size_t largestPacket(const AVCodecContext& codec) {
            margin;
 }
 
-CodecPtr openEncoder(const OutputFile& file, QSize size, Rational timeBase, Rational frameRate) {
-    // Of FFmpeg's ProRes encoders only this one writes alpha.
+CodecPtr openProres4444(const OutputFile& file, QSize size, Rational timeBase, Rational frameRate) {
+    // The only one of FFmpeg's ProRes encoders that writes alpha.
     const AVCodec* encoder = avcodec_find_encoder_by_name("prores_ks");
     if (encoder == nullptr)
         throw EncoderError("this system's FFmpeg has no encoder prores_ks");
-    CodecPtr context(avcodec_alloc_context3(encoder));
-    if (!context)
-        throw MediaError("out of memory");
+    CodecPtr context = allocated(CodecPtr(avcodec_alloc_context3(encoder)));
     context->width = size.width();
     context->height = size.height();
     context->pix_fmt = AV_PIX_FMT_YUVA444P10LE;
@@ -58,7 +56,7 @@ CodecPtr openEncoder(const OutputFile& file, QSize size, Rational timeBase, Rati
     context->framerate = toAv(frameRate);
     context->codec_tag = MKTAG('a', 'p', '4', 'h');
     context->bits_per_coded_sample = 32;    // tells readers of the container that there is alpha
-    context->thread_type = FF_THREAD_SLICE; // each picture comes out before the next one goes in
+    context->thread_type = FF_THREAD_SLICE; // each frame is returned before the next one is taken
     context->thread_count = 0;
     if (file.wantsGlobalHeaders())
         context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
@@ -77,12 +75,12 @@ struct AlphaMovie::State {
     OutputFile file;
     CodecPtr codec;
     AVStream& track;
-    PacketPtr picture; // encoded; empty before the first
-    std::int64_t pictures = 0;
+    PacketPtr encoded; // the image; empty before the first
+    std::int64_t images = 0;
 
     State(const QString& path, QSize size, Rational timeBase, Rational frameRate)
         : file(path, "mov")
-        , codec(openEncoder(file, size, timeBase, frameRate))
+        , codec(openProres4444(file, size, timeBase, frameRate))
         , track(file.addTrack(*codec)) {
         file.writeHeader(timeBase);
     }
@@ -98,7 +96,7 @@ AlphaMovie AlphaMovie::create(const QString& path, QSize size, Rational timeBase
     return AlphaMovie(std::make_unique<State>(path, size, timeBase, frameRate));
 }
 
-void AlphaMovie::setPicture(std::span<const std::uint8_t> rgba) {
+void AlphaMovie::setImage(std::span<const std::uint8_t> rgba) {
     AVCodecContext& codec = *m_state->codec;
     if (rgba.size() !=
         static_cast<std::size_t>(codec.width) * static_cast<std::size_t>(codec.height) * planes)
@@ -107,7 +105,7 @@ void AlphaMovie::setPicture(std::span<const std::uint8_t> rgba) {
     frame->format = codec.pix_fmt;
     frame->width = codec.width;
     frame->height = codec.height;
-    frame->color_primaries = codec.color_primaries; // each picture of ProRes carries them
+    frame->color_primaries = codec.color_primaries; // each frame of ProRes carries them
     frame->color_trc = codec.color_trc;
     frame->colorspace = codec.colorspace;
     frame->color_range = codec.color_range;
@@ -124,19 +122,17 @@ void AlphaMovie::setPicture(std::span<const std::uint8_t> rgba) {
             row[planes - 1][x] = toTenBits(source[planes - 1]);
         }
     }
-    frame->pts = m_state->pictures++;
-    m_state->picture = makePacket();
-    const LargerAllocations room(largestPacket(codec));
+    frame->pts = m_state->images++;
+    m_state->encoded = makePacket();
+    const LargerAllocations allowed(largestPacket(codec));
     check(avcodec_send_frame(&codec, frame.get()), "a picture could not be encoded");
-    check(avcodec_receive_packet(&codec, m_state->picture.get()), "a picture could not be encoded");
+    check(avcodec_receive_packet(&codec, m_state->encoded.get()), "a picture could not be encoded");
 }
 
 void AlphaMovie::write(std::int64_t timestamp, std::int64_t duration) {
-    if (!m_state->picture)
+    if (!m_state->encoded)
         throw MediaError("there is no picture to write");
-    const PacketPtr packet(av_packet_clone(m_state->picture.get()));
-    if (!packet)
-        throw MediaError("out of memory");
+    const PacketPtr packet = allocated(PacketPtr(av_packet_clone(m_state->encoded.get())));
     packet->pts = timestamp;
     packet->dts = timestamp;
     packet->duration = duration;

@@ -1,4 +1,4 @@
-// Writes pictures with transparency into a QuickTime movie.
+// Writes images with transparency into a QuickTime movie.
 #pragma once
 
 #include "media/FrameFormat.h"
@@ -15,7 +15,7 @@ namespace pointloom::media {
 /// multiplied by it.
 class AlphaMovie {
 public:
-    /// Creates the file, replacing what is there. Timestamps count ticks of `timeBase`; `frameRate` is the
+    /// Creates or replaces the file. Timestamps count ticks of `timeBase`; `frameRate` is the
     /// nominal one. Throws MediaError.
     static AlphaMovie create(const QString& path, QSize size, Rational timeBase, Rational frameRate);
 
@@ -23,11 +23,11 @@ public:
     AlphaMovie& operator=(AlphaMovie&&) noexcept;
     ~AlphaMovie(); // an unfinished file is closed and left to its owner to remove
 
-    /// The picture that is written from now on: rows of red, green, blue, alpha, a byte each, without gaps.
-    /// Encodes it once, however often it is written. Throws MediaError.
-    void setPicture(std::span<const std::uint8_t> rgba);
+    /// Sets the image that is written from now on: rows of red, green, blue, alpha, a byte each, without
+    /// gaps. Encodes it once, however often it is written. Throws MediaError.
+    void setImage(std::span<const std::uint8_t> rgba);
 
-    /// Appends the picture. Timestamps rise strictly; `duration` is 1 or more. Throws MediaError.
+    /// Appends the image. Timestamps rise strictly; `duration` is 1 or more. Throws MediaError.
     void write(std::int64_t timestamp, std::int64_t duration);
 
     /// Writes the index. Throws MediaError.

@@ -13,7 +13,7 @@ namespace pointloom::media {
 constexpr int audioSampleRate = 44100; // Hz
 constexpr int audioChannels = 2;
 
-/// A run of samples: planar 32-bit float, `audioChannels` at `audioSampleRate`.
+/// Consecutive samples: planar 32-bit float, `audioChannels` at `audioSampleRate`.
 struct AudioFrame {
     AVFramePtr frame; // its pts counts samples from the start of the exported range
     std::int64_t firstSample = 0;
@@ -23,8 +23,12 @@ struct AudioFrame {
     std::span<const float> channel(int index) const;
 };
 
+/// A frame of `sampleCount` silent samples in the format of AudioFrame. Throws MediaError when memory is
+/// short.
+AVFramePtr makeSilence(int sampleCount);
+
 /// Decodes every audio track, mixes them to stereo and cuts the sound to a range of the timeline.
-/// Gaps, late starts and early ends become silence or a shorter end, so that the sound keeps its place.
+/// Gaps and late starts become silence, so that the sound keeps its place; an early end stays early.
 class AudioReader {
 public:
     /// `start` and `end` in seconds of the source's timeline; no end means the end of the sound.
@@ -35,7 +39,7 @@ public:
     AudioReader& operator=(AudioReader&&) noexcept;
     ~AudioReader();
 
-    /// The next run, beginning where the last one ended; empty at the end. Throws MediaError.
+    /// The next samples, beginning where the last ones ended; empty at the end. Throws MediaError.
     std::optional<AudioFrame> read();
 
 private:

@@ -2,8 +2,7 @@
 
 #include "media/ColorTags.h"
 #include "media/ConversionGraph.h"
-#include "media/FFmpegError.h"
-#include "media/FFmpegHandles.h"
+#include "media/FFmpeg.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -16,12 +15,12 @@ constexpr int highest = 65535;
 constexpr int partBits = 10;
 constexpr int wholePart = 1 << partBits; // of the way from an entry to the next
 
-// Entries a side. With half of them the knee of the tone curve and the edge of the gamut are levels off.
+// Entries a side. With half of them the knee of the tone curve and the edge of the gamut are wrong by levels.
 constexpr int side = ((highest + 1) >> partBits) + 1;
 constexpr int redStep = 1;
 constexpr int greenStep = side;
 constexpr int blueStep = side * side;
-constexpr int beyond = redStep + greenStep + blueStep; // entries past the last, looked at with no weight
+constexpr int beyond = redStep + greenStep + blueStep; // entries past the last, read with a weight of zero
 
 constexpr int stepBits = 13;
 static_assert(blueStep < 1 << stepBits);
@@ -37,7 +36,7 @@ std::uint16_t levelOf(int entry) {
     return static_cast<std::uint16_t>(std::min(entry * wholePart, highest));
 }
 
-/// Every colour of the table, a slice of one blue below the other.
+/// Every colour of the table: slices of one level of blue each, below each other.
 AVFramePtr lattice(const ColorDescription& color) {
     AVFramePtr frame = makeFrame();
     frame->format = AV_PIX_FMT_GBRP16;
@@ -67,9 +66,9 @@ ColorCube ColorCube::toScreen(Transfer transfer, Primaries primaries, double pea
     conversion.sourceColor.primaries = primaries;
     conversion.sourcePeak = peak;
     conversion.size = QSize(side, side * side);
-    const AVFramePtr colors = convertPicture(lattice(conversion.sourceColor), conversion);
+    const AVFramePtr colors = convertFrame(lattice(conversion.sourceColor), conversion);
 
-    // Of 255, for each unit of a weight.
+    // Levels of 255 per unit of weight.
     constexpr float unit = 255.0F / static_cast<float>(highest) / wholePart;
     ColorCube cube;
     cube.m_colors.reserve(static_cast<std::size_t>(side) * side * side + beyond);
@@ -85,19 +84,19 @@ ColorCube ColorCube::toScreen(Transfer transfer, Primaries primaries, double pea
     return cube;
 }
 
-// Between four of the entries around, the corners of a tetrahedron along the diagonal: greys are made of
-// greys alone, where all eight corners would let the edge of the gamut darken them.
+// Interpolates between four of the entries around, the corners of a tetrahedron along the diagonal: greys are
+// made of greys alone. With all eight corners the edge of the gamut would darken them.
 void ColorCube::convertRow(const std::uint16_t* rgba, std::uint32_t* argb, int width) const {
     constexpr std::array steps{redStep, greenStep, blueStep};
     for (int x = 0; x < width; ++x, rgba += 4) {
         int entry = 0;
-        std::array<int, 3> ways{}; // the part of each way that is gone, and below it the step that it is
+        std::array<int, 3> ways{}; // the fraction of each way to the next entry, and in the low bits its step
         for (std::size_t i = 0; i < steps.size(); ++i) {
             const int level = rgba[i] + (rgba[i] >> 15); // up to 65536
             entry += (level >> partBits) * steps[i];
             ways[i] = (level & (wholePart - 1)) << stepBits | steps[i];
         }
-        // In order without branches, which would be wrong as often as right.
+        // Sorted without branches, which would often be predicted wrongly.
         const int longest = std::max({ways[0], ways[1], ways[2]});
         const int shortest = std::min({ways[0], ways[1], ways[2]});
         const int middle = ways[0] ^ ways[1] ^ ways[2] ^ longest ^ shortest;

@@ -11,8 +11,8 @@ namespace pointloom::media {
 
 class ColorCube {
 public:
-    /// From the code values of an HDR picture or one of a wide gamut, already full-range RGB, to those of
-    /// BT.709, as exports convert them: the table is filled by the same conversion. `peak` is the brightest
+    /// Converts the code values of an HDR frame or one of a wide gamut, already full-range RGB, to those of
+    /// BT.709, as exports do: the table is filled by the same conversion. `peak` is the brightest
     /// light of HDR, in cd/m2. Throws MediaError.
     static ColorCube toScreen(Transfer transfer, Primaries primaries, double peak);
 
@@ -21,7 +21,7 @@ public:
     void convertRow(const std::uint16_t* rgba, std::uint32_t* argb, int width) const;
 
 private:
-    using Color = std::array<float, 4>; // blue, green, red, and as much as they can be
+    using Color = std::array<float, 4>; // blue, green, red, and the highest level
 
     ColorCube() = default;
 

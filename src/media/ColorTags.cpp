@@ -27,29 +27,64 @@ constexpr std::array layouts = {
     LayoutRow{AV_PIX_FMT_YUV444P12LE, Subsampling::s444, 12},
 };
 
+// ITU-T H.273 gives each tag a number, which FFmpeg's enumerations keep. The first row of each kind is
+// written.
+
+struct PrimariesRow {
+    AVColorPrimaries tag; // H.273, Table 2
+    Primaries primaries;
+    AVColorTransferCharacteristic sdrTransfer; // H.273, Table 3
+};
+
+constexpr std::array primariesRows = {
+    PrimariesRow{AVCOL_PRI_BT709, Primaries::bt709, AVCOL_TRC_BT709},             // 1, 1
+    PrimariesRow{AVCOL_PRI_BT470BG, Primaries::bt601_625, AVCOL_TRC_SMPTE170M},   // 5, 6
+    PrimariesRow{AVCOL_PRI_SMPTE170M, Primaries::bt601_525, AVCOL_TRC_SMPTE170M}, // 6, 6
+    PrimariesRow{AVCOL_PRI_SMPTE240M, Primaries::bt601_525, AVCOL_TRC_SMPTE170M}, // 7, 6
+    PrimariesRow{AVCOL_PRI_BT2020, Primaries::bt2020, AVCOL_TRC_BT2020_10},       // 9, 14
+    PrimariesRow{AVCOL_PRI_SMPTE432, Primaries::displayP3, AVCOL_TRC_BT709},      // 12, 1
+    PrimariesRow{AVCOL_PRI_SMPTE431, Primaries::displayP3, AVCOL_TRC_BT709},      // 11, 1
+};
+
+struct MatrixRow {
+    AVColorSpace tag; // H.273, Table 4
+    Matrix matrix;
+};
+
+constexpr std::array matrixRows = {
+    MatrixRow{AVCOL_SPC_BT709, Matrix::bt709},       // 1
+    MatrixRow{AVCOL_SPC_SMPTE240M, Matrix::bt709},   // 7, nearly BT.709
+    MatrixRow{AVCOL_SPC_SMPTE170M, Matrix::bt601},   // 6
+    MatrixRow{AVCOL_SPC_BT470BG, Matrix::bt601},     // 5
+    MatrixRow{AVCOL_SPC_FCC, Matrix::bt601},         // 4, nearly BT.601
+    MatrixRow{AVCOL_SPC_BT2020_NCL, Matrix::bt2020}, // 9
+    MatrixRow{AVCOL_SPC_BT2020_CL, Matrix::bt2020},  // 10
+};
+
+struct ChromaRow {
+    AVChromaLocation tag; // FFmpeg's numbers are H.273's plus 1
+    ChromaLocation location;
+};
+
+constexpr std::array chromaRows = {
+    ChromaRow{AVCHROMA_LOC_LEFT, ChromaLocation::left},
+    ChromaRow{AVCHROMA_LOC_CENTER, ChromaLocation::center},
+    ChromaRow{AVCHROMA_LOC_TOPLEFT, ChromaLocation::topLeft},
+};
+
 bool isHighDefinition(QSize size) {
     return size.width() >= 1280 || size.height() > 576;
 }
 
 Matrix describeMatrix(const ColorTags& tags, QSize size) {
-    switch (tags.matrix) {
-    case AVCOL_SPC_BT709:
-    case AVCOL_SPC_SMPTE240M: // nearly BT.709
-        return Matrix::bt709;
-    case AVCOL_SPC_FCC: // nearly BT.601
-    case AVCOL_SPC_BT470BG:
-    case AVCOL_SPC_SMPTE170M:
-        return Matrix::bt601;
-    case AVCOL_SPC_BT2020_NCL:
-    case AVCOL_SPC_BT2020_CL:
+    if (const auto row = std::ranges::find(matrixRows, tags.matrix, &MatrixRow::tag); row != matrixRows.end())
+        return row->matrix;
+    if (tags.transfer == AVCOL_TRC_SMPTE2084 || tags.transfer == AVCOL_TRC_ARIB_STD_B67)
         return Matrix::bt2020;
-    default:
-        if (tags.transfer == AVCOL_TRC_SMPTE2084 || tags.transfer == AVCOL_TRC_ARIB_STD_B67)
-            return Matrix::bt2020;
-        return isHighDefinition(size) ? Matrix::bt709 : Matrix::bt601;
-    }
+    return isHighDefinition(size) ? Matrix::bt709 : Matrix::bt601;
 }
 
+// H.273, Table 3: 16 and 18.
 Transfer describeTransfer(const ColorTags& tags) {
     switch (tags.transfer) {
     case AVCOL_TRC_SMPTE2084:
@@ -62,27 +97,14 @@ Transfer describeTransfer(const ColorTags& tags) {
 }
 
 Primaries describePrimaries(const ColorTags& tags, Matrix matrix, QSize size) {
-    switch (tags.primaries) {
-    case AVCOL_PRI_BT709:
-        return Primaries::bt709;
-    case AVCOL_PRI_BT470BG:
-        return Primaries::bt601_625;
-    case AVCOL_PRI_SMPTE170M:
-    case AVCOL_PRI_SMPTE240M:
-        return Primaries::bt601_525;
-    case AVCOL_PRI_BT2020:
-        return Primaries::bt2020;
-    case AVCOL_PRI_SMPTE431:
-    case AVCOL_PRI_SMPTE432:
-        return Primaries::displayP3;
-    default:
-        break;
-    }
+    if (const auto row = std::ranges::find(primariesRows, tags.primaries, &PrimariesRow::tag);
+        row != primariesRows.end())
+        return row->primaries;
     switch (matrix) {
     case Matrix::bt2020:
         return Primaries::bt2020;
     case Matrix::bt709:
-        return Primaries::bt709;
+        break;
     case Matrix::bt601:
         return tags.matrix == AVCOL_SPC_BT470BG || size.height() > 486 ? Primaries::bt601_625
                                                                        : Primaries::bt601_525;
@@ -90,18 +112,12 @@ Primaries describePrimaries(const ColorTags& tags, Matrix matrix, QSize size) {
     return Primaries::bt709;
 }
 
-ChromaLocation describeChromaLocation(AVChromaLocation location) {
-    switch (location) {
-    case AVCHROMA_LOC_CENTER:
-        return ChromaLocation::center;
-    case AVCHROMA_LOC_TOPLEFT:
-        return ChromaLocation::topLeft;
-    default:
-        return ChromaLocation::left;
-    }
+ChromaLocation describeChromaLocation(AVChromaLocation tag) {
+    const auto row = std::ranges::find(chromaRows, tag, &ChromaRow::tag);
+    return row == chromaRows.end() ? ChromaLocation::left : row->location;
 }
 
-// Decoders store what the stream says, a number that their enumeration lacks as well; that says nothing.
+// Decoders store the stream's number even when the enumeration lacks it; such a number means unspecified.
 template <class Tag>
 Tag knownOr(const Tag& stored, Tag unspecified, Tag count) {
     std::underlying_type_t<Tag> number;
@@ -165,58 +181,19 @@ ColorDescription describeColor(const ColorTags& tags, QSize size, AVPixelFormat 
 }
 
 ColorTags tagsFor(const ColorDescription& color) {
+    const auto& primaries = *std::ranges::find(primariesRows, color.primaries, &PrimariesRow::primaries);
     ColorTags tags;
-    switch (color.primaries) {
-    case Primaries::bt601_525:
-        tags.primaries = AVCOL_PRI_SMPTE170M;
-        tags.transfer = AVCOL_TRC_SMPTE170M;
-        break;
-    case Primaries::bt601_625:
-        tags.primaries = AVCOL_PRI_BT470BG;
-        tags.transfer = AVCOL_TRC_SMPTE170M; // BT.601 has one transfer curve for both
-        break;
-    case Primaries::bt709:
-        tags.primaries = AVCOL_PRI_BT709;
-        tags.transfer = AVCOL_TRC_BT709;
-        break;
-    case Primaries::bt2020:
-        tags.primaries = AVCOL_PRI_BT2020;
-        tags.transfer = AVCOL_TRC_BT2020_10;
-        break;
-    case Primaries::displayP3:
-        tags.primaries = AVCOL_PRI_SMPTE432;
-        tags.transfer = AVCOL_TRC_BT709;
-        break;
-    }
+    tags.primaries = primaries.tag;
+    tags.transfer = primaries.sdrTransfer;
     if (color.transfer == Transfer::pq)
         tags.transfer = AVCOL_TRC_SMPTE2084;
     if (color.transfer == Transfer::hlg)
         tags.transfer = AVCOL_TRC_ARIB_STD_B67;
-
-    switch (color.matrix) {
-    case Matrix::bt601:
-        tags.matrix = color.primaries == Primaries::bt601_625 ? AVCOL_SPC_BT470BG : AVCOL_SPC_SMPTE170M;
-        break;
-    case Matrix::bt709:
-        tags.matrix = AVCOL_SPC_BT709;
-        break;
-    case Matrix::bt2020:
-        tags.matrix = AVCOL_SPC_BT2020_NCL;
-        break;
-    }
+    tags.matrix = std::ranges::find(matrixRows, color.matrix, &MatrixRow::matrix)->tag;
+    if (color.matrix == Matrix::bt601 && color.primaries == Primaries::bt601_625)
+        tags.matrix = AVCOL_SPC_BT470BG;
     tags.range = color.range == Range::full ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
-
-    switch (color.chromaLocation) {
-    case ChromaLocation::left:
-        tags.chromaLocation = AVCHROMA_LOC_LEFT;
-        break;
-    case ChromaLocation::center:
-        tags.chromaLocation = AVCHROMA_LOC_CENTER;
-        break;
-    case ChromaLocation::topLeft:
-        tags.chromaLocation = AVCHROMA_LOC_TOPLEFT;
-        break;
-    }
+    tags.chromaLocation = std::ranges::find(chromaRows, color.chromaLocation, &ChromaRow::location)->tag;
     return tags;
 }
 

@@ -1,4 +1,4 @@
-// Between FFmpeg's colour tags and ours, filling in what a file leaves out.
+// Converts between FFmpeg's colour tags and ColorDescription, with defaults for missing tags.
 #pragma once
 
 #include "media/FFmpeg.h"
@@ -22,14 +22,15 @@ ColorTags tagsOf(const AVFrame& frame);
 ColorTags tagsOf(const AVCodecParameters& parameters);
 void setTags(AVFrame& frame, const ColorTags& tags);
 
-/// `tags` where they say something, `fallback` elsewhere.
+/// `tags`, the unspecified ones replaced by those of `fallback`.
 ColorTags filledFrom(const ColorTags& tags, const ColorTags& fallback);
 
-/// What the tags of a picture mean. Gaps are filled as players do: BT.709 from 1280 pixels of width or more
-/// than 576 of height, BT.601 below; limited range unless the layout is one of the full-range "yuvj" ones.
+/// The meaning of a frame's tags. Unspecified ones are filled in as players do: BT.709 from 1280 pixels of
+/// width or more than 576 of height, BT.601 below; limited range unless the layout is one of the full-range
+/// "yuvj" ones.
 ColorDescription describeColor(const ColorTags& tags, QSize size, AVPixelFormat layout);
 
-/// The tags that say `color`.
+/// The tags for `color`.
 ColorTags tagsFor(const ColorDescription& color);
 
 /// Planar Y'CbCr of 8, 10 or 12 bits; empty for all other layouts.

@@ -1,8 +1,8 @@
 #include "media/ConversionChain.h"
 
 #include "media/ColorTags.h"
-#include "media/HdrSideData.h"
-#include "media/ToneLevels.h"
+#include "media/LightMapping.h"
+#include "media/SideData.h"
 
 #include <algorithm>
 #include <cmath>
@@ -71,8 +71,7 @@ const char* rangeText(Range range) {
     return range == Range::full ? "full" : "limited";
 }
 
-/// Where a chroma sample is among the luma samples that it belongs to, in luma samples from the first of
-/// them.
+/// Position of a chroma sample among its luma samples, in luma samples from the first of them.
 struct ChromaPlace {
     double x = 0;
     double y = 0;
@@ -98,7 +97,7 @@ ChromaPlace turned(ChromaPlace place, Orientation orientation) {
     return place;
 }
 
-/// Options of the filter "scale", which by itself takes chroma for centred.
+/// Options of the filter "scale", which by default assumes centred chroma.
 std::string chromaPositions(const char* direction, AVPixelFormat layout, ChromaPlace place) {
     const AVPixFmtDescriptor& descriptor = *av_pix_fmt_desc_get(layout);
     constexpr int lumaSample = 256; // the filter's unit
@@ -114,8 +113,8 @@ std::string scale(QSize size) {
     return "scale=" + sizeText(size) + ":flags=bicubic+accurate_rnd+full_chroma_int";
 }
 
-/// A quarter turn of samples that are subsampled in one direction alone; the filter that turns would have
-/// them converted with chroma taken for centred.
+/// True for a quarter turn of samples that are subsampled in one direction alone: the filter that turns would
+/// have them converted as if chroma were centred.
 bool needsFullChroma(const Conversion& conversion) {
     const auto samples = sampleLayout(conversion.sourceLayout);
     return conversion.orientation.swapsSides() && samples && samples->subsampling == Subsampling::s422;
@@ -167,9 +166,9 @@ std::string zscaleTags(const ColorDescription& color, bool rgb, const char* suff
     return text + option("range", rgb || color.range == Range::full ? 1 : 0);
 }
 
-/// The source at its new size as linear light in its own primaries, 1 being SDR white. The 16-bit RGB on the
-/// way cannot hold the values below black and above white that a matrix makes of some Y'CbCr, and that
-/// transfer functions are not defined for. The turn follows where there is no subsampled chroma any more.
+/// Conversion to linear light in the source's primaries at the new size, 1 being SDR white. The 16-bit RGB in
+/// between cuts off the values below black and above white that a matrix makes of some Y'CbCr, for which
+/// transfer functions are not defined. The turn comes after it, where chroma is no longer subsampled.
 std::string toLinearLight(const Conversion& conversion) {
     const QSize stored = conversion.orientation.swapsSides() ? conversion.size.transposed() : conversion.size;
     ColorDescription rgb = conversion.sourceColor;
@@ -208,10 +207,10 @@ ConversionChain conversionChain(const Conversion& conversion) {
             fromLinearLight(conversion)};
 }
 
-double peakLight(const AVFrame& picture) {
-    if (picture.color_trc != AVCOL_TRC_SMPTE2084)
+double peakLight(const AVFrame& frame) {
+    if (frame.color_trc != AVCOL_TRC_SMPTE2084)
         return usualPeak;
-    const HdrMetadata metadata = readHdrMetadata(picture);
+    const HdrMetadata metadata = readHdrMetadata(frame);
     if (metadata.light && metadata.light->brightestPixel > 0)
         return metadata.light->brightestPixel;
     if (metadata.display)

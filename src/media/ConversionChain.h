@@ -1,4 +1,4 @@
-// Writes the chains of filters by which pictures are converted.
+// Writes the chains of FFmpeg's filters that convert frames.
 #pragma once
 
 #include "media/FFmpeg.h"
@@ -32,10 +32,10 @@ struct ConversionChain {
     std::string second;
 };
 
-/// A target whose transfer or primaries differ from the source's is SDR.
+/// The target is SDR when its transfer or primaries differ from the source's.
 ConversionChain conversionChain(const Conversion& conversion);
 
-/// The brightest light that an HDR picture says it holds, cd/m2; 1000 when it does not say.
-double peakLight(const AVFrame& picture);
+/// The brightest light by an HDR frame's own metadata, cd/m2; 1000 when it has none.
+double peakLight(const AVFrame& frame);
 
 }

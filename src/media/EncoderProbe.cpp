@@ -1,7 +1,7 @@
 #include "media/EncoderProbe.h"
 
-#include "media/FFmpegError.h"
-#include "media/PictureEncoder.h"
+#include "media/FFmpeg.h"
+#include "media/FrameEncoder.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,14 +11,14 @@ namespace pointloom::media {
 namespace {
 
 int encodeBlack(const VideoSettings& settings) {
-    constexpr int pictures = 3;
-    PictureEncoder encoder(settings, true);
+    constexpr int frames = 3;
+    FrameEncoder encoder(settings, true);
     const VideoFrame black =
         makeBlackFrame(settings.size.width(), settings.size.height(), settings.format, settings.timeBase);
     const double ticks = 1 / (settings.frameRate.value() * settings.timeBase.value());
     int packets = 0;
-    for (int i = 0; i <= pictures; ++i) {
-        if (i < pictures)
+    for (int i = 0; i <= frames; ++i) {
+        if (i < frames)
             encoder.send(black, i * std::max<std::int64_t>(1, std::llround(ticks)));
         else
             encoder.finish();

@@ -1,4 +1,4 @@
-// FFmpeg on this machine: whether an encoder works, and its version.
+// Tests whether an encoder works on this machine, and gives FFmpeg's version.
 #pragma once
 
 #include "media/MediaWriter.h"
@@ -8,8 +8,8 @@
 
 namespace pointloom::media {
 
-/// Why this machine cannot encode with these settings, in words; empty when it can. Encodes a few black
-/// pictures, which may take a second or so: drivers are loaded for it.
+/// The reason why this machine cannot encode with these settings, for the user; empty when it can. Encodes a
+/// few black frames, which may take about a second, since drivers are loaded for it.
 std::optional<QString> encoderFault(const VideoSettings& settings);
 
 /// Version of the FFmpeg in use, such as "5.1.6-0+deb12u1".

@@ -1,13 +1,10 @@
 #include "media/FrameConverter.h"
 
 #include "media/ColorTags.h"
-#include "media/ConversionChain.h"
 #include "media/ConversionGraph.h"
-#include "media/FFmpegError.h"
-#include "media/PicturePlacement.h"
 
+#include <algorithm>
 #include <deque>
-#include <optional>
 
 namespace pointloom::media {
 
@@ -19,7 +16,7 @@ struct FrameTime {
     Rational timeBase;
 };
 
-/// What decides whether a graph that stands can take the next frame.
+/// Decides whether the current graph can be reused for the next frame.
 struct GraphKey {
     FilterInput input;
     ColorDescription color;
@@ -27,11 +24,62 @@ struct GraphKey {
     bool operator==(const GraphKey&) const = default;
 };
 
+struct Span {
+    int begin;
+    int length;
+};
+
+Span alignedSpan(int begin, int length, int limit) {
+    const auto even = [](int value) { return (value + 1) / 2 * 2; };
+    const int first = std::clamp(even(begin), 0, std::max(limit - 2, 0));
+    const int last = std::clamp(even(begin + length), first + 2, std::max(limit, first + 2));
+    return {first, last - first};
+}
+
+/// `target.picture` inside of the frame, its edges on whole chroma samples, at least two pixels each way.
+QRect alignedPicture(const FrameTarget& target) {
+    const Span across = alignedSpan(target.picture.x(), target.picture.width(), target.size.width());
+    const Span down = alignedSpan(target.picture.y(), target.picture.height(), target.size.height());
+    return {across.begin, down.begin, across.length, down.length};
+}
+
+/// `picture` itself when it fills a frame of `size`, else a black frame with the picture at `place`.
+VideoFrame placePicture(VideoFrame picture, QSize size, QRect place, const FrameFormat& format) {
+    const AVFrame& source = *picture.handle();
+    // A filter that flips may return rows from bottom to top; all that follows needs them from top to bottom.
+    if (place == QRect(QPoint(), size) && source.linesize[0] > 0)
+        return picture;
+
+    VideoFrame frame = makeBlackFrame(size.width(), size.height(), format, picture.timeBase());
+    check(av_frame_copy_props(frame.handle(), &source), "a picture could not be copied");
+    const std::array<Plane, 3> from = picture.planes();
+    const std::array<Plane, 3> to = frame.planes();
+    const int bytesPerSample = format.bitDepth == 8 ? 1 : 2;
+    for (std::size_t i = 0; i < to.size(); ++i) {
+        const int left = i == 0 ? place.x() : place.x() >> format.chromaShiftX();
+        const int top = i == 0 ? place.y() : place.y() >> format.chromaShiftY();
+        const std::ptrdiff_t rowBytes = static_cast<std::ptrdiff_t>(from[i].width) * bytesPerSample;
+        for (int y = 0; y < from[i].height; ++y)
+            std::copy_n(from[i].data + y * from[i].bytesPerRow, rowBytes,
+                        to[i].data + (top + y) * to[i].bytesPerRow + left * bytesPerSample);
+    }
+    return frame;
+}
+
+Conversion conversionFrom(const AVFrame& stored) {
+    Conversion conversion;
+    conversion.sourceLayout = static_cast<AVPixelFormat>(stored.format);
+    conversion.sourceColor =
+        describeColor(tagsOf(stored), QSize(stored.width, stored.height), conversion.sourceLayout);
+    conversion.sourcePeak = peakLight(stored);
+    return conversion;
+}
+
 }
 
 struct FrameConverter::State {
     VideoTrackInfo source;
-    PictureTarget target;
+    FrameTarget target;
     QRect picture; // of the target, aligned to whole chroma samples
     std::optional<ConversionGraph> graph;
     GraphKey graphKey;
@@ -47,7 +95,7 @@ struct FrameConverter::State {
     void deliver(AVFramePtr converted);
 };
 
-FrameConverter::FrameConverter(const VideoTrackInfo& source, const PictureTarget& target)
+FrameConverter::FrameConverter(const VideoTrackInfo& source, const FrameTarget& target)
     : m_state(std::make_unique<State>(State{source, target, alignedPicture(target), {}, {}, {}, 0, {}})) {
     prepareFFmpeg();
     if (pixelFormat(target.format.subsampling, target.format.bitDepth) == AV_PIX_FMT_NONE)
@@ -81,7 +129,7 @@ std::optional<VideoFrame> FrameConverter::pull() {
     return frame;
 }
 
-/// Encoders want even sides: where only that makes the difference, the last column or row goes.
+/// Removes the last column or row where that alone makes the sides even, which encoders require.
 void FrameConverter::State::cutOddEdge(AVFrame& frame) const {
     const QSize wanted = target.orientation.swapsSides() ? picture.size().transposed() : picture.size();
     if (frame.width == wanted.width() + 1)
@@ -99,10 +147,8 @@ bool FrameConverter::State::isAlreadyRight(const VideoFrame& frame) const {
 void FrameConverter::State::convert(VideoFrame frame) {
     prepareGraph(frame);
     times.push_back({frame.timestamp(), frame.duration(), frame.timeBase()});
-    AVFramePtr entering(av_frame_clone(frame.handle()));
-    if (!entering)
-        throw MediaError("out of memory");
-    entering->pts = pushed++; // the graph needs rising numbers, the times are kept aside
+    AVFramePtr entering = cloned(*frame.handle());
+    entering->pts = pushed++; // the graph needs rising numbers, the times are in `times`
     entering->sample_aspect_ratio = {1, 1};
     graph->push(std::move(entering));
     while (AVFramePtr converted = graph->pull())
@@ -111,17 +157,12 @@ void FrameConverter::State::convert(VideoFrame frame) {
 
 void FrameConverter::State::prepareGraph(const VideoFrame& frame) {
     const AVFrame& stored = *frame.handle();
-    const auto layout = static_cast<AVPixelFormat>(stored.format);
-    const QSize size(stored.width, stored.height);
-    const GraphKey key{FilterInput::of(stored), describeColor(tagsOf(stored), size, layout)};
+    Conversion conversion = conversionFrom(stored);
+    const GraphKey key{FilterInput::of(stored), conversion.sourceColor};
     if (graph && key == graphKey)
         return;
     drainGraph();
 
-    Conversion conversion;
-    conversion.sourceLayout = layout;
-    conversion.sourceColor = key.color;
-    conversion.sourcePeak = peakLight(stored);
     conversion.deinterlace = source.interlaced;
     conversion.orientation = target.orientation;
     conversion.size = picture.size();
@@ -131,7 +172,7 @@ void FrameConverter::State::prepareGraph(const VideoFrame& frame) {
     graphKey = key;
 }
 
-/// Ends the graph that stands, if any, and delivers what it still holds.
+/// Ends the current graph, if any, and delivers the frames in it.
 void FrameConverter::State::drainGraph() {
     if (!graph)
         return;
@@ -153,6 +194,25 @@ void FrameConverter::State::deliver(AVFramePtr converted) {
         placePicture(VideoFrame(std::move(converted), time.timeBase), target.size, picture, target.format);
     frame.setTimestamp(time.timestamp, time.duration);
     results.push_back(std::move(frame));
+}
+
+RgbaImage toRgb(const VideoFrame& frame) {
+    return toRgb(frame, QSize(frame.width(), frame.height()));
+}
+
+RgbaImage toRgb(const VideoFrame& frame, QSize size) {
+    prepareFFmpeg();
+    Conversion conversion = conversionFrom(*frame.handle());
+    conversion.size = size;
+    conversion.layout = AV_PIX_FMT_RGBA;
+    const AVFramePtr converted = convertFrame(cloned(*frame.handle()), conversion);
+    RgbaImage image{converted->width, converted->height, {}};
+    const auto rowBytes = static_cast<std::size_t>(image.width) * 4;
+    image.pixels.resize(rowBytes * static_cast<std::size_t>(image.height));
+    for (int y = 0; y < image.height; ++y)
+        std::copy_n(converted->data[0] + static_cast<std::ptrdiff_t>(y) * converted->linesize[0], rowBytes,
+                    image.pixels.data() + static_cast<std::size_t>(y) * rowBytes);
+    return image;
 }
 
 }

@@ -1,9 +1,8 @@
 #include "media/FrameTimes.h"
 
-#include "media/FFmpegError.h"
-#include "media/FFmpegHandles.h"
+#include "media/FFmpeg.h"
 #include "media/InputFile.h"
-#include "media/VideoTrack.h"
+#include "media/OpenedMedia.h"
 
 #include <cmath>
 #include <functional>
@@ -14,7 +13,7 @@ namespace pointloom::media {
 
 namespace {
 
-constexpr std::size_t deepestReordering = 32; // pictures; codecs allow half of it
+constexpr std::size_t deepestReordering = 32; // frames; codecs allow half of it
 constexpr int mostFailuresInARow = 1000;      // as many packets may be missing of a file that was cut short
 
 }
@@ -53,7 +52,7 @@ FrameTimes FrameTimes::open(const QString& path, double start) {
 }
 
 Rational FrameTimes::timeBase() const {
-    return pictureClock(*m_state->file.context()->streams[m_state->stream]);
+    return frameClock(*m_state->file.context()->streams[m_state->stream]);
 }
 
 std::optional<std::int64_t> FrameTimes::next() {

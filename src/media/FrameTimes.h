@@ -1,4 +1,4 @@
-// When the pictures of a video are shown, found out without decoding them.
+// The presentation times of a video's frames, read without decoding them.
 #pragma once
 
 #include "media/FrameFormat.h"
@@ -12,7 +12,7 @@ namespace pointloom::media {
 
 class FrameTimes {
 public:
-    /// Opens the first video track of a file as `VideoReader` does. The times begin at or before the picture
+    /// Opens the first video track of a file as `VideoReader` does. The times begin at or before the frame
     /// that is shown at `start` (seconds), where the file can be searched. Throws MediaError.
     static FrameTimes open(const QString& path, double start);
 
@@ -20,7 +20,7 @@ public:
     FrameTimes& operator=(FrameTimes&&) noexcept;
     ~FrameTimes();
 
-    /// The time of the next picture, in ticks, strictly rising; empty at the end.
+    /// The time of the next frame, in ticks, strictly rising; empty at the end.
     std::optional<std::int64_t> next();
 
     Rational timeBase() const; // seconds a tick

@@ -1,6 +1,6 @@
 #include "media/HardwareInput.h"
 
-#include "media/FFmpegError.h"
+#include "media/FFmpeg.h"
 
 #include <cstring>
 
@@ -33,12 +33,12 @@ void interleaveColors(const AVFrame& from, AVFrame& to) {
 }
 
 // P010 has its ten bits above six empty ones.
-void raiseSamples(AVFrame& picture) {
+void raiseSamples(AVFrame& frame) {
     for (int plane = 0; plane < 2; ++plane) {
-        const int rows = plane == 0 ? picture.height : picture.height / 2;
+        const int rows = plane == 0 ? frame.height : frame.height / 2;
         for (int y = 0; y < rows; ++y) {
-            auto* row = reinterpret_cast<std::uint16_t*>(picture.data[plane] + y * picture.linesize[plane]);
-            for (int x = 0; x < picture.width; ++x)
+            auto* row = reinterpret_cast<std::uint16_t*>(frame.data[plane] + y * frame.linesize[plane]);
+            for (int x = 0; x < frame.width; ++x)
                 row[x] = static_cast<std::uint16_t>(row[x] << 6U);
         }
     }
@@ -46,22 +46,22 @@ void raiseSamples(AVFrame& picture) {
 
 }
 
-AVFramePtr interleaved(const AVFrame& picture) {
-    const bool isTenBit = picture.format == AV_PIX_FMT_YUV420P10LE;
-    if (!isTenBit && picture.format != AV_PIX_FMT_YUV420P)
+AVFramePtr interleaved(const AVFrame& frame) {
+    const bool isTenBit = frame.format == AV_PIX_FMT_YUV420P10LE;
+    if (!isTenBit && frame.format != AV_PIX_FMT_YUV420P)
         throw MediaError("encoders in hardware cannot take this sample layout");
     AVFramePtr result = makeFrame();
     result->format = isTenBit ? AV_PIX_FMT_P010LE : AV_PIX_FMT_NV12;
-    result->width = picture.width;
-    result->height = picture.height;
+    result->width = frame.width;
+    result->height = frame.height;
     check(av_frame_get_buffer(result.get(), 0), "there is no memory for a picture");
-    check(av_frame_copy_props(result.get(), &picture), "a picture could not be copied");
-    copyRows(picture, *result);
+    check(av_frame_copy_props(result.get(), &frame), "a picture could not be copied");
+    copyRows(frame, *result);
     if (isTenBit) {
-        interleaveColors<std::uint16_t>(picture, *result);
+        interleaveColors<std::uint16_t>(frame, *result);
         raiseSamples(*result);
     } else {
-        interleaveColors<std::uint8_t>(picture, *result);
+        interleaveColors<std::uint8_t>(frame, *result);
     }
     return result;
 }
@@ -74,38 +74,34 @@ HardwareInput::HardwareInput(AVCodecContext& encoder, const VideoSettings& setti
 }
 
 void HardwareInput::allocateSurfaces(AVCodecContext& encoder) {
-    constexpr int pictures = 20; // more than the encoder holds at a time
+    constexpr int frames = 20; // more than the encoder holds at a time
     AVBufferRef* device = nullptr;
     check(av_hwdevice_ctx_create(&device, AV_HWDEVICE_TYPE_VAAPI, nullptr, nullptr, 0),
           "there is no such device");
     const BufferPtr owner(device);
-    m_surfaces.reset(av_hwframe_ctx_alloc(device));
-    if (!m_surfaces)
-        throw MediaError("out of memory");
+    m_surfaces.reset(allocated(av_hwframe_ctx_alloc(device)));
     auto& surfaces = *reinterpret_cast<AVHWFramesContext*>(m_surfaces->data);
     surfaces.format = AV_PIX_FMT_VAAPI;
     surfaces.sw_format = m_layout;
     surfaces.width = encoder.width;
     surfaces.height = encoder.height;
-    surfaces.initial_pool_size = pictures;
+    surfaces.initial_pool_size = frames;
     check(av_hwframe_ctx_init(m_surfaces.get()), "the device has no memory for such pictures");
     encoder.pix_fmt = AV_PIX_FMT_VAAPI;
-    encoder.hw_frames_ctx = av_buffer_ref(m_surfaces.get());
-    if (encoder.hw_frames_ctx == nullptr)
-        throw MediaError("out of memory");
+    encoder.hw_frames_ctx = allocated(av_buffer_ref(m_surfaces.get()));
 }
 
-AVFramePtr HardwareInput::convert(const AVFrame& picture) const {
-    AVFramePtr result = interleaved(picture);
+AVFramePtr HardwareInput::convert(const AVFrame& frame) const {
+    AVFramePtr result = interleaved(frame);
     return m_surfaces ? uploaded(*result) : std::move(result);
 }
 
-AVFramePtr HardwareInput::uploaded(const AVFrame& picture) const {
+AVFramePtr HardwareInput::uploaded(const AVFrame& frame) const {
     AVFramePtr surface = makeFrame();
     check(av_hwframe_get_buffer(m_surfaces.get(), surface.get(), 0),
           "the device has no memory for a picture");
-    check(av_hwframe_transfer_data(surface.get(), &picture, 0), "a picture could not be sent to the device");
-    check(av_frame_copy_props(surface.get(), &picture), "a picture could not be copied");
+    check(av_hwframe_transfer_data(surface.get(), &frame, 0), "a picture could not be sent to the device");
+    check(av_frame_copy_props(surface.get(), &frame), "a picture could not be copied");
     return surface;
 }
 

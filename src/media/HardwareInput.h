@@ -1,7 +1,7 @@
-// Brings pictures into the form that encoders in hardware take.
+// Converts frames to the layouts that hardware encoders take.
 #pragma once
 
-#include "media/FFmpegHandles.h"
+#include "media/FFmpeg.h"
 #include "media/MediaWriter.h"
 
 namespace pointloom::media {
@@ -11,25 +11,25 @@ struct BufferDeleter {
 };
 using BufferPtr = std::unique_ptr<AVBufferRef, BufferDeleter>;
 
-/// A copy of a picture in 4:2:0 of 8 or 10 bits with its two planes of colour interleaved into one: NV12, or
-/// P010, whose samples stand in the upper bits. Throws MediaError.
-AVFramePtr interleaved(const AVFrame& picture);
+/// A copy of a frame in 4:2:0 of 8 or 10 bits with its two planes of colour interleaved into one: NV12, or
+/// P010, whose samples are in the upper bits. Throws MediaError.
+AVFramePtr interleaved(const AVFrame& frame);
 
 class HardwareInput {
 public:
-    /// Tells `encoder`, which is not open yet, what it will be given. Throws MediaError when there is no such
-    /// device.
+    /// Sets the layout that `encoder`, which is not open yet, will be given. Throws MediaError when there is
+    /// no such device.
     HardwareInput(AVCodecContext& encoder, const VideoSettings& settings);
 
-    /// The picture as the encoder takes it. Throws MediaError.
-    AVFramePtr convert(const AVFrame& picture) const;
+    /// The frame as the encoder takes it. Throws MediaError.
+    AVFramePtr convert(const AVFrame& frame) const;
 
 private:
     void allocateSurfaces(AVCodecContext& encoder);
-    AVFramePtr uploaded(const AVFrame& picture) const;
+    AVFramePtr uploaded(const AVFrame& frame) const;
 
     AVPixelFormat m_layout;
-    BufferPtr m_surfaces; // in the card's memory, for VAAPI; the others copy by themselves
+    BufferPtr m_surfaces; // in the card's memory, for VAAPI; the other encoders copy frames themselves
 };
 
 }

@@ -1,4 +1,4 @@
-// Opens a video file that nobody vouches for.
+// Opens an untrusted video file.
 #pragma once
 
 #include "media/FFmpeg.h"
@@ -8,12 +8,12 @@
 
 namespace pointloom::media {
 
-constexpr std::int64_t largestPictureArea = 8192 * 8192; // pixels
+constexpr std::int64_t largestFrameArea = 8192 * 8192; // pixels
 
 class InputFile {
 public:
-    /// Opens `path` with the MP4/MOV demuxer and the file protocol alone and reads what its tracks hold.
-    /// Never blocks on pipes or devices, never follows references to other files, gives up after ten
+    /// Opens `path` with the MP4/MOV demuxer and the file protocol alone and reads the properties of its
+    /// tracks. Never blocks on pipes or devices, never follows references to other files, gives up after ten
     /// seconds. Throws MediaError.
     static InputFile open(const QString& path);
 
@@ -35,7 +35,7 @@ private:
     std::unique_ptr<Deadline> m_deadline; // the context's interrupt callback points here
 };
 
-/// Whether there is a decoder for what the stream holds.
+/// Whether there is a decoder for the stream.
 bool canDecode(const AVStream& stream);
 
 }

@@ -1,6 +1,6 @@
 #include "media/LightMapping.h"
 
-#include "media/ToneLevels.h"
+#include "media/FFmpeg.h"
 
 #include <algorithm>
 
@@ -12,25 +12,25 @@ constexpr auto knee = static_cast<float>(ToneLevels::knee);
 constexpr auto colorLimit = static_cast<float>(ToneLevels::colorLimit);
 constexpr float nearlyDark = 1e-6F;
 
-// BT.2020's weights of luma, which the filter takes from the tags of the source.
+// BT.2020's weights of luma, as the filter takes them from the tags of the source.
 constexpr float redWeight = 0.2627F;
 constexpr float greenWeight = 0.6780F;
 constexpr float blueWeight = 0.0593F;
 
 using Matrix3 = std::array<double, 9>; // row by row
 
-struct Chromaticity { // CIE 1931
+struct ChromaticityPoint { // CIE 1931
     double x;
     double y;
 };
 
 struct Gamut {
-    Chromaticity red;
-    Chromaticity green;
-    Chromaticity blue;
+    ChromaticityPoint red;
+    ChromaticityPoint green;
+    ChromaticityPoint blue;
 };
 
-constexpr Chromaticity d65{0.3127, 0.3290}; // white of all of them
+constexpr ChromaticityPoint d65{0.3127, 0.3290}; // white of all of them
 
 Gamut gamutOf(Primaries primaries) {
     switch (primaries) {
@@ -76,7 +76,7 @@ Matrix3 product(const Matrix3& a, const Matrix3& b) {
 
 /// From linear RGB to CIE XYZ, white at Y = 1 (SMPTE RP 177).
 Matrix3 toXyz(const Gamut& gamut) {
-    const auto z = [](Chromaticity color) { return 1 - color.x - color.y; };
+    const auto z = [](ChromaticityPoint color) { return 1 - color.x - color.y; };
     Matrix3 matrix{gamut.red.x,  gamut.green.x, gamut.blue.x,   gamut.red.y,  gamut.green.y,
                    gamut.blue.y, z(gamut.red),  z(gamut.green), z(gamut.blue)};
     const Matrix3 weights = inverse(matrix);
@@ -102,7 +102,7 @@ float clampToUnit(float value) {
 
 }
 
-// Solves M(knee) = knee, M'(knee) = 1, M(peak) = 1 for M(x) = scale * (x + rise) / (x + bend).
+// Solves M(k) = k, M'(k) = 1, M(p) = 1 for the three parameters.
 ToneCurve::ToneCurve(double peak) {
     const double k = knee;
     const double p = std::max(peak, 1.0);
@@ -113,7 +113,7 @@ ToneCurve::ToneCurve(double peak) {
     m_bend = static_cast<float>(bend);
 }
 
-// This and the loops below have no branches and use no members, which the rows might overlap: so the compiler
+// This and the loops below have no branches and use no members, which could overlap the rows: so the compiler
 // works on several pixels at once.
 void ToneCurve::apply(const LightRow& row) const {
     const auto [red, green, blue, width] = row;

@@ -1,4 +1,4 @@
-// What is thrown when a file cannot be opened, decoded or written.
+// Errors of opening, decoding and writing media files.
 #pragma once
 
 #include <stdexcept>
@@ -6,24 +6,24 @@
 
 namespace pointloom::media {
 
-/// The kinds of trouble that people meet, for whoever tells them in their own language.
+/// Kinds of faults, for translated messages.
 enum class MediaFault {
-    other, // the message alone says what
+    other, // described by the message alone
     missing,
     notAFile,
     empty,
     noPermission,
-    notAVideo, // of the two containers that are read
+    notAVideo, // neither MP4 nor MOV
     damaged,
     cutShort,
     noPicture,
-    nothingInRange, // no picture lies in the stretch of time that was asked for
+    nothingInRange, // no frame in the requested range of time
     unsupportedCodec,
     replaced, // by another program, while it was used
     diskFull,
 };
 
-/// `what()` is fit for a person: it says what could not be done and why, without the file's name.
+/// `what()` is for the user: what could not be done and why, without the file's name.
 class MediaError : public std::runtime_error {
 public:
     explicit MediaError(const std::string& message, MediaFault fault = MediaFault::other)
@@ -36,7 +36,7 @@ private:
     MediaFault m_fault;
 };
 
-/// The file can be read but holds no picture that moves.
+/// The file can be read but has no video track.
 class NoVideoTrackError : public MediaError {
 public:
     explicit NoVideoTrackError(const std::string& message)

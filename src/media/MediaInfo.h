@@ -1,8 +1,7 @@
-// What a source file contains, found out without decoding it whole.
+// Properties of a source file, read without decoding it whole.
 #pragma once
 
 #include "media/FrameFormat.h"
-#include "media/HdrMetadata.h"
 
 #include <cstdint>
 #include <optional>
@@ -18,7 +17,7 @@ struct VideoTrackInfo {
     Orientation orientation;
     Rational frameRate{30, 1};         // nominal; 30 when the file does not say
     Rational timeBase{1, 90000};       // seconds a tick of the frames' times, 1/600 or less
-    std::optional<FrameFormat> format; // empty when frames need conversion before drawing
+    std::optional<FrameFormat> format; // empty when frames must be converted before drawing
     ColorDescription color;
     HdrMetadata hdr; // also of tracks that are not HDR, if they carry any
     int bitDepth = 8;
@@ -30,12 +29,21 @@ struct VideoTrackInfo {
 
 struct MediaInfo {
     double duration = 0;                 // seconds
-    std::optional<VideoTrackInfo> video; // the first video track that is not a cover picture
+    std::optional<VideoTrackInfo> video; // the first video track that is not a cover
     int audioTracks = 0;                 // that can be decoded
 };
 
+/// Parts of a video that could not be read.
+struct Damage {
+    std::int64_t lostFrames = 0;   // could not be decoded and were left out
+    std::int64_t faultyFrames = 0; // were decoded with faults that may be seen
+    double secondsMissing = 0;     // at the end: in the file's index, but not in the file
+
+    bool operator==(const Damage&) const = default;
+};
+
 /// Opens `path` with the MP4/MOV demuxer and the file protocol alone, within size and time limits.
-/// Throws MediaError: not a regular file, empty, not an MP4/MOV file, broken, too many tracks ...
+/// Throws MediaError: not a regular file, empty, not an MP4/MOV file, damaged, too many tracks, too slow.
 /// A file without a video track is no error here.
 MediaInfo readMediaInfo(const QString& path);
 

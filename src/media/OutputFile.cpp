@@ -1,6 +1,6 @@
 #include "media/OutputFile.h"
 
-#include "media/FFmpegError.h"
+#include "media/FFmpeg.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,29 +10,26 @@ namespace pointloom::media {
 
 namespace {
 
-/// Edit lists, by which a track starts late, count in the movie's own clock: a multiple of the picture's
-/// keeps their times exact, and one no coarser than a sample of sound keeps the sound's place.
+/// The clock of the movie, in which edit lists give late starts of tracks: a multiple of the video's keeps
+/// their times exact, and one no coarser than a sample of sound keeps the sound's place.
 std::int64_t movieTimescale(Rational videoTimeBase) {
     constexpr std::int64_t finest = 44100;
     const std::int64_t denominator = videoTimeBase.denominator;
     return denominator >= finest ? denominator : (finest + denominator - 1) / denominator * denominator;
 }
 
-/// Rounded up: a player that jumps to a chapter must not show the frame before it.
+/// Rounded up: a player that seeks to a chapter must not show the frame before it.
 std::int64_t ticksAtOrAfter(double seconds, int ticksPerSecond) {
-    constexpr double hair = 1e-4; // ticks
-    return std::llround(std::ceil(seconds * ticksPerSecond - hair));
+    constexpr double rounding = 1e-4; // ticks
+    return std::llround(std::ceil(seconds * ticksPerSecond - rounding));
 }
 
-/// Newer versions keep it among the parameters.
+/// Newer versions keep side data among the codec parameters, which are copied as a whole.
 void copySideData([[maybe_unused]] AVStream& track, [[maybe_unused]] const AVStream& source) {
 #if LIBAVFORMAT_VERSION_INT < AV_VERSION_INT(60, 15, 100)
     for (int i = 0; i < source.nb_side_data; ++i) {
         const AVPacketSideData& data = source.side_data[i];
-        std::uint8_t* copy = av_stream_new_side_data(&track, data.type, data.size);
-        if (copy == nullptr)
-            throw MediaError("out of memory");
-        std::copy_n(data.data, data.size, copy);
+        std::copy_n(data.data, data.size, allocated(av_stream_new_side_data(&track, data.type, data.size)));
     }
 #endif
 }
@@ -41,7 +38,8 @@ void copySideData([[maybe_unused]] AVStream& track, [[maybe_unused]] const AVStr
 
 OutputFile::OutputFile(const QString& path, const char* container) {
     prepareFFmpeg();
-    const QByteArray url = "file:" + QFile::encodeName(path); // a colon in the name is no protocol
+    const QByteArray url =
+        "file:" + QFile::encodeName(path); // else a colon in the name would end a protocol's
     check(avformat_alloc_output_context2(&m_context, nullptr, container, url.constData()),
           "the output file could not be set up");
     const int opened = avio_open(&m_context->pb, url.constData(), AVIO_FLAG_WRITE);
@@ -61,9 +59,7 @@ bool OutputFile::wantsGlobalHeaders() const {
 }
 
 AVStream& OutputFile::addTrack(const AVCodecContext& encoder) {
-    AVStream* track = avformat_new_stream(m_context, nullptr);
-    if (track == nullptr)
-        throw MediaError("out of memory");
+    AVStream* track = allocated(avformat_new_stream(m_context, nullptr));
     check(avcodec_parameters_from_context(track->codecpar, &encoder), "the output track could not be set up");
     track->time_base = encoder.time_base;
     track->avg_frame_rate = encoder.framerate;
@@ -72,9 +68,7 @@ AVStream& OutputFile::addTrack(const AVCodecContext& encoder) {
 }
 
 AVStream& OutputFile::addTrack(const AVStream& source) {
-    AVStream* track = avformat_new_stream(m_context, nullptr);
-    if (track == nullptr)
-        throw MediaError("out of memory");
+    AVStream* track = allocated(avformat_new_stream(m_context, nullptr));
     check(avcodec_parameters_copy(track->codecpar, source.codecpar), "the output track could not be set up");
     copySideData(*track, source);
     track->time_base = source.time_base;
@@ -90,9 +84,7 @@ void OutputFile::setComment(const QString& comment) {
 // FFmpeg has no public function that adds one: its list of chapters is filled by hand.
 void OutputFile::addChapter(const Chapter& chapter) {
     constexpr int ticks = 1000; // a second
-    auto* added = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
-    if (added == nullptr)
-        throw MediaError("out of memory");
+    auto* added = static_cast<AVChapter*>(allocated(av_mallocz(sizeof(AVChapter))));
     added->id = m_context->nb_chapters;
     added->time_base = {1, ticks};
     added->start = ticksAtOrAfter(chapter.start, ticks);
@@ -141,7 +133,7 @@ void OutputFile::finish() {
 }
 
 void OutputFile::fail(int code) const {
-    // The device's own error says more than what the container made of it.
+    // The device's own error is more precise than the container's.
     if (m_context->pb != nullptr && m_context->pb->error < 0)
         code = m_context->pb->error;
     throw MediaError("the file could not be written: " + errorText(code), faultOf(code));

@@ -1,8 +1,8 @@
-// The file that a MediaWriter fills: container, tracks, interleaving.
+// A file that is written: container, tracks, interleaving.
 #pragma once
 
-#include "media/Chapter.h"
-#include "media/FFmpegHandles.h"
+#include "media/FFmpeg.h"
+#include "media/MediaWriter.h"
 
 #include <QString>
 
@@ -10,33 +10,33 @@ namespace pointloom::media {
 
 class OutputFile {
 public:
-    /// Creates the file, replacing what is there. `container` is "mp4" or "mov". Throws MediaError.
+    /// Creates or replaces the file. `container` is "mp4" or "mov". Throws MediaError.
     OutputFile(const QString& path, const char* container);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile(); // closes the file, finished or not
 
-    /// A track for what `encoder` produces; the stream belongs to the file.
+    /// Adds a track for the packets of `encoder`; the stream belongs to the file. Throws MediaError.
     AVStream& addTrack(const AVCodecContext& encoder);
 
-    /// A track that takes the packets of `source`, which belongs to another file, as they are.
+    /// Adds a track for unchanged packets of `source`, a stream of another file. Throws MediaError.
     AVStream& addTrack(const AVStream& source);
 
     bool wantsGlobalHeaders() const;
 
-    /// Kept in the file for whoever reads it; call before the header is written.
+    /// Stores a comment in the file; call before the header is written. Throws MediaError.
     void setComment(const QString& comment);
 
-    /// In the order of their times.
+    /// Adds a chapter; call in the order of their times, before the header is written. Throws MediaError.
     void addChapter(const Chapter& chapter);
 
-    /// Call once, after the last track and before the first packet.
+    /// Call once, after the last track and before the first packet. Throws MediaError.
     void writeHeader(Rational videoTimeBase);
 
-    /// Takes the packet's content. `timeBase` is that of its timestamps.
+    /// Writes the packet and empties it. `timeBase` is that of its timestamps. Throws MediaError.
     void write(AVPacket& packet, const AVStream& track, AVRational timeBase);
 
-    /// Writes the index and closes the file.
+    /// Writes the index and closes the file. Throws MediaError.
     void finish();
 
 private:

@@ -1,8 +1,7 @@
 // Joins files that were encoded on their own into one, packet by packet, without decoding anything.
 #pragma once
 
-#include "media/Chapter.h"
-#include "media/FrameFormat.h"
+#include "media/MediaWriter.h"
 
 #include <cstdint>
 #include <functional>
@@ -26,13 +25,13 @@ struct JoinRequest {
     std::vector<Chapter> chapters;
 };
 
-/// What a finished file's writer left in it; empty when there is nothing. Throws MediaError.
+/// The comment in a file; empty for none. Throws MediaError.
 QString readComment(const QString& path);
 
-/// Creates the file. All segments must have been encoded alike, and each begin with a key picture; their
-/// packets are copied with times as if one encoder had made them. `goesOn` hears how many of the segments'
-/// bytes are copied, out of how many, and stops the work by false; then this returns false. Throws
-/// MediaError, which names the segment.
+/// Creates the file. All segments must have been encoded alike, and each begin with a key frame; their
+/// packets are copied with times as if one encoder had made them. `goesOn` is called with the number of bytes
+/// copied and of all bytes; when it returns false, the join stops and returns false too. Throws MediaError,
+/// which names the segment.
 bool joinSegments(const JoinRequest& request, const std::function<bool(std::int64_t, std::int64_t)>& goesOn);
 
 }

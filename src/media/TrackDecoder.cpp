@@ -1,6 +1,6 @@
 #include "media/TrackDecoder.h"
 
-#include "media/FFmpegError.h"
+#include "media/FFmpeg.h"
 #include "media/InputFile.h"
 
 #include <utility>
@@ -9,7 +9,7 @@ namespace pointloom::media {
 
 namespace {
 
-// A file that ends before its index says so fails once for every packet that is missing.
+// In a file that is cut short reading fails once for every packet that is missing.
 constexpr int mostFailuresInARow = 1000;
 
 }
@@ -23,13 +23,11 @@ TrackDecoder::TrackDecoder(AVFormatContext* context, int streamIndex, int thread
     if (decoder == nullptr)
         throw MediaError(std::string("there is no decoder for ") +
                          avcodec_get_name(stream->codecpar->codec_id));
-    m_codec.reset(avcodec_alloc_context3(decoder));
-    if (!m_codec)
-        throw MediaError("out of memory");
+    m_codec.reset(allocated(avcodec_alloc_context3(decoder)));
     check(avcodec_parameters_to_context(m_codec.get(), stream->codecpar), "the decoder could not be set up");
     m_codec->pkt_timebase = stream->time_base;
     m_codec->thread_count = threads;
-    m_codec->max_pixels = largestPictureArea;
+    m_codec->max_pixels = largestFrameArea;
     check(avcodec_open2(m_codec.get(), decoder, nullptr), "the decoder could not be opened");
 }
 
@@ -43,7 +41,7 @@ AVFramePtr TrackDecoder::next(std::int64_t packetLimit) {
         if (result >= 0) {
             m_failuresInARow = 0;
             if ((frame->flags & AV_FRAME_FLAG_CORRUPT) != 0 || frame->decode_error_flags != 0)
-                ++m_damage.faultyPictures;
+                ++m_damage.faultyFrames;
             return frame;
         }
         if (result == AVERROR(EAGAIN) && !m_draining) {
@@ -56,7 +54,7 @@ AVFramePtr TrackDecoder::next(std::int64_t packetLimit) {
             m_atEnd = true;
             break;
         }
-        ++m_damage.lostPictures;
+        ++m_damage.lostFrames;
     }
     return nullptr;
 }
@@ -72,11 +70,11 @@ void TrackDecoder::feed() {
             beginDraining();
         return;
     }
-    m_damage.lostPictures += std::exchange(m_failedReadsInARow, 0);
+    m_damage.lostFrames += std::exchange(m_failedReadsInARow, 0);
     if (m_packet->stream_index == m_streamIndex) {
         ++m_packetsRead;
         if (avcodec_send_packet(m_codec.get(), m_packet.get()) < 0)
-            ++m_damage.lostPictures;
+            ++m_damage.lostFrames;
     }
     av_packet_unref(m_packet.get());
 }

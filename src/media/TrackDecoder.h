@@ -1,8 +1,8 @@
-// Decodes one track of an open file, going on over damage.
+// Decodes one track of an open file, skipping damaged data.
 #pragma once
 
-#include "media/Damage.h"
-#include "media/FFmpegHandles.h"
+#include "media/FFmpeg.h"
+#include "media/MediaInfo.h"
 
 #include <limits>
 
@@ -10,18 +10,18 @@ namespace pointloom::media {
 
 class TrackDecoder {
 public:
-    /// `threads` 0 takes as many as there are cores. The context must outlive the decoder. Throws MediaError.
+    /// 0 `threads` means as many as there are cores. The context must outlive the decoder. Throws MediaError.
     TrackDecoder(AVFormatContext* context, int streamIndex, int threads);
 
     /// The next frame in the decoder's order; null at the end of the track, and when `packetLimit` packets
-    /// brought none. Never fails for what the packets hold.
+    /// gave none. Does not throw for damaged packets.
     AVFramePtr next(std::int64_t packetLimit = std::numeric_limits<std::int64_t>::max());
 
-    /// Forgets what was read ahead, and the damage found so far. Call after each seek in the context.
+    /// Drops frames decoded ahead, and the damage found so far. Call after each seek in the context.
     void flush();
 
     bool isAtEnd() const { return m_atEnd; }
-    /// Since the last seek; without what is missing at the end.
+    /// Damage since the last seek, without `secondsMissing`.
     const Damage& damage() const { return m_damage; }
 
 private:
@@ -33,7 +33,7 @@ private:
     CodecPtr m_codec;
     PacketPtr m_packet;
     Damage m_damage;
-    int m_failedReadsInARow = 0; // damage only when something can be read after them
+    int m_failedReadsInARow = 0; // counted as damage once something is read after them
     std::int64_t m_packetsRead = 0;
     int m_failuresInARow = 0; // of draining
     bool m_draining = false;

@@ -1,8 +1,7 @@
 #include "media/VideoFrame.h"
 
 #include "media/ColorTags.h"
-#include "media/FFmpegError.h"
-#include "media/FFmpegHandles.h"
+#include "media/FFmpeg.h"
 
 #include <algorithm>
 
@@ -90,15 +89,15 @@ std::array<Plane, 3> VideoFrame::planes() const {
 }
 
 VideoFrame makeBlackFrame(int width, int height, const FrameFormat& format, Rational timeBase) {
-    AVFramePtr picture = makeFrame();
-    picture->format = pixelFormat(format.subsampling, format.bitDepth);
-    picture->width = width;
-    picture->height = height;
-    picture->sample_aspect_ratio = {1, 1};
-    setTags(*picture, tagsFor(format.color));
-    check(av_frame_get_buffer(picture.get(), 0), "a picture could not be made");
+    AVFramePtr black = makeFrame();
+    black->format = pixelFormat(format.subsampling, format.bitDepth);
+    black->width = width;
+    black->height = height;
+    black->sample_aspect_ratio = {1, 1};
+    setTags(*black, tagsFor(format.color));
+    check(av_frame_get_buffer(black.get(), 0), "a picture could not be made");
 
-    VideoFrame frame(std::move(picture), timeBase);
+    VideoFrame frame(std::move(black), timeBase);
     frame.setTimestamp(0, 0);
     paintBlack(frame, format);
     return frame;

@@ -1,4 +1,4 @@
-// One decoded picture.
+// One frame of a video.
 #pragma once
 
 #include "media/FrameFormat.h"
@@ -26,7 +26,7 @@ struct Plane {
     int height = 0;
 };
 
-/// Owns a picture's buffer, which a decoder may still be reading: call `makeWritable` before drawing.
+/// Owns a frame's buffer, which a decoder may still be reading: call `makeWritable` before drawing.
 class VideoFrame {
 public:
     /// `timeBase` is the length of a tick of the frame's timestamps, in seconds.

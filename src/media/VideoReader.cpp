@@ -1,8 +1,7 @@
 #include "media/VideoReader.h"
 
-#include "media/FFmpegError.h"
+#include "media/FFmpeg.h"
 #include "media/OpenedMedia.h"
-#include "media/VideoTrack.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +13,7 @@ namespace pointloom::media {
 namespace {
 
 std::int64_t ticksOf(double time, Rational timeBase) {
-    // A frame's time in seconds may come back a hair below its tick.
+    // A frame's time, converted to seconds and back, may be slightly below its tick.
     const double exactTicks = std::floor(time / timeBase.value() + 1e-3);
     constexpr double farthest = 1e17; // ticks
     return static_cast<std::int64_t>(std::clamp(exactTicks, -farthest, farthest));
@@ -29,13 +28,13 @@ struct VideoReader::State {
     std::deque<AVFramePtr> pending{}; // decoded ahead, in order
     std::optional<std::int64_t> lastTimestamp{};
     std::int64_t lastDuration = 0;
-    bool anyPicture = false;
+    bool anyFrame = false;
 
     const AVStream& stream() const { return *file.context()->streams[media.videoStream]; }
 
     AVFramePtr next();
     AVFramePtr decodeNext();
-    bool placeInTime(AVFrame& picture);
+    bool placeInTime(AVFrame& frame);
     bool seekTo(std::int64_t ticks);
     void rewind();
     double secondsMissing() const;
@@ -69,54 +68,54 @@ VideoReader VideoReader::open(const QString& path) {
         throw NoVideoTrackError("the file has no video track");
     }
     auto state = std::make_unique<State>(State{path, std::move(file), std::move(media)});
-    state->anyPicture = state->media.firstPicture != nullptr;
+    state->anyFrame = state->media.firstFrame != nullptr;
     return VideoReader(std::move(state));
 }
 
 std::optional<VideoFrame> VideoReader::read() {
-    AVFramePtr picture = m_state->next();
-    if (!picture) {
-        if (!m_state->anyPicture)
+    AVFramePtr frame = m_state->next();
+    if (!frame) {
+        if (!m_state->anyFrame)
             throw MediaError("no picture could be decoded", MediaFault::damaged);
         return std::nullopt;
     }
-    m_state->anyPicture = true;
-    return VideoFrame(std::move(picture), track().timeBase);
+    m_state->anyFrame = true;
+    return VideoFrame(std::move(frame), track().timeBase);
 }
 
 AVFramePtr VideoReader::State::next() {
     if (pending.empty())
         return decodeNext();
-    AVFramePtr picture = std::move(pending.front());
+    AVFramePtr frame = std::move(pending.front());
     pending.pop_front();
-    return picture;
+    return frame;
 }
 
 AVFramePtr VideoReader::State::decodeNext() {
     for (;;) {
-        AVFramePtr picture = media.firstPicture ? std::move(media.firstPicture) : media.decoder->next();
-        if (!picture)
+        AVFramePtr frame = media.firstFrame ? std::move(media.firstFrame) : media.decoder->next();
+        if (!frame)
             return nullptr;
-        completeTags(*picture, stream());
-        if (placeInTime(*picture))
-            return picture;
+        completeTags(*frame, stream());
+        if (placeInTime(*frame))
+            return frame;
     }
 }
 
-/// Settles the picture's time. False for one that a later one already replaced.
-bool VideoReader::State::placeInTime(AVFrame& picture) {
-    const std::int64_t known = picture.best_effort_timestamp;
+/// Sets the frame's time. False for a frame that is not later than the one before.
+bool VideoReader::State::placeInTime(AVFrame& frame) {
+    const std::int64_t known = frame.best_effort_timestamp;
     const std::int64_t refinement = clockRefinement(stream());
-    setFrameDuration(picture, refinedTicks(frameDuration(picture), refinement));
+    setFrameDuration(frame, refinedTicks(frameDuration(frame), refinement));
     if (known != AV_NOPTS_VALUE)
-        picture.pts = refinedTicks(known, refinement);
+        frame.pts = refinedTicks(known, refinement);
     else
-        picture.pts = lastTimestamp ? *lastTimestamp + std::max(lastDuration, refinement) : 0;
-    if (lastTimestamp && picture.pts <= *lastTimestamp)
+        frame.pts = lastTimestamp ? *lastTimestamp + std::max(lastDuration, refinement) : 0;
+    if (lastTimestamp && frame.pts <= *lastTimestamp)
         return false;
-    lastTimestamp = picture.pts;
-    if (frameDuration(picture) > 0)
-        lastDuration = frameDuration(picture);
+    lastTimestamp = frame.pts;
+    if (frameDuration(frame) > 0)
+        lastDuration = frameDuration(frame);
     return true;
 }
 
@@ -127,8 +126,8 @@ void VideoReader::seek(double time, const std::function<bool()>& isStopped) {
     const std::int64_t ticks = ticksOf(time, timeBase);
     state.pending.clear();
 
-    // Files are searched by decoding time, which runs ahead of presentation: the first try may land after the
-    // frame that is wanted.
+    // Files are searched by decoding time, which is earlier than presentation: the first try may end after
+    // the requested frame.
     constexpr std::array stepsBack = {0.0, 0.5, 2.0, 10.0, 60.0}; // seconds
     AVFramePtr shown;
     for (const double step : stepsBack) {
@@ -161,18 +160,18 @@ void VideoReader::seekToKeyFrame(double time) {
         m_state->rewind();
 }
 
-/// Makes decoding go on with the key picture before `ticks`. False when the file cannot seek there.
+/// Continues decoding with the key frame before `ticks`. False when the file cannot seek there.
 bool VideoReader::State::seekTo(std::int64_t ticks) {
     const std::int64_t streamTicks = ticks / clockRefinement(stream());
     if (av_seek_frame(file.context(), media.videoStream, streamTicks, AVSEEK_FLAG_BACKWARD) < 0)
         return false;
     media.decoder->flush();
-    media.firstPicture.reset();
+    media.firstFrame.reset();
     lastTimestamp.reset();
     return true;
 }
 
-/// Back to the first picture, by seeking where the file allows it.
+/// Goes back to the first frame, by seeking where the file allows it.
 void VideoReader::State::rewind() {
     const AVIndexEntry* first = avformat_index_get_entry(file.context()->streams[media.videoStream], 0);
     if (first != nullptr && seekTo(refinedTicks(first->timestamp, clockRefinement(stream()))))
@@ -186,8 +185,8 @@ void VideoReader::State::rewind() {
     lastTimestamp.reset();
 }
 
-/// From the last picture that came out to the last one that the index names. The index holds decoding times,
-/// which are no later than the times of presentation: in a whole file nothing is left.
+/// Seconds from the last frame read to the last one in the index. The index holds decoding times, which are
+/// no later than the times of presentation: in a complete file the result is 0.
 double VideoReader::State::secondsMissing() const {
     if (!media.decoder->isAtEnd() || !lastTimestamp)
         return 0;

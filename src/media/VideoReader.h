@@ -1,7 +1,6 @@
 // Decodes the first video track of a file, frame by frame, with the times of its presentation timeline.
 #pragma once
 
-#include "media/Damage.h"
 #include "media/MediaInfo.h"
 #include "media/VideoFrame.h"
 
@@ -14,7 +13,7 @@ namespace pointloom::media {
 
 class VideoReader {
 public:
-    /// Opens a file as `readMediaInfo` does and readies a decoder. Throws MediaError, also when there is
+    /// Opens a file as `readMediaInfo` does, and a decoder. Throws MediaError, also when there is
     /// no video track.
     static VideoReader open(const QString& path);
 
@@ -25,13 +24,13 @@ public:
     const MediaInfo& info() const;
     const VideoTrackInfo& track() const; // of `info()`
 
-    /// Makes `read` go on with the frame that is shown at `time` (seconds): the last one at or before it,
+    /// Continues `read` with the frame that is shown at `time` (seconds): the last one at or before it,
     /// or the first of the file when all are later. All frames from the key frame before it are decoded;
-    /// `isStopped` is polled between them, and leaves the place undefined when it is true. Throws MediaError.
+    /// `isStopped` is polled between them; when it is true, the position is undefined. Throws MediaError.
     void seek(double time, const std::function<bool()>& isStopped = {});
 
-    /// Makes `read` go on with a key frame near `time` (seconds), mostly the last one at or before it. Costs
-    /// one decoded frame however far apart key frames stand. Throws MediaError.
+    /// Continues `read` with a key frame near `time` (seconds), mostly the last one at or before it, for the
+    /// cost of one decoded frame whatever the distance of key frames. Throws MediaError.
     void seekToKeyFrame(double time);
 
     /// The next frame in presentation order, timestamps strictly rising; empty at the end.
@@ -39,8 +38,8 @@ public:
     /// decoded at all.
     std::optional<VideoFrame> read();
 
-    /// What could not be read since the last seek, from the key frame on that it began with. What is missing
-    /// at the end is known when `read` has come to the end.
+    /// The damage since the key frame of the last seek. `secondsMissing` is known when `read` has returned
+    /// empty.
     Damage damage() const;
 
 private:

@@ -2,9 +2,8 @@
 #include "media/ColorCube.h"
 
 #include "media/ColorTags.h"
-#include "media/FFmpegError.h"
-#include "media/FFmpegHandles.h"
-#include "media/FrameImage.h"
+#include "media/FFmpeg.h"
+#include "media/FrameConverter.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -62,7 +61,7 @@ TEST(ColorCube, IsNearTheConversionItStandsFor) {
         ColorDescription color;
         color.transfer = transfer;
         color.primaries = Primaries::bt2020;
-        const RgbaPicture expected = toRgb(frameOf(pixels, color));
+        const RgbaImage expected = toRgb(frameOf(pixels, color));
         std::vector<std::uint32_t> converted(pixels.size());
         ColorCube::toScreen(transfer, color.primaries, 1000)
             .convertRow(pixels.front().data(), converted.data(), static_cast<int>(pixels.size()));

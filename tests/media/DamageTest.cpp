@@ -48,8 +48,8 @@ TEST(Damage, InTheMiddleLeavesFramesOutAndIsCounted) {
         clip[i] = static_cast<char>(i * 7919);
     const Reading reading = readAll(folder.write(QStringLiteral("damaged.mp4"), clip));
     EXPECT_GT(reading.frames, 50);
-    EXPECT_GE(reading.frames + reading.damage.lostPictures, 95) << "most of what is left out is counted";
-    EXPECT_GT(reading.damage.lostPictures + reading.damage.faultyPictures, 0);
+    EXPECT_GE(reading.frames + reading.damage.lostFrames, 95) << "most of what is left out is counted";
+    EXPECT_GT(reading.damage.lostFrames + reading.damage.faultyFrames, 0);
     EXPECT_EQ(reading.damage.secondsMissing, 0);
     EXPECT_NEAR(reading.lastTime, 3.96, 1e-6) << "after the damage the picture comes back";
 }
@@ -65,7 +65,7 @@ TEST(Damage, WhatIsCutOffIsMeasured) {
         constexpr double reordering = 0.16; // seconds that decoding times run ahead by
         EXPECT_GT(cut.frames, 50) << encoder;
         EXPECT_NEAR(cut.lastTime + cut.damage.secondsMissing, 3.96, reordering) << encoder;
-        EXPECT_LE(cut.damage.lostPictures, 1) << encoder << ": what is missing is not damaged";
+        EXPECT_LE(cut.damage.lostFrames, 1) << encoder << ": what is missing is not damaged";
     }
 }
 

@@ -2,7 +2,6 @@
 #include "media/FrameConverter.h"
 
 #include "media/FFmpeg.h"
-#include "media/FrameImage.h"
 #include "TestFrames.h"
 
 #include <cmath>
@@ -36,15 +35,15 @@ VideoTrackInfo trackOf(const VideoFrame& frame) {
     return track;
 }
 
-PictureTarget targetOf(QSize size, const FrameFormat& format) {
-    PictureTarget target;
+FrameTarget targetOf(QSize size, const FrameFormat& format) {
+    FrameTarget target;
     target.size = size;
     target.picture = QRect(QPoint(), size);
     target.format = format;
     return target;
 }
 
-VideoFrame convert(VideoFrame frame, const PictureTarget& target) {
+VideoFrame convert(VideoFrame frame, const FrameTarget& target) {
     FrameConverter converter(trackOf(frame), target);
     converter.push(std::move(frame));
     converter.finish();
@@ -98,7 +97,7 @@ TEST(FrameConverter, TheMarginsAreBlackInEveryRange) {
     for (const FrameFormat& format :
          {FrameFormat{Subsampling::s420, 8, hd}, FrameFormat{Subsampling::s420, 8, fullHd},
           FrameFormat{Subsampling::s422, 10, hd}}) {
-        PictureTarget target = targetOf(QSize(128, 72), format);
+        FrameTarget target = targetOf(QSize(128, 72), format);
         target.picture = QRect(43, 0, 41, 72); // not on whole chroma samples
         const Sample white = encode({1, 1, 1}, format);
         const VideoFrame result = convert(solidFrame(QSize(40, 70), format, white), target);
@@ -115,7 +114,7 @@ TEST(FrameConverter, TheMarginsAreBlackInEveryRange) {
 TEST(FrameConverter, PicturesAreTurnedClockwiseAfterMirroring) {
     const FrameFormat format{Subsampling::s420, 8, hd};
     const auto turned = [&](Orientation orientation) {
-        PictureTarget target = targetOf(orientation.swapsSides() ? QSize(48, 64) : QSize(64, 48), format);
+        FrameTarget target = targetOf(orientation.swapsSides() ? QSize(48, 64) : QSize(64, 48), format);
         target.orientation = orientation;
         return quarters(convert(quarteredFrame(QSize(64, 48), format), target));
     };
@@ -182,7 +181,7 @@ TEST(FrameConverter, ChromaStaysWhereItIsSited) {
                                 std::byte(std::lround(30 + 4 * point.y));
                         }
                     }
-                    PictureTarget target = targetOf(size, to);
+                    FrameTarget target = targetOf(size, to);
                     target.orientation = orientation;
                     const VideoFrame result = convert(std::move(frame), target);
                     const std::array<Plane, 3> converted = result.planes();
@@ -304,7 +303,7 @@ TEST(FrameImage, StillsShowTheColoursOfTheFrame) {
     for (const FrameFormat& format :
          {FrameFormat{Subsampling::s420, 8, sd}, FrameFormat{Subsampling::s422, 10, hd},
           FrameFormat{Subsampling::s444, 8, fullHd}}) {
-        const RgbaPicture picture = toRgb(solidFrame(QSize(62, 46), format, encode(clay, format)));
+        const RgbaImage picture = toRgb(solidFrame(QSize(62, 46), format, encode(clay, format)));
         ASSERT_EQ(picture.pixels.size(), 62U * 46U * 4U);
         const std::uint8_t* pixel = picture.pixels.data() + (23 * 62 + 31) * 4;
         for (std::size_t i = 0; i < 3; ++i)
@@ -314,7 +313,7 @@ TEST(FrameImage, StillsShowTheColoursOfTheFrame) {
     // Strong red of Display P3 is outside of BT.709: at the edge of that gamut its linear light is (0.831, 0,
     // 0.015).
     const FrameFormat wide{Subsampling::s444, 10, p3};
-    const RgbaPicture red = toRgb(solidFrame(QSize(64, 48), wide, encode({0.9, 0, 0}, wide)));
+    const RgbaImage red = toRgb(solidFrame(QSize(64, 48), wide, encode({0.9, 0, 0}, wide)));
     EXPECT_NEAR(red.pixels[0], 236, 2);
     EXPECT_NEAR(red.pixels[1], 0, 2);
     EXPECT_NEAR(red.pixels[2], 44, 3);

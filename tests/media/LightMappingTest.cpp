@@ -4,8 +4,8 @@
 
 #include "media/ColorTags.h"
 #include "media/ConversionChain.h"
-#include "media/FFmpegError.h"
-#include "media/FilterGraph.h"
+#include "media/ConversionGraph.h"
+#include "media/FFmpeg.h"
 #include "TestFrames.h"
 
 #include <algorithm>

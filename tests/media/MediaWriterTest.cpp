@@ -124,7 +124,7 @@ TEST(MediaWriter, AnOverlayMayBeAsLargeAsCamerasGo) {
     constexpr QSize size(8192, 4320);
     const QString path = folder.path(QStringLiteral("overlay.mov"));
     AlphaMovie movie = AlphaMovie::create(path, size, {1, 25}, {25, 1});
-    movie.setPicture(std::vector<std::uint8_t>(std::size_t{4} * size.width() * size.height()));
+    movie.setImage(std::vector<std::uint8_t>(std::size_t{4} * size.width() * size.height()));
     movie.write(0, 1);
     movie.finish();
     EXPECT_EQ(probe(path).at("streams").at(0).at("nb_frames"), "1");
@@ -243,7 +243,7 @@ TEST(MediaWriter, AllEightOrientationsAreShownAsMeant) {
             VideoReader reader = VideoReader::open(path);
             EXPECT_EQ(reader.track().orientation, orientation);
 
-            PictureTarget target;
+            FrameTarget target;
             target.size = reader.track().uprightSize();
             target.picture = QRect(QPoint(), target.size);
             target.orientation = orientation;
@@ -253,7 +253,7 @@ TEST(MediaWriter, AllEightOrientationsAreShownAsMeant) {
             converter.finish();
             const VideoFrame ours = converter.pull().value();
 
-            const QByteArray theirs = firstPicture(path, QStringLiteral("yuv420p"));
+            const QByteArray theirs = firstFrame(path, QStringLiteral("yuv420p"));
             ASSERT_GE(theirs.size(), target.size.width() * target.size.height());
             for (const QPoint point : {QPoint(8, 8), QPoint(40, 8), QPoint(8, 40), QPoint(40, 40)})
                 EXPECT_EQ(static_cast<unsigned char>(theirs.at(point.y() * target.size.width() + point.x())),

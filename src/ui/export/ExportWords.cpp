@@ -28,7 +28,7 @@ QStringList damage(const media::Damage& damage, Language language) {
     constexpr double shortest = 0.1; // seconds; that one decimal can say
     QStringList lines;
     const QLocale locale = localeOf(language);
-    if (const std::int64_t pictures = damage.lostPictures + damage.faultyPictures; pictures > 0)
+    if (const std::int64_t pictures = damage.lostFrames + damage.faultyFrames; pictures > 0)
         lines += t(language, ExportTexts::damagedPictures).arg(locale.toString(qlonglong{pictures}));
     if (damage.secondsMissing > 0)
         lines += t(language, ExportTexts::endMissing)

@@ -1,5 +1,3 @@
-#include "media/FFmpegError.h"
-
 #include "media/FFmpeg.h"
 
 #include <algorithm>
@@ -55,7 +53,7 @@ void prepareFFmpeg() {
     static std::once_flag once;
     std::call_once(once, [] {
         av_max_alloc(largestAllocation);
-        av_log_set_level(AV_LOG_QUIET); // what goes wrong is told by our own errors
+        av_log_set_level(AV_LOG_QUIET); // our own errors say what failed
     });
 }
 
