@@ -36,7 +36,7 @@ double share(std::vector<double> sorted, double part) {
 class Endurance {
 public:
     Endurance()
-        : m_view(m_player, PlayerView::Rendering::Software) {
+        : m_view(m_player, PlayerView::Rendering::software) {
         QObject::connect(&m_player, &Player::fileLoaded, &m_loop, [this] { m_loop.exit(); });
         QObject::connect(&m_player, &Player::seeked, &m_loop, [this] { m_loop.exit(); });
         QObject::connect(&m_player, &Player::failed, &m_loop, [this](const QString& message) {
@@ -78,7 +78,7 @@ private:
         return static_cast<double>(timer.nsecsElapsed()) / 1e6;
     }
 
-    Player m_player{Sound::None};
+    Player m_player{Sound::none};
     PlayerView m_view;
     QEventLoop m_loop;
     std::mt19937 m_random{1}; // the same times in each run

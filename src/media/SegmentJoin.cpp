@@ -198,8 +198,7 @@ private:
     }
 
     [[noreturn]] void fail(const char* reason) const {
-        throw MediaError(QFileInfo(m_request.pictures[m_segment].path).fileName().toStdString() + ": " +
-                         reason);
+        failFor(m_request.pictures[m_segment].path, reason);
     }
 
     const JoinRequest& m_request;

@@ -1,14 +1,12 @@
 // The editor's playback: plays one MP4 or MOV file, seeks to exact frames and steps through them.
 //
-// libmpv does the work on threads of its own. Nothing here waits for it: every call returns at once, and
-// what comes of it arrives as a signal from the event loop of the main thread, where the player lives.
+// libmpv does the work on threads of its own. Nothing here waits for it: every call returns at once, and its
+// outcome arrives as a signal from the event loop of the main thread, to which the player belongs.
 #pragma once
 
-#include "playback/MpvHandle.h"
-#include "playback/PlaybackFault.h"
+#include "playback/Mpv.h"
 #include "playback/SeekQueue.h"
-#include "playback/SourceLight.h"
-#include "playback/SourceWatch.h"
+#include "playback/SourceFile.h"
 
 #include <atomic>
 #include <cstdint>
@@ -18,8 +16,6 @@
 #include <QString>
 #include <QTimer>
 
-struct mpv_event;
-
 namespace pointloom::playback {
 
 class Player : public QObject {
@@ -27,23 +23,23 @@ class Player : public QObject {
 
 public:
     enum class SeekMode {
-        Exact,    // the first frame at or after the time, or the last of the file
-        Keyframe, // the key frame at or before the time: quick, for the picture while scrubbing
+        exact,    // the first frame at or after the time, or the last of the file
+        keyframe, // the key frame at or before the time: quick, for scrubbing
     };
 
     static constexpr double minimumSpeed = 0.25;
     static constexpr double maximumSpeed = 4.0;
 
     /// Throws PlaybackError. Sets LC_NUMERIC to "C" for the process (see `startMpv`).
-    explicit Player(Sound sound = Sound::Device, QObject* parent = nullptr);
+    explicit Player(Sound sound = Sound::device, QObject* parent = nullptr);
     ~Player() override;
 
     /// Opens a file in place of the present one, showing its first frame; `fileLoaded` or `failed` follows.
-    /// `path` is taken as a file's name whatever it looks like. Waits for a view (PlayerView) to exist.
+    /// `path` is taken as a file's name, never as an address. Waits for a view (PlayerView) to exist.
     void load(const QString& path);
     void unload();
 
-    /// Between `fileLoaded` and the next `load`, `unload` or `failed`.
+    /// True between `fileLoaded` and the next `load`, `unload` or `failed`.
     bool isLoaded() const { return m_announced; }
     const QString& path() const { return m_path; }
 
@@ -52,17 +48,17 @@ public:
     void pause();
     bool isPlaying() const { return m_playing; }
 
-    /// One frame on or back; pauses. A few quick steps in a row add up.
+    /// Goes one frame forward or back; pauses. A few quick steps in a row add up.
     void stepForward();
     void stepBackward();
 
     /// Goes to a time, in seconds on the source's timeline, limited to [0, duration()]. While one seek is
     /// under way only the newest further one is kept, so it may be called at every move of the mouse.
-    void seek(double seconds, SeekMode mode = SeekMode::Exact);
+    void seek(double seconds, SeekMode mode = SeekMode::exact);
     bool isSeeking() const { return m_queue.busy(); }
 
     /// Seconds on the source's timeline, whose zero is not necessarily the first frame: the time of the
-    /// frame that is shown or, while a seek is under way or after one to a key frame, the time asked for.
+    /// frame that is shown or, while a seek is under way or after one to a key frame, the requested time.
     double time() const { return m_time; }
 
     /// Seconds from zero of the timeline to the file's end; 0 when nothing is loaded.
@@ -78,7 +74,7 @@ public:
     void setSpeed(double speed);
     double speed() const { return m_speed; }
 
-    /// Limited to [0, 1], as loud as it sounds.
+    /// Limited to [0, 1], in steps of perceived loudness.
     void setVolume(double volume);
     double volume() const { return m_volume; }
 
@@ -88,8 +84,7 @@ public:
     /// False when a file with sound is open and the desktop has nothing to play it on.
     bool hasSoundDevice() const { return m_hasSoundDevice; }
 
-    /// Off at first. On, decoders known to be sound are tried, and the processor takes over where there are
-    /// none.
+    /// Off at first. When on, hardware decoders that libmpv knows to be safe are tried before the processor.
     void setHardwareDecoding(bool enabled);
 
 Q_SIGNALS:
@@ -101,8 +96,8 @@ Q_SIGNALS:
     /// The first frame can be shown; time, duration and size are known.
     void fileLoaded();
 
-    /// The file could not be opened or can no longer be played, and is unloaded; `message` is a sentence for
-    /// a person that names the file and the reason, `fault` is for whoever has words of their own.
+    /// The file could not be opened or can no longer be played, and is unloaded; `message` is an English
+    /// sentence that names the file and the reason, `fault` its kind for translated messages.
     void failed(const QString& message, pointloom::media::MediaFault fault);
 
     void sourceLightChanged();
@@ -113,28 +108,28 @@ Q_SIGNALS:
     /// A seek or a step back has ended at `seconds`, which is the time of the frame that is shown.
     void seeked(double seconds);
 
-    /// Whoever draws lets go of the player in a direct connection to this.
+    /// A renderer detaches from the player in a direct connection to this.
     void aboutToBeDestroyed();
 
 private:
     friend class RenderContext;
     friend class SoftwareSurface;
 
-    enum class Stage { Empty, WaitingForRenderer, Opening, Loaded };
+    enum class Stage { empty, waitingForRenderer, opening, loaded };
     enum class Request : std::uint8_t {
-        None,
-        Load,
-        Jump,
-        FrameRate,
-        Duration,
-        Width,
-        Height,
-        Rotation,
-        Transfer,
-        Primaries,
-        Peak,
-        Time,
-        LandedTime
+        none,
+        load,
+        seek,
+        frameRate,
+        duration,
+        width,
+        height,
+        rotation,
+        transfer,
+        primaries,
+        peak,
+        time,
+        timeAfterSeek,
     };
 
     mpv_handle* handle() const { return m_handle.get(); }
@@ -152,11 +147,11 @@ private:
 
     void sendPause();
     void step(int frames);
-    void sendJump(Jump jump);
+    void sendSeek(Seek next);
     void sendSteps(int frames);
     bool isTooLate(double time) const;
-    void goOn();
-    void land(double time);
+    void startWaiting();
+    void endSeek(double time);
     void announceFile(double time);
 
     static void postWakeup(void* self);
@@ -165,11 +160,11 @@ private:
     void handleReply(const mpv_event& event);
     void handleFileEnd(const mpv_event& event);
     void handlePropertyChange(const mpv_event& event);
-    void handleEndOfFile();
-    void handleLandingAtEnd(double time);
+    void updateEnd();
+    void handleSeekToEnd(double time);
 
     void request(Request what, const char* property);
-    void requestPicture();
+    void requestVideoParameters();
     std::uint64_t idOf(Request what) const;
     bool concernsOurFile() const;
 
@@ -183,25 +178,25 @@ private:
     std::atomic<bool> m_wakeupPosted = false;
     SourceWatch m_watch;
     SeekQueue m_queue;
-    QTimer m_patience; // with a jump whose end is not reported
+    QTimer m_seekTimeout; // for a seek whose end is not reported
 
-    Stage m_stage = Stage::Empty;
+    Stage m_stage = Stage::empty;
     QString m_path;
-    std::uint64_t m_generation = 0;           // of the file and jump that answers belong to
+    std::uint64_t m_generation = 0;           // of the file and seek that answers belong to
     std::int64_t m_entry = 0;                 // libmpv's number for our file, 0 before it is known
-    std::int64_t m_startedEntry = 0;          // the one it is playing
-    int m_storedRotation = 0;                 // degrees clockwise, left to whoever draws in software
+    std::int64_t m_startedEntry = 0;          // of the entry that it is playing
+    int m_storedRotation = 0;                 // degrees clockwise, for drawing in software
     QByteArray m_transfer;                    // as libmpv names it
     QByteArray m_primaries;                   // as libmpv names them
-    std::optional<SourceLight> m_sourceLight; // left to whoever draws in software
+    std::optional<SourceLight> m_sourceLight; // for drawing in software
     QSize m_storedSize;                       // square pixels, before turning
     QSize m_size;
 
     bool m_hasRenderer = false;
     bool m_announced = false; // fileLoaded was emitted for the present file
     bool m_atEnd = false;
-    bool m_endIsReported = false;         // by libmpv, at whatever time
-    bool m_timeStandsForKeyframe = false; // m_time was asked for, what is shown is the key frame before it
+    bool m_endIsReported = false; // by libmpv, perhaps too late
+    bool m_showsKeyframe = false; // the key frame before m_time is shown
     bool m_timeRequested = false;
     bool m_playing = false;
     bool m_muted = false;

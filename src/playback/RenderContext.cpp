@@ -1,6 +1,5 @@
 #include "playback/RenderContext.h"
 
-#include "playback/PlaybackError.h"
 #include "playback/Player.h"
 
 #include <array>
@@ -38,7 +37,7 @@ mpv_render_context* create(mpv_handle* handle, mpv_render_param* parameters) {
     return context;
 }
 
-// Lets hardware-decoded pictures reach the screen without a copy; null on other desktops.
+// With it hardware-decoded frames reach the screen without a copy; null on other desktops.
 void* x11Display() {
 #if QT_CONFIG(xcb)
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
@@ -55,7 +54,7 @@ RenderContext::RenderContext(Player& player)
 std::unique_ptr<RenderContext> RenderContext::software(Player& player) {
     std::unique_ptr<RenderContext> result(new RenderContext(player));
     std::array parameters{parameter(MPV_RENDER_PARAM_API_TYPE, MPV_RENDER_API_TYPE_SW), lastParameter};
-    // libmpv's software drawing neither turns pictures nor survives being asked to, and shows HDR as white.
+    // libmpv's software drawing does not turn frames, crashes when told to, and shows HDR as white.
     player.setRotationHandled(false);
     player.setColorsHandled(false);
     result->adopt(create(player.handle(), parameters.data()));
@@ -142,7 +141,7 @@ void RenderContext::postUpdate(void* self) {
 void RenderContext::handleUpdate() {
     m_updatePosted = false;
     if ((mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME) != 0)
-        Q_EMIT pictureReady();
+        Q_EMIT frameReady();
 }
 
 }

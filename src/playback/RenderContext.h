@@ -1,4 +1,4 @@
-// The drawing end of a player: libmpv's render interface, by OpenGL or in software.
+// Draws a player's frames by libmpv's render interface, with OpenGL or in software.
 #pragma once
 
 #include <atomic>
@@ -14,7 +14,7 @@ namespace pointloom::playback {
 
 class Player;
 
-/// At most one exists for a player at a time. It may be made and dropped while a file is open.
+/// At most one exists for a player at a time. It may be made and destroyed while a file is open.
 class RenderContext : public QObject {
     Q_OBJECT
 
@@ -28,26 +28,26 @@ public:
 
     ~RenderContext() override;
 
-    /// Fills an image of the format RGB32, or RGBX64 for all of the file's levels, with the picture,
-    /// stretched, as it is stored: not turned upright, nor brought to the colours of the screen. False
+    /// Fills an image of the format RGB32, or RGBX64 for all of the file's levels, with the frame,
+    /// stretched, as it is stored: not turned upright, nor converted to the colours of the screen. False
     /// when this libmpv cannot draw in that format.
     bool drawSoftware(QImage& target);
 
-    /// Fills a framebuffer object of `size` device pixels with the picture, stretched and upright.
+    /// Fills a framebuffer object of `size` device pixels with the frame, stretched and upright.
     void drawOpenGl(int framebuffer, QSize size);
 
-    /// Whether `pictureReady` was about the picture that was drawn last.
+    /// Whether `frameReady` was about the frame that was drawn last.
     bool isRedraw() const;
 
-    /// Takes the next picture without drawing it, so that a hidden view does not hold the player up.
+    /// Takes the next frame without drawing it, so that a hidden view does not delay the player.
     void skip();
 
-    /// The last drawing is on the screen.
+    /// Reports that the last drawing is on the screen.
     void reportSwap();
 
 Q_SIGNALS:
-    /// There is a new picture to draw.
-    void pictureReady();
+    /// There is a new frame to draw.
+    void frameReady();
 
 private:
     explicit RenderContext(Player& player);

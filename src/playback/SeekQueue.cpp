@@ -5,8 +5,8 @@
 
 namespace pointloom::playback {
 
-std::optional<Jump> SeekQueue::request(Jump jump) {
-    m_waiting = jump;
+std::optional<Seek> SeekQueue::request(Seek seek) {
+    m_waiting = seek;
     m_waitingSteps = 0;
     return takeWaiting();
 }
@@ -16,7 +16,7 @@ int SeekQueue::requestSteps(int frames) {
     return takeSteps();
 }
 
-std::optional<Jump> SeekQueue::takeWaiting() {
+std::optional<Seek> SeekQueue::takeWaiting() {
     if (m_current || !m_waiting)
         return std::nullopt;
     m_current = std::exchange(m_waiting, std::nullopt);
@@ -29,7 +29,7 @@ int SeekQueue::takeSteps() {
     if (m_waitingSteps >= 0)
         return std::exchange(m_waitingSteps, 0);
     ++m_waitingSteps;
-    m_current = Jump{Jump::Kind::StepBack, 0};
+    m_current = Seek{Seek::Kind::stepBack, 0};
     return -1;
 }
 

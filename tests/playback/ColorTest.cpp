@@ -1,5 +1,5 @@
 // The preview shows the colours that the exported video will have.
-#include "media/FrameImage.h"
+#include "media/FrameConverter.h"
 #include "media/VideoReader.h"
 #include "playback/Watched.h"
 #include "support/TestClips.h"
@@ -68,7 +68,7 @@ QString makeBars(const test::ClipFolder& folder, const Footage& kind) {
 }
 
 /// The largest difference between one of the first bars that are shown and the same bar of an exported frame.
-int worstDifference(const QImage& shown, const media::RgbaPicture& exported, int bars) {
+int worstDifference(const QImage& shown, const media::RgbaImage& exported, int bars) {
     int worst = 0;
     for (int bar = 0; bar < bars; ++bar) {
         const QColor color =
@@ -84,7 +84,7 @@ int worstDifference(const QImage& shown, const media::RgbaPicture& exported, int
 void expectColorsOfTheExport(Watched& watched, const Footage& kind, int bars, int allowed) {
     const test::ClipFolder folder;
     const QString clip = makeBars(folder, kind);
-    const media::RgbaPicture exported = media::toRgb(*media::VideoReader::open(clip).read());
+    const media::RgbaImage exported = media::toRgb(*media::VideoReader::open(clip).read());
     ASSERT_TRUE(watched.load(clip));
     int worst = 255;
     Watched::waitFor([&] { return (worst = worstDifference(watched.picture(), exported, bars)) <= allowed; },
@@ -95,7 +95,7 @@ void expectColorsOfTheExport(Watched& watched, const Footage& kind, int bars, in
 }
 
 TEST(PreviewColors, AreThoseOfTheExport) {
-    Watched watched(PlayerView::Rendering::Software);
+    Watched watched(PlayerView::Rendering::software);
     for (const Footage& kind : footage)
         expectColorsOfTheExport(watched, kind, colorBars, kind.tolerance);
 }
@@ -105,7 +105,7 @@ TEST(PreviewColors, AreThoseOfTheExport) {
 TEST(OpenGlColors, AreNearThoseOfTheExport) {
     if (QGuiApplication::platformName() == QLatin1String("offscreen"))
         GTEST_SKIP() << "needs a screen";
-    Watched watched(PlayerView::Rendering::OpenGl);
+    Watched watched(PlayerView::Rendering::openGl);
     for (const Footage& kind : footage)
         expectColorsOfTheExport(watched, kind, kind.barsOnCard, kind.toleranceOnCard);
 }

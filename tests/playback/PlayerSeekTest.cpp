@@ -110,7 +110,7 @@ TEST_F(PlayerSeekTest, DraggingThePlayheadDoesNotQueueUp) {
 
 TEST_F(PlayerSeekTest, AQuickSeekShowsTheKeyFrameAndKeepsThePlayhead) {
     ASSERT_TRUE(watched.load(makeNumberedClip(folder, QStringLiteral("clip.mp4"))));
-    ASSERT_TRUE(watched.seek(40 * frame, Player::SeekMode::Keyframe));
+    ASSERT_TRUE(watched.seek(40 * frame, Player::SeekMode::keyframe));
     EXPECT_TRUE(watched.showsFrame(25));
     Watched::settle();
     EXPECT_NEAR(watched.player.time(), 40 * frame, 1e-9);

@@ -129,19 +129,19 @@ TEST_F(PlayerTest, TheNewestOfSeveralLoadsWins) {
 }
 
 TEST_F(PlayerTest, AFileWaitsForAViewAndOutlivesIt) {
-    Player player(Sound::None);
+    Player player(Sound::none);
     player.load(makeNumberedClip(folder, QStringLiteral("clip.mp4")));
     Watched::settle(200);
     EXPECT_FALSE(player.isLoaded());
     {
-        PlayerView view(player, PlayerView::Rendering::Software);
+        PlayerView view(player, PlayerView::Rendering::software);
         view.show();
         ASSERT_TRUE(Watched::waitFor([&] { return player.isLoaded(); }));
         player.seek(1);
         ASSERT_TRUE(Watched::waitFor([&] { return !player.isSeeking(); }));
     }
     Watched::settle();
-    PlayerView view(player, PlayerView::Rendering::Software);
+    PlayerView view(player, PlayerView::Rendering::software);
     EXPECT_TRUE(player.isSeeking());
     view.resize(320, 64);
     view.show();
@@ -166,7 +166,7 @@ TEST_F(PlayerTest, HardwareDecodingAndSoundSettingsDoNotDisturbPlayback) {
 
 TEST(PlayerLocale, ADecimalCommaInTheDesktopsLocaleDoesNotReachThePlayer) {
     std::setlocale(LC_NUMERIC, "de_DE.UTF-8"); // where it is not installed this changes nothing
-    const Player player(Sound::None);
+    const Player player(Sound::none);
     EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
 }
 

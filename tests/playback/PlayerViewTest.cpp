@@ -1,5 +1,4 @@
 #include "playback/NumberedClip.h"
-#include "playback/PlaybackError.h"
 #include "playback/Watched.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +32,7 @@ QImage turned(const QImage& picture, int degrees) {
 }
 
 TEST_F(PlayerViewTest, ThePictureKeepsItsShapeAndOverlaysAreToldWhereItIs) {
-    Watched watched(PlayerView::Rendering::Software, {400, 300});
+    Watched watched(PlayerView::Rendering::software, {400, 300});
     std::vector<QRectF> places;
     QObject::connect(&watched.view, &PlayerView::videoRectChanged, &watched.view,
                      [&](const QRectF& r) { places.push_back(r); });
@@ -50,7 +49,7 @@ TEST_F(PlayerViewTest, ThePictureKeepsItsShapeAndOverlaysAreToldWhereItIs) {
 }
 
 TEST_F(PlayerViewTest, PicturesOfPhonesStandUpright) {
-    Watched watched(PlayerView::Rendering::Software, {200, 320});
+    Watched watched(PlayerView::Rendering::software, {200, 320});
     for (const int degrees : {90, 180, 270}) {
         SCOPED_TRACE(degrees);
         ASSERT_TRUE(watched.load(makeRotatedClip(QString::number(degrees))));
@@ -102,8 +101,8 @@ TEST_F(PlayerViewTest, AHiddenViewDoesNotHoldThePlayerUp) {
 TEST_F(PlayerViewTest, EitherOfPlayerAndViewMayGoFirst) {
     const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"));
     for (const bool playerFirst : {true, false}) {
-        auto player = std::make_unique<Player>(Sound::None);
-        auto view = std::make_unique<PlayerView>(*player, PlayerView::Rendering::Software);
+        auto player = std::make_unique<Player>(Sound::none);
+        auto view = std::make_unique<PlayerView>(*player, PlayerView::Rendering::software);
         view->show();
         player->load(clip);
         ASSERT_TRUE(Watched::waitFor([&] { return player->isLoaded(); }));
@@ -129,9 +128,9 @@ protected:
 };
 
 TEST_F(OpenGlSmokeTest, TheGraphicsCardsPictureIsTheSame) {
-    Watched watched(PlayerView::Rendering::OpenGl, {320, 64});
+    Watched watched(PlayerView::Rendering::openGl, {320, 64});
     ASSERT_TRUE(watched.load(makeNumberedClip(folder, QStringLiteral("clip.mp4"))));
-    EXPECT_EQ(watched.view.rendering(), PlayerView::Rendering::OpenGl);
+    EXPECT_EQ(watched.view.rendering(), PlayerView::Rendering::openGl);
     for (const int number : {0, 42, 7}) {
         ASSERT_TRUE(watched.seek(number / 25.0));
         EXPECT_TRUE(watched.showsFrame(number)) << watched.frameNumber();
@@ -151,8 +150,8 @@ TEST_F(OpenGlSmokeTest, AViewThatMovesToAnotherWindowGoesOn) {
         window->resize(360, 100);
         window->show();
     }
-    Player player(Sound::None);
-    auto* view = new PlayerView(player, PlayerView::Rendering::OpenGl);
+    Player player(Sound::none);
+    auto* view = new PlayerView(player, PlayerView::Rendering::openGl);
     first.layout()->addWidget(view);
     player.load(makeNumberedClip(folder, QStringLiteral("clip.mp4")));
     ASSERT_TRUE(Watched::waitFor([&] { return player.isLoaded(); }));
@@ -167,9 +166,9 @@ TEST_F(OpenGlSmokeTest, AViewThatMovesToAnotherWindowGoesOn) {
 }
 
 TEST_F(OpenGlSmokeTest, AViewThatCanBeDrawnInNoWaySaysSo) {
-    Player player(Sound::None);
-    const PlayerView only(player, PlayerView::Rendering::Software); // a player has one at most
-    PlayerView other(player, PlayerView::Rendering::OpenGl);
+    Player player(Sound::none);
+    const PlayerView only(player, PlayerView::Rendering::software); // a player has one at most
+    PlayerView other(player, PlayerView::Rendering::openGl);
     QString reason;
     QObject::connect(&other, &PlayerView::unavailable, [&](const QString& given) { reason = given; });
     other.show();
@@ -180,9 +179,21 @@ TEST_F(OpenGlSmokeTest, AViewThatCanBeDrawnInNoWaySaysSo) {
 }
 
 TEST_F(OpenGlSmokeTest, WithoutAGraphicsCardThePictureIsDrawnInSoftware) {
-    Player player(Sound::None);
+    Player player(Sound::none);
     const PlayerView view(player);
-    EXPECT_EQ(view.rendering(), PlayerView::Rendering::Software);
+    EXPECT_EQ(view.rendering(), PlayerView::Rendering::software);
+}
+
+TEST(PictureFit, PictureKeepsItsShapeInTheMiddle) {
+    EXPECT_EQ(fitPicture({1920, 1080}, {0, 0, 960, 740}), QRect(0, 100, 960, 540));
+    EXPECT_EQ(fitPicture({1080, 1920}, {0, 0, 960, 540}), QRect(328, 0, 304, 540));
+    EXPECT_EQ(fitPicture({4, 4}, {10, 20, 100, 50}), QRect(35, 20, 50, 50));
+}
+
+TEST(PictureFit, ExtremeShapesStayVisible) {
+    EXPECT_EQ(fitPicture({10000, 1}, {0, 0, 100, 100}).size(), QSize(100, 1));
+    EXPECT_EQ(fitPicture({}, {0, 0, 100, 50}), QRect(0, 0, 100, 50));
+    EXPECT_EQ(fitPicture({16, 9}, {0, 0, 0, 50}), QRect(0, 0, 0, 50));
 }
 
 }

@@ -27,7 +27,7 @@ TEST_P(RealClipTest, TimesAreThoseThatFfmpegReads) {
         GTEST_SKIP() << "no real clips here";
     const std::vector<double> times = test::frameTimes(*path);
     ASSERT_FALSE(times.empty());
-    Watched watched(PlayerView::Rendering::Software, {480, 270});
+    Watched watched(PlayerView::Rendering::software, {480, 270});
     ASSERT_TRUE(watched.load(*path)) << watched.failures.value(0).toStdString();
     EXPECT_EQ(watched.player.size(), GetParam().size);
     EXPECT_NEAR(watched.player.time(), times.front(), 0.001);

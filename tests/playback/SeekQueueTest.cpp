@@ -6,8 +6,8 @@ namespace pointloom::playback {
 
 namespace {
 
-constexpr Jump exact(double time) {
-    return {Jump::Kind::Exact, time};
+constexpr Seek exact(double time) {
+    return {Seek::Kind::exact, time};
 }
 
 }

@@ -12,10 +12,10 @@ namespace pointloom::playback {
 
 class Watched {
 public:
-    explicit Watched(PlayerView::Rendering rendering = PlayerView::Rendering::Software,
+    explicit Watched(PlayerView::Rendering rendering = PlayerView::Rendering::software,
                      QSize size = {320, 64});
 
-    Player player{Sound::None};
+    Player player{Sound::none};
     PlayerView view;
 
     int loads = 0;
@@ -35,7 +35,7 @@ public:
     bool load(const QString& path);
 
     /// Seeks and waits until nothing is under way.
-    bool seek(double seconds, Player::SeekMode mode = Player::SeekMode::Exact);
+    bool seek(double seconds, Player::SeekMode mode = Player::SeekMode::exact);
 
     /// What the view shows inside of its video rectangle, once drawing has caught up.
     QImage picture();

@@ -1,6 +1,5 @@
 #include "ui/editor/EditorPlayback.h"
 
-#include "playback/PlaybackError.h"
 #include "ui/common/Preferences.h"
 
 #include <algorithm>
@@ -127,7 +126,7 @@ void EditorPlayback::seek(double seconds, bool exact) {
     const double target = std::clamp(seconds, 0.0, duration > 0 ? duration : std::max(0.0, seconds));
     if (isLoaded())
         m_player->seek(target,
-                       exact ? playback::Player::SeekMode::Exact : playback::Player::SeekMode::Keyframe);
+                       exact ? playback::Player::SeekMode::exact : playback::Player::SeekMode::keyframe);
     else
         m_context.state.currentTime = target;
 }

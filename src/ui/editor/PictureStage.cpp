@@ -1,7 +1,5 @@
 #include "ui/editor/PictureStage.h"
 
-#include "playback/PictureFit.h"
-#include "playback/PlaybackError.h"
 #include "ui/common/FaultWords.h"
 #include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
@@ -80,7 +78,7 @@ QWidget* PictureStage::makeEmptyState() {
 void PictureStage::showPlayer(playback::Player& player) {
     try {
         m_view =
-            std::make_unique<playback::PlayerView>(player, playback::PlayerView::Rendering::Automatic, this);
+            std::make_unique<playback::PlayerView>(player, playback::PlayerView::Rendering::automatic, this);
     } catch (const playback::PlaybackError& error) {
         m_playback.giveUp(QString::fromUtf8(error.what()));
         return;

@@ -1,11 +1,10 @@
-#include "playback/MpvHandle.h"
-
-#include "playback/PlaybackError.h"
+#include "playback/Mpv.h"
 
 #include <array>
 #include <clocale>
 #include <mpv/client.h>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,7 +18,7 @@ struct Option {
 };
 
 constexpr std::array options{
-    // Newer versions open a window of their own unless told this outright.
+    // Without this newer versions open a window of their own.
     Option{"vo", "libmpv"},
     Option{"force-window", "no"},
     Option{"idle", "yes"},
@@ -68,7 +67,7 @@ constexpr std::array options{
     Option{"audio-file-auto", "no"},
     Option{"cover-art-auto", "no"},
 
-    // No settings, scripts, keys or traces of the player's own.
+    // No settings, scripts, keys or history of libmpv's own.
     Option{"config", "no"},
     Option{"use-filedir-conf", "no"},
     Option{"load-scripts", "no"},
@@ -95,7 +94,7 @@ void check(int result, const char* what) {
                             mpv_error_string(result) + ".");
 }
 
-// Options of FFmpeg's. Given as one text they would be split at commas, so they go in as a map, and are
+// Sets options of FFmpeg's. Given as one text they would be split at commas, so they are passed as a map, and
 // read back: an option that is not taken fails silently otherwise.
 void setLibavOptions(mpv_handle* handle, const char* name,
                      std::vector<std::pair<std::string, std::string>> pairs) {
@@ -124,14 +123,14 @@ void MpvDeleter::operator()(mpv_handle* handle) const {
 }
 
 MpvHandle startMpv(Sound sound) {
-    // Qt takes over the person's locale at start; a decimal comma would break every number given to libmpv.
+    // Qt takes over the user's locale at start; a decimal comma would break every number given to libmpv.
     std::setlocale(LC_NUMERIC, "C");
     MpvHandle handle(mpv_create());
     if (!handle)
         throw PlaybackError("The player cannot be started: there is not enough memory.");
     for (const Option& option : options)
         check(mpv_set_option_string(handle.get(), option.name, option.value), option.name);
-    if (sound == Sound::None)
+    if (sound == Sound::none)
         check(mpv_set_option_string(handle.get(), "ao", "null"), "ao");
     check(mpv_initialize(handle.get()), "initialisation");
     setLibavOptions(handle.get(), "stream-lavf-o", {{"protocol_whitelist", "file"}});
@@ -140,6 +139,62 @@ MpvHandle startMpv(Sound sound) {
     setLibavOptions(handle.get(), "demuxer-lavf-o",
                     {{"protocol_whitelist", "file"}, {"advanced_editlist", "1"}});
     return handle;
+}
+
+void sendCommand(mpv_handle* handle, std::initializer_list<QByteArray> arguments, std::uint64_t id) {
+    std::vector<const char*> pointers;
+    for (const QByteArray& argument : arguments)
+        pointers.push_back(argument.constData());
+    pointers.push_back(nullptr);
+    mpv_command_async(handle, id, pointers.data());
+}
+
+void sendProperty(mpv_handle* handle, const char* name, bool value) {
+    int flag = value ? 1 : 0;
+    mpv_set_property_async(handle, noReply, name, MPV_FORMAT_FLAG, &flag);
+}
+
+void sendProperty(mpv_handle* handle, const char* name, double value) {
+    mpv_set_property_async(handle, noReply, name, MPV_FORMAT_DOUBLE, &value);
+}
+
+void sendProperty(mpv_handle* handle, const char* name, const char* value) {
+    mpv_set_property_async(handle, noReply, name, MPV_FORMAT_STRING, &value);
+}
+
+void requestNumber(mpv_handle* handle, const char* name, std::uint64_t id) {
+    mpv_get_property_async(handle, id, name, MPV_FORMAT_DOUBLE);
+}
+
+void requestText(mpv_handle* handle, const char* name, std::uint64_t id) {
+    mpv_get_property_async(handle, id, name, MPV_FORMAT_STRING);
+}
+
+std::optional<double> numberIn(const mpv_event& reply) {
+    const auto* property = static_cast<const mpv_event_property*>(reply.data);
+    if (reply.error < 0 || !property || property->format != MPV_FORMAT_DOUBLE)
+        return std::nullopt;
+    return *static_cast<const double*>(property->data);
+}
+
+QByteArray textIn(const mpv_event& reply) {
+    const auto* property = static_cast<const mpv_event_property*>(reply.data);
+    if (reply.error < 0 || !property || property->format != MPV_FORMAT_STRING)
+        return {};
+    return *static_cast<char* const*>(property->data);
+}
+
+std::optional<std::int64_t> playlistEntryIn(const mpv_event& reply) {
+    const auto* command = static_cast<const mpv_event_command*>(reply.data);
+    if (reply.error < 0 || !command || command->result.format != MPV_FORMAT_NODE_MAP)
+        return std::nullopt;
+    const mpv_node_list& list = *command->result.u.list;
+    for (int i = 0; i < list.num; ++i) {
+        if (std::string_view(list.keys[i]) == "playlist_entry_id" &&
+            list.values[i].format == MPV_FORMAT_INT64)
+            return list.values[i].u.int64;
+    }
+    return std::nullopt;
 }
 
 }
