@@ -88,8 +88,6 @@ struct AlphaMovie::State {
 
 AlphaMovie::AlphaMovie(std::unique_ptr<State> state)
     : m_state(std::move(state)) {}
-AlphaMovie::AlphaMovie(AlphaMovie&&) noexcept = default;
-AlphaMovie& AlphaMovie::operator=(AlphaMovie&&) noexcept = default;
 AlphaMovie::~AlphaMovie() = default;
 
 AlphaMovie AlphaMovie::create(const QString& path, QSize size, Rational timeBase, Rational frameRate) {

@@ -19,8 +19,6 @@ public:
     /// nominal one. Throws MediaError.
     static AlphaMovie create(const QString& path, QSize size, Rational timeBase, Rational frameRate);
 
-    AlphaMovie(AlphaMovie&&) noexcept;
-    AlphaMovie& operator=(AlphaMovie&&) noexcept;
     ~AlphaMovie(); // an unfinished file is closed and left to its owner to remove
 
     /// Sets the image that is written from now on: rows of red, green, blue, alpha, a byte each, without

@@ -43,7 +43,7 @@ AVPixelFormat pixelFormat(Subsampling subsampling, int bitDepth);
 
 /// True for the old names of the full-range layouts.
 bool isFullRangeAlias(AVPixelFormat layout);
-/// The plain layout that an old full-range name stands for; any other layout as it is.
+/// The plain layout for an old full-range name; any other layout unchanged.
 AVPixelFormat withoutFullRangeAlias(AVPixelFormat layout);
 
 }

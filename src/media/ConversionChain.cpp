@@ -5,6 +5,7 @@
 #include "media/SideData.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace pointloom::media {
@@ -35,16 +36,12 @@ bool changesLight(const Conversion& conversion) {
 std::string turn(Orientation orientation) {
     // The filter's "flip" mirrors top to bottom after the turn: for a quarter turn the same as mirroring
     // left to right before it.
-    switch (orientation.quarterTurns) {
-    case 1:
-        return orientation.mirrored ? "transpose=clock_flip," : "transpose=clock,";
-    case 2:
-        return orientation.mirrored ? "vflip," : "vflip,hflip,";
-    case 3:
-        return orientation.mirrored ? "transpose=cclock_flip," : "transpose=cclock,";
-    default:
-        return orientation.mirrored ? "hflip," : "";
-    }
+    static constexpr std::array<const char*, 4> turns{"", "transpose=clock,", "vflip,hflip,",
+                                                      "transpose=cclock,"};
+    static constexpr std::array<const char*, 4> mirroredTurns{"hflip,", "transpose=clock_flip,", "vflip,",
+                                                              "transpose=cclock_flip,"};
+    return (orientation.mirrored ? mirroredTurns : turns)
+        .at(static_cast<std::size_t>(orientation.quarterTurns));
 }
 
 std::string sizeText(QSize size) {
@@ -55,16 +52,10 @@ std::string layoutText(AVPixelFormat layout) {
     return std::string("format=") + av_get_pix_fmt_name(layout);
 }
 
+/// The name of the filter "scale".
 const char* scaleMatrix(Matrix matrix) {
-    switch (matrix) {
-    case Matrix::bt601:
-        return "smpte170m";
-    case Matrix::bt709:
-        return "bt709";
-    case Matrix::bt2020:
-        return "bt2020";
-    }
-    return "bt709";
+    static constexpr std::array names{"smpte170m", "bt709", "bt2020"}; // by Matrix
+    return names[static_cast<std::size_t>(matrix)];
 }
 
 const char* rangeText(Range range) {
@@ -78,15 +69,8 @@ struct ChromaPlace {
 };
 
 ChromaPlace chromaPlace(ChromaLocation location) {
-    switch (location) {
-    case ChromaLocation::left:
-        return {0, 0.5};
-    case ChromaLocation::center:
-        return {0.5, 0.5};
-    case ChromaLocation::topLeft:
-        return {0, 0};
-    }
-    return {0, 0.5};
+    static constexpr std::array<ChromaPlace, 3> places{{{0, 0.5}, {0.5, 0.5}, {0, 0}}}; // by ChromaLocation
+    return places[static_cast<std::size_t>(location)];
 }
 
 ChromaPlace turned(ChromaPlace place, Orientation orientation) {
@@ -142,16 +126,10 @@ std::string convertLevels(const Conversion& conversion) {
     return text + "," + layoutText(conversion.layout);
 }
 
+/// The name of the filter "zscale".
 const char* chromaText(ChromaLocation location) {
-    switch (location) {
-    case ChromaLocation::left:
-        return "left";
-    case ChromaLocation::center:
-        return "center";
-    case ChromaLocation::topLeft:
-        return "topleft";
-    }
-    return "left";
+    static constexpr std::array names{"left", "center", "topleft"}; // by ChromaLocation
+    return names[static_cast<std::size_t>(location)];
 }
 
 std::string zscaleTags(const ColorDescription& color, bool rgb, const char* suffix) {

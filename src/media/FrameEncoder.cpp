@@ -48,7 +48,7 @@ void chooseRateFactor(const VideoSettings& settings, Options& options) {
         options.set("crf", rateFactor(settings.codec, settings.quality));
 }
 
-/// How each quality is encoded where no rate factor is used.
+/// Encodings of each quality by encoders without a rate factor.
 struct QualityRow {
     EncodingQuality quality;
     int proresProfile; // of FFmpeg's encoder: LT, 422, HQ

@@ -31,8 +31,6 @@ struct FrameTimes::State {
 
 FrameTimes::FrameTimes(std::unique_ptr<State> state)
     : m_state(std::move(state)) {}
-FrameTimes::FrameTimes(FrameTimes&&) noexcept = default;
-FrameTimes& FrameTimes::operator=(FrameTimes&&) noexcept = default;
 FrameTimes::~FrameTimes() = default;
 
 FrameTimes FrameTimes::open(const QString& path, double start) {

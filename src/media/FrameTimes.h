@@ -16,8 +16,6 @@ public:
     /// that is shown at `start` (seconds), where the file can be searched. Throws MediaError.
     static FrameTimes open(const QString& path, double start);
 
-    FrameTimes(FrameTimes&&) noexcept;
-    FrameTimes& operator=(FrameTimes&&) noexcept;
     ~FrameTimes();
 
     /// The time of the next frame, in ticks, strictly rising; empty at the end.

@@ -288,8 +288,6 @@ struct MediaWriter::State {
 
 MediaWriter::MediaWriter(std::unique_ptr<State> state)
     : m_state(std::move(state)) {}
-MediaWriter::MediaWriter(MediaWriter&&) noexcept = default;
-MediaWriter& MediaWriter::operator=(MediaWriter&&) noexcept = default;
 MediaWriter::~MediaWriter() = default;
 
 MediaWriter MediaWriter::create(const QString& path, const VideoSettings& video, bool withAudio,

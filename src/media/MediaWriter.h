@@ -63,8 +63,6 @@ public:
     static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio,
                               const std::vector<Chapter>& chapters = {}, const QString& comment = {});
 
-    MediaWriter(MediaWriter&&) noexcept;
-    MediaWriter& operator=(MediaWriter&&) noexcept;
     ~MediaWriter(); // an unfinished file is closed and left to its owner to remove
 
     bool hasAudio() const; // false also when the sound encoder could not be opened

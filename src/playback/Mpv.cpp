@@ -41,8 +41,7 @@ constexpr std::array options{
     Option{"audio-fallback-to-null", "yes"},
     Option{"audio-client-name", "Pointloom"},
 
-    // HDR looks as exports to H.264 do: the same curve, which does not follow the picture, and no other
-    // colours.
+    // HDR looks as exports to H.264 do: the same fixed tone curve and the same colours.
     Option{"tone-mapping", "mobius"},
     Option{"tone-mapping-param", "0.5"},
     Option{"hdr-compute-peak", "no"},

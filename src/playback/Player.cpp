@@ -285,17 +285,13 @@ void Player::startWaiting() {
 
 void Player::updateSize() {
     const QSize size = m_storedRotation % 180 == 0 ? m_storedSize : m_storedSize.transposed();
-    if (size == m_size)
-        return;
-    m_size = size;
-    Q_EMIT sizeChanged(size);
+    if (std::exchange(m_size, size) != size)
+        Q_EMIT sizeChanged(size);
 }
 
 void Player::setTime(double seconds) {
-    if (seconds == m_time)
-        return;
-    m_time = seconds;
-    Q_EMIT timeChanged(seconds);
+    if (std::exchange(m_time, seconds) != seconds)
+        Q_EMIT timeChanged(seconds);
 }
 
 void Player::setHasSoundDevice(bool isThere) {
@@ -304,10 +300,8 @@ void Player::setHasSoundDevice(bool isThere) {
 }
 
 void Player::setPlaying(bool playing) {
-    if (playing == m_playing)
-        return;
-    m_playing = playing;
-    Q_EMIT playingChanged(playing);
+    if (std::exchange(m_playing, playing) != playing)
+        Q_EMIT playingChanged(playing);
 }
 
 // On one of libmpv's threads, which must not call back into it.
@@ -419,10 +413,8 @@ void Player::handleReply(const mpv_event& event) {
 /// `peak` is in units of SDR white.
 void Player::updateLight(double peak) {
     const std::optional<SourceLight> light = sourceLightOf(m_transfer, m_primaries, peak);
-    if (light == m_sourceLight)
-        return;
-    m_sourceLight = light;
-    Q_EMIT sourceLightChanged();
+    if (std::exchange(m_sourceLight, light) != light)
+        Q_EMIT sourceLightChanged();
 }
 
 void Player::handleFileEnd(const mpv_event& event) {

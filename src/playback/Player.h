@@ -43,7 +43,8 @@ public:
     bool isLoaded() const { return m_announced; }
     const QString& path() const { return m_path; }
 
-    /// At the end of the file, goes on from its beginning. Before `fileLoaded`, starts when that comes.
+    /// Plays; at the end of the file from its beginning. Before `fileLoaded`, playback starts with that
+    /// signal.
     void play();
     void pause();
     bool isPlaying() const { return m_playing; }

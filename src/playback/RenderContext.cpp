@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QOpenGLContext>
 #include <string>
+#include <vector>
 
 namespace pointloom::playback {
 
@@ -92,33 +93,28 @@ bool RenderContext::drawSoftware(QImage& target) {
     std::array size{target.width(), target.height()};
     auto stride = static_cast<std::size_t>(target.bytesPerLine());
     const bool deep = target.format() == QImage::Format_RGBX64;
-    int waitForDisplayTime = 0;
-    std::array parameters{parameter(MPV_RENDER_PARAM_SW_SIZE, size.data()),
-                          parameter(MPV_RENDER_PARAM_SW_FORMAT, deep ? "rgba64" : "bgr0"),
-                          parameter(MPV_RENDER_PARAM_SW_STRIDE, &stride),
-                          parameter(MPV_RENDER_PARAM_SW_POINTER, target.bits()),
-                          parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime),
-                          lastParameter};
-    return mpv_render_context_render(m_context, parameters.data()) >= 0;
+    return render({parameter(MPV_RENDER_PARAM_SW_SIZE, size.data()),
+                   parameter(MPV_RENDER_PARAM_SW_FORMAT, deep ? "rgba64" : "bgr0"),
+                   parameter(MPV_RENDER_PARAM_SW_STRIDE, &stride),
+                   parameter(MPV_RENDER_PARAM_SW_POINTER, target.bits())});
 }
 
 void RenderContext::drawOpenGl(int framebuffer, QSize size) {
     mpv_opengl_fbo target{framebuffer, size.width(), size.height(), 0};
     int flip = 1;
-    int waitForDisplayTime = 0;
-    std::array parameters{
-        parameter(MPV_RENDER_PARAM_OPENGL_FBO, &target), parameter(MPV_RENDER_PARAM_FLIP_Y, &flip),
-        parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime), lastParameter};
-    mpv_render_context_render(m_context, parameters.data());
+    render({parameter(MPV_RENDER_PARAM_OPENGL_FBO, &target), parameter(MPV_RENDER_PARAM_FLIP_Y, &flip)});
 }
 
 void RenderContext::skip() {
     int skipDrawing = 1;
+    render({parameter(MPV_RENDER_PARAM_SKIP_RENDERING, &skipDrawing)});
+}
+
+bool RenderContext::render(std::vector<mpv_render_param> parameters) {
     int waitForDisplayTime = 0;
-    std::array parameters{parameter(MPV_RENDER_PARAM_SKIP_RENDERING, &skipDrawing),
-                          parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime),
-                          lastParameter};
-    mpv_render_context_render(m_context, parameters.data());
+    parameters.push_back(parameter(MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waitForDisplayTime));
+    parameters.push_back(lastParameter);
+    return mpv_render_context_render(m_context, parameters.data()) >= 0;
 }
 
 void RenderContext::reportSwap() {

@@ -6,9 +6,11 @@
 #include <QImage>
 #include <QObject>
 #include <QSize>
+#include <vector>
 
 class QOpenGLContext;
 struct mpv_render_context;
+struct mpv_render_param;
 
 namespace pointloom::playback {
 
@@ -52,6 +54,7 @@ Q_SIGNALS:
 private:
     explicit RenderContext(Player& player);
     void adopt(mpv_render_context* context);
+    bool render(std::vector<mpv_render_param> parameters);
     void handleUpdate();
     static void postUpdate(void* self);
 

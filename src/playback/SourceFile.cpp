@@ -110,7 +110,7 @@ std::optional<SourceLight> sourceLightOf(const QByteArray& transfer, const QByte
     light.primaries = primariesNamed(primaries, isHdr ? Primaries::bt2020 : Primaries::bt709);
     if (!isHdr)
         return light.primaries == Primaries::bt709 ? std::nullopt : std::optional(light);
-    // What libmpv takes when the file does not say: all that SMPTE ST 2084 can hold.
+    // libmpv assumes the limit of SMPTE ST 2084 when the file names no peak.
     constexpr double highest = 9'999; // cd/m2
     light.peak = peak > 1 && peak * referenceWhite < highest ? peak * referenceWhite : usualPeak;
     return light;

@@ -45,7 +45,7 @@ DevicePixels::DevicePixels(QPainter& painter)
     , m_fromPainter(painter.deviceTransform()) {
     m_painter.save();
     m_painter.resetTransform();
-    // What is left is the device's own: its pixel ratio and, on a widget, the offset in its window.
+    // Undoes the device's own transform: its pixel ratio and, on a widget, the offset in its window.
     m_painter.setWorldTransform(m_painter.deviceTransform().inverted());
 }
 

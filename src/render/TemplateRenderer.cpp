@@ -140,7 +140,7 @@ TextLine shape(QString text, FontFace face) {
         for (const QGlyphRun& run : layout.glyphRuns())
             addRun(line, run, {0, shaped.ascent()});
     }
-    // Centred on the capitals, as a flag stands beside a name.
+    // Centred on the capitals, so that a flag is level with a name.
     const double middle = -raw.capHeight() / shapingSize / 2;
     for (TextLine::ColoredGlyph& glyph : line.coloredGlyphs)
         glyph.rect.moveCenter({glyph.rect.center().x(), middle});

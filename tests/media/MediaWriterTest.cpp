@@ -253,7 +253,7 @@ TEST(MediaWriter, AllEightOrientationsAreShownAsMeant) {
             converter.finish();
             const VideoFrame ours = converter.pull().value();
 
-            const QByteArray theirs = firstFrame(path, QStringLiteral("yuv420p"));
+            const QByteArray theirs = firstPicture(path, QStringLiteral("yuv420p"));
             ASSERT_GE(theirs.size(), target.size.width() * target.size.height());
             for (const QPoint point : {QPoint(8, 8), QPoint(40, 8), QPoint(8, 40), QPoint(40, 40)})
                 EXPECT_EQ(static_cast<unsigned char>(theirs.at(point.y() * target.size.width() + point.x())),

@@ -73,7 +73,7 @@ TEST(Opening, OtherFormatsUnderTheNameOfAMovieAreRefused) {
 
 TEST(Opening, ARecordingWithoutItsIndexIsCalledCutShort) {
     const ClipFolder folder;
-    const QByteArray clip = simpleClip(folder); // its index stands at the end
+    const QByteArray clip = simpleClip(folder); // its index is at the end
     EXPECT_THAT(openingError(folder.write(QStringLiteral("cut.mp4"), clip.left(clip.size() / 2))),
                 HasSubstr("index is missing"));
 }

@@ -75,7 +75,7 @@ TEST(ScoreboardLayout, FlagsAndAccentedLettersAreOneCharacterEach) {
     EXPECT_EQ(characterCount(QString::fromUtf8("🇫🇷🇩🇪")), 2);
 
     MatchConfig flagged = matchBetween(QStringLiteral("Gasquet1"), QStringLiteral("B"));
-    flagged.team1.flag1 = QStringLiteral("fr"); // the flag and the blank after it make ten
+    flagged.team1.flag1 = QStringLiteral("fr"); // the flag and the space after it make ten
     EXPECT_DOUBLE_EQ(ScoreboardLayout(38, 28, 46, flagged).nameW, 152.8);
 }
 

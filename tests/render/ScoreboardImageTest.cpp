@@ -170,7 +170,7 @@ TEST(StackedTemplate, LooksLikeACardWithALitWinner) {
     EXPECT_LT(brightest(152, 96), 190) << "who lost it";
     EXPECT_LT(brightest(0, 121), 190) << "a set not begun";
 
-    // A single player beside a pair stands halfway between its lines.
+    // A single player beside a pair is halfway between its lines.
     match.format = MatchFormat::doubles;
     match.team2.player2 = QStringLiteral("C");
     const QImage uneven = renderScoreboardImage(TemplateID::stacked, score, match, {}, 2);

@@ -1,5 +1,5 @@
 // Every row template as a whole picture, against one drawn here from a table of its own by the recipe: what
-// stands in each cell, in which font and colour, and the shadow around. Text and shadow have tests of their
+// is in each cell, in which font and colour, and the shadow around. Text and shadow have tests of their
 // own.
 #include "render/Shadow.h"
 #include "render/TemplateRenderer.h"
