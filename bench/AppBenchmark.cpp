@@ -1,4 +1,4 @@
-// What a person waits for: the window after a start, and a long project after opening it.
+// Times that a user waits: for the window after a start, and for a long project after opening it.
 #include "app/MainWindow.h"
 #include "licensing/FileRecordStore.h"
 #include "licensing/LicenceManager.h"
@@ -38,7 +38,7 @@ ProjectFile longProject(std::int64_t markerCount, const QString& video) {
     return projectFrom(session);
 }
 
-// A started program answers another start as soon as its event loop runs behind a shown window.
+// A started program answers another start as soon as its window is shown and its event loop runs.
 void coldStart(benchmark::State& run) {
     const QTemporaryDir folder;
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(QStringLiteral("config"))));

@@ -1,4 +1,4 @@
-// What the list of markers in the sidebar costs with a long match: following an edit, scrolling, jumping.
+// Times of the list of markers in the sidebar with a long match: following an edit, scrolling, seeking.
 #include "LongMatch.h"
 #include "persistence/UserDefaults.h"
 #include "ui/editor/MarkerListView.h"

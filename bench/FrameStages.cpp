@@ -1,10 +1,8 @@
-// What each stage of an export takes for a frame: decoding, converting (scaling, depth, tone-mapping),
-// blending the overlay, encoding. One stage after the other over the same frames, so that none hides behind
-// another.
+// Time per frame of each stage of an export: decoding, converting (scaling, depth, tone-mapping), blending
+// the overlay, encoding. One stage after the other over the same frames, so that none is hidden by another.
 //
 //     frame-stages CLIP [--format h264|hevc|prores] [--preset original|...]
 #include "cli/ExportChoices.h"
-#include "export/ExportPlan.h"
 #include "export/ExportSource.h"
 #include "export/FrameOverlay.h"
 #include "SampleOverlay.h"
@@ -21,7 +19,7 @@ constexpr std::size_t frameCount = 48; // held in memory at once: 1.2 GB of 4K w
 
 using Frames = std::vector<media::VideoFrame>;
 
-/// Prints what the work took, in milliseconds a frame.
+/// Prints the time of the work, in milliseconds per frame.
 template <typename Work>
 void measure(Work work) {
     QElapsedTimer timer;
@@ -66,22 +64,21 @@ void encode(const Frames& frames, const media::VideoSettings& settings) {
 }
 
 void run(const ExportJob& job) {
-    media::VideoReader reader = ExportSource::open(job.videoPath);
+    media::VideoReader reader = openSource(job.videoPath);
     const media::MediaInfo info = reader.info();
-    const media::VideoTrackInfo& track = *info.video;
-    const ExportPlan plan = makePlan(job, info);
-    FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
+    const ResolvedExport resolved = resolveExport(job, info);
+    FrameOverlay overlay(job, resolved.layout, resolved.encoder.format);
     Frames frames;
     std::printf("|");
     measure([&] { frames = decode(reader); });
-    measure([&] { frames = convert({track, pictureTarget(plan, track)}, std::move(frames)); });
+    measure([&] { frames = convert({*info.video, resolved.target}, std::move(frames)); });
     for (media::VideoFrame& frame : frames)
         frame.makeWritable();
     measure([&] {
         for (const media::VideoFrame& frame : frames)
             overlay.drawInto(frame, frame.time());
     });
-    measure([&] { encode(frames, videoSettings(job, plan, track)); });
+    measure([&] { encode(frames, resolved.encoder); });
     std::printf("\n");
 }
 
@@ -95,16 +92,15 @@ int main(int argc, char** argv) {
     std::string clip;
     std::string format = "h264";
     std::string preset = "original";
-    CLI::App options("What each stage of an export takes for a frame");
+    CLI::App options("Time per frame of each stage of an export");
     options.add_option("CLIP", clip)->required();
     cli::addFormatOption(options, format);
     cli::addPresetOption(options, preset);
     CLI11_PARSE(options, argc, argv);
-    ExportJob job;
+    ExportJob job = sampleJob();
     job.videoPath = QString::fromStdString(clip);
-    job.format = cli::formatOf(format);
-    job.preset = cli::presetOf(preset);
-    job.overlay = sampleOverlay();
+    job.settings.format = cli::formatOf(format);
+    job.settings.preset = cli::presetOf(preset);
     try {
         run(job);
     } catch (const std::exception& error) {

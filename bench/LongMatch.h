@@ -1,4 +1,4 @@
-// The markers of a match of two hours, for programs that measure what many markers cost.
+// The markers of a match of two hours, for programs that measure the cost of many markers.
 #pragma once
 
 #include "model/Marker.h"

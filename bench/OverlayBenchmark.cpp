@@ -1,4 +1,4 @@
-// What the overlay costs: drawing it when the score changes, blending it into every frame.
+// Times of the overlay: drawing it when the score changes, blending it into every frame.
 #include "export/FrameOverlay.h"
 #include "SampleOverlay.h"
 
@@ -16,8 +16,8 @@ PictureLayout fullHd() {
 
 void blendFrame(benchmark::State& state) {
     const media::FrameFormat format{media::Subsampling::s420, static_cast<int>(state.range(0)), {}};
-    const OverlayDescription description = sampleOverlay();
-    FrameOverlay frameOverlay(description, fullHd(), format);
+    const ExportJob job = sampleJob();
+    FrameOverlay frameOverlay(job, fullHd(), format);
     const auto frame = media::makeBlackFrame(1920, 1080, format, {1, 30});
     for ([[maybe_unused]] auto step : state)
         frameOverlay.drawInto(frame, 0);
@@ -25,8 +25,8 @@ void blendFrame(benchmark::State& state) {
 BENCHMARK(blendFrame)->Arg(8)->Arg(10)->Unit(benchmark::kMillisecond);
 
 void drawAndConvertAtEachMarker(benchmark::State& state) {
-    const OverlayDescription description = sampleOverlay();
-    FrameOverlay frameOverlay(description, fullHd(), {});
+    const ExportJob job = sampleJob();
+    FrameOverlay frameOverlay(job, fullHd(), {});
     const auto frame = media::makeBlackFrame(1920, 1080, {}, {1, 30});
     double time = 0;
     for ([[maybe_unused]] auto step : state) {

@@ -1,4 +1,4 @@
-// What one drawing of a scoreboard costs. An export draws it whenever the score changes, the editor at
+// Time of one drawing of a scoreboard. An export draws it whenever the score changes, the editor at
 // every step of a drag.
 #include "render/ScoreboardTemplate.h"
 

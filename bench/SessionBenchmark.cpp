@@ -1,4 +1,4 @@
-// What an edit costs with its autosave, and what resolving the score at the playhead costs.
+// Times of an edit with its autosave, and of resolving the score at the playhead.
 #include "model/ScoringEngine.h"
 #include "persistence/Persistence.h"
 #include "session/AppState.h"
@@ -45,7 +45,7 @@ void fill(AppState& state, std::int64_t markerCount) {
     state.markers = markerList(markerCount);
 }
 
-/// Milliseconds of each round, told as median and 99th percentile: a person feels the slow ones.
+/// Milliseconds of each round, as median and 99th percentile: users notice the slow ones.
 class Percentiles {
 public:
     void add(std::chrono::steady_clock::duration time) {

@@ -1,4 +1,4 @@
-// What a frame of the timeline costs: scrolling it, and painting it anew after an edit.
+// Times of painting the timeline: while scrolling, and after an edit.
 #include "LongMatch.h"
 #include "persistence/UserDefaults.h"
 #include "ui/timeline/TimelineCanvas.h"

@@ -1,6 +1,6 @@
-// Any bytes as a plan of segments, whose checksum is made to fit. A plan that is accepted hangs together and
+// Any bytes as a plan of segments, whose checksum is made to fit. A plan that is accepted is consistent and
 // is the same after writing and reading again.
-#include "export/SegmentPlan.h"
+#include "export/segments/SegmentPlan.h"
 #include "FuzzTarget.h"
 #include "json/JsonDocument.h"
 
@@ -31,7 +31,6 @@ std::optional<SegmentPlan> planOf(const QByteArray& bytes) {
 void tryPlan(const SegmentPlan& plan) {
     const QByteArray written = json::prettySorted(json::encode(plan));
     require(SegmentPlan::decode(written, path, program) == plan, "a plan reads as it was written");
-    (void)plan.job();
     for (int number = 1; number <= plan.count(); ++number) {
         (void)plan.window(number);
         (void)plan.offset(number);

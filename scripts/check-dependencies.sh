@@ -7,8 +7,8 @@
 set -euo pipefail
 export LC_ALL=C.UTF-8
 
-# What each module may include besides itself. A new module needs a line here. A name with a slash makes its first
-# part a folder of modules, without sources of its own.
+# What each module may include besides itself. A new module needs a line here. A folder inside a module that has a line
+# is a module of its own; a folder whose modules alone have lines has no sources.
 declare -A allowed=(
     [json]=""
     [files]=""
@@ -20,6 +20,7 @@ declare -A allowed=(
     [media]=""
     [crash]="http info json"
     [export]="render media crash model files json"
+    [export/segments]="export render media model files json"
     [session]="export render model l10n json"
     [licensing]="http info files json"
     [persistence]="session export render model l10n crash files json"
@@ -31,7 +32,7 @@ declare -A allowed=(
     [ui/editor]="ui/timeline ui/common ui/style playback persistence session export render media crash model l10n json"
     [ui/export]="ui/common ui/style persistence session export render media model l10n files json"
     [ui/settings]="ui/common ui/style licensing persistence session media model l10n info files json"
-    [cli]="persistence licensing session export render media crash model l10n info files json"
+    [cli]="persistence licensing session export/segments export render media crash model l10n info files json"
     [app]="ui/settings ui/export ui/editor ui/wizard ui/common ui/style playback persistence licensing session export render media crash model l10n info files json"
 )
 
@@ -68,10 +69,12 @@ check() {
 
 # Sets `module` to the module of a file or of an included header.
 module_of() {
+    local inside=${1#*/}
     module=${1%%/*}
-    if [[ " ${!allowed[*]}" == *" $module/"* ]]; then
-        local inside=${1#*/}
-        module+=/${inside%%/*}
+    inside=$module/${inside%%/*}
+    if [[ -n ${allowed[$inside]+known} ]] ||
+        [[ -z ${allowed[$module]+known} && " ${!allowed[*]}" == *" $module/"* ]]; then
+        module=$inside
     fi
 }
 
@@ -151,6 +154,8 @@ self_test() {
     expect_fault 'ui/shed/Tool.h' '#include <vector>' 'src/ui/shed: a module without a line'
     expect_fault 'ui/Tool.h' '#include "json/Json.h"' 'ui/Tool.h may not include'
     expect_fault 'ui/editor/Keys.cpp' '#include "ui/settings/Sheet.h"' 'ui/editor may not include "ui/settings/Sheet.h"'
+    expect_clean 'export/segments/Plan.cpp' '#include "export/Export.h"'
+    expect_fault 'export/Export.cpp' '#include "export/segments/Plan.h"' 'export may not include "export/segments/Plan.h"'
     expect_fault 'ui/style/Theme.cpp' '#include "ui/common/Dialogs.h"' 'ui/style may not include'
     expect_fault 'export/Export.h' 'extern "C" {
 #include <libavcodec/avcodec.h>' 'src/export/Export.h:2: only media may see'

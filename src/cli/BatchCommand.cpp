@@ -9,6 +9,7 @@
 #include "cli/Messages.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
+#include "export/ExportManager.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -165,8 +166,8 @@ void BatchCommand::exportOne(const QString& document, Summary& summary, const Ca
     display.begin(document);
     inputs.job.overlay.isLicensed = isLicensed(*m_licence);
     const ExportReport report = ExportManager::exportVideo(
-        inputs.job, [&] { return cancellation.isRequested(); },
-        [&](const ExportProgress& progress) { display.update(progress); });
+        inputs.job, {[&] { return cancellation.isRequested(); },
+                     [&](const ExportProgress& progress) { display.update(progress); }});
     display.finish(output);
     m_protected.push_back({output, QStringLiteral("the new video of ") + document});
     ++summary.done;
@@ -178,11 +179,12 @@ ProjectInputs BatchCommand::inputsOf(const QString& document) const {
     const QString outputFolder = toPath(m_outputFolder.value_or(m_folder));
     const QString projectPath = pathOf(document);
     ExportRequest request;
-    request.format = formatOf(m_format);
-    request.preset = presetOf(m_preset);
-    request.quality = qualityOf(m_quality);
-    request.encoder = encoderOf(m_encoder);
-    request.outputPath = inFolder(outputFolder, outputNameFor(document, fileExtension(request.format)));
+    request.settings.format = formatOf(m_format);
+    request.settings.preset = presetOf(m_preset);
+    request.settings.quality = qualityOf(m_quality);
+    request.settings.encoder = encoderOf(m_encoder);
+    request.outputPath =
+        inFolder(outputFolder, outputNameFor(document, fileExtension(request.settings.format)));
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request);
     return inputs;
 }

@@ -2,8 +2,7 @@
 // progress.
 #pragma once
 
-#include "export/EncodingOptions.h"
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 
 #include <CLI/CLI.hpp>
 #include <string>

@@ -9,9 +9,9 @@
 #include "cli/ProgressDisplay.h"
 #include "cli/RequestOptions.h"
 #include "export/Chapters.h"
-#include "export/ExportSource.h"
+#include "export/ExportManager.h"
 #include "export/OverlayExport.h"
-#include "export/ParallelExport.h"
+#include "export/segments/ParallelExport.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
 
@@ -32,12 +32,11 @@ private:
     void settleFormat();
     void settleOutput(ExportJob& job) const;
     void settleEncoding(ProjectInputs& inputs);
-    OverlayExport::Format overlayFormat() const {
-        return m_options.format() == pngWord ? OverlayExport::Format::png : OverlayExport::Format::prores;
+    OverlayFormat overlayFormat() const {
+        return m_options.format() == pngWord ? OverlayFormat::png : OverlayFormat::prores;
     }
     static ExitStatus printChapters(const ExportJob& job);
-    ExportReport write(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
-                       const ExportManager::ProgressReport& onProgress) const;
+    ExportReport write(const ExportJob& job, const ExportControl& control) const;
 
     std::string m_project;
     std::optional<std::string> m_output;
@@ -60,7 +59,7 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
     m_options.addTo(app(), Transparent::too);
     addEncoderOption(app(), m_encoder);
     app()
-        .add_option("--jobs", m_jobs, "Stretches of the video to encode at the same time")
+        .add_option("--jobs", m_jobs, "Segments of the video to encode at the same time")
         ->type_name("NUMBER")
         ->check(CLI::Range(1, mostJobs))
         ->capture_default_str();
@@ -78,15 +77,15 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
 
 ExportRequest ExportCommand::request() const {
     ExportRequest request = m_options.request();
-    request.encoder = encoderOf(m_encoder);
+    request.settings.encoder = encoderOf(m_encoder);
     return request;
 }
 
 double endOfRange(const ExportJob& job) {
     try {
         const double duration = media::readMediaInfo(job.videoPath).duration;
-        ExportSource::requireRange(job, duration);
-        return ExportSource::endOfRange(job.trimEnd, duration);
+        requireRange(job, duration);
+        return pointloom::endOfRange(job.trimEnd, duration);
     } catch (const media::MediaError& error) {
         throw CommandError(job.videoPath + QStringLiteral(": ") + QString::fromUtf8(error.what()));
     }
@@ -117,10 +116,10 @@ void ExportCommand::settleFormat() {
 void ExportCommand::settleOutput(ExportJob& job) const {
     const bool isFolder = m_options.format() == pngWord;
     if (!m_output) {
-        job.outputPath = newDefaultOutputPath(job.format);
+        job.outputPath = newDefaultOutputPath(job.settings.format);
         job.ifExists = IfExists::addNumber;
         if (isFolder) // of the same name
-            job.outputPath.chop(fileExtension(job.format).size() + 1);
+            job.outputPath.chop(fileExtension(job.settings.format).size() + 1);
         return;
     }
     job.outputPath = toPath(*m_output);
@@ -135,7 +134,7 @@ void ExportCommand::settleEncoding(ProjectInputs& inputs) {
     settleEncoder(inputs);
     if (m_jobs == 1)
         return;
-    if (inputs.job.encoder != media::EncoderKind::software) {
+    if (inputs.job.settings.encoder != media::EncoderKind::software) {
         inputs.remarks.notes += QStringLiteral("one job: an encoder in hardware serves one at a time");
         return;
     }
@@ -143,13 +142,11 @@ void ExportCommand::settleEncoding(ProjectInputs& inputs) {
     noteFewerSegments(*m_plan, m_jobs, inputs.remarks);
 }
 
-ExportReport ExportCommand::write(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
-                                  const ExportManager::ProgressReport& onProgress) const {
+ExportReport ExportCommand::write(const ExportJob& job, const ExportControl& control) const {
     if (m_plan)
-        return ParallelExport::run(*m_plan, isCancelled, onProgress, job.ifExists);
-    if (!m_overlayOnly)
-        return ExportManager::exportVideo(job, isCancelled, onProgress);
-    return OverlayExport::run(job, overlayFormat(), isCancelled, onProgress);
+        return exportInParallel(*m_plan, control, job.ifExists);
+    return m_overlayOnly ? exportOverlay(job, overlayFormat(), control)
+                         : ExportManager::exportVideo(job, control);
 }
 
 ExitStatus ExportCommand::run() {
@@ -157,7 +154,6 @@ ExitStatus ExportCommand::run() {
     const QString projectPath = toPath(m_project);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
-    inputs.job.withChapters = m_options.withChapters();
     const ExportJob& job = inputs.job;
     if (m_chaptersText)
         return printChapters(job);
@@ -173,8 +169,7 @@ ExitStatus ExportCommand::run() {
             say(std::exchange(unsaid, {}));
             display.update(progress);
         };
-        const ExportReport report = write(
-            job, [&] { return cancellation.isRequested(); }, showProgress);
+        const ExportReport report = write(job, {[&] { return cancellation.isRequested(); }, showProgress});
         display.finish(report.outputPath);
         if (const auto warning = damageWarning(report.damage))
             say(Remarks{.notes = {}, .warnings = {*warning}});

@@ -6,7 +6,7 @@
 #include "cli/PlanInputs.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
-#include "export/SegmentJoin.h"
+#include "export/segments/SegmentExport.h"
 
 #include <QDir>
 
@@ -43,26 +43,27 @@ JoinCommand::JoinCommand(CLI::App& subcommand)
 }
 
 SegmentFolder JoinCommand::parts(const SegmentPlan& plan, const QString& planPath) const {
-    return m_parts ? SegmentFolder(toPath(*m_parts), plan.format) : SegmentFolder::beside(planPath, plan);
+    return m_parts ? SegmentFolder(toPath(*m_parts), plan.job.settings.format)
+                   : SegmentFolder::beside(planPath, plan);
 }
 
 ExitStatus JoinCommand::run() {
     const QString planPath = toPath(m_plan);
     const auto plan = SegmentPlan::load(planPath, QStringLiteral(POINTLOOM_VERSION));
     const SegmentFolder folder = parts(plan, planPath);
-    const QString output = m_output ? toPath(*m_output) : plan.output;
+    const QString output = m_output ? toPath(*m_output) : plan.job.outputPath;
     std::vector<InputFile> inputs = inputFiles(plan, planPath);
     for (int number = 1; number <= plan.count(); ++number)
-        inputs.push_back({folder.pictures(number), QStringLiteral("a segment")});
+        inputs.push_back({folder.segment(number), QStringLiteral("a segment")});
     inputs.push_back({folder.sound(), QStringLiteral("the sound")});
     requireUsableOutput(output, inputs);
 
     const CancelOnSignal cancellation;
     ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
     try {
-        SegmentJoin::join(
-            plan, folder, output, [&] { return cancellation.isRequested(); },
-            [&](const ExportProgress& progress) { display.update(progress); });
+        joinSegments(plan, folder, output,
+                     {[&] { return cancellation.isRequested(); },
+                      [&](const ExportProgress& progress) { display.update(progress); }});
     } catch (const ExportError& error) {
         throw faultOf(error, planPath);
     }

@@ -4,7 +4,7 @@
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/PlanInputs.h"
 #include "cli/RequestOptions.h"
-#include "export/SegmentPlan.h"
+#include "export/segments/SegmentPlan.h"
 
 #include <QFileInfo>
 
@@ -64,7 +64,6 @@ ExitStatus PlanCommand::run() {
     const QString planPath = toPath(m_plan);
     ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
     inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
-    inputs.job.withChapters = m_options.withChapters();
     for (const QString& path : {planPath, inputs.job.outputPath})
         requireUsableOutput(path, inputFiles(inputs.job));
     try {

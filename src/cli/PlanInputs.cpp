@@ -10,7 +10,7 @@ CLI::Option* addPlanArgument(CLI::App& app, std::string& path) {
 
 std::vector<InputFile> inputFiles(const SegmentPlan& plan, const QString& planPath) {
     std::vector<InputFile> files{{planPath, QStringLiteral("the plan itself")},
-                                 {plan.video.path, QStringLiteral("the source video")}};
+                                 {plan.job.videoPath, QStringLiteral("the source video")}};
     for (const FileFingerprint& picture : plan.pictures)
         files.push_back({picture.path, QStringLiteral("a logo")});
     return files;

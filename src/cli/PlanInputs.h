@@ -4,7 +4,7 @@
 #include "cli/Arguments.h"
 #include "cli/Messages.h"
 #include "cli/OutputPlace.h"
-#include "export/SegmentPlan.h"
+#include "export/segments/SegmentPlan.h"
 
 namespace pointloom::cli {
 

@@ -1,7 +1,6 @@
 #include "cli/ProgressDisplay.h"
 
 #include "cli/Messages.h"
-#include "export/ExportPace.h"
 
 #include <algorithm>
 #include <cmath>

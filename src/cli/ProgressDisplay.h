@@ -1,7 +1,7 @@
 // Shows how far an export is: a bar for people, lines of JSON for programs.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 
 #include <QElapsedTimer>
 #include <string>

@@ -1,6 +1,6 @@
 #include "cli/ProjectInputs.h"
 
-#include "export/HardwareEncoders.h"
+#include "export/ExportSource.h"
 #include "persistence/FileLookup.h"
 #include "persistence/ProjectExport.h"
 #include "render/PictureFile.h"
@@ -118,11 +118,9 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     ExportJob& job = inputs.job;
     job = exportJobFor(project).value(); // all that it needs was required above
     warnOfScoresNotDrawn(job.overlay, inputs.remarks);
-    job.format = request.format;
-    job.preset = request.preset;
-    job.quality = request.quality;
-    job.encoder = request.encoder;
-    job.encoderPreset = request.encoderPreset;
+    const WatermarkCorner corner = job.settings.watermarkCorner;
+    job.settings = request.settings;
+    job.settings.watermarkCorner = corner;
     job.projectPath = projectPath;
     job.outputPath = request.outputPath;
     return inputs;
@@ -132,7 +130,7 @@ void settleEncoder(ProjectInputs& inputs) {
     if (const auto fallback = settleEncoder(inputs.job))
         inputs.remarks.notes +=
             QStringLiteral("%1 does not work here (%2); the software encoder is used")
-                .arg(QString::fromUtf8(media::nameOf(fallback->wanted)), fallback->reason);
+                .arg(QString::fromUtf8(media::nameOf(fallback->requested)), fallback->reason);
 }
 
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath) {

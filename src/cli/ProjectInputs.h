@@ -4,7 +4,7 @@
 #include "cli/CommandError.h"
 #include "cli/Messages.h"
 #include "cli/OutputPlace.h"
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 #include "persistence/ProjectFile.h"
 
 namespace pointloom::cli {
@@ -16,12 +16,8 @@ struct ExportRequest {
     std::optional<WatermarkCorner> watermarkCorner;
     std::optional<double> trimStart; // seconds
     std::optional<double> trimEnd;
-    ExportFormat format = ExportFormat::h264;
-    ExportPreset preset = ExportPreset::original;
+    ExportSettings settings; // besides the watermark's corner
     QString outputPath;
-    media::EncodingQuality quality = media::EncodingQuality::standard;
-    media::EncoderKind encoder = media::EncoderKind::software;
-    std::string encoderPreset;
 };
 
 struct ProjectInputs {

@@ -25,10 +25,11 @@ ExportRequest RequestOptions::request() const {
     request.watermarkCorner = fromRawValue<WatermarkCorner>(m_watermarkCorner);
     request.trimStart = m_trimStart;
     request.trimEnd = m_trimEnd;
-    request.format = formatOf(m_format);
-    request.preset = presetOf(m_preset);
-    request.quality = qualityOf(m_quality);
-    request.encoderPreset = m_encoderPreset;
+    request.settings.format = formatOf(m_format);
+    request.settings.preset = presetOf(m_preset);
+    request.settings.quality = qualityOf(m_quality);
+    request.settings.encoderPreset = QString::fromStdString(m_encoderPreset);
+    request.settings.withChapters = !m_withoutChapters;
     return request;
 }
 

@@ -18,7 +18,6 @@ public:
     const std::string& format() const { return m_format; }
     void setFormat(std::string_view word) { m_format = word; }
     bool isFormatGiven() const { return m_formatOption->count() > 0; }
-    bool withChapters() const { return !m_withoutChapters; }
 
     /// All but the output.
     ExportRequest request() const;

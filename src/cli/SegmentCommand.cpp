@@ -8,7 +8,7 @@
 #include "cli/PlanInputs.h"
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
-#include "export/SegmentExport.h"
+#include "export/segments/SegmentExport.h"
 
 namespace pointloom::cli {
 
@@ -25,8 +25,8 @@ public:
 private:
     QString pathFor(const SegmentPlan& plan, const QString& planPath) const;
     int number() const { return std::stoi(m_segment); }
-    void encodeSound(const SegmentPlan& plan, const QString& path);
-    void encodePictures(const SegmentPlan& plan, const QString& path);
+    void runSound(const SegmentPlan& plan, const QString& path);
+    void runSegment(const SegmentPlan& plan, const QString& path);
 
     std::string m_plan;
     std::string m_segment;
@@ -59,10 +59,10 @@ SegmentCommand::SegmentCommand(CLI::App& subcommand)
 }
 
 QString SegmentCommand::pathFor(const SegmentPlan& plan, const QString& planPath) const {
-    const SegmentFolder parts = SegmentFolder::beside(planPath, plan);
+    const SegmentFolder folder = SegmentFolder::beside(planPath, plan);
     if (!m_output)
-        parts.create();
-    const QString beside = m_segment == soundWord ? parts.sound() : parts.pictures(number());
+        folder.create();
+    const QString beside = m_segment == soundWord ? folder.sound() : folder.segment(number());
     const QString path = m_output ? toPath(*m_output) : beside;
     requireUsableOutput(path, inputFiles(plan, planPath));
     return path;
@@ -78,28 +78,28 @@ ExitStatus SegmentCommand::run() {
     try {
         const QString path = pathFor(plan, planPath);
         if (m_segment == soundWord)
-            encodeSound(plan, path);
+            runSound(plan, path);
         else
-            encodePictures(plan, path);
+            runSegment(plan, path);
     } catch (const ExportError& error) {
         throw faultOf(error, planPath);
     }
     return ExitStatus::done;
 }
 
-void SegmentCommand::encodeSound(const SegmentPlan& plan, const QString& path) {
+void SegmentCommand::runSound(const SegmentPlan& plan, const QString& path) {
     const CancelOnSignal cancellation;
-    if (!SegmentExport::encodeSound(plan, path, [&] { return cancellation.isRequested(); }))
+    if (!encodeSound(plan, path, {[&] { return cancellation.isRequested(); }}))
         say(Remarks{.notes = {QStringLiteral("the sound was finished already")}, .warnings = {}});
     ProgressDisplay(*fromRawValue<ProgressMode>(m_progress)).finish(path);
 }
 
-void SegmentCommand::encodePictures(const SegmentPlan& plan, const QString& path) {
+void SegmentCommand::runSegment(const SegmentPlan& plan, const QString& path) {
     const CancelOnSignal cancellation;
     ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
-    const auto report = SegmentExport::encode(
-        plan, number(), path, [&] { return cancellation.isRequested(); },
-        [&](const ExportProgress& progress) { display.update(progress); });
+    const auto report = encodeSegment(plan, number(), path,
+                                      {[&] { return cancellation.isRequested(); },
+                                       [&](const ExportProgress& progress) { display.update(progress); }});
     display.finish(path);
     if (!report)
         say(Remarks{.notes = {QStringLiteral("segment %1 was finished already").arg(number())},

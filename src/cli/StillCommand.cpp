@@ -4,6 +4,7 @@
 #include "cli/LicenceOfThisMachine.h"
 #include "cli/Messages.h"
 #include "cli/ProjectInputs.h"
+#include "export/ExportManager.h"
 #include "persistence/PictureFile.h"
 
 namespace pointloom::cli {

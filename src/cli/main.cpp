@@ -1,7 +1,7 @@
 // The headless program: every subcommand works without a window and without a screen.
 #include "cli/Commands.h"
 #include "cli/Messages.h"
-#include "export/ExportOptions.h"
+#include "export/ExportJob.h"
 
 #include <clocale>
 #include <iostream>

@@ -14,7 +14,7 @@ QString matchTitle(const MatchConfig& match) {
     return match.team1.displayName() + QStringLiteral(" - ") + match.team2.displayName();
 }
 
-// One line, whatever was typed.
+// On one line.
 QString titleOf(const Marker& marker) {
     return marker.label ? marker.label->simplified() : QString();
 }
@@ -41,7 +41,7 @@ std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const
         if (title.isEmpty() || !(marker.startTime > lastTime && marker.startTime < to))
             continue;
         lastTime = marker.startTime;
-        // The last one holds of those before the range, and of several within one frame's tolerance.
+        // Of those before the range the last one holds, and so of several within one frame's tolerance.
         const double start = std::max(0.0, marker.startTime - from);
         if (!chapters.empty() && start <= chapters.back().start + frameTimeTolerance)
             chapters.back().title = title;

@@ -10,9 +10,9 @@
 namespace pointloom {
 
 /// One chapter for each labelled marker from its time to the next one's, cut to the range `from`..`to`
-/// (seconds of the source) and counted from `from`. What comes before the first is named by the match. Empty
-/// without labels. `markers` may be in any order; of several labelled ones at one time the first in the list
-/// holds.
+/// (seconds of the source) and counted from `from`. The time before the first is a chapter named by the
+/// match. Empty without labels. `markers` may be in any order; of several labelled ones at one time the first
+/// in the list holds.
 std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const MatchConfig& match,
                                        double from, double to);
 

@@ -1,48 +1,72 @@
-// Draws the overlay: the watermark in its corner, the licence mark, the scoreboard. Every function draws
-// with a painter whose units are the pixels of the frame as it is shown, upright, y growing downward.
+// Draws the overlay of a frame: the watermark in its corner, the licence mark, the scoreboard.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 
+#include <functional>
 #include <QImage>
 #include <QRectF>
 #include <QSizeF>
+#include <vector>
 
 class QPainter;
 
-namespace pointloom::Compositor {
+namespace pointloom {
 
-/// What is drawn on, and in which unit templates are sized.
+/// One part of an overlay. Units are the pixels of the canvas: the frame as it is shown, upright, y growing
+/// downward.
+struct OverlayPart {
+    QRectF rectangle; // all that `draw` can touch; may reach beyond the canvas
+    std::function<void(QPainter&)> draw;
+};
+
+/// `image` must not be null.
+OverlayPart watermarkPart(const QImage& image, WatermarkCorner corner, QSizeF canvas);
+
+/// The mark of a copy without a licence.
+OverlayPart licenceMarkPart(QSizeF canvas);
+
+/// The canvas, and the size that gives templates their unit.
 struct Canvas {
     QSizeF size;            // the frame as it is shown, pixels
     QSizeF nativeVideoSize; // the source as it is shown, pixels
 };
 
-/// The overlay's pictures, decoded once. A file that cannot be read leaves its picture null.
-struct Pictures {
-    QImage logo;
-    QImage watermark;
+class Compositor {
+public:
+    /// Reads the logo and the watermark from disk; without one that cannot be read. `job` must outlive this.
+    Compositor(const ExportJob& job, const Canvas& canvas);
 
-    static Pictures load(const OverlayDescription& overlay);
+    /// The watermark and the licence mark, which never change.
+    const std::vector<OverlayPart>& marks() const { return m_marks; }
+
+    /// The part and `score` must not outlive the compositor and the call.
+    OverlayPart scoreboard(const SportScoreState& score) const;
+
+    /// Draws the whole overlay of a frame with that score. The reference for every faster way of drawing it.
+    void draw(QPainter& painter, const SportScoreState& score) const;
+
+private:
+    const OverlayDescription& m_overlay;
+    Canvas m_canvas;
+    QImage m_logo;
+    std::vector<OverlayPart> m_marks;
 };
 
-/// The whole overlay of a frame with that score. The reference for every faster way of drawing it.
-void drawOverlay(QPainter& painter, const Canvas& canvas, const OverlayDescription& overlay,
-                 const Pictures& pictures, const SportScoreState& score);
+/// Follows the score from frame to frame.
+class ScoreCursor {
+public:
+    /// `overlay` must outlive the cursor.
+    explicit ScoreCursor(const OverlayDescription& overlay)
+        : m_overlay(overlay) {}
 
-/// Draws nothing when the picture is null.
-void drawWatermark(QPainter& painter, const QImage& watermark, WatermarkCorner corner, QSizeF canvas);
+    /// The score that holds at `time` (seconds of the source) when it differs from that of the last call;
+    /// else null.
+    const SportScoreState* changedAt(double time);
 
-/// The mark of a copy without a licence.
-void drawLicenceMark(QPainter& painter, QSizeF canvas);
-
-void drawScoreboard(QPainter& painter, const Canvas& canvas, const OverlayDescription& overlay,
-                    const QImage& logo, const SportScoreState& score);
-
-/// What each of the three can touch, in canvas pixels; may reach beyond the canvas.
-QRectF watermarkRectangle(QSize watermark, WatermarkCorner corner, QSizeF canvas);
-QRectF licenceMarkRectangle(QSizeF canvas);
-QRectF scoreboardRectangle(const Canvas& canvas, const OverlayDescription& overlay,
-                           const SportScoreState& score);
+private:
+    const OverlayDescription& m_overlay;
+    const SportScoreState* m_shown = nullptr; // inside of m_overlay
+};
 
 }

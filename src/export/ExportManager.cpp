@@ -1,14 +1,10 @@
 #include "export/ExportManager.h"
 
 #include "crash/CrashReporter.h"
-#include "export/ExportPlan.h"
 #include "export/ExportSource.h"
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
-#include "export/ProgressMeter.h"
 #include "export/UprightImage.h"
-#include "media/MediaError.h"
-#include "media/MediaWriter.h"
 
 #include <limits>
 #include <new>
@@ -19,41 +15,37 @@ namespace pointloom {
 
 namespace {
 
-using ExportSource::failure;
 using media::AudioReader;
-using media::FrameConverter;
 using media::MediaError;
 using media::MediaWriter;
-using media::VideoReader;
 
-std::optional<AudioReader> openAudio(const ExportJob& job, const ExportPlan& plan) {
+std::optional<AudioReader> openAudio(const ExportJob& job, const TrimRange& range) {
     if (job.segment)
         return std::nullopt;
     try {
-        return AudioReader::open(job.videoPath, plan.range.start(), plan.range.end());
+        return AudioReader::open(job.videoPath, range.start(), range.end());
     } catch (const MediaError&) {
         return std::nullopt; // trouble with the sound never fails an export
     }
 }
 
-MediaWriter openWriter(const QString& path, const ExportJob& job, const ExportPlan& plan,
-                       const media::VideoTrackInfo& track, bool withAudio) {
+MediaWriter openWriter(const QString& path, const ExportJob& job, const ResolvedExport& resolved,
+                       bool withAudio) {
     try {
-        return MediaWriter::create(path, videoSettings(job, plan, track), withAudio, plan.chapters,
+        return MediaWriter::create(path, resolved.encoder, withAudio, resolved.chapters,
                                    job.segment ? job.segment->comment : QString());
     } catch (const std::exception&) {
-        throw ExportSource::writerError();
+        throw ExportError::fromWriter();
     }
 }
 
-// Feeds the writer sound so that it keeps just ahead of the pictures.
+// Feeds the writer sound so that it keeps just ahead of the frames.
 class SoundTrack {
 public:
-    SoundTrack(std::optional<AudioReader> reader, MediaWriter& writer,
-               const ExportManager::CancelQuery& isCancelled)
+    SoundTrack(std::optional<AudioReader> reader, MediaWriter& writer, const ExportControl& control)
         : m_reader(writer.hasAudio() ? std::move(reader) : std::nullopt)
         , m_writer(writer)
-        , m_isCancelled(isCancelled) {}
+        , m_control(control) {}
 
     void writeUntil(double time) {
         while (m_reader && m_writtenUntil <= time)
@@ -64,7 +56,7 @@ public:
 
 private:
     void writeNext() {
-        throwIfCancelled(m_isCancelled);
+        m_control.throwIfCancelled();
         try {
             if (const auto run = m_reader->read()) {
                 m_writtenUntil =
@@ -80,50 +72,73 @@ private:
 
     std::optional<AudioReader> m_reader;
     MediaWriter& m_writer;
-    const ExportManager::CancelQuery& m_isCancelled;
+    const ExportControl& m_control;
     double m_writtenUntil = 0; // seconds of the new file
 };
 
-std::optional<TrimmedFrame> nextFrame(FrameSource& frames, const ExportManager::CancelQuery& isCancelled) {
-    try {
-        return frames.next(isCancelled);
-    } catch (const MediaError& error) {
-        throw failure("Reader error: ", error);
-    }
-}
-
 // The loop over all frames. Throws ExportCancelled.
 void writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer, SoundTrack& sound,
-                 ProgressMeter& progress, const ExportManager::CancelQuery& isCancelled) {
+                 ProgressMeter& progress, const ExportControl& control) {
     constexpr double soundAhead = 0.5; // seconds
-    bool wroteAny = false;
     while (true) {
-        throwIfCancelled(isCancelled);
-        const auto next = nextFrame(frames, isCancelled);
+        control.throwIfCancelled();
+        const auto next = withExportErrors("Reader error: ", [&] { return frames.next(control); });
         if (!next)
             break;
         overlay.drawInto(next->frame, next->sourceTime);
-        try {
-            writer.writeVideo(next->frame);
-        } catch (const MediaError& error) {
-            throw failure("Append failed: ", error);
-        }
-        wroteAny = true;
+        withExportErrors("Append failed: ", [&] { writer.writeVideo(next->frame); });
         progress.countFrame();
         const double time = static_cast<double>(next->frame.timestamp()) * next->frame.timeBase().value();
         sound.writeUntil(time + soundAhead);
     }
-    if (!wroteAny && frames.damage().secondsMissing > 0)
-        throw ExportError::exportFailed(QStringLiteral("the video is cut short before the trim range starts"),
-                                        media::MediaFault::nothingInRange);
-    if (!wroteAny)
-        throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"),
-                                        media::MediaFault::nothingInRange);
+    if (progress.frames() == 0)
+        throw ExportError::exportFailed(
+            frames.damage().secondsMissing > 0
+                ? QStringLiteral("the video is cut short before the trim range starts")
+                : QStringLiteral("the trim range holds no frame of the video"),
+            media::MediaFault::nothingInRange);
     sound.writeRest();
-    throwIfCancelled(isCancelled);
+    control.throwIfCancelled();
 }
 
-// Errors that are not fatal are told to the crash reporter, on the main thread.
+ExportReport exportFile(const ExportJob& job, const ExportControl& control) {
+    media::VideoReader reader = openSource(job.videoPath);
+    const media::MediaInfo info = reader.info();
+    requireOtherFile(job, job.outputPath);
+    requireRange(job, info.duration);
+    const ResolvedExport resolved = resolveExport(job, info);
+    auto audio = openAudio(job, resolved.range);
+    FrameOverlay overlay(job, resolved.layout, resolved.encoder.format);
+    media::FrameConverter converter(*info.video, resolved.target);
+
+    const auto file = withExportErrors(
+        "Writer failed: ", [&] { return std::make_unique<NewFile>(job.outputPath, job.ifExists); });
+    MediaWriter writer = openWriter(file->temporaryPath(), job, resolved, audio.has_value());
+    SoundTrack sound(std::move(audio), writer, control);
+    ProgressMeter progress(control, resolved.expectedFrames);
+    FrameSource frames({std::move(reader), std::move(converter)}, resolved.range);
+    writeFrames(frames, overlay, writer, sound, progress, control);
+    const QString path = withExportErrors("Writer error: ", [&] {
+        writer.finish();
+        return file->keep();
+    });
+    progress.finish();
+    return {frames.damage(), path};
+}
+
+// The system's own errors do not say what they were for.
+ExportReport exportInWords(const ExportJob& job, const ExportControl& control) {
+    try {
+        return exportFile(job, control);
+    } catch (const std::bad_alloc&) {
+        throw ExportError::exportFailed(QStringLiteral("there is not enough memory"));
+    } catch (const std::system_error& error) {
+        throw ExportError::exportFailed(QStringLiteral("Reader failed: no thread could be started: ") +
+                                        QString::fromUtf8(error.what()));
+    }
+}
+
+// Reports the error to the crash reporter, on the main thread.
 void recordError(const QString& description) {
     const auto record = [description] {
         CrashReporter::shared().captureError(description,
@@ -133,57 +148,11 @@ void recordError(const QString& description) {
         QMetaObject::invokeMethod(application, record, Qt::QueuedConnection);
 }
 
-ExportReport runSync(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
-                     const ExportManager::ProgressReport& onProgress,
-                     std::atomic<std::int64_t>* framesWritten) {
-    VideoReader reader = ExportSource::open(job.videoPath);
-    const media::MediaInfo info = reader.info();
-    ExportSource::requireOverlaySize(*info.video);
-    ExportSource::requireOtherFile(job, job.outputPath);
-    ExportSource::requireRange(job, info.duration);
-    const ExportPlan plan = makePlan(job, info);
-    auto audio = openAudio(job, plan);
-    FrameOverlay overlay(job.overlay, plan.layout, plan.frameFormat);
-    FrameConverter converter(*info.video, pictureTarget(plan, *info.video));
-
-    const auto file = ExportSource::writing(
-        "Writer failed: ", [&] { return std::make_unique<NewFile>(job.outputPath, job.ifExists); });
-    MediaWriter writer = openWriter(file->temporaryPath(), job, plan, *info.video, audio.has_value());
-    SoundTrack sound(std::move(audio), writer, isCancelled);
-    ProgressMeter progress(onProgress, plan.expectedFrames, framesWritten);
-    FrameSource frames(std::move(reader), std::move(converter), plan.range);
-    writeFrames(frames, overlay, writer, sound, progress, isCancelled);
-    try {
-        writer.finish();
-    } catch (const MediaError& error) {
-        throw failure("Writer error: ", error);
-    }
-    const QString path = ExportSource::writing("Writer error: ", [&] { return file->keep(); });
-    progress.finish();
-    return {frames.damage(), path};
 }
 
-// What the system refuses comes without a word of what it was for.
-ExportReport runInWords(const ExportJob& job, const ExportManager::CancelQuery& isCancelled,
-                        const ExportManager::ProgressReport& onProgress,
-                        std::atomic<std::int64_t>* framesWritten) {
+ExportReport ExportManager::exportVideo(const ExportJob& job, const ExportControl& control) {
     try {
-        return runSync(job, isCancelled, onProgress, framesWritten);
-    } catch (const std::bad_alloc&) {
-        throw ExportError::exportFailed(QStringLiteral("there is not enough memory"));
-    } catch (const std::system_error& error) {
-        throw ExportError::exportFailed(QStringLiteral("Reader failed: no thread could be started: ") +
-                                        QString::fromUtf8(error.what()));
-    }
-}
-
-}
-
-ExportReport ExportManager::exportVideo(const ExportJob& job, const CancelQuery& isCancelled,
-                                        const ProgressReport& onProgress,
-                                        std::atomic<std::int64_t>* framesWritten) {
-    try {
-        return runInWords(job, isCancelled, onProgress, framesWritten);
+        return exportInWords(job, control);
     } catch (const ExportCancelled&) {
         throw;
     } catch (const std::exception& error) {
@@ -193,33 +162,19 @@ ExportReport ExportManager::exportVideo(const ExportJob& job, const CancelQuery&
 }
 
 QImage ExportManager::renderStill(const ExportJob& job, double time) {
-    VideoReader reader = ExportSource::open(job.videoPath);
+    media::VideoReader reader = openSource(job.videoPath);
     const media::MediaInfo info = reader.info();
-    ExportSource::requireOverlaySize(*info.video);
-    const ExportPlan plan = makePlan(job, info);
-    FrameConverter converter(*info.video, pictureTarget(plan, *info.video));
-    try {
+    const ResolvedExport resolved = resolveExport(job, info);
+    return withExportErrors("Reader error: ", [&] {
         reader.seek(time);
-        std::optional<media::VideoFrame> frame;
-        while (!(frame = converter.pull())) {
-            auto decoded = reader.read();
-            if (!decoded)
-                break;
-            converter.push(std::move(*decoded));
-        }
-        if (!frame) {
-            converter.finish();
-            frame = converter.pull();
-        }
+        auto frame = ConvertedFrames(std::move(reader), {*info.video, resolved.target}).next();
         if (!frame)
             throw MediaError("there is no picture at that time", media::MediaFault::nothingInRange);
         frame->makeWritable();
-        FrameOverlay(job.overlay, plan.layout, plan.frameFormat).drawInto(*frame, frame->time());
-        return uprightImage(media::toRgb(*frame), plan.layout.orientation)
-            .scaled(plan.layout.canvas.toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    } catch (const MediaError& error) {
-        throw failure("Reader error: ", error);
-    }
+        FrameOverlay(job, resolved.layout, resolved.encoder.format).drawInto(*frame, frame->time());
+        return uprightImage(media::toRgb(*frame), resolved.layout.orientation)
+            .scaled(resolved.layout.canvas.toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    });
 }
 
 }

@@ -1,123 +1,123 @@
 #include "export/ExportSource.h"
 
-#include "media/MediaError.h"
+#include "export/Chapters.h"
+#include "media/EncoderProbe.h"
 
-#include <algorithm>
-#include <cmath>
 #include <new>
 
 namespace pointloom {
 
 namespace {
 
-media::MediaError noMemory() {
-    return media::MediaError("there is not enough memory");
+using media::EncoderKind;
+
+// Seconds of video that are exported.
+double lengthOf(const ExportJob& job, const media::MediaInfo& info) {
+    const FrameWindow window = job.window();
+    const double tick = info.video->timeBase.value();
+    const double from = window.from ? static_cast<double>(*window.from) * tick : job.trimStart;
+    return (window.until ? static_cast<double>(*window.until) * tick
+                         : endOfRange(job.trimEnd, info.duration)) -
+           from;
 }
 
-}
-
-ExportError ExportSource::failure(const char* what, const media::MediaError& reason) {
-    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()),
-                                     reason.fault());
-}
-
-ExportError ExportSource::refusal(const char* text, const media::MediaError& reason) {
-    return ExportError::exportFailed(
-        QStringLiteral("%1 (%2)").arg(QString::fromUtf8(text), QString::fromUtf8(reason.what())),
-        reason.fault());
-}
-
-ExportError ExportSource::failure(const char* what, const FileError& reason) {
-    using media::MediaFault;
-    const int error = reason.error();
-    const bool isFull = error == ENOSPC || error == EDQUOT;
-    const bool isForbidden = error == EACCES || error == EPERM || error == EROFS;
-    return ExportError::exportFailed(QString::fromUtf8(what) + QString::fromUtf8(reason.what()),
-                                     isFull        ? MediaFault::diskFull
-                                     : isForbidden ? MediaFault::noPermission
-                                                   : MediaFault::other);
-}
-
-media::VideoReader ExportSource::open(const QString& path) {
+media::VideoReader openReader(const QString& path) {
     try {
         return media::VideoReader::open(path);
     } catch (const media::NoVideoTrackError&) {
         throw ExportError::noVideoTrack();
     } catch (const media::MediaError& error) {
         if (error.fault() == media::MediaFault::unsupportedCodec)
-            throw refusal("Cannot add video output.", error);
-        throw failure("Reader failed: ", error);
+            throw ExportError::refusal("Cannot add video output.", error);
+        throw ExportError::from("Reader failed: ", error);
     } catch (const std::bad_alloc&) {
-        throw refusal("Could not create AVAssetReader.", noMemory());
+        throw ExportError::refusal("Could not create AVAssetReader.",
+                                   media::MediaError("there is not enough memory"));
     }
 }
 
-ExportError ExportSource::writerError() {
-    try {
-        throw;
-    } catch (const media::EncoderError& error) {
-        return refusal("Cannot add video input.", error);
-    } catch (const media::MediaError& error) {
-        return failure("Writer failed: ", error);
-    } catch (const FileError& error) {
-        return failure("Writer failed: ", error);
-    } catch (const std::bad_alloc&) {
-        return refusal("Could not create AVAssetWriter.", noMemory());
-    }
 }
 
-void ExportSource::requireOverlaySize(const media::VideoTrackInfo& track) {
-    if (track.storedSize.width() < 2 || track.storedSize.height() < 2)
+media::VideoReader openSource(const QString& path) {
+    media::VideoReader reader = openReader(path);
+    const QSize size = reader.track().storedSize;
+    if (size.width() < 2 || size.height() < 2)
         throw ExportError::exportFailed(QStringLiteral("Cannot add video output."));
+    return reader;
 }
 
-std::vector<InputFile> inputFiles(const ExportJob& job) {
-    std::vector<InputFile> files{{job.videoPath, QStringLiteral("the source video")}};
-    if (!job.projectPath.isEmpty())
-        files.push_back({job.projectPath, QStringLiteral("the project itself")});
-    if (job.overlay.watermarkPath)
-        files.push_back({*job.overlay.watermarkPath, QStringLiteral("the watermark")});
-    if (job.overlay.config.logoURL)
-        files.push_back({job.overlay.config.logoURL->toLocalFile(), QStringLiteral("the logo")});
-    return files;
+ResolvedExport resolveExport(const ExportJob& job, const media::MediaInfo& info) {
+    const media::VideoTrackInfo& track = *info.video;
+    const ExportSettings& settings = job.settings;
+    const PictureLayout layout = planPicture(track, settings.preset);
+    const media::FrameFormat format = media::encodableFormat(
+        codecOf(settings.format),
+        track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color}));
+    const double length = lengthOf(job, info);
+    const double frameRate = track.frameRate.value() > 0 ? track.frameRate.value() : 30;
+    const bool withChapters = settings.withChapters && !job.segment;
+    return {
+        .layout = layout,
+        .range = TrimRange(job.trimStart, job.trimEnd, job.window()),
+        .expectedFrames = static_cast<std::int64_t>(length * frameRate),
+        .chapters = withChapters ? chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart,
+                                              job.trimStart + length)
+                                 : std::vector<media::Chapter>(),
+        .target =
+            {
+                .size = layout.frameSize,
+                .picture = layout.picture,
+                .orientation = layout.keepsStoredPicture ? media::Orientation{} : track.orientation,
+                .sampleAspectRatio = layout.sampleAspectRatio,
+                .format = format,
+            },
+        .encoder =
+            {
+                .codec = codecOf(settings.format),
+                .encoder = settings.encoder,
+                .quality = settings.quality,
+                .size = layout.frameSize,
+                .format = format,
+                .hdr = track.hdr,
+                .orientation = layout.orientation,
+                .sampleAspectRatio = layout.sampleAspectRatio,
+                .timeBase = track.timeBase,
+                .frameRate = track.frameRate,
+                .encoderPreset = settings.encoderPreset.toStdString(),
+                .encodersAtOnce = job.exportsAtOnce,
+                .joinable = job.segment.has_value(),
+                .lossless = job.lossless,
+            },
+    };
 }
 
-void ExportSource::requireOtherFile(const ExportJob& job, const QString& path) {
-    const auto inputs = inputFiles(job);
-    if (const InputFile* replaced = replacedInput(path, inputs))
-        throw ExportError::exportFailed(QStringLiteral("the new file would replace ") + replaced->role);
+namespace {
+
+media::VideoSettings encoderSettings(const ExportJob& job) {
+    return resolveExport(job, openSource(job.videoPath).info()).encoder;
 }
 
-void ExportSource::requireRange(const ExportJob& job, double videoDuration) {
-    const auto text = [](double seconds) { return QString::number(seconds, 'f', 2); };
-    if (!std::isfinite(job.trimStart) || job.trimStart < 0 || (job.trimEnd && !std::isfinite(*job.trimEnd)))
-        throw ExportError::exportFailed(QStringLiteral("the trim range is not a time"));
-    if (job.trimEnd && *job.trimEnd <= job.trimStart) {
-        throw ExportError::exportFailed(QStringLiteral("the trim range ends (%1 s) before it starts (%2 s)")
-                                            .arg(text(*job.trimEnd), text(job.trimStart)));
+}
+
+std::vector<EncoderKind> workingHardwareEncoders(const ExportJob& job) {
+    media::VideoSettings settings = encoderSettings(job);
+    std::vector<EncoderKind> working;
+    for (const EncoderKind kind : allCases<EncoderKind>()) {
+        settings.encoder = kind;
+        if (kind != EncoderKind::software && !media::encoderFault(settings))
+            working.push_back(kind);
     }
-    if (job.trimStart > 0 && videoDuration > 0 && job.trimStart >= videoDuration) {
-        throw ExportError::exportFailed(
-            QStringLiteral("the trim range starts (%1 s) after the end of the video (%2 s)")
-                .arg(text(job.trimStart), text(videoDuration)),
-            media::MediaFault::nothingInRange);
-    }
+    return working;
 }
 
-double ExportSource::endOfRange(std::optional<double> trimEnd, double videoDuration) {
-    return trimEnd && videoDuration > 0 ? std::min(*trimEnd, videoDuration) : trimEnd.value_or(videoDuration);
-}
-
-media::VideoCodec ExportSource::codecOf(ExportFormat format) {
-    switch (format) {
-    case ExportFormat::h264:
-        return media::VideoCodec::h264;
-    case ExportFormat::hevc:
-        return media::VideoCodec::hevc;
-    case ExportFormat::prores:
-        return media::VideoCodec::prores;
-    }
-    Q_UNREACHABLE();
+std::optional<EncoderFallback> settleEncoder(ExportJob& job) {
+    EncoderKind& encoder = job.settings.encoder;
+    if (encoder == EncoderKind::software)
+        return std::nullopt;
+    const auto fault = media::encoderFault(encoderSettings(job));
+    if (!fault)
+        return std::nullopt;
+    return EncoderFallback{std::exchange(encoder, EncoderKind::software), *fault};
 }
 
 }

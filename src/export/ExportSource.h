@@ -1,50 +1,41 @@
-// Opens the video of an export and holds the job against it, before anything is written.
+// Opens the video of an export and settles what is known before its first frame is decoded.
 #pragma once
 
-#include "export/ExportManager.h"
-#include "files/FileError.h"
+#include "export/ExportJob.h"
+#include "export/PictureLayout.h"
+#include "media/MediaWriter.h"
+#include "media/FrameConverter.h"
 #include "media/MediaWriter.h"
 #include "media/VideoReader.h"
 
-namespace pointloom::ExportSource {
+namespace pointloom {
 
-/// An error of the export from one of a module below; `what` ends with a colon and a space.
-ExportError failure(const char* what, const media::MediaError& reason);
-ExportError failure(const char* what, const FileError& reason);
+/// Throws ExportError, also when the picture is too small for an overlay.
+media::VideoReader openSource(const QString& path);
 
-/// What `write` returns; its FileError as an error of the export.
-template <class Write>
-auto writing(const char* what, const Write& write) {
-    try {
-        return write();
-    } catch (const FileError& error) {
-        throw failure(what, error);
-    }
-}
+struct ResolvedExport {
+    PictureLayout layout;
+    TrimRange range;
+    std::int64_t expectedFrames = 0;
+    std::vector<media::Chapter> chapters;
+    media::FrameTarget target;  // of the conversion of decoded frames
+    media::VideoSettings encoder; // `encoder.format` is the layout of the encoded frames
+};
 
-/// An error of the export whose text is a sentence of its own; the reason follows in parentheses.
-ExportError refusal(const char* text, const media::MediaError& reason);
+/// `info` describes the job's video, which has pictures.
+ResolvedExport resolveExport(const ExportJob& job, const media::MediaInfo& info);
 
-/// The error of the export for the exception in flight, which creating a writer threw: MediaError, FileError
-/// or std::bad_alloc.
-ExportError writerError();
+/// The hardware encoders that work on this machine for frames of this job's size and layout: each is tried on
+/// a few, which takes a moment.
+/// Throws ExportError when the video cannot be opened.
+std::vector<media::EncoderKind> workingHardwareEncoders(const ExportJob& job);
 
-/// Throws ExportError.
-media::VideoReader open(const QString& path);
+struct EncoderFallback {
+    media::EncoderKind requested = media::EncoderKind::software;
+    QString reason; // why it does not work here
+};
 
-/// Throws ExportError when the picture is too small for an overlay.
-void requireOverlaySize(const media::VideoTrackInfo& track);
-
-/// Throws ExportError when a file written to `path` would replace one that the job reads.
-void requireOtherFile(const ExportJob& job, const QString& path);
-
-/// Throws ExportError when the range is no range of a video that lasts `videoDuration` seconds.
-void requireRange(const ExportJob& job, double videoDuration);
-
-/// Where a range that `requireRange` took ends: at `trimEnd`, but not behind the video's end. Seconds; a
-/// duration of 0 is unknown.
-double endOfRange(std::optional<double> trimEnd, double videoDuration);
-
-media::VideoCodec codecOf(ExportFormat format);
+/// Sets the software encoder when the job's encoder does not work here, and returns why. Throws as above.
+std::optional<EncoderFallback> settleEncoder(ExportJob& job);
 
 }

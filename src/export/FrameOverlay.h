@@ -5,7 +5,6 @@
 #include "export/PictureLayout.h"
 #include "export/PlanarLayer.h"
 
-#include <functional>
 #include <optional>
 
 namespace pointloom {
@@ -13,27 +12,23 @@ namespace pointloom {
 /// Memory and the time for a frame do not depend on the number of markers or frames.
 class FrameOverlay {
 public:
-    /// Reads the logo and the watermark from disk. `format` is the layout of the frames to come.
-    FrameOverlay(const OverlayDescription& overlay, const PictureLayout& layout,
-                 const media::FrameFormat& format);
+    /// Reads the logo and the watermark from disk. `format` is the layout of the frames to come. `job` must
+    /// outlive this.
+    FrameOverlay(const ExportJob& job, const PictureLayout& layout, const media::FrameFormat& format);
 
     /// Draws the overlay with the score that holds at `time` (seconds of the source) over a frame of the
     /// layout's size, stored orientation, whose buffer is writable.
     void drawInto(const media::VideoFrame& frame, double time);
 
 private:
-    using Draw = std::function<void(QPainter&)>;
-    PlanarLayer makeLayer(QRectF canvasRectangle, const Draw& draw) const;
-    void showScore(const SportScoreState& score);
+    PlanarLayer makeLayer(const OverlayPart& part) const;
 
-    const OverlayDescription& m_overlay;
     PictureLayout m_layout;
     media::FrameFormat m_format;
-    Compositor::Canvas m_canvas;
-    Compositor::Pictures m_pictures;
-    std::vector<PlanarLayer> m_marks; // the watermark and the licence mark never change
+    Compositor m_compositor;
+    ScoreCursor m_score;
+    std::vector<PlanarLayer> m_marks;
     std::optional<PlanarLayer> m_scoreboard;
-    const SportScoreState* m_shownScore = nullptr; // inside of m_overlay
 };
 
 }

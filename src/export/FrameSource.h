@@ -1,18 +1,36 @@
 // Decodes and converts ahead of the encoder, on a thread of its own.
 #pragma once
 
-#include "export/BoundedQueue.h"
-#include "export/TrimRange.h"
+#include "export/ExportJob.h"
 #include "media/FrameConverter.h"
 #include "media/VideoReader.h"
 
-#include <atomic>
+#include <condition_variable>
+#include <deque>
 #include <exception>
-#include <functional>
+#include <mutex>
 #include <optional>
 #include <thread>
 
 namespace pointloom {
+
+/// The frames of a reader, from where it is, as a converter makes them.
+class ConvertedFrames {
+public:
+    ConvertedFrames(media::VideoReader reader, media::FrameConverter converter)
+        : m_reader(std::move(reader))
+        , m_converter(std::move(converter)) {}
+
+    media::VideoReader& reader() { return m_reader; }
+
+    /// Empty at the end. Throws MediaError.
+    std::optional<media::VideoFrame> next();
+
+private:
+    media::VideoReader m_reader;
+    media::FrameConverter m_converter;
+    bool m_readerIsDone = false;
+};
 
 /// A frame of the range, writable, its timestamp on the new file's timeline.
 struct TrimmedFrame {
@@ -22,35 +40,37 @@ struct TrimmedFrame {
 
 class FrameSource {
 public:
-    FrameSource(media::VideoReader reader, media::FrameConverter converter, const TrimRange& range);
+    FrameSource(ConvertedFrames frames, const TrimRange& range);
     ~FrameSource();
 
     FrameSource(const FrameSource&) = delete;
     FrameSource& operator=(const FrameSource&) = delete;
 
-    /// The next frame; empty at the end of the range. `isCancelled` is polled while it waits for one. Throws
-    /// what decoding threw, and ExportCancelled.
-    std::optional<TrimmedFrame> next(const std::function<bool()>& isCancelled);
+    /// The next frame; empty at the end of the range. Polls `control` while it waits for one. Throws what
+    /// decoding threw, and ExportCancelled.
+    std::optional<TrimmedFrame> next(const ExportControl& control);
 
-    /// What of the range could not be read. Complete when `next` has come to the end.
+    /// The damage of the range. Complete when `next` has come to the end.
     const media::Damage& damage() const { return m_damage; }
 
 private:
     void run();
     void decode();
-    bool isLostBefore(const media::VideoFrame& last) const;
+    bool push(TrimmedFrame frame);
+    bool isLostBefore(const media::VideoFrame& last);
     void assessDamage(std::optional<double> lastTime);
-    double decodingStart() const;
-    std::optional<media::VideoFrame> nextConverted();
+    double decodingStart();
 
-    media::VideoReader m_reader;
-    media::FrameConverter m_converter;
+    ConvertedFrames m_frames;
     TrimRange m_range;
-    std::atomic<bool> m_isStopped = false;
-    bool m_readerIsDone = false;
-    std::exception_ptr m_failure; // this and the damage are written before the queue is closed, read after
+    std::exception_ptr m_failure; // this and the damage are complete when `m_isDone` is set
     media::Damage m_damage;
-    BoundedQueue<TrimmedFrame> m_queue;
+
+    std::mutex m_mutex; // guards the members below
+    std::condition_variable m_changed;
+    std::deque<TrimmedFrame> m_queue;
+    bool m_isDone = false;                 // the thread adds no more
+    std::atomic<bool> m_isStopped = false; // the receiver takes no more
     std::thread m_thread;
 };
 

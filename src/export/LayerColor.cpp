@@ -63,7 +63,7 @@ Triple toPrimaries(const Triple& rgb, Primaries primaries) {
     return result;
 }
 
-// The primaries of standard-definition video lie so near to BT.709's that players do not tell them apart.
+// The primaries of standard-definition video are so close to BT.709's that players treat them alike.
 bool isWide(Primaries primaries) {
     return primaries == Primaries::bt2020 || primaries == Primaries::displayP3;
 }
@@ -117,7 +117,7 @@ CodeValues LayerColor::codeValues(QRgb opaque) const {
     const double chromaZero = 128 * step;
     if (m_format.color.range == Range::full) {
         const double peak = (1 << m_format.bitDepth) - 1;
-        // Pure blue and pure red stand half a step above the last code value.
+        // Pure blue and pure red are half a step above the last code value.
         return {luma * peak, std::min(chromaZero + cb * peak, peak), std::min(chromaZero + cr * peak, peak)};
     }
     return {(16 + 219 * luma) * step, chromaZero + 224 * step * cb, chromaZero + 224 * step * cr};

@@ -1,4 +1,4 @@
-// What a drawn colour becomes as samples of a video frame.
+// Converts drawn colours to the samples of a video frame.
 #pragma once
 
 #include "media/FrameFormat.h"
@@ -12,12 +12,12 @@ namespace pointloom {
 /// ten bits) in limited range, grey has its chroma at 128 (512).
 using CodeValues = std::array<double, 3>;
 
-/// Maps drawn colours (sRGB) to a frame's samples. In HDR frames drawn white stands at the reference level.
+/// Maps drawn colours (sRGB) to a frame's samples. In HDR frames drawn white has the reference level.
 class LayerColor {
 public:
     explicit LayerColor(const media::FrameFormat& format);
 
-    /// The samples of an opaque colour; its alpha is not looked at.
+    /// The samples of an opaque colour; its alpha is ignored.
     CodeValues codeValues(QRgb opaque) const;
 
 private:

@@ -2,42 +2,36 @@
 
 #include "export/Compositor.h"
 #include "export/ExportSource.h"
-#include "export/PictureLayout.h"
-#include "export/ProgressMeter.h"
-#include "export/TrimRange.h"
 #include "media/AlphaMovie.h"
 #include "media/FrameTimes.h"
-#include "media/MediaError.h"
-#include "model/ScoringEngine.h"
 
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QPainter>
 
-namespace pointloom::OverlayExport {
+namespace pointloom {
 
 namespace {
 
-using ExportSource::failure;
 using media::MediaError;
 
-// Receives the pictures. What was written is removed with a sink that was not finished.
-class Sink {
+// Receives the images. What was written is removed with a sink that was not finished.
+class ImageSink {
 public:
-    Sink() = default;
-    virtual ~Sink() = default;
-    Sink(const Sink&) = delete;
-    Sink& operator=(const Sink&) = delete;
+    ImageSink() = default;
+    virtual ~ImageSink() = default;
+    ImageSink(const ImageSink&) = delete;
+    ImageSink& operator=(const ImageSink&) = delete;
 
-    /// The picture that is written from now on; Format_RGBA8888.
-    virtual void setPicture(const QImage& picture) = 0;
+    /// The image that is written from now on; Format_RGBA8888.
+    virtual void setImage(const QImage& image) = 0;
     virtual void write(const TrimRange::Stay& stay) = 0;
     /// Returns the path.
     virtual QString finish() = 0;
 };
 
-class MovieSink final : public Sink {
+class MovieSink final : public ImageSink {
 public:
     MovieSink(const ExportJob& job, QSize size, const media::VideoTrackInfo& track)
         : m_file(job.outputPath, job.ifExists)
@@ -45,8 +39,8 @@ public:
         , m_usualDuration(std::max<std::int64_t>(
               1, std::llround(1 / (track.frameRate.value() * track.timeBase.value())))) {}
 
-    void setPicture(const QImage& picture) override {
-        m_movie.setImage({picture.constBits(), static_cast<std::size_t>(picture.sizeInBytes())});
+    void setImage(const QImage& image) override {
+        m_movie.setImage({image.constBits(), static_cast<std::size_t>(image.sizeInBytes())});
     }
 
     void write(const TrimRange::Stay& stay) override {
@@ -64,16 +58,16 @@ private:
     std::int64_t m_usualDuration; // ticks
 };
 
-class FolderSink final : public Sink {
+class FolderSink final : public ImageSink {
 public:
     explicit FolderSink(const ExportJob& job)
         : m_folder(job.outputPath, job.ifExists) {}
 
-    void setPicture(const QImage& picture) override {
+    void setImage(const QImage& image) override {
         m_png.clear();
         QBuffer buffer(&m_png);
         buffer.open(QIODevice::WriteOnly);
-        if (!picture.save(&buffer, "PNG"))
+        if (!image.save(&buffer, "PNG"))
             throw MediaError("a picture could not be encoded as PNG");
     }
 
@@ -93,99 +87,68 @@ private:
     std::int64_t m_count = 0;
 };
 
-std::unique_ptr<Sink> makeSink(const ExportJob& job, Format format, QSize size,
-                               const media::VideoTrackInfo& track) {
-    if (format == Format::png && job.ifExists == IfExists::replace && !NewFolder::canBeAt(job.outputPath))
+std::unique_ptr<ImageSink> makeSink(const ExportJob& job, OverlayFormat format, QSize size,
+                                    const media::VideoTrackInfo& track) {
+    const bool isFolder = format == OverlayFormat::png;
+    if (isFolder && job.ifExists == IfExists::replace && !NewFolder::canBeAt(job.outputPath))
         throw ExportError::exportFailed(
             QStringLiteral("Writer failed: the folder for the pictures is not empty"));
     try {
-        if (format == Format::png)
+        if (isFolder)
             return std::make_unique<FolderSink>(job);
         return std::make_unique<MovieSink>(job, size, track);
     } catch (const std::exception&) {
-        throw ExportSource::writerError();
+        throw ExportError::fromWriter();
     }
 }
 
-// Draws the overlay when what it shows changes.
-class OverlayPicture {
-public:
-    OverlayPicture(const OverlayDescription& overlay, const PictureLayout& layout)
-        : m_overlay(overlay)
-        , m_canvas{layout.canvas.toSize(), layout.nativeVideoSize}
-        , m_pictures(Compositor::Pictures::load(overlay)) {}
+QImage drawnOverlay(const Compositor& compositor, QSize size, const SportScoreState& score) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        compositor.draw(painter, score);
+    }
+    return image.convertToFormat(QImage::Format_RGBA8888);
+}
 
-    /// The picture for a time of the source, when it differs from the last one.
-    std::optional<QImage> changedAt(double time) {
-        const Marker* marker = ScoringEngine::markerAtTime(m_overlay.markers, time);
-        const SportScoreState& score = marker ? marker->score : m_overlay.initialScore;
-        const bool isShown = m_shown && (m_shown == &score || *m_shown == score);
-        m_shown = &score;
-        if (isShown)
-            return std::nullopt;
-        QImage picture(m_canvas.size.toSize(), QImage::Format_ARGB32_Premultiplied);
-        picture.fill(Qt::transparent);
-        {
-            QPainter painter(&picture);
-            Compositor::drawOverlay(painter, m_canvas, m_overlay, m_pictures, score);
+}
+
+ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const ExportControl& control) {
+    const media::MediaInfo info = openSource(job.videoPath).info();
+    requireOtherFile(job, job.outputPath);
+    requireRange(job, info.duration);
+    const ResolvedExport resolved = resolveExport(job, info);
+    const QSize size = resolved.layout.canvas.toSize();
+    const Compositor compositor(job, {size, resolved.layout.nativeVideoSize});
+    ScoreCursor score(job.overlay);
+    ProgressMeter progress(control, resolved.expectedFrames);
+    const auto sink = makeSink(job, format, size, *info.video);
+    return withExportErrors("Writer error: ", [&]() -> ExportReport {
+        auto times = media::FrameTimes::open(job.videoPath, job.trimStart);
+        const media::Rational timeBase = times.timeBase();
+        auto current = times.next();
+        while (current) {
+            control.throwIfCancelled();
+            const auto following = times.next();
+            const auto stay = resolved.range.place(*current, 0, following, timeBase);
+            if (!stay && resolved.range.isAfter(*current, timeBase))
+                break;
+            if (stay) {
+                const double time = static_cast<double>(*current) * timeBase.value();
+                if (const SportScoreState* changed = score.changedAt(resolved.range.shownFrom(time)))
+                    sink->setImage(drawnOverlay(compositor, size, *changed));
+                sink->write(*stay);
+                progress.countFrame();
+            }
+            current = following;
         }
-        return picture.convertToFormat(QImage::Format_RGBA8888);
-    }
-
-private:
-    const OverlayDescription& m_overlay;
-    Compositor::Canvas m_canvas;
-    Compositor::Pictures m_pictures;
-    const SportScoreState* m_shown = nullptr; // inside of m_overlay
-};
-
-void writeFrames(const ExportJob& job, media::FrameTimes times, OverlayPicture& overlay, Sink& sink,
-                 ProgressMeter& progress, const ExportManager::CancelQuery& isCancelled) {
-    const TrimRange range(job.trimStart, job.trimEnd);
-    const media::Rational timeBase = times.timeBase();
-    auto current = times.next();
-    while (current) {
-        throwIfCancelled(isCancelled);
-        const auto following = times.next();
-        const double time = static_cast<double>(*current) * timeBase.value();
-        const auto stay = range.place(*current, 0, following, timeBase);
-        if (!stay && range.end() && time >= *range.end())
-            break;
-        if (stay) {
-            if (const auto picture = overlay.changedAt(range.shownFrom(time)))
-                sink.setPicture(*picture);
-            sink.write(*stay);
-            progress.countFrame();
-        }
-        current = following;
-    }
-    if (progress.frames() == 0)
-        throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));
-}
-
-}
-
-ExportReport run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
-                 const ExportManager::ProgressReport& onProgress) {
-    const media::MediaInfo info = ExportSource::open(job.videoPath).info();
-    ExportSource::requireOtherFile(job, job.outputPath);
-    ExportSource::requireRange(job, info.duration);
-    const PictureLayout layout = planPicture(*info.video, job.preset);
-    OverlayPicture overlay(job.overlay, layout);
-    const double length = ExportSource::endOfRange(job.trimEnd, info.duration) - job.trimStart;
-    ProgressMeter progress(onProgress, static_cast<std::int64_t>(length * info.video->frameRate.value()));
-    const auto sink = makeSink(job, format, layout.canvas.toSize(), *info.video);
-    try {
-        writeFrames(job, media::FrameTimes::open(job.videoPath, job.trimStart), overlay, *sink, progress,
-                    isCancelled);
+        if (progress.frames() == 0)
+            throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));
         const QString path = sink->finish();
         progress.finish();
         return {.damage = {}, .outputPath = path};
-    } catch (const MediaError& error) {
-        throw failure("Writer error: ", error);
-    } catch (const FileError& error) {
-        throw failure("Writer error: ", error);
-    }
+    });
 }
 
 }

@@ -1,21 +1,19 @@
-// The overlay alone, on a transparent ground, for people who finish their video elsewhere.
+// Exports the overlay alone, on a transparent background, for users who finish their video elsewhere.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 
-namespace pointloom::OverlayExport {
+namespace pointloom {
 
-enum class Format {
+enum class OverlayFormat {
     prores, // ProRes 4444 with straight alpha in a QuickTime movie
-    png,    // a picture a frame in a folder: frame_000001.png and so on
+    png,    // a PNG per frame in a folder: frame_000001.png and so on
 };
 
-/// Writes what `ExportManager::exportVideo` would draw over each picture, at the same times and upright, in
-/// the size of the preset; without sound. `job.format` does not count. `job.outputPath` is a file that is
-/// replaced, or for pictures a folder that is empty or not there yet. Throws ExportError, and
-/// ExportCancelled when `isCancelled` said so; what was there stays in both cases. The report tells no
-/// damage.
-ExportReport run(const ExportJob& job, Format format, const ExportManager::CancelQuery& isCancelled,
-                 const ExportManager::ProgressReport& onProgress);
+/// Writes what `ExportManager::exportVideo` would draw over each frame, at the same times and upright, in the
+/// size of the preset; without sound. The job's format is ignored. `job.outputPath` is a file that is
+/// replaced, or for PNG a folder that is empty or does not exist yet. Throws ExportError, and
+/// ExportCancelled; what was there stays in both cases. The report tells no damage.
+ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const ExportControl& control = {});
 
 }

@@ -1,7 +1,7 @@
-// Where the source picture and the overlay go in the exported frames.
+// Places the source picture and the overlay in the exported frames.
 #pragma once
 
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 #include "media/FrameConverter.h"
 #include "media/MediaInfo.h"
 
@@ -12,18 +12,16 @@
 namespace pointloom {
 
 struct PictureLayout {
-    QSize frameSize;                         // of the frames as they are encoded, both sides even
-    media::Orientation orientation;          // that players must apply to the encoded frames
+    QSize frameSize;                         // of the encoded frames, both sides even
+    media::Orientation orientation;          // players must apply it to the encoded frames
     media::Rational sampleAspectRatio{1, 1}; // of the encoded frames
-    QRect picture;                           // of the source picture inside the encoded frame
+    QRect picture;                           // place of the source picture in the encoded frame
     QSizeF canvas;                           // the frame as players show it: upright, square pixels
-    QSizeF nativeVideoSize; // the source as players show it; the unit that templates are sized in
+    QSizeF nativeVideoSize;         // the source as players show it; the unit that templates are sized in
+    bool keepsStoredPicture = true; // its pixels are neither turned nor scaled
 
     /// The encoded frame turned upright; its pixels are square only when the sample aspect ratio is 1.
     QSize uprightFrameSize() const;
-
-    /// True when the picture keeps its stored pixels: not turned, not scaled.
-    bool keepsStoredPicture = true;
 };
 
 /// At the original size frames keep their stored orientation and pixel shape and carry both along; any

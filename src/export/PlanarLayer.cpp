@@ -20,10 +20,10 @@ constexpr double one = 1 << fractionBits;
 // Luma, Cb and Cr in code values, each multiplied by the coverage, and the coverage 0..1.
 using Sample = std::array<float, 4>;
 
-QRect coveredRectangle(const QImage& picture, QRect inside) {
+QRect coveredRectangle(const QImage& image, QRect inside) {
     QRect covered;
     for (int y = inside.top(); y <= inside.bottom(); ++y) {
-        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
         const auto isDrawn = [](QRgb pixel) { return qAlpha(pixel) != 0; };
         const auto* begin = row + inside.left();
         const auto* end = row + inside.right() + 1;
@@ -76,14 +76,14 @@ private:
     std::vector<Entry> m_entries;
 };
 
-std::vector<Sample> convertPixels(const QImage& picture, QPoint position, QRect rectangle,
+std::vector<Sample> convertPixels(const QImage& image, QPoint position, QRect rectangle,
                                   const FrameFormat& format) {
     ColorMemory colors(format);
     std::vector<Sample> samples(static_cast<std::size_t>(rectangle.width()) *
                                 static_cast<std::size_t>(rectangle.height()));
-    const QRect drawn = rectangle & QRect(position, picture.size());
+    const QRect drawn = rectangle & QRect(position, image.size());
     for (int y = drawn.top(); y <= drawn.bottom(); ++y) {
-        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y - position.y()));
+        const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y - position.y()));
         Sample* sample = samples.data() +
                          static_cast<std::ptrdiff_t>(y - rectangle.top()) * rectangle.width() +
                          (drawn.left() - rectangle.left());
@@ -105,7 +105,7 @@ struct Tap {
     float weight;
 };
 
-// How the chroma sample is made of the luma positions it stands for, along one direction.
+// The weights of luma positions in a chroma sample, along one direction.
 std::vector<Tap> taps(bool isSubsampled, bool isCosited) {
     if (!isSubsampled)
         return {{0, 1.0F}};
@@ -133,15 +133,15 @@ void blendRow(SampleType* samples, const std::uint16_t* keep, const std::uint32_
 
 }
 
-PlanarLayer::PlanarLayer(const QImage& picture, QPoint position, QSize frameSize, const FrameFormat& format)
+PlanarLayer::PlanarLayer(const QImage& image, QPoint position, QSize frameSize, const FrameFormat& format)
     : m_format(format) {
-    const QRect visible = QRect(position, picture.size()) & QRect(QPoint(0, 0), frameSize);
-    const QRect covered = coveredRectangle(picture, visible.translated(-position)).translated(position);
+    const QRect visible = QRect(position, image.size()) & QRect(QPoint(0, 0), frameSize);
+    const QRect covered = coveredRectangle(image, visible.translated(-position)).translated(position);
     if (covered.isEmpty())
         return;
     const QRect rectangle = onChromaGrid(covered, frameSize);
     m_corner = rectangle.topLeft();
-    const auto samples = convertPixels(picture, position, rectangle, format);
+    const auto samples = convertPixels(image, position, rectangle, format);
     convertLuma(samples, rectangle.width(), rectangle.height());
     convertChroma(samples, rectangle.width(), rectangle.height());
 }

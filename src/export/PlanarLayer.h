@@ -1,4 +1,4 @@
-// A drawn picture as premultiplied planes of a frame's own layout, and its blending into frames.
+// A drawn image as premultiplied planes of a frame's own layout, and its blending into frames.
 #pragma once
 
 #include "media/FrameFormat.h"
@@ -15,9 +15,9 @@ namespace pointloom {
 /// Made once for each drawing, blended into any number of frames of the same layout and size.
 class PlanarLayer {
 public:
-    /// `picture` is premultiplied ARGB; its top left pixel lies at `position` of frames of `frameSize`,
-    /// stored orientation. Parts outside of the frame are cut off, transparent borders left out.
-    PlanarLayer(const QImage& picture, QPoint position, QSize frameSize, const media::FrameFormat& format);
+    /// `image` is premultiplied ARGB; its top left pixel is at `position` of frames of `frameSize`, stored
+    /// orientation. It is cut at the edges of the frame, and transparent borders are left out.
+    PlanarLayer(const QImage& image, QPoint position, QSize frameSize, const media::FrameFormat& format);
 
     /// Draws over a frame whose buffer is writable and whose layout and size are those given above.
     void blendInto(const media::VideoFrame& frame) const;
@@ -25,11 +25,11 @@ public:
 private:
     // Each sample of the frame becomes (sample * keep + add) / 2^15.
     struct Coefficients {
-        int x = 0; // of the first sample, in the plane
+        int x = 0; // position of the first sample in the plane
         int y = 0;
         int width = 0;
         int height = 0;
-        std::vector<std::uint16_t> keep; // 0..2^15: what the layer lets through
+        std::vector<std::uint16_t> keep; // transparency, 0..2^15
         std::vector<std::uint32_t> add;  // code value times coverage times 2^15
     };
 

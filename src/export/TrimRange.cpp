@@ -44,7 +44,7 @@ std::optional<double> TrimRange::decodingEnd(media::Rational timeBase) const {
     return m_window.until ? std::optional(static_cast<double>(*m_window.until) * timeBase.value()) : end();
 }
 
-bool TrimRange::isBehind(std::int64_t timestamp, media::Rational timeBase) const {
+bool TrimRange::isAfter(std::int64_t timestamp, media::Rational timeBase) const {
     if (m_window.until && timestamp >= *m_window.until)
         return true;
     return m_end && static_cast<double>(timestamp) * timeBase.value() >= *end();
@@ -70,7 +70,7 @@ std::optional<TrimRange::Stay> TrimRange::place(std::int64_t timestamp, std::int
     const std::int64_t from = timestamp <= latestStart ? 0 : timestamp - start;
     std::int64_t until = next ? *next - start : timestamp + duration - start;
     if (m_end) {
-        // A frame on the end is out although rounding to 1/600 s may have put the end just behind it.
+        // A frame on the end is out although rounding to 1/600 s may have put the end just after it.
         const std::int64_t lastStart = rescale(static_cast<double>(*m_end) - 0.5, timeBase) - start;
         if (from >= lastStart)
             return std::nullopt;

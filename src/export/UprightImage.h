@@ -1,4 +1,4 @@
-// Decoded pictures as people see them.
+// Decoded frames as upright images.
 #pragma once
 
 #include "media/FrameConverter.h"
@@ -7,10 +7,10 @@
 
 namespace pointloom {
 
-/// The stored picture turned as players show it.
+/// The stored frame turned as players show it.
 QImage uprightImage(const media::RgbaImage& stored, media::Orientation orientation);
 
-/// The same of a frame, scaled to `size` pixels on the way. Throws MediaError.
+/// The same for a frame, scaled to `size` pixels on the way. Throws MediaError.
 QImage uprightImage(const media::VideoFrame& frame, media::Orientation orientation, QSize size);
 
 }

@@ -1,7 +1,7 @@
 // Keeps the session across launches: written whole after each edit, read back once at the next start.
 #pragma once
 
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 #include "l10n/Language.h"
 #include "model/MatchConfig.h"
 #include "persistence/LegacyMarker.h"

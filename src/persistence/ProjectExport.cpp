@@ -20,7 +20,7 @@ std::optional<ExportJob> exportJobFor(const ProjectFile& project) {
     overlay.scoreboardPosition = project.scoreboardPosition();
     overlay.scoreboardUserScale = project.scoreboardUserScale.value_or(overlay.scoreboardUserScale);
     overlay.watermarkPath = project.watermarkPath;
-    overlay.watermarkCorner = project.watermarkCorner.value_or(overlay.watermarkCorner);
+    job.settings.watermarkCorner = project.watermarkCorner.value_or(job.settings.watermarkCorner);
     return job;
 }
 

@@ -1,7 +1,7 @@
 // Project documents (*.plp): one editing session as a JSON file.
 #pragma once
 
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 #include "model/MatchConfig.h"
 #include "persistence/LegacyMarker.h"
 #include "render/TemplateID.h"

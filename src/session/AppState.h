@@ -2,7 +2,7 @@
 // One instance lives as long as the application and belongs to the main thread.
 #pragma once
 
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 #include "l10n/Language.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"

@@ -68,7 +68,7 @@ TEST_F(ProjectInputsTest, TheDocumentSaysWhatIsExported) {
     EXPECT_EQ(job.overlay.scoreboardPosition, QPointF(0.3, 0.4));
     EXPECT_EQ(job.overlay.scoreboardUserScale, 2);
     EXPECT_EQ(job.overlay.watermarkPath, project.watermarkPath);
-    EXPECT_EQ(job.overlay.watermarkCorner, WatermarkCorner::topLeft);
+    EXPECT_EQ(job.settings.watermarkCorner, WatermarkCorner::topLeft);
     EXPECT_EQ(setsOf(job.overlay.initialScore).size(), 3U) << "the empty score of the match";
     EXPECT_FALSE(job.overlay.isLicensed);
 }
@@ -86,7 +86,7 @@ TEST_F(ProjectInputsTest, TheCommandLineGoesFirst) {
     const auto [job, remarks] = inputs(request);
     EXPECT_EQ(job.videoPath, request.videoPath);
     EXPECT_EQ(job.overlay.watermarkPath, request.watermarkPath);
-    EXPECT_EQ(job.overlay.watermarkCorner, WatermarkCorner::topRight);
+    EXPECT_EQ(job.settings.watermarkCorner, WatermarkCorner::topRight);
     EXPECT_EQ(job.trimStart, 2);
     EXPECT_EQ(job.trimEnd, 9);
     EXPECT_TRUE(remarks.warnings.isEmpty());

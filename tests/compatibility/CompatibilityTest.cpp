@@ -62,7 +62,7 @@ QSizeF filledPart(QSizeF source, QSizeF exported) {
     return {std::min(1.0, from / to), std::min(1.0, to / from)};
 }
 
-/// Where a point of the source's shown picture lies in that of the export; fractions.
+/// The place in the export's shown picture of a point of the source's; fractions.
 QPointF fitted(QPointF point, QSizeF source, QSizeF exported) {
     const QSizeF filled = filledPart(source, exported);
     const QPointF fromCentre = point - QPointF(0.5, 0.5);
@@ -87,12 +87,13 @@ protected:
     void SetUp() override {
         const QString clip = make(source(), m_folder);
         m_job = OverlayReference::job(m_folder, clip, GetParam().format);
-        m_job.preset = GetParam().preset;
+        m_job.settings.preset = GetParam().preset;
         m_job.trimStart = trimStart(source());
         m_before.emplace(clip);
-        if (const auto size = targetSize(m_job.preset)) // the scoreboard grows with the frame, bars and all
+        if (const auto size =
+                targetSize(m_job.settings.preset)) // the scoreboard grows with the frame, bars and all
             m_job.overlay.scoreboardUserScale *= filledPart(m_before->shownSize(), *size).width();
-        ASSERT_NO_THROW(ExportManager::exportVideo(m_job, {}, {}));
+        ASSERT_NO_THROW(ExportManager::exportVideo(m_job));
         m_after.emplace(m_job.outputPath);
         m_overlay.emplace(m_job, m_before->shownSize(), m_after->shownSize());
     }

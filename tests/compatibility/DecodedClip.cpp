@@ -22,7 +22,7 @@ std::string text(const nlohmann::json& object, const char* key) {
     return object.value(key, std::string());
 }
 
-/// ffprobe prints the nine numbers in rows, each row behind its own number and a colon.
+/// ffprobe prints the nine numbers in rows, each row after its own number and a colon.
 Turn readTurn(const nlohmann::json& stream) {
     for (const auto& data : stream.value("side_data_list", nlohmann::json::array())) {
         if (text(data, "side_data_type") != "Display Matrix")

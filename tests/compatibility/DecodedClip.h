@@ -1,4 +1,4 @@
-// A clip as FFmpeg's own tools decode it: what another program would see and hear.
+// A clip as FFmpeg's own tools decode it.
 #pragma once
 
 #include "compatibility/Pattern.h"
@@ -23,24 +23,23 @@ public:
     double pictureEnd() const;                                   // seconds, by the track's own length
     Turn turn() const { return m_turn; }
 
-    /// What the track's tags say; gaps are empty.
+    /// The track's tags; missing ones are empty.
     SourceColor color() const;
 
     /// The picture as players show it: turned, with square pixels.
     QSizeF shownSize() const;
 
-    /// Mean colour of a few samples around a point of the shown picture (fractions), by what `color` says of
-    /// the samples.
+    /// Mean colour of a few samples around a point of the shown picture (fractions), converted by `color`.
     Rgb colorAt(int frame, QPointF shown, const SourceColor& color) const;
 
     /// Mean difference between neighbouring lines there, 0..255: high when two fields are woven together.
     double combAt(int frame, QPointF shown) const;
 
-    /// Where a point of the shown picture lies in the stored one; fractions.
+    /// The place in the stored picture of a point of the shown one; fractions.
     QPointF storedPoint(QPointF shown) const;
     QPointF shownPoint(QPointF stored) const;
 
-    /// When the beep is first heard; seconds. Empty when there is none.
+    /// The start of the beep; seconds. Empty when there is none.
     std::optional<double> beepTime() const { return m_beepTime; }
     double soundEnd() const { return m_soundEnd; }
 

@@ -8,7 +8,7 @@ namespace pointloom::test {
 
 namespace {
 
-/// The boxes on the way to a sample description (ISO/IEC 14496-12) and what stands before their children.
+/// The boxes on the way to a sample description (ISO/IEC 14496-12) and the bytes before their children.
 struct Level {
     const char* type;
     qsizetype header; // bytes
@@ -33,7 +33,7 @@ qsizetype findBox(const QByteArray& bytes, qsizetype begin, const char* type) {
     throw std::runtime_error(std::string("no box ") + type);
 }
 
-/// Of the NAL units of a byte stream (ITU-T H.265, annex B): where the next start code begins, or the end.
+/// The next start code of a byte stream of NAL units (ITU-T H.265, annex B), or the end.
 qsizetype nextStart(const QByteArray& stream, qsizetype from) {
     const qsizetype found = stream.indexOf(QByteArray("\0\0\1", 3), from);
     return found < 0 ? stream.size() : found;

@@ -1,4 +1,4 @@
-// What else HDR files carry: what still holds for the exported pictures stays, what no longer does goes.
+// Metadata of HDR files: what still holds for the exported frames is kept, the rest is dropped.
 #include "compatibility/DecodedClip.h"
 #include "compatibility/HdrClips.h"
 #include "compatibility/OverlayReference.h"
@@ -39,7 +39,7 @@ const std::string light = "Content light level metadata";
 
 DecodedClip exported(const ClipFolder& folder, const QString& clip, ExportFormat format) {
     const ExportJob job = OverlayReference::job(folder, clip, format);
-    ExportManager::exportVideo(job, {}, {});
+    ExportManager::exportVideo(job);
     return DecodedClip(job.outputPath);
 }
 
@@ -103,7 +103,7 @@ TEST(Stills, ShowTheColoursOfTheExport) {
         const ClipFolder folder;
         const Source& source = sourceNamed(name);
         const ExportJob job = OverlayReference::job(folder, make(source, folder), ExportFormat::h264);
-        ExportManager::exportVideo(job, {}, {});
+        ExportManager::exportVideo(job);
         const DecodedClip clip(job.outputPath);
         const OverlayReference overlay(job, clip.shownSize(), clip.shownSize());
         const int frame = static_cast<int>(clip.times().size()) / 2;

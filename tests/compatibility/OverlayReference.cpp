@@ -51,7 +51,7 @@ ExportJob OverlayReference::job(const ClipFolder& folder, const QString& video, 
     mark.save(folder.path(QStringLiteral("mark.png")));
 
     ExportJob job = jobFor(video, folder.path(QStringLiteral("out.") + fileExtension(format)));
-    job.format = format;
+    job.settings.format = format;
     job.lossless = true;
     job.overlay.scoreboardUserScale = 0.6;
     job.overlay.watermarkPath = folder.path(QStringLiteral("mark.png"));
@@ -61,10 +61,9 @@ ExportJob OverlayReference::job(const ClipFolder& folder, const QString& video, 
 OverlayReference::OverlayReference(const ExportJob& job, QSizeF source, QSizeF exported)
     : m_picture(exported.toSize(), QImage::Format_ARGB32_Premultiplied) {
     m_picture.fill(Qt::transparent);
-    const bool isOriginal = job.preset == ExportPreset::original;
+    const bool isOriginal = job.settings.preset == ExportPreset::original;
     QPainter painter(&m_picture);
-    Compositor::drawOverlay(painter, {exported, isOriginal ? exported : source}, job.overlay,
-                            Compositor::Pictures::load(job.overlay), job.overlay.initialScore);
+    Compositor(job, {exported, isOriginal ? exported : source}).draw(painter, job.overlay.initialScore);
 }
 
 bool OverlayReference::covers(QPointF point) const {

@@ -1,4 +1,4 @@
-// The overlay as it is drawn into a bitmap of the shown picture, to hold exported frames against.
+// The overlay drawn into a bitmap of the shown picture, to compare exported frames with.
 #pragma once
 
 #include "compatibility/Pattern.h"
@@ -26,10 +26,10 @@ public:
 
     struct Spot {
         QPointF point; // fractions
-        Rgb color;     // signal of a frame with the tags that were asked for
+        Rgb color;     // signal of a frame with the given tags
     };
 
-    /// Points amid areas of one opaque colour. Of colours that other tags would change, greys alone.
+    /// Points amid areas of one opaque colour; only greys where other tags would change colours.
     std::vector<Spot> flatSpots(const SourceColor& tags) const;
 
 private:

@@ -1,5 +1,5 @@
-// What every source of the matrix shows and sounds: patches along the edges of the picture, most of a known
-// colour, one that flashes while a beep sounds and one whose grey tells the frames apart.
+// The content of every source of the matrix: patches along the edges of the picture, most of a known colour,
+// one that flashes while a beep sounds and one whose grey tells the frames apart.
 #pragma once
 
 #include "support/TestClips.h"
@@ -20,7 +20,7 @@ constexpr int flash = 1;            // the patch that is white in the flash and 
 constexpr int counter = 3;          // the patch that grows brighter with each frame
 constexpr double beepLength = 0.25; // seconds
 
-/// Of the stored picture; fractions from its top left.
+/// Places in the stored picture; fractions from its top left.
 QRectF areaOf(int patch);
 
 Rgb colorOf(int patch, int frame, int frames);

@@ -1,4 +1,4 @@
-// What the matrix measured, a row for each export, for the document that is made of it.
+// Measurements of the matrix, a row for each export, from which the document is made.
 #pragma once
 
 #include <optional>

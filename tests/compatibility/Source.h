@@ -1,4 +1,4 @@
-// One kind of footage: how a clip of it is made, and what is expected of it.
+// One kind of footage: the recipe of a clip and the expectations of its export.
 #pragma once
 
 #include "support/TestClips.h"
@@ -44,7 +44,7 @@ struct Source {
 
     std::string inputs{};     // further ones, numbered from 2
     std::string container{};  // options of the file as a whole
-    std::string secondPass{}; // options of a copy; " | " stands where its input comes
+    std::string secondPass{}; // options of a copy; " | " marks the place of its input
     Turn turn = upright;
     double trimmedFrames = 0;   // what the export leaves out at the start, of a constant rate
     bool isInterlaced = false;  // frames hold two pictures of the pattern each

@@ -70,12 +70,12 @@ TEST(Chapters, StandInTheExportedFileUnlessUnwanted) {
     job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
     job.overlay.markers = {labelled(4 / 3.0, "Höhepunkt"), labelled(3, ""), labelled(50, "Nie gespielt")};
     job.trimEnd = 60; // as left by a longer clip
-    job.encoderPreset = "ultrafast";
+    job.settings.encoderPreset = QStringLiteral("ultrafast");
     const auto chaptersOfExport = [&](const char* name, ExportFormat format, bool wanted) {
         job.outputPath = folder.path(QString::fromLatin1(name));
-        job.format = format;
-        job.withChapters = wanted;
-        ExportManager::exportVideo(job, {}, {});
+        job.settings.format = format;
+        job.settings.withChapters = wanted;
+        ExportManager::exportVideo(job);
         return test::probe(job.outputPath)["chapters"];
     };
     for (const auto& [name, format] :

@@ -1,4 +1,4 @@
-// What a player would show of a file, by other means than our own.
+// Frames of a file as players show them, decoded by other means than our own.
 #pragma once
 
 #include "support/TestClips.h"

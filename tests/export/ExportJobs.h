@@ -1,4 +1,4 @@
-// The job that tests of whole exports start from.
+// The job from which tests of whole exports start.
 #pragma once
 
 #include "export/ExportManager.h"
@@ -16,7 +16,7 @@ inline ExportJob jobFor(const QString& video, const QString& output) {
     job.overlay.initialScore = ScoringEngine::getInitialScore(job.overlay.config);
     job.overlay.scoreboardPosition = {0.5, 0.5};
     job.overlay.isLicensed = true;
-    job.encoderPreset = "ultrafast";
+    job.settings.encoderPreset = QStringLiteral("ultrafast");
     return job;
 }
 

@@ -33,7 +33,7 @@ SportScoreState score(std::int64_t games, std::int64_t server) {
 }
 
 void run(const ExportJob& job) {
-    ExportManager::exportVideo(job, {}, {});
+    ExportManager::exportVideo(job);
 }
 
 QString errorOf(const ExportJob& job) {
@@ -86,7 +86,7 @@ TEST(Export, KeepsFramesSoundAndTimesAndDrawsTheScoreOfEachFrame) {
     job.overlay.markers = {{QUuid::createUuid(), 3.7, score(4, 2), {}}};
     std::vector<double> fractions;
     ExportManager::exportVideo(
-        job, {}, [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); });
+        job, {{}, [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); }});
 
     EXPECT_EQ(frameTimes(job.outputPath), frameTimes(clip));
     EXPECT_NEAR(number(stream(job.outputPath, "audio")["duration"]), 4, 0.05);
@@ -117,7 +117,7 @@ TEST(Export, WritesWhatPlaysEverywhere) {
          {Expected{ExportFormat::h264, "avc1", "yuv420p"}, Expected{ExportFormat::hevc, "hvc1", "yuv420p"},
           Expected{ExportFormat::prores, "apcn", "yuv422p10le"}}) {
         ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.") + fileExtension(format)));
-        job.format = format;
+        job.settings.format = format;
         run(job);
         const auto video = stream(job.outputPath, "video");
         EXPECT_EQ(video["codec_tag_string"], tag);
@@ -182,7 +182,7 @@ TEST(Export, ARotatedClipComesOutUprightWithAnUprightScoreboard) {
     EXPECT_LE(distance(original.pixel(180, 30), source.pixel(180, 30)), 4);
     EXPECT_LE(distance(original.pixel(180, 610), source.pixel(180, 610)), 4);
 
-    job.preset = ExportPreset::instagram916;
+    job.settings.preset = ExportPreset::instagram916;
     job.outputPath = folder.path(QStringLiteral("fitted.mp4"));
     run(job);
     const QImage fitted = frameAt(job.outputPath, 0);
@@ -203,7 +203,7 @@ TEST(Export, FitsIntoAPresetWithBlackBarsAndAScaledScoreboard) {
         folder.make(QStringLiteral("clip.mp4"),
                     "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=0.4 -c:v libx264 -pix_fmt yuv420p");
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
-    job.preset = ExportPreset::instagram916;
+    job.settings.preset = ExportPreset::instagram916;
     job.overlay.scoreboardPosition = {0.5, 0.1};
     run(job);
     const QImage frame = frameAt(job.outputPath, 0);
@@ -242,7 +242,7 @@ TEST(Export, ATrimEndBehindTheVideoIsTheEndOfTheVideo) {
     for (const double end : {60.0, 1e18}) {
         job.trimEnd = end;
         ExportProgress last;
-        ExportManager::exportVideo(job, {}, [&](const ExportProgress& progress) { last = progress; });
+        ExportManager::exportVideo(job, {{}, [&](const ExportProgress& progress) { last = progress; }});
         EXPECT_EQ(last.frames, 25);
         EXPECT_EQ(last.expectedFrames, 25);
     }
@@ -299,7 +299,7 @@ TEST(Export, CancellingLeavesNoFileAndIsNoExportError) {
     const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
     const ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     int polls = 0;
-    EXPECT_THROW(ExportManager::exportVideo(job, [&] { return ++polls > 20; }, {}), ExportCancelled);
+    EXPECT_THROW(ExportManager::exportVideo(job, {[&] { return ++polls > 20; }}), ExportCancelled);
     EXPECT_EQ(polls, 21);
     EXPECT_FALSE(QFile::exists(job.outputPath));
 }
@@ -312,7 +312,7 @@ TEST(Export, CancellingIsAskedForWhileOnlySoundIsLeft) {
     const ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     int polls = 0;
     // 25 frames and the first 1.5 s of sound are long over by then, the whole sound is not.
-    EXPECT_THROW(ExportManager::exportVideo(job, [&] { return ++polls > 1000; }, {}), ExportCancelled);
+    EXPECT_THROW(ExportManager::exportVideo(job, {[&] { return ++polls > 1000; }}), ExportCancelled);
     EXPECT_FALSE(QFile::exists(job.outputPath));
 }
 
@@ -349,13 +349,12 @@ TEST(Export, AClipThatIsCutShortGivesWhatIsThereAndSaysWhatIsMissing) {
                         QStringList{QStringLiteral("-movflags"), QStringLiteral("+faststart")}));
     const QString cut = folder.write(QStringLiteral("cut.mp4"), whole.left(whole.size() * 3 / 4));
     ExportJob job = jobFor(cut, folder.path(QStringLiteral("out.mp4")));
-    const double missing = ExportManager::exportVideo(job, {}, {}).damage.secondsMissing;
+    const double missing = ExportManager::exportVideo(job).damage.secondsMissing;
     ASSERT_GT(missing, 0.3);
     EXPECT_NEAR(frameTimes(job.outputPath).back() + missing, 3.96, 0.16);
 
     job.trimEnd = 1;
-    EXPECT_EQ(ExportManager::exportVideo(job, {}, {}).damage, media::Damage{})
-        << "nothing of this range is missing";
+    EXPECT_EQ(ExportManager::exportVideo(job).damage, media::Damage{}) << "nothing of this range is missing";
     EXPECT_EQ(frameTimes(job.outputPath).size(), 25U);
 
     job.trimStart = 3.9;
@@ -391,7 +390,7 @@ TEST(Export, TroubleIsToldInWordsAndLosesNothing) {
     EXPECT_TRUE(errorOf(jobFor(clip, folder.path(QStringLiteral("no/such/folder.mp4"))))
                     .startsWith(QStringLiteral("Export failed: Writer failed: ")));
     ExportJob refused = jobFor(clip, folder.path(QStringLiteral("refused.mp4")));
-    refused.encoderPreset = "no such preset";
+    refused.settings.encoderPreset = QStringLiteral("no such preset");
     EXPECT_TRUE(errorOf(refused).startsWith(
         QStringLiteral("Export failed: Cannot add video input. (the video encoder could not be opened: ")));
     EXPECT_FALSE(QFile::exists(refused.outputPath));
@@ -421,10 +420,10 @@ TEST(Export, AFullDiskAndAnUnreadableVideoEndItInWordsAndLeaveNoFile) {
         EXPECT_FALSE(QFile::exists(job.outputPath));
         return error.toStdString();
     };
-    job.format = ExportFormat::prores;
+    job.settings.format = ExportFormat::prores;
     EXPECT_EQ(errorWithRoomFor(200'000), // of 20 MB
               "Export failed: Append failed: the file could not be written: File too large");
-    job.format = ExportFormat::h264;
+    job.settings.format = ExportFormat::h264;
     job.trimEnd = 0.2; // all of it stays inside of the encoder until the end
     EXPECT_EQ(errorWithRoomFor(1000),
               "Export failed: Writer error: the file could not be written: File too large");
@@ -461,7 +460,7 @@ TEST(Export, AFailureIsHandedToTheCrashReporterAndCancellingIsNot) {
     const ClipFolder folder;
     const QString clip = folder.make(QStringLiteral("clip.mp4"), greyClip);
     EXPECT_THROW(ExportManager::exportVideo(jobFor(clip, folder.path(QStringLiteral("out.mp4"))),
-                                            [] { return true; }, {}),
+                                            {[] { return true; }}),
                  ExportCancelled);
     EXPECT_FALSE(errorOf(jobFor(folder.path(QStringLiteral("none.mp4")), clip)).isEmpty());
     EXPECT_EQ(waitForQuestion(2), 2);
@@ -484,8 +483,9 @@ TEST(Export, RealClipsComeOutInEveryFormatAndPreset) {
             continue;
         for (const auto format : allCases<ExportFormat>()) {
             ExportJob job = jobFor(*clip, folder.path(QStringLiteral("out.") + fileExtension(format)));
-            job.format = format;
-            job.preset = format == ExportFormat::hevc ? ExportPreset::twitter1080p : ExportPreset::original;
+            job.settings.format = format;
+            job.settings.preset =
+                format == ExportFormat::hevc ? ExportPreset::twitter1080p : ExportPreset::original;
             job.trimEnd = 1.5;
             run(job);
             const auto video = stream(job.outputPath, "video");

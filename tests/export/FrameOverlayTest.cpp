@@ -39,8 +39,9 @@ std::ostream& operator<<(std::ostream& out, const Case& test) {
                << test.orientation.quarterTurns << ", mirrored " << test.orientation.mirrored;
 }
 
-OverlayDescription overlay(const QString& watermark) {
-    OverlayDescription description;
+ExportJob jobWith(const QString& watermark) {
+    ExportJob job;
+    OverlayDescription& description = job.overlay;
     description.config.team1 = {QStringLiteral("Dravnik"), {}, QStringLiteral("FR"), {}};
     description.config.team2 = {QStringLiteral("Solvane"), {}, QStringLiteral("ES"), {}};
     description.config.numberOfSets = 3;
@@ -48,7 +49,7 @@ OverlayDescription overlay(const QString& watermark) {
     description.templateID = TemplateID::minimal; // a translucent panel
     description.scoreboardPosition = {0.4, 0.35};
     description.watermarkPath = watermark;
-    return description;
+    return job;
 }
 
 PictureLayout layoutOf(const Case& test) {
@@ -99,15 +100,16 @@ void drawMark(QPainter& painter, const QImage& mark, WatermarkCorner corner, QSi
 }
 
 // The same overlay drawn into a bitmap of the whole upright frame, turned to the stored orientation.
-QImage reference(const OverlayDescription& description, const PictureLayout& layout) {
+QImage reference(const ExportJob& job, const PictureLayout& layout) {
+    const OverlayDescription& description = job.overlay;
     const QSize size = layout.uprightFrameSize();
     const QSizeF canvas = layout.canvas;
     QImage bitmap(size, QImage::Format_ARGB32_Premultiplied);
     bitmap.fill(ground);
     QPainter painter(&bitmap);
     painter.scale(size.width() / canvas.width(), size.height() / canvas.height());
-    drawMark(painter, QImage(*description.watermarkPath), description.watermarkCorner, canvas);
-    Compositor::drawLicenceMark(painter, canvas);
+    drawMark(painter, QImage(*description.watermarkPath), job.settings.watermarkCorner, canvas);
+    licenceMarkPart(canvas).draw(painter);
 
     const double scale = canvas.width() / layout.nativeVideoSize.width() * description.scoreboardUserScale;
     const ScoreboardTemplate& board = TemplateRegistry::templateFor(description.templateID);
@@ -217,22 +219,23 @@ class FrameOverlayTest : public testing::TestWithParam<Case> {};
 
 TEST_P(FrameOverlayTest, BlendedPlanesAgreeWithTheBitmapWithinRounding) {
     const QTemporaryDir folder;
-    const OverlayDescription description = overlay(savedMark(folder, {50, 40}));
+    const ExportJob job = jobWith(savedMark(folder, {50, 40}));
     const PictureLayout layout = layoutOf(GetParam());
     const FrameFormat format = GetParam().format;
 
     VideoFrame frame = flatFrame(layout.frameSize, format);
-    FrameOverlay(description, layout, format).drawInto(frame, 0);
+    FrameOverlay(job, layout, format).drawInto(frame, 0);
 
     // The bitmap rounds each of its layers to 8 bits, the planes round once.
-    EXPECT_LE(largestDifference(frame, reference(description, layout), format), 2.5);
+    EXPECT_LE(largestDifference(frame, reference(job, layout), format), 2.5);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryLayout, FrameOverlayTest, testing::ValuesIn(cases()));
 
 TEST(FrameOverlay, NoTemplateReachesBeyondItsLayer) {
     const QTemporaryDir folder;
-    OverlayDescription description = overlay(savedMark(folder, {30, 70}));
+    ExportJob job = jobWith(savedMark(folder, {30, 70}));
+    OverlayDescription& description = job.overlay;
     description.scoreboardUserScale = 1.3;
     description.scoreboardPosition = {0.5, 0.42};
     const PictureLayout layout = layoutOf({});
@@ -240,21 +243,22 @@ TEST(FrameOverlay, NoTemplateReachesBeyondItsLayer) {
         description.templateID = id;
         description.config.sport = sportOf(id);
         description.initialScore = ScoringEngine::getInitialScore(description.config);
-        description.watermarkCorner = allCases<WatermarkCorner>()[static_cast<std::size_t>(id) % 4];
+        job.settings.watermarkCorner = allCases<WatermarkCorner>()[static_cast<std::size_t>(id) % 4];
         VideoFrame frame = flatFrame(layout.frameSize, {});
-        FrameOverlay(description, layout, {}).drawInto(frame, 0);
-        EXPECT_LE(largestDifference(frame, reference(description, layout), {}), 2.5) << rawValue(id);
+        FrameOverlay(job, layout, {}).drawInto(frame, 0);
+        EXPECT_LE(largestDifference(frame, reference(job, layout), {}), 2.5) << rawValue(id);
     }
 }
 
 TEST(FrameOverlay, DrawsEachScoreAtItsTimeAndLeavesTheRestOfTheFrameUntouched) {
-    OverlayDescription description = overlay({});
+    ExportJob job = jobWith({});
+    OverlayDescription& description = job.overlay;
     description.isLicensed = true;
     SportScoreState served = description.initialScore;
     std::get<ScoreState>(served).servingTeam = 2;
     description.markers = {{QUuid::createUuid(), 2.0, served, {}}};
     const PictureLayout layout = layoutOf({});
-    FrameOverlay frameOverlay(description, layout, {});
+    FrameOverlay frameOverlay(job, layout, {});
     const auto drawn = [&](double time) {
         VideoFrame frame = flatFrame(layout.frameSize, {});
         frameOverlay.drawInto(frame, time);
@@ -300,7 +304,7 @@ TEST(LayerColor, CodeValuesAreThoseOfTheStandards) {
     };
     constexpr QRgb red = qRgb(255, 0, 0);
     constexpr QRgb sky = qRgb(30, 120, 200);
-    // From the formulas of BT.601, BT.709, BT.2020, BT.2100 and SMPTE EG 432-1, reckoned apart from this
+    // From the formulas of BT.601, BT.709, BT.2020, BT.2100 and SMPTE EG 432-1, computed outside of this
     // program.
     const Sample samples[] = {
         {red, 8, Matrix::bt709, Range::limited, Transfer::sdr, Primaries::bt709, {62.56, 102.34, 240}},

@@ -11,10 +11,10 @@ namespace pointloom {
 
 namespace {
 
-using OverlayExport::Format;
+using Format = OverlayFormat;
 using test::ClipFolder;
 
-// B-frames, so that the packets of the file do not stand in the order of their times; a phone's turned
+// B-frames, so that the packets of the file are not in the order of their times; a phone's turned
 // picture.
 QString turnedClip(const ClipFolder& folder) {
     const QString clip =
@@ -71,7 +71,7 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
         mark.setPixel(i % 2, i / 2, strongColors[static_cast<std::size_t>(i)]);
     job.overlay.watermarkPath = folder.path(QStringLiteral("mark.png"));
     ASSERT_TRUE(mark.scaled(400, 400).save(*job.overlay.watermarkPath));
-    OverlayExport::run(job, Format::prores, {}, {});
+    exportOverlay(job, Format::prores);
     const auto streams = test::probe(job.outputPath).at("streams");
     ASSERT_EQ(streams.size(), 1U);
     EXPECT_EQ(streams[0].at("codec_tag_string"), "ap4h");
@@ -84,7 +84,7 @@ TEST(OverlayExport, MovieAndPicturesHoldTheScoreboardOnATransparentGround) {
     EXPECT_TRUE(streams[0].at("pix_fmt").get<std::string>().starts_with("yuva444p")) << "with alpha";
 
     job.outputPath = folder.path(QStringLiteral("board"));
-    OverlayExport::run(job, Format::png, {}, {});
+    exportOverlay(job, Format::png);
     const QDir pictures(job.outputPath);
     ASSERT_EQ(pictures.entryList(QDir::Files).size(), 120);
     const QImage before(pictures.filePath(QStringLiteral("frame_000111.png")));
@@ -119,8 +119,8 @@ TEST(OverlayExport, LaidOverTheVideoItLooksLikeTheExport) {
                     "-f lavfi -i color=0x606060:s=640x360:r=25:d=0.2 -pix_fmt yuv420p -c:v libx264");
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("board")));
     job.overlay.isLicensed = false;
-    job.preset = ExportPreset::twitter1080p;
-    OverlayExport::run(job, Format::png, {}, {});
+    job.settings.preset = ExportPreset::twitter1080p;
+    exportOverlay(job, Format::png);
     const QImage still = ExportManager::renderStill(job, 0);
     QImage laid(still.size(), QImage::Format_RGB32);
     laid.fill(qRgb(0x60, 0x60, 0x60));
@@ -136,8 +136,8 @@ TEST(OverlayExport, KeepsTheTrimmedRangeOfATurnedVideoUpright) {
     job.trimStart = 0.4;
     job.trimEnd = 1.4;
     std::vector<double> fractions;
-    OverlayExport::run(job, Format::prores, {},
-                       [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); });
+    exportOverlay(job, Format::prores,
+                  {{}, [&](const ExportProgress& progress) { fractions.push_back(progress.fraction); }});
     const auto video = test::probe(job.outputPath).at("streams")[0];
     EXPECT_EQ(video.at("nb_frames"), "25");
     EXPECT_EQ(video.at("width"), 360);
@@ -152,11 +152,11 @@ TEST(OverlayExport, WhatWasWrittenGoesWhenItIsCancelled) {
     for (const Format format : {Format::prores, Format::png}) {
         const ExportJob job = markedJob(clip, folder.path(QStringLiteral("board")));
         int polls = 0;
-        EXPECT_THROW(OverlayExport::run(job, format, [&] { return ++polls > 5; }, {}), ExportCancelled);
+        EXPECT_THROW(exportOverlay(job, format, {[&] { return ++polls > 5; }}), ExportCancelled);
         EXPECT_FALSE(QFile::exists(job.outputPath));
     }
     const QString full = QFileInfo(clip).absolutePath();
-    EXPECT_THROW(OverlayExport::run(markedJob(clip, full), Format::png, {}, {}), ExportError);
+    EXPECT_THROW(exportOverlay(markedJob(clip, full), Format::png), ExportError);
     EXPECT_TRUE(QFile::exists(clip)) << "a folder with files is left alone";
 }
 

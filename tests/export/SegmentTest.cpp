@@ -1,6 +1,6 @@
-// An export that is cut into segments and joined again, held against the one that was made in a single run.
-#include "export/ParallelExport.h"
-#include "export/SegmentJoin.h"
+// An export that is cut into segments and joined again, compared with a single run.
+#include "export/segments/ParallelExport.h"
+#include "export/segments/SegmentExport.h"
 #include "ExportJobs.h"
 #include "support/TestClips.h"
 #include "json/JsonDocument.h"
@@ -80,12 +80,13 @@ protected:
     QString planPath() const { return folder.path(QStringLiteral("match.json")); }
 
     QString joinAll(const SegmentPlan& plan) const {
-        const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
-        parts.create();
+        const SegmentFolder segments = SegmentFolder::beside(planPath(), plan);
+        segments.create();
         for (int number = plan.count(); number >= 1; --number) // in any order
-            SegmentExport::encode(plan, number, parts.pictures(number), {}, {});
-        const QString joined = folder.path(QStringLiteral("joined.") + fileExtension(plan.format));
-        SegmentJoin::join(plan, parts, joined, {}, {});
+            encodeSegment(plan, number, segments.segment(number));
+        const QString joined =
+            folder.path(QStringLiteral("joined.") + fileExtension(plan.job.settings.format));
+        joinSegments(plan, segments, joined);
         return joined;
     }
 
@@ -95,8 +96,8 @@ protected:
         const SegmentPlan plan = planFor(job, count);
         ASSERT_EQ(plan.count(), count);
         const QString joined = make(plan);
-        job.outputPath = folder.path(QStringLiteral("single.") + fileExtension(job.format));
-        ExportManager::exportVideo(job, {}, {});
+        job.outputPath = folder.path(QStringLiteral("single.") + fileExtension(job.settings.format));
+        ExportManager::exportVideo(job);
 
         for (const char* which : {"pts", "dts"})
             EXPECT_EQ(pictureTimes(joined, which), pictureTimes(job.outputPath, which)) << which;
@@ -146,11 +147,11 @@ TEST_F(Segments, JoinedAreTimedAndSoundLikeASingleRunInEveryCodec) {
         SCOPED_TRACE(fileExtension(format).toStdString() + std::to_string(static_cast<int>(format)));
         QDir(folder.path(QStringLiteral("match.parts"))).removeRecursively();
         ExportJob job = markedJob(clip, folder.path(QStringLiteral("x")));
-        job.format = format;
+        job.settings.format = format;
         job.trimStart = 0.5;
         job.trimEnd = 5.3;
         if (format == ExportFormat::hevc)
-            job.encoderPreset = "fast"; // reorders pictures in a pyramid
+            job.settings.encoderPreset = QStringLiteral("fast"); // reorders pictures in a pyramid
         expectSameAsSingleRun(job, 3, joinOneByOne);
     }
 }
@@ -160,28 +161,29 @@ TEST_F(Segments, OfAnUnevenRateReorderedAndInterlacedComeOutAlike) {
         makeClip("-vf setpts='PTS+mod(N,3)*0.004/TB',interlace -fps_mode vfr -c:v libx264 -g 20 "
                  "-flags +ildct+ilme -pix_fmt yuv420p -video_track_timescale 90000");
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("x")));
-    job.encoderPreset = "medium"; // with reordered pictures
+    job.settings.encoderPreset = QStringLiteral("medium"); // with reordered pictures
     expectSameAsSingleRun(job, 3, joinOneByOne);
 }
 
 TEST_F(Segments, MadeAtTheSameTimeAreTimedAndSoundLikeASingleRun) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
-    // What a process that was killed left behind.
+    // Remains of a process that was killed.
     const QString old = folder.path(
         QStringLiteral("parallel.mp4.%1.999999999.1.unfinished").arg(QSysInfo::machineHostName()));
     ASSERT_TRUE(QDir().mkpath(old + QStringLiteral("/0001.mp4.x")));
     for (const ExportFormat format : {ExportFormat::h264, ExportFormat::hevc}) {
         ExportJob job = markedJob(clip, folder.path(QStringLiteral("parallel.mp4")));
-        job.format = format;
+        job.settings.format = format;
         job.trimStart = 0.5;
         double last = 0;
         expectSameAsSingleRun(job, 3, [&](const SegmentPlan& plan) {
-            ParallelExport::run(plan, {}, [&](const ExportProgress& progress) {
-                EXPECT_GE(progress.fraction, last);
-                EXPECT_TRUE(progress.fraction <= 0.95 || progress.fraction == 1) << progress.fraction;
-                last = progress.fraction;
-            });
-            return plan.output;
+            exportInParallel(plan, {{}, [&](const ExportProgress& progress) {
+                                        EXPECT_GE(progress.fraction, last);
+                                        EXPECT_TRUE(progress.fraction <= 0.95 || progress.fraction == 1)
+                                            << progress.fraction;
+                                        last = progress.fraction;
+                                    }});
+            return plan.job.outputPath;
         });
         EXPECT_EQ(last, 1.0);
     }
@@ -192,15 +194,14 @@ TEST_F(Segments, MadeAtTheSameTimeEndTogetherAndLeaveNothing) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     const SegmentPlan plan = planFor(markedJob(clip, folder.path(QStringLiteral("parallel.mp4"))), 3);
     int questions = 0;
-    EXPECT_THROW(ParallelExport::run(plan, [&] { return ++questions > 1; }, {}), ExportCancelled);
+    EXPECT_THROW(exportInParallel(plan, {[&] { return ++questions > 1; }}), ExportCancelled);
 
     SegmentPlan impossible = plan;
-    impossible.encoderPreset = QStringLiteral("warp");
-    EXPECT_TRUE(errorOf([&] {
-                    ParallelExport::run(impossible, {}, {});
-                }).contains(QStringLiteral("could not be opened")));
+    impossible.job.settings.encoderPreset = QStringLiteral("warp");
+    EXPECT_TRUE(
+        errorOf([&] { exportInParallel(impossible); }).contains(QStringLiteral("could not be opened")));
     EXPECT_EQ(unfinished(), QStringList());
-    EXPECT_FALSE(QFile::exists(plan.output));
+    EXPECT_FALSE(QFile::exists(plan.job.outputPath));
 }
 
 TEST_F(Segments, MadeAtTheSameTimeOfAVideoCutShortTellTheDamageOnce) {
@@ -209,10 +210,10 @@ TEST_F(Segments, MadeAtTheSameTimeOfAVideoCutShortTellTheDamageOnce) {
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("parallel.mp4")));
     const SegmentPlan plan = planFor(job, 3);
     ASSERT_GT(plan.count(), 1);
-    const ExportReport parallel = ParallelExport::run(plan, {}, {});
+    const ExportReport parallel = exportInParallel(plan);
     job.outputPath = folder.path(QStringLiteral("single.mp4"));
-    const ExportReport single = ExportManager::exportVideo(job, {}, {});
-    EXPECT_EQ(pictureTimes(plan.output, "pts"), pictureTimes(job.outputPath, "pts"));
+    const ExportReport single = ExportManager::exportVideo(job);
+    EXPECT_EQ(pictureTimes(plan.job.outputPath, "pts"), pictureTimes(job.outputPath, "pts"));
     EXPECT_GT(single.damage.secondsMissing, 1);
     EXPECT_NEAR(parallel.damage.secondsMissing, single.damage.secondsMissing, 0.05);
 }
@@ -225,32 +226,32 @@ TEST_F(Segments, AreCutAtKeyFramesAndNotTooShort) {
         EXPECT_EQ(*plan.window(number).from % plan.ticksPerSecond, 0) << number;
 }
 
-TEST_F(Segments, AFinishedPartIsNotMadeAgainAndAnotherPlansPartIs) {
+TEST_F(Segments, AFinishedOneIsNotEncodedAgainAndAnotherPlansOneIs) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     const SegmentPlan plan = planFor(markedJob(clip, QStringLiteral("x")), 2);
-    const QString part = folder.path(QStringLiteral("part.mp4"));
-    // What a worker that was killed left behind.
+    const QString file = folder.path(QStringLiteral("part.mp4"));
+    // Remains of a worker that was killed.
     const QString remains =
-        part + u'.' + QSysInfo::machineHostName() + QStringLiteral(".999999999.1.unfinished");
+        file + u'.' + QSysInfo::machineHostName() + QStringLiteral(".999999999.1.unfinished");
     EXPECT_TRUE(QFile(remains).open(QIODevice::WriteOnly));
-    EXPECT_TRUE(SegmentExport::encode(plan, 1, part, {}, {}).has_value());
+    EXPECT_TRUE(encodeSegment(plan, 1, file).has_value());
     EXPECT_FALSE(QFile::exists(remains));
-    EXPECT_FALSE(SegmentExport::encode(plan, 1, part, {}, {}).has_value());
-    EXPECT_TRUE(SegmentExport::encode(plan, 2, part, {}, {}).has_value());
+    EXPECT_FALSE(encodeSegment(plan, 1, file).has_value());
+    EXPECT_TRUE(encodeSegment(plan, 2, file).has_value());
 
-    EXPECT_THROW(SegmentExport::encode(plan, 1, part, [] { return true; }, {}), ExportCancelled);
-    EXPECT_TRUE(SegmentExport::isSegment(plan, 2, part)) << "what stood there stays";
+    EXPECT_THROW(encodeSegment(plan, 1, file, {[] { return true; }}), ExportCancelled);
+    EXPECT_TRUE(isSegment(plan, 2, file)) << "what was there stays";
     EXPECT_EQ(unfinished(), QStringList());
 }
 
-TEST_F(Segments, WithoutAllPartsOrWithAChangedSourceNothingIsJoined) {
+TEST_F(Segments, WithoutAllOfThemOrWithAChangedSourceNothingIsJoined) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     const SegmentPlan plan = planFor(markedJob(clip, QStringLiteral("x")), 3);
-    const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
-    parts.create();
-    SegmentExport::encode(plan, 2, parts.pictures(2), {}, {});
+    const SegmentFolder segments = SegmentFolder::beside(planPath(), plan);
+    segments.create();
+    encodeSegment(plan, 2, segments.segment(2));
     const QString joined = folder.path(QStringLiteral("joined.mp4"));
-    const auto join = [&] { SegmentJoin::join(plan, parts, joined, {}, {}); };
+    const auto join = [&] { joinSegments(plan, segments, joined); };
     EXPECT_TRUE(errorOf(join).endsWith(QStringLiteral("these are missing: 1, 3")))
         << errorOf(join).toStdString();
 
@@ -258,29 +259,29 @@ TEST_F(Segments, WithoutAllPartsOrWithAChangedSourceNothingIsJoined) {
     ASSERT_TRUE(source.open(QIODevice::Append));
     source.write("more");
     source.close();
-    const auto encode = [&] { SegmentExport::encode(plan, 2, parts.pictures(2), {}, {}); };
+    const auto encode = [&] { encodeSegment(plan, 2, segments.segment(2)); };
     EXPECT_TRUE(errorOf(encode).contains(QStringLiteral("the file has changed since the plan was made")));
     EXPECT_TRUE(errorOf(join).contains(QStringLiteral("the file has changed since the plan was made")));
     EXPECT_FALSE(QFile::exists(joined));
 }
 
-TEST_F(Segments, PartsThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
+TEST_F(Segments, ThatWereEncodedOtherwiseOrAreCutShortAreRefused) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     ExportJob job = markedJob(clip, QStringLiteral("x"));
     SegmentPlan plan = planFor(job, 2);
-    const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
+    const SegmentFolder segments = SegmentFolder::beside(planPath(), plan);
     joinAll(plan);
-    const auto join = [&] { SegmentJoin::join(plan, parts, folder.path(QStringLiteral("j.mp4")), {}, {}); };
+    const auto join = [&] { joinSegments(plan, segments, folder.path(QStringLiteral("j.mp4"))); };
 
-    const QByteArray whole = test::readFile(parts.pictures(2));
-    QFile::resize(parts.pictures(2), whole.size() - 2000);
+    const QByteArray whole = test::readFile(segments.segment(2));
+    QFile::resize(segments.segment(2), whole.size() - 2000);
     EXPECT_TRUE(errorOf(join).contains(QStringLiteral("0002.mp4: the file is damaged or cut short")))
         << errorOf(join).toStdString();
-    QFile::remove(parts.pictures(2));
+    QFile::remove(segments.segment(2));
 
     SegmentPlan other = plan;
-    other.encoderPreset = QStringLiteral("medium");
-    SegmentExport::encode(other, 2, parts.pictures(2), {}, {});
+    other.job.settings.encoderPreset = QStringLiteral("medium");
+    encodeSegment(other, 2, segments.segment(2));
     EXPECT_TRUE(errorOf(join).contains(
         QStringLiteral("the segment differs from the others in its encoder's settings; ")))
         << errorOf(join).toStdString();
@@ -304,7 +305,7 @@ TEST_F(Segments, ABadPlanIsRefusedInWords) {
         std::string::npos);
     EXPECT_NE(errorWith("\"segments\": [", "\"segments\": [7,").find("segments[0]: expected an object"),
               std::string::npos);
-    EXPECT_NE(errorWith("\"version\": 2", "\"version\": 9").find("form 9"), std::string::npos);
+    EXPECT_NE(errorWith("\"version\": 3", "\"version\": 9").find("form 9"), std::string::npos);
     EXPECT_NE(errorWith("1.2.3", "1.2.2").find("version 1.2.2"), std::string::npos);
     EXPECT_NE(errorWith("{", "[").find("match.json: "), std::string::npos);
 }
@@ -313,8 +314,8 @@ TEST_F(Segments, SoundThatCannotBeMadeLeavesTheVideoSilent) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     const SegmentPlan plan = planFor(test::jobFor(clip, folder.path(QStringLiteral("out.mp4"))), 2);
     ASSERT_TRUE(plan.hasSound);
-    const SegmentFolder parts = SegmentFolder::beside(planPath(), plan);
-    ASSERT_TRUE(QDir().mkpath(parts.sound() + QStringLiteral("/in the way")));
+    const SegmentFolder segments = SegmentFolder::beside(planPath(), plan);
+    ASSERT_TRUE(QDir().mkpath(segments.sound() + QStringLiteral("/in the way")));
     const auto streams = test::probe(joinAll(plan)).at("streams");
     ASSERT_EQ(streams.size(), 1U);
     EXPECT_EQ(streams[0].at("nb_frames"), "150");

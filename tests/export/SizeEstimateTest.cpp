@@ -1,4 +1,4 @@
-#include "export/SizeEstimate.h"
+#include "export/ExportSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ using Quality = media::EncodingQuality;
 constexpr SourceRate phoneClip{{1920, 1080}, 29.97, 2e6};
 
 std::int64_t bytesFor(ExportFormat format, ExportPreset preset, Quality quality = Quality::standard) {
-    return estimatedBytes(phoneClip, format, preset, quality, 10);
+    return estimatedBytes(phoneClip, {preset, format, quality}, 10);
 }
 
 TEST(SizeEstimate, ProresGoesByItsNominalRateWhateverTheSource) {
@@ -38,9 +38,8 @@ TEST(SizeEstimate, FollowsTheQuality) {
 }
 
 TEST(SizeEstimate, NothingIsSaidOfAnUnknownSource) {
-    EXPECT_EQ(estimatedBytes({}, ExportFormat::prores, ExportPreset::youtube4k, Quality::standard, 10), 0);
-    EXPECT_EQ(estimatedBytes(phoneClip, ExportFormat::h264, ExportPreset::original, Quality::standard, -1),
-              0);
+    EXPECT_EQ(estimatedBytes({}, {ExportPreset::youtube4k, ExportFormat::prores}, 10), 0);
+    EXPECT_EQ(estimatedBytes(phoneClip, {}, -1), 0);
 }
 
 }

@@ -243,7 +243,7 @@ TEST(ProjectExport, TakesEverythingThatTheDocumentSays) {
     EXPECT_EQ(job.overlay.scoreboardPosition, QPointF(0.1, 0.9));
     EXPECT_EQ(job.overlay.scoreboardUserScale, 1.5);
     EXPECT_EQ(job.overlay.watermarkPath, QStringLiteral("/club/mark.png"));
-    EXPECT_EQ(job.overlay.watermarkCorner, WatermarkCorner::topLeft);
+    EXPECT_EQ(job.settings.watermarkCorner, WatermarkCorner::topLeft);
     EXPECT_FALSE(job.overlay.isLicensed);
 
     project.initialScore.reset();

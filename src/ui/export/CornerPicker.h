@@ -1,7 +1,7 @@
 // Picks the corner that the watermark goes into, on a small frame in the shape of the export.
 #pragma once
 
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 
 #include <QButtonGroup>
 #include <QRadioButton>

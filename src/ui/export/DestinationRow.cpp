@@ -90,18 +90,14 @@ void DestinationRow::showWords() {
 
 void DestinationRow::proposeNewFile() {
     m_isProposed = true;
-    setPath(defaultOutputPath(m_format));
+    setPath(defaultOutputPath(m_settings.format));
 }
 
-void DestinationRow::setExport(ExportFormat format, ExportPreset preset, media::EncodingQuality quality,
-                               double seconds) {
-    const ExportFormat former = m_format;
-    m_format = format;
-    m_preset = preset;
-    m_quality = quality;
+void DestinationRow::setExport(const ExportSettings& settings, double seconds) {
+    const ExportFormat former = std::exchange(m_settings, settings).format;
     m_seconds = seconds;
-    if (format != former)
-        setPath(withExtensionSwapped(m_path, former, format));
+    if (settings.format != former)
+        setPath(withExtensionSwapped(m_path, former, settings.format));
     showRoom();
 }
 
@@ -140,8 +136,7 @@ void DestinationRow::showRoom() {
     if (!m_facts)
         return;
     const ExportFacts& facts = *m_facts;
-    const std::int64_t needed =
-        facts.source ? estimatedBytes(*facts.source, m_format, m_preset, m_quality, m_seconds) : 0;
+    const std::int64_t needed = facts.source ? estimatedBytes(*facts.source, m_settings, m_seconds) : 0;
     const bool isShort = facts.freeBytes && needed > *facts.freeBytes;
     const bool isFolderMissing = !facts.isFolderThere && !m_isProposed;
     const Language language = m_context.state.language;
@@ -162,21 +157,21 @@ void DestinationRow::showRoom() {
 }
 
 void DestinationRow::choose() {
-    const QString filter =
-        QStringLiteral("%1 (*.%2)").arg(m_context.text(ExportTexts::videoFile), fileExtension(m_format));
+    const QString filter = QStringLiteral("%1 (*.%2)")
+                               .arg(m_context.text(ExportTexts::videoFile), fileExtension(m_settings.format));
     const auto chosen = m_context.dialogs.chooseFileToSave(
         this, m_context.text(ExportTexts::chooseDestination), m_path, {filter});
     if (!chosen)
         return;
     m_isProposed = false;
-    setPath(withExtension(*chosen, m_format));
+    setPath(withExtension(*chosen, m_settings.format));
     // Whoever picks a file that is there was asked about it by the dialog.
     m_isReplacingAgreed = m_path == *chosen && QFileInfo::exists(m_path);
 }
 
 bool DestinationRow::prepare() {
     if (m_isProposed) {
-        setPath(newDefaultOutputPath(m_format));
+        setPath(newDefaultOutputPath(m_settings.format));
         return true;
     }
     if (m_isReplacingAgreed || !QFileInfo::exists(m_path))

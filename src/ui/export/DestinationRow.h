@@ -24,7 +24,7 @@ public:
     void proposeNewFile();
 
     /// Names the file anew and judges the room by it; `seconds` of video are written.
-    void setExport(ExportFormat format, ExportPreset preset, media::EncodingQuality quality, double seconds);
+    void setExport(const ExportSettings& settings, double seconds);
 
     /// True when the file may be written: it is not there, or the user agrees that it is replaced. A proposed
     /// file is named after this moment, and its folder is made when it is missing.
@@ -56,9 +56,7 @@ private:
     QString m_path;
     bool m_isProposed = true;         // the user did not choose another
     bool m_isReplacingAgreed = false; // the user chose a file that was there
-    ExportFormat m_format = ExportFormat::h264;
-    ExportPreset m_preset = ExportPreset::original;
-    media::EncodingQuality m_quality = media::EncodingQuality::standard;
+    ExportSettings m_settings;
     double m_seconds = 0;
     std::optional<ExportFacts> m_facts; // absent until they are gathered
     BackgroundTask<ExportFacts> m_gathering;

@@ -1,6 +1,6 @@
 #include "ui/export/EncodingBox.h"
 
-#include "export/HardwareEncoders.h"
+#include "export/ExportSource.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 

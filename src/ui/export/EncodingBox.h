@@ -1,7 +1,7 @@
 // The choices that few people need: how good the pictures are, and who encodes them.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"

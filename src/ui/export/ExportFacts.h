@@ -1,7 +1,7 @@
 // What the disk has to say about an export: the source's rate and the room that is left.
 #pragma once
 
-#include "export/SizeEstimate.h"
+#include "export/ExportSettings.h"
 
 #include <optional>
 #include <QString>

@@ -1,7 +1,7 @@
 // Why an export or a frame of it did not come to be, in the person's words.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 #include "l10n/Language.h"
 
 #include <QString>

@@ -83,6 +83,16 @@ void ExportOptionsPanel::bind() {
     m_bindings.watchAll([this] { showWords(); }, state.language, state.videoWidth, state.videoHeight);
 }
 
+ExportSettings ExportOptionsPanel::settings() const {
+    return {
+        .preset = preset(),
+        .format = static_cast<ExportFormat>(m_formats.checkedId()),
+        .quality = m_encoding->quality(),
+        .encoder = m_encoding->encoder(),
+        .watermarkCorner = m_context.state.watermarkCorner,
+    };
+}
+
 void ExportOptionsPanel::showWords() {
     m_sizeHeading->setText(m_context.text(ExportTexts::sizeHeading));
     m_formatHeading->setText(m_context.text(L10nKey::formatLabel));

@@ -19,9 +19,7 @@ class ExportOptionsPanel : public QWidget {
 public:
     ExportOptionsPanel(const UiContext& context, QWidget* parent);
 
-    ExportPreset preset() const { return static_cast<ExportPreset>(m_presets.checkedId()); }
-    ExportFormat format() const { return static_cast<ExportFormat>(m_formats.checkedId()); }
-    const EncodingBox& encoding() const { return *m_encoding; }
+    ExportSettings settings() const;
 
     /// Offers what works for this export.
     void offerEncodersFor(const ExportJob& job) { m_encoding->offerEncodersFor(job); }
@@ -36,6 +34,7 @@ private:
     void bind();
     void showWords();
     void showShapes();
+    ExportPreset preset() const { return static_cast<ExportPreset>(m_presets.checkedId()); }
     QSizeF shapeOf(ExportPreset preset) const;
     QString detailOf(ExportPreset preset) const;
     OptionCard* card(const QButtonGroup& group, int id) const;

@@ -1,5 +1,6 @@
 #include "ui/export/ExportRunner.h"
 
+#include "export/ExportManager.h"
 #include "ui/export/ExportFault.h"
 #include "ui/export/SleepInhibitor.h"
 
@@ -53,17 +54,21 @@ double ExportRunner::elapsedSeconds() const {
 // On the worker thread from here on.
 void ExportRunner::run(ExportJob job, const std::stop_token& stop) {
     using Stage = AppState::ExportStatus::Stage;
-    const auto isCancelled = [&] { return stop.stop_requested(); };
-    const auto onProgress = [&](const ExportProgress& progress) {
-        m_expectedFrames = progress.expectedFrames;
-        QMetaObject::invokeMethod(
-            this, [this, fraction = progress.fraction] { m_state.exportProgress = fraction; },
-            Qt::QueuedConnection);
+    const ExportControl control{
+        .isCancelled = [&] { return stop.stop_requested(); },
+        .onProgress =
+            [&](const ExportProgress& progress) {
+                m_expectedFrames = progress.expectedFrames;
+                QMetaObject::invokeMethod(
+                    this, [this, fraction = progress.fraction] { m_state.exportProgress = fraction; },
+                    Qt::QueuedConnection);
+            },
+        .framesWritten = &m_frames,
     };
     try {
         const SleepInhibitor awake(t(m_language, L10nKey::exporting));
         const auto fallback = settleEncoder(job);
-        const ExportReport report = ExportManager::exportVideo(job, isCancelled, onProgress, &m_frames);
+        const ExportReport report = ExportManager::exportVideo(job, control);
         post({Stage::done, {}}, report, fallback);
     } catch (const ExportCancelled&) {
         post({Stage::idle, {}});

@@ -1,7 +1,7 @@
 // Runs an export beside the window and tells the session how it goes.
 #pragma once
 
-#include "export/HardwareEncoders.h"
+#include "export/ExportSource.h"
 #include "session/AppState.h"
 
 #include <atomic>

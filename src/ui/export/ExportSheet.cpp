@@ -151,8 +151,7 @@ void ExportSheet::showOptions() {
 }
 
 void ExportSheet::updateExport() {
-    m_destination->setExport(m_options->format(), m_options->preset(), m_options->encoding().quality(),
-                             exportedRangeOf(m_context.state).length());
+    m_destination->setExport(m_options->settings(), exportedRangeOf(m_context.state).length());
 }
 
 void ExportSheet::requestStill() {
@@ -177,10 +176,7 @@ std::optional<ExportJob> ExportSheet::job() const {
     if (!job)
         return std::nullopt;
     job->overlay.isLicensed = m_context.state.isLicensed;
-    job->preset = m_options->preset();
-    job->format = m_options->format();
-    job->quality = m_options->encoding().quality();
-    job->encoder = m_options->encoding().encoder();
+    job->settings = m_options->settings();
     if (const auto& document = m_context.state.currentProjectURL.value())
         job->projectPath = document->toLocalFile();
     job->outputPath = m_destination->path();

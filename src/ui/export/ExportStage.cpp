@@ -162,8 +162,8 @@ void ExportStage::showResult() {
     QStringList lines{
         QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language))};
     if (const auto& fallback = m_runner.fallback())
-        lines +=
-            m_context.text(ExportTexts::softwareUsed).arg(QString::fromUtf8(media::nameOf(fallback->wanted)));
+        lines += m_context.text(ExportTexts::softwareUsed)
+                     .arg(QString::fromUtf8(media::nameOf(fallback->requested)));
     m_detail->setText(lines.join(u'\n'));
     const QStringList damage = ExportWords::damage(m_runner.report().damage, language);
     m_damageIcon->setPixmap(

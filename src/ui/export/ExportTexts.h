@@ -1,7 +1,7 @@
 // The words of the export sheet and the frame preview that the shared table does not have.
 #pragma once
 
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 #include "l10n/UiText.h"
 
 namespace pointloom::ExportTexts {

@@ -1,6 +1,5 @@
 #include "ui/export/ExportWords.h"
 
-#include "export/ExportPace.h"
 #include "l10n/UiText.h"
 #include "ui/export/ExportTexts.h"
 

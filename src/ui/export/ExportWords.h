@@ -1,7 +1,7 @@
 // Numbers, times and sizes of the export in a person's own language.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 #include "l10n/Language.h"
 
 #include <QString>

@@ -1,5 +1,6 @@
 #include "ui/export/StillRenderer.h"
 
+#include "export/ExportManager.h"
 #include "ui/export/ExportFault.h"
 
 namespace pointloom {

@@ -1,7 +1,7 @@
 // Renders frames as they will be exported, beside the window.
 #pragma once
 
-#include "export/ExportManager.h"
+#include "export/ExportJob.h"
 #include "l10n/Language.h"
 #include "ui/common/BackgroundTask.h"
 

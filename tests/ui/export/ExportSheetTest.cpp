@@ -1,4 +1,4 @@
-// The export sheet as a person uses it: by clicks and keys, to files that are decoded again.
+// The export sheet as a user operates it: by clicks and keys, to files that are decoded again.
 #include "ui/export/ExportSheet.h"
 
 #include "ExportScreen.h"
@@ -128,14 +128,14 @@ TEST(ExportSheet, QualityAndEncoderReachTheFile) {
     EXPECT_EQ(test::probe(file)["streams"][0]["codec_tag_string"], "apcs");
 }
 
-// A machine with such a graphics card gets what it wished for.
+// A machine with such a graphics card gets what was requested.
 TEST(ExportRunner, AnEncoderThatDoesNotWorkIsReplacedAndNamedByTheResult) {
     ExportScreen screen;
     ExportRunner runner(screen.state);
     ExportStage stage(screen.context, runner, nullptr);
     ExportJob job = exportJobFor(projectFrom(screen.state)).value();
     job.outputPath = screen.output;
-    job.encoder = media::EncoderKind::vaapi;
+    job.settings.encoder = media::EncoderKind::vaapi;
     runner.start(job);
     ASSERT_TRUE(waitForStage(screen, Stage::done));
     const QString detail = named<QLabel>(stage, "stageDetail")->text();

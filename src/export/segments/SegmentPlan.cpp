@@ -1,15 +1,12 @@
-#include "export/SegmentPlan.h"
+#include "export/segments/SegmentPlan.h"
 
 #include "export/ExportSource.h"
-#include "export/SegmentCuts.h"
-#include "files/FileError.h"
-#include "files/NewFile.h"
 #include "media/AudioReader.h"
-#include "media/MediaError.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
@@ -17,7 +14,55 @@ namespace pointloom {
 
 namespace {
 
-constexpr std::int64_t formVersion = 2;
+constexpr qint64 endLength = 1024 * 1024; // bytes hashed at each end: videos are too long to be read whole
+
+[[noreturn]] void failFor(const QString& path, const QString& reason) {
+    throw ExportError::exportFailed(path + QStringLiteral(": ") + reason);
+}
+
+QString hashOfEnds(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        failFor(path, QStringLiteral("cannot be read: ") + file.errorString());
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(file.read(endLength));
+    if (file.size() > endLength) {
+        file.seek(std::max(endLength, file.size() - endLength));
+        hash.addData(file.read(endLength));
+    }
+    if (file.error() != QFileDevice::NoError)
+        failFor(path, QStringLiteral("cannot be read: ") + file.errorString());
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+}
+
+FileFingerprint FileFingerprint::of(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.isFile()) // pipes and devices would never end
+        failFor(path,
+                info.exists() ? QStringLiteral("is not a file") : QStringLiteral("there is no such file"));
+    return {info.absoluteFilePath(), info.size(), info.lastModified().toSecsSinceEpoch(), hashOfEnds(path)};
+}
+
+void FileFingerprint::requireUnchanged() const {
+    const FileFingerprint now = of(path);
+    if (now.size != size)
+        failFor(path,
+                QStringLiteral("the file has changed since the plan was made: it had %1 bytes, now it has %2")
+                    .arg(size)
+                    .arg(now.size));
+    if (now.hash != hash)
+        failFor(path, QStringLiteral("the file has changed since the plan was made: its content is another"));
+    if (now.modified != modified)
+        failFor(path,
+                QStringLiteral("the file was written to after the plan was made; make a new plan, or copy "
+                               "it with its time"));
+}
+
+namespace {
+
+constexpr std::int64_t formVersion = 3;
 
 [[noreturn]] void fail(const QString& path, const std::string& reason) {
     throw PlanError(path.toStdString() + ": " + reason);
@@ -35,6 +80,33 @@ bool soundCanBeRead(const ExportJob& job, const TrimRange& range) {
     } catch (const media::MediaError&) {
         return false; // as in an export that is not cut
     }
+}
+
+// Each segment begins with a costly key picture and tells the encoder nothing of what came before.
+double shortestSegment(const media::VideoTrackInfo& track) {
+    constexpr double shortest = 1; // second
+    constexpr double frames = 8;
+    return std::max(shortest, frames / track.frameRate.value());
+}
+
+// Times of key frames, ticks, rising, that cut `range` into at most `count` segments of about the same
+// length. Throws MediaError.
+std::vector<std::int64_t> segmentCuts(media::VideoReader& reader, const TrimRange& range, int count) {
+    const media::MediaInfo info = reader.info();
+    const double shortest = shortestSegment(*info.video);
+    const double end = endOfRange(range.end(), info.duration);
+    const double step = (end - range.start()) / count;
+    std::vector<std::int64_t> cuts;
+    double last = range.start();
+    for (int i = 1; i < count; ++i) {
+        reader.seekToKeyFrame(range.start() + i * step);
+        const auto frame = reader.read();
+        if (!frame || frame->time() < last + shortest || frame->time() > end - shortest)
+            continue;
+        cuts.push_back(frame->timestamp());
+        last = frame->time();
+    }
+    return cuts;
 }
 
 std::vector<PlannedSegment> segmentsBetween(const std::vector<std::int64_t>& cuts, double start, double end,
@@ -61,29 +133,15 @@ std::vector<FileFingerprint> picturesOf(const OverlayDescription& overlay) {
     return pictures;
 }
 
-void describe(SegmentPlan& plan, const ExportJob& job) {
-    const OverlayDescription& overlay = job.overlay;
-    plan.video = FileFingerprint::of(job.videoPath);
-    plan.pictures = picturesOf(overlay);
-    plan.output = QFileInfo(job.outputPath).absoluteFilePath();
-    plan.format = job.format;
-    plan.preset = job.preset;
-    plan.quality = job.quality;
-    plan.encoderPreset = QString::fromStdString(job.encoderPreset);
-    plan.withChapters = job.withChapters;
-    plan.trimStart = job.trimStart;
-    plan.trimEnd = job.trimEnd;
-    plan.markers = overlay.markers;
-    plan.initialScore = overlay.initialScore;
-    plan.matchConfig = overlay.config;
-    plan.templateID = overlay.templateID;
-    plan.scoreboardPositionX = overlay.scoreboardPosition.x();
-    plan.scoreboardPositionY = overlay.scoreboardPosition.y();
-    plan.scoreboardUserScale = overlay.scoreboardUserScale;
-    if (overlay.watermarkPath)
-        plan.watermarkPath = QFileInfo(*overlay.watermarkPath).absoluteFilePath();
-    plan.watermarkCorner = overlay.watermarkCorner;
-    plan.isLicensed = overlay.isLicensed;
+// The job as every machine sees it.
+ExportJob withAbsolutePaths(ExportJob job) {
+    for (QString* path : {&job.videoPath, &job.outputPath})
+        *path = QFileInfo(*path).absoluteFilePath();
+    if (auto& watermark = job.overlay.watermarkPath)
+        watermark = QFileInfo(*watermark).absoluteFilePath();
+    job.projectPath.clear();
+    job.ifExists = IfExists::replace;
+    return job;
 }
 
 QByteArray contentOf(const QString& path) {
@@ -131,10 +189,9 @@ void requireWholeChain(const SegmentPlan& plan, const QString& path) {
 }
 
 SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& program) {
-    media::VideoReader reader = ExportSource::open(job.videoPath);
+    media::VideoReader reader = openSource(job.videoPath);
     const media::MediaInfo info = reader.info();
-    ExportSource::requireOverlaySize(*info.video);
-    ExportSource::requireRange(job, info.duration);
+    requireRange(job, info.duration);
     if (info.video->timeBase.numerator != 1)
         throw ExportError::exportFailed(
             QStringLiteral("the video's clock does not count in parts of a second"));
@@ -142,16 +199,16 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
     SegmentPlan plan;
     plan.version = formVersion;
     plan.program = program;
-    describe(plan, job);
+    plan.job = withAbsolutePaths(job);
+    plan.video = FileFingerprint::of(job.videoPath);
+    plan.pictures = picturesOf(job.overlay);
     plan.hasSound = soundCanBeRead(job, range);
     plan.ticksPerSecond = info.video->timeBase.denominator;
-    try {
-        const double end = ExportSource::endOfRange(range.end(), info.duration);
-        plan.segments = segmentsBetween(segmentCuts(reader, range, count), range.start(), end,
-                                        static_cast<double>(plan.ticksPerSecond));
-    } catch (const media::MediaError& error) {
-        throw ExportSource::failure("Reader error: ", error);
-    }
+    plan.segments = withExportErrors("Reader error: ", [&] {
+        return segmentsBetween(segmentCuts(reader, range, count), range.start(),
+                               endOfRange(range.end(), info.duration),
+                               static_cast<double>(plan.ticksPerSecond));
+    });
     plan.checksum = checksumOf(plan);
     return plan;
 }
@@ -183,29 +240,6 @@ void SegmentPlan::save(const QString& path) const {
     }
 }
 
-ExportJob SegmentPlan::job() const {
-    ExportJob job;
-    job.videoPath = video.path;
-    job.outputPath = output;
-    job.format = format;
-    job.preset = preset;
-    job.quality = quality;
-    job.encoderPreset = encoderPreset.toStdString();
-    job.withChapters = withChapters;
-    job.trimStart = trimStart;
-    job.trimEnd = trimEnd;
-    job.overlay.markers = markers;
-    job.overlay.initialScore = initialScore;
-    job.overlay.config = matchConfig;
-    job.overlay.templateID = templateID;
-    job.overlay.scoreboardPosition = {scoreboardPositionX, scoreboardPositionY};
-    job.overlay.scoreboardUserScale = scoreboardUserScale;
-    job.overlay.watermarkPath = watermarkPath;
-    job.overlay.watermarkCorner = watermarkCorner;
-    job.overlay.isLicensed = isLicensed;
-    return job;
-}
-
 FrameWindow SegmentPlan::window(int number) const {
     if (number < 1 || number > count())
         throw PlanError("there is no segment " + std::to_string(number) + ": the plan has 1 to " +
@@ -215,7 +249,8 @@ FrameWindow SegmentPlan::window(int number) const {
 }
 
 std::int64_t SegmentPlan::offset(int number) const {
-    return TrimRange(trimStart, trimEnd, window(number)).windowStart({1, static_cast<int>(ticksPerSecond)});
+    return TrimRange(job.trimStart, job.trimEnd, window(number))
+        .windowStart({1, static_cast<int>(ticksPerSecond)});
 }
 
 void SegmentPlan::requireUnchangedInputs() const {

@@ -1,4 +1,4 @@
-#include "export/ExportOptions.h"
+#include "export/ExportSettings.h"
 #include "export/Compositor.h"
 #include "export/PictureLayout.h"
 #include "export/TrimRange.h"
@@ -19,7 +19,7 @@ media::VideoTrackInfo track(QSize size, int quarterTurns = 0, media::Rational pi
 
 }
 
-TEST(ExportOptions, LabelsMatchExactlyAndNothingElseDoes) {
+TEST(ExportSettings, LabelsMatchExactlyAndNothingElseDoes) {
     EXPECT_EQ(fromRawValue<ExportPreset>("Twitter / X  1080p"), ExportPreset::twitter1080p);
     EXPECT_FALSE(fromRawValue<ExportPreset>("Twitter / X 1080p"));
     EXPECT_EQ(fromRawValue<WatermarkCorner>("bottomLeft"), WatermarkCorner::bottomLeft);
@@ -42,7 +42,8 @@ TEST(WatermarkRectangle, FitsItsBoxAndKeepsItsShapeInEachCorner) {
         {{10, 8}, WatermarkCorner::topLeft, {640, 480}, {20, 20, 57.6, 46.08}},
     };
     for (const auto& [mark, corner, canvas, expected] : cases) {
-        const QRectF place = Compositor::watermarkRectangle(mark, corner, canvas);
+        const QImage image(mark, QImage::Format_ARGB32_Premultiplied);
+        const QRectF place = watermarkPart(image, corner, canvas).rectangle;
         const QMarginsF wrong(place.left() - expected.left(), place.top() - expected.top(),
                               place.right() - expected.right(), place.bottom() - expected.bottom());
         for (const double length : {wrong.left(), wrong.top(), wrong.right(), wrong.bottom()})
@@ -50,14 +51,14 @@ TEST(WatermarkRectangle, FitsItsBoxAndKeepsItsShapeInEachCorner) {
     }
 }
 
-TEST(ExportOptions, OutputIsNamedByLocalTimeAndFormat) {
+TEST(ExportSettings, OutputIsNamedByLocalTimeAndFormat) {
     const QDateTime time(QDate(2025, 3, 7), QTime(18, 4, 59));
     EXPECT_TRUE(defaultOutputPath(ExportFormat::h264, time)
                     .endsWith(QStringLiteral("/scoreboard_2025-03-07_18-04-59.mp4")));
     EXPECT_TRUE(defaultOutputPath(ExportFormat::prores, time).endsWith(QStringLiteral("_18-04-59.mov")));
 }
 
-TEST(ExportOptions, ErrorsReadAsAPersonExpects) {
+TEST(ExportSettings, ErrorsReadAsAUserExpects) {
     EXPECT_STREQ(ExportError::noVideoTrack().what(), "The video file has no video track.");
     EXPECT_STREQ(ExportError::exportFailed(QStringLiteral("Reader failed: unknown")).what(),
                  "Export failed: Reader failed: unknown");

@@ -1,0 +1,171 @@
+#include "export/segments/SegmentExport.h"
+
+#include "export/Chapters.h"
+#include "export/ExportManager.h"
+#include "media/AudioReader.h"
+#include "media/MediaInfo.h"
+#include "media/SegmentJoin.h"
+#include "media/MediaWriter.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStringList>
+
+namespace pointloom {
+
+namespace {
+
+// Kept in each file, so that none of another plan is taken for it.
+QString commentOf(const SegmentPlan& plan, const QString& content) {
+    return QStringLiteral("Pointloom %1 of plan %2").arg(content, plan.checksum);
+}
+
+QString segmentComment(const SegmentPlan& plan, int number) {
+    return commentOf(plan, QStringLiteral("segment %1").arg(number));
+}
+
+QString soundComment(const SegmentPlan& plan) {
+    return commentOf(plan, QStringLiteral("sound"));
+}
+
+bool holds(const QString& path, const QString& comment) {
+    try {
+        return QFileInfo(path).isFile() && media::readComment(path) == comment;
+    } catch (const media::MediaError&) {
+        return false;
+    }
+}
+
+void requireAllSegments(const SegmentPlan& plan, const SegmentFolder& folder) {
+    QStringList missing;
+    for (int number = 1; number <= plan.count(); ++number) {
+        if (!isSegment(plan, number, folder.segment(number)))
+            missing += QString::number(number);
+    }
+    constexpr qsizetype mostNamed = 20;
+    if (missing.size() > mostNamed)
+        missing = missing.first(mostNamed) + QStringList{QStringLiteral("...")};
+    if (!missing.isEmpty()) {
+        throw ExportError::exportFailed(
+            QStringLiteral("not all %1 segments are finished in %2, these are missing: %3")
+                .arg(plan.count())
+                .arg(folder.path(), missing.join(QStringLiteral(", "))));
+    }
+}
+
+std::vector<media::Chapter> chaptersFor(const ExportJob& job) {
+    if (!job.settings.withChapters)
+        return {};
+    const double end = endOfRange(job.trimEnd, media::readMediaInfo(job.videoPath).duration);
+    return chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, end);
+}
+
+media::JoinRequest requestFor(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output) {
+    media::JoinRequest request{
+        .outputPath = output,
+        .isQuickTime = plan.job.settings.format == ExportFormat::prores,
+        .timeBase = {1, static_cast<int>(plan.ticksPerSecond)},
+        .pictures = {},
+        .soundPath = plan.hasSound && holds(folder.sound(), soundComment(plan))
+                         ? std::optional(folder.sound())
+                         : std::nullopt,
+        .chapters = chaptersFor(plan.job),
+    };
+    for (int number = 1; number <= plan.count(); ++number)
+        request.pictures.push_back({folder.segment(number), plan.offset(number)});
+    return request;
+}
+
+}
+
+SegmentFolder SegmentFolder::beside(const QString& planPath, const SegmentPlan& plan) {
+    const QFileInfo file(planPath);
+    return {file.absolutePath() + u'/' + file.completeBaseName() + QStringLiteral(".parts"),
+            plan.job.settings.format};
+}
+
+QString SegmentFolder::segment(int number) const {
+    return QDir(m_path).filePath(
+        QStringLiteral("%1.%2").arg(number, 4, 10, QLatin1Char('0')).arg(fileExtension(m_format)));
+}
+
+QString SegmentFolder::sound() const {
+    return QDir(m_path).filePath(QStringLiteral("audio.m4a"));
+}
+
+void SegmentFolder::create() const {
+    if (!QDir().mkpath(m_path))
+        throw ExportError::exportFailed(m_path + QStringLiteral(": the folder cannot be made"));
+}
+
+std::optional<ExportReport> encodeSegment(const SegmentPlan& plan, int number, const QString& path,
+                                          const ExportControl& control, int segmentsAtOnce) {
+    ExportJob job = plan.job;
+    job.exportsAtOnce = segmentsAtOnce;
+    job.segment = ExportSegment{plan.window(number), segmentComment(plan, number)};
+    plan.requireUnchangedInputs();
+    if (isSegment(plan, number, path))
+        return std::nullopt;
+    job.outputPath = path;
+    return ExportManager::exportVideo(job, control);
+}
+
+bool encodeSound(const SegmentPlan& plan, const QString& path, const ExportControl& control) {
+    plan.requireUnchangedInputs();
+    if (holds(path, soundComment(plan)))
+        return false;
+    requireOtherFile(plan.job, path);
+    return withExportErrors("the sound: ", [&] {
+        NewFile file(path);
+        const TrimRange range(plan.job.trimStart, plan.job.trimEnd);
+        auto reader = media::AudioReader::open(plan.job.videoPath, range.start(), range.end());
+        if (!reader)
+            throw ExportError::exportFailed(QStringLiteral("the sound of the video can no longer be read"));
+        media::SoundWriter writer(file.temporaryPath(), soundComment(plan));
+        while (const auto run = reader->read()) {
+            control.throwIfCancelled();
+            writer.write(*run);
+        }
+        writer.finish();
+        file.keep();
+        return true;
+    });
+}
+
+void encodeSoundIfPossible(const SegmentPlan& plan, const QString& path, const ExportControl& control) {
+    try {
+        encodeSound(plan, path, control);
+    } catch (const ExportError& error) {
+        if (error.fault() == media::MediaFault::diskFull)
+            throw; // the frames will not fit either
+    }
+}
+
+bool isSegment(const SegmentPlan& plan, int number, const QString& path) {
+    return holds(path, segmentComment(plan, number));
+}
+
+QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output,
+                     const ExportControl& control, IfExists ifExists) {
+    requireOtherFile(plan.job, output);
+    plan.requireUnchangedInputs();
+    requireAllSegments(plan, folder);
+    if (plan.hasSound)
+        encodeSoundIfPossible(plan, folder.sound(), control);
+    ProgressMeter progress(control);
+    return withExportErrors("", [&] {
+        NewFile file(output, ifExists);
+        media::joinSegments(requestFor(plan, folder, file.temporaryPath()),
+                            [&](std::int64_t copied, std::int64_t all) {
+                                if (all > 0)
+                                    progress.update({static_cast<double>(copied) / static_cast<double>(all)});
+                                control.throwIfCancelled();
+                                return true;
+                            });
+        const QString path = file.keep();
+        progress.finish();
+        return path;
+    });
+}
+
+}
