@@ -1,6 +1,5 @@
 #include "app/MainWindow.h"
 
-#include "app/AppCommands.h"
 #include "files/FileError.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/ScreenRoom.h"
@@ -40,10 +39,10 @@ QStringList filesIn(const QMimeData& data) {
 MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, CommandBridge& bridge)
     : m_context(context)
     , m_content(new TopLevelView(context, licence, bridge, this))
-    , m_recent(AppCommands::fillMenuBar(*menuBar(), bridge, context.undo)) {
+    , m_commands(*menuBar(), context, bridge) {
     setCentralWidget(m_content);
     setAcceptDrops(true);
-    connect(m_recent, &QMenu::aboutToShow, this, &MainWindow::fillRecentProjects);
+    connect(&m_commands.recentProjects(), &QMenu::aboutToShow, this, &MainWindow::fillRecentProjects);
     restorePlace();
     watchDocument();
 }
@@ -90,17 +89,18 @@ void MainWindow::updateTitle() {
 }
 
 void MainWindow::fillRecentProjects() {
-    m_recent->clear();
+    QMenu& menu = m_commands.recentProjects();
+    menu.clear();
     const QStringList paths = m_content->documents().recentProjects();
     for (const QString& path : paths) {
-        QAction* action = m_recent->addAction(QFileInfo(path).fileName().replace(u'&', QStringLiteral("&&")));
+        QAction* action = menu.addAction(QFileInfo(path).fileName().replace(u'&', QStringLiteral("&&")));
         action->setToolTip(path);
         connect(action, &QAction::triggered, this,
                 [this, path] { m_content->documents().openProjectFile(path); });
     }
-    m_recent->setToolTipsVisible(true);
-    m_recent->addSeparator();
-    QAction* clear = m_recent->addAction(m_context.text(clearRecent));
+    menu.setToolTipsVisible(true);
+    menu.addSeparator();
+    QAction* clear = menu.addAction(m_context.text(clearRecent));
     clear->setEnabled(!paths.isEmpty());
     connect(clear, &QAction::triggered, &m_content->documents(), &DocumentCommands::forgetRecentProjects);
 }

@@ -1,6 +1,7 @@
 // The one window: menus, title, what is dropped on it, its size between runs.
 #pragma once
 
+#include "app/AppCommands.h"
 #include "app/TopLevelView.h"
 
 #include <QMainWindow>
@@ -35,7 +36,7 @@ private:
 
     UiContext m_context;
     TopLevelView* m_content;
-    QMenu* m_recent;
+    AppCommands m_commands;
     QTimer m_titleUpdate; // one for all changes of a moment
     Bindings m_bindings;
 };

@@ -17,25 +17,18 @@ namespace {
 
 // The digits by where they are on the keyboard: with Shift, and on some keyboards without, the same keys
 // write other characters.
-int keyOf(const QKeyEvent& event) {
+Qt::Key keyOf(const QKeyEvent& event) {
     constexpr quint32 scanCodeOf1 = 10;
     constexpr quint32 scanCodeOf2 = 11;
     if (event.nativeScanCode() == scanCodeOf1 || event.key() == Qt::Key_Exclam)
         return Qt::Key_1;
     if (event.nativeScanCode() == scanCodeOf2 || event.key() == Qt::Key_At || event.key() == Qt::Key_QuoteDbl)
         return Qt::Key_2;
-    return event.key();
+    return Qt::Key(event.key());
 }
 
-std::optional<EditorAction> actionOf(const QKeyEvent& event) {
-    const int key = keyOf(event);
-    const Qt::KeyboardModifiers modifiers =
-        event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier);
-    for (const EditorKey& row : editorKeys()) {
-        if (row.key == key && row.modifiers == modifiers)
-            return row.action;
-    }
-    return std::nullopt;
+QKeyCombination pressed(const QKeyEvent& event) {
+    return QKeyCombination(event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier), keyOf(event));
 }
 
 template <class... Kinds>
@@ -63,10 +56,11 @@ bool keeps(QWidget* focus, const QKeyEvent& event) {
 
 }
 
-EditorKeyFilter::EditorKeyFilter(QWidget& editor, Handler handler)
+EditorKeyFilter::EditorKeyFilter(QWidget& editor, const CommandKeys& keys, Actions actions)
     : QObject(&editor)
     , m_editor(&editor)
-    , m_handler(std::move(handler)) {
+    , m_keys(keys)
+    , m_actions(std::move(actions)) {
     qApp->installEventFilter(this);
 }
 
@@ -76,10 +70,12 @@ bool EditorKeyFilter::eventFilter(QObject* watched, QEvent* event) {
     if (!concernsEditor(*static_cast<QWidget*>(watched)))
         return false;
     const auto& key = *static_cast<QKeyEvent*>(event);
-    const auto action = actionOf(key);
-    if (!action || keeps(QApplication::focusWidget(), key))
+    const CommandRow* command = m_keys.editorCommand(pressed(key));
+    const auto action = command ? m_actions.find(command->id) : m_actions.end();
+    if (action == m_actions.end() || keeps(QApplication::focusWidget(), key))
         return false;
-    m_handler(*action, key.isAutoRepeat());
+    if (command->repeats || !key.isAutoRepeat())
+        action->second();
     return true;
 }
 

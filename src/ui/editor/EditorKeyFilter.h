@@ -1,7 +1,7 @@
-// Hears the editor's keys wherever in the editor the focus is.
+// Handles the keys of the editor's commands, whichever of its parts has the focus.
 #pragma once
 
-#include "ui/common/Shortcuts.h"
+#include "ui/common/Commands.h"
 
 #include <functional>
 #include <QKeyEvent>
@@ -15,10 +15,11 @@ namespace pointloom {
 /// ShortcutOverride event.
 class EditorKeyFilter : public QObject {
 public:
-    /// `isRepeat`: the key is held down.
-    using Handler = std::function<void(EditorAction action, bool isRepeat)>;
+    using Actions = std::map<Command, std::function<void()>>;
 
-    EditorKeyFilter(QWidget& editor, Handler handler);
+    /// Keys of commands without an action are left to the widgets. A held key repeats the commands that say
+    /// so. `keys` outlives the editor.
+    EditorKeyFilter(QWidget& editor, const CommandKeys& keys, Actions actions);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -27,7 +28,8 @@ private:
     bool concernsEditor(const QWidget& receiver) const;
 
     QPointer<QWidget> m_editor;
-    Handler m_handler;
+    const CommandKeys& m_keys;
+    Actions m_actions;
 };
 
 }

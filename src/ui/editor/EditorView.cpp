@@ -1,7 +1,6 @@
 #include "ui/editor/EditorView.h"
 
 #include "ui/editor/ChosenLength.h"
-#include "ui/editor/EditorKeyFilter.h"
 #include "ui/style/Tokens.h"
 
 #include <algorithm>
@@ -66,7 +65,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
             [this] { EditorCommands::addMarker(m_context, shownFrame()); });
     connect(m_sidebar, &EditorSidebar::seekRequested, this,
             [this](double seconds) { m_playback.seek(seconds); });
-    new EditorKeyFilter(*this, [this](EditorAction action, bool isRepeat) { perform(action, isRepeat); });
+    new EditorKeyFilter(*this, context.keys, keyActions());
     m_playback.start();
 }
 
@@ -137,70 +136,39 @@ EditorCommands::ShownFrame EditorView::shownFrame() const {
     return {m_context.state.currentTime, m_playback.frameDuration()};
 }
 
-void EditorView::perform(EditorAction action, bool isRepeat) {
-    using enum EditorAction;
-    switch (action) {
-    case frameBack:
-        return m_playback.stepFrames(-1);
-    case frameForward:
-        return m_playback.stepFrames(1);
-    case secondBack:
-        return m_playback.seekBy(-1);
-    case secondForward:
-        return m_playback.seekBy(1);
-    case jumpBack:
-        return m_playback.seekBy(-5);
-    case previousMarker:
-        return goToNeighbour(EditorCommands::Neighbour::previous);
-    case nextMarker:
-        return goToNeighbour(EditorCommands::Neighbour::next);
-    case zoomIn:
-        return m_timeline->zoomIn();
-    case zoomOut:
-        return m_timeline->zoomOut();
-    default:
-        break;
-    }
-    // The rest is done once, however long the key is held.
-    if (isRepeat)
-        return;
-    switch (action) {
-    case playPause:
-        return m_playback.togglePlaying();
-    case pause:
-        return m_playback.pause();
-    case playFaster:
-        return playFasterStill();
-    case goToStart:
-        return m_playback.seek(0);
-    case goToEnd:
-        return m_playback.goToEnd();
-    case addMarker:
-        return EditorCommands::addMarker(m_context, shownFrame());
-    case pointTeam1:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::first, StepDirection::next);
-    case pointTeam2:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::second, StepDirection::next);
-    case pointBackTeam1:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::first, StepDirection::previous);
-    case pointBackTeam2:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::second, StepDirection::previous);
-    case swapServe:
-        return EditorCommands::swapServeOfSelectedMarker(m_context);
-    case deleteSelection:
-        m_timeline->removeSelection();
-        return;
-    case trimStart:
-        return m_timeline->trimStartAtPlayhead();
-    case trimEnd:
-        return m_timeline->trimEndAtPlayhead();
-    case addCut:
-        return m_timeline->addCutAtPlayhead();
-    case zoomToFit:
-        return m_timeline->zoomToFit();
-    default:
-        break;
-    }
+EditorKeyFilter::Actions EditorView::keyActions() {
+    using enum Command;
+    const auto step = [this](Side side, StepDirection direction) {
+        return
+            [this, side, direction] { EditorCommands::stepPoint(m_context, shownFrame(), side, direction); };
+    };
+    return {
+        {playPause, [this] { m_playback.togglePlaying(); }},
+        {frameBack, [this] { m_playback.stepFrames(-1); }},
+        {frameForward, [this] { m_playback.stepFrames(1); }},
+        {secondBack, [this] { m_playback.seekBy(-1); }},
+        {secondForward, [this] { m_playback.seekBy(1); }},
+        {previousMarker, [this] { goToNeighbour(EditorCommands::Neighbour::previous); }},
+        {nextMarker, [this] { goToNeighbour(EditorCommands::Neighbour::next); }},
+        {jumpBack, [this] { m_playback.seekBy(-5); }},
+        {pause, [this] { m_playback.pause(); }},
+        {playFaster, [this] { playFasterStill(); }},
+        {goToStart, [this] { m_playback.seek(0); }},
+        {goToEnd, [this] { m_playback.goToEnd(); }},
+        {addMarker, [this] { EditorCommands::addMarker(m_context, shownFrame()); }},
+        {pointFirst, step(Side::first, StepDirection::next)},
+        {pointSecond, step(Side::second, StepDirection::next)},
+        {pointBackFirst, step(Side::first, StepDirection::previous)},
+        {pointBackSecond, step(Side::second, StepDirection::previous)},
+        {swapServe, [this] { EditorCommands::swapServeOfSelectedMarker(m_context); }},
+        {trimStart, [this] { m_timeline->trimStartAtPlayhead(); }},
+        {trimEnd, [this] { m_timeline->trimEndAtPlayhead(); }},
+        {addCut, [this] { m_timeline->addCutAtPlayhead(); }},
+        {deleteSelection, [this] { m_timeline->removeSelection(); }},
+        {zoomIn, [this] { m_timeline->zoomIn(); }},
+        {zoomOut, [this] { m_timeline->zoomOut(); }},
+        {zoomToFit, [this] { m_timeline->zoomToFit(); }},
+    };
 }
 
 // The clip stands still under the pointer and goes on from where it was let go.

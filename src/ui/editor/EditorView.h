@@ -1,8 +1,8 @@
 // The editor: picture with the scoreboard, transport, timeline, and the sidebar with markers and scores.
 #pragma once
 
-#include "ui/common/Shortcuts.h"
 #include "ui/editor/EditorCommands.h"
+#include "ui/editor/EditorKeyFilter.h"
 #include "ui/editor/EditorPlayback.h"
 #include "ui/editor/EditorSidebar.h"
 #include "ui/editor/PictureStage.h"
@@ -13,7 +13,7 @@
 
 namespace pointloom {
 
-/// Follows the session: it plays whatever `videoURL` names. Keys are in Shortcuts.h.
+/// Follows the session: it plays whatever `videoURL` names. Keys are in Commands.h.
 class EditorView : public QWidget {
     Q_OBJECT
 
@@ -49,7 +49,7 @@ private:
     void giveTimelineWhatThePictureLeaves();
     EditorCommands::ShownFrame shownFrame() const;
     void holdWhileScrubbing(bool isScrubbing);
-    void perform(EditorAction action, bool isRepeat);
+    EditorKeyFilter::Actions keyActions();
     void goToNeighbour(EditorCommands::Neighbour which);
     void playFasterStill();
 

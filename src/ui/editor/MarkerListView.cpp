@@ -21,7 +21,7 @@ MarkerListView::MarkerListView(const UiContext& context, QWidget* parent)
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSelectionMode(SingleSelection);
-    setEditTriggers(DoubleClicked | EditKeyPressed);
+    setEditTriggers(DoubleClicked);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     connect(this, &QListView::clicked, this, &MarkerListView::jumpTo);
     connect(&Theme::shared(), &Theme::changed, viewport(), qOverload<>(&QWidget::update));
@@ -51,6 +51,9 @@ void MarkerListView::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && state() != EditingState)
         jumpTo(currentIndex());
+    else if (currentIndex().isValid() &&
+             m_context.keys.of(Command::renameMarker).contains(event->keyCombination()))
+        edit(currentIndex());
     else
         QListView::keyPressEvent(event);
 }

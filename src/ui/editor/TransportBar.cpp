@@ -32,11 +32,11 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     : QWidget(parent)
     , m_context(context)
     , m_playback(playback)
-    , m_start(makeButton(QStringLiteral("skip-start"), EditorTexts::goToStart, QStringLiteral("Home")))
-    , m_back(makeButton(QStringLiteral("step-back"), EditorTexts::stepBack, QStringLiteral("←")))
+    , m_start(makeButton(QStringLiteral("skip-start"), EditorTexts::goToStart, Command::goToStart))
+    , m_back(makeButton(QStringLiteral("step-back"), EditorTexts::stepBack, Command::frameBack))
     , m_play(Controls::iconButton(QStringLiteral("play"), this))
-    , m_forward(makeButton(QStringLiteral("step-forward"), EditorTexts::stepForward, QStringLiteral("→")))
-    , m_end(makeButton(QStringLiteral("skip-end"), EditorTexts::goToEnd, QStringLiteral("End")))
+    , m_forward(makeButton(QStringLiteral("step-forward"), EditorTexts::stepForward, Command::frameForward))
+    , m_end(makeButton(QStringLiteral("skip-end"), EditorTexts::goToEnd, Command::goToEnd))
     , m_time(Controls::label(Controls::TextRole::body, this))
     , m_total(Controls::label(Controls::TextRole::quiet, this))
     , m_speed(new QToolButton(this))
@@ -105,11 +105,11 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     showSpeed();
 }
 
-QToolButton* TransportBar::makeButton(const QString& icon, const UiText& text, const QString& key) {
+QToolButton* TransportBar::makeButton(const QString& icon, const UiText& text, Command command) {
     QToolButton* button = Controls::iconButton(icon, this);
-    m_bindings.watch(m_context.state.language, [this, button, &text, key] {
+    m_bindings.watch(m_context.state.language, [this, button, &text, command] {
         button->setAccessibleName(m_context.text(text));
-        button->setToolTip(QStringLiteral("%1 (%2)").arg(m_context.text(text), key));
+        button->setToolTip(m_context.textWithKey(text, command));
     });
     return button;
 }

@@ -1,6 +1,5 @@
 #include "ui/settings/HelpDialog.h"
 
-#include "ui/settings/ShortcutTable.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -20,6 +19,12 @@ constexpr int leastHeight = 5; // lines; with more, a low screen shows a second 
 
 constexpr UiText shortcutsTitle{"Keyboard", "Clavier",     "Teclado", "Tastiera",
                                 "Tastatur", "Tangentbord", "Teclado"};
+
+constexpr UiText editorKeys{"In the editor", "Dans l'éditeur", "En el editor", "Nell'editor",
+                            "Im Editor",     "I redigeraren",  "No editor"};
+constexpr UiText menuKeys{"Project and window",  "Projet et fenêtre",   "Proyecto y ventana",
+                          "Progetto e finestra", "Projekt und Fenster", "Projekt och fönster",
+                          "Projeto e janela"};
 
 struct Section {
     L10nKey title;
@@ -105,18 +110,18 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
         grid->setHorizontalSpacing(Space::xl);
         grid->setVerticalSpacing(Space::s);
         grid->setColumnStretch(1, 1);
-        for (const auto& [groupTitle, rows] : shortcutGroups()) {
+        for (const auto& [group, groupTitle] :
+             {std::pair(CommandGroup::editor, editorKeys), std::pair(CommandGroup::menu, menuKeys)}) {
             QLabel* groupHeading = Controls::label(Controls::TextRole::quiet, card);
             groupHeading->setText(context().text(groupTitle));
             if (grid->rowCount() > 1)
                 grid->setRowMinimumHeight(grid->rowCount(), Space::s);
             grid->addWidget(groupHeading, grid->rowCount(), 0, 1, 2);
-            for (const ShortcutRow& shortcut : rows) {
+            for (const auto& [keys, does] : keyList(group, context().keys, context().state.language)) {
                 QLabel* effect = paragraph(card);
-                effect->setText(context().text(shortcut.does));
+                effect->setText(context().text(does));
                 const int row = grid->rowCount();
-                grid->addWidget(makeKeys(keyLabels(shortcut, context().state.language), card), row, 0,
-                                Qt::AlignTop);
+                grid->addWidget(makeKeys(keys, card), row, 0, Qt::AlignTop);
                 grid->addWidget(effect, row, 1);
             }
         }
@@ -124,7 +129,7 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
     });
 }
 
-QWidget* HelpDialog::makeKeys(const std::vector<QString>& labels, QWidget* parent) const {
+QWidget* HelpDialog::makeKeys(const QStringList& labels, QWidget* parent) const {
     auto* row = new QWidget(parent);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -18,7 +18,7 @@ private:
     QWidget* makePage();
     void addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail);
     void addShortcuts(QVBoxLayout& layout);
-    QWidget* makeKeys(const std::vector<QString>& labels, QWidget* parent) const;
+    QWidget* makeKeys(const QStringList& labels, QWidget* parent) const;
 };
 
 }
