@@ -1,7 +1,6 @@
 #include "app/App.h"
 
 #include "app/BackgroundLicence.h"
-#include "app/FirstLanguage.h"
 #include "app/MainWindow.h"
 #include "crash/CrashReporter.h"
 #include "crash/SentryDSN.h"
@@ -50,7 +49,7 @@ struct Trouble {
 };
 
 void loadSession(Persistence* persistence, const UserDefaults& defaults, AppState& state) {
-    state.language = firstLanguage(defaults, QLocale::system().uiLanguages());
+    state.language = Preferences::firstLanguage(defaults, QLocale::system().uiLanguages());
     if (persistence)
         persistence->load(state);
 }

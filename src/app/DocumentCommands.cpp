@@ -6,7 +6,6 @@
 #include "persistence/DocumentFile.h"
 #include "persistence/ProjectSession.h"
 #include "persistence/UserDefaults.h"
-#include "ui/common/SaveDialog.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "files/FileError.h"
 #include "persistence/UserDefaults.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/Dialogs.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -48,7 +48,7 @@ MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, Comman
 }
 
 void MainWindow::restorePlace() {
-    resize(firstSize.boundedTo(screenRoom(*this)));
+    resize(firstSize.boundedTo(availableSize(*this)));
     try {
         if (const auto place = m_context.defaults.data(placeKey))
             restoreGeometry(*place);

@@ -23,6 +23,17 @@ std::optional<Language> language(const UserDefaults& defaults) noexcept {
     return stored<Language>(defaults, languageKey);
 }
 
+Language firstLanguage(const UserDefaults& defaults, const QStringList& names) {
+    if (const auto chosen = language(defaults))
+        return *chosen;
+    for (const QString& name : names) {
+        const QString language = name.section(u'-', 0, 0).section(u'_', 0, 0).toLower();
+        if (const auto known = fromRawValue<Language>(language.toStdString()))
+            return *known;
+    }
+    return Language::english;
+}
+
 ThemeChoice theme(const UserDefaults& defaults) noexcept {
     return stored<ThemeChoice>(defaults, themeKey).value_or(ThemeChoice::dark);
 }

@@ -1,10 +1,11 @@
-// What the person chose in the preferences, as it is kept in the settings.
+// Choices of the user in the preferences, as they are kept in the settings.
 #pragma once
 
 #include "l10n/Language.h"
 #include "ui/style/Theme.h"
 
 #include <optional>
+#include <QStringList>
 #include <string_view>
 
 namespace pointloom {
@@ -23,6 +24,9 @@ constexpr std::string_view crashReportsKey = "crashReportingEnabled";
 
 /// Empty until one was chosen.
 std::optional<Language> language(const UserDefaults& defaults) noexcept;
+/// The language that the user chose last. Until one was chosen, the first of `names` ("pt-BR", "de"), which
+/// the desktop lists by preference, that the interface has; English when it has none of them.
+Language firstLanguage(const UserDefaults& defaults, const QStringList& names);
 /// Dark at first.
 ThemeChoice theme(const UserDefaults& defaults) noexcept;
 /// Off at first.

@@ -1,10 +1,21 @@
 #include "ui/editor/EditorView.h"
 
-#include "ui/editor/ChosenLength.h"
+#include "persistence/UserDefaults.h"
 #include "ui/style/Tokens.h"
 
 #include <algorithm>
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
 #include <QHideEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTextEdit>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -24,6 +35,118 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
     splitter->setHandleWidth(1); // Qt lets it be taken from a little further away
     splitter->setChildrenCollapsible(false);
     return splitter;
+}
+
+// The length that the user gave to a part of the window, in points. Empty while none was chosen and where what is
+// stored is no sensible length.
+std::optional<int> chosenLength(const UserDefaults& defaults, std::string_view key) {
+    constexpr int longest = 10'000; // points; no screen is larger
+    try {
+        const int length = defaults.data(key).value_or(QByteArray()).toInt();
+        return length > 0 && length <= longest ? std::optional(length) : std::nullopt;
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
+}
+
+// Settings that cannot be written keep the choice before.
+void rememberLength(UserDefaults& defaults, std::string_view key, std::optional<int> length) {
+    if (!length || length == chosenLength(defaults, key))
+        return;
+    try {
+        defaults.setData(key, QByteArray::number(*length));
+    } catch (const FileError&) {
+        // The next start has the length before.
+    }
+}
+
+// The digits by where they are on the keyboard: with Shift, and on some keyboards without, the same keys
+// write other characters.
+Qt::Key keyOf(const QKeyEvent& event) {
+    constexpr quint32 scanCodeOf1 = 10;
+    constexpr quint32 scanCodeOf2 = 11;
+    if (event.nativeScanCode() == scanCodeOf1 || event.key() == Qt::Key_Exclam)
+        return Qt::Key_1;
+    if (event.nativeScanCode() == scanCodeOf2 || event.key() == Qt::Key_At || event.key() == Qt::Key_QuoteDbl)
+        return Qt::Key_2;
+    return Qt::Key(event.key());
+}
+
+QKeyCombination pressed(const QKeyEvent& event) {
+    return QKeyCombination(event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier), keyOf(event));
+}
+
+template <class... Kinds>
+bool isAnyOf(const QWidget* widget) {
+    return (qobject_cast<const Kinds*>(widget) || ...);
+}
+
+bool keeps(QWidget* focus, const QKeyEvent& event) {
+    if (!focus)
+        return false;
+    if (isAnyOf<QLineEdit, QAbstractSpinBox, QTextEdit, QPlainTextEdit, QComboBox>(focus))
+        return true;
+    const int key = event.key();
+    if (isAnyOf<QAbstractButton>(focus))
+        return key == Qt::Key_Space;
+    if (isAnyOf<QAbstractSlider>(focus))
+        return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+    if (isAnyOf<QAbstractItemView>(focus) && (key == Qt::Key_Up || key == Qt::Key_Down))
+        return true;
+    QKeyEvent question(QEvent::ShortcutOverride, key, event.modifiers(), event.text(), event.isAutoRepeat());
+    question.ignore();
+    QApplication::sendEvent(focus, &question);
+    return question.isAccepted();
+}
+
+// Handles the keys of the editor's commands, whichever of its parts has the focus.
+// A text field keeps all of its keys, and every other control those that it works with itself: a button
+// reached by Tab its Space, a slider and the marker list their arrows, and whatever accepts the key's
+// ShortcutOverride event.
+class EditorKeyFilter : public QObject {
+public:
+    // Keys of commands without an action are left to the widgets. A held key repeats the commands that say
+    // so. `keys` outlives the editor.
+    EditorKeyFilter(QWidget& editor, const CommandKeys& keys, std::map<Command, std::function<void()>> actions);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool concernsEditor(const QWidget& receiver) const;
+
+    QPointer<QWidget> m_editor;
+    const CommandKeys& m_keys;
+    std::map<Command, std::function<void()>> m_actions;
+};
+
+EditorKeyFilter::EditorKeyFilter(QWidget& editor, const CommandKeys& keys, std::map<Command, std::function<void()>> actions)
+    : QObject(&editor)
+    , m_editor(&editor)
+    , m_keys(keys)
+    , m_actions(std::move(actions)) {
+    qApp->installEventFilter(this);
+}
+
+bool EditorKeyFilter::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
+        return false;
+    if (!concernsEditor(*static_cast<QWidget*>(watched)))
+        return false;
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const CommandRow* command = m_keys.editorCommand(pressed(key));
+    const auto action = command ? m_actions.find(command->id) : m_actions.end();
+    if (action == m_actions.end() || keeps(QApplication::focusWidget(), key))
+        return false;
+    if (command->repeats || !key.isAutoRepeat())
+        action->second();
+    return true;
+}
+
+bool EditorKeyFilter::concernsEditor(const QWidget& receiver) const {
+    if (!m_editor || !m_editor->isVisible() || QApplication::activePopupWidget())
+        return false;
+    return &receiver == m_editor || &receiver == m_editor->window() || m_editor->isAncestorOf(&receiver);
 }
 
 }
@@ -136,7 +259,7 @@ EditorCommands::ShownFrame EditorView::shownFrame() const {
     return {m_context.state.currentTime, m_playback.frameDuration()};
 }
 
-EditorKeyFilter::Actions EditorView::keyActions() {
+std::map<Command, std::function<void()>> EditorView::keyActions() {
     using enum Command;
     const auto step = [this](Side side, StepDirection direction) {
         return

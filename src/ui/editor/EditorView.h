@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ui/editor/EditorCommands.h"
-#include "ui/editor/EditorKeyFilter.h"
 #include "ui/editor/EditorPlayback.h"
 #include "ui/editor/EditorSidebar.h"
 #include "ui/editor/PictureStage.h"
@@ -49,7 +48,7 @@ private:
     void giveTimelineWhatThePictureLeaves();
     EditorCommands::ShownFrame shownFrame() const;
     void holdWhileScrubbing(bool isScrubbing);
-    EditorKeyFilter::Actions keyActions();
+    std::map<Command, std::function<void()>> keyActions();
     void goToNeighbour(EditorCommands::Neighbour which);
     void playFasterStill();
 

@@ -1,7 +1,7 @@
 #include "ui/editor/MarkerListModel.h"
 
 #include "model/ScoringEngine.h"
-#include "ui/editor/MarkerWords.h"
+#include "ui/common/MarkerText.h"
 
 #include <algorithm>
 
@@ -33,9 +33,9 @@ QVariant MarkerListModel::data(const QModelIndex& index, int role) const {
         return marker.label.value_or(QString());
     case Qt::AccessibleTextRole:
     case Qt::DisplayRole:
-        return MarkerWords::spoken(m_context, marker);
+        return markerAsSpoken(m_context, marker);
     case Qt::ToolTipRole:
-        return MarkerWords::toolTip(m_context, marker);
+        return markerToolTip(m_context, marker);
     case HoldsRole:
         return m_holding == marker.id;
     default:

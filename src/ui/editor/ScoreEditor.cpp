@@ -1,6 +1,6 @@
 #include "ui/editor/ScoreEditor.h"
 
-#include "ui/common/TeamName.h"
+#include "ui/common/MarkerText.h"
 #include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -254,7 +254,7 @@ void ScoreEditor::showTexts() {
         m_tiebreakTitle->setToolTip(m_context.text(EditorTexts::tiebreak));
     }
     for (const Side side : bothSides) {
-        const QString name = teamName(m_context, side);
+        const QString name = sideName(m_context, side);
         m_names[indexOf(side)]->setFullText(name);
         m_game[indexOf(side)]->setTitle(title(m_context.text(L10nKey::gameScore), name));
         m_serve[indexOf(side)]->setAccessibleName(title(m_context.text(L10nKey::setServe), name));
@@ -265,7 +265,7 @@ void ScoreEditor::showTexts() {
         const QString name = QStringLiteral("%1 %2").arg(m_context.text(L10nKey::setLabel)).arg(set + 1);
         row.title->setText(name);
         for (const Side side : bothSides)
-            row.games[indexOf(side)]->setTitle(title(name, teamName(m_context, side)));
+            row.games[indexOf(side)]->setTitle(title(name, sideName(m_context, side)));
         if (row.tiebreak)
             row.tiebreak->setTitle(title(name, m_context.text(EditorTexts::tiebreak)));
     }

@@ -1,7 +1,7 @@
 // One score as a table: a column for each side, a row for the game, the serve and every set.
 #pragma once
 
-#include "ui/common/ElidedLabel.h"
+#include "ui/style/Controls.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/ValueStepper.h"
 #include "ui/style/Bindings.h"

@@ -5,7 +5,6 @@
 #include "ui/common/TimeCode.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/editor/EditorTexts.h"
-#include "ui/editor/Heading.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -19,7 +18,7 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     , m_context(context) {
     auto* content = new QWidget(this);
     m_title = new ElidedLabel(content);
-    styleAsHeading(m_title);
+    Controls::setRole(m_title, Controls::TextRole::strong);
     m_time = Controls::label(Controls::TextRole::quiet, content);
     m_swap = Controls::iconButton(QStringLiteral("swap"), content);
     m_remove = Controls::iconButton(QStringLiteral("trash"), content);

@@ -1,7 +1,7 @@
 // Where a score is entered: that of the selected marker, or the one before the first marker.
 #pragma once
 
-#include "ui/common/ElidedLabel.h"
+#include "ui/style/Controls.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/ScoreEditor.h"
 #include "ui/style/Bindings.h"

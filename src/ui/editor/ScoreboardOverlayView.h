@@ -2,10 +2,9 @@
 #pragma once
 
 #include "session/ScoreboardEdits.h"
-#include "ui/common/LogoWatch.h"
+#include "ui/common/LiveScoreboard.h"
 #include "ui/common/UiContext.h"
-#include "ui/editor/OverlaySnapping.h"
-#include "ui/editor/ScoreboardImageView.h"
+#include "ui/editor/ScoreboardPainter.h"
 #include "ui/style/Bindings.h"
 
 #include <QWidget>
@@ -76,8 +75,8 @@ private:
     void paintAdornments(QPainter& painter) const;
 
     UiContext m_context;
-    ScoreboardImageView m_image;
-    LogoWatch m_logo;
+    ScoreboardPainter m_painter;
+    LiveScoreboard m_scoreboard;
     QRectF m_videoRect;
 
     QSizeF m_dragOffset{0, 0}; // preview points

@@ -1,6 +1,6 @@
 #include "ui/settings/Sheet.h"
 
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/Dialogs.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -79,7 +79,7 @@ void Sheet::giveBodyItsHeight() {
                                                    : m_body->totalMinimumSize().height();
     const int others = layout()->totalMinimumSize().height() - m_area->minimumHeight();
     const int least = std::min(wanted, fontMetrics().lineSpacing() * 5);
-    m_area->setMinimumHeight(std::clamp(screenRoom(*this).height() - others, least, wanted));
+    m_area->setMinimumHeight(std::clamp(availableSize(*this).height() - others, least, wanted));
     setMinimumHeight(others + m_area->minimumHeight());
 }
 
@@ -90,7 +90,7 @@ void Sheet::shrinkToBody() {
 
 void Sheet::showEvent(QShowEvent* event) {
     if (testAttribute(Qt::WA_Resized))
-        resize(size().boundedTo(screenRoom(*this)));
+        resize(size().boundedTo(availableSize(*this)));
     else
         shrinkToBody();
     if (!event->spontaneous()) // where it stays when it is minimised and comes back

@@ -5,7 +5,37 @@
 
 #include <QStyle>
 
-namespace pointloom::Controls {
+namespace pointloom {
+
+void ElidedLabel::setFullText(const QString& text) {
+    m_fullText = text;
+    setToolTip(text);
+    setAccessibleName(text);
+    updateGeometry();
+    elide();
+}
+
+QSize ElidedLabel::sizeHint() const {
+    return {fontMetrics().horizontalAdvance(m_fullText) + 1, QLabel::sizeHint().height()};
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent* event) {
+    QLabel::resizeEvent(event);
+    elide();
+}
+
+void ElidedLabel::elide() {
+    setText(fontMetrics().elidedText(m_fullText, Qt::ElideRight, width()));
+}
+
+QString plainToolTip(const QStringList& lines) {
+    QString markup;
+    for (const QString& line : lines)
+        markup += QStringLiteral("<div style=\"white-space: pre\">%1</div>").arg(line.toHtmlEscaped());
+    return markup;
+}
+
+namespace Controls {
 
 namespace {
 
@@ -94,6 +124,8 @@ QFrame* separator(Qt::Orientation orientation, QWidget* parent) {
     else
         result->setFixedWidth(1);
     return result;
+}
+
 }
 
 }

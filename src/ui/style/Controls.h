@@ -1,4 +1,4 @@
-// The few kinds of label, button and card that all screens are made of.
+// Kinds of label, button and card that all screens are made of.
 #pragma once
 
 #include <QFrame>
@@ -7,7 +7,30 @@
 #include <QString>
 #include <QToolButton>
 
-namespace pointloom::Controls {
+namespace pointloom {
+
+/// A label of one line that ends in dots where its text is wider; its tool tip has all of it.
+class ElidedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+    void setFullText(const QString& text);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void elide();
+
+    QString m_fullText;
+};
+
+/// Markup that shows the lines as they are, for tool tips with text from files.
+QString plainToolTip(const QStringList& lines);
+
+namespace Controls {
 
 enum class TextRole { title, section, strong, body, quiet, danger, warning, success };
 enum class ButtonKind { normal, primary, danger, plain };
@@ -28,5 +51,7 @@ QFrame* card(QWidget* parent);
 
 /// A line one point thick.
 QFrame* separator(Qt::Orientation orientation, QWidget* parent);
+
+}
 
 }

@@ -180,7 +180,7 @@ void Theme::apply(QApplication& application, ThemeChoice choice) {
     const bool isLight = choice == ThemeChoice::light || (choice == ThemeChoice::desktop && isDesktopLight);
     Icons::makeAvailable();
     m_choice = choice;
-    m_tokens = isLight ? &lightTokens() : &darkTokens();
+    m_tokens = isLight ? &lightTokens : &darkTokens;
     application.setStyle(QStyleFactory::create(QStringLiteral("Fusion"))); // the application takes it over
     application.setPalette(paletteOf(*m_tokens));
     application.setStyleSheet(styleSheetOf(*m_tokens, !isLight));

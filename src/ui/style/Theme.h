@@ -34,7 +34,7 @@ private:
     Theme() = default;
 
     ThemeChoice m_choice = ThemeChoice::dark;
-    const ColorTokens* m_tokens = &darkTokens();
+    const ColorTokens* m_tokens = &darkTokens;
 };
 
 /// The tokens of the theme in use.

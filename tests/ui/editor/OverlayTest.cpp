@@ -143,7 +143,7 @@ TEST_F(OverlayTest, ItSnapsToTheCentreAndTheMarginWhileShiftIsHeld) {
     drag(overlay.boardRect().center(), nearCentre);
     EXPECT_DOUBLE_EQ(position().x(), 0.3 + nearCentre.width() / 960.0);
     undo.undo();
-    const double margin = OverlaySnapping::edgeMargin * 540;
+    const double margin = 0.04 * 540;
     const auto toMargin = static_cast<int>(margin - overlay.boardRect().top()) + 4;
     drag(overlay.boardRect().center(), {0, toMargin}, Qt::ShiftModifier);
     EXPECT_NEAR(overlay.boardRect().top(), margin, 1e-9);
