@@ -42,7 +42,7 @@ bool hasAddressForReports(const InfoDictionary& info) {
     return dsn && SentryDSN::parse(*dsn);
 }
 
-// What a start without its usual place on the disk goes on without; told once there is a window.
+// A problem of the start, shown once the window is open.
 struct Trouble {
     QString title;
     QString message;
@@ -97,8 +97,8 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     return QApplication::exec();
 }
 
-// A process that was killed keeps its lock until the last of its threads has been given the processor to die
-// on: seconds, on a busy machine, for those that stepped back for the others.
+// The lock of a killed process is released when its last thread exits; on a busy machine threads of low
+// priority take seconds.
 constexpr std::chrono::seconds timeToEnd(10);
 
 int explainSilence() {

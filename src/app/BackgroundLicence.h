@@ -1,5 +1,4 @@
-// Brings the kept licence into the session without holding up the window: the keychain and the licence
-// service may take their time.
+// Loads and renews the licence on a thread of its own: the keychain and the licence service may be slow.
 #pragma once
 
 #include "licensing/LicenceManager.h"
@@ -13,10 +12,10 @@ namespace pointloom {
 
 class BackgroundLicence {
 public:
-    /// Loads, for as long as the keychain takes to be unlocked, then renews when that is due; `isLicensed` of
-    /// the session follows. Both outlive this.
+    /// Loads the licence, trying again while the keychain is locked, then renews it when that is due and sets
+    /// `isLicensed` of the session. Both outlive this.
     BackgroundLicence(LicenceManager& manager, AppState& state);
-    ~BackgroundLicence(); // cancels what is under way
+    ~BackgroundLicence(); // cancels and joins the thread
     BackgroundLicence(const BackgroundLicence&) = delete;
     BackgroundLicence& operator=(const BackgroundLicence&) = delete;
 

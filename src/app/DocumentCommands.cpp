@@ -17,7 +17,7 @@ namespace pointloom {
 namespace {
 
 constexpr std::string_view recentKey = "recentProjects";
-constexpr QChar recentSeparator = u'\0'; // stands in no path
+constexpr QChar recentSeparator = u'\0'; // cannot occur in a path
 constexpr qsizetype mostRecent = 10;
 constexpr std::string_view savedKey = "savedSession"; // fingerprint of what was last saved or opened
 
@@ -34,7 +34,8 @@ constexpr UiText openMessage{"Changes that you have not saved to a project will 
                              "As alterações que não guardaste num projeto vão perder-se."};
 constexpr UiText openConfirm{"Open", "Ouvrir", "Abrir", "Apri", "Öffnen", "Öppna", "Abrir"};
 
-// Of what a restored session keeps: neither its video nor its scale comes back.
+// Fingerprint of the fields that a restored session keeps; its video and the scale of its scoreboard are not
+// stored.
 QByteArray fingerprint(ProjectFile project) {
     project.videoPath.reset();
     project.scoreboardUserScale.reset();

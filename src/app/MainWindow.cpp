@@ -53,7 +53,7 @@ void MainWindow::restorePlace() {
         if (const auto place = m_context.defaults.data(placeKey))
             restoreGeometry(*place);
     } catch (const FileError&) {
-        // The first size it is.
+        // The window keeps its first size.
     }
 }
 
@@ -65,7 +65,7 @@ void MainWindow::rememberPlace() {
     }
 }
 
-// The title names the document and marks what it does not hold yet.
+// The title names the document and marks unsaved changes.
 void MainWindow::watchDocument() {
     m_titleUpdate.setSingleShot(true);
     connect(&m_titleUpdate, &QTimer::timeout, this, &MainWindow::updateTitle);
@@ -131,7 +131,7 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
         event->acceptProposedAction();
 }
 
-// There is one session: of several files the first counts.
+// There is one session: the first of several files is opened.
 void MainWindow::dropEvent(QDropEvent* event) {
     const QStringList files = filesIn(*event->mimeData());
     if (files.isEmpty())

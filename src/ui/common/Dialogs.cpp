@@ -30,7 +30,7 @@ constexpr UiText replaceConfirm{"Replace",  "Remplacer", "Reemplazar", "Sostitui
 
 constexpr int messageWidth = 52; // average letters
 
-// A title, what there is to say, and one or two buttons; Escape is the second.
+// A title, a message, and one or two buttons; Escape is the second.
 class MessageDialog : public QDialog {
 public:
     MessageDialog(QWidget* parent, const QString& title, const QString& message, const QString& accept,

@@ -20,16 +20,16 @@ constexpr std::string_view themeKey = "theme";       // raw value of a ThemeChoi
 constexpr std::string_view hardwareDecodingKey = "hardwareDecoding";
 constexpr std::string_view crashReportsKey = "crashReportingEnabled";
 
-// What cannot be read is as it is at first; none of these throws.
+// Values that cannot be read are the defaults; none of these functions throws.
 
 /// Empty until one was chosen.
 std::optional<Language> language(const UserDefaults& defaults) noexcept;
 /// The language that the user chose last. Until one was chosen, the first of `names` ("pt-BR", "de"), which
 /// the desktop lists by preference, that the interface has; English when it has none of them.
 Language firstLanguage(const UserDefaults& defaults, const QStringList& names);
-/// Dark at first.
+/// Dark by default.
 ThemeChoice theme(const UserDefaults& defaults) noexcept;
-/// Off at first.
+/// Off by default.
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept;
 
 /// Switches the session to `language` and keeps it for every session to come. Throws FileError when it could

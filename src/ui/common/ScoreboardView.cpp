@@ -55,7 +55,7 @@ void ScoreboardView::paintEvent(QPaintEvent*) {
 
 namespace {
 
-// What a set is usually played to.
+// The points to which a set is usually played.
 std::int64_t pointsOfASet(SportID sport) {
     switch (sport) {
     case SportID::volleyball:

@@ -11,7 +11,7 @@
 
 namespace pointloom {
 
-/// All that a template draws.
+/// The content of a scoreboard, and the template that draws it.
 struct Scoreboard {
     TemplateID templateID;
     SportScoreState score;

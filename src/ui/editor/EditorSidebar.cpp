@@ -18,7 +18,7 @@ namespace pointloom {
 namespace {
 
 constexpr int narrowest = 260; // points
-constexpr int highestBoard = 104;
+constexpr int largestScoreboardHeight = 104;
 
 void reportImport(const CSVParseError& error) {
     CrashReporter::shared().captureError(error.description(),
@@ -31,7 +31,7 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
     , m_scoreboard(context.state)
-    , m_board(new ScoreboardView(this))
+    , m_scoreboardView(new ScoreboardView(this))
     , m_markers(new MarkerListView(context, this))
     , m_messages(new MessageBar(context, this))
     , m_panel(new ScorePanel(context, this)) {
@@ -74,15 +74,15 @@ QSize EditorSidebar::minimumSizeHint() const {
 QWidget* EditorSidebar::makeLiveScore() {
     auto* area = new QWidget(this);
     QLabel* title = Controls::label(Controls::TextRole::strong, area);
-    m_board->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    m_scoreboardView->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* column = new QVBoxLayout(area);
     column->setContentsMargins(Space::m, Space::m, Space::m, Space::xs);
     column->setSpacing(Space::xs);
     column->addWidget(title);
-    column->addWidget(m_board);
+    column->addWidget(m_scoreboardView);
     m_bindings.watch(m_context.state.language, [this, title] {
         title->setText(m_context.text(L10nKey::liveScore));
-        m_board->setAccessibleName(m_context.text(L10nKey::liveScore));
+        m_scoreboardView->setAccessibleName(m_context.text(L10nKey::liveScore));
     });
     return area;
 }
@@ -189,21 +189,21 @@ void EditorSidebar::importMarkersFromFile() {
 }
 
 void EditorSidebar::resizeEvent(QResizeEvent*) {
-    fitBoard();
+    fitScoreboard();
 }
 
-// No higher than the board is drawn at this width.
-void EditorSidebar::fitBoard() {
-    const QSize natural = m_board->sizeHint();
+// The height at which the scoreboard fills this width.
+void EditorSidebar::fitScoreboard() {
+    const QSize natural = m_scoreboardView->sizeHint();
     const int available = width() - 2 * Space::m;
     const int height =
         natural.width() > available ? natural.height() * available / natural.width() : natural.height();
-    m_board->setFixedHeight(std::min(height, highestBoard));
+    m_scoreboardView->setFixedHeight(std::min(height, largestScoreboardHeight));
 }
 
 void EditorSidebar::showLiveScore() {
-    m_board->setScoreboard(m_scoreboard.scoreboard());
-    fitBoard();
+    m_scoreboardView->setScoreboard(m_scoreboard.scoreboard());
+    fitScoreboard();
 }
 
 }

@@ -1,4 +1,4 @@
-// Beside the picture: the score of the moment, the markers, and the score of the selected one.
+// The editor's sidebar: the score at the playhead, the markers, and the score of the selected one.
 #pragma once
 
 #include "ui/common/LiveScoreboard.h"
@@ -25,7 +25,7 @@ public:
     MessageBar& messages() { return *m_messages; }
     ScorePanel& panel() { return *m_panel; }
 
-    /// Asks for a file of markers and takes them all; what went wrong is said above the list.
+    /// Asks for a CSV file and imports its markers; an error is shown above the list.
     void importMarkersFromFile();
 
     QSize minimumSizeHint() const override;
@@ -44,12 +44,12 @@ private:
     QWidget* makeListHead();
     QWidget* makeButtons();
     void showLiveScore();
-    void fitBoard();
+    void fitScoreboard();
 
     UiContext m_context;
     Bindings m_bindings; // before the parts that are made with it
     LiveScoreboard m_scoreboard;
-    ScoreboardView* m_board;
+    ScoreboardView* m_scoreboardView;
     MarkerListView* m_markers;
     MessageBar* m_messages;
     ScorePanel* m_panel;

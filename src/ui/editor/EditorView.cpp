@@ -37,8 +37,8 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
     return splitter;
 }
 
-// The length that the user gave to a part of the window, in points. Empty while none was chosen and where what is
-// stored is no sensible length.
+// The length that the user gave to a part of the window, in points. Empty while none was chosen and where
+// what is stored is no sensible length.
 std::optional<int> chosenLength(const UserDefaults& defaults, std::string_view key) {
     constexpr int longest = 10'000; // points; no screen is larger
     try {
@@ -60,7 +60,7 @@ void rememberLength(UserDefaults& defaults, std::string_view key, std::optional<
     }
 }
 
-// The digits by where they are on the keyboard: with Shift, and on some keyboards without, the same keys
+// The digits 1 and 2 by their place on the keyboard: with Shift, and on some keyboards without, their keys
 // write other characters.
 Qt::Key keyOf(const QKeyEvent& event) {
     constexpr quint32 scanCodeOf1 = 10;
@@ -107,7 +107,8 @@ class EditorKeyFilter : public QObject {
 public:
     // Keys of commands without an action are left to the widgets. A held key repeats the commands that say
     // so. `keys` outlives the editor.
-    EditorKeyFilter(QWidget& editor, const CommandKeys& keys, std::map<Command, std::function<void()>> actions);
+    EditorKeyFilter(QWidget& editor, const CommandKeys& keys,
+                    std::map<Command, std::function<void()>> actions);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -120,7 +121,8 @@ private:
     std::map<Command, std::function<void()>> m_actions;
 };
 
-EditorKeyFilter::EditorKeyFilter(QWidget& editor, const CommandKeys& keys, std::map<Command, std::function<void()>> actions)
+EditorKeyFilter::EditorKeyFilter(QWidget& editor, const CommandKeys& keys,
+                                 std::map<Command, std::function<void()>> actions)
     : QObject(&editor)
     , m_editor(&editor)
     , m_keys(keys)
@@ -193,7 +195,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
 }
 
 EditorView::~EditorView() {
-    // The parts follow the player's signals until the last, and would hear of its end half taken apart.
+    // The widgets go first: they are connected to the player's signals.
     delete m_columns;
 }
 
@@ -225,7 +227,7 @@ void EditorView::resizeEvent(QResizeEvent*) {
         giveTimelineWhatThePictureLeaves();
 }
 
-// A length that was chosen in a larger window leaves the picture half of this one.
+// Lengths that were chosen in a larger window are limited to half of this one.
 void EditorView::arrange() {
     const int usual = width() < roomyWindow ? narrowSidebar : roomySidebar;
     const int sidebar = std::min(m_sidebarWidth.value_or(usual), std::max(usual, width() / 2));
@@ -236,7 +238,7 @@ void EditorView::arrange() {
     m_rows->setSizes({height() - timeline, timeline});
 }
 
-// Most clips are wide: what would be black above and below them shows pictures and sound instead.
+// Most clips are wide: the timeline gets the height that would be black above and below the picture.
 void EditorView::giveTimelineWhatThePictureLeaves() {
     constexpr double usualShape = 16.0 / 9;
     const int picture =
@@ -246,7 +248,7 @@ void EditorView::giveTimelineWhatThePictureLeaves() {
     m_rows->setSizes({height() - timeline, timeline});
 }
 
-// Nothing is heard of a clip that is not seen; a minimised window is not hidden in this sense.
+// Playback pauses when another screen is shown, not when the window is minimised.
 void EditorView::hideEvent(QHideEvent* event) {
     if (event->spontaneous())
         return;
@@ -294,7 +296,7 @@ std::map<Command, std::function<void()>> EditorView::keyActions() {
     };
 }
 
-// The clip stands still under the pointer and goes on from where it was let go.
+// Playback pauses while the pointer scrubs and resumes at its release.
 void EditorView::holdWhileScrubbing(bool isScrubbing) {
     if (isScrubbing) {
         m_resumes = m_context.state.isPlaying;

@@ -12,7 +12,7 @@
 
 namespace pointloom {
 
-/// Follows the session: it plays whatever `videoURL` names. Keys are in Commands.h.
+/// Plays the session's `videoURL`. Keys are in Commands.h.
 class EditorView : public QWidget {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
 
     void setHardwareDecoding(bool enabled) { m_playback.setHardwareDecoding(enabled); }
 
-    /// Opens the session's video anew: after the same file was imported again.
+    /// Opens the session's video again, after the same file was imported a second time.
     void reloadVideo() { m_playback.reload(); }
 
     QSize minimumSizeHint() const override;

@@ -58,7 +58,7 @@ Qt::ItemFlags MarkerListModel::flags(const QModelIndex& index) const {
     return QAbstractListModel::flags(index) | Qt::ItemIsEditable | Qt::ItemNeverHasChildren;
 }
 
-// What lies between the rows that are the same at both ends is taken out and put in anew.
+// Replaces the rows between those that are the same at both ends.
 void MarkerListModel::followMarkers() {
     const std::vector<Marker>& now = m_context.state.markers;
     const auto isSame = [](const Marker& left, const Marker& right) { return left.id == right.id; };

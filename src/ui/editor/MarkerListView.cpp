@@ -195,7 +195,7 @@ void MarkerListView::keyPressEvent(QKeyEvent* event) {
         QListView::keyPressEvent(event);
 }
 
-// The list then moves its own selection, which nobody asked for, until `showSelection` puts it right.
+// Qt then moves the current row by itself, until `showSelection` restores the session's selection.
 void MarkerListView::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
     m_isFollowing = true;
     QListView::rowsAboutToBeRemoved(parent, start, end);
@@ -222,7 +222,7 @@ void MarkerListView::showSelection() {
     scrollTo(index);
 }
 
-// What to do while there is nothing to show.
+// A hint while the list is empty.
 void MarkerListView::paintEvent(QPaintEvent* event) {
     QListView::paintEvent(event);
     if (m_model.rowCount() > 0)

@@ -43,7 +43,7 @@ ValueStepper::Value gamePointOfKey(int key) {
     }
 }
 
-// Deuce reads as 40 on a scoreboard; whoever enters it wants to see which of the two it is.
+// Deuce reads as 40 on a scoreboard; the table tells the two apart.
 QString gamePointWords(std::int64_t value) {
     const auto point = static_cast<GamePoint>(value);
     return point == GamePoint::deuce ? QStringLiteral("40 D") : displayString(point);

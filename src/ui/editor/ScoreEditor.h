@@ -1,10 +1,10 @@
 // One score as a table: a column for each side, a row for the game, the serve and every set.
 #pragma once
 
-#include "ui/style/Controls.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/ValueStepper.h"
 #include "ui/style/Bindings.h"
+#include "ui/style/Controls.h"
 
 #include <array>
 #include <QGridLayout>
@@ -21,11 +21,11 @@ class ScoreEditor : public QWidget {
 public:
     explicit ScoreEditor(const UiContext& context, QWidget* parent = nullptr);
 
-    /// Without a signal.
+    /// Emits no signal.
     void setScore(const SportScoreState& score);
     const SportScoreState& score() const { return m_score; }
 
-    /// Tab comes to the table after `predecessor`, whatever is made anew.
+    /// Tab goes from `predecessor` to the table, also after its fields were replaced.
     void setTabPredecessor(QWidget* predecessor);
 
 Q_SIGNALS:
@@ -55,7 +55,7 @@ private:
     SportScoreState m_score;
     QWidget* m_tabPredecessor = nullptr;
     QGridLayout* m_grid = nullptr;
-    QWidget* m_table = nullptr; // made anew when the score has another shape
+    QWidget* m_table = nullptr; // replaced when the score has another shape
     std::array<ElidedLabel*, 2> m_names{};
     QLabel* m_tiebreakTitle = nullptr;
     QLabel* m_gameTitle = nullptr;

@@ -93,7 +93,7 @@ void ScorePanel::showMarker(const Marker& marker) {
     m_time->setText(shortTime(marker.startTime, true));
     m_remove->setToolTip(m_context.text(L10nKey::deleteMarker));
     m_remove->setAccessibleName(m_context.text(L10nKey::deleteMarker));
-    // What is being typed is not taken away by a change elsewhere.
+    // A text that is being typed is kept.
     if (!m_label->hasFocus() || m_shown != marker.id)
         m_label->setText(marker.label.value_or(QString()));
     m_shown = marker.id;
@@ -161,14 +161,14 @@ void ScorePanel::showTexts() {
     refresh();
 }
 
-// Where there is no room for both, the list says the time and the title stays whole.
+// In a narrow panel the time is left out: the list has it too.
 void ScorePanel::resizeEvent(QResizeEvent* event) {
     constexpr int roomForTime = 290; // points
     m_time->setVisible(width() >= roomForTime);
     QScrollArea::resizeEvent(event);
 }
 
-// As high as what it shows, so that the list above gets the rest.
+// The height of its content: the list above gets the rest.
 QSize ScorePanel::sizeHint() const {
     const QSize content = widget()->sizeHint();
     return {content.width(), content.height()};

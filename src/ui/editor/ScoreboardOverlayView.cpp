@@ -90,9 +90,9 @@ ScoreboardOverlayView::ScoreboardOverlayView(const UiContext& context, QWidget* 
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus); // a press takes it only when it meets the board
     AppState& state = m_context.state;
-    connect(&m_scoreboard, &LiveScoreboard::changed, this, &ScoreboardOverlayView::refreshBoard);
+    connect(&m_scoreboard, &LiveScoreboard::changed, this, &ScoreboardOverlayView::refreshScoreboard);
     connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
-    refreshBoard();
+    refreshScoreboard();
     m_bindings.watchAll(
         [this] {
             updateDrawOrigin();
@@ -111,7 +111,7 @@ void ScoreboardOverlayView::setVideoRect(const QRectF& videoRect) {
     update();
 }
 
-void ScoreboardOverlayView::refreshBoard() {
+void ScoreboardOverlayView::refreshScoreboard() {
     m_painter.setScoreboard(m_scoreboard.scoreboard());
     updateDrawOrigin();
     update();
@@ -137,7 +137,7 @@ QPointF ScoreboardOverlayView::displayPosition() const {
     return OverlayPlacement::displayPosition(m_videoRect, m_context.state.scoreboardPosition, m_dragOffset);
 }
 
-QRectF ScoreboardOverlayView::boardRect() const {
+QRectF ScoreboardOverlayView::scoreboardRect() const {
     if (m_painter.isEmpty() || m_videoRect.isEmpty())
         return {};
     const double scale = displayScale();
@@ -147,7 +147,7 @@ QRectF ScoreboardOverlayView::boardRect() const {
 }
 
 QRectF ScoreboardOverlayView::outlineRect() const {
-    return boardRect().adjusted(-outlineDistance, -outlineDistance, outlineDistance, outlineDistance);
+    return scoreboardRect().adjusted(-outlineDistance, -outlineDistance, outlineDistance, outlineDistance);
 }
 
 QRectF ScoreboardOverlayView::handleRect() const {
@@ -155,7 +155,7 @@ QRectF ScoreboardOverlayView::handleRect() const {
         return {};
     QRectF handle(0, 0, handleSide, handleSide);
     handle.moveCenter(outlineRect().bottomRight());
-    // Within reach wherever the board stands.
+    // Inside the widget wherever the scoreboard is.
     handle.moveRight(std::min(handle.right(), static_cast<double>(width())));
     handle.moveBottom(std::min(handle.bottom(), static_cast<double>(height())));
     return handle;
@@ -225,7 +225,7 @@ void ScoreboardOverlayView::mouseReleaseEvent(QMouseEvent* event) {
 
 void ScoreboardOverlayView::moveDrag(QPointF point, bool snaps) {
     m_dragOffset = noOffset;
-    const QRectF board = boardRect();
+    const QRectF board = scoreboardRect();
     Snap snap{asSize(point - m_pressedAt), {}, {}};
     if (snaps)
         snap = snapped(m_videoRect, board, snap.translation);
@@ -292,7 +292,7 @@ bool ScoreboardOverlayView::isOurKey(const QKeyEvent& event) const {
 }
 
 bool ScoreboardOverlayView::event(QEvent* event) {
-    // The editor leaves alone the keys that whatever has the focus claims.
+    // Accepted keys are left to this widget by the editor.
     if (event->type() == QEvent::ShortcutOverride && isOurKey(*static_cast<QKeyEvent*>(event))) {
         event->accept();
         return true;
@@ -329,7 +329,7 @@ void ScoreboardOverlayView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-// While a key is held the board moves at once; one step of undo takes all of it back.
+// The scoreboard moves at once while a key is held; all of it is one step of undo.
 void ScoreboardOverlayView::nudge(QSizeF points, double scaleFactor) {
     AppState& state = m_context.state;
     if (!m_nudgedFrom)
@@ -367,7 +367,7 @@ void ScoreboardOverlayView::focusOutEvent(QFocusEvent*) {
 }
 
 void ScoreboardOverlayView::paintEvent(QPaintEvent*) {
-    const QRectF board = boardRect();
+    const QRectF board = scoreboardRect();
     if (board.isEmpty())
         return;
     QPainter painter(this);
@@ -390,7 +390,7 @@ void ScoreboardOverlayView::paintAdornments(QPainter& painter) const {
     const bool isBusy = m_isDragging || m_isResizing;
     if (!m_isHovering && !isBusy && !hasFocus())
         return;
-    // A dark line under the bright one: it must show on any picture.
+    // A dark line under the bright one is visible on any picture.
     QColor ground = darkTokens.window;
     ground.setAlphaF(0.55F);
     QColor line = hasFocus() || isBusy ? darkTokens.accent : darkTokens.text;

@@ -21,7 +21,7 @@ QString speedName(double speed) {
     return QStringLiteral("%1×").arg(speed);
 }
 
-// As wide as the widest time, so that nothing moves while the clip plays.
+// The width of the widest text, so that nothing moves during playback.
 void reserveWidth(QLabel* label, const QString& widest) {
     label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
 }
@@ -164,7 +164,7 @@ void TransportBar::showSpeed() {
         action->setChecked(action->data().toDouble() == m_playback.speed());
 }
 
-// The total makes room in a narrow window.
+// The total is hidden in a narrow window.
 void TransportBar::resizeEvent(QResizeEvent*) {
     const int needed = m_total->sizeHint().width() + Space::xs;
     const int others = layout()->sizeHint().width() - (m_total->isHidden() ? 0 : needed);

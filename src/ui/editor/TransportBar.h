@@ -1,4 +1,4 @@
-// Play, step, speed and sound, and where the playhead is.
+// Bar under the picture: play, step, speed, sound, and the time of the playhead.
 #pragma once
 
 #include "ui/editor/EditorPlayback.h"

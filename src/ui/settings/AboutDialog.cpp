@@ -63,7 +63,7 @@ constexpr int iconSide = 64; // points
 }
 
 AboutDialog::AboutDialog(const UiContext& context, QWidget* parent)
-    : Sheet(context, 76, parent) {
+    : TitledDialog(context, 76, parent) {
     body().addWidget(makeProgram());
     body().addWidget(makeLicence());
     body().addWidget(makeLibraries());

@@ -40,7 +40,7 @@ constexpr Section steps[] = {
 }
 
 HelpDialog::HelpDialog(const UiContext& context, QWidget* parent)
-    : Sheet(context, 84, parent) {
+    : TitledDialog(context, 84, parent) {
     auto* area = new QScrollArea(this);
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -91,7 +91,7 @@ void HelpDialog::addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail) 
     });
 }
 
-// Made anew in each language: the keys have other names then.
+// Replaced at each switch of language: keys have other labels then.
 void HelpDialog::addShortcuts(QVBoxLayout& layout) {
     QLabel* heading = Controls::label(Controls::TextRole::section, this);
     layout.addSpacing(Space::s);

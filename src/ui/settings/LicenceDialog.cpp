@@ -110,7 +110,7 @@ QPushButton* plainButton(Controls::ButtonKind kind, QWidget* parent) {
 }
 
 LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, QWidget* parent)
-    : Sheet(context, 66, parent)
+    : TitledDialog(context, 66, parent)
     , m_sheet(manager, [this] { follow(); }) {
     body().addWidget(makeState());
     body().addWidget(m_entry = makeKeyEntry());
@@ -241,7 +241,7 @@ void LicenceDialog::follow() {
     if (m_offline->isHidden() != wasLicensed)
         QTimer::singleShot(0, this, [this] { shrinkToBody(); });
     if (m_isClosing && !isWorking)
-        Sheet::reject();
+        TitledDialog::reject();
 }
 
 void LicenceDialog::showHint() {
@@ -329,17 +329,17 @@ void LicenceDialog::importFile() {
     m_sheet.importFile(*path);
 }
 
-// Enter in the field is about the key; the button that closes the sheet would take it as well.
+// Enter in the field activates the key; the default button, which closes the dialog, would get it too.
 void LicenceDialog::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && focusWidget() == m_entryField && !m_entryField->text().isEmpty())
         return;
-    Sheet::keyPressEvent(event);
+    TitledDialog::keyPressEvent(event);
 }
 
 void LicenceDialog::reject() {
     if (!m_sheet.isWorking()) {
-        Sheet::reject();
+        TitledDialog::reject();
         return;
     }
     m_isClosing = true;

@@ -59,7 +59,7 @@ constexpr ThemeName themeNames[] = {
 }
 
 PreferencesDialog::PreferencesDialog(const UiContext& context, QWidget* parent)
-    : Sheet(context, 60, parent)
+    : TitledDialog(context, 60, parent)
     , m_language(new QComboBox(this))
     , m_theme(new QComboBox(this))
     , m_fault(paragraph(this)) {

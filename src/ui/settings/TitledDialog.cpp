@@ -1,4 +1,4 @@
-#include "ui/settings/Sheet.h"
+#include "ui/settings/TitledDialog.h"
 
 #include "ui/common/Dialogs.h"
 #include "ui/style/Controls.h"
@@ -16,7 +16,7 @@
 
 namespace pointloom {
 
-Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
+TitledDialog::TitledDialog(const UiContext& context, int characters, QWidget* parent)
     : QDialog(parent)
     , m_context(context)
     , m_title(Controls::label(Controls::TextRole::title, this))
@@ -49,12 +49,12 @@ Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
     inEachLanguage([this] { m_done->setText(m_context.text(L10nKey::done)); });
 }
 
-void Sheet::setTitle(const QString& title) {
+void TitledDialog::setTitle(const QString& title) {
     m_title->setText(title);
     setWindowTitle(title);
 }
 
-bool Sheet::event(QEvent* event) {
+bool TitledDialog::event(QEvent* event) {
     const bool result = QDialog::event(event);
     const bool mayNeedMore = event->type() == QEvent::LayoutRequest || event->type() == QEvent::Polish ||
                              (event->type() == QEvent::Resize && isVisible());
@@ -63,8 +63,8 @@ bool Sheet::event(QEvent* event) {
     return result;
 }
 
-// What changes in the body stays within its scroll area otherwise.
-bool Sheet::eventFilter(QObject* watched, QEvent* event) {
+// Changes of the body do not reach the dialog by themselves: the scroll area keeps them.
+bool TitledDialog::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::LayoutRequest)
         giveBodyItsHeight();
     return QDialog::eventFilter(watched, event);
@@ -72,7 +72,7 @@ bool Sheet::eventFilter(QObject* watched, QEvent* event) {
 
 // Wrapped text has no smallest height of its own, and Qt makes dialogs no taller than two thirds of the
 // screen.
-void Sheet::giveBodyItsHeight() {
+void TitledDialog::giveBodyItsHeight() {
     const QMargins margins = layout()->contentsMargins();
     const int bodyWidth = std::max(width(), minimumWidth()) - margins.left() - margins.right();
     const int wanted = m_body->hasHeightForWidth() ? m_body->totalHeightForWidth(bodyWidth)
@@ -83,12 +83,12 @@ void Sheet::giveBodyItsHeight() {
     setMinimumHeight(others + m_area->minimumHeight());
 }
 
-void Sheet::shrinkToBody() {
+void TitledDialog::shrinkToBody() {
     giveBodyItsHeight();
     resize(width(), minimumHeight());
 }
 
-void Sheet::showEvent(QShowEvent* event) {
+void TitledDialog::showEvent(QShowEvent* event) {
     if (testAttribute(Qt::WA_Resized))
         resize(size().boundedTo(availableSize(*this)));
     else
@@ -98,7 +98,7 @@ void Sheet::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
 }
 
-QLabel* Sheet::paragraph(QWidget* parent, bool isQuiet) {
+QLabel* TitledDialog::paragraph(QWidget* parent, bool isQuiet) {
     QLabel* label = Controls::label(isQuiet ? Controls::TextRole::quiet : Controls::TextRole::body, parent);
     label->setWordWrap(true);
     return label;
