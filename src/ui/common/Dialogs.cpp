@@ -55,9 +55,8 @@ public:
         accepting->setDefault(true);
         accepting->setFocus();
 
-        auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(Space::xl, Space::xl, Space::xl, Space::l);
-        layout->setSpacing(Space::m);
+        auto* layout =
+            Controls::layout<QVBoxLayout>(this, {Space::xl, Space::xl, Space::xl, Space::l}, Space::m);
         layout->addWidget(heading);
         layout->addWidget(text, 1);
         layout->addSpacing(Space::s);

@@ -42,9 +42,7 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     listArea->setSpacing(Space::xs);
     listArea->addWidget(m_messages);
     listArea->addWidget(m_markers, 1);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = Controls::layout<QVBoxLayout>(this, {0, 0, 0, 0}, 0);
     column->addWidget(makeLiveScore());
     column->addWidget(makeInitialScore());
     column->addSpacing(Space::xs);
@@ -75,9 +73,7 @@ QWidget* EditorSidebar::makeLiveScore() {
     auto* area = new QWidget(this);
     QLabel* title = Controls::label(Controls::TextRole::strong, area);
     m_scoreboardView->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    auto* column = new QVBoxLayout(area);
-    column->setContentsMargins(Space::m, Space::m, Space::m, Space::xs);
-    column->setSpacing(Space::xs);
+    auto* column = Controls::layout<QVBoxLayout>(area, {Space::m, Space::m, Space::m, Space::xs}, Space::xs);
     column->addWidget(title);
     column->addWidget(m_scoreboardView);
     m_bindings.watch(m_context.state.language, [this, title] {
@@ -95,9 +91,7 @@ QWidget* EditorSidebar::makeInitialScore() {
     m_editInitial = Controls::iconButton(QStringLiteral("edit"), area);
     m_editInitial->setIconSize(QSize(16, 16));
     m_editInitial->setObjectName(QStringLiteral("editInitialScore"));
-    auto* row = new QHBoxLayout(area);
-    row->setContentsMargins(Space::m, 0, Space::s, 0);
-    row->setSpacing(Space::s);
+    auto* row = Controls::layout<QHBoxLayout>(area, {Space::m, 0, Space::s, 0}, Space::s);
     row->addWidget(title);
     row->addStretch(1);
     row->addWidget(shown);
@@ -120,8 +114,7 @@ QWidget* EditorSidebar::makeInitialScore() {
         state.initialScore, state.matchConfig, state.language);
     m_bindings.watch(state.language, [this, title] {
         title->setText(m_context.text(L10nKey::initialScore));
-        m_editInitial->setToolTip(m_context.text(EditorTexts::editInitial));
-        m_editInitial->setAccessibleName(m_context.text(EditorTexts::editInitial));
+        Controls::setName(m_editInitial, m_context.text(EditorTexts::editInitial));
     });
     return area;
 }
@@ -158,9 +151,7 @@ QWidget* EditorSidebar::makeButtons() {
     m_add->setObjectName(QStringLiteral("addMarker"));
     for (QPushButton* button : {m_add, m_export})
         button->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the editor
-    auto* row = new QHBoxLayout(area);
-    row->setContentsMargins(Space::m, Space::s, Space::m, Space::s);
-    row->setSpacing(Space::s);
+    auto* row = Controls::layout<QHBoxLayout>(area, {Space::m, Space::s, Space::m, Space::s}, Space::s);
     row->addWidget(m_add, 1);
     row->addWidget(m_export, 1);
     connect(m_add, &QPushButton::clicked, this, &EditorSidebar::addMarkerRequested);
@@ -172,8 +163,7 @@ QWidget* EditorSidebar::makeButtons() {
         m_add->setAccessibleName(m_context.text(L10nKey::addMarker));
         m_add->setToolTip(m_context.text(L10nKey::addMarkerTooltip));
         m_export->setText(m_context.text(EditorTexts::exportButton));
-        m_export->setAccessibleName(m_context.text(L10nKey::exportVideo));
-        m_export->setToolTip(m_context.text(L10nKey::exportVideo));
+        Controls::setName(m_export, m_context.text(L10nKey::exportVideo));
     });
     return area;
 }

@@ -1,6 +1,7 @@
 #include "ui/editor/EditorView.h"
 
 #include "persistence/UserDefaults.h"
+#include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
 #include <algorithm>
@@ -205,9 +206,7 @@ QSize EditorView::minimumSizeHint() const {
 
 QWidget* EditorView::makePictureColumn() {
     auto* column = new QWidget(m_rows);
-    auto* layout = new QVBoxLayout(column);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
+    auto* layout = Controls::layout<QVBoxLayout>(column, {0, 0, 0, 0}, 0);
     layout->addWidget(m_stage, 1);
     layout->addWidget(m_transport);
     return column;

@@ -36,9 +36,7 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     head->addWidget(m_time);
     head->addWidget(m_swap);
     head->addWidget(m_remove);
-    auto* column = new QVBoxLayout(content);
-    column->setContentsMargins(Space::m, Space::s, Space::m, Space::s);
-    column->setSpacing(Space::s);
+    auto* column = Controls::layout<QVBoxLayout>(content, {Space::m, Space::s, Space::m, Space::s}, Space::s);
     column->addLayout(head);
     column->addWidget(m_hint);
     column->addWidget(m_label);
@@ -91,8 +89,7 @@ void ScorePanel::refresh() {
 void ScorePanel::showMarker(const Marker& marker) {
     m_title->setFullText(m_context.text(L10nKey::editMarker));
     m_time->setText(shortTime(marker.startTime, true));
-    m_remove->setToolTip(m_context.text(L10nKey::deleteMarker));
-    m_remove->setAccessibleName(m_context.text(L10nKey::deleteMarker));
+    Controls::setName(m_remove, m_context.text(L10nKey::deleteMarker));
     // A text that is being typed is kept.
     if (!m_label->hasFocus() || m_shown != marker.id)
         m_label->setText(marker.label.value_or(QString()));
@@ -107,8 +104,7 @@ void ScorePanel::showInitialScore() {
     const AppState& state = m_context.state;
     m_title->setFullText(m_context.text(L10nKey::initialScore));
     m_time->clear();
-    m_remove->setToolTip(m_context.text(EditorTexts::clearInitial));
-    m_remove->setAccessibleName(m_context.text(EditorTexts::clearInitial));
+    Controls::setName(m_remove, m_context.text(EditorTexts::clearInitial));
     m_editor->setScore(
         state.initialScore.value().value_or(ScoringEngine::getInitialScore(*state.matchConfig.value())));
     m_swap->show();
@@ -154,8 +150,7 @@ void ScorePanel::removeShown() {
 }
 
 void ScorePanel::showTexts() {
-    m_swap->setToolTip(m_context.text(EditorTexts::swapServe));
-    m_swap->setAccessibleName(m_context.text(EditorTexts::swapServe));
+    Controls::setName(m_swap, m_context.text(EditorTexts::swapServe));
     m_label->setPlaceholderText(m_context.text(EditorTexts::labelHint));
     m_label->setAccessibleName(m_context.text(L10nKey::markerLabel));
     refresh();

@@ -93,12 +93,9 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
             button->setEnabled(hasVideo);
     });
     m_bindings.watch(state.language, [this] {
-        m_speed->setAccessibleName(m_context.text(EditorTexts::speed));
-        m_speed->setToolTip(m_context.text(EditorTexts::speed));
-        m_volume->setAccessibleName(m_context.text(EditorTexts::volume));
-        m_volume->setToolTip(m_context.text(EditorTexts::volume));
-        m_preview->setAccessibleName(m_context.text(L10nKey::previewFrame));
-        m_preview->setToolTip(m_context.text(L10nKey::previewFrame));
+        Controls::setName(m_speed, m_context.text(EditorTexts::speed));
+        Controls::setName(m_volume, m_context.text(EditorTexts::volume));
+        Controls::setName(m_preview, m_context.text(L10nKey::previewFrame));
         m_time->setAccessibleName(m_context.text(EditorTexts::playhead));
         showSound();
     });
@@ -134,8 +131,7 @@ void TransportBar::showPlaying() {
     const bool playing = m_context.state.isPlaying;
     const QString text = m_context.text(playing ? EditorTexts::pause : EditorTexts::play);
     m_play->setIcon(Icons::icon(playing ? QStringLiteral("pause") : QStringLiteral("play")));
-    m_play->setAccessibleName(text);
-    m_play->setToolTip(text);
+    Controls::setName(m_play, text);
 }
 
 void TransportBar::showTime() {
@@ -151,8 +147,7 @@ void TransportBar::showSound() {
     m_mute->setEnabled(hasDevice);
     m_volume->setEnabled(hasDevice);
     m_mute->setIcon(Icons::icon(silent ? QStringLiteral("volume-off") : QStringLiteral("volume")));
-    m_mute->setAccessibleName(text);
-    m_mute->setToolTip(text);
+    Controls::setName(m_mute, text);
     const QSignalBlocker silence(m_volume);
     m_volume->setValue(
         m_playback.isMuted() ? 0 : static_cast<int>(std::lround(m_playback.volume() * fullVolume)));

@@ -62,9 +62,7 @@ HelpDialog::HelpDialog(const UiContext& context, QWidget* parent)
 
 QWidget* HelpDialog::makePage() {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, Space::m, 0);
-    layout->setSpacing(Space::m);
+    auto* layout = Controls::layout<QVBoxLayout>(page, {0, 0, Space::m, 0}, Space::m);
     QLabel* intro = paragraph(page);
     layout->addWidget(intro);
     inEachLanguage([this, intro] { intro->setText(context().text(L10nKey::helpIntro)); });
@@ -77,9 +75,7 @@ QWidget* HelpDialog::makePage() {
 
 void HelpDialog::addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail) {
     QFrame* card = Controls::card(this);
-    auto* inside = new QVBoxLayout(card);
-    inside->setContentsMargins(Space::l, Space::m, Space::l, Space::m);
-    inside->setSpacing(Space::xs);
+    auto* inside = Controls::layout<QVBoxLayout>(card, {Space::l, Space::m, Space::l, Space::m}, Space::xs);
     QLabel* heading = Controls::label(Controls::TextRole::strong, card);
     QLabel* text = paragraph(card);
     inside->addWidget(heading);
@@ -131,9 +127,7 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
 
 QWidget* HelpDialog::makeKeys(const QStringList& labels, QWidget* parent) const {
     auto* row = new QWidget(parent);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Space::xs);
+    auto* layout = Controls::layout<QHBoxLayout>(row, {0, 0, 0, 0}, Space::xs);
     for (const QString& label : labels) {
         QLabel* key = Controls::label(Controls::TextRole::body, row);
         key->setProperty("kind", QStringLiteral("key"));

@@ -95,9 +95,7 @@ constexpr UiText written{
 constexpr int iconSize = 24; // points
 
 QVBoxLayout* cardLayout(QFrame* card) {
-    auto* layout = new QVBoxLayout(card);
-    layout->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
-    layout->setSpacing(Space::s);
+    auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::s);
     return layout;
 }
 
@@ -126,9 +124,7 @@ LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, 
 
 QWidget* LicenceDialog::makeState() {
     QFrame* card = Controls::card(this);
-    auto* row = new QHBoxLayout(card);
-    row->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
-    row->setSpacing(Space::m);
+    auto* row = Controls::layout<QHBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::m);
     m_stateIcon = new QLabel(card);
     m_state = paragraph(card);
     m_key = Controls::label(Controls::TextRole::quiet, card);
@@ -161,9 +157,7 @@ QWidget* LicenceDialog::makeKeyEntry() {
     row->addWidget(m_activate);
 
     m_progressRow = new QWidget(card);
-    auto* progress = new QHBoxLayout(m_progressRow);
-    progress->setContentsMargins(0, Space::xs, 0, 0);
-    progress->setSpacing(Space::m);
+    auto* progress = Controls::layout<QHBoxLayout>(m_progressRow, {0, Space::xs, 0, 0}, Space::m);
     m_progressText = Controls::label(Controls::TextRole::quiet, m_progressRow);
     auto* bar = new QProgressBar(m_progressRow);
     bar->setRange(0, 0);

@@ -112,9 +112,7 @@ QWidget* PreferencesDialog::makeAppearance() {
 
 QWidget* PreferencesDialog::makeSwitches() {
     QFrame* card = Controls::card(this);
-    auto* layout = new QVBoxLayout(card);
-    layout->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
-    layout->setSpacing(Space::xs);
+    auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::xs);
     addSwitch(*layout, new QCheckBox(card), Preferences::hardwareDecodingKey, decoding, decodingDetail);
     layout->addSpacing(Space::m);
     addSwitch(*layout, new QCheckBox(card), Preferences::crashReportsKey, crashReports, crashReportsDetail);

@@ -38,9 +38,7 @@ TitledDialog::TitledDialog(const UiContext& context, int characters, QWidget* pa
     m_footer->setSpacing(Space::s);
     m_footer->addStretch();
     m_footer->addWidget(m_done);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Space::xl, Space::xl, Space::xl, Space::l);
-    layout->setSpacing(Space::l);
+    auto* layout = Controls::layout<QVBoxLayout>(this, {Space::xl, Space::xl, Space::xl, Space::l}, Space::l);
     layout->addWidget(m_title);
     layout->addWidget(m_area, 1);
     layout->addLayout(m_footer);

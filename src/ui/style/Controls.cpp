@@ -57,19 +57,7 @@ constexpr RoleLook roleLooks[] = {
     {TextRole::success, "success", TypeScale::body, QFont::Normal},
 };
 
-const char* nameOf(ButtonKind kind) {
-    switch (kind) {
-    case ButtonKind::normal:
-        return "normal";
-    case ButtonKind::primary:
-        return "primary";
-    case ButtonKind::danger:
-        return "danger";
-    case ButtonKind::plain:
-        return "plain";
-    }
-    return "normal";
-}
+constexpr const char* kindNames[] = {"normal", "primary", "danger", "plain"}; // in the order of ButtonKind
 
 }
 
@@ -95,7 +83,7 @@ void setRole(QLabel* label, TextRole role) {
 
 QPushButton* button(ButtonKind kind, QWidget* parent) {
     auto* result = new QPushButton(parent);
-    result->setProperty("kind", QString::fromUtf8(nameOf(kind)));
+    result->setProperty("kind", QString::fromUtf8(kindNames[static_cast<std::size_t>(kind)]));
     result->setCursor(Qt::PointingHandCursor);
     result->setAutoDefault(true); // Enter presses it outside of dialogs too
     return result;
@@ -114,6 +102,11 @@ QFrame* card(QWidget* parent) {
     auto* result = new QFrame(parent);
     result->setProperty("kind", QStringLiteral("card"));
     return result;
+}
+
+void setName(QWidget* control, const QString& name) {
+    control->setAccessibleName(name);
+    control->setToolTip(name);
 }
 
 QFrame* separator(Qt::Orientation orientation, QWidget* parent) {

@@ -43,7 +43,7 @@ void setRole(QLabel* label, TextRole role);
 
 QPushButton* button(ButtonKind kind, QWidget* parent);
 
-/// A button with an icon alone; give it an accessible name and a tool tip.
+/// A button with an icon alone; give it a name.
 QToolButton* iconButton(const QString& icon, QWidget* parent);
 
 /// A rounded surface.
@@ -51,6 +51,18 @@ QFrame* card(QWidget* parent);
 
 /// A line one point thick.
 QFrame* separator(Qt::Orientation orientation, QWidget* parent);
+
+/// The name of a control without a text, as its tool tip and for screen readers.
+void setName(QWidget* control, const QString& name);
+
+/// A layout for the children of `owner`; margins and spacing in points.
+template <class Layout>
+Layout* layout(QWidget* owner, QMargins margins, int spacing) {
+    auto* result = new Layout(owner);
+    result->setContentsMargins(margins);
+    result->setSpacing(spacing);
+    return result;
+}
 
 }
 

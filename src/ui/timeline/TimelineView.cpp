@@ -44,9 +44,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     controls->addSpacing(Space::s);
     for (QToolButton* button : {m_zoomOut, m_zoomIn, m_fit})
         controls->addWidget(button);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = Controls::layout<QVBoxLayout>(this, {0, 0, 0, 0}, 0);
     column->addWidget(m_canvas, 1);
     column->addLayout(controls);
 
