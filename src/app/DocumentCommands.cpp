@@ -1,11 +1,10 @@
 #include "app/DocumentCommands.h"
 
-#include "files/FileError.h"
 #include "persistence/CSVParser.h"
 #include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
 #include "persistence/ProjectSession.h"
-#include "persistence/UserDefaults.h"
+#include "ui/common/Preferences.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
@@ -53,7 +52,7 @@ DocumentCommands::DocumentCommands(const UiContext& context, QWidget* window)
     , m_window(window)
     , m_saved(projectFrom(AppState())) {
     const ProjectFile restored = projectFrom(context.state);
-    if (storedFingerprint() == fingerprint(restored))
+    if (Preferences::remembered(context.defaults, savedKey) == fingerprint(restored))
         m_saved = restored;
 }
 
@@ -161,28 +160,12 @@ void DocumentCommands::becomeDocument() {
 
 void DocumentCommands::setSaved(const ProjectFile& project) {
     m_saved = project;
-    try {
-        m_context.defaults.setData(savedKey, fingerprint(project));
-    } catch (const FileError&) {
-        // The next start takes the session for unsaved.
-    }
-}
-
-QByteArray DocumentCommands::storedFingerprint() const {
-    try {
-        return m_context.defaults.data(savedKey).value_or(QByteArray());
-    } catch (const FileError&) {
-        return {};
-    }
+    Preferences::remember(m_context.defaults, savedKey, fingerprint(project));
 }
 
 QStringList DocumentCommands::recentProjects() const {
-    try {
-        const QByteArray stored = m_context.defaults.data(recentKey).value_or(QByteArray());
-        return QString::fromUtf8(stored).split(recentSeparator, Qt::SkipEmptyParts);
-    } catch (const FileError&) {
-        return {}; // settings that cannot be read name no documents
-    }
+    return QString::fromUtf8(Preferences::remembered(m_context.defaults, recentKey))
+        .split(recentSeparator, Qt::SkipEmptyParts);
 }
 
 void DocumentCommands::forgetRecentProjects() {
@@ -198,11 +181,7 @@ void DocumentCommands::remember(const QString& path) {
 }
 
 void DocumentCommands::storeRecent(const QStringList& paths) {
-    try {
-        m_context.defaults.setData(recentKey, paths.join(recentSeparator).toUtf8());
-    } catch (const FileError&) {
-        // The list is a convenience.
-    }
+    Preferences::remember(m_context.defaults, recentKey, paths.join(recentSeparator).toUtf8());
 }
 
 void DocumentCommands::alert(const QString& title, const QString& message) {

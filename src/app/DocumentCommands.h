@@ -50,7 +50,6 @@ private:
     bool mayThrowAway(const QString& title, const QString& message, const QString& confirm);
     void becomeDocument();
     void setSaved(const ProjectFile& project);
-    QByteArray storedFingerprint() const;
     void writeTo(const QString& path);
     void remember(const QString& path);
     void storeRecent(const QStringList& paths);

@@ -1,8 +1,7 @@
 #include "app/MainWindow.h"
 
-#include "files/FileError.h"
-#include "persistence/UserDefaults.h"
 #include "ui/common/Dialogs.h"
+#include "ui/common/Preferences.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -47,22 +46,10 @@ MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, Comman
     watchDocument();
 }
 
+// Without a place from the run before the window keeps its first size.
 void MainWindow::restorePlace() {
     resize(firstSize.boundedTo(availableSize(*this)));
-    try {
-        if (const auto place = m_context.defaults.data(placeKey))
-            restoreGeometry(*place);
-    } catch (const FileError&) {
-        // The window keeps its first size.
-    }
-}
-
-void MainWindow::rememberPlace() {
-    try {
-        m_context.defaults.setData(placeKey, saveGeometry());
-    } catch (const FileError&) {
-        // The next start has the place before.
-    }
+    restoreGeometry(Preferences::remembered(m_context.defaults, placeKey));
 }
 
 // The title names the document and marks unsaved changes.
@@ -122,7 +109,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     m_context.state.retrySave();
-    rememberPlace();
+    Preferences::remember(m_context.defaults, placeKey, saveGeometry());
     event->accept();
 }
 

@@ -29,7 +29,6 @@ protected:
 
 private:
     void restorePlace();
-    void rememberPlace();
     void fillRecentProjects();
     void watchDocument();
     void updateTitle();

@@ -1,6 +1,6 @@
 #include "ui/editor/EditorView.h"
 
-#include "persistence/UserDefaults.h"
+#include "ui/common/Preferences.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -42,23 +42,13 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
 // what is stored is no sensible length.
 std::optional<int> chosenLength(const UserDefaults& defaults, std::string_view key) {
     constexpr int longest = 10'000; // points; no screen is larger
-    try {
-        const int length = defaults.data(key).value_or(QByteArray()).toInt();
-        return length > 0 && length <= longest ? std::optional(length) : std::nullopt;
-    } catch (const FileError&) {
-        return std::nullopt;
-    }
+    const int length = Preferences::remembered(defaults, key).toInt();
+    return length > 0 && length <= longest ? std::optional(length) : std::nullopt;
 }
 
-// Settings that cannot be written keep the choice before.
 void rememberLength(UserDefaults& defaults, std::string_view key, std::optional<int> length) {
-    if (!length || length == chosenLength(defaults, key))
-        return;
-    try {
-        defaults.setData(key, QByteArray::number(*length));
-    } catch (const FileError&) {
-        // The next start has the length before.
-    }
+    if (length && length != chosenLength(defaults, key))
+        Preferences::remember(defaults, key, QByteArray::number(*length));
 }
 
 // The digits 1 and 2 by their place on the keyboard: with Shift, and on some keyboards without, their keys

@@ -71,7 +71,7 @@ TEST(Commands, ChosenKeysReplaceThoseOfTheTable) {
 }
 
 // The tables between these lines of docs/guide/keyboard.md are written by
-// POINTLOOM_WRITE_GUIDE=1 build/tests/test_ui_common --gtest_filter='KeyboardPage.*'
+// POINTLOOM_WRITE_GUIDE=1 build/debug/tests/test_ui_common --gtest_filter='KeyboardPage.*'
 const QRegularExpression keyTables(QStringLiteral("(?<=<!-- keys -->\n).*(?=<!-- end of keys -->)"),
                                    QRegularExpression::DotMatchesEverythingOption);
 
