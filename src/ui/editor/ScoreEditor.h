@@ -32,6 +32,11 @@ Q_SIGNALS:
     void scoreEdited(const pointloom::SportScoreState& score);
 
 private:
+    struct SideFields {
+        ElidedLabel* name = nullptr;
+        ValueStepper* game = nullptr;
+        QToolButton* serve = nullptr;
+    };
     struct SetRow {
         QLabel* title;
         std::array<ValueStepper*, 2> games;
@@ -49,6 +54,7 @@ private:
     void showValues();
     void showTexts();
     void edit(const std::function<void(SportScoreState&)>& change);
+    SideFields& fieldsOf(Side side) { return m_sides[static_cast<std::size_t>(side)]; }
     bool isTennis() const { return std::holds_alternative<ScoreState>(m_score); }
 
     UiContext m_context;
@@ -56,12 +62,10 @@ private:
     QWidget* m_tabPredecessor = nullptr;
     QGridLayout* m_grid = nullptr;
     QWidget* m_table = nullptr; // replaced when the score has another shape
-    std::array<ElidedLabel*, 2> m_names{};
+    std::array<SideFields, 2> m_sides;
     QLabel* m_tiebreakTitle = nullptr;
     QLabel* m_gameTitle = nullptr;
-    std::array<ValueStepper*, 2> m_game{};
     QLabel* m_serveTitle = nullptr;
-    std::array<QToolButton*, 2> m_serve{};
     std::vector<SetRow> m_sets;
     Bindings m_bindings;
 };
