@@ -61,7 +61,7 @@ ShortScore shortScore(const SportScoreState& score) {
     return {words.join(u' '), words.back()};
 }
 
-QString markerToolTip(const UiContext& context, const Marker& marker) {
+QString markerAsToolTip(const UiContext& context, const Marker& marker) {
     return plainToolTip(lines(context, marker));
 }
 

@@ -27,7 +27,7 @@ struct ShortScore {
 ShortScore shortScore(const SportScoreState& score);
 
 /// Time and label, sets, game and serve, each on a line; plain text in markup that shows it as it is.
-QString markerToolTip(const UiContext& context, const Marker& marker);
+QString markerAsToolTip(const UiContext& context, const Marker& marker);
 
 /// The same in one line, for screen readers.
 QString markerAsSpoken(const UiContext& context, const Marker& marker);

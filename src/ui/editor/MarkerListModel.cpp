@@ -35,7 +35,7 @@ QVariant MarkerListModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return markerAsSpoken(m_context, marker);
     case Qt::ToolTipRole:
-        return markerToolTip(m_context, marker);
+        return markerAsToolTip(m_context, marker);
     case HoldsRole:
         return m_holding == marker.id;
     default:
