@@ -1,7 +1,6 @@
 #include "app/App.h"
 
 #include "app/BackgroundLicence.h"
-#include "app/FirstLanguage.h"
 #include "app/MainWindow.h"
 #include "crash/CrashReporter.h"
 #include "crash/SentryDSN.h"
@@ -43,14 +42,14 @@ bool hasAddressForReports(const InfoDictionary& info) {
     return dsn && SentryDSN::parse(*dsn);
 }
 
-// What a start without its usual place on the disk goes on without; told once there is a window.
+// A problem of the start, shown once the window is open.
 struct Trouble {
     QString title;
     QString message;
 };
 
 void loadSession(Persistence* persistence, const UserDefaults& defaults, AppState& state) {
-    state.language = firstLanguage(defaults, QLocale::system().uiLanguages());
+    state.language = Preferences::firstLanguage(defaults, QLocale::system().uiLanguages());
     if (persistence)
         persistence->load(state);
 }
@@ -98,8 +97,8 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     return QApplication::exec();
 }
 
-// A process that was killed keeps its lock until the last of its threads has been given the processor to die
-// on: seconds, on a busy machine, for those that stepped back for the others.
+// The lock of a killed process is released when its last thread exits; on a busy machine threads of low
+// priority take seconds.
 constexpr std::chrono::seconds timeToEnd(10);
 
 int explainSilence() {

@@ -1,4 +1,4 @@
-// Starts the program: what lives as long as it does, in the order in which it comes and goes.
+// Start of the program, and the objects that live as long as it runs.
 #pragma once
 
 #include <QStringList>

@@ -1,98 +1,64 @@
 #include "app/AppCommands.h"
 
-#include "session/UndoStack.h"
-
-#include <memory>
-#include <QAction>
 #include <QApplication>
-#include <QKeySequence>
-#include <QMenu>
 #include <QMenuBar>
 
-namespace pointloom::AppCommands {
+namespace pointloom {
 
-namespace {
+AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const CommandBridge& bridge)
+    : m_context(context)
+    , m_bridge(bridge) {
+    QMenu& file = *menuBar.addMenu(QStringLiteral("&File"));
+    add(file, Command::newSession, &CommandBridge::reset);
+    add(file, Command::openProject, &CommandBridge::openProject);
+    m_recent = file.addMenu(QStringLiteral("Open Recent"));
+    add(file, Command::openVideo, &CommandBridge::openVideo);
+    file.addSeparator();
+    add(file, Command::saveProject, &CommandBridge::saveProject);
+    add(file, Command::saveProjectAs, &CommandBridge::saveProjectAs);
+    add(file, Command::exportVideo, &CommandBridge::exportVideo);
+    file.addSeparator();
+    add(file, Command::quit, &QApplication::closeAllWindows)->setMenuRole(QAction::QuitRole);
 
-using BridgeAction = CommandBridge::Action CommandBridge::*;
+    QMenu& edit = *menuBar.addMenu(QStringLiteral("&Edit"));
+    addUndo(edit, Command::undo, context.undo.canUndo(), context.undo.undoActionName(), &UndoStack::undo);
+    addUndo(edit, Command::redo, context.undo.canRedo(), context.undo.redoActionName(), &UndoStack::redo);
+    edit.addSeparator();
+    add(edit, Command::showPreferences, &CommandBridge::showPreferences)
+        ->setMenuRole(QAction::PreferencesRole);
 
-struct Command {
-    const char* title;
-    const char* shortcuts; // parted by blanks; Qt's Ctrl is this desktop's command key
-    BridgeAction action;
-};
+    QMenu& help = *menuBar.addMenu(QStringLiteral("&Help"));
+    add(help, Command::showHelp, &CommandBridge::showHelp);
+    add(help, Command::downloadSampleCSV, &CommandBridge::downloadSampleCSV);
+    help.addSeparator();
+    add(help, Command::showAbout, &CommandBridge::showAbout)->setMenuRole(QAction::AboutRole);
+    add(help, Command::showLicence, &CommandBridge::showLicense)
+        ->setMenuRole(QAction::ApplicationSpecificRole);
+}
 
-constexpr Command newSession{"New Session", "Ctrl+N", &CommandBridge::reset};
-constexpr Command openProject{"Open Project…", "Ctrl+Shift+O", &CommandBridge::openProject};
-constexpr Command openVideo{"Open Video…", "Ctrl+O", &CommandBridge::openVideo};
-constexpr Command saveProject{"Save Project", "Ctrl+S", &CommandBridge::saveProject};
-constexpr Command saveProjectAs{"Save Project As…", "Ctrl+Shift+S", &CommandBridge::saveProjectAs};
-constexpr Command exportVideo{"Export Video…", "Ctrl+Shift+E", &CommandBridge::exportVideo};
-constexpr Command preferences{"Preferences…", "Ctrl+,", &CommandBridge::showPreferences};
-constexpr Command about{"About Pointloom", "", &CommandBridge::showAbout};
-constexpr Command licence{"Licence…", "", &CommandBridge::showLicense};
-constexpr Command help{"Help…", "Ctrl+? F1", &CommandBridge::showHelp};
-constexpr Command sampleCSV{"Download Sample CSV…", "", &CommandBridge::downloadSampleCSV};
-
-QAction* add(QMenu& menu, const Command& command, const CommandBridge& bridge) {
-    QAction* action = menu.addAction(QString::fromUtf8(command.title));
-    QList<QKeySequence> shortcuts;
-    for (const QString& keys : QString::fromUtf8(command.shortcuts).split(u' ', Qt::SkipEmptyParts))
-        shortcuts.append(QKeySequence(keys, QKeySequence::PortableText));
-    action->setShortcuts(shortcuts);
-    QObject::connect(action, &QAction::triggered, action,
-                     [&bridge, command] { CommandBridge::call(bridge.*command.action); });
+QAction* AppCommands::add(QMenu& menu, Command command, std::function<void()> run) {
+    QAction* action = menu.addAction(QString::fromUtf8(commandRow(command).title));
+    const QList<QKeyCombination> keys = m_context.keys.of(command);
+    action->setShortcuts(QList<QKeySequence>(keys.begin(), keys.end()));
+    QObject::connect(action, &QAction::triggered, action, std::move(run));
     return action;
 }
 
-// "Undo Add Marker", greyed out when there is nothing to take back.
-void addUndo(QMenu& menu, const QString& verb, const QList<QKeySequence>& shortcuts,
-             QBindable<bool> isPossible, QBindable<QString> name, std::function<void()> run) {
-    QAction* action = menu.addAction(verb);
-    action->setShortcuts(shortcuts);
-    QObject::connect(action, &QAction::triggered, action, std::move(run));
-    const auto update = [action, verb, isPossible, name] {
-        action->setEnabled(isPossible.value());
-        action->setText(name.value().isEmpty() ? verb : verb + u' ' + name.value());
-    };
-    update();
-    // The notifiers live as long as the action.
-    auto notifiers = std::make_shared<std::pair<QPropertyNotifier, QPropertyNotifier>>(
-        isPossible.addNotifier(update), name.addNotifier(update));
-    QObject::connect(action, &QObject::destroyed, [notifiers] {});
+QAction* AppCommands::add(QMenu& menu, Command command, BridgeAction action) {
+    return add(menu, command, [&bridge = m_bridge, action] { CommandBridge::call(bridge.*action); });
 }
 
-}
-
-QMenu* fillMenuBar(QMenuBar& menuBar, const CommandBridge& bridge, UndoStack& undo) {
-    QMenu& file = *menuBar.addMenu(QStringLiteral("&File"));
-    add(file, newSession, bridge);
-    add(file, openProject, bridge);
-    QMenu* recent = file.addMenu(QStringLiteral("Open Recent"));
-    add(file, openVideo, bridge);
-    file.addSeparator();
-    add(file, saveProject, bridge);
-    add(file, saveProjectAs, bridge);
-    add(file, exportVideo, bridge);
-    file.addSeparator();
-    QAction* quit = file.addAction(QStringLiteral("Quit"), qApp, &QApplication::closeAllWindows);
-    quit->setShortcut(Qt::CTRL | Qt::Key_Q);
-    quit->setMenuRole(QAction::QuitRole);
-
-    QMenu& edit = *menuBar.addMenu(QStringLiteral("&Edit"));
-    addUndo(edit, QStringLiteral("Undo"), {Qt::CTRL | Qt::Key_Z}, undo.canUndo(), undo.undoActionName(),
-            [&undo] { undo.undo(); });
-    addUndo(edit, QStringLiteral("Redo"), {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y},
-            undo.canRedo(), undo.redoActionName(), [&undo] { undo.redo(); });
-    edit.addSeparator();
-    add(edit, preferences, bridge)->setMenuRole(QAction::PreferencesRole);
-
-    QMenu& helpMenu = *menuBar.addMenu(QStringLiteral("&Help"));
-    add(helpMenu, help, bridge);
-    add(helpMenu, sampleCSV, bridge);
-    helpMenu.addSeparator();
-    add(helpMenu, about, bridge)->setMenuRole(QAction::AboutRole);
-    add(helpMenu, licence, bridge)->setMenuRole(QAction::ApplicationSpecificRole);
-    return recent;
+// "Undo Add Marker", disabled when there is no step.
+void AppCommands::addUndo(QMenu& menu, Command command, QBindable<bool> isPossible, QBindable<QString> name,
+                          void (UndoStack::*run)()) {
+    QAction* action = add(menu, command, [&undo = m_context.undo, run] { (undo.*run)(); });
+    const QString verb = action->text();
+    m_bindings.watchAll(
+        [action, verb, isPossible, name] {
+            action->setEnabled(isPossible.value());
+            action->setText(name.value().isEmpty() ? verb : verb + u' ' + name.value());
+        },
+        isPossible, name);
 }
 
 }

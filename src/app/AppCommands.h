@@ -1,21 +1,38 @@
-// The menus. Titles are fixed English texts; every command goes through the bridge.
+// The menus: entries of the table of commands, carried out through the bridge.
 #pragma once
 
 #include "app/CommandBridge.h"
+#include "ui/common/UiContext.h"
+#include "ui/style/Bindings.h"
 
-class QMenuBar;
+#include <QAction>
+
 class QMenu;
+class QMenuBar;
 
 namespace pointloom {
 
-class UndoStack;
+class AppCommands {
+public:
+    /// Fills the menu bar. `bridge` is read when a command is chosen; it and what `context` names outlive the
+    /// menus.
+    AppCommands(QMenuBar& menuBar, const UiContext& context, const CommandBridge& bridge);
 
-namespace AppCommands {
+    /// The menu of recent projects, which its owner fills.
+    QMenu& recentProjects() { return *m_recent; }
 
-/// Fills the menu bar; `bridge` is asked at the time of each command and outlives the menu. Returns the
-/// menu of recent projects, which its owner fills.
-QMenu* fillMenuBar(QMenuBar& menuBar, const CommandBridge& bridge, UndoStack& undo);
+private:
+    using BridgeAction = CommandBridge::Action CommandBridge::*;
 
-}
+    QAction* add(QMenu& menu, Command command, std::function<void()> run);
+    QAction* add(QMenu& menu, Command command, BridgeAction action);
+    void addUndo(QMenu& menu, Command command, QBindable<bool> isPossible, QBindable<QString> name,
+                 void (UndoStack::*run)());
+
+    UiContext m_context;
+    const CommandBridge& m_bridge;
+    QMenu* m_recent;
+    Bindings m_bindings;
+};
 
 }

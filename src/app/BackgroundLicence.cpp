@@ -8,32 +8,27 @@ namespace pointloom {
 BackgroundLicence::BackgroundLicence(LicenceManager& manager, AppState& state)
     : m_manager(manager)
     , m_state(state)
-    , m_worker([this] { work(); }) {}
+    , m_worker([this](const std::stop_token& stop) { work(stop); }) {}
 
-BackgroundLicence::~BackgroundLicence() {
-    m_isStopping = true;
-    m_worker.join();
-}
-
-void BackgroundLicence::work() {
+void BackgroundLicence::work(const std::stop_token& stop) {
     try {
-        const auto isStopping = [this] { return m_isStopping.load(); };
+        const auto isStopping = [&stop] { return stop.stop_requested(); };
         m_manager.load(isStopping);
-        while (m_manager.status().isAwaited && !m_isStopping) {
-            constexpr std::chrono::milliseconds turnOfOthers(100);
-            std::this_thread::sleep_for(turnOfOthers);
+        while (m_manager.status().isAwaited && !isStopping()) {
+            constexpr std::chrono::milliseconds pause(100);
+            std::this_thread::sleep_for(pause);
             m_manager.load(isStopping);
         }
-        tellSession();
-        if (const auto fault = m_manager.renewIfDue(isStopping); fault && !m_isStopping)
+        updateSession();
+        if (const auto fault = m_manager.renewIfDue(isStopping); fault && !isStopping())
             std::fprintf(stderr, "[Licence] %s\n", fault->what());
-        tellSession();
+        updateSession();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "[Licence] %s\n", error.what());
     }
 }
 
-void BackgroundLicence::tellSession() {
+void BackgroundLicence::updateSession() {
     QMetaObject::invokeMethod(
         &m_context, [this] { m_state.isLicensed = m_manager.isLicensed(); }, Qt::QueuedConnection);
 }

@@ -1,4 +1,4 @@
-// Decouples the menu from the window's content: the window fills in what each command does.
+// Actions of the menu commands, filled in by the window's content.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,10 @@ class CommandBridge {
 public:
     using Action = std::function<void()>;
 
-    static CommandBridge& shared();
+    static CommandBridge& shared() {
+        static CommandBridge bridge;
+        return bridge;
+    }
 
     Action openVideo;
     Action exportVideo;

@@ -1,12 +1,10 @@
 #include "app/DocumentCommands.h"
 
-#include "files/FileError.h"
 #include "persistence/CSVParser.h"
 #include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
 #include "persistence/ProjectSession.h"
-#include "persistence/UserDefaults.h"
-#include "ui/common/SaveDialog.h"
+#include "ui/common/Preferences.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
@@ -18,7 +16,7 @@ namespace pointloom {
 namespace {
 
 constexpr std::string_view recentKey = "recentProjects";
-constexpr QChar recentSeparator = u'\0'; // stands in no path
+constexpr QChar recentSeparator = u'\0'; // cannot occur in a path
 constexpr qsizetype mostRecent = 10;
 constexpr std::string_view savedKey = "savedSession"; // fingerprint of what was last saved or opened
 
@@ -35,7 +33,8 @@ constexpr UiText openMessage{"Changes that you have not saved to a project will 
                              "As alterações que não guardaste num projeto vão perder-se."};
 constexpr UiText openConfirm{"Open", "Ouvrir", "Abrir", "Apri", "Öffnen", "Öppna", "Abrir"};
 
-// Of what a restored session keeps: neither its video nor its scale comes back.
+// Fingerprint of the fields that a restored session keeps; its video and the scale of its scoreboard are not
+// stored.
 QByteArray fingerprint(ProjectFile project) {
     project.videoPath.reset();
     project.scoreboardUserScale.reset();
@@ -53,7 +52,7 @@ DocumentCommands::DocumentCommands(const UiContext& context, QWidget* window)
     , m_window(window)
     , m_saved(projectFrom(AppState())) {
     const ProjectFile restored = projectFrom(context.state);
-    if (storedFingerprint() == fingerprint(restored))
+    if (Preferences::remembered(context.defaults, savedKey) == fingerprint(restored))
         m_saved = restored;
 }
 
@@ -161,28 +160,12 @@ void DocumentCommands::becomeDocument() {
 
 void DocumentCommands::setSaved(const ProjectFile& project) {
     m_saved = project;
-    try {
-        m_context.defaults.setData(savedKey, fingerprint(project));
-    } catch (const FileError&) {
-        // The next start takes the session for unsaved.
-    }
-}
-
-QByteArray DocumentCommands::storedFingerprint() const {
-    try {
-        return m_context.defaults.data(savedKey).value_or(QByteArray());
-    } catch (const FileError&) {
-        return {};
-    }
+    Preferences::remember(m_context.defaults, savedKey, fingerprint(project));
 }
 
 QStringList DocumentCommands::recentProjects() const {
-    try {
-        const QByteArray stored = m_context.defaults.data(recentKey).value_or(QByteArray());
-        return QString::fromUtf8(stored).split(recentSeparator, Qt::SkipEmptyParts);
-    } catch (const FileError&) {
-        return {}; // settings that cannot be read name no documents
-    }
+    return QString::fromUtf8(Preferences::remembered(m_context.defaults, recentKey))
+        .split(recentSeparator, Qt::SkipEmptyParts);
 }
 
 void DocumentCommands::forgetRecentProjects() {
@@ -198,11 +181,7 @@ void DocumentCommands::remember(const QString& path) {
 }
 
 void DocumentCommands::storeRecent(const QStringList& paths) {
-    try {
-        m_context.defaults.setData(recentKey, paths.join(recentSeparator).toUtf8());
-    } catch (const FileError&) {
-        // The list is a convenience.
-    }
+    Preferences::remember(m_context.defaults, recentKey, paths.join(recentSeparator).toUtf8());
 }
 
 void DocumentCommands::alert(const QString& title, const QString& message) {

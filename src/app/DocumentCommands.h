@@ -1,5 +1,5 @@
-// The document commands of the menu: open, save, save as, new session, sample file. Failures are told in
-// alerts and leave the session as it was.
+// Document commands of the menu: open, save, save as, new session, sample file. Failures are shown in alerts
+// and leave the session unchanged.
 #pragma once
 
 #include "persistence/ProjectFile.h"
@@ -21,7 +21,7 @@ public:
     /// it holds what was last saved or opened.
     DocumentCommands(const UiContext& context, QWidget* window);
 
-    /// Asks before work is thrown away.
+    /// Asks before unsaved changes are lost.
     void newSession();
     void openProject();
     void openProjectFile(const QString& path);
@@ -33,7 +33,8 @@ public:
     /// fresh session when there is none.
     bool isModified() const;
 
-    /// Documents opened or saved before, the latest first. They are not looked at: a disk may be asleep.
+    /// Paths of documents opened or saved before, the latest first. None is opened here: a disk may be
+    /// asleep.
     QStringList recentProjects() const;
     void forgetRecentProjects();
 
@@ -49,7 +50,6 @@ private:
     bool mayThrowAway(const QString& title, const QString& message, const QString& confirm);
     void becomeDocument();
     void setSaved(const ProjectFile& project);
-    QByteArray storedFingerprint() const;
     void writeTo(const QString& path);
     void remember(const QString& path);
     void storeRecent(const QStringList& paths);

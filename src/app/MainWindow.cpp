@@ -1,9 +1,7 @@
 #include "app/MainWindow.h"
 
-#include "app/AppCommands.h"
-#include "files/FileError.h"
-#include "persistence/UserDefaults.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/Dialogs.h"
+#include "ui/common/Preferences.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -40,33 +38,21 @@ QStringList filesIn(const QMimeData& data) {
 MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, CommandBridge& bridge)
     : m_context(context)
     , m_content(new TopLevelView(context, licence, bridge, this))
-    , m_recent(AppCommands::fillMenuBar(*menuBar(), bridge, context.undo)) {
+    , m_commands(*menuBar(), context, bridge) {
     setCentralWidget(m_content);
     setAcceptDrops(true);
-    connect(m_recent, &QMenu::aboutToShow, this, &MainWindow::fillRecentProjects);
+    connect(&m_commands.recentProjects(), &QMenu::aboutToShow, this, &MainWindow::fillRecentProjects);
     restorePlace();
     watchDocument();
 }
 
+// Without a place from the run before the window keeps its first size.
 void MainWindow::restorePlace() {
-    resize(firstSize.boundedTo(screenRoom(*this)));
-    try {
-        if (const auto place = m_context.defaults.data(placeKey))
-            restoreGeometry(*place);
-    } catch (const FileError&) {
-        // The first size it is.
-    }
+    resize(firstSize.boundedTo(availableSize(*this)));
+    restoreGeometry(Preferences::remembered(m_context.defaults, placeKey));
 }
 
-void MainWindow::rememberPlace() {
-    try {
-        m_context.defaults.setData(placeKey, saveGeometry());
-    } catch (const FileError&) {
-        // The next start has the place before.
-    }
-}
-
-// The title names the document and marks what it does not hold yet.
+// The title names the document and marks unsaved changes.
 void MainWindow::watchDocument() {
     m_titleUpdate.setSingleShot(true);
     connect(&m_titleUpdate, &QTimer::timeout, this, &MainWindow::updateTitle);
@@ -90,17 +76,18 @@ void MainWindow::updateTitle() {
 }
 
 void MainWindow::fillRecentProjects() {
-    m_recent->clear();
+    QMenu& menu = m_commands.recentProjects();
+    menu.clear();
     const QStringList paths = m_content->documents().recentProjects();
     for (const QString& path : paths) {
-        QAction* action = m_recent->addAction(QFileInfo(path).fileName().replace(u'&', QStringLiteral("&&")));
+        QAction* action = menu.addAction(QFileInfo(path).fileName().replace(u'&', QStringLiteral("&&")));
         action->setToolTip(path);
         connect(action, &QAction::triggered, this,
                 [this, path] { m_content->documents().openProjectFile(path); });
     }
-    m_recent->setToolTipsVisible(true);
-    m_recent->addSeparator();
-    QAction* clear = m_recent->addAction(m_context.text(clearRecent));
+    menu.setToolTipsVisible(true);
+    menu.addSeparator();
+    QAction* clear = menu.addAction(m_context.text(clearRecent));
     clear->setEnabled(!paths.isEmpty());
     connect(clear, &QAction::triggered, &m_content->documents(), &DocumentCommands::forgetRecentProjects);
 }
@@ -122,7 +109,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     m_context.state.retrySave();
-    rememberPlace();
+    Preferences::remember(m_context.defaults, placeKey, saveGeometry());
     event->accept();
 }
 
@@ -131,7 +118,7 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
         event->acceptProposedAction();
 }
 
-// There is one session: of several files the first counts.
+// There is one session: the first of several files is opened.
 void MainWindow::dropEvent(QDropEvent* event) {
     const QStringList files = filesIn(*event->mimeData());
     if (files.isEmpty())

@@ -1,6 +1,7 @@
-// The one window: menus, title, what is dropped on it, its size between runs.
+// The window: menus, title, dropped files, its size between runs.
 #pragma once
 
+#include "app/AppCommands.h"
 #include "app/TopLevelView.h"
 
 #include <QMainWindow>
@@ -12,13 +13,13 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// Everything given outlives the window.
+    /// The arguments outlive the window.
     MainWindow(const UiContext& context, LicenceManager& licence,
                CommandBridge& bridge = CommandBridge::shared());
 
     TopLevelView& content() { return *m_content; }
 
-    /// To the front, whatever the desktop lets a program do.
+    /// Raises and activates the window as far as the desktop allows it.
     void bringToFront();
 
 protected:
@@ -28,14 +29,13 @@ protected:
 
 private:
     void restorePlace();
-    void rememberPlace();
     void fillRecentProjects();
     void watchDocument();
     void updateTitle();
 
     UiContext m_context;
     TopLevelView* m_content;
-    QMenu* m_recent;
+    AppCommands m_commands;
     QTimer m_titleUpdate; // one for all changes of a moment
     Bindings m_bindings;
 };

@@ -94,13 +94,13 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Co
     });
     fillBridge();
     m_bindings.watch(m_context.state.step, [this] { route(); });
-    bindSheet(showHelpSheet, [this] {
+    bindDialog(showHelpSheet, [this] {
         auto* help = new HelpDialog(m_context, this);
         connect(help, &HelpDialog::sampleRequested, &m_documents, &DocumentCommands::downloadSampleCSV);
         return help;
     });
-    bindSheet(showAboutSheet, [this] { return new AboutDialog(m_context, this); });
-    bindSheet(showPreferencesSheet, [this] {
+    bindDialog(showAboutSheet, [this] { return new AboutDialog(m_context, this); });
+    bindDialog(showPreferencesSheet, [this] {
         auto* preferences = new PreferencesDialog(m_context, this);
         connect(preferences, &PreferencesDialog::hardwareDecodingChosen, this, [this](bool isOn) {
             if (m_editor)
@@ -108,8 +108,8 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Co
         });
         return preferences;
     });
-    bindSheet(m_context.state.showLicenseSheet,
-              [this] { return new LicenceDialog(m_context, m_licence, this); });
+    bindDialog(m_context.state.showLicenseSheet,
+               [this] { return new LicenceDialog(m_context, m_licence, this); });
     m_bindings.watch(showCrashConsentDialog, [this] {
         if (showCrashConsentDialog)
             QTimer::singleShot(0, this, &TopLevelView::askForCrashConsent);
@@ -149,29 +149,29 @@ EditorView* TopLevelView::makeEditor() {
     auto* editor = new EditorView(m_context, this);
     connect(editor, &EditorView::exportRequested, this, &TopLevelView::exportVideo);
     connect(editor, &EditorView::previewFrameRequested, this,
-            [this] { openSheet(new FramePreview(m_context, this)); });
+            [this] { openDialog(new FramePreview(m_context, this)); });
     connect(editor, &EditorView::importRequested, this, &TopLevelView::chooseVideo);
     return editor;
 }
 
-// A dialog that is there while `isShown` is true.
-void TopLevelView::bindSheet(QProperty<bool>& isShown, std::function<QDialog*()> make) {
-    const auto sheet = std::make_shared<QPointer<QDialog>>();
-    m_bindings.watch(isShown, [&isShown, sheet, make = std::move(make)] {
+// Keeps a dialog open while `isShown` is true.
+void TopLevelView::bindDialog(QProperty<bool>& isShown, std::function<QDialog*()> make) {
+    const auto dialog = std::make_shared<QPointer<QDialog>>();
+    m_bindings.watch(isShown, [&isShown, dialog, make = std::move(make)] {
         if (!isShown) {
-            if (*sheet)
-                (*sheet)->close();
+            if (*dialog)
+                (*dialog)->close();
             return;
         }
-        *sheet = make();
-        connect(*sheet, &QDialog::finished, *sheet, [&isShown] { isShown = false; });
-        openSheet(*sheet);
+        *dialog = make();
+        connect(*dialog, &QDialog::finished, *dialog, [&isShown] { isShown = false; });
+        openDialog(*dialog);
     });
 }
 
-void TopLevelView::openSheet(QDialog* sheet) {
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
-    sheet->open();
+void TopLevelView::openDialog(QDialog* dialog) {
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
 }
 
 void TopLevelView::chooseVideo() {
@@ -185,16 +185,16 @@ void TopLevelView::chooseVideo() {
 void TopLevelView::importVideo(const QString& path) {
     readVideo(path, [this, before = m_context.state.videoURL.value()] {
         AppState& state = m_context.state;
-        // Where everything before is settled, the wizard shows what was imported.
+        // When the pages before are complete, the wizard shows the imported video.
         if (state.step < Screen::video && state.selectedTemplate.value() && state.matchConfig.value())
             state.step = Screen::video;
-        // The same name may stand for another file by now.
+        // The file of that name may be another one by now.
         if (m_editor && state.videoURL.value() == before)
             m_editor->reloadVideo();
     });
 }
 
-// A later video, or another document, takes the place of one that is still being read.
+// A later video or another document replaces one that is still being read.
 void TopLevelView::readVideo(const QString& path, const std::function<void()>& done) {
     m_import = std::make_unique<VideoImport>(m_context);
     connect(m_import.get(), &VideoImport::imported, this, done);
@@ -223,7 +223,7 @@ void TopLevelView::openFile(const QString& path) {
 }
 
 bool TopLevelView::event(QEvent* event) {
-    // Sent when the last dialog over the window has gone.
+    // Sent when the last dialog over the window is closed.
     if (event->type() == QEvent::WindowUnblocked)
         QTimer::singleShot(0, this, &TopLevelView::openWaitingFiles);
     return QStackedWidget::event(event);
@@ -250,7 +250,7 @@ void TopLevelView::exportVideo() {
                                 m_context.text(cannotExportMessage) + missing);
         return;
     }
-    openSheet(new ExportSheet(m_context, this));
+    openDialog(new ExportSheet(m_context, this));
 }
 
 bool TopLevelView::mayClose() {

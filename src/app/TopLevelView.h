@@ -1,5 +1,5 @@
-// The window's content: routes the session's step to a screen, carries out the menu's commands and shows
-// help, preferences and the licence as sheets over the screen.
+// The window's content: shows the session's screen, carries out the menu's commands, and opens help,
+// preferences and the licence over the screen.
 #pragma once
 
 #include "app/CommandBridge.h"
@@ -26,7 +26,7 @@ class TopLevelView : public QStackedWidget {
     Q_OBJECT
 
 public:
-    /// Everything given outlives the view; `bridge` is filled while it exists.
+    /// The arguments outlive the view; `bridge` is filled while it exists.
     TopLevelView(const UiContext& context, LicenceManager& licence, CommandBridge& bridge, QWidget* parent);
     ~TopLevelView() override;
 
@@ -41,14 +41,14 @@ public:
     /// there is an address to send them to.
     void askForCrashConsentOnce();
 
-    /// False when an export is under way that the person does not want to end.
+    /// False when an export is under way that the user does not want to end.
     [[nodiscard]] bool mayClose();
 
     /// A project opens, a video imports, anything else is refused with a message. Where a dialog is open,
     /// waits for its end.
     void openFile(const QString& path);
 
-    /// Whether `path` ends as something that `openFile` takes.
+    /// True for names of projects and of videos.
     static bool canOpen(const QString& path);
 
 protected:
@@ -58,8 +58,8 @@ private:
     void fillBridge();
     void route();
     EditorView* makeEditor();
-    void bindSheet(QProperty<bool>& isShown, std::function<QDialog*()> make);
-    static void openSheet(QDialog* sheet);
+    void bindDialog(QProperty<bool>& isShown, std::function<QDialog*()> make);
+    static void openDialog(QDialog* dialog);
 
     void chooseVideo();
     void importVideo(const QString& path);

@@ -28,10 +28,10 @@ QStringList filesOf(const QApplication& application) {
 }
 
 int main(int argc, char** argv) {
-    // A file that grows past the allowed size is then a failed write with a message, not the end.
+    // A write beyond the allowed file size then fails with an error instead of ending the process.
     std::signal(SIGXFSZ, SIG_IGN);
     QApplication application(argc, argv);
-    // It took over the person's locale; a decimal comma would break every number in the chains of filters.
+    // QApplication set the user's locale; a decimal comma would break every number in the chains of filters.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("Pointloom"));
     QApplication::setApplicationVersion(QStringLiteral(POINTLOOM_VERSION));

@@ -1,6 +1,6 @@
 #include "app/Shell.h"
 
-#include "app/FirstLanguage.h"
+#include "ui/common/Preferences.h"
 #include "persistence/ProjectSession.h"
 #include "support/Sessions.h"
 
@@ -23,7 +23,7 @@ void Shell::start() {
     state.reset();
     persistence = std::make_unique<Persistence>(defaults, *lock);
     state = std::make_unique<AppState>(persistence.get());
-    state->language = firstLanguage(defaults, {});
+    state->language = Preferences::firstLanguage(defaults, {});
     persistence->load(*state);
     undo = std::make_unique<UndoStack>();
     licence = std::make_unique<LicenceManager>(LicenceManager::Parts{

@@ -1,8 +1,8 @@
 // The window around the screens: title, routing, what is dropped on it, closing.
-#include "app/FirstLanguage.h"
+#include "ui/common/Preferences.h"
 #include "app/Shell.h"
 #include "support/Sessions.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/Dialogs.h"
 
 #include <algorithm>
 #include <QAction>
@@ -137,7 +137,7 @@ TEST_F(WindowTest, ClosingAsksOnlyWhileAnExportRuns) {
 }
 
 TEST_F(WindowTest, TheFirstSizeFitsTheScreen) {
-    EXPECT_EQ(window->size(), QSize(900, 640).boundedTo(screenRoom(*window)));
+    EXPECT_EQ(window->size(), QSize(900, 640).boundedTo(availableSize(*window)));
 }
 
 TEST_F(WindowTest, TheNextStartHasTheSessionAndTheSizeOfTheLast) {
@@ -175,13 +175,13 @@ TEST_F(WindowTest, AChosenLanguageOutlivesTheSession) {
 TEST(FirstLanguageTest, IsTheChosenOneOrTheFirstOfTheDesktopsThatThereIs) {
     const ClipFolder folder;
     UserDefaults defaults(folder.path(QStringLiteral("settings.conf")));
-    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("nl-NL"), QStringLiteral("de-AT")}), Language::german);
-    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("pt_BR")}), Language::portuguese);
-    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("C")}), Language::english);
+    EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("nl-NL"), QStringLiteral("de-AT")}), Language::german);
+    EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("pt_BR")}), Language::portuguese);
+    EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("C")}), Language::english);
     defaults.setData("language", "sv");
-    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::swedish);
+    EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::swedish);
     defaults.setData("language", "xx");
-    EXPECT_EQ(firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::german);
+    EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::german);
 }
 
 }

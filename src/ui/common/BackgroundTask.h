@@ -1,4 +1,4 @@
-// Work that must not hold up the window: done on a worker thread, its result handed back to the main thread.
+// One computation on Qt's thread pool, its result delivered on the main thread.
 #pragma once
 
 #include <functional>

@@ -1,6 +1,7 @@
 #include "ui/common/Dialogs.h"
 
-#include "ui/common/ScreenRoom.h"
+#include "l10n/Format.h"
+#include "ui/common/UiContext.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -10,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
@@ -17,9 +19,18 @@ namespace pointloom {
 
 namespace {
 
+constexpr UiText replaceTitle{"Replace the file?",     "Remplacer le fichier ?", "¿Reemplazar el archivo?",
+                              "Sostituire il file?",   "Datei ersetzen?",        "Ersätta filen?",
+                              "Substituir o ficheiro?"};
+constexpr UiText replaceMessage{"“%@” already exists.", "« %@ » existe déjà.", "«%@» ya existe.",
+                                "«%@» esiste già.",     "„%@“ gibt es schon.", "”%@” finns redan.",
+                                "“%@” já existe."};
+constexpr UiText replaceConfirm{"Replace",  "Remplacer", "Reemplazar", "Sostituisci",
+                                "Ersetzen", "Ersätt",    "Substituir"};
+
 constexpr int messageWidth = 52; // average letters
 
-// A title, what there is to say, and one or two buttons; Escape is the second.
+// A title, a message, and one or two buttons; Escape is the second.
 class MessageDialog : public QDialog {
 public:
     MessageDialog(QWidget* parent, const QString& title, const QString& message, const QString& accept,
@@ -44,9 +55,8 @@ public:
         accepting->setDefault(true);
         accepting->setFocus();
 
-        auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(Space::xl, Space::xl, Space::xl, Space::l);
-        layout->setSpacing(Space::m);
+        auto* layout =
+            Controls::layout<QVBoxLayout>(this, {Space::xl, Space::xl, Space::xl, Space::l}, Space::m);
         layout->addWidget(heading);
         layout->addWidget(text, 1);
         layout->addSpacing(Space::s);
@@ -97,6 +107,42 @@ void DesktopDialogs::alert(QWidget* parent, const QString& title, const QString&
 bool DesktopDialogs::confirm(QWidget* parent, const QString& title, const QString& message,
                              const QString& confirm, const QString& cancel) {
     return MessageDialog(parent, title, message, confirm, cancel).exec() == QDialog::Accepted;
+}
+
+std::optional<QString> chooseFileToSave(const UiContext& context, QWidget* parent, const QString& title,
+                                        const QString& proposedName, const QString& filter,
+                                        const QString& ending) {
+    const auto chosen = context.dialogs.chooseFileToSave(parent, title, proposedName, {filter});
+    if (!chosen || chosen->endsWith(ending, Qt::CaseInsensitive))
+        return chosen;
+    const QString path = *chosen + ending;
+    if (QFileInfo::exists(path) &&
+        !context.dialogs.confirm(parent, context.text(replaceTitle),
+                                 format(context.text(replaceMessage), QFileInfo(path).fileName()),
+                                 context.text(replaceConfirm), context.text(L10nKey::cancel)))
+        return std::nullopt;
+    return path;
+}
+
+QSize availableSize(const QWidget& window) {
+    constexpr QSize frame(16, 48); // of the usual desktops, with the bar of the title
+    return window.screen()->availableSize() - frame;
+}
+
+void placeOverWindow(QWidget& dialog) {
+    if (!dialog.parentWidget())
+        return;
+    const QWidget& window = *dialog.parentWidget()->window();
+    const QRect outside = window.frameGeometry();
+    const QSize frame = outside.size() - window.size(); // the dialog gets the same
+    QRect place({}, dialog.size() + frame);
+    place.moveCenter(outside.center());
+    const QRect screen = window.screen()->availableGeometry();
+    place.moveRight(std::min(place.right(), screen.right()));
+    place.moveBottom(std::min(place.bottom(), screen.bottom()));
+    place.moveLeft(std::max(place.left(), screen.left()));
+    place.moveTop(std::max(place.top(), screen.top()));
+    dialog.move(place.topLeft());
 }
 
 }

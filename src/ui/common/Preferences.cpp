@@ -8,23 +8,45 @@ namespace pointloom::Preferences {
 namespace {
 
 template <class Choice>
-std::optional<Choice> stored(const UserDefaults& defaults, std::string_view key) noexcept {
+std::optional<Choice> choice(const UserDefaults& defaults, std::string_view key) noexcept {
+    return fromRawValue<Choice>(remembered(defaults, key).toStdString());
+}
+
+}
+
+QByteArray remembered(const UserDefaults& defaults, std::string_view key) noexcept {
     try {
-        const auto bytes = defaults.data(key);
-        return bytes ? fromRawValue<Choice>(bytes->toStdString()) : std::nullopt;
+        return defaults.data(key).value_or(QByteArray());
     } catch (const std::exception&) {
-        return std::nullopt;
+        return {};
     }
 }
 
+void remember(UserDefaults& defaults, std::string_view key, const QByteArray& value) noexcept {
+    try {
+        defaults.setData(key, value);
+    } catch (const std::exception&) {
+        // The next start finds the value before.
+    }
 }
 
 std::optional<Language> language(const UserDefaults& defaults) noexcept {
-    return stored<Language>(defaults, languageKey);
+    return choice<Language>(defaults, languageKey);
+}
+
+Language firstLanguage(const UserDefaults& defaults, const QStringList& names) {
+    if (const auto chosen = language(defaults))
+        return *chosen;
+    for (const QString& name : names) {
+        const QString language = name.section(u'-', 0, 0).section(u'_', 0, 0).toLower();
+        if (const auto known = fromRawValue<Language>(language.toStdString()))
+            return *known;
+    }
+    return Language::english;
 }
 
 ThemeChoice theme(const UserDefaults& defaults) noexcept {
-    return stored<ThemeChoice>(defaults, themeKey).value_or(ThemeChoice::dark);
+    return choice<ThemeChoice>(defaults, themeKey).value_or(ThemeChoice::dark);
 }
 
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept {

@@ -1,10 +1,11 @@
-// What the person chose in the preferences, as it is kept in the settings.
+// Choices of the user in the preferences, as they are kept in the settings.
 #pragma once
 
 #include "l10n/Language.h"
 #include "ui/style/Theme.h"
 
 #include <optional>
+#include <QStringList>
 #include <string_view>
 
 namespace pointloom {
@@ -19,13 +20,21 @@ constexpr std::string_view themeKey = "theme";       // raw value of a ThemeChoi
 constexpr std::string_view hardwareDecodingKey = "hardwareDecoding";
 constexpr std::string_view crashReportsKey = "crashReportingEnabled";
 
-// What cannot be read is as it is at first; none of these throws.
+// Values that cannot be read are the defaults; none of these functions throws.
+
+/// What `remember` stored; empty when there is nothing, and when the settings cannot be read.
+QByteArray remembered(const UserDefaults& defaults, std::string_view key) noexcept;
+/// Stores a value for the next start. Settings that cannot be written keep the one before.
+void remember(UserDefaults& defaults, std::string_view key, const QByteArray& value) noexcept;
 
 /// Empty until one was chosen.
 std::optional<Language> language(const UserDefaults& defaults) noexcept;
-/// Dark at first.
+/// The language that the user chose last. Until one was chosen, the first of `names` ("pt-BR", "de"), which
+/// the desktop lists by preference, that the interface has; English when it has none of them.
+Language firstLanguage(const UserDefaults& defaults, const QStringList& names);
+/// Dark by default.
 ThemeChoice theme(const UserDefaults& defaults) noexcept;
-/// Off at first.
+/// Off by default.
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept;
 
 /// Switches the session to `language` and keeps it for every session to come. Throws FileError when it could

@@ -1,12 +1,12 @@
-// Times as the editor writes them.
+// Times of the video as text.
 #pragma once
 
 #include <QString>
 
 namespace pointloom {
 
-/// "00:01:05.20": hours, minutes, seconds and hundredths, cut off rather than rounded, so that it never
-/// names a moment that has not come. Negative times and those that are not a number count as zero.
+/// "00:01:05.20": hours, minutes, seconds and hundredths, rounded down, so that the time
+/// shown is never later than the frame. Negative times and those that are not a number count as zero.
 QString timeCode(double seconds);
 
 /// As short as it goes: "0:15", "12:40", "1:12:40"; with hundredths "0:15.20".

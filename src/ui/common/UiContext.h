@@ -1,10 +1,11 @@
-// What every screen is given.
+// Shared services for screens: session, undo, settings, dialogs, keys.
 #pragma once
 
 #include "l10n/DesktopWords.h"
 #include "l10n/UiText.h"
 #include "session/AppState.h"
 #include "session/UndoStack.h"
+#include "ui/common/Commands.h"
 #include "ui/common/Dialogs.h"
 
 namespace pointloom {
@@ -18,11 +19,20 @@ struct UiContext {
     UndoStack& undo;
     UserDefaults& defaults;
     Dialogs& dialogs;
+    const CommandKeys& keys = CommandKeys::standard();
 
     /// A text in the session's language and this desktop's words. Readers inside a binding on
     /// `state.language` follow a switch of language.
     QString text(L10nKey key) const { return forThisDesktop(state.t(key), state.language); }
     QString text(const UiText& text) const { return t(state.language, text); }
+
+    /// A tool tip: the text with the first key of `command` in brackets.
+    QString textWithKey(const UiText& name, Command command) const {
+        const auto shown = keys.shown(command);
+        return shown.isEmpty()
+                   ? text(name)
+                   : QStringLiteral("%1 (%2)").arg(text(name), keyLabel(shown.first(), state.language));
+    }
 };
 
 }

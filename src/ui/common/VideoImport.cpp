@@ -1,7 +1,7 @@
 #include "ui/common/VideoImport.h"
 
 #include "media/VideoReader.h"
-#include "ui/common/FaultWords.h"
+#include "ui/common/FaultText.h"
 
 #include <cmath>
 #include <QFileInfo>
@@ -18,7 +18,7 @@ void VideoImport::start(const QString& path) {
                     [this, absolutePath](const Outcome& outcome) { finish(absolutePath, outcome); });
 }
 
-// Readying the decoder as well finds the file that can be opened but never shown.
+// Opens the decoder too, since some files can be opened but not decoded.
 VideoImport::Outcome VideoImport::read(const QString& path) {
     try {
         const auto reader = media::VideoReader::open(path);
@@ -42,7 +42,7 @@ void VideoImport::finish(const QString& path, const Outcome& outcome) {
 std::optional<QString> VideoImport::complaint(const QString& path, const Outcome& outcome) const {
     const QString name = QFileInfo(path).fileName();
     if (!outcome.isReadable)
-        return faultWords(outcome.fault, name, outcome.reason, m_context.state.language).lines();
+        return faultText(outcome.fault, name, outcome.reason, m_context.state.language).lines();
     if (!std::isfinite(outcome.duration) || outcome.duration <= 0)
         return name + QStringLiteral(": ") + m_context.text(L10nKey::couldNotReadDuration);
     if (outcome.uprightSize.isEmpty())
@@ -50,7 +50,7 @@ std::optional<QString> VideoImport::complaint(const QString& path, const Outcome
     return std::nullopt;
 }
 
-// The video itself comes last: who loads it finds its length and size in place.
+// The URL is set last: its readers find length and size already set.
 void VideoImport::takeIn(const QString& path, const Outcome& outcome) {
     AppState& state = m_context.state;
     state.isPlaying = false;

@@ -1,4 +1,4 @@
-// Brings a video file into the session, from wherever it was chosen: a dialog, a drop, an argument.
+// Import of a video file into the session.
 #pragma once
 
 #include "media/MediaError.h"
@@ -16,19 +16,19 @@ class VideoImport : public QObject {
 public:
     explicit VideoImport(const UiContext& context, QObject* parent = nullptr);
 
-    /// Reads the file on a worker thread. A later start replaces an earlier one, of which nothing more is
-    /// heard. Success sets the session's video with its length and upright size, puts the playhead at 0 and
-    /// clears trims beyond the new end; failure leaves the session as it was.
+    /// Reads the file on a worker thread. A later start cancels an earlier one without a signal. Success sets
+    /// the session's video with its length and upright size, puts the playhead at 0 and clears trims beyond
+    /// the new end; failure leaves the session as it was.
     void start(const QString& path);
 
-    /// Gives up the file being read; nothing more is heard of it.
+    /// Cancels without a signal.
     void cancel() { m_reading.cancel(); }
 
     bool isReading() const { return m_reading.isRunning(); }
 
 Q_SIGNALS:
     void imported();
-    /// In the session's language, names the file; a second line may hold what the reader itself says.
+    /// `message` is in the session's language and names the file; a second line may hold the reader's error.
     void failed(const QString& message);
 
 private:

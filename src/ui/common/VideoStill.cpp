@@ -15,7 +15,7 @@ namespace {
 
 constexpr QSize largestStill{1600, 1600}; // pixels
 
-// The frame shown at `time`, upright and with square pixels. Null when it cannot be had.
+// The frame shown at `time`, upright and with square pixels. Null when it cannot be read.
 QImage readStill(const QString& path, double time) {
     try {
         auto reader = media::VideoReader::open(path);

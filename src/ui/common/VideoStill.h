@@ -1,4 +1,4 @@
-// One picture of a video, decoded off the main thread.
+// A frame of a video, decoded in the background.
 #pragma once
 
 #include "ui/common/BackgroundTask.h"
@@ -9,7 +9,7 @@
 
 namespace pointloom {
 
-/// Shows a still as large as it fits; a film icon while there is none.
+/// Shows the frame as large as it fits; a film icon while there is none.
 class VideoStill : public QWidget {
     Q_OBJECT
 

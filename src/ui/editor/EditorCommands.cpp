@@ -26,7 +26,7 @@ const Marker* markerAt(const AppState& state, const ShownFrame& frame) {
     const Marker* marker = ScoringEngine::markerAtTime(state.markers.value(), frame.time);
     if (marker && frame.isPlaceOf(marker->startTime))
         return marker;
-    // A playhead that was rounded down stands a hair before its marker.
+    // A playhead that was rounded down is slightly before its marker.
     const auto& markers = state.markers.value();
     const auto found = std::ranges::find_if(
         markers, [&](const Marker& candidate) { return frame.isPlaceOf(candidate.startTime); });

@@ -1,4 +1,4 @@
-// What the keys and buttons of the editor do to the markers.
+// Edits of markers behind the editor's keys and buttons.
 #pragma once
 
 #include "model/ScoreState.h"
@@ -26,12 +26,12 @@ const Marker* selectedMarker(const AppState& state);
 /// The marker whose score takes effect with the frame; null when there is none.
 const Marker* markerAt(const AppState& state, const ShownFrame& frame);
 
-/// A marker at the playhead with the score that holds there; selected. A marker that stands there already is
-/// selected instead.
+/// Adds a marker at the playhead with the score that holds there, and selects it; a marker that is already
+/// there is selected instead.
 void addMarker(const UiContext& context, const ShownFrame& frame);
 
 /// Steps the score at the playhead for `team` along its list of values: into a new marker there, or into the
-/// one that stands there already, so that a key pressed twice makes no second marker on the same spot.
+/// one that is already there, so that a key pressed twice makes no second marker at the same frame.
 void stepPoint(const UiContext& context, const ShownFrame& frame, Side side, StepDirection direction);
 
 void swapServeOfSelectedMarker(const UiContext& context);

@@ -18,7 +18,7 @@ public:
     explicit EditorPlayback(const UiContext& context, QObject* parent = nullptr);
     ~EditorPlayback() override;
 
-    /// Opens the session's video, now and whenever it changes. Once, when whoever listens is connected.
+    /// Opens the session's video, now and whenever it changes. Called once, after the signals are connected.
     void start();
 
     /// Null before the first video and where playback is not possible.
@@ -28,10 +28,10 @@ public:
     /// Seconds that a frame lasts, nominal; a 25th where no video says otherwise.
     double frameDuration() const;
 
-    /// Does without a player from now on: its picture cannot be shown.
+    /// Gives up playback: the picture cannot be shown.
     void giveUp(const QString& reason);
 
-    /// Opens the session's video anew, at the playhead: after a failure, or when its file has changed.
+    /// Opens the session's video again at the playhead, after a failure or when its file has changed.
     void reload();
 
     /// Seconds of the source, limited to the video.
@@ -57,9 +57,9 @@ public:
     void setHardwareDecoding(bool enabled);
 
 Q_SIGNALS:
-    /// Whoever shows the picture makes a PlayerView in a direct connection to this, or gives up.
+    /// The receiver creates a PlayerView in a direct connection, or calls `giveUp`.
     void playerStarted(playback::Player& player);
-    /// A video was asked for: what was said of an earlier one no longer holds.
+    /// A video is being opened: messages about an earlier one are obsolete.
     void opening();
     void loaded();
     /// The session's video cannot be played; `message` is the player's own sentence.

@@ -2,10 +2,10 @@
 
 #include "crash/CrashReporter.h"
 #include "l10n/Format.h"
+#include "model/ScoringEngine.h"
 #include "persistence/MarkerImport.h"
+#include "ui/common/MarkerText.h"
 #include "ui/editor/EditorTexts.h"
-#include "ui/editor/Heading.h"
-#include "ui/editor/InitialScoreRow.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
@@ -18,7 +18,7 @@ namespace pointloom {
 namespace {
 
 constexpr int narrowest = 260; // points
-constexpr int highestBoard = 104;
+constexpr int largestScoreboardHeight = 104;
 
 void reportImport(const CSVParseError& error) {
     CrashReporter::shared().captureError(error.description(),
@@ -30,24 +30,21 @@ void reportImport(const CSVParseError& error) {
 EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
-    , m_logo(context.state)
-    , m_board(new BoardView(this))
+    , m_scoreboard(context.state)
+    , m_scoreboardView(new ScoreboardView(this))
     , m_markers(new MarkerListView(context, this))
     , m_messages(new MessageBar(context, this))
     , m_panel(new ScorePanel(context, this)) {
     setProperty("background", QStringLiteral("surface"));
     setAttribute(Qt::WA_StyledBackground);
-    auto* initialScore = new InitialScoreRow(context, this);
     auto* listArea = new QVBoxLayout;
     listArea->setContentsMargins(Space::xs, 0, Space::xs, Space::xs);
     listArea->setSpacing(Space::xs);
     listArea->addWidget(m_messages);
     listArea->addWidget(m_markers, 1);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = Controls::layout<QVBoxLayout>(this, {0, 0, 0, 0}, 0);
     column->addWidget(makeLiveScore());
-    column->addWidget(initialScore);
+    column->addWidget(makeInitialScore());
     column->addSpacing(Space::xs);
     column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeListHead());
@@ -57,18 +54,15 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeButtons());
 
-    setTabOrder(initialScore->findChild<QToolButton*>(), m_import);
+    setTabOrder(m_editInitial, m_import);
     setTabOrder(m_import, m_markers);
     setTabOrder(m_add, m_export);
     m_panel->chainTabs(m_markers, m_add);
 
     connect(m_markers, &MarkerListView::seekRequested, this, &EditorSidebar::seekRequested);
-    connect(initialScore, &InitialScoreRow::editRequested, m_panel, &ScorePanel::editInitialScore);
-    connect(&m_logo, &LogoWatch::changed, this, &EditorSidebar::showLiveScore);
-    AppState& state = m_context.state;
-    auto liveScore = state.bindableLiveScore();
-    m_bindings.watch(liveScore, [this] { showLiveScore(); });
-    m_bindings.watchAll([this] { showLiveScore(); }, state.selectedTemplate, state.matchConfig);
+    connect(m_editInitial, &QToolButton::clicked, m_panel, &ScorePanel::editInitialScore);
+    connect(&m_scoreboard, &LiveScoreboard::changed, this, &EditorSidebar::showLiveScore);
+    showLiveScore();
 }
 
 QSize EditorSidebar::minimumSizeHint() const {
@@ -77,23 +71,57 @@ QSize EditorSidebar::minimumSizeHint() const {
 
 QWidget* EditorSidebar::makeLiveScore() {
     auto* area = new QWidget(this);
-    QLabel* title = makeHeading(area);
-    m_board->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    auto* column = new QVBoxLayout(area);
-    column->setContentsMargins(Space::m, Space::m, Space::m, Space::xs);
-    column->setSpacing(Space::xs);
+    QLabel* title = Controls::label(Controls::TextRole::strong, area);
+    m_scoreboardView->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    auto* column = Controls::layout<QVBoxLayout>(area, {Space::m, Space::m, Space::m, Space::xs}, Space::xs);
     column->addWidget(title);
-    column->addWidget(m_board);
+    column->addWidget(m_scoreboardView);
     m_bindings.watch(m_context.state.language, [this, title] {
         title->setText(m_context.text(L10nKey::liveScore));
-        m_board->setAccessibleName(m_context.text(L10nKey::liveScore));
+        m_scoreboardView->setAccessibleName(m_context.text(L10nKey::liveScore));
+    });
+    return area;
+}
+
+// The score before the first marker, on one line.
+QWidget* EditorSidebar::makeInitialScore() {
+    auto* area = new QWidget(this);
+    QLabel* title = Controls::label(Controls::TextRole::quiet, area);
+    QLabel* shown = Controls::label(Controls::TextRole::quiet, area);
+    m_editInitial = Controls::iconButton(QStringLiteral("edit"), area);
+    m_editInitial->setIconSize(QSize(16, 16));
+    m_editInitial->setObjectName(QStringLiteral("editInitialScore"));
+    auto* row = Controls::layout<QHBoxLayout>(area, {Space::m, 0, Space::s, 0}, Space::s);
+    row->addWidget(title);
+    row->addStretch(1);
+    row->addWidget(shown);
+    row->addWidget(m_editInitial);
+    AppState& state = m_context.state;
+    m_bindings.watchAll(
+        [this, area, shown] {
+            const AppState& session = m_context.state;
+            const auto& config = session.matchConfig.value();
+            area->setEnabled(config.has_value());
+            if (!config) {
+                shown->setText(m_context.text(L10nKey::noConfig));
+                return;
+            }
+            const SportScoreState score =
+                session.initialScore.value().value_or(ScoringEngine::getInitialScore(*config));
+            const QStringList words{setsText(score), gameText(score)};
+            shown->setText(words.join(QStringLiteral("  ")).trimmed());
+        },
+        state.initialScore, state.matchConfig, state.language);
+    m_bindings.watch(state.language, [this, title] {
+        title->setText(m_context.text(L10nKey::initialScore));
+        Controls::setName(m_editInitial, m_context.text(EditorTexts::editInitial));
     });
     return area;
 }
 
 QWidget* EditorSidebar::makeListHead() {
     auto* area = new QWidget(this);
-    QLabel* title = makeHeading(area);
+    QLabel* title = Controls::label(Controls::TextRole::strong, area);
     m_import = Controls::iconButton(QStringLiteral("import"), area);
     m_import->setObjectName(QStringLiteral("importMarkers"));
     auto* row = new QHBoxLayout(area);
@@ -123,9 +151,7 @@ QWidget* EditorSidebar::makeButtons() {
     m_add->setObjectName(QStringLiteral("addMarker"));
     for (QPushButton* button : {m_add, m_export})
         button->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the editor
-    auto* row = new QHBoxLayout(area);
-    row->setContentsMargins(Space::m, Space::s, Space::m, Space::s);
-    row->setSpacing(Space::s);
+    auto* row = Controls::layout<QHBoxLayout>(area, {Space::m, Space::s, Space::m, Space::s}, Space::s);
     row->addWidget(m_add, 1);
     row->addWidget(m_export, 1);
     connect(m_add, &QPushButton::clicked, this, &EditorSidebar::addMarkerRequested);
@@ -137,8 +163,7 @@ QWidget* EditorSidebar::makeButtons() {
         m_add->setAccessibleName(m_context.text(L10nKey::addMarker));
         m_add->setToolTip(m_context.text(L10nKey::addMarkerTooltip));
         m_export->setText(m_context.text(EditorTexts::exportButton));
-        m_export->setAccessibleName(m_context.text(L10nKey::exportVideo));
-        m_export->setToolTip(m_context.text(L10nKey::exportVideo));
+        Controls::setName(m_export, m_context.text(L10nKey::exportVideo));
     });
     return area;
 }
@@ -154,28 +179,21 @@ void EditorSidebar::importMarkersFromFile() {
 }
 
 void EditorSidebar::resizeEvent(QResizeEvent*) {
-    fitBoard();
+    fitScoreboard();
 }
 
-// No higher than the board is drawn at this width.
-void EditorSidebar::fitBoard() {
-    const QSize natural = m_board->sizeHint();
+// The height at which the scoreboard fills this width.
+void EditorSidebar::fitScoreboard() {
+    const QSize natural = m_scoreboardView->sizeHint();
     const int available = width() - 2 * Space::m;
     const int height =
         natural.width() > available ? natural.height() * available / natural.width() : natural.height();
-    m_board->setFixedHeight(std::min(height, highestBoard));
+    m_scoreboardView->setFixedHeight(std::min(height, largestScoreboardHeight));
 }
 
 void EditorSidebar::showLiveScore() {
-    const AppState& state = m_context.state;
-    const auto& templateID = state.selectedTemplate.value();
-    const auto& config = state.matchConfig.value();
-    const auto& score = state.liveScore();
-    if (templateID && config && score)
-        m_board->setBoard(*templateID, *score, *config, m_logo.image());
-    else
-        m_board->clear();
-    fitBoard();
+    m_scoreboardView->setScoreboard(m_scoreboard.scoreboard());
+    fitScoreboard();
 }
 
 }

@@ -1,8 +1,8 @@
-// Beside the picture: the score of the moment, the markers, and the score of the selected one.
+// The editor's sidebar: the score at the playhead, the markers, and the score of the selected one.
 #pragma once
 
-#include "ui/common/BoardView.h"
-#include "ui/common/LogoWatch.h"
+#include "ui/common/LiveScoreboard.h"
+#include "ui/common/ScoreboardView.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/MarkerListView.h"
 #include "ui/editor/MessageBar.h"
@@ -10,6 +10,7 @@
 #include "ui/style/Bindings.h"
 
 #include <QPushButton>
+#include <QToolButton>
 #include <QWidget>
 
 namespace pointloom {
@@ -24,7 +25,7 @@ public:
     MessageBar& messages() { return *m_messages; }
     ScorePanel& panel() { return *m_panel; }
 
-    /// Asks for a file of markers and takes them all; what went wrong is said above the list.
+    /// Asks for a CSV file and imports its markers; an error is shown above the list.
     void importMarkersFromFile();
 
     QSize minimumSizeHint() const override;
@@ -39,18 +40,20 @@ protected:
 
 private:
     QWidget* makeLiveScore();
+    QWidget* makeInitialScore();
     QWidget* makeListHead();
     QWidget* makeButtons();
     void showLiveScore();
-    void fitBoard();
+    void fitScoreboard();
 
     UiContext m_context;
     Bindings m_bindings; // before the parts that are made with it
-    LogoWatch m_logo;
-    BoardView* m_board;
+    LiveScoreboard m_scoreboard;
+    ScoreboardView* m_scoreboardView;
     MarkerListView* m_markers;
     MessageBar* m_messages;
     ScorePanel* m_panel;
+    QToolButton* m_editInitial = nullptr;
     QToolButton* m_import = nullptr;
     QPushButton* m_add = nullptr;
     QPushButton* m_export = nullptr;

@@ -1,11 +1,22 @@
 #include "ui/editor/EditorView.h"
 
-#include "ui/editor/ChosenLength.h"
-#include "ui/editor/EditorKeyFilter.h"
+#include "ui/common/Preferences.h"
+#include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
 #include <algorithm>
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
 #include <QHideEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTextEdit>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -25,6 +36,110 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent) {
     splitter->setHandleWidth(1); // Qt lets it be taken from a little further away
     splitter->setChildrenCollapsible(false);
     return splitter;
+}
+
+// The length that the user gave to a part of the window, in points. Empty while none was chosen and where
+// what is stored is no sensible length.
+std::optional<int> chosenLength(const UserDefaults& defaults, std::string_view key) {
+    constexpr int longest = 10'000; // points; no screen is larger
+    const int length = Preferences::remembered(defaults, key).toInt();
+    return length > 0 && length <= longest ? std::optional(length) : std::nullopt;
+}
+
+void rememberLength(UserDefaults& defaults, std::string_view key, std::optional<int> length) {
+    if (length && length != chosenLength(defaults, key))
+        Preferences::remember(defaults, key, QByteArray::number(*length));
+}
+
+// The digits 1 and 2 by their place on the keyboard: with Shift, and on some keyboards without, their keys
+// write other characters.
+Qt::Key keyOf(const QKeyEvent& event) {
+    constexpr quint32 scanCodeOf1 = 10;
+    constexpr quint32 scanCodeOf2 = 11;
+    if (event.nativeScanCode() == scanCodeOf1 || event.key() == Qt::Key_Exclam)
+        return Qt::Key_1;
+    if (event.nativeScanCode() == scanCodeOf2 || event.key() == Qt::Key_At || event.key() == Qt::Key_QuoteDbl)
+        return Qt::Key_2;
+    return Qt::Key(event.key());
+}
+
+QKeyCombination pressed(const QKeyEvent& event) {
+    return QKeyCombination(event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier), keyOf(event));
+}
+
+template <class... Kinds>
+bool isAnyOf(const QWidget* widget) {
+    return (qobject_cast<const Kinds*>(widget) || ...);
+}
+
+bool keeps(QWidget* focus, const QKeyEvent& event) {
+    if (!focus)
+        return false;
+    if (isAnyOf<QLineEdit, QAbstractSpinBox, QTextEdit, QPlainTextEdit, QComboBox>(focus))
+        return true;
+    const int key = event.key();
+    if (isAnyOf<QAbstractButton>(focus))
+        return key == Qt::Key_Space;
+    if (isAnyOf<QAbstractSlider>(focus))
+        return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+    if (isAnyOf<QAbstractItemView>(focus) && (key == Qt::Key_Up || key == Qt::Key_Down))
+        return true;
+    QKeyEvent question(QEvent::ShortcutOverride, key, event.modifiers(), event.text(), event.isAutoRepeat());
+    question.ignore();
+    QApplication::sendEvent(focus, &question);
+    return question.isAccepted();
+}
+
+// Handles the keys of the editor's commands, whichever of its parts has the focus.
+// A text field keeps all of its keys, and every other control those that it works with itself: a button
+// reached by Tab its Space, a slider and the marker list their arrows, and whatever accepts the key's
+// ShortcutOverride event.
+class EditorKeyFilter : public QObject {
+public:
+    // Keys of commands without an action are left to the widgets. A held key repeats the commands that say
+    // so. `keys` outlives the editor.
+    EditorKeyFilter(QWidget& editor, const CommandKeys& keys,
+                    std::map<Command, std::function<void()>> actions);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool concernsEditor(const QWidget& receiver) const;
+
+    QPointer<QWidget> m_editor;
+    const CommandKeys& m_keys;
+    std::map<Command, std::function<void()>> m_actions;
+};
+
+EditorKeyFilter::EditorKeyFilter(QWidget& editor, const CommandKeys& keys,
+                                 std::map<Command, std::function<void()>> actions)
+    : QObject(&editor)
+    , m_editor(&editor)
+    , m_keys(keys)
+    , m_actions(std::move(actions)) {
+    qApp->installEventFilter(this);
+}
+
+bool EditorKeyFilter::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
+        return false;
+    if (!concernsEditor(*static_cast<QWidget*>(watched)))
+        return false;
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const CommandRow* command = m_keys.editorCommand(pressed(key));
+    const auto action = command ? m_actions.find(command->id) : m_actions.end();
+    if (action == m_actions.end() || keeps(QApplication::focusWidget(), key))
+        return false;
+    if (command->repeats || !key.isAutoRepeat())
+        action->second();
+    return true;
+}
+
+bool EditorKeyFilter::concernsEditor(const QWidget& receiver) const {
+    if (!m_editor || !m_editor->isVisible() || QApplication::activePopupWidget())
+        return false;
+    return &receiver == m_editor || &receiver == m_editor->window() || m_editor->isAncestorOf(&receiver);
 }
 
 }
@@ -66,12 +181,12 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
             [this] { EditorCommands::addMarker(m_context, shownFrame()); });
     connect(m_sidebar, &EditorSidebar::seekRequested, this,
             [this](double seconds) { m_playback.seek(seconds); });
-    new EditorKeyFilter(*this, [this](EditorAction action, bool isRepeat) { perform(action, isRepeat); });
+    new EditorKeyFilter(*this, context.keys, keyActions());
     m_playback.start();
 }
 
 EditorView::~EditorView() {
-    // The parts follow the player's signals until the last, and would hear of its end half taken apart.
+    // The widgets go first: they are connected to the player's signals.
     delete m_columns;
 }
 
@@ -81,9 +196,7 @@ QSize EditorView::minimumSizeHint() const {
 
 QWidget* EditorView::makePictureColumn() {
     auto* column = new QWidget(m_rows);
-    auto* layout = new QVBoxLayout(column);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
+    auto* layout = Controls::layout<QVBoxLayout>(column, {0, 0, 0, 0}, 0);
     layout->addWidget(m_stage, 1);
     layout->addWidget(m_transport);
     return column;
@@ -103,7 +216,7 @@ void EditorView::resizeEvent(QResizeEvent*) {
         giveTimelineWhatThePictureLeaves();
 }
 
-// A length that was chosen in a larger window leaves the picture half of this one.
+// Lengths that were chosen in a larger window are limited to half of this one.
 void EditorView::arrange() {
     const int usual = width() < roomyWindow ? narrowSidebar : roomySidebar;
     const int sidebar = std::min(m_sidebarWidth.value_or(usual), std::max(usual, width() / 2));
@@ -114,7 +227,7 @@ void EditorView::arrange() {
     m_rows->setSizes({height() - timeline, timeline});
 }
 
-// Most clips are wide: what would be black above and below them shows pictures and sound instead.
+// Most clips are wide: the timeline gets the height that would be black above and below the picture.
 void EditorView::giveTimelineWhatThePictureLeaves() {
     constexpr double usualShape = 16.0 / 9;
     const int picture =
@@ -124,7 +237,7 @@ void EditorView::giveTimelineWhatThePictureLeaves() {
     m_rows->setSizes({height() - timeline, timeline});
 }
 
-// Nothing is heard of a clip that is not seen; a minimised window is not hidden in this sense.
+// Playback pauses when another screen is shown, not when the window is minimised.
 void EditorView::hideEvent(QHideEvent* event) {
     if (event->spontaneous())
         return;
@@ -137,73 +250,42 @@ EditorCommands::ShownFrame EditorView::shownFrame() const {
     return {m_context.state.currentTime, m_playback.frameDuration()};
 }
 
-void EditorView::perform(EditorAction action, bool isRepeat) {
-    using enum EditorAction;
-    switch (action) {
-    case frameBack:
-        return m_playback.stepFrames(-1);
-    case frameForward:
-        return m_playback.stepFrames(1);
-    case secondBack:
-        return m_playback.seekBy(-1);
-    case secondForward:
-        return m_playback.seekBy(1);
-    case jumpBack:
-        return m_playback.seekBy(-5);
-    case previousMarker:
-        return goToNeighbour(EditorCommands::Neighbour::previous);
-    case nextMarker:
-        return goToNeighbour(EditorCommands::Neighbour::next);
-    case zoomIn:
-        return m_timeline->zoomIn();
-    case zoomOut:
-        return m_timeline->zoomOut();
-    default:
-        break;
-    }
-    // The rest is done once, however long the key is held.
-    if (isRepeat)
-        return;
-    switch (action) {
-    case playPause:
-        return m_playback.togglePlaying();
-    case pause:
-        return m_playback.pause();
-    case playFaster:
-        return playFasterStill();
-    case goToStart:
-        return m_playback.seek(0);
-    case goToEnd:
-        return m_playback.goToEnd();
-    case addMarker:
-        return EditorCommands::addMarker(m_context, shownFrame());
-    case pointTeam1:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::first, StepDirection::next);
-    case pointTeam2:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::second, StepDirection::next);
-    case pointBackTeam1:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::first, StepDirection::previous);
-    case pointBackTeam2:
-        return EditorCommands::stepPoint(m_context, shownFrame(), Side::second, StepDirection::previous);
-    case swapServe:
-        return EditorCommands::swapServeOfSelectedMarker(m_context);
-    case deleteSelection:
-        m_timeline->removeSelection();
-        return;
-    case trimStart:
-        return m_timeline->trimStartAtPlayhead();
-    case trimEnd:
-        return m_timeline->trimEndAtPlayhead();
-    case addCut:
-        return m_timeline->addCutAtPlayhead();
-    case zoomToFit:
-        return m_timeline->zoomToFit();
-    default:
-        break;
-    }
+std::map<Command, std::function<void()>> EditorView::keyActions() {
+    using enum Command;
+    const auto step = [this](Side side, StepDirection direction) {
+        return
+            [this, side, direction] { EditorCommands::stepPoint(m_context, shownFrame(), side, direction); };
+    };
+    return {
+        {playPause, [this] { m_playback.togglePlaying(); }},
+        {frameBack, [this] { m_playback.stepFrames(-1); }},
+        {frameForward, [this] { m_playback.stepFrames(1); }},
+        {secondBack, [this] { m_playback.seekBy(-1); }},
+        {secondForward, [this] { m_playback.seekBy(1); }},
+        {previousMarker, [this] { goToNeighbour(EditorCommands::Neighbour::previous); }},
+        {nextMarker, [this] { goToNeighbour(EditorCommands::Neighbour::next); }},
+        {jumpBack, [this] { m_playback.seekBy(-5); }},
+        {pause, [this] { m_playback.pause(); }},
+        {playFaster, [this] { playFasterStill(); }},
+        {goToStart, [this] { m_playback.seek(0); }},
+        {goToEnd, [this] { m_playback.goToEnd(); }},
+        {addMarker, [this] { EditorCommands::addMarker(m_context, shownFrame()); }},
+        {pointFirst, step(Side::first, StepDirection::next)},
+        {pointSecond, step(Side::second, StepDirection::next)},
+        {pointBackFirst, step(Side::first, StepDirection::previous)},
+        {pointBackSecond, step(Side::second, StepDirection::previous)},
+        {swapServe, [this] { EditorCommands::swapServeOfSelectedMarker(m_context); }},
+        {trimStart, [this] { m_timeline->trimStartAtPlayhead(); }},
+        {trimEnd, [this] { m_timeline->trimEndAtPlayhead(); }},
+        {addCut, [this] { m_timeline->addCutAtPlayhead(); }},
+        {deleteSelection, [this] { m_timeline->removeSelection(); }},
+        {zoomIn, [this] { m_timeline->zoomIn(); }},
+        {zoomOut, [this] { m_timeline->zoomOut(); }},
+        {zoomToFit, [this] { m_timeline->zoomToFit(); }},
+    };
 }
 
-// The clip stands still under the pointer and goes on from where it was let go.
+// Playback pauses while the pointer scrubs and resumes at its release.
 void EditorView::holdWhileScrubbing(bool isScrubbing) {
     if (isScrubbing) {
         m_resumes = m_context.state.isPlaying;

@@ -1,7 +1,6 @@
 // The editor: picture with the scoreboard, transport, timeline, and the sidebar with markers and scores.
 #pragma once
 
-#include "ui/common/Shortcuts.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/editor/EditorPlayback.h"
 #include "ui/editor/EditorSidebar.h"
@@ -13,7 +12,7 @@
 
 namespace pointloom {
 
-/// Follows the session: it plays whatever `videoURL` names. Keys are in Shortcuts.h.
+/// Plays the session's `videoURL`. Keys are in Commands.h.
 class EditorView : public QWidget {
     Q_OBJECT
 
@@ -28,7 +27,7 @@ public:
 
     void setHardwareDecoding(bool enabled) { m_playback.setHardwareDecoding(enabled); }
 
-    /// Opens the session's video anew: after the same file was imported again.
+    /// Opens the session's video again, after the same file was imported a second time.
     void reloadVideo() { m_playback.reload(); }
 
     QSize minimumSizeHint() const override;
@@ -49,7 +48,7 @@ private:
     void giveTimelineWhatThePictureLeaves();
     EditorCommands::ShownFrame shownFrame() const;
     void holdWhileScrubbing(bool isScrubbing);
-    void perform(EditorAction action, bool isRepeat);
+    std::map<Command, std::function<void()>> keyActions();
     void goToNeighbour(EditorCommands::Neighbour which);
     void playFasterStill();
 

@@ -1,7 +1,7 @@
 #include "ui/editor/MarkerListModel.h"
 
 #include "model/ScoringEngine.h"
-#include "ui/editor/MarkerWords.h"
+#include "ui/common/MarkerText.h"
 
 #include <algorithm>
 
@@ -33,9 +33,9 @@ QVariant MarkerListModel::data(const QModelIndex& index, int role) const {
         return marker.label.value_or(QString());
     case Qt::AccessibleTextRole:
     case Qt::DisplayRole:
-        return MarkerWords::spoken(m_context, marker);
+        return markerAsSpoken(m_context, marker);
     case Qt::ToolTipRole:
-        return MarkerWords::toolTip(m_context, marker);
+        return markerAsToolTip(m_context, marker);
     case HoldsRole:
         return m_holding == marker.id;
     default:
@@ -58,7 +58,7 @@ Qt::ItemFlags MarkerListModel::flags(const QModelIndex& index) const {
     return QAbstractListModel::flags(index) | Qt::ItemIsEditable | Qt::ItemNeverHasChildren;
 }
 
-// What lies between the rows that are the same at both ends is taken out and put in anew.
+// Replaces the rows between those that are the same at both ends.
 void MarkerListModel::followMarkers() {
     const std::vector<Marker>& now = m_context.state.markers;
     const auto isSame = [](const Marker& left, const Marker& right) { return left.id == right.id; };

@@ -1,4 +1,4 @@
-// The session's markers as rows.
+// The session's markers as rows of an item model.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -8,8 +8,8 @@
 
 namespace pointloom {
 
-/// Follows the session row by row, so that selection, scrolling and a label being edited outlast edits of
-/// other markers. Editing a row's text renames its marker.
+/// Updates row by row, so that selection, scrolling and a label being edited survive edits of other markers.
+/// Editing a row's text renames its marker.
 class MarkerListModel : public QAbstractListModel {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// The markers of the session, one row each: chosen, renamed in place, jumped to.
+// List of the session's markers: selected, renamed in place, sought.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -20,7 +20,7 @@ public:
     QSize minimumSizeHint() const override { return {200, 4 * (fontMetrics().height() + 2 * Space::s)}; }
 
 Q_SIGNALS:
-    /// The person chose a marker and wants to see its moment.
+    /// The user chose a marker; `seconds` is its time.
     void seekRequested(double seconds);
 
 protected:

@@ -37,9 +37,7 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     actions->addStretch(1);
     actions->addWidget(m_secondAction);
     actions->addWidget(m_firstAction);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Space::m, Space::s, Space::s, Space::s);
-    column->setSpacing(Space::s);
+    auto* column = Controls::layout<QVBoxLayout>(this, {Space::m, Space::s, Space::s, Space::s}, Space::s);
     column->addLayout(head);
     column->addLayout(actions);
 
@@ -54,8 +52,7 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     connect(m_secondAction, &QPushButton::clicked, this, &MessageBar::secondActionChosen);
     connect(m_close, &QToolButton::clicked, this, &QWidget::hide);
     m_bindings.watch(context.state.language, [this, context] {
-        m_close->setAccessibleName(context.text(EditorTexts::closeMessage));
-        m_close->setToolTip(context.text(EditorTexts::closeMessage));
+        Controls::setName(m_close, context.text(EditorTexts::closeMessage));
     });
     hide();
 }

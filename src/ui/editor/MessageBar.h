@@ -1,4 +1,4 @@
-// A message above what it concerns, with what can be done about it.
+// A bar with a message and up to two actions.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -15,10 +15,10 @@ class MessageBar : public QFrame {
     Q_OBJECT
 
 public:
-    /// Hidden until it has something to say.
+    /// Hidden until the first message.
     explicit MessageBar(const UiContext& context, QWidget* parent = nullptr);
 
-    /// `detail` stands below in quiet letters. Two actions at most; an empty text leaves its part out.
+    /// `detail` is shown below in small letters. An empty text leaves its part out.
     void showMessage(const QString& message, const QString& detail = {}, const QString& firstAction = {},
                      const QString& secondAction = {});
     QString message() const { return m_message->text(); }

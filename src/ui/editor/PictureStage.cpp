@@ -1,6 +1,6 @@
 #include "ui/editor/PictureStage.h"
 
-#include "ui/common/FaultWords.h"
+#include "ui/common/FaultText.h"
 #include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -84,21 +84,21 @@ void PictureStage::showPlayer(playback::Player& player) {
         return;
     }
     connect(m_view.get(), &playback::PlayerView::videoRectChanged, this, &PictureStage::place);
-    // Not from inside of the view, which goes then.
+    // Queued: the view is deleted.
     connect(m_view.get(), &playback::PlayerView::unavailable, &m_playback, &EditorPlayback::giveUp,
             Qt::QueuedConnection);
     showWhatThereIs();
     place();
 }
 
-// A view that has lost its file would go on showing the last picture of it.
+// A view whose file is gone would go on showing its last frame.
 void PictureStage::showFailure(const QString& message, media::MediaFault fault) {
     hostOverlay(this);
     if (m_view)
         m_view->hide();
     const auto& url = m_context.state.videoURL.value();
-    const FaultWords words =
-        faultWords(fault, url ? url->fileName() : QString(), message, m_context.state.language);
+    const FaultText words =
+        faultText(fault, url ? url->fileName() : QString(), message, m_context.state.language);
     m_messages->showMessage(words.sentence, words.detail, m_context.text(EditorTexts::importAgain),
                             m_context.text(L10nKey::retry));
     place();
@@ -156,7 +156,7 @@ void PictureStage::place() {
     m_messages->raise();
 }
 
-// The player's own, or where the picture would stand while it cannot be shown.
+// The area of the player's picture, or the one it would have while it cannot be shown.
 QRectF PictureStage::videoRect() const {
     const AppState& state = m_context.state;
     if (m_view && m_playback.isLoaded())

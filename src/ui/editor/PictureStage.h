@@ -1,4 +1,4 @@
-// The picture with the scoreboard over it, or what stands there without a picture.
+// The picture with the scoreboard over it, or a hint while there is no video.
 #pragma once
 
 #include "playback/PlayerView.h"

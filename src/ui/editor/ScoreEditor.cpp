@@ -1,6 +1,6 @@
 #include "ui/editor/ScoreEditor.h"
 
-#include "ui/common/TeamName.h"
+#include "ui/common/MarkerText.h"
 #include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -43,7 +43,7 @@ ValueStepper::Value gamePointOfKey(int key) {
     }
 }
 
-// Deuce reads as 40 on a scoreboard; whoever enters it wants to see which of the two it is.
+// Deuce reads as 40 on a scoreboard; the table tells the two apart.
 QString gamePointWords(std::int64_t value) {
     const auto point = static_cast<GamePoint>(value);
     return point == GamePoint::deuce ? QStringLiteral("40 D") : displayString(point);
@@ -95,10 +95,10 @@ void ScoreEditor::rebuild() {
     m_grid->setColumnStretch(firstTeamColumn, 1);
     m_grid->setColumnStretch(firstTeamColumn + 1, 1);
     for (const Side side : bothSides) {
-        m_names[indexOf(side)] = new ElidedLabel(m_table);
-        Controls::setRole(m_names[indexOf(side)], Controls::TextRole::quiet);
-        m_names[indexOf(side)]->setAlignment(Qt::AlignCenter);
-        m_grid->addWidget(m_names[indexOf(side)], nameRow, columnOf(side));
+        fieldsOf(side).name = new ElidedLabel(m_table);
+        Controls::setRole(fieldsOf(side).name, Controls::TextRole::quiet);
+        fieldsOf(side).name->setAlignment(Qt::AlignCenter);
+        m_grid->addWidget(fieldsOf(side).name, nameRow, columnOf(side));
     }
     m_tiebreakTitle = nullptr;
     addGameRow();
@@ -126,10 +126,10 @@ void ScoreEditor::chainTabs() {
             setTabOrder(previous, next);
         previous = next ? next : previous;
     };
-    for (QWidget* field : m_game)
-        append(field);
-    for (QWidget* field : m_serve)
-        append(field);
+    for (const SideFields& side : m_sides)
+        append(side.game);
+    for (const SideFields& side : m_sides)
+        append(side.serve);
     for (const SetRow& row : m_sets) {
         append(row.games[0]);
         append(row.games[1]);
@@ -146,14 +146,14 @@ void ScoreEditor::addGameRow() {
                 .words = gamePointWords,
                 .valueOfKey = gamePointOfKey};
     for (const Side side : bothSides) {
-        m_game[indexOf(side)] = addStepper(
+        fieldsOf(side).game = addStepper(
             kind, gameRow, columnOf(side), [side](SportScoreState& score, ValueStepper::Value value) {
                 if (auto* tennis = std::get_if<ScoreState>(&score))
                     ofSide(tennis->currentGame, side) = static_cast<GamePoint>(*value);
                 else
                     ofSide(std::get<PointScoreState>(score).currentGame, side) = *value;
             });
-        m_game[indexOf(side)]->setObjectName(QStringLiteral("game%1").arg(teamNumber(side)));
+        fieldsOf(side).game->setObjectName(QStringLiteral("game%1").arg(teamNumber(side)));
     }
 }
 
@@ -173,7 +173,7 @@ void ScoreEditor::addServeRow() {
             });
             showValues(); // no group: Tab would pass over the one that is off
         });
-        m_serve[indexOf(side)] = button;
+        fieldsOf(side).serve = button;
     }
 }
 
@@ -229,10 +229,10 @@ void ScoreEditor::edit(const std::function<void(SportScoreState&)>& change) {
 void ScoreEditor::showValues() {
     for (const Side side : bothSides) {
         if (const auto* tennis = std::get_if<ScoreState>(&m_score))
-            m_game[indexOf(side)]->setValue(static_cast<int>(ofSide(tennis->currentGame, side)));
+            fieldsOf(side).game->setValue(static_cast<int>(ofSide(tennis->currentGame, side)));
         else
-            m_game[indexOf(side)]->setValue(ofSide(std::get<PointScoreState>(m_score).currentGame, side));
-        m_serve[indexOf(side)]->setChecked(servingSide(m_score) == side);
+            fieldsOf(side).game->setValue(ofSide(std::get<PointScoreState>(m_score).currentGame, side));
+        fieldsOf(side).serve->setChecked(servingSide(m_score) == side);
     }
     for (std::size_t set = 0; set < m_sets.size(); ++set) {
         const SetScore& values = setsOf(m_score)[set];
@@ -254,18 +254,17 @@ void ScoreEditor::showTexts() {
         m_tiebreakTitle->setToolTip(m_context.text(EditorTexts::tiebreak));
     }
     for (const Side side : bothSides) {
-        const QString name = teamName(m_context, side);
-        m_names[indexOf(side)]->setFullText(name);
-        m_game[indexOf(side)]->setTitle(title(m_context.text(L10nKey::gameScore), name));
-        m_serve[indexOf(side)]->setAccessibleName(title(m_context.text(L10nKey::setServe), name));
-        m_serve[indexOf(side)]->setToolTip(m_serve[indexOf(side)]->accessibleName());
+        const QString name = sideName(m_context, side);
+        fieldsOf(side).name->setFullText(name);
+        fieldsOf(side).game->setTitle(title(m_context.text(L10nKey::gameScore), name));
+        Controls::setName(fieldsOf(side).serve, title(m_context.text(L10nKey::setServe), name));
     }
     for (std::size_t set = 0; set < m_sets.size(); ++set) {
         const SetRow& row = m_sets[set];
         const QString name = QStringLiteral("%1 %2").arg(m_context.text(L10nKey::setLabel)).arg(set + 1);
         row.title->setText(name);
         for (const Side side : bothSides)
-            row.games[indexOf(side)]->setTitle(title(name, teamName(m_context, side)));
+            row.games[indexOf(side)]->setTitle(title(name, sideName(m_context, side)));
         if (row.tiebreak)
             row.tiebreak->setTitle(title(name, m_context.text(EditorTexts::tiebreak)));
     }

@@ -1,10 +1,10 @@
 // One score as a table: a column for each side, a row for the game, the serve and every set.
 #pragma once
 
-#include "ui/common/ElidedLabel.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/ValueStepper.h"
 #include "ui/style/Bindings.h"
+#include "ui/style/Controls.h"
 
 #include <array>
 #include <QGridLayout>
@@ -21,17 +21,22 @@ class ScoreEditor : public QWidget {
 public:
     explicit ScoreEditor(const UiContext& context, QWidget* parent = nullptr);
 
-    /// Without a signal.
+    /// Emits no signal.
     void setScore(const SportScoreState& score);
     const SportScoreState& score() const { return m_score; }
 
-    /// Tab comes to the table after `predecessor`, whatever is made anew.
+    /// Tab goes from `predecessor` to the table, also after its fields were replaced.
     void setTabPredecessor(QWidget* predecessor);
 
 Q_SIGNALS:
     void scoreEdited(const pointloom::SportScoreState& score);
 
 private:
+    struct SideFields {
+        ElidedLabel* name = nullptr;
+        ValueStepper* game = nullptr;
+        QToolButton* serve = nullptr;
+    };
     struct SetRow {
         QLabel* title;
         std::array<ValueStepper*, 2> games;
@@ -49,19 +54,18 @@ private:
     void showValues();
     void showTexts();
     void edit(const std::function<void(SportScoreState&)>& change);
+    SideFields& fieldsOf(Side side) { return m_sides[static_cast<std::size_t>(side)]; }
     bool isTennis() const { return std::holds_alternative<ScoreState>(m_score); }
 
     UiContext m_context;
     SportScoreState m_score;
     QWidget* m_tabPredecessor = nullptr;
     QGridLayout* m_grid = nullptr;
-    QWidget* m_table = nullptr; // made anew when the score has another shape
-    std::array<ElidedLabel*, 2> m_names{};
+    QWidget* m_table = nullptr; // replaced when the score has another shape
+    std::array<SideFields, 2> m_sides;
     QLabel* m_tiebreakTitle = nullptr;
     QLabel* m_gameTitle = nullptr;
-    std::array<ValueStepper*, 2> m_game{};
     QLabel* m_serveTitle = nullptr;
-    std::array<QToolButton*, 2> m_serve{};
     std::vector<SetRow> m_sets;
     Bindings m_bindings;
 };

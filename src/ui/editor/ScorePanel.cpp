@@ -5,7 +5,6 @@
 #include "ui/common/TimeCode.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/editor/EditorTexts.h"
-#include "ui/editor/Heading.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -19,7 +18,7 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     , m_context(context) {
     auto* content = new QWidget(this);
     m_title = new ElidedLabel(content);
-    styleAsHeading(m_title);
+    Controls::setRole(m_title, Controls::TextRole::strong);
     m_time = Controls::label(Controls::TextRole::quiet, content);
     m_swap = Controls::iconButton(QStringLiteral("swap"), content);
     m_remove = Controls::iconButton(QStringLiteral("trash"), content);
@@ -37,9 +36,7 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     head->addWidget(m_time);
     head->addWidget(m_swap);
     head->addWidget(m_remove);
-    auto* column = new QVBoxLayout(content);
-    column->setContentsMargins(Space::m, Space::s, Space::m, Space::s);
-    column->setSpacing(Space::s);
+    auto* column = Controls::layout<QVBoxLayout>(content, {Space::m, Space::s, Space::m, Space::s}, Space::s);
     column->addLayout(head);
     column->addWidget(m_hint);
     column->addWidget(m_label);
@@ -92,9 +89,8 @@ void ScorePanel::refresh() {
 void ScorePanel::showMarker(const Marker& marker) {
     m_title->setFullText(m_context.text(L10nKey::editMarker));
     m_time->setText(shortTime(marker.startTime, true));
-    m_remove->setToolTip(m_context.text(L10nKey::deleteMarker));
-    m_remove->setAccessibleName(m_context.text(L10nKey::deleteMarker));
-    // What is being typed is not taken away by a change elsewhere.
+    Controls::setName(m_remove, m_context.text(L10nKey::deleteMarker));
+    // A text that is being typed is kept.
     if (!m_label->hasFocus() || m_shown != marker.id)
         m_label->setText(marker.label.value_or(QString()));
     m_shown = marker.id;
@@ -108,8 +104,7 @@ void ScorePanel::showInitialScore() {
     const AppState& state = m_context.state;
     m_title->setFullText(m_context.text(L10nKey::initialScore));
     m_time->clear();
-    m_remove->setToolTip(m_context.text(EditorTexts::clearInitial));
-    m_remove->setAccessibleName(m_context.text(EditorTexts::clearInitial));
+    Controls::setName(m_remove, m_context.text(EditorTexts::clearInitial));
     m_editor->setScore(
         state.initialScore.value().value_or(ScoringEngine::getInitialScore(*state.matchConfig.value())));
     m_swap->show();
@@ -155,21 +150,20 @@ void ScorePanel::removeShown() {
 }
 
 void ScorePanel::showTexts() {
-    m_swap->setToolTip(m_context.text(EditorTexts::swapServe));
-    m_swap->setAccessibleName(m_context.text(EditorTexts::swapServe));
+    Controls::setName(m_swap, m_context.text(EditorTexts::swapServe));
     m_label->setPlaceholderText(m_context.text(EditorTexts::labelHint));
     m_label->setAccessibleName(m_context.text(L10nKey::markerLabel));
     refresh();
 }
 
-// Where there is no room for both, the list says the time and the title stays whole.
+// In a narrow panel the time is left out: the list has it too.
 void ScorePanel::resizeEvent(QResizeEvent* event) {
     constexpr int roomForTime = 290; // points
     m_time->setVisible(width() >= roomForTime);
     QScrollArea::resizeEvent(event);
 }
 
-// As high as what it shows, so that the list above gets the rest.
+// The height of its content: the list above gets the rest.
 QSize ScorePanel::sizeHint() const {
     const QSize content = widget()->sizeHint();
     return {content.width(), content.height()};

@@ -1,10 +1,10 @@
-// Where a score is entered: that of the selected marker, or the one before the first marker.
+// Panel for the score of the selected marker, or the one before the first marker.
 #pragma once
 
-#include "ui/common/ElidedLabel.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/ScoreEditor.h"
 #include "ui/style/Bindings.h"
+#include "ui/style/Controls.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -22,7 +22,7 @@ public:
     /// Shows the score before the first marker, until a marker is selected.
     void editInitialScore();
 
-    /// Tab comes here after `predecessor`, and from here to `successor`.
+    /// Tab goes from `predecessor` to this panel and from it to `successor`.
     void chainTabs(QWidget* predecessor, QWidget* successor);
 
     QSize sizeHint() const override;

@@ -6,6 +6,8 @@
 #include "ui/style/Theme.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -27,20 +29,70 @@ QSizeF asSize(QPointF point) {
     return {point.x(), point.y()};
 }
 
+constexpr double edgeMargin = 0.04; // kept from the edges of the picture, of its shorter side
+constexpr double snapReach = 7;     // points
+
+struct Axis {
+    double low; // of the picture
+    double high;
+    double margin;
+};
+
+struct AxisSnap {
+    double shift = 0;
+    std::optional<double> guide;
+};
+
+// `from` and `to` are the ends of the dragged scoreboard on this axis.
+AxisSnap snapAxis(const Axis& axis, double from, double to) {
+    struct Candidate {
+        double place; // of the scoreboard
+        double line;  // of the picture
+    };
+    const std::array<Candidate, 3> candidates = {{
+        {(from + to) / 2, (axis.low + axis.high) / 2},
+        {from, axis.low + axis.margin},
+        {to, axis.high - axis.margin},
+    }};
+    const auto distance = [](const Candidate& candidate) {
+        return std::abs(candidate.line - candidate.place);
+    };
+    const auto& nearest = *std::ranges::min_element(candidates, {}, distance);
+    if (distance(nearest) > snapReach)
+        return {};
+    return {nearest.line - nearest.place, nearest.line};
+}
+
+struct Snap {
+    QSizeF translation;
+    std::optional<double> verticalGuide;   // x of a line to show, points
+    std::optional<double> horizontalGuide; // y
+};
+
+// The drag by `translation` of `board`, its place without the drag, moved to the picture's centre lines or
+// the margin at its edges where they are within reach, on each axis alone.
+Snap snapped(const QRectF& videoRect, const QRectF& board, QSizeF translation) {
+    const QRectF dragged = board.translated(translation.width(), translation.height());
+    const double margin = edgeMargin * std::min(videoRect.width(), videoRect.height());
+    const AxisSnap x =
+        snapAxis({videoRect.left(), videoRect.right(), margin}, dragged.left(), dragged.right());
+    const AxisSnap y =
+        snapAxis({videoRect.top(), videoRect.bottom(), margin}, dragged.top(), dragged.bottom());
+    return {translation + QSizeF(x.shift, y.shift), x.guide, y.guide};
+}
+
 }
 
 ScoreboardOverlayView::ScoreboardOverlayView(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
-    , m_logo(context.state) {
+    , m_scoreboard(context.state) {
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus); // a press takes it only when it meets the board
     AppState& state = m_context.state;
-    connect(&m_logo, &LogoWatch::changed, this, &ScoreboardOverlayView::refreshBoard);
+    connect(&m_scoreboard, &LiveScoreboard::changed, this, &ScoreboardOverlayView::refreshScoreboard);
     connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
-    m_bindings.watchAll([this] { refreshBoard(); }, state.selectedTemplate, state.matchConfig);
-    auto liveScore = state.bindableLiveScore();
-    m_bindings.watch(liveScore, [this] { refreshBoard(); });
+    refreshScoreboard();
     m_bindings.watchAll(
         [this] {
             updateDrawOrigin();
@@ -59,25 +111,18 @@ void ScoreboardOverlayView::setVideoRect(const QRectF& videoRect) {
     update();
 }
 
-void ScoreboardOverlayView::refreshBoard() {
-    const AppState& state = m_context.state;
-    const auto& templateID = state.selectedTemplate.value();
-    const auto& config = state.matchConfig.value();
-    const auto& score = state.liveScore();
-    std::optional<ScoreboardImageView::Board> board;
-    if (templateID && config && score)
-        board = {*templateID, *score, *config, m_logo.image()};
-    m_image.setBoard(std::move(board));
+void ScoreboardOverlayView::refreshScoreboard() {
+    m_painter.setScoreboard(m_scoreboard.scoreboard());
     updateDrawOrigin();
     update();
 }
 
 void ScoreboardOverlayView::updateDrawOrigin() {
-    if (m_image.isEmpty() || m_videoRect.isEmpty())
+    if (m_painter.isEmpty() || m_videoRect.isEmpty())
         return;
     AppState& state = m_context.state;
     state.scoreboardDrawOrigin = OverlayPlacement::drawOrigin(m_videoRect, state.scoreboardPosition,
-                                                              m_image.canvasSize(), displayScale());
+                                                              m_painter.canvasSize(), displayScale());
 }
 
 double ScoreboardOverlayView::previewScale() const {
@@ -92,32 +137,32 @@ QPointF ScoreboardOverlayView::displayPosition() const {
     return OverlayPlacement::displayPosition(m_videoRect, m_context.state.scoreboardPosition, m_dragOffset);
 }
 
-QRectF ScoreboardOverlayView::boardRect() const {
-    if (m_image.isEmpty() || m_videoRect.isEmpty())
+QRectF ScoreboardOverlayView::scoreboardRect() const {
+    if (m_painter.isEmpty() || m_videoRect.isEmpty())
         return {};
     const double scale = displayScale();
-    const QSizeF fromCentre = (QSizeF(canvasMargin, canvasMargin) - m_image.canvasSize() / 2) * scale;
+    const QSizeF fromCentre = (QSizeF(canvasMargin, canvasMargin) - m_painter.canvasSize() / 2) * scale;
     const QPointF origin = displayPosition() + QPointF(fromCentre.width(), fromCentre.height());
-    return {origin, m_image.boardSize() * scale};
+    return {origin, m_painter.boardSize() * scale};
 }
 
 QRectF ScoreboardOverlayView::outlineRect() const {
-    return boardRect().adjusted(-outlineDistance, -outlineDistance, outlineDistance, outlineDistance);
+    return scoreboardRect().adjusted(-outlineDistance, -outlineDistance, outlineDistance, outlineDistance);
 }
 
 QRectF ScoreboardOverlayView::handleRect() const {
-    if (m_image.isEmpty())
+    if (m_painter.isEmpty())
         return {};
     QRectF handle(0, 0, handleSide, handleSide);
     handle.moveCenter(outlineRect().bottomRight());
-    // Within reach wherever the board stands.
+    // Inside the widget wherever the scoreboard is.
     handle.moveRight(std::min(handle.right(), static_cast<double>(width())));
     handle.moveBottom(std::min(handle.bottom(), static_cast<double>(height())));
     return handle;
 }
 
 ScoreboardOverlayView::Grip ScoreboardOverlayView::gripAt(QPointF point) const {
-    if (m_image.isEmpty())
+    if (m_painter.isEmpty())
         return Grip::none;
     if (handleRect().adjusted(-handleReach, -handleReach, handleReach, handleReach).contains(point))
         return Grip::handle;
@@ -180,10 +225,10 @@ void ScoreboardOverlayView::mouseReleaseEvent(QMouseEvent* event) {
 
 void ScoreboardOverlayView::moveDrag(QPointF point, bool snaps) {
     m_dragOffset = noOffset;
-    const QRectF board = boardRect();
-    OverlaySnapping::Snap snap{asSize(point - m_pressedAt), {}, {}};
+    const QRectF board = scoreboardRect();
+    Snap snap{asSize(point - m_pressedAt), {}, {}};
     if (snaps)
-        snap = OverlaySnapping::snapped(m_videoRect, board, snap.translation);
+        snap = snapped(m_videoRect, board, snap.translation);
     m_dragOffset = snap.translation;
     m_verticalGuide = snap.verticalGuide;
     m_horizontalGuide = snap.horizontalGuide;
@@ -205,7 +250,7 @@ void ScoreboardOverlayView::resizeDrag(QPointF point) {
     if (!std::exchange(m_isResizing, true))
         m_resizeStartScale = state.scoreboardUserScale;
     state.scoreboardUserScale = OverlayPlacement::resizedScale(
-        m_resizeStartScale, asSize(point - m_pressedAt), previewScale() * m_image.canvasSize().width());
+        m_resizeStartScale, asSize(point - m_pressedAt), previewScale() * m_painter.canvasSize().width());
 }
 
 void ScoreboardOverlayView::endResizeDrag() {
@@ -238,7 +283,7 @@ bool ScoreboardOverlayView::isOurKey(const QKeyEvent& event) const {
     case Qt::Key_Right:
     case Qt::Key_Up:
     case Qt::Key_Down:
-        return !m_image.isEmpty();
+        return !m_painter.isEmpty();
     case Qt::Key_Escape:
         return true;
     default:
@@ -247,7 +292,7 @@ bool ScoreboardOverlayView::isOurKey(const QKeyEvent& event) const {
 }
 
 bool ScoreboardOverlayView::event(QEvent* event) {
-    // The editor leaves alone the keys that whatever has the focus claims.
+    // Accepted keys are left to this widget by the editor.
     if (event->type() == QEvent::ShortcutOverride && isOurKey(*static_cast<QKeyEvent*>(event))) {
         event->accept();
         return true;
@@ -284,7 +329,7 @@ void ScoreboardOverlayView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-// While a key is held the board moves at once; one step of undo takes all of it back.
+// The scoreboard moves at once while a key is held; all of it is one step of undo.
 void ScoreboardOverlayView::nudge(QSizeF points, double scaleFactor) {
     AppState& state = m_context.state;
     if (!m_nudgedFrom)
@@ -322,11 +367,11 @@ void ScoreboardOverlayView::focusOutEvent(QFocusEvent*) {
 }
 
 void ScoreboardOverlayView::paintEvent(QPaintEvent*) {
-    const QRectF board = boardRect();
+    const QRectF board = scoreboardRect();
     if (board.isEmpty())
         return;
     QPainter painter(this);
-    m_image.paint(painter, m_videoRect, board.topLeft(), displayScale());
+    m_painter.paint(painter, m_videoRect, board.topLeft(), displayScale());
     paintAdornments(painter);
 }
 
@@ -345,17 +390,17 @@ void ScoreboardOverlayView::paintAdornments(QPainter& painter) const {
     const bool isBusy = m_isDragging || m_isResizing;
     if (!m_isHovering && !isBusy && !hasFocus())
         return;
-    // A dark line under the bright one: it must show on any picture.
-    QColor ground = darkTokens().window;
+    // A dark line under the bright one is visible on any picture.
+    QColor ground = darkTokens.window;
     ground.setAlphaF(0.55F);
-    QColor line = hasFocus() || isBusy ? darkTokens().accent : darkTokens().text;
+    QColor line = hasFocus() || isBusy ? darkTokens.accent : darkTokens.text;
     const QRectF outline = outlineRect();
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(ground, 3.5));
     painter.drawRoundedRect(outline, Radius::field, Radius::field);
     painter.setPen(QPen(line, 1.5));
     painter.drawRoundedRect(outline, Radius::field, Radius::field);
-    painter.setPen(QPen(darkTokens().window, 1.5));
+    painter.setPen(QPen(darkTokens.window, 1.5));
     painter.setBrush(line);
     painter.drawRoundedRect(handleRect().adjusted(1, 1, -1, -1), 3, 3);
 }

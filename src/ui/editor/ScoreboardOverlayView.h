@@ -2,26 +2,24 @@
 #pragma once
 
 #include "session/ScoreboardEdits.h"
-#include "ui/common/LogoWatch.h"
+#include "ui/common/LiveScoreboard.h"
 #include "ui/common/UiContext.h"
-#include "ui/editor/OverlaySnapping.h"
-#include "ui/editor/ScoreboardImageView.h"
+#include "ui/editor/ScoreboardPainter.h"
 #include "ui/style/Bindings.h"
 
 #include <QWidget>
 
 namespace pointloom {
 
-/// Lies over the whole preview area. The board's place lives in the session; a move in progress lives here
-/// alone, and the session learns of it when it ends; a resize and a held arrow key show in the session at
-/// once and become one edit when they end.
+/// Covers the whole preview area. A move in progress is known here alone and becomes an edit of the session
+/// when it ends; a resize and a held arrow key change the session at once and become one edit when they end.
 class ScoreboardOverlayView : public QWidget {
     Q_OBJECT
 
 public:
     explicit ScoreboardOverlayView(const UiContext& context, QWidget* parent = nullptr);
 
-    /// Where the picture stands, in points of this widget.
+    /// The area of the picture, in points of this widget.
     void setVideoRect(const QRectF& videoRect);
     const QRectF& videoRect() const { return m_videoRect; }
 
@@ -29,12 +27,12 @@ public:
     bool isHovering() const { return m_isHovering; }
     bool isResizing() const { return m_isResizing; }
 
-    /// Preview points to one pixel of the video.
+    /// Preview points per pixel of the video.
     double previewScale() const;
     /// The centre of the scoreboard as it is shown.
     QPointF displayPosition() const;
     /// The board as it is shown, its canvas's margin left out; empty when there is no board.
-    QRectF boardRect() const;
+    QRectF scoreboardRect() const;
     QRectF handleRect() const;
 
 Q_SIGNALS:
@@ -58,7 +56,7 @@ private:
 
     Grip gripAt(QPointF point) const;
     void showGrip(QPointF point);
-    void refreshBoard();
+    void refreshScoreboard();
     void updateDrawOrigin();
 
     void moveDrag(QPointF point, bool snaps);
@@ -76,8 +74,8 @@ private:
     void paintAdornments(QPainter& painter) const;
 
     UiContext m_context;
-    ScoreboardImageView m_image;
-    LogoWatch m_logo;
+    ScoreboardPainter m_painter;
+    LiveScoreboard m_scoreboard;
     QRectF m_videoRect;
 
     QSizeF m_dragOffset{0, 0}; // preview points

@@ -21,7 +21,7 @@ QString speedName(double speed) {
     return QStringLiteral("%1×").arg(speed);
 }
 
-// As wide as the widest time, so that nothing moves while the clip plays.
+// The width of the widest text, so that nothing moves during playback.
 void reserveWidth(QLabel* label, const QString& widest) {
     label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
 }
@@ -32,11 +32,11 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     : QWidget(parent)
     , m_context(context)
     , m_playback(playback)
-    , m_start(makeButton(QStringLiteral("skip-start"), EditorTexts::goToStart, QStringLiteral("Home")))
-    , m_back(makeButton(QStringLiteral("step-back"), EditorTexts::stepBack, QStringLiteral("←")))
+    , m_start(makeButton(QStringLiteral("skip-start"), EditorTexts::goToStart, Command::goToStart))
+    , m_back(makeButton(QStringLiteral("step-back"), EditorTexts::stepBack, Command::frameBack))
     , m_play(Controls::iconButton(QStringLiteral("play"), this))
-    , m_forward(makeButton(QStringLiteral("step-forward"), EditorTexts::stepForward, QStringLiteral("→")))
-    , m_end(makeButton(QStringLiteral("skip-end"), EditorTexts::goToEnd, QStringLiteral("End")))
+    , m_forward(makeButton(QStringLiteral("step-forward"), EditorTexts::stepForward, Command::frameForward))
+    , m_end(makeButton(QStringLiteral("skip-end"), EditorTexts::goToEnd, Command::goToEnd))
     , m_time(Controls::label(Controls::TextRole::body, this))
     , m_total(Controls::label(Controls::TextRole::quiet, this))
     , m_speed(new QToolButton(this))
@@ -93,23 +93,20 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
             button->setEnabled(hasVideo);
     });
     m_bindings.watch(state.language, [this] {
-        m_speed->setAccessibleName(m_context.text(EditorTexts::speed));
-        m_speed->setToolTip(m_context.text(EditorTexts::speed));
-        m_volume->setAccessibleName(m_context.text(EditorTexts::volume));
-        m_volume->setToolTip(m_context.text(EditorTexts::volume));
-        m_preview->setAccessibleName(m_context.text(L10nKey::previewFrame));
-        m_preview->setToolTip(m_context.text(L10nKey::previewFrame));
+        Controls::setName(m_speed, m_context.text(EditorTexts::speed));
+        Controls::setName(m_volume, m_context.text(EditorTexts::volume));
+        Controls::setName(m_preview, m_context.text(L10nKey::previewFrame));
         m_time->setAccessibleName(m_context.text(EditorTexts::playhead));
         showSound();
     });
     showSpeed();
 }
 
-QToolButton* TransportBar::makeButton(const QString& icon, const UiText& text, const QString& key) {
+QToolButton* TransportBar::makeButton(const QString& icon, const UiText& text, Command command) {
     QToolButton* button = Controls::iconButton(icon, this);
-    m_bindings.watch(m_context.state.language, [this, button, &text, key] {
+    m_bindings.watch(m_context.state.language, [this, button, &text, command] {
         button->setAccessibleName(m_context.text(text));
-        button->setToolTip(QStringLiteral("%1 (%2)").arg(m_context.text(text), key));
+        button->setToolTip(m_context.textWithKey(text, command));
     });
     return button;
 }
@@ -134,8 +131,7 @@ void TransportBar::showPlaying() {
     const bool playing = m_context.state.isPlaying;
     const QString text = m_context.text(playing ? EditorTexts::pause : EditorTexts::play);
     m_play->setIcon(Icons::icon(playing ? QStringLiteral("pause") : QStringLiteral("play")));
-    m_play->setAccessibleName(text);
-    m_play->setToolTip(text);
+    Controls::setName(m_play, text);
 }
 
 void TransportBar::showTime() {
@@ -151,8 +147,7 @@ void TransportBar::showSound() {
     m_mute->setEnabled(hasDevice);
     m_volume->setEnabled(hasDevice);
     m_mute->setIcon(Icons::icon(silent ? QStringLiteral("volume-off") : QStringLiteral("volume")));
-    m_mute->setAccessibleName(text);
-    m_mute->setToolTip(text);
+    Controls::setName(m_mute, text);
     const QSignalBlocker silence(m_volume);
     m_volume->setValue(
         m_playback.isMuted() ? 0 : static_cast<int>(std::lround(m_playback.volume() * fullVolume)));
@@ -164,7 +159,7 @@ void TransportBar::showSpeed() {
         action->setChecked(action->data().toDouble() == m_playback.speed());
 }
 
-// The total makes room in a narrow window.
+// The total is hidden in a narrow window.
 void TransportBar::resizeEvent(QResizeEvent*) {
     const int needed = m_total->sizeHint().width() + Space::xs;
     const int others = layout()->sizeHint().width() - (m_total->isHidden() ? 0 : needed);

@@ -1,4 +1,4 @@
-// Play, step, speed and sound, and where the playhead is.
+// Bar under the picture: play, step, speed, sound, and the time of the playhead.
 #pragma once
 
 #include "ui/editor/EditorPlayback.h"
@@ -27,7 +27,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QToolButton* makeButton(const QString& icon, const UiText& text, const QString& key);
+    QToolButton* makeButton(const QString& icon, const UiText& text, Command command);
     void makeSpeedMenu();
     void showPlaying();
     void showTime();

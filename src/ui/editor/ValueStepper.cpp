@@ -1,7 +1,6 @@
 #include "ui/editor/ValueStepper.h"
 
 #include "ui/style/Icons.h"
-#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 
 #include <algorithm>
@@ -165,7 +164,7 @@ void ValueStepper::leaveEvent(QEvent*) {
     update();
 }
 
-// Only with the focus: a list that scrolls by should not change scores.
+// Only with the focus, so that scrolling over it does not change scores.
 void ValueStepper::wheelEvent(QWheelEvent* event) {
     if (!hasFocus() || event->angleDelta().y() == 0) {
         event->ignore();

@@ -1,4 +1,4 @@
-// A small whole number, or one of a list of values, with a button at each end.
+// Control for a small whole number or one of a list of values, with a button at each end.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace pointloom {
 
-/// Up and Down step, digits write the number, Backspace takes it back. A value beyond the range is shown as
-/// it is.
+/// Up and Down step, digits enter the number, Backspace removes a digit. A value outside the range is shown
+/// unchanged.
 class ValueStepper : public QWidget {
     Q_OBJECT
 
@@ -20,20 +20,20 @@ public:
     struct Kind {
         std::int64_t largest = 99; // from 0
         bool mayBeAbsent = false;
-        /// How a value reads; the number itself when there is none.
+        /// Text of a value; the number itself without one.
         std::function<QString(std::int64_t)> words = {};
-        /// The value that a key alone stands for, in place of digits that make a number.
+        /// The value of a single key, in place of digits of a number.
         std::function<Value(int key)> valueOfKey = {};
     };
 
     explicit ValueStepper(Kind kind, QWidget* parent = nullptr);
 
-    /// Without a signal.
+    /// Emits no signal.
     void setValue(Value value);
     Value value() const { return m_value; }
     QString text() const;
 
-    /// What the value is: "Set 1, Dravnik". A screen reader says it with the value.
+    /// The name of the value, "Set 1, Dravnik", for tool tip and screen readers.
     void setTitle(const QString& title);
 
     QSize sizeHint() const override;

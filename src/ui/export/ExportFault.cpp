@@ -1,6 +1,6 @@
 #include "ui/export/ExportFault.h"
 
-#include "ui/common/FaultWords.h"
+#include "ui/common/FaultText.h"
 #include "ui/export/ExportTexts.h"
 
 #include <optional>
@@ -24,7 +24,7 @@ std::optional<QString> faultOfOutput(const ExportJob& job, Language language) {
         return t(language, ExportTexts::folderUnwritable).arg(folder.filePath());
     const QStorageInfo disk(folder.filePath());
     if (disk.isValid() && disk.bytesAvailable() < hardlyAnything)
-        return faultWords(media::MediaFault::diskFull, {}, {}, language).sentence;
+        return faultText(media::MediaFault::diskFull, {}, {}, language).sentence;
     return std::nullopt;
 }
 
@@ -37,7 +37,7 @@ QString wordsFor(media::MediaFault fault, const ExportJob& job, const QString& r
     const QFileInfo video(job.videoPath);
     const bool mayBeOutput = fault == MediaFault::missing || fault == MediaFault::noPermission;
     const QFileInfo file = mayBeOutput && video.isReadable() ? QFileInfo(job.outputPath) : video;
-    return faultWords(fault, file.fileName(), reason, language).lines();
+    return faultText(fault, file.fileName(), reason, language).lines();
 }
 
 // Screens have said already that it failed.

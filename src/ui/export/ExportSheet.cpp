@@ -2,7 +2,7 @@
 
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/Dialogs.h"
 #include "ui/export/ExportTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
@@ -69,7 +69,7 @@ void ExportSheet::build() {
     whole->addWidget(m_setup);
     whole->addWidget(m_stage);
     setMinimumSize(smallestSize);
-    resize(usualSize.boundedTo(screenRoom(*this)));
+    resize(usualSize.boundedTo(availableSize(*this)));
     placeOverWindow(*this);
 }
 

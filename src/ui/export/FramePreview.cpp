@@ -5,8 +5,7 @@
 #include "persistence/PictureFile.h"
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
-#include "ui/common/SaveDialog.h"
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/Dialogs.h"
 #include "ui/export/ExportTexts.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
@@ -85,7 +84,7 @@ void FramePreview::build() {
     whole->addWidget(m_area, 1);
     whole->addLayout(buttons);
     setMinimumSize(smallestSize);
-    resize(usualSize.boundedTo(screenRoom(*this)));
+    resize(usualSize.boundedTo(availableSize(*this)));
     placeOverWindow(*this);
 }
 

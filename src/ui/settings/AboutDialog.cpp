@@ -63,7 +63,7 @@ constexpr int iconSide = 64; // points
 }
 
 AboutDialog::AboutDialog(const UiContext& context, QWidget* parent)
-    : Sheet(context, 76, parent) {
+    : TitledDialog(context, 76, parent) {
     body().addWidget(makeProgram());
     body().addWidget(makeLicence());
     body().addWidget(makeLibraries());
@@ -73,9 +73,7 @@ AboutDialog::AboutDialog(const UiContext& context, QWidget* parent)
 
 QWidget* AboutDialog::makeProgram() {
     auto* program = new QWidget(this);
-    auto* row = new QHBoxLayout(program);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(Space::l);
+    auto* row = Controls::layout<QHBoxLayout>(program, {0, 0, 0, 0}, Space::l);
     auto* icon = new QLabel(program);
     icon->setPixmap(QApplication::windowIcon().pixmap({iconSide, iconSide}, devicePixelRatioF()));
     QLabel* version = Controls::label(Controls::TextRole::section, program);
@@ -96,9 +94,7 @@ QWidget* AboutDialog::makeProgram() {
 
 QWidget* AboutDialog::makeLicence() {
     QFrame* card = Controls::card(this);
-    auto* lines = new QVBoxLayout(card);
-    lines->setContentsMargins(Space::l, Space::m, Space::l, Space::m);
-    lines->setSpacing(Space::xs);
+    auto* lines = Controls::layout<QVBoxLayout>(card, {Space::l, Space::m, Space::l, Space::m}, Space::xs);
     QLabel* heading = Controls::label(Controls::TextRole::strong, card);
     QLabel* text = paragraph(card);
     lines->addWidget(heading);

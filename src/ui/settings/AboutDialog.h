@@ -1,11 +1,11 @@
 // About: version, licence and libraries of the program.
 #pragma once
 
-#include "ui/settings/Sheet.h"
+#include "ui/settings/TitledDialog.h"
 
 namespace pointloom {
 
-class AboutDialog : public Sheet {
+class AboutDialog : public TitledDialog {
     Q_OBJECT
 
 public:

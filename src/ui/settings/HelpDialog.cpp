@@ -1,6 +1,5 @@
 #include "ui/settings/HelpDialog.h"
 
-#include "ui/settings/ShortcutTable.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -21,6 +20,12 @@ constexpr int leastHeight = 5; // lines; with more, a low screen shows a second 
 constexpr UiText shortcutsTitle{"Keyboard", "Clavier",     "Teclado", "Tastiera",
                                 "Tastatur", "Tangentbord", "Teclado"};
 
+constexpr UiText editorKeys{"In the editor", "Dans l'éditeur", "En el editor", "Nell'editor",
+                            "Im Editor",     "I redigeraren",  "No editor"};
+constexpr UiText menuKeys{"Project and window",  "Projet et fenêtre",   "Proyecto y ventana",
+                          "Progetto e finestra", "Projekt und Fenster", "Projekt och fönster",
+                          "Projeto e janela"};
+
 struct Section {
     L10nKey title;
     L10nKey detail;
@@ -35,7 +40,7 @@ constexpr Section steps[] = {
 }
 
 HelpDialog::HelpDialog(const UiContext& context, QWidget* parent)
-    : Sheet(context, 84, parent) {
+    : TitledDialog(context, 84, parent) {
     auto* area = new QScrollArea(this);
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -57,9 +62,7 @@ HelpDialog::HelpDialog(const UiContext& context, QWidget* parent)
 
 QWidget* HelpDialog::makePage() {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, Space::m, 0);
-    layout->setSpacing(Space::m);
+    auto* layout = Controls::layout<QVBoxLayout>(page, {0, 0, Space::m, 0}, Space::m);
     QLabel* intro = paragraph(page);
     layout->addWidget(intro);
     inEachLanguage([this, intro] { intro->setText(context().text(L10nKey::helpIntro)); });
@@ -72,9 +75,7 @@ QWidget* HelpDialog::makePage() {
 
 void HelpDialog::addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail) {
     QFrame* card = Controls::card(this);
-    auto* inside = new QVBoxLayout(card);
-    inside->setContentsMargins(Space::l, Space::m, Space::l, Space::m);
-    inside->setSpacing(Space::xs);
+    auto* inside = Controls::layout<QVBoxLayout>(card, {Space::l, Space::m, Space::l, Space::m}, Space::xs);
     QLabel* heading = Controls::label(Controls::TextRole::strong, card);
     QLabel* text = paragraph(card);
     inside->addWidget(heading);
@@ -86,7 +87,7 @@ void HelpDialog::addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail) 
     });
 }
 
-// Made anew in each language: the keys have other names then.
+// Replaced at each switch of language: keys have other labels then.
 void HelpDialog::addShortcuts(QVBoxLayout& layout) {
     QLabel* heading = Controls::label(Controls::TextRole::section, this);
     layout.addSpacing(Space::s);
@@ -105,18 +106,18 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
         grid->setHorizontalSpacing(Space::xl);
         grid->setVerticalSpacing(Space::s);
         grid->setColumnStretch(1, 1);
-        for (const auto& [groupTitle, rows] : shortcutGroups()) {
+        for (const auto& [group, groupTitle] :
+             {std::pair(CommandGroup::editor, editorKeys), std::pair(CommandGroup::menu, menuKeys)}) {
             QLabel* groupHeading = Controls::label(Controls::TextRole::quiet, card);
             groupHeading->setText(context().text(groupTitle));
             if (grid->rowCount() > 1)
                 grid->setRowMinimumHeight(grid->rowCount(), Space::s);
             grid->addWidget(groupHeading, grid->rowCount(), 0, 1, 2);
-            for (const ShortcutRow& shortcut : rows) {
+            for (const auto& [keys, does] : keyList(group, context().keys, context().state.language)) {
                 QLabel* effect = paragraph(card);
-                effect->setText(context().text(shortcut.does));
+                effect->setText(context().text(does));
                 const int row = grid->rowCount();
-                grid->addWidget(makeKeys(keyLabels(shortcut, context().state.language), card), row, 0,
-                                Qt::AlignTop);
+                grid->addWidget(makeKeys(keys, card), row, 0, Qt::AlignTop);
                 grid->addWidget(effect, row, 1);
             }
         }
@@ -124,11 +125,9 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
     });
 }
 
-QWidget* HelpDialog::makeKeys(const std::vector<QString>& labels, QWidget* parent) const {
+QWidget* HelpDialog::makeKeys(const QStringList& labels, QWidget* parent) const {
     auto* row = new QWidget(parent);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Space::xs);
+    auto* layout = Controls::layout<QHBoxLayout>(row, {0, 0, 0, 0}, Space::xs);
     for (const QString& label : labels) {
         QLabel* key = Controls::label(Controls::TextRole::body, row);
         key->setProperty("kind", QStringLiteral("key"));

@@ -1,11 +1,11 @@
-// Help: the way through the program, the marker table, tips and every shortcut.
+// Help: the steps of the program, the marker table, tips and all keys.
 #pragma once
 
-#include "ui/settings/Sheet.h"
+#include "ui/settings/TitledDialog.h"
 
 namespace pointloom {
 
-class HelpDialog : public Sheet {
+class HelpDialog : public TitledDialog {
     Q_OBJECT
 
 public:
@@ -18,7 +18,7 @@ private:
     QWidget* makePage();
     void addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail);
     void addShortcuts(QVBoxLayout& layout);
-    QWidget* makeKeys(const std::vector<QString>& labels, QWidget* parent) const;
+    QWidget* makeKeys(const QStringList& labels, QWidget* parent) const;
 };
 
 }

@@ -95,9 +95,7 @@ constexpr UiText written{
 constexpr int iconSize = 24; // points
 
 QVBoxLayout* cardLayout(QFrame* card) {
-    auto* layout = new QVBoxLayout(card);
-    layout->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
-    layout->setSpacing(Space::s);
+    auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::s);
     return layout;
 }
 
@@ -110,7 +108,7 @@ QPushButton* plainButton(Controls::ButtonKind kind, QWidget* parent) {
 }
 
 LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, QWidget* parent)
-    : Sheet(context, 66, parent)
+    : TitledDialog(context, 66, parent)
     , m_sheet(manager, [this] { follow(); }) {
     body().addWidget(makeState());
     body().addWidget(m_entry = makeKeyEntry());
@@ -126,9 +124,7 @@ LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, 
 
 QWidget* LicenceDialog::makeState() {
     QFrame* card = Controls::card(this);
-    auto* row = new QHBoxLayout(card);
-    row->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
-    row->setSpacing(Space::m);
+    auto* row = Controls::layout<QHBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::m);
     m_stateIcon = new QLabel(card);
     m_state = paragraph(card);
     m_key = Controls::label(Controls::TextRole::quiet, card);
@@ -161,9 +157,7 @@ QWidget* LicenceDialog::makeKeyEntry() {
     row->addWidget(m_activate);
 
     m_progressRow = new QWidget(card);
-    auto* progress = new QHBoxLayout(m_progressRow);
-    progress->setContentsMargins(0, Space::xs, 0, 0);
-    progress->setSpacing(Space::m);
+    auto* progress = Controls::layout<QHBoxLayout>(m_progressRow, {0, Space::xs, 0, 0}, Space::m);
     m_progressText = Controls::label(Controls::TextRole::quiet, m_progressRow);
     auto* bar = new QProgressBar(m_progressRow);
     bar->setRange(0, 0);
@@ -241,7 +235,7 @@ void LicenceDialog::follow() {
     if (m_offline->isHidden() != wasLicensed)
         QTimer::singleShot(0, this, [this] { shrinkToBody(); });
     if (m_isClosing && !isWorking)
-        Sheet::reject();
+        TitledDialog::reject();
 }
 
 void LicenceDialog::showHint() {
@@ -329,17 +323,17 @@ void LicenceDialog::importFile() {
     m_sheet.importFile(*path);
 }
 
-// Enter in the field is about the key; the button that closes the sheet would take it as well.
+// Enter in the field activates the key; the default button, which closes the dialog, would get it too.
 void LicenceDialog::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && focusWidget() == m_entryField && !m_entryField->text().isEmpty())
         return;
-    Sheet::keyPressEvent(event);
+    TitledDialog::keyPressEvent(event);
 }
 
 void LicenceDialog::reject() {
     if (!m_sheet.isWorking()) {
-        Sheet::reject();
+        TitledDialog::reject();
         return;
     }
     m_isClosing = true;

@@ -1,9 +1,9 @@
-// The licence of this machine: how it stands, activating a key, giving it back, and doing so by files on a
-// machine without a network.
+// Licence of this machine: its state, activating a key, giving it back, and both by files where there is no
+// network.
 #pragma once
 
 #include "licensing/LicenceSheet.h"
-#include "ui/settings/Sheet.h"
+#include "ui/settings/TitledDialog.h"
 
 class QLineEdit;
 class QProgressBar;
@@ -11,13 +11,13 @@ class QProgressBar;
 namespace pointloom {
 
 /// `isLicensed` of the session follows each outcome.
-class LicenceDialog : public Sheet {
+class LicenceDialog : public TitledDialog {
     Q_OBJECT
 
 public:
     LicenceDialog(const UiContext& context, LicenceManager& manager, QWidget* parent);
 
-    /// Waits for what is under way, which it cancels.
+    /// Cancels the operation under way and closes after its end.
     void reject() override;
 
 protected:

@@ -59,7 +59,7 @@ constexpr ThemeName themeNames[] = {
 }
 
 PreferencesDialog::PreferencesDialog(const UiContext& context, QWidget* parent)
-    : Sheet(context, 60, parent)
+    : TitledDialog(context, 60, parent)
     , m_language(new QComboBox(this))
     , m_theme(new QComboBox(this))
     , m_fault(paragraph(this)) {
@@ -112,9 +112,7 @@ QWidget* PreferencesDialog::makeAppearance() {
 
 QWidget* PreferencesDialog::makeSwitches() {
     QFrame* card = Controls::card(this);
-    auto* layout = new QVBoxLayout(card);
-    layout->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
-    layout->setSpacing(Space::xs);
+    auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::xs);
     addSwitch(*layout, new QCheckBox(card), Preferences::hardwareDecodingKey, decoding, decodingDetail);
     layout->addSpacing(Space::m);
     addSwitch(*layout, new QCheckBox(card), Preferences::crashReportsKey, crashReports, crashReportsDetail);

@@ -1,14 +1,14 @@
 // Preferences: each choice takes effect and is kept at once.
 #pragma once
 
-#include "ui/settings/Sheet.h"
+#include "ui/settings/TitledDialog.h"
 
 class QCheckBox;
 class QComboBox;
 
 namespace pointloom {
 
-class PreferencesDialog : public Sheet {
+class PreferencesDialog : public TitledDialog {
     Q_OBJECT
 
 public:

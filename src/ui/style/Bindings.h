@@ -1,4 +1,4 @@
-// Keeps a widget in step with the session: what is bound runs now and whenever a field it watches changes.
+// Bindings of a widget to fields of the session.
 #pragma once
 
 #include <functional>

@@ -5,7 +5,37 @@
 
 #include <QStyle>
 
-namespace pointloom::Controls {
+namespace pointloom {
+
+void ElidedLabel::setFullText(const QString& text) {
+    m_fullText = text;
+    setToolTip(text);
+    setAccessibleName(text);
+    updateGeometry();
+    elide();
+}
+
+QSize ElidedLabel::sizeHint() const {
+    return {fontMetrics().horizontalAdvance(m_fullText) + 1, QLabel::sizeHint().height()};
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent* event) {
+    QLabel::resizeEvent(event);
+    elide();
+}
+
+void ElidedLabel::elide() {
+    setText(fontMetrics().elidedText(m_fullText, Qt::ElideRight, width()));
+}
+
+QString plainToolTip(const QStringList& lines) {
+    QString markup;
+    for (const QString& line : lines)
+        markup += QStringLiteral("<div style=\"white-space: pre\">%1</div>").arg(line.toHtmlEscaped());
+    return markup;
+}
+
+namespace Controls {
 
 namespace {
 
@@ -27,19 +57,7 @@ constexpr RoleLook roleLooks[] = {
     {TextRole::success, "success", TypeScale::body, QFont::Normal},
 };
 
-const char* nameOf(ButtonKind kind) {
-    switch (kind) {
-    case ButtonKind::normal:
-        return "normal";
-    case ButtonKind::primary:
-        return "primary";
-    case ButtonKind::danger:
-        return "danger";
-    case ButtonKind::plain:
-        return "plain";
-    }
-    return "normal";
-}
+constexpr const char* kindNames[] = {"normal", "primary", "danger", "plain"}; // in the order of ButtonKind
 
 }
 
@@ -65,7 +83,7 @@ void setRole(QLabel* label, TextRole role) {
 
 QPushButton* button(ButtonKind kind, QWidget* parent) {
     auto* result = new QPushButton(parent);
-    result->setProperty("kind", QString::fromUtf8(nameOf(kind)));
+    result->setProperty("kind", QString::fromUtf8(kindNames[static_cast<std::size_t>(kind)]));
     result->setCursor(Qt::PointingHandCursor);
     result->setAutoDefault(true); // Enter presses it outside of dialogs too
     return result;
@@ -86,6 +104,11 @@ QFrame* card(QWidget* parent) {
     return result;
 }
 
+void setName(QWidget* control, const QString& name) {
+    control->setAccessibleName(name);
+    control->setToolTip(name);
+}
+
 QFrame* separator(Qt::Orientation orientation, QWidget* parent) {
     auto* result = new QFrame(parent);
     result->setProperty("kind", QStringLiteral("separator"));
@@ -94,6 +117,8 @@ QFrame* separator(Qt::Orientation orientation, QWidget* parent) {
     else
         result->setFixedWidth(1);
     return result;
+}
+
 }
 
 }

@@ -1,4 +1,4 @@
-// The few kinds of label, button and card that all screens are made of.
+// Kinds of label, button and card that all screens are made of.
 #pragma once
 
 #include <QFrame>
@@ -7,7 +7,30 @@
 #include <QString>
 #include <QToolButton>
 
-namespace pointloom::Controls {
+namespace pointloom {
+
+/// A label of one line that ends in dots where its text is wider; its tool tip has all of it.
+class ElidedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+    void setFullText(const QString& text);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void elide();
+
+    QString m_fullText;
+};
+
+/// Markup that shows the lines as they are, for tool tips with text from files.
+QString plainToolTip(const QStringList& lines);
+
+namespace Controls {
 
 enum class TextRole { title, section, strong, body, quiet, danger, warning, success };
 enum class ButtonKind { normal, primary, danger, plain };
@@ -20,7 +43,7 @@ void setRole(QLabel* label, TextRole role);
 
 QPushButton* button(ButtonKind kind, QWidget* parent);
 
-/// A button with an icon alone; give it an accessible name and a tool tip.
+/// A button with an icon alone; give it a name.
 QToolButton* iconButton(const QString& icon, QWidget* parent);
 
 /// A rounded surface.
@@ -28,5 +51,19 @@ QFrame* card(QWidget* parent);
 
 /// A line one point thick.
 QFrame* separator(Qt::Orientation orientation, QWidget* parent);
+
+/// The name of a control without a text, as its tool tip and for screen readers.
+void setName(QWidget* control, const QString& name);
+
+/// A layout for the children of `owner`; margins and spacing in points.
+template <class Layout>
+Layout* layout(QWidget* owner, QMargins margins, int spacing) {
+    auto* result = new Layout(owner);
+    result->setContentsMargins(margins);
+    result->setSpacing(spacing);
+    return result;
+}
+
+}
 
 }

@@ -7,7 +7,7 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
-// In a static library nothing registers them by itself. The macro wants the global namespace.
+// Resources of a static library are not registered automatically. The macro needs the global namespace.
 static void registerIcons() {
     Q_INIT_RESOURCE(icons);
 }
@@ -21,7 +21,7 @@ void makeAvailable() {
 
 namespace {
 
-// Icons are drawn in black; "currentColor" takes the colour of the moment.
+// The files name their colour "currentColor".
 QByteArray tintedSource(const QString& name, const QColor& color) {
     makeAvailable();
     QFile file(QStringLiteral(":/icons/%1.svg").arg(name));

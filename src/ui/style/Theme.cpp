@@ -35,7 +35,7 @@ QPalette paletteOf(const ColorTokens& t) {
     return palette;
 }
 
-// @names stand for tokens; the rest is plain Qt style sheet language.
+// @names are replaced by tokens; the rest is Qt's style sheet language.
 constexpr const char* styleSheetPattern = R"(
 QWidget { color: @text; }
 QMainWindow, QDialog, QWidget[background="window"] { background: @window; }
@@ -138,7 +138,7 @@ QSplitter::handle:hover { background: @accent; }
 QString styleSheetOf(const ColorTokens& t, bool isDark) {
     QString sheet = QString::fromUtf8(styleSheetPattern);
     const std::pair<const char*, QString> names[] = {
-        // The longer of two names that begin alike comes first.
+        // Of two names with the same beginning the longer one comes first.
         {"@accentHover", (isDark ? t.accent.lighter(112) : t.accent.lighter(125)).name()},
         {"@onAccent", t.onAccent.name()},
         {"@quietText", t.quietText.name()},
@@ -180,7 +180,7 @@ void Theme::apply(QApplication& application, ThemeChoice choice) {
     const bool isLight = choice == ThemeChoice::light || (choice == ThemeChoice::desktop && isDesktopLight);
     Icons::makeAvailable();
     m_choice = choice;
-    m_tokens = isLight ? &lightTokens() : &darkTokens();
+    m_tokens = isLight ? &lightTokens : &darkTokens;
     application.setStyle(QStyleFactory::create(QStringLiteral("Fusion"))); // the application takes it over
     application.setPalette(paletteOf(*m_tokens));
     application.setStyleSheet(styleSheetOf(*m_tokens, !isLight));

@@ -1,4 +1,4 @@
-// The look of the whole application: one palette and one style sheet built from the tokens.
+// Theme of the application: palette and style sheet made from the tokens.
 #pragma once
 
 #include "ui/style/Tokens.h"
@@ -23,8 +23,8 @@ public:
     const ColorTokens& tokens() const { return *m_tokens; }
     ThemeChoice choice() const { return m_choice; }
 
-    /// Applies palette and style sheet to the application. `desktop` follows what the desktop's own
-    /// palette says, dark when it says nothing.
+    /// Applies palette and style sheet to the application. `desktop` is light when the desktop's own
+    /// palette is, dark otherwise.
     void apply(QApplication& application, ThemeChoice choice);
 
 Q_SIGNALS:
@@ -34,7 +34,7 @@ private:
     Theme() = default;
 
     ThemeChoice m_choice = ThemeChoice::dark;
-    const ColorTokens* m_tokens = &darkTokens();
+    const ColorTokens* m_tokens = &darkTokens;
 };
 
 /// The tokens of the theme in use.

@@ -38,7 +38,7 @@ Flag FlagRow::makeFlag(const Marker& marker) {
     Flag flag{.id = marker.id,
               .time = marker.startTime,
               .score = marker.score,
-              .words = scoreInWords(marker.score),
+              .words = shortScore(marker.score),
               .servingSide = servingSide(marker.score),
               .widths = {},
               .place = {}};

@@ -3,7 +3,7 @@
 
 #include "model/Marker.h"
 #include "ui/timeline/FlagLayout.h"
-#include "ui/timeline/ScoreWords.h"
+#include "ui/common/MarkerText.h"
 #include "ui/timeline/TimeScale.h"
 
 #include <optional>
@@ -18,7 +18,7 @@ struct Flag {
     QUuid id;
     double time = 0; // seconds
     SportScoreState score;
-    ScoreWords words;
+    ShortScore words;
     Side servingSide = Side::first;
     FlagWidths widths;
     FlagPlace place;

@@ -6,7 +6,7 @@ namespace pointloom {
 
 namespace {
 
-constexpr double gap = 2; // points between rows
+constexpr double rowGap = 2; // points between rows
 constexpr double smallestThumbnails = 40;
 constexpr double largestThumbnails = 112;
 constexpr double smallestWaveform = 24;
@@ -29,11 +29,11 @@ double trimHeight(double lineHeight) {
 }
 
 double smallestTimelineHeight(double lineHeight) {
-    return rulerHeight(lineHeight) + laneHeight(lineHeight) + trimHeight(lineHeight) + 2 * gap;
+    return rulerHeight(lineHeight) + laneHeight(lineHeight) + trimHeight(lineHeight) + 2 * rowGap;
 }
 
 RowLayout layOutRows(double width, double height, double lineHeight, bool hasSound) {
-    double rest = std::max(0.0, height - smallestTimelineHeight(lineHeight) - gap);
+    double rest = std::max(0.0, height - smallestTimelineHeight(lineHeight) - rowGap);
     RowLayout rows;
     rows.laneHeight = laneHeight(lineHeight);
     while (rows.flagLanes < mostLanes && rest - rows.laneHeight >= comfortableClip * rows.flagLanes) {
@@ -43,7 +43,7 @@ RowLayout layOutRows(double width, double height, double lineHeight, bool hasSou
 
     double waveform = hasSound && rest >= smallestWaveform ? smallestWaveform : 0;
     double thumbnails = 0;
-    const double between = waveform > 0 ? gap : 0;
+    const double between = waveform > 0 ? rowGap : 0;
     if (rest - waveform - between >= smallestThumbnails) {
         thumbnails = rest - between;
         if (waveform > 0)
@@ -60,9 +60,9 @@ RowLayout layOutRows(double width, double height, double lineHeight, bool hasSou
         return row;
     };
     rows.ruler = take(rulerHeight(lineHeight), 0);
-    rows.flags = take(rows.laneHeight * rows.flagLanes, gap);
-    rows.thumbnails = take(thumbnails, gap);
-    rows.waveform = take(waveform, gap);
+    rows.flags = take(rows.laneHeight * rows.flagLanes, rowGap);
+    rows.thumbnails = take(thumbnails, rowGap);
+    rows.waveform = take(waveform, rowGap);
     rows.trim = take(trimHeight(lineHeight), 0);
     return rows;
 }

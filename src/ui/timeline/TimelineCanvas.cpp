@@ -1,7 +1,6 @@
 #include "ui/timeline/TimelineCanvas.h"
 
 #include "media/MediaInfo.h"
-#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/TimelineTexts.h"
 

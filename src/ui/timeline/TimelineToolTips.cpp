@@ -1,9 +1,8 @@
 #include "ui/timeline/TimelineToolTips.h"
 
-#include "ui/common/PlainToolTip.h"
-#include "ui/common/TeamName.h"
+#include "ui/style/Controls.h"
 #include "ui/common/TimeCode.h"
-#include "ui/timeline/ScoreWords.h"
+#include "ui/common/MarkerText.h"
 #include "ui/timeline/TimelineTexts.h"
 
 #include <algorithm>
@@ -15,9 +14,9 @@ QString markerToolTip(const UiContext& context, const Marker& marker) {
     QString first = shortTime(marker.startTime, true);
     if (marker.label && !marker.label->isEmpty())
         first += QStringLiteral("  ") + marker.label->left(longestLabel);
-    return plainToolTip({first, scoreInWords(marker.score).full,
+    return plainToolTip({first, shortScore(marker.score).full,
                          context.text(L10nKey::serving) + QStringLiteral(": ") +
-                             teamName(context, servingSide(marker.score))});
+                             sideName(context, servingSide(marker.score))});
 }
 
 QString cutToolTip(const UiContext& context, const CutZone& cut) {

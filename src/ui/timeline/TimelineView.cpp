@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QToolButton>
@@ -45,9 +44,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     controls->addSpacing(Space::s);
     for (QToolButton* button : {m_zoomOut, m_zoomIn, m_fit})
         controls->addWidget(button);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = Controls::layout<QVBoxLayout>(this, {0, 0, 0, 0}, 0);
     column->addWidget(m_canvas, 1);
     column->addLayout(controls);
 
@@ -88,19 +85,16 @@ void TimelineView::showView() {
 }
 
 void TimelineView::showTexts() {
-    const auto name = [this](QToolButton* button, const UiText& text, const QString& key) {
+    const auto name = [this](QToolButton* button, const UiText& text, Command command) {
         button->setAccessibleName(m_context.text(text));
-        button->setToolTip(QStringLiteral("%1 (%2)").arg(m_context.text(text), key));
+        button->setToolTip(m_context.textWithKey(text, command));
     };
-    const auto keyName = [this](const char16_t* keys) {
-        return forThisDesktop(QString::fromUtf16(keys), m_context.state.language);
-    };
-    name(m_trimStart, TimelineTexts::trimStart, QStringLiteral("I"));
-    name(m_trimEnd, TimelineTexts::trimEnd, QStringLiteral("O"));
-    name(m_addCut, TimelineTexts::addCut, QStringLiteral("C"));
-    name(m_zoomOut, TimelineTexts::zoomOut, keyName(u"⌘-"));
-    name(m_zoomIn, TimelineTexts::zoomIn, keyName(u"⌘+"));
-    name(m_fit, TimelineTexts::fit, keyName(u"⌘0"));
+    name(m_trimStart, TimelineTexts::trimStart, Command::trimStart);
+    name(m_trimEnd, TimelineTexts::trimEnd, Command::trimEnd);
+    name(m_addCut, TimelineTexts::addCut, Command::addCut);
+    name(m_zoomOut, TimelineTexts::zoomOut, Command::zoomOut);
+    name(m_zoomIn, TimelineTexts::zoomIn, Command::zoomIn);
+    name(m_fit, TimelineTexts::fit, Command::zoomToFit);
 }
 
 void TimelineView::trimStartAtPlayhead() {
@@ -148,15 +142,12 @@ void TimelineView::addCutAtPlayhead() {
     m_context.state.selectedMarkerID = std::nullopt;
 }
 
-bool TimelineView::removeSelection() {
+void TimelineView::removeSelection() {
     AppState& state = m_context.state;
     if (const auto cut = state.selectedCutID.value())
         removeCut(state, *cut, &m_context.undo);
     else if (const auto marker = state.selectedMarkerID.value())
         state.removeMarker(*marker, &m_context.undo);
-    else
-        return false;
-    return true;
 }
 
 void TimelineView::zoomIn() {
@@ -169,60 +160,6 @@ void TimelineView::zoomOut() {
 
 void TimelineView::zoomToFit() {
     m_canvas->fit();
-}
-
-bool TimelineView::event(QEvent* event) {
-    // A window's shortcut for the same key must not come first: here Delete may mean a cut.
-    if (event->type() == QEvent::ShortcutOverride && handleKey(*static_cast<QKeyEvent*>(event), false)) {
-        event->accept();
-        return true;
-    }
-    return QWidget::event(event);
-}
-
-void TimelineView::keyPressEvent(QKeyEvent* event) {
-    if (!handleKey(*event, true))
-        QWidget::keyPressEvent(event);
-}
-
-bool TimelineView::handleKey(const QKeyEvent& event, bool acts) {
-    const auto does = [&](auto action) {
-        if (acts)
-            (this->*action)();
-        return true;
-    };
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier);
-    if (modifiers == Qt::ControlModifier) {
-        switch (event.key()) {
-        case Qt::Key_Plus:
-        case Qt::Key_Equal:
-            return does(&TimelineView::zoomIn);
-        case Qt::Key_Minus:
-            return does(&TimelineView::zoomOut);
-        case Qt::Key_0:
-            return does(&TimelineView::zoomToFit);
-        default:
-            return false;
-        }
-    }
-    if (modifiers != Qt::NoModifier || event.modifiers().testFlag(Qt::ShiftModifier))
-        return false;
-    switch (event.key()) {
-    case Qt::Key_I:
-        return does(&TimelineView::trimStartAtPlayhead);
-    case Qt::Key_O:
-        return does(&TimelineView::trimEndAtPlayhead);
-    case Qt::Key_C:
-        return does(&TimelineView::addCutAtPlayhead);
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace: {
-        const bool hasSelection =
-            m_context.state.selectedCutID.value() || m_context.state.selectedMarkerID.value();
-        return hasSelection && (!acts || removeSelection());
-    }
-    default:
-        return false;
-    }
 }
 
 }

@@ -15,8 +15,6 @@ namespace pointloom {
 class TimelineCanvas;
 
 /// The playhead is `AppState::currentTime`; the timeline asks for another one by `seekRequested`.
-/// Keys, when it has the focus: I and O trim at the playhead, C marks a cut, Delete removes what is selected,
-/// Ctrl with plus, minus and 0 zooms. All others are left to the parent.
 class TimelineView : public QWidget {
     Q_OBJECT
 
@@ -33,8 +31,8 @@ public:
     /// From the playhead on over a tenth of what is visible, selected.
     void addCutAtPlayhead();
 
-    /// Removes the selected cut, or else the selected marker. False when nothing is selected.
-    bool removeSelection();
+    /// Removes the selected cut, or else the selected marker.
+    void removeSelection();
 
     void zoomIn();
     void zoomOut();
@@ -44,14 +42,9 @@ Q_SIGNALS:
     void seekRequested(double seconds, bool exact);
     void scrubbingChanged(bool isScrubbing);
 
-protected:
-    bool event(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-
 private:
     template <class Change>
     void trimAtPlayhead(Change change);
-    bool handleKey(const QKeyEvent& event, bool acts);
     QToolButton* addButton(const QString& icon, void (TimelineView::*action)());
     void showView();
     void showTexts();

@@ -9,7 +9,7 @@ namespace pointloom::TimelinePainting {
 
 namespace {
 
-constexpr double corner = 4; // points
+constexpr double trimCorner = 4; // points
 
 void paintHandle(QPainter& painter, const QRectF& handle, bool isHovered, const Look& look) {
     const ColorTokens& colors = tokens();
@@ -61,11 +61,11 @@ void paintCut(QPainter& painter, const TimelineScene& scene, const CutZone& cut,
     const QRectF plate = box.adjusted(0.5, 2.5, -0.5, -2.5);
     painter.setPen(Qt::NoPen);
     painter.setBrush(mixed(colors.raised, colors.window, 0.2F));
-    painter.drawRoundedRect(plate, corner, corner);
+    painter.drawRoundedRect(plate, trimCorner, trimCorner);
     paintHatch(painter, plate, scene, faded(ink, 0.45F));
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(ink, isSelected ? 1.5 : 1));
-    painter.drawRoundedRect(plate, corner, corner);
+    painter.drawRoundedRect(plate, trimCorner, trimCorner);
 
     const QFontMetricsF metrics(look.font);
     constexpr double padding = 6; // points

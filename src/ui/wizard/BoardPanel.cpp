@@ -1,6 +1,6 @@
 #include "ui/wizard/BoardPanel.h"
 
-#include "ui/common/BoardView.h"
+#include "ui/common/ScoreboardView.h"
 #include "ui/style/Tokens.h"
 #include "ui/wizard/CourtGround.h"
 
@@ -13,7 +13,7 @@ namespace pointloom {
 BoardPanel::BoardPanel(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
-    , m_board(new BoardView(this)) {
+    , m_board(new ScoreboardView(this)) {
     constexpr double largestScale = 1.6;
     m_board->setLargestScale(largestScale);
     m_board->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
@@ -27,7 +27,7 @@ void BoardPanel::showMatch(const MatchConfig& match, const QImage& logo) {
     m_sport = match.sport;
     update();
     if (!templateID) {
-        m_board->clear();
+        m_board->setScoreboard(std::nullopt);
         return;
     }
     MatchConfig named = match;
@@ -37,7 +37,8 @@ void BoardPanel::showMatch(const MatchConfig& match, const QImage& logo) {
     };
     name(named.team1.player1, L10nKey::team1);
     name(named.team2.player1, L10nKey::team2);
-    m_board->setBoard(*templateID, tellingScore(match.sport, match.numberOfSets), named, logo);
+    m_board->setScoreboard(
+        Scoreboard{*templateID, exampleScore(match.sport, match.numberOfSets), named, logo});
 }
 
 void BoardPanel::paintEvent(QPaintEvent*) {

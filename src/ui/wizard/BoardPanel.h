@@ -9,7 +9,7 @@
 
 namespace pointloom {
 
-class BoardView;
+class ScoreboardView;
 
 class BoardPanel final : public QWidget {
     Q_OBJECT
@@ -26,7 +26,7 @@ protected:
 private:
     UiContext m_context;
     SportID m_sport = SportID::tennis;
-    BoardView* m_board;
+    ScoreboardView* m_board;
     QPixmap m_ground; // kept until size or sport change
     SportID m_groundSport = SportID::tennis;
 };

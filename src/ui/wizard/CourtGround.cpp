@@ -12,21 +12,21 @@ namespace {
 const CourtTokens& courtOf(SportID sport) {
     switch (sport) {
     case SportID::tennis:
-        return Court::clay();
+        return Court::clay;
     case SportID::padel:
-        return Court::hard();
+        return Court::hard;
     case SportID::volleyball:
-        return Court::parquet();
+        return Court::parquet;
     case SportID::badminton:
-        return Court::green();
+        return Court::green;
     case SportID::tableTennis:
-        return Court::table();
+        return Court::table;
     case SportID::squash:
-        return Court::wood();
+        return Court::wood;
     case SportID::pickleball:
-        return Court::plum();
+        return Court::plum;
     }
-    return Court::hard();
+    return Court::hard;
 }
 
 // A court seen from behind the baseline, in so few pixels that enlarging it blurs it.

@@ -1,7 +1,6 @@
 #include "ui/wizard/PickerCard.h"
 
 #include "ui/style/Icons.h"
-#include "ui/style/TextFonts.h"
 #include "ui/style/Theme.h"
 #include "ui/wizard/PageColumn.h"
 

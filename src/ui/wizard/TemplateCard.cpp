@@ -2,7 +2,7 @@
 
 #include "render/ScoreboardImage.h"
 #include "render/ScoreboardTemplate.h"
-#include "ui/common/BoardView.h"
+#include "ui/common/ScoreboardView.h"
 #include "ui/style/Tokens.h"
 #include "ui/wizard/CourtGround.h"
 
@@ -51,7 +51,7 @@ QPixmap TemplateCard::drawPicture(QSizeF size) const {
     const double scale = std::min({largestScale, (size.width() - Space::s) / natural.width(),
                                    (size.height() - Space::s) / natural.height()});
     QPixmap picture = courtGround(m_sport, size, devicePixelRatioF());
-    QImage board = renderScoreboardImage(m_templateID, tellingScore(m_sport, match.numberOfSets), match, {},
+    QImage board = renderScoreboardImage(m_templateID, exampleScore(m_sport, match.numberOfSets), match, {},
                                          scale * devicePixelRatioF());
     board.setDevicePixelRatio(devicePixelRatioF());
     const QSizeF shown = board.deviceIndependentSize();

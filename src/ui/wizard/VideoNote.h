@@ -1,7 +1,7 @@
 // Says in the wizard's footer which video has been taken already, before its step comes.
 #pragma once
 
-#include "ui/common/ElidedLabel.h"
+#include "ui/style/Controls.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
 

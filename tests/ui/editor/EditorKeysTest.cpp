@@ -1,4 +1,5 @@
 #include "ui/editor/EditorFixture.h"
+#include "ui/timeline/TimelineCanvas.h"
 
 #include <QApplication>
 
@@ -117,6 +118,25 @@ TEST_F(EditorKeysTest, ATextFieldKeepsItsKeysAndAButtonItsSpace) {
     EXPECT_EQ(state.markers.value().size(), 2U);
     press(Qt::Key_2);
     EXPECT_EQ(gameOf(1), (GameScore{zero, fifteen})) << "other keys still belong to the editor";
+}
+
+TEST_F(EditorKeysTest, KeysOfTheTimelineWorkWhereverTheFocusIs) {
+    for (QWidget* focus : {static_cast<QWidget*>(&editor->timeline().canvas()),
+                           static_cast<QWidget*>(find<QPushButton>("addMarker"))}) {
+        focus->setFocus();
+        state.currentTime = 20;
+        press(Qt::Key_I);
+        press(Qt::Key_C);
+        EXPECT_EQ(state.trimStart, 20);
+        EXPECT_EQ(state.cuts.value().size(), 1U);
+        press(Qt::Key_Delete);
+        EXPECT_TRUE(state.cuts.value().empty()) << "the selected one";
+        press(Qt::Key_Plus, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_FALSE(editor->timeline().canvas().scene().scale.isFitted());
+        press(Qt::Key_0, Qt::ControlModifier);
+        EXPECT_TRUE(editor->timeline().canvas().scene().scale.isFitted());
+        state.trimStart = 0;
+    }
 }
 
 }

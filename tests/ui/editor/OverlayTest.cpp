@@ -50,13 +50,13 @@ TEST_F(OverlayTest, TheDrawOriginIsTheCentreMinusHalfTheCanvasPlusTheMargin) {
     const QSizeF canvas(270, 97);
     EXPECT_EQ(state.scoreboardDrawOrigin.value(),
               QPointF(480 - canvas.width() / 4 + 5, 270 - canvas.height() / 4 + 5));
-    EXPECT_EQ(overlay.boardRect().topLeft(), state.scoreboardDrawOrigin.value());
+    EXPECT_EQ(overlay.scoreboardRect().topLeft(), state.scoreboardDrawOrigin.value());
     state.videoWidth = 0;
     EXPECT_EQ(overlay.previewScale(), 0.5) << "540 of 1080 lines";
 }
 
 TEST_F(OverlayTest, ADragBeyondTheEdgeStopsAtThePictureAndIsStoredWithinIt) {
-    beginDrag(overlay.boardRect().center(), {3000, 0});
+    beginDrag(overlay.scoreboardRect().center(), {3000, 0});
     EXPECT_EQ(overlay.displayPosition(), QPointF(960, 270));
     EXPECT_EQ(overlay.dragOffset(), QSizeF(3000, 0));
     EXPECT_EQ(position(), QPointF(0.5, 0.5)) << "nothing is stored while dragging";
@@ -98,7 +98,7 @@ TEST_F(OverlayTest, EscapeTakesADragBack) {
 
 TEST_F(OverlayTest, APressThatDoesNotMoveChangesNothing) {
     state.scoreboardPosition = QPointF(0.01, 0.01); // as a file may say
-    QTest::mouseClick(&overlay, Qt::LeftButton, {}, overlay.boardRect().center().toPoint());
+    QTest::mouseClick(&overlay, Qt::LeftButton, {}, overlay.scoreboardRect().center().toPoint());
     EXPECT_EQ(position(), QPointF(0.01, 0.01));
     EXPECT_FALSE(undo.canUndo().value());
 }
@@ -137,16 +137,16 @@ TEST_F(OverlayTest, ANudgeKeepsTheScaleOfADocument) {
 TEST_F(OverlayTest, ItSnapsToTheCentreAndTheMarginWhileShiftIsHeld) {
     state.scoreboardPosition = QPointF(0.3, 0.3);
     const QSize nearCentre(static_cast<int>(0.2 * 960) + 3, 40); // three points past the middle
-    drag(overlay.boardRect().center(), nearCentre, Qt::ShiftModifier);
-    EXPECT_NEAR(overlay.boardRect().center().x(), 480, 1e-9);
+    drag(overlay.scoreboardRect().center(), nearCentre, Qt::ShiftModifier);
+    EXPECT_NEAR(overlay.scoreboardRect().center().x(), 480, 1e-9);
     undo.undo();
-    drag(overlay.boardRect().center(), nearCentre);
+    drag(overlay.scoreboardRect().center(), nearCentre);
     EXPECT_DOUBLE_EQ(position().x(), 0.3 + nearCentre.width() / 960.0);
     undo.undo();
-    const double margin = OverlaySnapping::edgeMargin * 540;
-    const auto toMargin = static_cast<int>(margin - overlay.boardRect().top()) + 4;
-    drag(overlay.boardRect().center(), {0, toMargin}, Qt::ShiftModifier);
-    EXPECT_NEAR(overlay.boardRect().top(), margin, 1e-9);
+    const double margin = 0.04 * 540;
+    const auto toMargin = static_cast<int>(margin - overlay.scoreboardRect().top()) + 4;
+    drag(overlay.scoreboardRect().center(), {0, toMargin}, Qt::ShiftModifier);
+    EXPECT_NEAR(overlay.scoreboardRect().top(), margin, 1e-9);
 }
 
 }

@@ -1,6 +1,6 @@
 #include "ui/editor/EditorFixture.h"
 
-#include "ui/editor/MarkerWords.h"
+#include "ui/common/MarkerText.h"
 #include "ui/editor/ValueStepper.h"
 
 #include <QApplication>
@@ -144,7 +144,7 @@ TEST_F(SidebarTest, ToolTipsTellTheWholeScoreInPlainText) {
     Marker marker = test::markerAt(65.2);
     marker.label = QStringLiteral("<b>Break</b>");
     marker.score = ScoreState{{{6, 7, 5}, {2, 1, {}}, {}}, {GamePoint::forty, GamePoint::fifteen}, 2};
-    const QString tip = MarkerWords::toolTip(context, marker);
+    const QString tip = markerAsToolTip(context, marker);
     for (const char* part : {"1:05.20", "&lt;b&gt;Break", "6(5)–7  2–1<", "40–15", "Solvane"})
         EXPECT_TRUE(tip.contains(QString::fromUtf8(part))) << part << " in " << tip.toStdString();
 }

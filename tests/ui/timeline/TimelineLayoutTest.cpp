@@ -4,7 +4,7 @@
 #include "ui/timeline/FlagRow.h"
 #include "ui/timeline/RowLayout.h"
 #include "ui/timeline/RulerTicks.h"
-#include "ui/timeline/ScoreWords.h"
+#include "ui/common/MarkerText.h"
 #include "ui/timeline/Snapping.h"
 #include "ui/timeline/ThumbnailGrid.h"
 #include "ui/timeline/TimeScale.h"
@@ -263,19 +263,19 @@ TEST(WaveformPyramid, EveryRangeHasTheLoudestOfItsPeaks) {
     EXPECT_EQ(pyramid.loudest(1e6, 2e6), 0);
 }
 
-TEST(ScoreWords, LeaveOutWhatHasNotBegun) {
+TEST(ShortScore, LeaveOutWhatHasNotBegun) {
     const auto tennis = [](std::vector<SetScore> sets, GameScore game) {
-        return scoreInWords(ScoreState{std::move(sets), game, 1});
+        return shortScore(ScoreState{std::move(sets), game, 1});
     };
     EXPECT_EQ(tennis({{0, 0, {}}, {0, 0, {}}}, {}).full, QStringLiteral("0-0"));
     EXPECT_EQ(tennis({{0, 0, {}}}, {GamePoint::thirty, GamePoint::zero}).full, QStringLiteral("30-0"));
-    const ScoreWords second = tennis({{6, 4, {}}, {2, 1, {}}, {0, 0, {}}}, {});
+    const ShortScore second = tennis({{6, 4, {}}, {2, 1, {}}, {0, 0, {}}}, {});
     EXPECT_EQ(second.full, QStringLiteral("6-4 2-1"));
     EXPECT_EQ(second.brief, QStringLiteral("2-1"));
-    const ScoreWords tieBreak = tennis({{7, 6, 4}, {0, 0, {}}}, {GamePoint::advantage, GamePoint::forty});
+    const ShortScore tieBreak = tennis({{7, 6, 4}, {0, 0, {}}}, {GamePoint::advantage, GamePoint::forty});
     EXPECT_EQ(tieBreak.full, QStringLiteral("7-6(4) Ad-40"));
     EXPECT_EQ(tieBreak.brief, QStringLiteral("Ad-40"));
-    EXPECT_EQ(scoreInWords(PointScoreState{{{25, 21, {}}}, {14, 9}, 2}).full, QStringLiteral("25-21 14-9"));
+    EXPECT_EQ(shortScore(PointScoreState{{{25, 21, {}}}, {14, 9}, 2}).full, QStringLiteral("25-21 14-9"));
 }
 
 }

@@ -1,4 +1,4 @@
-// The timeline under the mouse and the keyboard.
+// The timeline under the mouse, and what the editor's keys do to it.
 #include "ui/timeline/TimelineView.h"
 
 #include "persistence/UserDefaults.h"
@@ -163,14 +163,14 @@ TEST_F(Timeline, TrimsAreDraggedAndNeverCross) {
     EXPECT_GT(state.trimStart, 0);
 }
 
-TEST_F(Timeline, KeysTrimAtThePlayhead) {
+TEST_F(Timeline, TrimsAtThePlayhead) {
     state.currentTime = 30;
-    QTest::keyClick(&canvas(), Qt::Key_I);
+    view.trimStartAtPlayhead();
     state.currentTime = 60;
-    QTest::keyClick(&canvas(), Qt::Key_O);
+    view.trimEndAtPlayhead();
     EXPECT_EQ(trimOf(state), (TrimTimes{30, 60}));
     state.currentTime = 80;
-    QTest::keyClick(&canvas(), Qt::Key_I);
+    view.trimStartAtPlayhead();
     EXPECT_EQ(trimOf(state), (TrimTimes{80, std::nullopt})) << "an end that lies before gives way";
     undo.undo();
     undo.undo();
@@ -196,7 +196,7 @@ TEST_F(Timeline, CutsAreDrawnMovedResizedAndRemoved) {
     drag(onTrim(cut().end) - QPoint(1, 0), onTrim(5));
     EXPECT_NEAR(cut().end - cut().start, 1 / frameRate, 1e-6) << "an edge stops before the other";
 
-    QTest::keyClick(&canvas(), Qt::Key_Delete);
+    view.removeSelection();
     EXPECT_TRUE(state.cuts.value().empty());
     for (int i = 0; i < 4; ++i)
         undo.undo();
@@ -209,15 +209,15 @@ TEST_F(Timeline, CutsAreDrawnMovedResizedAndRemoved) {
 TEST_F(Timeline, DeleteRemovesTheOneThingThatIsSelected) {
     state.markers = std::vector{markerAt(50)};
     state.currentTime = 20;
-    QTest::keyClick(&canvas(), Qt::Key_C);
+    view.addCutAtPlayhead();
     ASSERT_EQ(state.cuts.value().size(), 1U);
     QTest::mouseClick(&canvas(), Qt::LeftButton, {}, onFlag(0));
     EXPECT_FALSE(state.selectedCutID.value());
-    QTest::keyClick(&canvas(), Qt::Key_Delete);
+    view.removeSelection();
     EXPECT_TRUE(state.markers.value().empty());
     EXPECT_EQ(state.cuts.value().size(), 1U);
     QTest::mouseClick(&canvas(), Qt::LeftButton, {}, onTrim(25));
-    QTest::keyClick(&canvas(), Qt::Key_Delete);
+    view.removeSelection();
     EXPECT_TRUE(state.cuts.value().empty());
 }
 
@@ -230,7 +230,7 @@ TEST_F(Timeline, TheWheelScrollsAndWithCtrlZoomsAroundThePointer) {
     const double offset = scene().scale.offset();
     turnWheel(place, -1, {});
     EXPECT_GT(scene().scale.offset(), offset);
-    QTest::keyClick(&canvas(), Qt::Key_0, Qt::ControlModifier);
+    view.zoomToFit();
     EXPECT_TRUE(scene().scale.isFitted());
 }
 

@@ -1,4 +1,4 @@
-#include "ui/common/FaultWords.h"
+#include "ui/common/FaultText.h"
 
 #include "l10n/Format.h"
 #include "l10n/UiText.h"
@@ -63,8 +63,8 @@ Sentence sentenceFor(media::MediaFault fault) {
 
 }
 
-FaultWords faultWords(media::MediaFault fault, const QString& fileName, const QString& reason,
-                      Language language) {
+FaultText faultText(media::MediaFault fault, const QString& fileName, const QString& reason,
+                    Language language) {
     const Sentence sentence = sentenceFor(fault);
     return {format(t(language, sentence.text), fileName), sentence.saysAll ? QString() : reason};
 }

@@ -1,4 +1,4 @@
-#include "ui/common/BoardView.h"
+#include "ui/common/ScoreboardView.h"
 
 #include "render/ScoreboardImage.h"
 #include "render/ScoreboardTemplate.h"
@@ -8,60 +8,54 @@
 
 namespace pointloom {
 
-BoardView::BoardView(QWidget* parent)
+ScoreboardView::ScoreboardView(QWidget* parent)
     : QWidget(parent) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 
-void BoardView::setBoard(TemplateID templateID, const SportScoreState& score, const MatchConfig& config,
-                         const QImage& logo) {
-    m_board = Board{templateID, score, config, logo};
+void ScoreboardView::setScoreboard(std::optional<Scoreboard> scoreboard) {
+    m_scoreboard = std::move(scoreboard);
     updateGeometry();
     update();
 }
 
-void BoardView::clear() {
-    m_board.reset();
-    update();
-}
-
-void BoardView::setLargestScale(double scale) {
+void ScoreboardView::setLargestScale(double scale) {
     m_largestScale = scale;
     updateGeometry();
     update();
 }
 
-QSizeF BoardView::naturalSize() const {
-    if (!m_board)
+QSizeF ScoreboardView::naturalSize() const {
+    if (!m_scoreboard)
         return {270, 97};
-    return scoreboardImageSize(TemplateRegistry::templateFor(m_board->templateID),
-                               static_cast<std::int64_t>(setsOf(m_board->score).size()), m_board->config);
+    return scoreboardImageSize(TemplateRegistry::templateFor(m_scoreboard->templateID),
+                               static_cast<std::int64_t>(setsOf(m_scoreboard->score).size()),
+                               m_scoreboard->config);
 }
 
-QSize BoardView::sizeHint() const {
+QSize ScoreboardView::sizeHint() const {
     return (naturalSize() * m_largestScale).toSize();
 }
 
-QSize BoardView::minimumSizeHint() const {
+QSize ScoreboardView::minimumSizeHint() const {
     return (naturalSize() * std::min(0.5, m_largestScale)).toSize();
 }
 
-void BoardView::paintEvent(QPaintEvent*) {
-    if (!m_board)
+void ScoreboardView::paintEvent(QPaintEvent*) {
+    if (!m_scoreboard)
         return;
     const QSizeF natural = naturalSize();
     const double scale = std::min({m_largestScale, width() / natural.width(), height() / natural.height()});
-    QImage picture = renderScoreboardImage(m_board->templateID, m_board->score, m_board->config,
-                                           m_board->logo, scale * devicePixelRatioF());
-    picture.setDevicePixelRatio(devicePixelRatioF());
-    const QSizeF shown = picture.deviceIndependentSize();
-    QPainter(this).drawImage(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2),
-                             picture);
+    QImage image = renderScoreboardImage(m_scoreboard->templateID, m_scoreboard->score, m_scoreboard->config,
+                                         m_scoreboard->logo, scale * devicePixelRatioF());
+    image.setDevicePixelRatio(devicePixelRatioF());
+    const QSizeF shown = image.deviceIndependentSize();
+    QPainter(this).drawImage(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2), image);
 }
 
 namespace {
 
-// What a set is usually played to.
+// The points to which a set is usually played.
 std::int64_t pointsOfASet(SportID sport) {
     switch (sport) {
     case SportID::volleyball:
@@ -75,7 +69,7 @@ std::int64_t pointsOfASet(SportID sport) {
 
 }
 
-SportScoreState tellingScore(SportID sport, std::int64_t numberOfSets) {
+SportScoreState exampleScore(SportID sport, std::int64_t numberOfSets) {
     const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(numberOfSets, 1, 7));
     if (usesTennisScoring(sport)) {
         const std::vector<SetScore> sets = {{6, 4, {}}, {6, 7, 5},  {3, 3, {}}, {0, 0, {}},

@@ -14,14 +14,14 @@ class QVBoxLayout;
 
 namespace pointloom {
 
-/// Texts follow the session's language. Escape and "Done" close it. It is as high as its body; where the
-/// screen is not, the body scrolls.
-class Sheet : public QDialog {
+/// Texts follow the session's language. Escape and "Done" close it. It is as high as its body; on a lower
+/// screen the body scrolls.
+class TitledDialog : public QDialog {
     Q_OBJECT
 
 protected:
     /// `characters` is the width of the body, in average letters of the interface font.
-    Sheet(const UiContext& context, int characters, QWidget* parent);
+    TitledDialog(const UiContext& context, int characters, QWidget* parent);
 
     const UiContext& context() const { return m_context; }
     QVBoxLayout& body() { return *m_body; }
@@ -37,7 +37,7 @@ protected:
     }
     Bindings& bindings() { return m_bindings; }
 
-    /// Gives up the height that the body no longer needs.
+    /// Reduces the height to that of the body.
     void shrinkToBody();
 
     bool event(QEvent* event) override;

@@ -1,4 +1,4 @@
-// Why a video cannot be used, in a person's own language.
+// Sentences in the interface's language for errors of videos.
 #pragma once
 
 #include "l10n/Language.h"
@@ -8,7 +8,7 @@
 
 namespace pointloom {
 
-struct FaultWords {
+struct FaultText {
     QString sentence;
     QString detail; // the reason as the program found it, in English; empty where the sentence says it all
 
@@ -18,7 +18,7 @@ struct FaultWords {
 
 /// `fileName` is named in the sentence, except by that of a full disk. `reason` is what the error itself
 /// says.
-FaultWords faultWords(media::MediaFault fault, const QString& fileName, const QString& reason,
-                      Language language);
+FaultText faultText(media::MediaFault fault, const QString& fileName, const QString& reason,
+                    Language language);
 
 }

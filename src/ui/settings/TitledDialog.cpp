@@ -1,6 +1,6 @@
-#include "ui/settings/Sheet.h"
+#include "ui/settings/TitledDialog.h"
 
-#include "ui/common/ScreenRoom.h"
+#include "ui/common/Dialogs.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -16,7 +16,7 @@
 
 namespace pointloom {
 
-Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
+TitledDialog::TitledDialog(const UiContext& context, int characters, QWidget* parent)
     : QDialog(parent)
     , m_context(context)
     , m_title(Controls::label(Controls::TextRole::title, this))
@@ -38,9 +38,7 @@ Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
     m_footer->setSpacing(Space::s);
     m_footer->addStretch();
     m_footer->addWidget(m_done);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Space::xl, Space::xl, Space::xl, Space::l);
-    layout->setSpacing(Space::l);
+    auto* layout = Controls::layout<QVBoxLayout>(this, {Space::xl, Space::xl, Space::xl, Space::l}, Space::l);
     layout->addWidget(m_title);
     layout->addWidget(m_area, 1);
     layout->addLayout(m_footer);
@@ -49,12 +47,12 @@ Sheet::Sheet(const UiContext& context, int characters, QWidget* parent)
     inEachLanguage([this] { m_done->setText(m_context.text(L10nKey::done)); });
 }
 
-void Sheet::setTitle(const QString& title) {
+void TitledDialog::setTitle(const QString& title) {
     m_title->setText(title);
     setWindowTitle(title);
 }
 
-bool Sheet::event(QEvent* event) {
+bool TitledDialog::event(QEvent* event) {
     const bool result = QDialog::event(event);
     const bool mayNeedMore = event->type() == QEvent::LayoutRequest || event->type() == QEvent::Polish ||
                              (event->type() == QEvent::Resize && isVisible());
@@ -63,8 +61,8 @@ bool Sheet::event(QEvent* event) {
     return result;
 }
 
-// What changes in the body stays within its scroll area otherwise.
-bool Sheet::eventFilter(QObject* watched, QEvent* event) {
+// Changes of the body do not reach the dialog by themselves: the scroll area keeps them.
+bool TitledDialog::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::LayoutRequest)
         giveBodyItsHeight();
     return QDialog::eventFilter(watched, event);
@@ -72,25 +70,25 @@ bool Sheet::eventFilter(QObject* watched, QEvent* event) {
 
 // Wrapped text has no smallest height of its own, and Qt makes dialogs no taller than two thirds of the
 // screen.
-void Sheet::giveBodyItsHeight() {
+void TitledDialog::giveBodyItsHeight() {
     const QMargins margins = layout()->contentsMargins();
     const int bodyWidth = std::max(width(), minimumWidth()) - margins.left() - margins.right();
     const int wanted = m_body->hasHeightForWidth() ? m_body->totalHeightForWidth(bodyWidth)
                                                    : m_body->totalMinimumSize().height();
     const int others = layout()->totalMinimumSize().height() - m_area->minimumHeight();
     const int least = std::min(wanted, fontMetrics().lineSpacing() * 5);
-    m_area->setMinimumHeight(std::clamp(screenRoom(*this).height() - others, least, wanted));
+    m_area->setMinimumHeight(std::clamp(availableSize(*this).height() - others, least, wanted));
     setMinimumHeight(others + m_area->minimumHeight());
 }
 
-void Sheet::shrinkToBody() {
+void TitledDialog::shrinkToBody() {
     giveBodyItsHeight();
     resize(width(), minimumHeight());
 }
 
-void Sheet::showEvent(QShowEvent* event) {
+void TitledDialog::showEvent(QShowEvent* event) {
     if (testAttribute(Qt::WA_Resized))
-        resize(size().boundedTo(screenRoom(*this)));
+        resize(size().boundedTo(availableSize(*this)));
     else
         shrinkToBody();
     if (!event->spontaneous()) // where it stays when it is minimised and comes back
@@ -98,7 +96,7 @@ void Sheet::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
 }
 
-QLabel* Sheet::paragraph(QWidget* parent, bool isQuiet) {
+QLabel* TitledDialog::paragraph(QWidget* parent, bool isQuiet) {
     QLabel* label = Controls::label(isQuiet ? Controls::TextRole::quiet : Controls::TextRole::body, parent);
     label->setWordWrap(true);
     return label;

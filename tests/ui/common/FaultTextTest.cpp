@@ -1,4 +1,4 @@
-#include "ui/common/FaultWords.h"
+#include "ui/common/FaultText.h"
 
 #include <gtest/gtest.h>
 #include <QSet>
@@ -17,11 +17,11 @@ constexpr MediaFault faults[] = {
 
 }
 
-TEST(FaultWords, EveryFaultHasASentenceOfItsOwnInEveryLanguage) {
+TEST(FaultText, EveryFaultHasASentenceOfItsOwnInEveryLanguage) {
     for (const Language language : allCases<Language>()) {
         QSet<QString> sentences;
         for (const MediaFault fault : faults) {
-            const QString sentence = faultWords(fault, QStringLiteral("final.mp4"), {}, language).sentence;
+            const QString sentence = faultText(fault, QStringLiteral("final.mp4"), {}, language).sentence;
             EXPECT_FALSE(sentence.contains(QStringLiteral("%@"))) << qPrintable(sentence);
             EXPECT_EQ(sentence.contains(QStringLiteral("final.mp4")), fault != MediaFault::diskFull)
                 << qPrintable(sentence);
@@ -31,13 +31,13 @@ TEST(FaultWords, EveryFaultHasASentenceOfItsOwnInEveryLanguage) {
     }
 }
 
-TEST(FaultWords, TheTechnicalReasonFollowsWhereItSaysMore) {
+TEST(FaultText, TheTechnicalReasonFollowsWhereItSaysMore) {
     const QString reason = QStringLiteral("there is no decoder for apv");
-    const FaultWords codec =
-        faultWords(MediaFault::unsupportedCodec, QStringLiteral("a.mov"), reason, Language::german);
+    const FaultText codec =
+        faultText(MediaFault::unsupportedCodec, QStringLiteral("a.mov"), reason, Language::german);
     EXPECT_EQ(codec.lines(), codec.sentence + u'\n' + reason);
-    const FaultWords missing =
-        faultWords(MediaFault::missing, QStringLiteral("a.mov"), QStringLiteral("no such file"), {});
+    const FaultText missing =
+        faultText(MediaFault::missing, QStringLiteral("a.mov"), QStringLiteral("no such file"), {});
     EXPECT_EQ(missing.lines(), missing.sentence);
 }
 

@@ -1,0 +1,118 @@
+// Table of commands: what menus and keys can do, with texts and keys, and the keys in use.
+#pragma once
+
+#include "l10n/UiText.h"
+
+#include <array>
+#include <map>
+#include <optional>
+#include <QKeySequence>
+#include <QList>
+#include <span>
+#include <vector>
+
+namespace pointloom {
+
+enum class Command {
+    playPause,
+    frameBack,
+    frameForward,
+    secondBack,
+    secondForward,
+    previousMarker,
+    nextMarker,
+    jumpBack,
+    pause,
+    playFaster,
+    goToStart,
+    goToEnd,
+    addMarker,
+    pointFirst,
+    pointSecond,
+    pointBackFirst,
+    pointBackSecond,
+    swapServe,
+    trimStart,
+    trimEnd,
+    addCut,
+    deleteSelection,
+    renameMarker,
+    moveScoreboard,
+    scaleScoreboard,
+    zoomIn,
+    zoomOut,
+    zoomToFit,
+    undo,
+    redo,
+    newSession,
+    openVideo,
+    openProject,
+    saveProject,
+    saveProjectAs,
+    exportVideo,
+    showPreferences,
+    showHelp,
+    quit,
+    showAbout,
+    showLicence,
+    downloadSampleCSV,
+};
+
+enum class CommandGroup {
+    editor, // keys of the editor, whichever of its parts has the focus
+    menu,   // entries of the menus, with shortcuts of the window
+};
+
+struct CommandRow {
+    Command id;
+    CommandGroup group = CommandGroup::menu;
+    UiText does{};                         // for lists of keys; neighbours with the same text share a line
+    const char* title = "";                // in the menu
+    std::array<QKeyCombination, 2> keys{}; // by default; those left out are `Qt::Key_unknown`
+    std::array<QKeyCombination, 2> hiddenKeys{}; // the same on other keyboards; not listed
+    UiText fixedKeys{};                          // names keys of a widget that cannot be chosen
+    bool repeats = false;                        // while the key is held
+};
+
+/// In the order in which keys are listed.
+std::span<const CommandRow> commandTable();
+
+const CommandRow& commandRow(Command command);
+
+/// The keys in use: those of the table, but for commands whose keys were chosen. Menus, key handling, tool
+/// tips and lists of keys read them here.
+class CommandKeys {
+public:
+    using Chosen = std::map<Command, QList<QKeyCombination>>;
+
+    explicit CommandKeys(Chosen chosen = {})
+        : m_chosen(std::move(chosen)) {}
+
+    /// The table's.
+    static const CommandKeys& standard();
+
+    /// Those that are shown to the user, the usual one first; empty when the command has none.
+    QList<QKeyCombination> shown(Command command) const;
+
+    /// All of them.
+    QList<QKeyCombination> of(Command command) const;
+
+    /// Null when the key does nothing in the editor.
+    const CommandRow* editorCommand(QKeyCombination pressed) const;
+
+private:
+    Chosen m_chosen;
+};
+
+/// A key as it is labelled: "Ctrl+Shift+E", in German "Strg+Umschalt+E".
+QString keyLabel(QKeyCombination key, Language language);
+
+/// One line of a list of keys.
+struct KeyListLine {
+    QStringList keys; // labels
+    UiText does;
+};
+
+std::vector<KeyListLine> keyList(CommandGroup group, const CommandKeys& keys, Language language);
+
+}

@@ -1,0 +1,72 @@
+#include "ui/common/MarkerText.h"
+
+#include "ui/common/TimeCode.h"
+#include "ui/style/Controls.h"
+
+#include <algorithm>
+#include <ranges>
+
+namespace pointloom {
+
+namespace {
+
+QStringList begunSets(const SportScoreState& score, QChar dash) {
+    const auto& sets = setsOf(score);
+    const auto hasBegun = [](const SetScore& set) {
+        return set.team1 != 0 || set.team2 != 0 || set.tiebreak;
+    };
+    const auto end = std::ranges::find_if(sets | std::views::reverse, hasBegun).base();
+    QStringList words;
+    for (auto set = sets.begin(); set != end; ++set)
+        words << set->display(Side::first) + dash + set->display(Side::second);
+    return words;
+}
+
+QStringList lines(const UiContext& context, const Marker& marker) {
+    const QString colon = QStringLiteral(": ");
+    QStringList result{shortTime(marker.startTime, true)};
+    if (marker.label && !marker.label->isEmpty())
+        result << *marker.label;
+    if (const QString sets = setsText(marker.score); !sets.isEmpty())
+        result << context.text(L10nKey::sets) + colon + sets;
+    result << context.text(L10nKey::gameScore) + colon + gameText(marker.score);
+    result << context.text(L10nKey::serving) + colon + sideName(context, servingSide(marker.score));
+    return result;
+}
+
+}
+
+QString sideName(const UiContext& context, Side side) {
+    const auto& config = context.state.matchConfig.value();
+    const QString name = config ? ofSide(*config, side).displayName() : QString();
+    return name.isEmpty() ? context.text(side == Side::first ? L10nKey::team1 : L10nKey::team2) : name;
+}
+
+QString gameText(const SportScoreState& score) {
+    const auto [first, second] = gameTexts(score);
+    return first + u'–' + second;
+}
+
+QString setsText(const SportScoreState& score) {
+    return begunSets(score, u'–').join(QStringLiteral("  "));
+}
+
+ShortScore shortScore(const SportScoreState& score) {
+    QStringList words = begunSets(score, u'-');
+    const auto [first, second] = gameTexts(score);
+    const QString none = QStringLiteral("0");
+    const bool isGameOpen = first != none || second != none;
+    if (isGameOpen || words.isEmpty())
+        words << first + u'-' + second;
+    return {words.join(u' '), words.back()};
+}
+
+QString markerAsToolTip(const UiContext& context, const Marker& marker) {
+    return plainToolTip(lines(context, marker));
+}
+
+QString markerAsSpoken(const UiContext& context, const Marker& marker) {
+    return lines(context, marker).join(QStringLiteral(", "));
+}
+
+}

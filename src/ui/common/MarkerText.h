@@ -1,0 +1,35 @@
+// Markers, scores and sides in words.
+#pragma once
+
+#include "model/Marker.h"
+#include "ui/common/UiContext.h"
+
+namespace pointloom {
+
+/// The name that the user gave to the side; "Team 1" or "Team 2" while it has none.
+QString sideName(const UiContext& context, Side side);
+
+/// "40–15"
+QString gameText(const SportScoreState& score);
+
+/// "6–4  2–1", the sets up to the last one that has begun, the loser's tie-break in brackets; empty before
+/// the first game.
+QString setsText(const SportScoreState& score);
+
+/// A score in as few characters as it can be read in.
+struct ShortScore {
+    QString full;  // "6-4 2-1 30-15": the sets that have begun, then the game
+    QString brief; // the game alone, or the last set when no point has been played in it
+
+    bool operator==(const ShortScore&) const = default;
+};
+
+ShortScore shortScore(const SportScoreState& score);
+
+/// Time and label, sets, game and serve, each on a line; plain text in markup that shows it as it is.
+QString markerAsToolTip(const UiContext& context, const Marker& marker);
+
+/// The same in one line, for screen readers.
+QString markerAsSpoken(const UiContext& context, const Marker& marker);
+
+}
