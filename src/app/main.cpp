@@ -12,7 +12,8 @@ namespace {
 
 QStringList filesOf(const QApplication& application) {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Burns a live scoreboard into match videos."));
+    parser.setApplicationDescription(
+        QStringLiteral("Burns a live scoreboard into match videos.")); // not translated
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("file"),

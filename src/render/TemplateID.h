@@ -1,6 +1,7 @@
 // The catalogue of scoreboard templates.
 #pragma once
 
+#include "l10n/Language.h"
 #include "model/MatchConfig.h"
 #include "json/RawValues.h"
 
@@ -18,8 +19,8 @@ POINTLOOM_NAMED_ENUM(TemplateID, classic, dark, broadcast, minimal, gradient, re
 /// The name on the picker's card.
 QString displayName(TemplateID id);
 
-/// One line under the name.
-QString description(TemplateID id);
+/// One line under the name, in the session's language.
+L10nKey description(TemplateID id);
 
 /// The sport it is made for; padel has none of its own and uses those of tennis.
 SportID sportOf(TemplateID id);

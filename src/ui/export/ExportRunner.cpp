@@ -1,5 +1,6 @@
 #include "ui/export/ExportRunner.h"
 
+#include "l10n/L10nKey.h"
 #include "ui/export/ExportFault.h"
 #include "ui/export/SleepInhibitor.h"
 

@@ -1,27 +1,67 @@
 #include "ui/export/ExportWords.h"
 
 #include "export/ExportPace.h"
-#include "l10n/UiText.h"
-#include "ui/export/ExportTexts.h"
+#include "l10n/Format.h"
+#include "l10n/L10nKey.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace pointloom::ExportWords {
 
+L10nKey nameOf(WatermarkCorner corner) {
+    switch (corner) {
+    case WatermarkCorner::topLeft:
+        return L10nKey::exportTopLeft;
+    case WatermarkCorner::topRight:
+        return L10nKey::exportTopRight;
+    case WatermarkCorner::bottomLeft:
+        return L10nKey::exportBottomLeft;
+    case WatermarkCorner::bottomRight:
+        break;
+    }
+    return L10nKey::exportBottomRight;
+}
+
+L10nKey useOf(ExportFormat format) {
+    switch (format) {
+    case ExportFormat::h264:
+        return L10nKey::exportH264Use;
+    case ExportFormat::hevc:
+        return L10nKey::exportHevcUse;
+    case ExportFormat::prores:
+        break;
+    }
+    return L10nKey::exportProresUse;
+}
+
+L10nKey useOf(ExportPreset preset) {
+    switch (preset) {
+    case ExportPreset::original:
+        return L10nKey::exportSameAsSource;
+    case ExportPreset::youtube4k:
+        return L10nKey::exportYoutubeUse;
+    case ExportPreset::twitter1080p:
+        return L10nKey::exportTwitterUse;
+    case ExportPreset::instagram916:
+        break;
+    }
+    return L10nKey::exportInstagramUse;
+}
+
 QString progress(const ExportProgress& progress, double elapsedSeconds, Language language) {
     constexpr double tooEarly = 0.8; // seconds; the first frames say nothing of the rest
     const QLocale locale = localeOf(language);
-    QString line = t(language, ExportTexts::progressFrames)
-                       .arg(locale.toString(qlonglong{progress.frames}),
-                            locale.toString(qlonglong{std::max(progress.expectedFrames, progress.frames)}));
+    QString line =
+        format(t(language, L10nKey::exportProgressFrames), locale.toString(qlonglong{progress.frames}),
+               locale.toString(qlonglong{std::max(progress.expectedFrames, progress.frames)}));
     const auto pace = paceOf(progress, elapsedSeconds);
     if (!pace || elapsedSeconds < tooEarly)
         return line;
-    line +=
-        QStringLiteral(", ") +
-        t(language, ExportTexts::framesPerSecond).arg(locale.toString(std::llround(pace->framesPerSecond)));
-    return line + QStringLiteral(", ") + t(language, ExportTexts::timeLeft).arg(span(pace->secondsLeft));
+    line += QStringLiteral(", ") + format(t(language, L10nKey::exportFramesPerSecond),
+                                          locale.toString(std::llround(pace->framesPerSecond)));
+    return line + QStringLiteral(", ") +
+           format(t(language, L10nKey::exportTimeLeft), span(pace->secondsLeft));
 }
 
 QStringList damage(const media::Damage& damage, Language language) {
@@ -29,10 +69,10 @@ QStringList damage(const media::Damage& damage, Language language) {
     QStringList lines;
     const QLocale locale = localeOf(language);
     if (const std::int64_t pictures = damage.lostPictures + damage.faultyPictures; pictures > 0)
-        lines += t(language, ExportTexts::damagedPictures).arg(locale.toString(qlonglong{pictures}));
+        lines += format(t(language, L10nKey::exportDamagedPictures), locale.toString(qlonglong{pictures}));
     if (damage.secondsMissing > 0)
-        lines += t(language, ExportTexts::endMissing)
-                     .arg(locale.toString(std::max(damage.secondsMissing, shortest), 'f', 1));
+        lines += format(t(language, L10nKey::exportEndMissing),
+                        locale.toString(std::max(damage.secondsMissing, shortest), 'f', 1));
     return lines;
 }
 
