@@ -17,7 +17,7 @@ QStringList filesOf(const QApplication& application) {
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("file"),
-                                 QStringLiteral("A project (.plp) or a video to open."),
+                                 QStringLiteral("A project (.plp) or a video to open."), // not translated
                                  QStringLiteral("[file]"));
     parser.process(application);
     QStringList files;
