@@ -17,6 +17,7 @@ packages=(
     qt6-base-dev # Core, Gui, Widgets, Network
     libqt6opengl6-dev
     qt6-svg-dev
+    qt6-translations-l10n # Qt's own texts
     libmpv-dev
     libavcodec-dev
     libavfilter-dev

@@ -2,6 +2,7 @@
 
 #include "app/BackgroundLicence.h"
 #include "app/MainWindow.h"
+#include "app/QtTexts.h"
 #include "crash/CrashReporter.h"
 #include "crash/SentryDSN.h"
 #include "info/InfoDictionary.h"
@@ -44,12 +45,16 @@ bool hasAddressForReports(const InfoDictionary& info) {
 
 // A problem of the start, shown once the window is open.
 struct Trouble {
-    QString title;
+    L10nKey title;
     QString message;
 };
 
+Language languageAtStart(const UserDefaults& defaults) {
+    return Preferences::firstLanguage(defaults, QLocale::system().uiLanguages());
+}
+
 void loadSession(Persistence* persistence, const UserDefaults& defaults, AppState& state) {
-    state.language = Preferences::firstLanguage(defaults, QLocale::system().uiLanguages());
+    state.language = languageAtStart(defaults);
     if (persistence)
         persistence->load(state);
 }
@@ -65,6 +70,7 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
         persistence.emplace(defaults, *lock);
     AppState state(persistence ? &*persistence : nullptr);
     loadSession(persistence ? &*persistence : nullptr, defaults, state);
+    const QtTexts qtTexts(state);
     UndoStack undo;
     DesktopDialogs dialogs;
     LicenceManager licence(LicenceManager::partsOfThisMachine(info));
@@ -80,8 +86,7 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
         if (lock)
             server.emplace(*lock, takeOver);
     } catch (const FileError& error) {
-        trouble = {QStringLiteral("Other starts of Pointloom cannot be answered"),
-                   QString::fromUtf8(error.what())};
+        trouble = {L10nKey::appStartsUnanswered, QString::fromUtf8(error.what())};
     }
 
     window.show();
@@ -90,7 +95,7 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     const BackgroundLicence licenceFollower(licence, state);
     QTimer::singleShot(0, &window, [&] {
         if (trouble)
-            dialogs.alert(&window, trouble->title, trouble->message);
+            dialogs.alert(&window, state.t(trouble->title), trouble->message);
         for (const QString& file : files)
             window.content().openFile(file);
     });
@@ -102,8 +107,9 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
 constexpr std::chrono::seconds timeToEnd(10);
 
 int explainSilence() {
-    DesktopDialogs().alert(nullptr, QStringLiteral("Pointloom is already running"),
-                           QStringLiteral("It does not answer. Close it, or end it, and start again."));
+    const Language language = languageAtStart(UserDefaults());
+    DesktopDialogs().alert(nullptr, t(language, L10nKey::appAlreadyRunningTitle),
+                           t(language, L10nKey::appAlreadyRunningMessage));
     return EXIT_FAILURE;
 }
 
@@ -122,7 +128,7 @@ int run(QApplication& application, const QStringList& files) {
         if (!lock)
             return explainSilence();
     } catch (const FileError& error) {
-        trouble = {QStringLiteral("Your session will not be kept"), QString::fromUtf8(error.what())};
+        trouble = {L10nKey::appSessionNotKept, QString::fromUtf8(error.what())};
     }
     return runWindow(lock, files, trouble);
 }

@@ -8,10 +8,10 @@ namespace pointloom {
 AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const CommandBridge& bridge)
     : m_context(context)
     , m_bridge(bridge) {
-    QMenu& file = *menuBar.addMenu(QStringLiteral("&File"));
+    QMenu& file = addMenu(menuBar, L10nKey::commandFileMenu);
     add(file, Command::newSession, &CommandBridge::reset);
     add(file, Command::openProject, &CommandBridge::openProject);
-    m_recent = file.addMenu(QStringLiteral("Open Recent"));
+    m_recent = &addMenu(file, L10nKey::commandOpenRecent);
     add(file, Command::openVideo, &CommandBridge::openVideo);
     file.addSeparator();
     add(file, Command::saveProject, &CommandBridge::saveProject);
@@ -20,14 +20,16 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
     file.addSeparator();
     add(file, Command::quit, &QApplication::closeAllWindows)->setMenuRole(QAction::QuitRole);
 
-    QMenu& edit = *menuBar.addMenu(QStringLiteral("&Edit"));
-    addUndo(edit, Command::undo, context.undo.canUndo(), context.undo.undoActionName(), &UndoStack::undo);
-    addUndo(edit, Command::redo, context.undo.canRedo(), context.undo.redoActionName(), &UndoStack::redo);
+    QMenu& edit = addMenu(menuBar, L10nKey::commandEditMenu);
+    addUndo(edit, Command::undo, L10nKey::commandUndoNamed, context.undo.canUndo(),
+            context.undo.undoActionName(), &UndoStack::undo);
+    addUndo(edit, Command::redo, L10nKey::commandRedoNamed, context.undo.canRedo(),
+            context.undo.redoActionName(), &UndoStack::redo);
     edit.addSeparator();
     add(edit, Command::showPreferences, &CommandBridge::showPreferences)
         ->setMenuRole(QAction::PreferencesRole);
 
-    QMenu& help = *menuBar.addMenu(QStringLiteral("&Help"));
+    QMenu& help = addMenu(menuBar, L10nKey::commandHelpMenu);
     add(help, Command::showHelp, &CommandBridge::showHelp);
     add(help, Command::downloadSampleCSV, &CommandBridge::downloadSampleCSV);
     help.addSeparator();
@@ -36,11 +38,27 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
         ->setMenuRole(QAction::ApplicationSpecificRole);
 }
 
-QAction* AppCommands::add(QMenu& menu, Command command, std::function<void()> run) {
-    QAction* action = menu.addAction(QString::fromUtf8(commandRow(command).title));
+template <class Parent>
+QMenu& AppCommands::addMenu(Parent& parent, L10nKey title) {
+    QMenu* menu = parent.addMenu(QString());
+    m_bindings.watch(m_context.state.language,
+                     [this, menu, title] { menu->setTitle(m_context.text(title)); });
+    return *menu;
+}
+
+QAction* AppCommands::addUntitled(QMenu& menu, Command command, std::function<void()> run) {
+    QAction* action = menu.addAction(QString());
     const QList<QKeyCombination> keys = m_context.keys.of(command);
     action->setShortcuts(QList<QKeySequence>(keys.begin(), keys.end()));
     QObject::connect(action, &QAction::triggered, action, std::move(run));
+    return action;
+}
+
+QAction* AppCommands::add(QMenu& menu, Command command, std::function<void()> run) {
+    QAction* action = addUntitled(menu, command, std::move(run));
+    m_bindings.watch(m_context.state.language, [this, action, command] {
+        action->setText(m_context.text(*commandRow(command).title));
+    });
     return action;
 }
 
@@ -49,16 +67,16 @@ QAction* AppCommands::add(QMenu& menu, Command command, BridgeAction action) {
 }
 
 // "Undo Add Marker", disabled when there is no step.
-void AppCommands::addUndo(QMenu& menu, Command command, QBindable<bool> isPossible, QBindable<QString> name,
-                          void (UndoStack::*run)()) {
-    QAction* action = add(menu, command, [&undo = m_context.undo, run] { (undo.*run)(); });
-    const QString verb = action->text();
+void AppCommands::addUndo(QMenu& menu, Command command, L10nKey withName, QBindable<bool> isPossible,
+                          QBindable<std::optional<L10nKey>> name, void (UndoStack::*run)()) {
+    QAction* action = addUntitled(menu, command, [&undo = m_context.undo, run] { (undo.*run)(); });
     m_bindings.watchAll(
-        [action, verb, isPossible, name] {
+        [this, action, command, withName, isPossible, name] {
             action->setEnabled(isPossible.value());
-            action->setText(name.value().isEmpty() ? verb : verb + u' ' + name.value());
+            action->setText(name.value() ? format(m_context.text(withName), m_context.text(*name.value()))
+                                         : m_context.text(*commandRow(command).title));
         },
-        isPossible, name);
+        m_context.state.language, isPossible, name);
 }
 
 }

@@ -1,4 +1,4 @@
-// The menus: entries of the table of commands, carried out through the bridge.
+// The menus: entries of the table of commands in the session's language, carried out through the bridge.
 #pragma once
 
 #include "app/CommandBridge.h"
@@ -24,10 +24,13 @@ public:
 private:
     using BridgeAction = CommandBridge::Action CommandBridge::*;
 
+    template <class Parent>
+    QMenu& addMenu(Parent& parent, L10nKey title);
+    QAction* addUntitled(QMenu& menu, Command command, std::function<void()> run);
     QAction* add(QMenu& menu, Command command, std::function<void()> run);
     QAction* add(QMenu& menu, Command command, BridgeAction action);
-    void addUndo(QMenu& menu, Command command, QBindable<bool> isPossible, QBindable<QString> name,
-                 void (UndoStack::*run)());
+    void addUndo(QMenu& menu, Command command, L10nKey withName, QBindable<bool> isPossible,
+                 QBindable<std::optional<L10nKey>> name, void (UndoStack::*run)());
 
     UiContext m_context;
     const CommandBridge& m_bridge;

@@ -20,19 +20,6 @@ constexpr QChar recentSeparator = u'\0'; // cannot occur in a path
 constexpr qsizetype mostRecent = 10;
 constexpr std::string_view savedKey = "savedSession"; // fingerprint of what was last saved or opened
 
-constexpr UiText openTitle{"Open another project?",   "Ouvrir un autre projet ?",
-                           "¿Abrir otro proyecto?",   "Aprire un altro progetto?",
-                           "Anderes Projekt öffnen?", "Öppna ett annat projekt?",
-                           "Abrir outro projeto?"};
-constexpr UiText openMessage{"Changes that you have not saved to a project will be lost.",
-                             "Les modifications que tu n'as pas enregistrées dans un projet seront perdues.",
-                             "Se perderán los cambios que no hayas guardado en un proyecto.",
-                             "Le modifiche che non hai salvato in un progetto andranno perse.",
-                             "Änderungen, die du nicht in einem Projekt gesichert hast, gehen verloren.",
-                             "Ändringar som du inte har sparat i ett projekt går förlorade.",
-                             "As alterações que não guardaste num projeto vão perder-se."};
-constexpr UiText openConfirm{"Open", "Ouvrir", "Abrir", "Apri", "Öffnen", "Öppna", "Abrir"};
-
 // Fingerprint of the fields that a restored session keeps; its video and the scale of its scoreboard are not
 // stored.
 QByteArray fingerprint(ProjectFile project) {
@@ -65,20 +52,22 @@ void DocumentCommands::newSession() {
 }
 
 void DocumentCommands::openProject() {
-    const auto path = m_context.dialogs.chooseFileToOpen(m_window, QStringLiteral("Open Pointloom Project"),
-                                                         {projectFilter()});
+    const auto path = m_context.dialogs.chooseFileToOpen(
+        m_window, m_context.text(L10nKey::documentOpenDialog), {projectFilter()});
     if (path)
         openProjectFile(*path);
 }
 
 void DocumentCommands::openProjectFile(const QString& path) {
-    if (!mayThrowAway(m_context.text(openTitle), m_context.text(openMessage), m_context.text(openConfirm)))
+    if (!mayThrowAway(m_context.text(L10nKey::documentOpenTitle),
+                      m_context.text(L10nKey::documentOpenMessage),
+                      m_context.text(L10nKey::documentOpenConfirm)))
         return;
     OpenReport report;
     try {
         report = pointloom::openProject(path, m_context.state);
     } catch (const DocumentError& error) {
-        alert(QStringLiteral("Could not open project"), QString::fromUtf8(error.what()));
+        alert(m_context.text(L10nKey::documentCannotOpen), QString::fromUtf8(error.what()));
         return;
     }
     becomeDocument();
@@ -86,11 +75,11 @@ void DocumentCommands::openProjectFile(const QString& path) {
     Q_EMIT opened();
     for (const auto& [role, storedPath] : report.missing) {
         if (role == OpenReport::Role::logo)
-            alert(QStringLiteral("Logo file not found"),
-                  QStringLiteral("The logo at %1 could not be found. Loading without logo.").arg(storedPath));
+            alert(m_context.text(L10nKey::documentLogoMissingTitle),
+                  format(m_context.text(L10nKey::documentLogoMissingMessage), storedPath));
         else if (role == OpenReport::Role::video)
-            alert(QStringLiteral("Video file not found"),
-                  QStringLiteral("The video at %1 could not be found. Please re-import it.").arg(storedPath));
+            alert(m_context.text(L10nKey::documentVideoMissingTitle),
+                  format(m_context.text(L10nKey::documentVideoMissingMessage), storedPath));
     }
 }
 
@@ -103,7 +92,7 @@ void DocumentCommands::saveProject() {
 
 void DocumentCommands::saveProjectAs() {
     const auto path =
-        chooseFileToSave(m_context, m_window, QStringLiteral("Save Pointloom Project"),
+        chooseFileToSave(m_context, m_window, m_context.text(L10nKey::documentSaveDialog),
                          QStringLiteral("project.plp"), projectFilter(), QStringLiteral(".plp"));
     if (path)
         writeTo(*path);
@@ -118,7 +107,7 @@ void DocumentCommands::writeTo(const QString& path) {
         requireNoInput(path, inputs);
         project.save(path);
     } catch (const DocumentError& error) {
-        alert(QStringLiteral("Could not save project"), QString::fromUtf8(error.what()));
+        alert(m_context.text(L10nKey::documentCannotSave), QString::fromUtf8(error.what()));
         return;
     }
     setSaved(project);
@@ -128,7 +117,7 @@ void DocumentCommands::writeTo(const QString& path) {
 }
 
 void DocumentCommands::downloadSampleCSV() {
-    const auto path = chooseFileToSave(m_context, m_window, QStringLiteral("Save Sample CSV"),
+    const auto path = chooseFileToSave(m_context, m_window, m_context.text(L10nKey::documentSampleDialog),
                                        QStringLiteral("pointloom_sample.csv"), QStringLiteral("CSV (*.csv)"),
                                        QStringLiteral(".csv"));
     if (!path)
@@ -137,7 +126,7 @@ void DocumentCommands::downloadSampleCSV() {
         requireNoInput(*path, inputFiles(m_context.state));
         writeDocument(*path, CSVParser::sampleText().toUtf8());
     } catch (const DocumentError& error) {
-        alert(QStringLiteral("Could not save CSV"), QString::fromUtf8(error.what()));
+        alert(m_context.text(L10nKey::documentCannotSaveSample), QString::fromUtf8(error.what()));
     }
 }
 

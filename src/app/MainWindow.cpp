@@ -19,11 +19,6 @@ namespace {
 constexpr std::string_view placeKey = "windowGeometry";
 constexpr QSize firstSize(900, 640);
 
-constexpr UiText untitled{"Untitled",  "Sans titre", "Sin título", "Senza titolo",
-                          "Unbenannt", "Namnlös",    "Sem título"};
-constexpr UiText clearRecent{"Clear List",   "Effacer la liste", "Borrar la lista", "Cancella elenco",
-                             "Liste leeren", "Rensa listan",     "Limpar lista"};
-
 QStringList filesIn(const QMimeData& data) {
     QStringList files;
     for (const QUrl& url : data.urls()) {
@@ -68,8 +63,9 @@ void MainWindow::watchDocument() {
 void MainWindow::updateTitle() {
     const auto& document = m_context.state.currentProjectURL.value();
     const bool isModified = m_content->documents().isModified();
-    const QString name = document ? QFileInfo(document->toLocalFile()).fileName() : m_context.text(untitled);
-    setWindowTitle(document || isModified ? QStringLiteral("%1[*] — Pointloom").arg(name)
+    const QString name =
+        document ? QFileInfo(document->toLocalFile()).fileName() : m_context.text(L10nKey::documentUntitled);
+    setWindowTitle(document || isModified ? QStringLiteral("%1[*] — Pointloom").arg(name) // not translated
                                           : QStringLiteral("Pointloom"));
     setWindowFilePath(document ? document->toLocalFile() : QString());
     setWindowModified(isModified);
@@ -87,7 +83,7 @@ void MainWindow::fillRecentProjects() {
     }
     menu.setToolTipsVisible(true);
     menu.addSeparator();
-    QAction* clear = menu.addAction(m_context.text(clearRecent));
+    QAction* clear = menu.addAction(m_context.text(L10nKey::commandClearRecent));
     clear->setEnabled(!paths.isEmpty());
     connect(clear, &QAction::triggered, &m_content->documents(), &DocumentCommands::forgetRecentProjects);
 }

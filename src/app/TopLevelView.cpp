@@ -27,43 +27,6 @@ namespace {
 constexpr std::string_view consentAskedKey = "crashConsentAsked";
 constexpr QSize smallestContent(760, 560);
 
-constexpr UiText cannotOpenTitle{"Could not open file",
-                                 "Impossible d'ouvrir le fichier",
-                                 "No se pudo abrir el archivo",
-                                 "Impossibile aprire il file",
-                                 "Datei konnte nicht geöffnet werden",
-                                 "Kunde inte öppna filen",
-                                 "Não foi possível abrir o ficheiro"};
-constexpr UiText cannotOpenMessage{
-    "%@ is neither a Pointloom project (.plp) nor a video (MP4, MOV, M4V).",
-    "%@ n'est ni un projet Pointloom (.plp) ni une vidéo (MP4, MOV, M4V).",
-    "%@ no es ni un proyecto de Pointloom (.plp) ni un vídeo (MP4, MOV, M4V).",
-    "%@ non è né un progetto Pointloom (.plp) né un video (MP4, MOV, M4V).",
-    "%@ ist weder ein Pointloom-Projekt (.plp) noch ein Video (MP4, MOV, M4V).",
-    "%@ är varken ett Pointloom-projekt (.plp) eller en video (MP4, MOV, M4V).",
-    "%@ não é um projeto do Pointloom (.plp) nem um vídeo (MP4, MOV, M4V)."};
-constexpr UiText cannotExportTitle{"Nothing to export yet",        "Rien à exporter pour l'instant",
-                                   "Aún no hay nada que exportar", "Ancora niente da esportare",
-                                   "Noch nichts zu exportieren",   "Inget att exportera än",
-                                   "Ainda nada para exportar"};
-constexpr UiText cannotExportMessage{
-    "Still to be done:", "Il reste à faire :", "Falta por hacer:", "Resta da fare:",
-    "Es fehlt noch:",    "Återstår att göra:", "Falta fazer:"};
-constexpr UiText stopExportTitle{"Stop the export?",        "Arrêter l'export ?", "¿Detener la exportación?",
-                                 "Fermare l'esportazione?", "Export abbrechen?",  "Avbryta exporten?",
-                                 "Parar a exportação?"};
-constexpr UiText stopExportMessage{
-    "The video is not finished. What was written so far is removed.",
-    "La vidéo n'est pas terminée. Ce qui a été écrit sera supprimé.",
-    "El vídeo no está terminado. Se borrará lo que se ha escrito.",
-    "Il video non è finito. Quello che è stato scritto verrà rimosso.",
-    "Das Video ist noch nicht fertig. Was bisher geschrieben wurde, wird gelöscht.",
-    "Videon är inte klar. Det som hittills har skrivits tas bort.",
-    "O vídeo não está pronto. O que foi escrito até agora será removido."};
-constexpr UiText stopExportConfirm{"Stop and quit", "Arrêter et quitter",    "Detener y salir",
-                                   "Ferma ed esci", "Abbrechen und beenden", "Avbryt och avsluta",
-                                   "Parar e sair"};
-
 bool isProject(const QString& path) {
     return QFileInfo(path).suffix().compare(QStringLiteral("plp"), Qt::CaseInsensitive) == 0;
 }
@@ -218,8 +181,9 @@ void TopLevelView::openFile(const QString& path) {
     else if (isVideo(path))
         importVideo(path);
     else
-        m_context.dialogs.alert(this, m_context.text(cannotOpenTitle),
-                                format(m_context.text(cannotOpenMessage), QFileInfo(path).fileName()));
+        m_context.dialogs.alert(
+            this, m_context.text(L10nKey::cannotOpenTitle),
+            format(m_context.text(L10nKey::cannotOpenMessage), QFileInfo(path).fileName()));
 }
 
 bool TopLevelView::event(QEvent* event) {
@@ -246,8 +210,8 @@ void TopLevelView::exportVideo() {
     require(state.matchConfig.value().has_value(), L10nKey::matchConfig);
     require(state.videoURL.value().has_value(), L10nKey::importVideo);
     if (!missing.isEmpty()) {
-        m_context.dialogs.alert(this, m_context.text(cannotExportTitle),
-                                m_context.text(cannotExportMessage) + missing);
+        m_context.dialogs.alert(this, m_context.text(L10nKey::cannotExportTitle),
+                                m_context.text(L10nKey::cannotExportMessage) + missing);
         return;
     }
     openDialog(new ExportSheet(m_context, this));
@@ -255,8 +219,9 @@ void TopLevelView::exportVideo() {
 
 bool TopLevelView::mayClose() {
     return m_context.state.exportStatus.value().stage != AppState::ExportStatus::Stage::exporting ||
-           m_context.dialogs.confirm(this, m_context.text(stopExportTitle), m_context.text(stopExportMessage),
-                                     m_context.text(stopExportConfirm), m_context.text(L10nKey::cancel));
+           m_context.dialogs.confirm(
+               this, m_context.text(L10nKey::stopExportTitle), m_context.text(L10nKey::stopExportMessage),
+               m_context.text(L10nKey::stopExportConfirm), m_context.text(L10nKey::cancel));
 }
 
 void TopLevelView::askForCrashConsentOnce() {
@@ -270,16 +235,14 @@ void TopLevelView::askForCrashConsentOnce() {
 
 void TopLevelView::askForCrashConsent() {
     const bool agrees = m_context.dialogs.confirm(
-        this, QStringLiteral("Anonymous Crash Reports"),
-        QStringLiteral("Pointloom can send anonymous crash reports to help improve the app. "
-                       "No personal data is included."),
-        QStringLiteral("Enable"), QStringLiteral("No thanks"));
+        this, m_context.text(L10nKey::consentTitle), m_context.text(L10nKey::consentMessage),
+        m_context.text(L10nKey::consentEnable), m_context.text(L10nKey::consentDecline));
     showCrashConsentDialog = false;
     try {
         m_context.defaults.setBoolean(Preferences::crashReportsKey, agrees);
         m_context.defaults.setBoolean(consentAskedKey, true);
     } catch (const FileError& error) {
-        m_context.dialogs.alert(this, QStringLiteral("Could not save preferences"),
+        m_context.dialogs.alert(this, m_context.text(L10nKey::consentNotKept),
                                 QString::fromUtf8(error.what()));
     }
 }

@@ -12,11 +12,12 @@ namespace {
 
 QStringList filesOf(const QApplication& application) {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Burns a live scoreboard into match videos."));
+    parser.setApplicationDescription(
+        QStringLiteral("Burns a live scoreboard into match videos.")); // not translated
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("file"),
-                                 QStringLiteral("A project (.plp) or a video to open."),
+                                 QStringLiteral("A project (.plp) or a video to open."), // not translated
                                  QStringLiteral("[file]"));
     parser.process(application);
     QStringList files;

@@ -29,7 +29,7 @@ TemplatesCommand::TemplatesCommand(CLI::App& subcommand)
 json::OrderedValue asJson(TemplateID id) {
     return {{"id", rawValue(id)},
             {"displayName", displayName(id).toStdString()},
-            {"description", description(id).toStdString()},
+            {"description", t(Language::english, description(id)).toStdString()},
             {"sport", rawValue(sportOf(id))}};
 }
 
@@ -37,7 +37,7 @@ std::string asLine(TemplateID id) {
     constexpr int idColumn = 20;
     constexpr int nameColumn = 15;
     return (QString::fromUtf8(rawValue(id)).leftJustified(idColumn) +
-            displayName(id).leftJustified(nameColumn) + description(id) + u'\n')
+            displayName(id).leftJustified(nameColumn) + t(Language::english, description(id)) + u'\n')
         .toStdString();
 }
 

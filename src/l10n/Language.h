@@ -1,13 +1,15 @@
 // The languages of the interface, and the text of a key in one of them.
 #pragma once
 
-#include "l10n/L10nKey.h"
 #include "json/RawValues.h"
 
 #include <QLocale>
 #include <QString>
 
 namespace pointloom {
+
+/// One enumerator for each text: include "l10n/L10nKey.h" to name one.
+enum class L10nKey;
 
 enum class Language { english, french, spanish, italian, german, swedish, portuguese };
 

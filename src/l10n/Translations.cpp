@@ -1,16 +1,36 @@
 #include "l10n/Translations.h"
 
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+// In a static library nothing registers them by itself. The macro wants the global namespace.
+static void registerTexts() {
+    Q_INIT_RESOURCE(texts);
+}
+
 namespace pointloom {
 
 namespace {
 
-TranslationTable buildTable() {
-    TranslationTable table;
-    for (const auto language : allCases<Language>()) {
-        auto& texts = table[language];
-        for (const auto& [key, text] : textList(language))
-            texts.emplace(key, text.toString());
+std::map<L10nKey, QString> readTexts(Language language) {
+    QFile file(QStringLiteral(":/texts/%1.json").arg(QString::fromUtf8(rawValue(language))));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QJsonObject object = QJsonDocument::fromJson(file.readAll()).object();
+    std::map<L10nKey, QString> texts;
+    for (const auto& [key, name] : RawValues<L10nKey>::table) {
+        if (const auto text = object.find(QString::fromUtf8(name)); text != object.end())
+            texts.emplace(key, text->toString());
     }
+    return texts;
+}
+
+TranslationTable readTable() {
+    registerTexts();
+    TranslationTable table;
+    for (const auto language : allCases<Language>())
+        table.emplace(language, readTexts(language));
     return table;
 }
 
@@ -24,28 +44,8 @@ const QString* find(const TranslationTable& table, Language language, L10nKey ke
 
 }
 
-TextList textList(Language language) {
-    switch (language) {
-    case Language::english:
-        return texts::english();
-    case Language::french:
-        return texts::french();
-    case Language::spanish:
-        return texts::spanish();
-    case Language::italian:
-        return texts::italian();
-    case Language::german:
-        return texts::german();
-    case Language::swedish:
-        return texts::swedish();
-    case Language::portuguese:
-        return texts::portuguese();
-    }
-    return {};
-}
-
 const TranslationTable& translations() {
-    static const TranslationTable table = buildTable();
+    static const TranslationTable table = readTable();
     return table;
 }
 
@@ -54,7 +54,7 @@ QString lookUp(const TranslationTable& table, Language language, L10nKey key) {
         return *text;
     if (const auto* text = find(table, Language::english, key))
         return *text;
-    return u'[' + caseName(key) + u']';
+    return u'[' + QString::fromUtf8(rawValue(key)) + u']';
 }
 
 }

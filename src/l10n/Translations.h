@@ -1,8 +1,8 @@
-// The translation table and the rule by which a text is found in it.
+// The texts of all languages and the rule by which a text is found in them.
 #pragma once
 
+#include "l10n/L10nKey.h"
 #include "l10n/Language.h"
-#include "l10n/translations/TextList.h"
 
 #include <map>
 
@@ -10,10 +10,7 @@ namespace pointloom {
 
 using TranslationTable = std::map<Language, std::map<L10nKey, QString>>;
 
-/// The texts of `language` as they are written in its file.
-TextList textList(Language language);
-
-/// All languages, built once from their lists.
+/// All languages, read once from the files in texts/, which are part of the program.
 const TranslationTable& translations();
 
 /// The text of `key` in `language`; failing that the English one, so that a language may be added

@@ -1,6 +1,7 @@
 #include "persistence/MarkerImport.h"
 
 #include "l10n/Format.h"
+#include "l10n/L10nKey.h"
 #include "persistence/DocumentError.h"
 #include "session/AppState.h"
 

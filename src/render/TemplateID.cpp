@@ -1,5 +1,7 @@
 #include "render/TemplateID.h"
 
+#include "l10n/L10nKey.h"
+
 #include <array>
 
 namespace pointloom {
@@ -8,12 +10,12 @@ namespace {
 
 struct CatalogueEntry {
     QStringView displayName;
-    QStringView description;
+    L10nKey description;
     SportID sport;
 };
 
 constexpr auto catalogue = std::to_array<CatalogueEntry>({
-#define POINTLOOM_ENTRY(id, sport, name, text) {u##name, u##text, SportID::sport},
+#define POINTLOOM_ENTRY(id, sport, name, text) {u##name, L10nKey::text, SportID::sport},
     POINTLOOM_TEMPLATES(POINTLOOM_ENTRY)
 #undef POINTLOOM_ENTRY
 });
@@ -28,8 +30,8 @@ QString displayName(TemplateID id) {
     return entryOf(id).displayName.toString();
 }
 
-QString description(TemplateID id) {
-    return entryOf(id).description.toString();
+L10nKey description(TemplateID id) {
+    return entryOf(id).description;
 }
 
 SportID sportOf(TemplateID id) {

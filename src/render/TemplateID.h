@@ -1,6 +1,7 @@
 // The catalogue of scoreboard templates.
 #pragma once
 
+#include "l10n/Language.h"
 #include "model/MatchConfig.h"
 #include "json/RawValues.h"
 
@@ -10,38 +11,38 @@
 namespace pointloom {
 
 // clang-format off
-// A row a template: identifier, sport, name and description on the picker's card. The order is the catalogue's.
+// A row a template: identifier, sport, name and description on the picker's card, the latter by its text's key. The order is the catalogue's.
 #define POINTLOOM_TEMPLATES(ROW) \
-    ROW(classic, tennis, "Classic", "Dark navy, clay-orange — Roland Garros feel") \
-    ROW(dark, tennis, "Dark Pro", "Pure black, gold game — ATP/WTA broadcast") \
-    ROW(broadcast, tennis, "Broadcast", "Blue/red split band — Eurosport style") \
-    ROW(minimal, tennis, "Minimal", "Semi-transparent black — streaming/social") \
-    ROW(gradient, tennis, "Gradient", "Blue→purple frosted glass — modern/esports") \
-    ROW(retro, tennis, "Retro", "Dark green, gold border — Wimbledon vintage") \
-    ROW(stacked, tennis, "Stacked", "Vertical card layout — modern ESPN style") \
-    ROW(rolandgarros, tennis, "Roland Garros", "Dark clay, terracotta — official Babolat style") \
-    ROW(wimbledon, tennis, "Wimbledon", "Dark green, purple accent — Centre Court") \
-    ROW(nightsession, tennis, "Night Session", "Blue glassmorphism — stadium night feel") \
-    ROW(volleyArena, volleyball, "Arena", "Blue/yellow arena — FIVB broadcast style") \
-    ROW(volleyCourt, volleyball, "Court Side", "Wood court — indoor gymnasium feel") \
-    ROW(volleyNeon, volleyball, "Neon", "Dark bg, neon cyan — modern social") \
-    ROW(volleyMinimal, volleyball, "Minimal", "Semi-transparent — streaming overlay") \
-    ROW(badmintonSmash, badminton, "Smash", "Dark blue/red — BWF broadcast style") \
-    ROW(badmintonGym, badminton, "Gymnasium", "Green/white — indoor gymnasium") \
-    ROW(badmintonNeon, badminton, "Neon", "Dark purple, neon lime — modern") \
-    ROW(badmintonMinimal, badminton, "Minimal", "Semi-transparent — streaming overlay") \
-    ROW(ttClassic, tableTennis, "Classic", "ITTF blue/white — official style") \
-    ROW(ttNeon, tableTennis, "Neon", "Dark, neon orange — ping-pong ball") \
-    ROW(ttRetro, tableTennis, "Retro", "Red/black — retro arcade feel") \
-    ROW(ttMinimal, tableTennis, "Minimal", "Semi-transparent — streaming overlay") \
-    ROW(squashCourt, squash, "Court", "Black/yellow — PSA broadcast style") \
-    ROW(squashDark, squash, "Dark Pro", "Charcoal/gold — dark pro") \
-    ROW(squashNeon, squash, "Neon", "Dark, neon lime — modern") \
-    ROW(squashMinimal, squash, "Minimal", "Semi-transparent — streaming overlay") \
-    ROW(pickleballClassic, pickleball, "Classic", "USA blue/gold — official style") \
-    ROW(pickleballNeon, pickleball, "Neon", "Dark, neon teal — modern social") \
-    ROW(pickleballMinimal, pickleball, "Minimal", "Semi-transparent — streaming overlay") \
-    ROW(pickleballRetro, pickleball, "Retro", "Dark, retro orange — vintage feel")
+    ROW(classic, tennis, "Classic", templateClassic) \
+    ROW(dark, tennis, "Dark Pro", templateDark) \
+    ROW(broadcast, tennis, "Broadcast", templateBroadcast) \
+    ROW(minimal, tennis, "Minimal", templateMinimal) \
+    ROW(gradient, tennis, "Gradient", templateGradient) \
+    ROW(retro, tennis, "Retro", templateRetro) \
+    ROW(stacked, tennis, "Stacked", templateStacked) \
+    ROW(rolandgarros, tennis, "Roland Garros", templateRolandgarros) \
+    ROW(wimbledon, tennis, "Wimbledon", templateWimbledon) \
+    ROW(nightsession, tennis, "Night Session", templateNightsession) \
+    ROW(volleyArena, volleyball, "Arena", templateVolleyArena) \
+    ROW(volleyCourt, volleyball, "Court Side", templateVolleyCourt) \
+    ROW(volleyNeon, volleyball, "Neon", templateVolleyNeon) \
+    ROW(volleyMinimal, volleyball, "Minimal", templateStreaming) \
+    ROW(badmintonSmash, badminton, "Smash", templateBadmintonSmash) \
+    ROW(badmintonGym, badminton, "Gymnasium", templateBadmintonGym) \
+    ROW(badmintonNeon, badminton, "Neon", templateBadmintonNeon) \
+    ROW(badmintonMinimal, badminton, "Minimal", templateStreaming) \
+    ROW(ttClassic, tableTennis, "Classic", templateTtClassic) \
+    ROW(ttNeon, tableTennis, "Neon", templateTtNeon) \
+    ROW(ttRetro, tableTennis, "Retro", templateTtRetro) \
+    ROW(ttMinimal, tableTennis, "Minimal", templateStreaming) \
+    ROW(squashCourt, squash, "Court", templateSquashCourt) \
+    ROW(squashDark, squash, "Dark Pro", templateSquashDark) \
+    ROW(squashNeon, squash, "Neon", templateSquashNeon) \
+    ROW(squashMinimal, squash, "Minimal", templateStreaming) \
+    ROW(pickleballClassic, pickleball, "Classic", templatePickleballClassic) \
+    ROW(pickleballNeon, pickleball, "Neon", templatePickleballNeon) \
+    ROW(pickleballMinimal, pickleball, "Minimal", templateStreaming) \
+    ROW(pickleballRetro, pickleball, "Retro", templatePickleballRetro)
 
 enum class TemplateID {
 #define POINTLOOM_ENUMERATOR(id, ...) id,
@@ -62,8 +63,8 @@ struct RawValues<TemplateID> {
 /// The name on the picker's card.
 QString displayName(TemplateID id);
 
-/// One line under the name.
-QString description(TemplateID id);
+/// One line under the name, in the session's language.
+L10nKey description(TemplateID id);
 
 /// The sport it is made for; padel has none of its own and uses those of tennis.
 SportID sportOf(TemplateID id);

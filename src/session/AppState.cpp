@@ -1,5 +1,6 @@
 #include "session/AppState.h"
 
+#include "l10n/L10nKey.h"
 #include "model/ScoringEngine.h"
 
 #include <algorithm>
@@ -41,8 +42,7 @@ void AppState::addMarker(Marker marker, UndoManager* undoManager) {
     edited.push_back(std::move(marker));
     markers = ScoringEngine::sortedByTime(std::move(edited));
     selectedMarkerID = id;
-    registerEdit(undoManager, QStringLiteral("Add Marker"),
-                 [this, id, undoManager] { removeMarker(id, undoManager); });
+    registerEdit(undoManager, L10nKey::addMarker, [this, id, undoManager] { removeMarker(id, undoManager); });
     save();
 }
 
@@ -56,13 +56,13 @@ void AppState::removeMarker(const QUuid& id, UndoManager* undoManager) {
     markers = std::move(edited);
     if (selectedMarkerID.value() == removed.id)
         selectedMarkerID = std::nullopt;
-    registerEdit(undoManager, QStringLiteral("Delete Marker"),
+    registerEdit(undoManager, L10nKey::undoDeleteMarker,
                  [this, removed, undoManager] { addMarker(removed, undoManager); });
     save();
 }
 
 template <class Value>
-void AppState::updateMarker(const QUuid& id, Value Marker::*field, const Value& value, const QString& name,
+void AppState::updateMarker(const QUuid& id, Value Marker::*field, const Value& value, L10nKey name,
                             UndoManager* undoManager) {
     auto edited = markers.value();
     const auto found = findMarker(edited, id);
@@ -78,16 +78,16 @@ void AppState::updateMarker(const QUuid& id, Value Marker::*field, const Value& 
 }
 
 void AppState::updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoManager* undoManager) {
-    updateMarker(id, &Marker::score, score, QStringLiteral("Edit Score"), undoManager);
+    updateMarker(id, &Marker::score, score, L10nKey::undoEditScore, undoManager);
 }
 
 void AppState::updateMarkerTime(const QUuid& id, double time, UndoManager* undoManager) {
-    updateMarker(id, &Marker::startTime, time, QStringLiteral("Move Marker"), undoManager);
+    updateMarker(id, &Marker::startTime, time, L10nKey::undoMoveMarker, undoManager);
 }
 
 void AppState::updateMarkerLabel(const QUuid& id, const std::optional<QString>& label,
                                  UndoManager* undoManager) {
-    updateMarker(id, &Marker::label, label, QStringLiteral("Rename Marker"), undoManager);
+    updateMarker(id, &Marker::label, label, L10nKey::undoRenameMarker, undoManager);
 }
 
 void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,
@@ -96,10 +96,9 @@ void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUu
     const std::optional<QUuid> previousSelection = selectedMarkerID;
     markers = std::move(replacement);
     selectedMarkerID = selection;
-    registerEdit(undoManager, QStringLiteral("Import Markers"),
-                 [this, previous, previousSelection, undoManager] {
-                     replaceMarkers(previous, previousSelection, undoManager);
-                 });
+    registerEdit(undoManager, L10nKey::undoImportMarkers, [this, previous, previousSelection, undoManager] {
+        replaceMarkers(previous, previousSelection, undoManager);
+    });
     save();
 }
 

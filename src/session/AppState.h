@@ -118,7 +118,7 @@ private:
     std::optional<SportScoreState> resolveLiveScore() const;
 
     template <class Value>
-    void updateMarker(const QUuid& id, Value Marker::*field, const Value& value, const QString& name,
+    void updateMarker(const QUuid& id, Value Marker::*field, const Value& value, L10nKey name,
                       UndoManager* undoManager);
 
     SessionStore* m_store;

@@ -1,5 +1,7 @@
 #include "session/RangeEdits.h"
 
+#include "l10n/L10nKey.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -15,7 +17,7 @@ void setTrim(AppState& state, const TrimTimes& trim, UndoManager* undoManager) {
         return;
     state.trimStart = trim.start;
     state.trimEnd = trim.end;
-    registerEdit(undoManager, QStringLiteral("Set Trim"),
+    registerEdit(undoManager, L10nKey::undoSetTrim,
                  [&state, previous, undoManager] { setTrim(state, previous, undoManager); });
     state.save();
 }
@@ -25,7 +27,7 @@ void addCut(AppState& state, const CutZone& cut, UndoManager* undoManager) {
     edited.insert(std::ranges::upper_bound(edited, cut.start, {}, &CutZone::start), cut);
     state.cuts = std::move(edited);
     state.selectedCutID = cut.id;
-    registerEdit(undoManager, QStringLiteral("Add Cut"),
+    registerEdit(undoManager, L10nKey::undoAddCut,
                  [&state, id = cut.id, undoManager] { removeCut(state, id, undoManager); });
     state.save();
 }
@@ -38,7 +40,7 @@ void updateCut(AppState& state, const CutZone& cut, UndoManager* undoManager) {
     const CutZone previous = std::exchange(*found, cut);
     std::ranges::stable_sort(edited, {}, &CutZone::start);
     state.cuts = std::move(edited);
-    registerEdit(undoManager, QStringLiteral("Move Cut"),
+    registerEdit(undoManager, L10nKey::undoMoveCut,
                  [&state, previous, undoManager] { updateCut(state, previous, undoManager); });
     state.save();
 }
@@ -53,7 +55,7 @@ void removeCut(AppState& state, const QUuid& id, UndoManager* undoManager) {
     state.cuts = std::move(edited);
     if (state.selectedCutID.value() == removed.id)
         state.selectedCutID = std::nullopt;
-    registerEdit(undoManager, QStringLiteral("Delete Cut"),
+    registerEdit(undoManager, L10nKey::undoDeleteCut,
                  [&state, removed, undoManager] { addCut(state, removed, undoManager); });
     state.save();
 }

@@ -1,20 +1,21 @@
 #include "session/ScoreboardEdits.h"
 
+#include "l10n/L10nKey.h"
+
 namespace pointloom {
 
 ScoreboardPlace ScoreboardPlace::of(const AppState& state) {
     return {state.scoreboardPosition, state.scoreboardUserScale};
 }
 
-void placeScoreboard(AppState& state, const ScoreboardPlace& place, const QString& name,
-                     UndoManager* undoManager) {
+void placeScoreboard(AppState& state, const ScoreboardPlace& place, L10nKey name, UndoManager* undoManager) {
     const ScoreboardPlace previous = ScoreboardPlace::of(state);
     state.scoreboardPosition = place.position;
     state.scoreboardUserScale = place.userScale;
     concludePlacing(state, previous, name, undoManager);
 }
 
-void concludePlacing(AppState& state, const ScoreboardPlace& previous, const QString& name,
+void concludePlacing(AppState& state, const ScoreboardPlace& previous, L10nKey name,
                      UndoManager* undoManager) {
     if (previous == ScoreboardPlace::of(state))
         return;
@@ -29,7 +30,7 @@ void setInitialScore(AppState& state, const std::optional<SportScoreState>& scor
     if (previous == score)
         return;
     state.initialScore = score;
-    registerEdit(undoManager, QStringLiteral("Edit Initial Score"),
+    registerEdit(undoManager, L10nKey::undoEditInitialScore,
                  [&state, previous, undoManager] { setInitialScore(state, previous, undoManager); });
     state.save();
 }

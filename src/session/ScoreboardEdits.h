@@ -16,11 +16,10 @@ struct ScoreboardPlace {
 };
 
 /// Moves and resizes the scoreboard. `name` is the edit's, as in "Move Scoreboard".
-void placeScoreboard(AppState& state, const ScoreboardPlace& place, const QString& name,
-                     UndoManager* undoManager);
+void placeScoreboard(AppState& state, const ScoreboardPlace& place, L10nKey name, UndoManager* undoManager);
 
 /// The same for a scoreboard that has followed the pointer already, from `previous` to where it stands.
-void concludePlacing(AppState& state, const ScoreboardPlace& previous, const QString& name,
+void concludePlacing(AppState& state, const ScoreboardPlace& previous, L10nKey name,
                      UndoManager* undoManager);
 
 /// Absent: the empty score of the match holds before the first marker.

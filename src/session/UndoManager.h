@@ -1,8 +1,9 @@
 // What an undoable edit is given to say how it is taken back.
 #pragma once
 
+#include "l10n/Language.h"
+
 #include <functional>
-#include <QString>
 #include <utility>
 
 namespace pointloom {
@@ -17,13 +18,13 @@ public:
     /// undone becomes its redo, and the other way round.
     virtual void registerUndo(Action inverse) = 0;
 
-    /// Names the edit registered last, as in "Add Marker". While undoing or redoing, the name that the
-    /// edit was given first stays.
-    virtual void setActionName(const QString& name) = 0;
+    /// Names the edit registered last by the text that a menu shows, as in "Add Marker". While undoing or
+    /// redoing, the name that the edit was given first stays.
+    virtual void setActionName(L10nKey name) = 0;
 };
 
 /// Registers an edit with its name; nothing without an undo manager.
-inline void registerEdit(UndoManager* undoManager, const QString& name, UndoManager::Action inverse) {
+inline void registerEdit(UndoManager* undoManager, L10nKey name, UndoManager::Action inverse) {
     if (!undoManager)
         return;
     undoManager->registerUndo(std::move(inverse));

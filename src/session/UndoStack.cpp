@@ -15,6 +15,8 @@ public:
         m_actions.push_back(std::move(inverse));
     }
 
+    std::optional<L10nKey> name;
+
     void undo() override { replay(); }
 
     void redo() override {
@@ -55,10 +57,10 @@ void UndoStack::registerUndo(Action inverse) {
     publish();
 }
 
-void UndoStack::setActionName(const QString& name) {
+void UndoStack::setActionName(L10nKey name) {
     if (m_replayed || !m_latest)
         return;
-    m_latest->setText(name);
+    m_latest->name = name;
     publish();
 }
 
@@ -89,8 +91,13 @@ void UndoStack::removeAllActions() {
 void UndoStack::publish() {
     m_canUndo = m_steps.canUndo();
     m_canRedo = m_steps.canRedo();
-    m_undoActionName = m_steps.undoText();
-    m_redoActionName = m_steps.redoText();
+    m_undoActionName = nameOfStep(m_steps.index() - 1);
+    m_redoActionName = nameOfStep(m_steps.index());
+}
+
+std::optional<L10nKey> UndoStack::nameOfStep(int index) const {
+    const auto* step = static_cast<const Step*>(m_steps.command(index));
+    return step ? step->name : std::nullopt;
 }
 
 }

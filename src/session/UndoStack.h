@@ -4,6 +4,7 @@
 #include "session/UndoManager.h"
 
 #include <memory>
+#include <optional>
 #include <QProperty>
 #include <QUndoStack>
 #include <vector>
@@ -18,7 +19,7 @@ public:
     ~UndoStack() override;
 
     void registerUndo(Action inverse) override;
-    void setActionName(const QString& name) override;
+    void setActionName(L10nKey name) override;
 
     /// Takes back the latest step, or makes the step taken back last again. Nothing happens when there is
     /// none, or when called by an action that is itself being undone or redone. A step whose actions find
@@ -32,13 +33,14 @@ public:
     // For a menu: readers inside a binding register themselves.
     QBindable<bool> canUndo() const { return &m_canUndo; }
     QBindable<bool> canRedo() const { return &m_canRedo; }
-    QBindable<QString> undoActionName() const { return &m_undoActionName; } // empty when there is none
-    QBindable<QString> redoActionName() const { return &m_redoActionName; }
+    QBindable<std::optional<L10nKey>> undoActionName() const { return &m_undoActionName; }
+    QBindable<std::optional<L10nKey>> redoActionName() const { return &m_redoActionName; }
 
 private:
     class Step;
 
     void replay(void (QUndoStack::*direction)());
+    std::optional<L10nKey> nameOfStep(int index) const;
     void publish();
 
     QUndoStack m_steps;
@@ -47,8 +49,8 @@ private:
 
     QProperty<bool> m_canUndo{false};
     QProperty<bool> m_canRedo{false};
-    QProperty<QString> m_undoActionName;
-    QProperty<QString> m_redoActionName;
+    QProperty<std::optional<L10nKey>> m_undoActionName;
+    QProperty<std::optional<L10nKey>> m_redoActionName;
 };
 
 }

@@ -38,6 +38,18 @@ TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
               "Help…|Download Sample CSV…|-|About Pointloom|Licence…");
 }
 
+TEST_F(MenuTest, TitlesFollowTheLanguageAtOnce) {
+    state->addMarker(markerAt(3), undo.get());
+    state->language = Language::german;
+    EXPECT_EQ(titlesIn(QStringLiteral("&Datei")).join(u'|').toStdString(),
+              "Neue Sitzung|Projekt öffnen…|Zuletzt benutzt|Video öffnen…|-|Projekt sichern|"
+              "Projekt sichern unter…|Video exportieren…|-|Beenden");
+    EXPECT_EQ(titlesIn(QStringLiteral("&Bearbeiten")).join(u'|').toStdString(),
+              "„Marker hinzufügen“ rückgängig machen|Wiederholen|-|Einstellungen…");
+    EXPECT_EQ(titlesIn(QStringLiteral("&Hilfe")).join(u'|').toStdString(),
+              "Hilfe…|CSV-Beispiel herunterladen…|-|Über Pointloom|Lizenz…");
+}
+
 TEST_F(MenuTest, ShortcutsReachTheActionsThatAreThereAndNoOthers) {
     QStringList called;
     const auto record = [&called](const char* name) {

@@ -1,8 +1,8 @@
 #include "app/Shell.h"
 
-#include "ui/common/Preferences.h"
 #include "persistence/ProjectSession.h"
 #include "support/Sessions.h"
+#include "ui/common/Preferences.h"
 
 #include <QAction>
 #include <QMenu>

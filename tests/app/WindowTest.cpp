@@ -1,8 +1,9 @@
 // The window around the screens: title, routing, what is dropped on it, closing.
-#include "ui/common/Preferences.h"
+#include "app/QtTexts.h"
 #include "app/Shell.h"
 #include "support/Sessions.h"
 #include "ui/common/Dialogs.h"
+#include "ui/common/Preferences.h"
 
 #include <algorithm>
 #include <QAction>
@@ -175,13 +176,30 @@ TEST_F(WindowTest, AChosenLanguageOutlivesTheSession) {
 TEST(FirstLanguageTest, IsTheChosenOneOrTheFirstOfTheDesktopsThatThereIs) {
     const ClipFolder folder;
     UserDefaults defaults(folder.path(QStringLiteral("settings.conf")));
-    EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("nl-NL"), QStringLiteral("de-AT")}), Language::german);
+    EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("nl-NL"), QStringLiteral("de-AT")}),
+              Language::german);
     EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("pt_BR")}), Language::portuguese);
     EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("C")}), Language::english);
     defaults.setData("language", "sv");
     EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::swedish);
     defaults.setData("language", "xx");
     EXPECT_EQ(Preferences::firstLanguage(defaults, {QStringLiteral("de-AT")}), Language::german);
+}
+
+TEST(QtTextsTest, FollowTheLanguageOfTheSession) {
+    AppState state;
+    const QtTexts texts(state);
+    const auto here = [&state](Language language) {
+        state.language = language;
+        return QCoreApplication::translate("QLineEdit", "Select All").toStdString();
+    };
+    EXPECT_EQ(here(Language::english), "Select All");
+    if (here(Language::german) == "Select All")
+        GTEST_SKIP() << "Qt's translations are not installed";
+    EXPECT_EQ(here(Language::german), "Alles auswählen");
+    EXPECT_EQ(here(Language::swedish), "Markera alla");
+    EXPECT_EQ(here(Language::portuguese), "Seleccionar Tudo");
+    EXPECT_EQ(here(Language::english), "Select All");
 }
 
 }

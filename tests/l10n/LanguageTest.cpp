@@ -30,13 +30,3 @@ TEST(Language, CarriesItsOwnNameAndFlag) {
     EXPECT_EQ(names.size(), 7U);
     EXPECT_EQ(flags.size(), 7U);
 }
-
-TEST(L10nKey, ThereAreAHundredAndTenDifferentNames) {
-    std::set<QString> names;
-    for (const auto key : allL10nKeys)
-        names.insert(caseName(key));
-    EXPECT_EQ(names.size(), 110U);
-    EXPECT_EQ(caseName(allL10nKeys.front()).toStdString(), "continueBtn");
-    EXPECT_EQ(caseName(allL10nKeys.back()).toStdString(), "downloadSampleCSV");
-    EXPECT_EQ(caseName(L10nKey::optional_).toStdString(), "optional_");
-}

@@ -1,11 +1,16 @@
 #include "l10n/Translations.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <QFile>
+#include <QJsonDocument>
 #include <QRegularExpression>
 
 using namespace pointloom;
 
 namespace {
+
+constexpr auto allKeys = allCases<L10nKey>();
 
 std::string shown(Language language, L10nKey key) {
     return t(language, key).toStdString();
@@ -15,8 +20,8 @@ std::string shown(Language language, L10nKey key) {
 template <class Check>
 void forEveryText(Check check) {
     for (const auto language : allCases<Language>()) {
-        for (const auto key : allL10nKeys) {
-            SCOPED_TRACE(std::string(rawValue(language)) + " " + caseName(key).toStdString());
+        for (const auto key : allKeys) {
+            SCOPED_TRACE(std::string(rawValue(language)) + " " + std::string(rawValue(key)));
             check(language, key, t(Language::english, key), t(language, key));
         }
     }
@@ -24,16 +29,39 @@ void forEveryText(Check check) {
 
 }
 
-TEST(Translations, EveryLanguageHasEveryKeyInDeclaredOrder) {
+TEST(Translations, EveryFileHasEveryKeyOnceInTheOrderOfTheEnglishOne) {
+    const QRegularExpression line(QStringLiteral("^    \"(\\w+)\": \".+\",?$"));
     for (const auto language : allCases<Language>()) {
-        SCOPED_TRACE(std::string(rawValue(language)));
-        const auto list = textList(language);
-        ASSERT_EQ(list.size(), allL10nKeys.size());
-        for (std::size_t i = 0; i < list.size(); ++i) {
-            EXPECT_EQ(list[i].key, allL10nKeys[i]) << caseName(list[i].key).toStdString() << " stands where "
-                                                   << caseName(allL10nKeys[i]).toStdString() << " belongs";
+        const std::string code(rawValue(language));
+        SCOPED_TRACE(code + ".json");
+        QFile file(QStringLiteral(":/texts/%1.json").arg(QString::fromStdString(code)));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QJsonParseError fault;
+        QJsonDocument::fromJson(bytes, &fault);
+        ASSERT_EQ(fault.error, QJsonParseError::NoError)
+            << fault.errorString().toStdString() << " in line " << bytes.first(fault.offset).count('\n') + 1;
+
+        std::vector<std::string> keys;
+        for (const QString& text : QString::fromUtf8(bytes).split(u'\n', Qt::SkipEmptyParts)) {
+            if (text == u"{" || text == u"}")
+                continue;
+            const auto match = line.match(text);
+            ASSERT_TRUE(match.hasMatch())
+                << "not a line of the form \"key\": \"text\": " << text.toStdString();
+            keys.push_back(match.captured(1).toStdString());
         }
+        for (std::size_t i = 0; i < std::min(keys.size(), allKeys.size()); ++i)
+            ASSERT_EQ(keys[i], rawValue(allKeys[i])) << "is the first key out of place";
+        ASSERT_EQ(keys.size(), allKeys.size());
     }
+}
+
+TEST(Translations, TheFirstKeysAreThoseOfTheFirstRelease) {
+    const auto name = [](std::size_t index) { return rawValue(allKeys.at(index)); };
+    EXPECT_EQ(name(0), "continueBtn");
+    EXPECT_EQ(name(7), "optional_");
+    EXPECT_EQ(name(109), "downloadSampleCSV");
 }
 
 TEST(Translations, TextsAreShownInTheirLanguage) {
@@ -76,8 +104,8 @@ TEST(Translations, TextsAreShownInTheirLanguage) {
 }
 
 TEST(Translations, PlaceholdersLinesAndSymbolsAreTheSameInEveryLanguage) {
-    const QStringView kept[] = {u"%",   u"%d", u"%@",  u"\n",  u"\n\n", u"• ",  u"— ", u"⌘⇧E",
-                                u"← →", u"…",  u"CSV", u"MP4", u"MOV",  u"M4V", u"/",  u"Pointloom"};
+    const QStringView kept[] = {u"%",   u"%d", u"%@",  u"\n",  u"\n\n", u"• ",  u"— ",       u"⌘⇧E",
+                                u"← →", u"…",  u"CSV", u"MP4", u"MOV",  u"M4V", u"Pointloom"};
     forEveryText([&](Language, L10nKey, const QString& english, const QString& text) {
         for (const auto part : kept)
             EXPECT_EQ(text.count(part), english.count(part)) << part.toUtf8().constData();
@@ -90,11 +118,13 @@ TEST(Translations, PlaceholdersLinesAndSymbolsAreTheSameInEveryLanguage) {
     }
 }
 
-TEST(Translations, TextsEndInTheSameMarkAndHaveNoStrayBlanks) {
-    forEveryText([](Language, L10nKey, const QString& english, const QString& text) {
+TEST(Translations, TextsEndInTheSameMarkAndHaveNoStraySpaces) {
+    forEveryText([](Language, L10nKey key, const QString& english, const QString& text) {
         ASSERT_FALSE(text.isEmpty());
         EXPECT_EQ(text, text.trimmed());
         EXPECT_FALSE(text.contains(u"  "));
+        if (key == L10nKey::editorServeShort)
+            return; // an abbreviation in some
         for (const auto mark : {u'.', u'?', u'…', u')'})
             EXPECT_EQ(text.endsWith(mark), english.endsWith(mark)) << text.toStdString();
     });
@@ -132,12 +162,12 @@ TEST(Translations, HelpNamesEachScreenByItsTitle) {
 }
 
 TEST(Translations, EachLanguageKeepsItsOwnConventions) {
-    const QRegularExpression frenchMarkWithoutBlank(QStringLiteral("\\S[:?!;](\\s|$)"));
+    const QRegularExpression frenchMarkWithoutSpace(QStringLiteral("\\S[:?!;](\\s|$)"));
     const QRegularExpression brazilian(QStringLiteral("\\b(arquivo|esporte|equipe|você|quadro)s?\\b"),
                                        QRegularExpression::CaseInsensitiveOption |
                                            QRegularExpression::UseUnicodePropertiesOption);
-    for (const auto key : allL10nKeys) {
-        EXPECT_FALSE(t(Language::french, key).contains(frenchMarkWithoutBlank))
+    for (const auto key : allKeys) {
+        EXPECT_FALSE(t(Language::french, key).contains(frenchMarkWithoutSpace))
             << shown(Language::french, key);
         EXPECT_FALSE(t(Language::portuguese, key).contains(brazilian)) << shown(Language::portuguese, key);
         const auto spanish = t(Language::spanish, key);

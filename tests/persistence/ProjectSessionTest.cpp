@@ -1,5 +1,6 @@
 #include "persistence/ProjectSession.h"
 
+#include "l10n/L10nKey.h"
 #include "persistence/DocumentError.h"
 #include "persistence/MarkerImport.h"
 #include "session/UndoStack.h"

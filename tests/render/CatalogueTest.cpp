@@ -27,11 +27,11 @@ TEST(TemplateCatalogue, OnlyExactRawValuesNameATemplate) {
 
 TEST(TemplateCatalogue, CardsShowNameAndDescription) {
     EXPECT_EQ(displayName(TemplateID::dark), QStringLiteral("Dark Pro"));
-    EXPECT_EQ(description(TemplateID::dark), QStringLiteral("Pure black, gold game — ATP/WTA broadcast"));
-    EXPECT_EQ(description(TemplateID::gradient),
-              QStringLiteral("Blue→purple frosted glass — modern/esports"));
+    const auto shown = [](TemplateID id) { return t(Language::english, description(id)).toStdString(); };
+    EXPECT_EQ(shown(TemplateID::dark), "Pure black, gold game — ATP/WTA broadcast");
+    EXPECT_EQ(shown(TemplateID::gradient), "Blue→purple frosted glass — modern/esports");
     EXPECT_EQ(displayName(TemplateID::pickleballRetro), QStringLiteral("Retro"));
-    EXPECT_EQ(description(TemplateID::pickleballRetro), QStringLiteral("Dark, retro orange — vintage feel"));
+    EXPECT_EQ(shown(TemplateID::pickleballRetro), "Dark, retro orange — vintage feel");
     EXPECT_EQ(sportOf(TemplateID::ttNeon), SportID::tableTennis);
 }
 

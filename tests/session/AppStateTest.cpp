@@ -1,5 +1,6 @@
 #include "session/AppState.h"
 
+#include "l10n/L10nKey.h"
 #include "l10n/Language.h"
 #include "support/Sessions.h"
 

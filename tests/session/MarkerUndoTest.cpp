@@ -1,3 +1,4 @@
+#include "l10n/L10nKey.h"
 #include "session/AppState.h"
 #include "session/UndoStack.h"
 #include "support/Sessions.h"
@@ -104,28 +105,28 @@ TEST_F(MarkerUndo, TheMenuNamesEachEditInBothDirections) {
     state.updateMarkerLabel(marker.id, QStringLiteral("Break"), &undo);
     state.removeMarker(marker.id, &undo);
 
-    std::vector<QString> undone;
-    std::vector<QString> redone;
+    std::vector<std::optional<L10nKey>> undone;
+    std::vector<std::optional<L10nKey>> redone;
     for (; undo.canUndo().value(); undo.undo())
         undone.push_back(undo.undoActionName().value());
-    EXPECT_EQ(undone, (std::vector{QStringLiteral("Delete Marker"), QStringLiteral("Rename Marker"),
-                                   QStringLiteral("Move Marker"), QStringLiteral("Edit Score"),
-                                   QStringLiteral("Add Marker")}));
+    EXPECT_EQ(undone, (std::vector<std::optional<L10nKey>>{L10nKey::undoDeleteMarker,
+                                                           L10nKey::undoRenameMarker, L10nKey::undoMoveMarker,
+                                                           L10nKey::undoEditScore, L10nKey::addMarker}));
     for (; undo.canRedo().value(); undo.redo())
         redone.push_back(undo.redoActionName().value());
-    EXPECT_EQ(redone, std::vector<QString>(undone.rbegin(), undone.rend()));
-    EXPECT_TRUE(undo.redoActionName().value().isEmpty());
+    EXPECT_EQ(redone, std::vector(undone.rbegin(), undone.rend()));
+    EXPECT_EQ(undo.redoActionName().value(), std::nullopt);
 }
 
 TEST_F(MarkerUndo, AMenuHearsOfEachChange) {
-    QProperty<QString> title;
+    QProperty<std::optional<L10nKey>> title;
     title.setBinding([&] { return undo.undoActionName().value(); });
     int changes = 0;
     const auto watch = undo.canRedo().addNotifier([&] { ++changes; });
     state.addMarker(markerAt(1), &undo);
-    EXPECT_EQ(title.value(), QStringLiteral("Add Marker"));
+    EXPECT_EQ(title.value(), L10nKey::addMarker);
     undo.undo();
-    EXPECT_TRUE(title.value().isEmpty());
+    EXPECT_EQ(title.value(), std::nullopt);
     state.addMarker(markerAt(2), &undo);
     EXPECT_EQ(changes, 2) << "a new edit forgets what could be redone";
     undo.removeAllActions();

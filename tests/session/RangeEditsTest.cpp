@@ -1,6 +1,7 @@
 // Trims and cut zones: each edit is one step that can be taken back, and is saved.
 #include "session/RangeEdits.h"
 
+#include "l10n/L10nKey.h"
 #include "session/UndoStack.h"
 #include "support/Sessions.h"
 
@@ -24,7 +25,7 @@ CutZone cutFrom(double start, double end) {
 
 TEST_F(RangeEdits, ATrimIsOneStepWithBothItsEnds) {
     setTrim(state, {2, 8}, &undo);
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Set Trim"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoSetTrim);
     setTrim(state, {2, std::nullopt}, &undo);
     undo.undo();
     EXPECT_EQ(trimOf(state), (TrimTimes{2, 8}));
@@ -56,11 +57,11 @@ TEST_F(RangeEdits, CutsComeAndGoByUndoInTheirOrderAndSelected) {
     moved.start = 20;
     moved.end = 21;
     updateCut(state, moved, &undo);
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Cut"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoMoveCut);
     EXPECT_EQ(state.cuts.value(), (std::vector{late, moved}));
 
     removeCut(state, moved.id, &undo);
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Delete Cut"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoDeleteCut);
     EXPECT_FALSE(state.selectedCutID.value());
     undo.undo();
     undo.undo();

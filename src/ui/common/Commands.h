@@ -1,7 +1,7 @@
 // Table of commands: what menus and keys can do, with texts and keys, and the keys in use.
 #pragma once
 
-#include "l10n/UiText.h"
+#include "l10n/L10nKey.h"
 
 #include <array>
 #include <map>
@@ -66,11 +66,11 @@ enum class CommandGroup {
 struct CommandRow {
     Command id;
     CommandGroup group = CommandGroup::menu;
-    UiText does{};                         // for lists of keys; neighbours with the same text share a line
-    const char* title = "";                // in the menu
+    std::optional<L10nKey> does{};         // for lists of keys; neighbours with the same text share a line
+    std::optional<L10nKey> title{};        // in the menu
     std::array<QKeyCombination, 2> keys{}; // by default; those left out are `Qt::Key_unknown`
     std::array<QKeyCombination, 2> hiddenKeys{}; // the same on other keyboards; not listed
-    UiText fixedKeys{};                          // names keys of a widget that cannot be chosen
+    std::optional<L10nKey> fixedKeys{};          // names keys of a widget that cannot be chosen
     bool repeats = false;                        // while the key is held
 };
 
@@ -110,7 +110,7 @@ QString keyLabel(QKeyCombination key, Language language);
 /// One line of a list of keys.
 struct KeyListLine {
     QStringList keys; // labels
-    UiText does;
+    L10nKey does;
 };
 
 std::vector<KeyListLine> keyList(CommandGroup group, const CommandKeys& keys, Language language);

@@ -19,15 +19,6 @@ namespace pointloom {
 
 namespace {
 
-constexpr UiText replaceTitle{"Replace the file?",     "Remplacer le fichier ?", "¿Reemplazar el archivo?",
-                              "Sostituire il file?",   "Datei ersetzen?",        "Ersätta filen?",
-                              "Substituir o ficheiro?"};
-constexpr UiText replaceMessage{"“%@” already exists.", "« %@ » existe déjà.", "«%@» ya existe.",
-                                "«%@» esiste già.",     "„%@“ gibt es schon.", "”%@” finns redan.",
-                                "“%@” já existe."};
-constexpr UiText replaceConfirm{"Replace",  "Remplacer", "Reemplazar", "Sostituisci",
-                                "Ersetzen", "Ersätt",    "Substituir"};
-
 constexpr int messageWidth = 52; // average letters
 
 // A title, a message, and one or two buttons; Escape is the second.
@@ -117,9 +108,10 @@ std::optional<QString> chooseFileToSave(const UiContext& context, QWidget* paren
         return chosen;
     const QString path = *chosen + ending;
     if (QFileInfo::exists(path) &&
-        !context.dialogs.confirm(parent, context.text(replaceTitle),
-                                 format(context.text(replaceMessage), QFileInfo(path).fileName()),
-                                 context.text(replaceConfirm), context.text(L10nKey::cancel)))
+        !context.dialogs.confirm(
+            parent, context.text(L10nKey::saveReplaceTitle),
+            format(context.text(L10nKey::saveReplaceMessage), QFileInfo(path).fileName()),
+            context.text(L10nKey::replaceConfirm), context.text(L10nKey::cancel)))
         return std::nullopt;
     return path;
 }

@@ -1,4 +1,5 @@
-// Questions in windows of their own, behind an interface through which tests answer; sizes and places of windows.
+// Questions in windows of their own, behind an interface through which tests answer; sizes and places of
+// windows.
 #pragma once
 
 #include <optional>
@@ -43,9 +44,9 @@ public:
                  const QString& cancel) override;
 };
 
-/// Asks for a file to save as, offering files that end in `ending`, such as ".plp". A name that ends otherwise
-/// gets it added, however many dots it has; when a file of that name exists, which the dialog did not ask
-/// about, this asks. Empty when the user cancelled.
+/// Asks for a file to save as, offering files that end in `ending`, such as ".plp". A name that ends
+/// otherwise gets it added, however many dots it has; when a file of that name exists, which the dialog did
+/// not ask about, this asks. Empty when the user cancelled.
 std::optional<QString> chooseFileToSave(const UiContext& context, QWidget* parent, const QString& title,
                                         const QString& proposedName, const QString& filter,
                                         const QString& ending);

@@ -1,8 +1,8 @@
 // Shared services for screens: session, undo, settings, dialogs, keys.
 #pragma once
 
-#include "l10n/DesktopWords.h"
-#include "l10n/UiText.h"
+#include "l10n/Format.h"
+#include "l10n/L10nKey.h"
 #include "session/AppState.h"
 #include "session/UndoStack.h"
 #include "ui/common/Commands.h"
@@ -24,10 +24,9 @@ struct UiContext {
     /// A text in the session's language and this desktop's words. Readers inside a binding on
     /// `state.language` follow a switch of language.
     QString text(L10nKey key) const { return forThisDesktop(state.t(key), state.language); }
-    QString text(const UiText& text) const { return t(state.language, text); }
 
     /// A tool tip: the text with the first key of `command` in brackets.
-    QString textWithKey(const UiText& name, Command command) const {
+    QString textWithKey(L10nKey name, Command command) const {
         const auto shown = keys.shown(command);
         return shown.isEmpty()
                    ? text(name)

@@ -5,7 +5,6 @@
 #include "model/ScoringEngine.h"
 #include "persistence/MarkerImport.h"
 #include "ui/common/MarkerText.h"
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
@@ -114,7 +113,7 @@ QWidget* EditorSidebar::makeInitialScore() {
         state.initialScore, state.matchConfig, state.language);
     m_bindings.watch(state.language, [this, title] {
         title->setText(m_context.text(L10nKey::initialScore));
-        Controls::setName(m_editInitial, m_context.text(EditorTexts::editInitial));
+        Controls::setName(m_editInitial, m_context.text(L10nKey::editorEditInitial));
     });
     return area;
 }
@@ -159,10 +158,10 @@ QWidget* EditorSidebar::makeButtons() {
     m_bindings.watch(m_context.state.matchConfig,
                      [this] { m_add->setEnabled(m_context.state.matchConfig.value().has_value()); });
     m_bindings.watch(m_context.state.language, [this] {
-        m_add->setText(m_context.text(EditorTexts::markerButton));
+        m_add->setText(m_context.text(L10nKey::marker));
         m_add->setAccessibleName(m_context.text(L10nKey::addMarker));
         m_add->setToolTip(m_context.text(L10nKey::addMarkerTooltip));
-        m_export->setText(m_context.text(EditorTexts::exportButton));
+        m_export->setText(m_context.text(L10nKey::editorExportButton));
         Controls::setName(m_export, m_context.text(L10nKey::exportVideo));
     });
     return area;

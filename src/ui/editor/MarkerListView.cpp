@@ -2,7 +2,6 @@
 
 #include "ui/common/MarkerText.h"
 #include "ui/common/TimeCode.h"
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Theme.h"
 
 #include <QKeyEvent>
@@ -132,7 +131,7 @@ QWidget* MarkerRowDelegate::createEditor(QWidget* parent, const QStyleOptionView
                                          const QModelIndex&) const {
     auto* editor = new QLineEdit(parent);
     editor->setAccessibleName(m_context.text(L10nKey::markerLabel));
-    editor->setPlaceholderText(m_context.text(EditorTexts::labelHint));
+    editor->setPlaceholderText(m_context.text(L10nKey::editorLabelHint));
     constexpr int longestLabel = 200;
     editor->setMaxLength(longestLabel);
     return editor;

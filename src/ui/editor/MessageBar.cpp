@@ -1,6 +1,5 @@
 #include "ui/editor/MessageBar.h"
 
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
@@ -52,7 +51,7 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     connect(m_secondAction, &QPushButton::clicked, this, &MessageBar::secondActionChosen);
     connect(m_close, &QToolButton::clicked, this, &QWidget::hide);
     m_bindings.watch(context.state.language, [this, context] {
-        Controls::setName(m_close, context.text(EditorTexts::closeMessage));
+        Controls::setName(m_close, context.text(L10nKey::editorCloseMessage));
     });
     hide();
 }

@@ -1,7 +1,6 @@
 #include "ui/editor/PictureStage.h"
 
 #include "ui/common/FaultText.h"
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
@@ -68,8 +67,8 @@ QWidget* PictureStage::makeEmptyState() {
     connect(&Theme::shared(), &Theme::changed, picture, tint);
     connect(button, &QPushButton::clicked, this, &PictureStage::importRequested);
     m_bindings.watch(m_context.state.language, [this, title, hint, button] {
-        title->setText(m_context.text(EditorTexts::noVideoYet));
-        hint->setText(m_context.text(EditorTexts::noVideoHint));
+        title->setText(m_context.text(L10nKey::editorNoVideoYet));
+        hint->setText(m_context.text(L10nKey::editorNoVideoHint));
         button->setText(m_context.text(L10nKey::importVideo));
     });
     return empty;
@@ -99,7 +98,7 @@ void PictureStage::showFailure(const QString& message, media::MediaFault fault) 
     const auto& url = m_context.state.videoURL.value();
     const FaultText words =
         faultText(fault, url ? url->fileName() : QString(), message, m_context.state.language);
-    m_messages->showMessage(words.sentence, words.detail, m_context.text(EditorTexts::importAgain),
+    m_messages->showMessage(words.sentence, words.detail, m_context.text(L10nKey::editorImportAgain),
                             m_context.text(L10nKey::retry));
     place();
 }
@@ -109,7 +108,7 @@ void PictureStage::showUnavailable(const QString& reason) {
     m_view.reset();
     showWhatThereIs();
     m_messages->raise();
-    m_messages->showMessage(m_context.text(EditorTexts::noPicture), reason);
+    m_messages->showMessage(m_context.text(L10nKey::editorNoPicture), reason);
     place();
 }
 

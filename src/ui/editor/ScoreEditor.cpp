@@ -1,7 +1,6 @@
 #include "ui/editor/ScoreEditor.h"
 
 #include "ui/common/MarkerText.h"
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
@@ -247,11 +246,11 @@ void ScoreEditor::showTexts() {
     const auto title = [](const QString& what, const QString& whose) {
         return what + QStringLiteral(", ") + whose;
     };
-    m_gameTitle->setText(m_context.text(isTennis() ? EditorTexts::gameShort : EditorTexts::points));
-    m_serveTitle->setText(m_context.text(EditorTexts::serveShort));
+    m_gameTitle->setText(m_context.text(isTennis() ? L10nKey::editorGameShort : L10nKey::editorPoints));
+    m_serveTitle->setText(m_context.text(L10nKey::editorServeShort));
     if (m_tiebreakTitle) {
-        m_tiebreakTitle->setText(m_context.text(EditorTexts::tiebreakShort));
-        m_tiebreakTitle->setToolTip(m_context.text(EditorTexts::tiebreak));
+        m_tiebreakTitle->setText(m_context.text(L10nKey::editorTiebreakShort));
+        m_tiebreakTitle->setToolTip(m_context.text(L10nKey::editorTiebreak));
     }
     for (const Side side : bothSides) {
         const QString name = sideName(m_context, side);
@@ -266,7 +265,7 @@ void ScoreEditor::showTexts() {
         for (const Side side : bothSides)
             row.games[indexOf(side)]->setTitle(title(name, sideName(m_context, side)));
         if (row.tiebreak)
-            row.tiebreak->setTitle(title(name, m_context.text(EditorTexts::tiebreak)));
+            row.tiebreak->setTitle(title(name, m_context.text(L10nKey::editorTiebreak)));
     }
 }
 

@@ -4,7 +4,6 @@
 #include "session/ScoreboardEdits.h"
 #include "ui/common/TimeCode.h"
 #include "ui/editor/EditorCommands.h"
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -104,7 +103,7 @@ void ScorePanel::showInitialScore() {
     const AppState& state = m_context.state;
     m_title->setFullText(m_context.text(L10nKey::initialScore));
     m_time->clear();
-    Controls::setName(m_remove, m_context.text(EditorTexts::clearInitial));
+    Controls::setName(m_remove, m_context.text(L10nKey::editorClearInitial));
     m_editor->setScore(
         state.initialScore.value().value_or(ScoringEngine::getInitialScore(*state.matchConfig.value())));
     m_swap->show();
@@ -150,8 +149,8 @@ void ScorePanel::removeShown() {
 }
 
 void ScorePanel::showTexts() {
-    Controls::setName(m_swap, m_context.text(EditorTexts::swapServe));
-    m_label->setPlaceholderText(m_context.text(EditorTexts::labelHint));
+    Controls::setName(m_swap, m_context.text(L10nKey::editorSwapServe));
+    m_label->setPlaceholderText(m_context.text(L10nKey::editorLabelHint));
     m_label->setAccessibleName(m_context.text(L10nKey::markerLabel));
     refresh();
 }

@@ -2,7 +2,6 @@
 
 #include "render/OverlayPlacement.h"
 #include "render/ScoreboardTemplate.h"
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Theme.h"
 
 #include <algorithm>
@@ -22,8 +21,8 @@ constexpr double handleSide = 12;
 constexpr QSizeF noOffset(0, 0);  // a size left to itself is (-1, -1)
 constexpr double handleReach = 6; // around the handle that still counts as the handle
 
-const QString moveName = QStringLiteral("Move Scoreboard");
-const QString resizeName = QStringLiteral("Resize Scoreboard");
+constexpr L10nKey moveName = L10nKey::undoMoveScoreboard;
+constexpr L10nKey resizeName = L10nKey::undoResizeScoreboard;
 
 QSizeF asSize(QPointF point) {
     return {point.x(), point.y()};
@@ -100,8 +99,8 @@ ScoreboardOverlayView::ScoreboardOverlayView(const UiContext& context, QWidget* 
         },
         state.scoreboardPosition, state.scoreboardUserScale, state.videoWidth);
     m_bindings.watch(state.language, [this] {
-        setAccessibleName(m_context.text(EditorTexts::scoreboard));
-        setAccessibleDescription(m_context.text(EditorTexts::scoreboardHint));
+        setAccessibleName(m_context.text(L10nKey::editorScoreboard));
+        setAccessibleDescription(m_context.text(L10nKey::editorScoreboardHint));
     });
 }
 

@@ -1,7 +1,6 @@
 #include "ui/editor/TransportBar.h"
 
 #include "ui/common/TimeCode.h"
-#include "ui/editor/EditorTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
@@ -32,11 +31,11 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     : QWidget(parent)
     , m_context(context)
     , m_playback(playback)
-    , m_start(makeButton(QStringLiteral("skip-start"), EditorTexts::goToStart, Command::goToStart))
-    , m_back(makeButton(QStringLiteral("step-back"), EditorTexts::stepBack, Command::frameBack))
+    , m_start(makeButton(QStringLiteral("skip-start"), L10nKey::editorGoToStart, Command::goToStart))
+    , m_back(makeButton(QStringLiteral("step-back"), L10nKey::editorStepBack, Command::frameBack))
     , m_play(Controls::iconButton(QStringLiteral("play"), this))
-    , m_forward(makeButton(QStringLiteral("step-forward"), EditorTexts::stepForward, Command::frameForward))
-    , m_end(makeButton(QStringLiteral("skip-end"), EditorTexts::goToEnd, Command::goToEnd))
+    , m_forward(makeButton(QStringLiteral("step-forward"), L10nKey::editorStepForward, Command::frameForward))
+    , m_end(makeButton(QStringLiteral("skip-end"), L10nKey::editorGoToEnd, Command::goToEnd))
     , m_time(Controls::label(Controls::TextRole::body, this))
     , m_total(Controls::label(Controls::TextRole::quiet, this))
     , m_speed(new QToolButton(this))
@@ -93,16 +92,16 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
             button->setEnabled(hasVideo);
     });
     m_bindings.watch(state.language, [this] {
-        Controls::setName(m_speed, m_context.text(EditorTexts::speed));
-        Controls::setName(m_volume, m_context.text(EditorTexts::volume));
+        Controls::setName(m_speed, m_context.text(L10nKey::editorSpeed));
+        Controls::setName(m_volume, m_context.text(L10nKey::editorVolume));
         Controls::setName(m_preview, m_context.text(L10nKey::previewFrame));
-        m_time->setAccessibleName(m_context.text(EditorTexts::playhead));
+        m_time->setAccessibleName(m_context.text(L10nKey::editorPlayhead));
         showSound();
     });
     showSpeed();
 }
 
-QToolButton* TransportBar::makeButton(const QString& icon, const UiText& text, Command command) {
+QToolButton* TransportBar::makeButton(const QString& icon, L10nKey text, Command command) {
     QToolButton* button = Controls::iconButton(icon, this);
     m_bindings.watch(m_context.state.language, [this, button, &text, command] {
         button->setAccessibleName(m_context.text(text));
@@ -129,7 +128,7 @@ void TransportBar::makeSpeedMenu() {
 
 void TransportBar::showPlaying() {
     const bool playing = m_context.state.isPlaying;
-    const QString text = m_context.text(playing ? EditorTexts::pause : EditorTexts::play);
+    const QString text = m_context.text(playing ? L10nKey::editorPause : L10nKey::editorPlay);
     m_play->setIcon(Icons::icon(playing ? QStringLiteral("pause") : QStringLiteral("play")));
     Controls::setName(m_play, text);
 }
@@ -142,8 +141,8 @@ void TransportBar::showTime() {
 void TransportBar::showSound() {
     const bool hasDevice = m_playback.hasSoundDevice();
     const bool silent = !hasDevice || m_playback.isMuted() || m_playback.volume() <= 0;
-    const UiText& action = m_playback.isMuted() ? EditorTexts::unmute : EditorTexts::mute;
-    const QString text = m_context.text(hasDevice ? action : EditorTexts::noSoundDevice);
+    const L10nKey action = m_playback.isMuted() ? L10nKey::editorUnmute : L10nKey::editorMute;
+    const QString text = m_context.text(hasDevice ? action : L10nKey::editorNoSoundDevice);
     m_mute->setEnabled(hasDevice);
     m_volume->setEnabled(hasDevice);
     m_mute->setIcon(Icons::icon(silent ? QStringLiteral("volume-off") : QStringLiteral("volume")));

@@ -27,7 +27,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QToolButton* makeButton(const QString& icon, const UiText& text, Command command);
+    QToolButton* makeButton(const QString& icon, L10nKey text, Command command);
     void makeSpeedMenu();
     void showPlaying();
     void showTime();

@@ -1,6 +1,5 @@
 #include "ui/export/DestinationRow.h"
 
-#include "ui/export/ExportTexts.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -83,8 +82,8 @@ void DestinationRow::bind() {
 
 void DestinationRow::showWords() {
     m_heading->setText(m_context.text(L10nKey::saveTo));
-    m_change->setText(m_context.text(ExportTexts::changeDestination));
-    m_change->setAccessibleName(m_context.text(ExportTexts::chooseDestination));
+    m_change->setText(m_context.text(L10nKey::exportChangeDestination));
+    m_change->setAccessibleName(m_context.text(L10nKey::exportChooseDestination));
     showRoom();
 }
 
@@ -145,22 +144,25 @@ void DestinationRow::showRoom() {
     Controls::setRole(m_room,
                       isShort || isFolderMissing ? Controls::TextRole::warning : Controls::TextRole::quiet);
     if (isFolderMissing)
-        m_room->setText(m_context.text(ExportTexts::folderMissing).arg(QFileInfo(m_path).absolutePath()));
+        m_room->setText(
+            format(m_context.text(L10nKey::exportFolderMissing), QFileInfo(m_path).absolutePath()));
     else if (!facts.freeBytes)
         m_room->clear();
     else if (isShort)
-        m_room->setText(m_context.text(ExportTexts::spaceShort).arg(size(needed), size(*facts.freeBytes)));
+        m_room->setText(
+            format(m_context.text(L10nKey::exportSpaceShort), size(needed), size(*facts.freeBytes)));
     else if (needed > 0)
-        m_room->setText(m_context.text(ExportTexts::spaceLine).arg(size(needed), size(*facts.freeBytes)));
+        m_room->setText(
+            format(m_context.text(L10nKey::exportSpaceLine), size(needed), size(*facts.freeBytes)));
     else
-        m_room->setText(m_context.text(ExportTexts::freeLine).arg(size(*facts.freeBytes)));
+        m_room->setText(format(m_context.text(L10nKey::exportFreeLine), size(*facts.freeBytes)));
 }
 
 void DestinationRow::choose() {
-    const QString filter = QStringLiteral("%1 (*.%2)")
-                               .arg(m_context.text(ExportTexts::videoFile), fileExtension(m_settings.format));
+    const QString filter =
+        QStringLiteral("%1 (*.%2)").arg(m_context.text(L10nKey::stepVideo), fileExtension(m_settings.format));
     const auto chosen = m_context.dialogs.chooseFileToSave(
-        this, m_context.text(ExportTexts::chooseDestination), m_path, {filter});
+        this, m_context.text(L10nKey::exportChooseDestination), m_path, {filter});
     if (!chosen)
         return;
     m_isProposed = false;
@@ -177,9 +179,9 @@ bool DestinationRow::prepare() {
     if (m_isReplacingAgreed || !QFileInfo::exists(m_path))
         return true;
     return m_context.dialogs.confirm(
-        this, m_context.text(ExportTexts::replaceTitle),
-        m_context.text(ExportTexts::replaceMessage).arg(QFileInfo(m_path).fileName()),
-        m_context.text(ExportTexts::replaceConfirm), m_context.text(L10nKey::cancel));
+        this, m_context.text(L10nKey::exportReplaceTitle),
+        format(m_context.text(L10nKey::exportReplaceMessage), QFileInfo(m_path).fileName()),
+        m_context.text(L10nKey::replaceConfirm), m_context.text(L10nKey::cancel));
 }
 
 }

@@ -13,27 +13,16 @@ namespace {
 using media::EncoderKind;
 using media::EncodingQuality;
 
-// clang-format off
-constexpr UiText qualityHeading{"Quality", "Qualité", "Calidad", "Qualità", "Qualität", "Kvalitet", "Qualidade"};
-constexpr UiText standardQuality{"Default", "Par défaut", "Predeterminada", "Predefinita", "Standard", "Standard", "Predefinida"};
-constexpr UiText smallerFile{"Smaller file", "Fichier plus léger", "Archivo más pequeño", "File più piccolo", "Kleinere Datei", "Mindre fil", "Ficheiro menor"};
-constexpr UiText betterPicture{"Better picture", "Meilleure image", "Mejor imagen", "Immagine migliore", "Besseres Bild", "Bättre bild", "Melhor imagem"};
-constexpr UiText encoderHeading{"Encoder", "Encodeur", "Codificador", "Codificatore", "Encoder", "Kodare", "Codificador"};
-constexpr UiText automatic{"Automatic", "Automatique", "Automático", "Automatico", "Automatisch", "Automatisk", "Automático"};
-constexpr UiText software{"Software", "Logiciel", "Software", "Software", "Software", "Programvara", "Software"};
-constexpr UiText hardware{"Graphics card (%1)", "Carte graphique (%1)", "Tarjeta gráfica (%1)", "Scheda grafica (%1)", "Grafikkarte (%1)", "Grafikkort (%1)", "Placa gráfica (%1)"};
-// clang-format on
-
-const UiText& nameOf(EncodingQuality quality) {
+L10nKey nameOf(EncodingQuality quality) {
     switch (quality) {
     case EncodingQuality::standard:
-        return standardQuality;
+        return L10nKey::exportQualityStandard;
     case EncodingQuality::smaller:
-        return smallerFile;
+        return L10nKey::exportQualitySmaller;
     case EncodingQuality::better:
         break;
     }
-    return betterPicture;
+    return L10nKey::exportQualityBetter;
 }
 
 std::vector<EncoderKind> tryEncoders(const ExportJob& job) {
@@ -81,12 +70,12 @@ void EncodingBox::bind() {
 }
 
 void EncodingBox::showWords() {
-    m_qualityName->setText(m_context.text(qualityHeading));
+    m_qualityName->setText(m_context.text(L10nKey::exportQualityHeading));
     m_quality->setAccessibleName(m_qualityName->text());
     for (int i = 0; i < m_quality->count(); ++i)
         m_quality->setItemText(
             i, m_context.text(nameOf(static_cast<EncodingQuality>(m_quality->itemData(i).toInt()))));
-    m_encoderName->setText(m_context.text(encoderHeading));
+    m_encoderName->setText(m_context.text(L10nKey::exportEncoderHeading));
     m_encoder->setAccessibleName(m_encoderName->text());
     showEncoders();
 }
@@ -96,11 +85,14 @@ void EncodingBox::showEncoders() {
     const bool choseSoftware = m_encoder->currentIndex() == 1;
     const EncoderKind chosen = encoder();
     m_encoder->clear();
-    m_encoder->addItem(m_context.text(automatic), static_cast<int>(EncoderKind::software));
-    m_encoder->addItem(m_context.text(software), static_cast<int>(EncoderKind::software));
+    m_encoder->addItem(m_context.text(L10nKey::exportEncoderAutomatic),
+                       static_cast<int>(EncoderKind::software));
+    m_encoder->addItem(m_context.text(L10nKey::exportEncoderSoftware),
+                       static_cast<int>(EncoderKind::software));
     for (const EncoderKind kind : m_working)
-        m_encoder->addItem(m_context.text(hardware).arg(QString::fromUtf8(media::nameOf(kind))),
-                           static_cast<int>(kind));
+        m_encoder->addItem(
+            format(m_context.text(L10nKey::exportEncoderHardware), QString::fromUtf8(media::nameOf(kind))),
+            static_cast<int>(kind));
     m_encoder->setCurrentIndex(choseSoftware ? 1
                                              : std::max(0, m_encoder->findData(static_cast<int>(chosen))));
 }

@@ -1,7 +1,8 @@
 #include "ui/export/ExportFault.h"
 
+#include "l10n/Format.h"
+#include "l10n/L10nKey.h"
 #include "ui/common/FaultText.h"
-#include "ui/export/ExportTexts.h"
 
 #include <optional>
 #include <QFileInfo>
@@ -16,12 +17,12 @@ constexpr std::int64_t hardlyAnything = 4'000'000; // bytes; a disk with less co
 std::optional<QString> faultOfOutput(const ExportJob& job, Language language) {
     const QFileInfo output(job.outputPath);
     if (replacedInput(job.outputPath, {{job.videoPath, {}}})) // by a hard link, too
-        return t(language, ExportTexts::replacesVideo);
+        return t(language, L10nKey::exportReplacesVideo);
     const QFileInfo folder(output.absolutePath());
     if (!folder.isDir())
-        return t(language, ExportTexts::folderMissing).arg(folder.filePath());
+        return format(t(language, L10nKey::exportFolderMissing), folder.filePath());
     if (!folder.isWritable())
-        return t(language, ExportTexts::folderUnwritable).arg(folder.filePath());
+        return format(t(language, L10nKey::exportFolderUnwritable), folder.filePath());
     const QStorageInfo disk(folder.filePath());
     if (disk.isValid() && disk.bytesAvailable() < hardlyAnything)
         return faultText(media::MediaFault::diskFull, {}, {}, language).sentence;
@@ -51,7 +52,7 @@ QString withoutPrefix(const QString& message) {
 QString reasonOf(const std::exception& error, const ExportJob& job, bool writes, Language language) {
     const QFileInfo video(job.videoPath);
     if (!video.exists())
-        return t(language, ExportTexts::videoMissing).arg(video.fileName());
+        return format(t(language, L10nKey::exportVideoMissing), video.fileName());
     if (const auto fault = writes ? faultOfOutput(job, language) : std::nullopt)
         return *fault;
     const QString reason = withoutPrefix(QString::fromUtf8(error.what()));

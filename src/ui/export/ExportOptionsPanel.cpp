@@ -1,6 +1,6 @@
 #include "ui/export/ExportOptionsPanel.h"
 
-#include "ui/export/ExportTexts.h"
+#include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -94,14 +94,14 @@ ExportSettings ExportOptionsPanel::settings() const {
 }
 
 void ExportOptionsPanel::showWords() {
-    m_sizeHeading->setText(m_context.text(ExportTexts::sizeHeading));
+    m_sizeHeading->setText(m_context.text(L10nKey::exportSizeHeading));
     m_formatHeading->setText(m_context.text(L10nKey::formatLabel));
-    m_watermarkHeading->setText(m_context.text(ExportTexts::watermarkHeading));
+    m_watermarkHeading->setText(m_context.text(L10nKey::exportWatermarkHeading));
     for (const auto& [preset, name] : RawValues<ExportPreset>::table)
         card(m_presets, static_cast<int>(preset))->setWords(labelOf(preset), detailOf(preset));
     for (const auto& [format, name] : RawValues<ExportFormat>::table)
         card(m_formats, static_cast<int>(format))
-            ->setWords(QString::fromUtf8(name), m_context.text(ExportTexts::useOf(format)));
+            ->setWords(QString::fromUtf8(name), m_context.text(ExportWords::useOf(format)));
 }
 
 void ExportOptionsPanel::showShapes() {
@@ -120,7 +120,7 @@ QSizeF ExportOptionsPanel::shapeOf(ExportPreset preset) const {
 QString ExportOptionsPanel::detailOf(ExportPreset preset) const {
     const QSize source(m_context.state.videoWidth, m_context.state.videoHeight);
     const QSize size = targetSize(preset).value_or(source);
-    const QString use = m_context.text(ExportTexts::useOf(preset));
+    const QString use = m_context.text(ExportWords::useOf(preset));
     if (size.isEmpty())
         return use; // until the video was read
     return QStringLiteral("%1 × %2\n%3").arg(size.width()).arg(size.height()).arg(use);

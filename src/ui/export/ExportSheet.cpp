@@ -3,7 +3,6 @@
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
-#include "ui/export/ExportTexts.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -133,7 +132,7 @@ void ExportSheet::showWords() {
     m_title->setText(m_context.text(L10nKey::exportVideoTitle));
     m_cancel->setText(m_context.text(L10nKey::cancel));
     m_start->setText(m_context.text(L10nKey::startExport));
-    m_still->setAccessibleName(m_context.text(ExportTexts::exportedFrame));
+    m_still->setAccessibleName(m_context.text(L10nKey::exportFrameName));
 }
 
 void ExportSheet::showStage() {
@@ -158,7 +157,7 @@ void ExportSheet::requestStill() {
     const auto wanted = job();
     m_start->setEnabled(wanted.has_value());
     if (!wanted) {
-        m_still->setFault(m_context.text(ExportTexts::notReady));
+        m_still->setFault(m_context.text(L10nKey::exportNotReady));
         return;
     }
     m_still->setBusyNote(m_context.text(L10nKey::generating));
@@ -202,8 +201,8 @@ void ExportSheet::reject() {
         return;
     }
     const bool agreed = m_context.dialogs.confirm(
-        this, m_context.text(ExportTexts::stopTitle), m_context.text(ExportTexts::stopMessage),
-        m_context.text(ExportTexts::stopConfirm), m_context.text(ExportTexts::keepExporting));
+        this, m_context.text(L10nKey::exportStopTitle), m_context.text(L10nKey::exportStopMessage),
+        m_context.text(L10nKey::exportStopConfirm), m_context.text(L10nKey::exportKeepExporting));
     if (!agreed)
         return;
     if (!m_runner.isRunning()) { // it ended while the question stood: its result is worth a look

@@ -1,6 +1,5 @@
 #include "ui/export/ExportStage.h"
 
-#include "ui/export/ExportTexts.h"
 #include "ui/export/ExportWords.h"
 #include "ui/export/FileManager.h"
 #include "ui/style/Controls.h"
@@ -108,14 +107,14 @@ void ExportStage::bind() {
 }
 
 void ExportStage::showWords() {
-    m_another->setText(m_context.text(ExportTexts::exportAnother));
-    m_options->setText(m_context.text(ExportTexts::changeOptions));
+    m_another->setText(m_context.text(L10nKey::exportAnother));
+    m_options->setText(m_context.text(L10nKey::exportChangeOptions));
     m_folder->setText(m_context.text(L10nKey::showInFinder));
-    m_play->setText(m_context.text(ExportTexts::play));
+    m_play->setText(m_context.text(L10nKey::exportPlay));
     m_cancel->setText(m_context.text(L10nKey::cancel));
     m_retry->setText(m_context.text(L10nKey::retry));
     m_close->setText(m_context.text(L10nKey::done));
-    m_bar->setAccessibleName(m_context.text(ExportTexts::progressName));
+    m_bar->setAccessibleName(m_context.text(L10nKey::exportProgressName));
 }
 
 void ExportStage::showStage() {
@@ -162,8 +161,8 @@ void ExportStage::showResult() {
     QStringList lines{
         QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language))};
     if (const auto& fallback = m_runner.fallback())
-        lines += m_context.text(ExportTexts::softwareUsed)
-                     .arg(QString::fromUtf8(media::nameOf(fallback->requested)));
+        lines += format(m_context.text(L10nKey::exportSoftwareUsed),
+                        QString::fromUtf8(media::nameOf(fallback->requested)));
     m_detail->setText(lines.join(u'\n'));
     const QStringList damage = ExportWords::damage(m_runner.report().damage, language);
     m_damageIcon->setPixmap(
@@ -176,11 +175,11 @@ void ExportStage::showProgress() {
     const ExportProgress progress = m_runner.progress();
     m_bar->setValue(static_cast<int>(progress.fraction * barSteps));
     if (m_runner.isStopping())
-        m_detail->setText(m_context.text(ExportTexts::stopping));
+        m_detail->setText(m_context.text(L10nKey::exportStopping));
     else if (progress.fraction <= 0)
-        m_detail->setText(m_context.text(ExportTexts::preparing));
+        m_detail->setText(m_context.text(L10nKey::exportPreparing));
     else if (progress.fraction >= 1)
-        m_detail->setText(m_context.text(ExportTexts::finishing));
+        m_detail->setText(m_context.text(L10nKey::exportFinishing));
     else
         m_detail->setText(
             ExportWords::progress(progress, m_runner.elapsedSeconds(), m_context.state.language));

@@ -1,6 +1,5 @@
 #include "ui/export/ExportSummary.h"
 
-#include "ui/export/ExportTexts.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -99,8 +98,8 @@ void ExportSummary::showFacts() {
     const AppState& state = m_context.state;
     const ExportedRange range = exportedRangeOf(state);
     const bool isWhole = range.start <= 0 && range.end >= state.videoDuration;
-    m_range.name->setText(m_context.text(ExportTexts::range));
-    m_range.value->setText(isWhole ? m_context.text(ExportTexts::wholeClip)
+    m_range.name->setText(m_context.text(L10nKey::exportRange));
+    m_range.value->setText(isWhole ? m_context.text(L10nKey::exportWholeClip)
                                    : ExportWords::place(range.start) + QStringLiteral(" – ") +
                                          ExportWords::place(range.end));
     m_duration.name->setText(m_context.text(L10nKey::duration));
@@ -121,8 +120,8 @@ void ExportSummary::showNotices() {
     m_noMarkers.text->setText(m_context.text(L10nKey::noMarkersWarning));
     m_unlicensed.row->setVisible(!m_context.state.isLicensed);
     m_unlicensed.icon->setPixmap(icon("key", tokens().quietText));
-    m_unlicensed.text->setText(m_context.text(ExportTexts::unlicensed));
-    m_licence->setText(m_context.text(ExportTexts::enterLicence));
+    m_unlicensed.text->setText(m_context.text(L10nKey::exportUnlicensed));
+    m_licence->setText(m_context.text(L10nKey::commandLicence));
 }
 
 }

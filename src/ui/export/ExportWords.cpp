@@ -1,7 +1,7 @@
 #include "ui/export/ExportWords.h"
 
-#include "l10n/UiText.h"
-#include "ui/export/ExportTexts.h"
+#include "l10n/Format.h"
+#include "l10n/L10nKey.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,16 +11,16 @@ namespace pointloom::ExportWords {
 QString progress(const ExportProgress& progress, double elapsedSeconds, Language language) {
     constexpr double tooEarly = 0.8; // seconds; the first frames say nothing of the rest
     const QLocale locale = localeOf(language);
-    QString line = t(language, ExportTexts::progressFrames)
-                       .arg(locale.toString(qlonglong{progress.frames}),
-                            locale.toString(qlonglong{std::max(progress.expectedFrames, progress.frames)}));
+    QString line =
+        format(t(language, L10nKey::exportProgressFrames), locale.toString(qlonglong{progress.frames}),
+               locale.toString(qlonglong{std::max(progress.expectedFrames, progress.frames)}));
     const auto pace = paceOf(progress, elapsedSeconds);
     if (!pace || elapsedSeconds < tooEarly)
         return line;
-    line +=
-        QStringLiteral(", ") +
-        t(language, ExportTexts::framesPerSecond).arg(locale.toString(std::llround(pace->framesPerSecond)));
-    return line + QStringLiteral(", ") + t(language, ExportTexts::timeLeft).arg(span(pace->secondsLeft));
+    line += QStringLiteral(", ") + format(t(language, L10nKey::exportFramesPerSecond),
+                                          locale.toString(std::llround(pace->framesPerSecond)));
+    return line + QStringLiteral(", ") +
+           format(t(language, L10nKey::exportTimeLeft), span(pace->secondsLeft));
 }
 
 QStringList damage(const media::Damage& damage, Language language) {
@@ -28,10 +28,10 @@ QStringList damage(const media::Damage& damage, Language language) {
     QStringList lines;
     const QLocale locale = localeOf(language);
     if (const std::int64_t pictures = damage.lostFrames + damage.faultyFrames; pictures > 0)
-        lines += t(language, ExportTexts::damagedPictures).arg(locale.toString(qlonglong{pictures}));
+        lines += format(t(language, L10nKey::exportDamagedPictures), locale.toString(qlonglong{pictures}));
     if (damage.secondsMissing > 0)
-        lines += t(language, ExportTexts::endMissing)
-                     .arg(locale.toString(std::max(damage.secondsMissing, shortest), 'f', 1));
+        lines += format(t(language, L10nKey::exportEndMissing),
+                        locale.toString(std::max(damage.secondsMissing, shortest), 'f', 1));
     return lines;
 }
 

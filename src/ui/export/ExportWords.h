@@ -9,6 +9,12 @@
 
 namespace pointloom::ExportWords {
 
+L10nKey nameOf(WatermarkCorner corner);
+
+/// One line that says what a format or a size is good for.
+L10nKey useOf(ExportFormat format);
+L10nKey useOf(ExportPreset preset);
+
 /// "1,204 of 5,400 frames, 61 fps, 1 min 9 s left". The pace is left out while it is too early to tell.
 QString progress(const ExportProgress& progress, double elapsedSeconds, Language language);
 

@@ -6,7 +6,6 @@
 #include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
-#include "ui/export/ExportTexts.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
@@ -104,12 +103,12 @@ void FramePreview::showWords() {
     setWindowTitle(m_context.text(L10nKey::framePreview));
     m_title->setText(m_context.text(L10nKey::framePreview));
     m_actualSize->setText(QStringLiteral("100 %"));
-    m_actualSize->setToolTip(m_context.text(ExportTexts::actualSize));
-    m_actualSize->setAccessibleName(m_context.text(ExportTexts::actualSize));
-    m_save->setText(m_context.text(ExportTexts::savePicture));
-    m_close->setText(m_context.text(ExportTexts::close));
+    m_actualSize->setToolTip(m_context.text(L10nKey::exportActualSize));
+    m_actualSize->setAccessibleName(m_context.text(L10nKey::exportActualSize));
+    m_save->setText(m_context.text(L10nKey::exportSavePicture));
+    m_close->setText(m_context.text(L10nKey::exportClose));
     m_retry->setText(m_context.text(L10nKey::retry));
-    m_still->setAccessibleName(m_context.text(ExportTexts::exportedFrame));
+    m_still->setAccessibleName(m_context.text(L10nKey::exportFrameName));
 }
 
 void FramePreview::showZoom(bool isActualSize) {
@@ -123,7 +122,7 @@ void FramePreview::requestStill() {
     m_facts->setText(ExportWords::place(m_context.state.currentTime));
     auto job = exportJobFor(projectFrom(m_context.state));
     if (!job) {
-        showFault(m_context.text(ExportTexts::notReady));
+        showFault(m_context.text(L10nKey::exportNotReady));
         return;
     }
     job->overlay.isLicensed = m_context.state.isLicensed;
@@ -155,7 +154,7 @@ void FramePreview::save() {
         QFileInfo(video ? video->toLocalFile() : QString()).completeBaseName() + QLatin1Char('_') +
         ExportWords::place(m_context.state.currentTime).replace(QLatin1Char(':'), QLatin1Char('-')) +
         QStringLiteral(".png");
-    const auto chosen = chooseFileToSave(m_context, this, m_context.text(ExportTexts::savePicture), name,
+    const auto chosen = chooseFileToSave(m_context, this, m_context.text(L10nKey::exportSavePicture), name,
                                          QStringLiteral("PNG (*.png)"), QStringLiteral(".png"));
     if (!chosen)
         return;
@@ -167,7 +166,7 @@ void FramePreview::save() {
         m_save->setEnabled(true);
         if (!fault.isEmpty())
             m_context.dialogs.alert(this, m_context.text(L10nKey::framePreview),
-                                    m_context.text(ExportTexts::couldNotSavePicture).arg(fault));
+                                    format(m_context.text(L10nKey::exportCouldNotSavePicture), fault));
     });
 }
 

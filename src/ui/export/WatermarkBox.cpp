@@ -1,7 +1,7 @@
 #include "ui/export/WatermarkBox.h"
 
 #include "render/PictureFile.h"
-#include "ui/export/ExportTexts.h"
+#include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
@@ -88,25 +88,25 @@ void WatermarkBox::bind() {
 
 void WatermarkBox::showWords() {
     const auto& url = m_context.state.watermarkURL.value();
-    m_name->setText(url ? url->fileName() : m_context.text(ExportTexts::watermarkNone));
+    m_name->setText(url ? url->fileName() : m_context.text(L10nKey::exportWatermarkNone));
     m_name->setToolTip(url ? url->toLocalFile() : QString());
-    m_choose->setText(m_context.text(url ? ExportTexts::changeDestination : ExportTexts::choosePicture));
+    m_choose->setText(m_context.text(url ? L10nKey::exportChangeDestination : L10nKey::exportChoosePicture));
     m_choose->setAccessibleName(
-        m_context.text(url ? ExportTexts::changePicture : ExportTexts::chooseWatermark));
-    m_remove->setToolTip(m_context.text(ExportTexts::removePicture));
-    m_remove->setAccessibleName(m_context.text(ExportTexts::removePicture));
+        m_context.text(url ? L10nKey::exportChangePicture : L10nKey::exportChooseWatermark));
+    m_remove->setToolTip(m_context.text(L10nKey::exportRemovePicture));
+    m_remove->setAccessibleName(m_context.text(L10nKey::exportRemovePicture));
     m_remove->setVisible(url.has_value());
     m_corners->setVisible(url.has_value());
-    m_fault->setText(m_context.text(ExportTexts::watermarkUnreadable));
+    m_fault->setText(m_context.text(L10nKey::exportWatermarkUnreadable));
     for (const auto& [corner, name] : RawValues<WatermarkCorner>::table)
-        m_corners->setCornerName(corner, m_context.text(ExportTexts::nameOf(corner)));
+        m_corners->setCornerName(corner, m_context.text(ExportWords::nameOf(corner)));
 }
 
 void WatermarkBox::choose() {
-    const QString filter = m_context.text(ExportTexts::pictureFiles) +
-                           QStringLiteral(" (*.png *.jpg *.jpeg *.PNG *.JPG *.JPEG)");
+    const QString filter =
+        m_context.text(L10nKey::pictureFiles) + QStringLiteral(" (*.png *.jpg *.jpeg *.PNG *.JPG *.JPEG)");
     const auto path =
-        m_context.dialogs.chooseFileToOpen(this, m_context.text(ExportTexts::chooseWatermark), {filter});
+        m_context.dialogs.chooseFileToOpen(this, m_context.text(L10nKey::exportChooseWatermark), {filter});
     if (!path)
         return;
     m_context.state.watermarkURL = QUrl::fromLocalFile(*path);

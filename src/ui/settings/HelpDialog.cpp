@@ -17,15 +17,6 @@ namespace {
 constexpr int pageHeight = 38; // lines of text
 constexpr int leastHeight = 5; // lines; with more, a low screen shows a second scroll bar around this one
 
-constexpr UiText shortcutsTitle{"Keyboard", "Clavier",     "Teclado", "Tastiera",
-                                "Tastatur", "Tangentbord", "Teclado"};
-
-constexpr UiText editorKeys{"In the editor", "Dans l'éditeur", "En el editor", "Nell'editor",
-                            "Im Editor",     "I redigeraren",  "No editor"};
-constexpr UiText menuKeys{"Project and window",  "Projet et fenêtre",   "Proyecto y ventana",
-                          "Progetto e finestra", "Projekt und Fenster", "Projekt och fönster",
-                          "Projeto e janela"};
-
 struct Section {
     L10nKey title;
     L10nKey detail;
@@ -97,7 +88,7 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
     place->setContentsMargins(0, 0, 0, 0);
     layout.addWidget(holder);
     inEachLanguage([this, heading, place] {
-        heading->setText(context().text(shortcutsTitle));
+        heading->setText(context().text(L10nKey::helpShortcutsTitle));
         if (const std::unique_ptr<QLayoutItem> before{place->takeAt(0)})
             before->widget()->deleteLater();
         QFrame* card = Controls::card(this);
@@ -106,8 +97,8 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
         grid->setHorizontalSpacing(Space::xl);
         grid->setVerticalSpacing(Space::s);
         grid->setColumnStretch(1, 1);
-        for (const auto& [group, groupTitle] :
-             {std::pair(CommandGroup::editor, editorKeys), std::pair(CommandGroup::menu, menuKeys)}) {
+        for (const auto& [group, groupTitle] : {std::pair(CommandGroup::editor, L10nKey::helpKeysEditor),
+                                                std::pair(CommandGroup::menu, L10nKey::helpKeysProject)}) {
             QLabel* groupHeading = Controls::label(Controls::TextRole::quiet, card);
             groupHeading->setText(context().text(groupTitle));
             if (grid->rowCount() > 1)

@@ -20,78 +20,6 @@ namespace pointloom {
 
 namespace {
 
-// clang-format off
-constexpr UiText title{"Licence", "Licence", "Licencia", "Licenza", "Lizenz", "Licens", "Licença"};
-constexpr UiText keyOf{"Key: %@", "Clé : %@", "Clave: %@", "Chiave: %@", "Schlüssel: %@", "Nyckel: %@", "Chave: %@"};
-constexpr UiText keyTitle{"Licence key", "Clé de licence", "Clave de licencia", "Chiave di licenza", "Lizenzschlüssel", "Licensnyckel", "Chave de licença"};
-constexpr UiText keyHint{
-    "Type or paste the key from your receipt. Case, blanks and hyphens do not matter.",
-    "Saisis ou colle la clé de ton reçu. Majuscules, espaces et tirets sont sans importance.",
-    "Escribe o pega la clave de tu recibo. Mayúsculas, espacios y guiones dan igual.",
-    "Scrivi o incolla la chiave della ricevuta. Maiuscole, spazi e trattini non contano.",
-    "Gib den Schlüssel aus deiner Quittung ein oder füge ihn ein. Groß- und Kleinschreibung, Leerzeichen und Striche sind egal.",
-    "Skriv eller klistra in nyckeln från ditt kvitto. Skiftläge, blanksteg och bindestreck spelar ingen roll.",
-    "Escreve ou cola a chave do teu recibo. Maiúsculas, espaços e hífenes não importam."};
-constexpr UiText malformed{
-    "This is not a complete key yet. A key looks like PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
-    "La clé n'est pas encore complète. Une clé ressemble à PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
-    "La clave aún no está completa. Una clave es como PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
-    "La chiave non è ancora completa. Una chiave ha la forma PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
-    "Der Schlüssel ist noch nicht vollständig. Er sieht aus wie PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
-    "Nyckeln är inte fullständig än. Den ser ut som PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX.",
-    "A chave ainda não está completa. Uma chave é como PL‑XXXXX‑XXXXX‑XXXXX‑XXXXX."};
-constexpr UiText slipped{
-    "There is a slip in this key. Compare it with your receipt.",
-    "Il y a une erreur dans cette clé. Compare-la avec ton reçu.",
-    "Hay un error en esta clave. Compárala con tu recibo.",
-    "C'è un errore in questa chiave. Confrontala con la ricevuta.",
-    "In diesem Schlüssel ist ein Tippfehler. Vergleiche ihn mit deiner Quittung.",
-    "Det är ett fel i nyckeln. Jämför den med ditt kvitto.",
-    "Há um erro nesta chave. Compara-a com o teu recibo."};
-constexpr UiText activateText{"Activate", "Activer", "Activar", "Attiva", "Aktivieren", "Aktivera", "Ativar"};
-constexpr UiText deactivateText{"Deactivate…", "Désactiver…", "Desactivar…", "Disattiva…", "Deaktivieren…", "Inaktivera…", "Desativar…"};
-constexpr UiText deactivateTitle{
-    "Give the licence back?", "Rendre la licence ?", "¿Devolver la licencia?", "Restituire la licenza?",
-    "Lizenz zurückgeben?", "Lämna tillbaka licensen?", "Devolver a licença?"};
-constexpr UiText deactivateMessage{
-    "It can then be used on another machine. Videos exported here will carry the licence watermark.",
-    "Elle pourra servir sur une autre machine. Les vidéos exportées ici porteront le filigrane.",
-    "Podrás usarla en otro equipo. Los vídeos exportados aquí llevarán la marca de agua.",
-    "Potrai usarla su un altro computer. I video esportati qui avranno la filigrana.",
-    "Sie kann dann auf einem anderen Rechner verwendet werden. Hier exportierte Videos tragen das Wasserzeichen.",
-    "Den kan sedan användas på en annan dator. Videor som exporteras här får vattenstämpeln.",
-    "Pode depois ser usada noutra máquina. Os vídeos exportados aqui terão a marca de água."};
-constexpr UiText deactivateConfirm{"Deactivate", "Désactiver", "Desactivar", "Disattiva", "Deaktivieren", "Inaktivera", "Desativar"};
-constexpr UiText offlineTitle{
-    "Without a network", "Sans réseau", "Sin red", "Senza rete", "Ohne Netzwerk", "Utan nätverk", "Sem rede"};
-constexpr UiText offlineText{
-    "Enter the key, write a request file and hand it to the licence service on another computer. Then import the licence file that it answers with.",
-    "Saisis la clé, écris un fichier de demande et remets-le au service de licences depuis un autre ordinateur. Importe ensuite le fichier de licence reçu en réponse.",
-    "Escribe la clave, guarda un archivo de solicitud y entrégalo al servicio de licencias desde otro equipo. Después importa el archivo de licencia que te devuelva.",
-    "Scrivi la chiave, salva un file di richiesta e consegnalo al servizio licenze da un altro computer. Poi importa il file di licenza ricevuto in risposta.",
-    "Gib den Schlüssel ein, schreibe eine Anfragedatei und übergib sie auf einem anderen Rechner dem Lizenzdienst. Importiere dann die Lizenzdatei, mit der er antwortet.",
-    "Skriv in nyckeln, spara en begäran som fil och lämna den till licenstjänsten från en annan dator. Importera sedan licensfilen som du får till svar.",
-    "Escreve a chave, guarda um ficheiro de pedido e entrega-o ao serviço de licenças noutro computador. Depois importa o ficheiro de licença recebido em resposta."};
-constexpr UiText writeText{"Write Request…", "Écrire la demande…", "Guardar solicitud…", "Salva richiesta…", "Anfrage schreiben…", "Spara begäran…", "Guardar pedido…"};
-constexpr UiText importText{"Import Licence File…", "Importer la licence…", "Importar licencia…", "Importa licenza…", "Lizenzdatei importieren…", "Importera licensfil…", "Importar licença…"};
-constexpr UiText licenceFiles{"Licence files", "Fichiers de licence", "Archivos de licencia", "File di licenza", "Lizenzdateien", "Licensfiler", "Ficheiros de licença"};
-
-constexpr UiText asking{"Asking the licence service…", "Contact du service de licences…", "Consultando el servicio de licencias…", "Contatto il servizio licenze…", "Der Lizenzdienst wird gefragt…", "Frågar licenstjänsten…", "A contactar o serviço de licenças…"};
-constexpr UiText working{"One moment…", "Un instant…", "Un momento…", "Un attimo…", "Einen Moment…", "Ett ögonblick…", "Um momento…"};
-constexpr UiText activated{
-    "Thank you. This machine is now licensed.", "Merci. Cette machine a maintenant une licence.", "Gracias. Este equipo ya tiene licencia.",
-    "Grazie. Questo computer ora ha una licenza.", "Danke. Dieser Rechner ist jetzt lizenziert.", "Tack. Den här datorn har nu en licens.",
-    "Obrigado. Esta máquina tem agora uma licença."};
-constexpr UiText givenBack{
-    "The licence was given back and can be used on another machine.", "La licence a été rendue et peut servir sur une autre machine.",
-    "La licencia se devolvió y puede usarse en otro equipo.", "La licenza è stata restituita e può essere usata su un altro computer.",
-    "Die Lizenz wurde zurückgegeben und kann auf einem anderen Rechner verwendet werden.", "Licensen är tillbakalämnad och kan användas på en annan dator.",
-    "A licença foi devolvida e pode ser usada noutra máquina."};
-constexpr UiText written{
-    "The request was written.", "La demande a été écrite.", "La solicitud se guardó.", "La richiesta è stata salvata.",
-    "Die Anfrage wurde geschrieben.", "Begäran har sparats.", "O pedido foi guardado."};
-// clang-format on
-
 constexpr int iconSize = 24; // points
 
 QVBoxLayout* cardLayout(QFrame* card) {
@@ -146,7 +74,7 @@ QWidget* LicenceDialog::makeKeyEntry() {
     m_entryTitle = Controls::label(Controls::TextRole::strong, card);
     m_entryField = new QLineEdit(card);
     m_entryField->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    m_entryField->setPlaceholderText(QStringLiteral("PL-XXXXX-XXXXX-XXXXX-XXXXX"));
+    m_entryField->setPlaceholderText(QStringLiteral("PL-XXXXX-XXXXX-XXXXX-XXXXX")); // not translated
     m_entryField->setClearButtonEnabled(true);
     m_entryTitle->setBuddy(m_entryField);
     m_entryHint = paragraph(card, true);
@@ -200,16 +128,16 @@ QWidget* LicenceDialog::makeOffline() {
 
 void LicenceDialog::putTextsIn() {
     const UiContext& in = context();
-    setTitle(in.text(title));
-    m_deactivate->setText(in.text(deactivateText));
-    m_entryTitle->setText(in.text(keyTitle));
-    m_entryField->setAccessibleName(in.text(keyTitle));
-    m_activate->setText(in.text(activateText));
+    setTitle(in.text(L10nKey::licenceTitle));
+    m_deactivate->setText(in.text(L10nKey::licenceDeactivate));
+    m_entryTitle->setText(in.text(L10nKey::licenceKeyTitle));
+    m_entryField->setAccessibleName(in.text(L10nKey::licenceKeyTitle));
+    m_activate->setText(in.text(L10nKey::licenceActivate));
     m_cancel->setText(in.text(L10nKey::cancel));
-    m_offlineTitle->setText(in.text(offlineTitle));
-    m_offlineText->setText(in.text(offlineText));
-    m_writeRequest->setText(in.text(writeText));
-    m_importFile->setText(in.text(importText));
+    m_offlineTitle->setText(in.text(L10nKey::licenceOfflineTitle));
+    m_offlineText->setText(in.text(L10nKey::licenceOffline));
+    m_writeRequest->setText(in.text(L10nKey::licenceWrite));
+    m_importFile->setText(in.text(L10nKey::licenceImport));
     follow();
 }
 
@@ -230,7 +158,7 @@ void LicenceDialog::follow() {
     showHint();
     m_progressRow->setVisible(isWorking);
     const bool asks = m_operation == Operation::activate || m_operation == Operation::deactivate;
-    m_progressText->setText(context().text(asks ? asking : working));
+    m_progressText->setText(context().text(asks ? L10nKey::licenceAsking : L10nKey::licenceWorking));
     showOutcome();
     if (m_offline->isHidden() != wasLicensed)
         QTimer::singleShot(0, this, [this] { shrinkToBody(); });
@@ -243,7 +171,9 @@ void LicenceDialog::showHint() {
     const bool isFine = key.trimmed().isEmpty() || hasWholeKey();
     const bool isSlip = !isFine && LicenceKey::isWhole(key);
     Controls::setRole(m_entryHint, isSlip ? Controls::TextRole::danger : Controls::TextRole::quiet);
-    m_entryHint->setText(context().text(isSlip ? slipped : isFine ? keyHint : malformed));
+    m_entryHint->setText(context().text(isSlip   ? L10nKey::licenceKeySlipped
+                                        : isFine ? L10nKey::licenceKeyHint
+                                                 : L10nKey::licenceKeyMalformed));
 }
 
 void LicenceDialog::showState(const LicenceStatus& status) {
@@ -260,7 +190,7 @@ void LicenceDialog::showState(const LicenceStatus& status) {
                                          devicePixelRatioF()));
     m_state->setText(LicenceWords::ofStatus(status, context().state.language));
     const QString key = m_sheet.maskedKey();
-    m_key->setText(format(context().text(keyOf), key));
+    m_key->setText(format(context().text(L10nKey::licenceKey), key));
     m_key->setVisible(!key.isEmpty());
     m_deactivate->setVisible(m_sheet.canDeactivate() || (m_sheet.isWorking() && status.record));
 }
@@ -278,9 +208,9 @@ void LicenceDialog::showOutcome() {
         return;
     }
     Controls::setRole(m_outcome, Controls::TextRole::success);
-    m_outcome->setText(context().text(m_operation == Operation::deactivate     ? givenBack
-                                      : m_operation == Operation::writeRequest ? written
-                                                                               : activated));
+    m_outcome->setText(context().text(m_operation == Operation::deactivate     ? L10nKey::licenceGivenBack
+                                      : m_operation == Operation::writeRequest ? L10nKey::licenceWritten
+                                                                               : L10nKey::licenceActivated));
 }
 
 bool LicenceDialog::hasWholeKey() const {
@@ -296,8 +226,10 @@ void LicenceDialog::activate() {
 }
 
 void LicenceDialog::deactivate() {
-    if (!context().dialogs.confirm(this, context().text(deactivateTitle), context().text(deactivateMessage),
-                                   context().text(deactivateConfirm), context().text(L10nKey::cancel)))
+    if (!context().dialogs.confirm(this, context().text(L10nKey::licenceDeactivateTitle),
+                                   context().text(L10nKey::licenceDeactivateMessage),
+                                   context().text(L10nKey::licenceDeactivateConfirm),
+                                   context().text(L10nKey::cancel)))
         return;
     m_operation = Operation::deactivate;
     m_sheet.deactivate();
@@ -305,8 +237,8 @@ void LicenceDialog::deactivate() {
 
 void LicenceDialog::writeRequest() {
     const auto path = context().dialogs.chooseFileToSave(
-        this, context().text(writeText), QStringLiteral("pointloom-licence-request.json"),
-        {context().text(licenceFiles) + QStringLiteral(" (*.json)")});
+        this, context().text(L10nKey::licenceWrite), QStringLiteral("pointloom-licence-request.json"),
+        {context().text(L10nKey::licenceLicenceFiles) + QStringLiteral(" (*.json)")});
     if (!path)
         return;
     m_operation = Operation::writeRequest;
@@ -315,8 +247,9 @@ void LicenceDialog::writeRequest() {
 
 void LicenceDialog::importFile() {
     const auto path = context().dialogs.chooseFileToOpen(
-        this, context().text(importText),
-        {context().text(licenceFiles) + QStringLiteral(" (*.json)"), QStringLiteral("* (*)")});
+        this, context().text(L10nKey::licenceImport),
+        {context().text(L10nKey::licenceLicenceFiles) + QStringLiteral(" (*.json)"),
+         QStringLiteral("* (*)")});
     if (!path)
         return;
     m_operation = Operation::importFile;

@@ -18,43 +18,13 @@ namespace pointloom {
 
 namespace {
 
-// clang-format off
-constexpr UiText title{"Preferences", "Préférences", "Preferencias", "Preferenze", "Einstellungen", "Inställningar", "Preferências"};
-constexpr UiText language{"Language", "Langue", "Idioma", "Lingua", "Sprache", "Språk", "Idioma"};
-constexpr UiText appearance{"Appearance", "Apparence", "Apariencia", "Aspetto", "Darstellung", "Utseende", "Aspeto"};
-constexpr UiText dark{"Dark", "Sombre", "Oscuro", "Scuro", "Dunkel", "Mörkt", "Escuro"};
-constexpr UiText light{"Light", "Clair", "Claro", "Chiaro", "Hell", "Ljust", "Claro"};
-constexpr UiText asDesktop{"As the desktop", "Comme le bureau", "Como el escritorio", "Come il desktop", "Wie der Desktop", "Som skrivbordet", "Como o ambiente de trabalho"};
-constexpr UiText decoding{"Hardware decoding", "Décodage matériel", "Decodificación por hardware", "Decodifica hardware", "Hardware-Dekodierung", "Hårdvaruavkodning", "Descodificação por hardware"};
-constexpr UiText decodingDetail{
-    "Lets the graphics card play the clip. Turn it off if the picture stutters or shows faults.",
-    "La carte graphique lit la vidéo. Désactive-le si l'image saccade ou présente des défauts.",
-    "La tarjeta gráfica reproduce el vídeo. Desactívalo si la imagen va a saltos o tiene fallos.",
-    "La scheda grafica riproduce il video. Disattivala se l'immagine va a scatti o ha difetti.",
-    "Die Grafikkarte spielt das Video ab. Schalte es aus, wenn das Bild ruckelt oder Fehler zeigt.",
-    "Grafikkortet spelar upp videon. Stäng av det om bilden hackar eller visar fel.",
-    "A placa gráfica reproduz o vídeo. Desliga-a se a imagem saltar ou mostrar defeitos."};
-constexpr UiText crashReports{"Anonymous crash reports", "Rapports de plantage anonymes", "Informes de fallos anónimos", "Segnalazioni anonime dei crash", "Anonyme Absturzberichte", "Anonyma kraschrapporter", "Relatórios de falhas anónimos"};
-constexpr UiText crashReportsDetail{
-    "Sent at the next start after a crash. No personal data is included.",
-    "Envoyés au démarrage qui suit un plantage. Aucune donnée personnelle n'est incluse.",
-    "Se envían al iniciar después de un fallo. No incluyen datos personales.",
-    "Inviate al primo avvio dopo un crash. Non contengono dati personali.",
-    "Werden beim nächsten Start nach einem Absturz gesendet. Persönliche Daten sind nicht dabei.",
-    "Skickas vid nästa start efter en krasch. Inga personuppgifter ingår.",
-    "Enviados no arranque seguinte a uma falha. Não incluem dados pessoais."};
-constexpr UiText notKept{
-    "This could not be kept: %@", "Impossible d'enregistrer ce choix : %@", "No se pudo guardar: %@",
-    "Impossibile salvare la scelta: %@", "Das konnte nicht gesichert werden: %@", "Valet kunde inte sparas: %@",
-    "Não foi possível guardar a escolha: %@"};
-// clang-format on
-
 struct ThemeName {
     ThemeChoice choice;
-    const UiText& name;
+    L10nKey name;
 };
-constexpr ThemeName themeNames[] = {
-    {ThemeChoice::dark, dark}, {ThemeChoice::light, light}, {ThemeChoice::desktop, asDesktop}};
+constexpr ThemeName themeNames[] = {{ThemeChoice::dark, L10nKey::preferencesDark},
+                                    {ThemeChoice::light, L10nKey::preferencesLight},
+                                    {ThemeChoice::desktop, L10nKey::preferencesAsDesktop}};
 
 }
 
@@ -69,7 +39,7 @@ PreferencesDialog::PreferencesDialog(const UiContext& context, QWidget* parent)
     body().addWidget(makeSwitches());
     body().addWidget(m_fault);
     body().addStretch();
-    inEachLanguage([this] { setTitle(this->context().text(title)); });
+    inEachLanguage([this] { setTitle(this->context().text(L10nKey::preferencesTitle)); });
     m_language->setFocus();
 }
 
@@ -97,11 +67,11 @@ QWidget* PreferencesDialog::makeAppearance() {
     grid->addWidget(m_theme, 1, 1);
 
     inEachLanguage([this, languageLabel, themeLabel] {
-        languageLabel->setText(context().text(language));
-        m_language->setAccessibleName(context().text(language));
+        languageLabel->setText(context().text(L10nKey::preferencesLanguage));
+        m_language->setAccessibleName(context().text(L10nKey::preferencesLanguage));
         m_language->setCurrentIndex(static_cast<int>(context().state.language.value()));
-        themeLabel->setText(context().text(appearance));
-        m_theme->setAccessibleName(context().text(appearance));
+        themeLabel->setText(context().text(L10nKey::preferencesAppearance));
+        m_theme->setAccessibleName(context().text(L10nKey::preferencesAppearance));
         for (int i = 0; i < m_theme->count(); ++i)
             m_theme->setItemText(i, context().text(themeNames[i].name));
     });
@@ -113,14 +83,16 @@ QWidget* PreferencesDialog::makeAppearance() {
 QWidget* PreferencesDialog::makeSwitches() {
     QFrame* card = Controls::card(this);
     auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::xs);
-    addSwitch(*layout, new QCheckBox(card), Preferences::hardwareDecodingKey, decoding, decodingDetail);
+    addSwitch(*layout, new QCheckBox(card), Preferences::hardwareDecodingKey, L10nKey::preferencesDecoding,
+              L10nKey::preferencesDecodingDetail);
     layout->addSpacing(Space::m);
-    addSwitch(*layout, new QCheckBox(card), Preferences::crashReportsKey, crashReports, crashReportsDetail);
+    addSwitch(*layout, new QCheckBox(card), Preferences::crashReportsKey, L10nKey::preferencesCrashReports,
+              L10nKey::preferencesCrashReportsDetail);
     return card;
 }
 
-void PreferencesDialog::addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key,
-                                  const UiText& title, const UiText& detail) {
+void PreferencesDialog::addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key, L10nKey title,
+                                  L10nKey detail) {
     box->setObjectName(QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())));
     box->setChecked(Preferences::isSet(context().defaults, key));
     QLabel* explanation = paragraph(this, true);
@@ -166,7 +138,7 @@ void PreferencesDialog::keep(std::string_view key, bool value) {
 }
 
 void PreferencesDialog::showFault(const QString& message) {
-    m_fault->setText(format(context().text(notKept), message));
+    m_fault->setText(format(context().text(L10nKey::preferencesNotKept), message));
     m_fault->show();
 }
 

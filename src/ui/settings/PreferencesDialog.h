@@ -20,8 +20,7 @@ Q_SIGNALS:
 private:
     QWidget* makeAppearance();
     QWidget* makeSwitches();
-    void addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key, const UiText& title,
-                   const UiText& detail);
+    void addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key, L10nKey title, L10nKey detail);
     void chooseLanguage(int index);
     void chooseTheme(int index);
     void keep(std::string_view key, bool value);

@@ -56,13 +56,27 @@ struct CourtTokens {
 };
 
 namespace Court {
-inline constexpr CourtTokens clay{.floor = QColor(0xB5, 0x62, 0x3A), .surround = QColor(0x8F, 0x45, 0x26), .line = QColor(0xF3, 0xE4, 0xD8)};
-inline constexpr CourtTokens hard{.floor = QColor(0x2F, 0x6F, 0xB5), .surround = QColor(0x2B, 0x8A, 0x63), .line = QColor(0xFF, 0xFF, 0xFF)};
-inline constexpr CourtTokens green{.floor = QColor(0x1F, 0x94, 0x68), .surround = QColor(0x14, 0x69, 0x4A), .line = QColor(0xFF, 0xFF, 0xFF)};
-inline constexpr CourtTokens table{.floor = QColor(0x2A, 0x62, 0xB0), .surround = QColor(0x1B, 0x2F, 0x55), .line = QColor(0xFF, 0xFF, 0xFF)};
-inline constexpr CourtTokens wood{.floor = QColor(0xD9, 0xA8, 0x66), .surround = QColor(0xB9, 0x87, 0x47), .line = QColor(0xC8, 0x38, 0x2F)};
-inline constexpr CourtTokens parquet{.floor = QColor(0xE0, 0x7B, 0x39), .surround = QColor(0xB9, 0x5A, 0x22), .line = QColor(0xFF, 0xFF, 0xFF)};
-inline constexpr CourtTokens plum{.floor = QColor(0x5A, 0x55, 0xB8), .surround = QColor(0x3A, 0xA6, 0xA0), .line = QColor(0xFF, 0xFF, 0xFF)};
+inline constexpr CourtTokens clay{.floor = QColor(0xB5, 0x62, 0x3A),
+                                  .surround = QColor(0x8F, 0x45, 0x26),
+                                  .line = QColor(0xF3, 0xE4, 0xD8)};
+inline constexpr CourtTokens hard{.floor = QColor(0x2F, 0x6F, 0xB5),
+                                  .surround = QColor(0x2B, 0x8A, 0x63),
+                                  .line = QColor(0xFF, 0xFF, 0xFF)};
+inline constexpr CourtTokens green{.floor = QColor(0x1F, 0x94, 0x68),
+                                   .surround = QColor(0x14, 0x69, 0x4A),
+                                   .line = QColor(0xFF, 0xFF, 0xFF)};
+inline constexpr CourtTokens table{.floor = QColor(0x2A, 0x62, 0xB0),
+                                   .surround = QColor(0x1B, 0x2F, 0x55),
+                                   .line = QColor(0xFF, 0xFF, 0xFF)};
+inline constexpr CourtTokens wood{.floor = QColor(0xD9, 0xA8, 0x66),
+                                  .surround = QColor(0xB9, 0x87, 0x47),
+                                  .line = QColor(0xC8, 0x38, 0x2F)};
+inline constexpr CourtTokens parquet{.floor = QColor(0xE0, 0x7B, 0x39),
+                                     .surround = QColor(0xB9, 0x5A, 0x22),
+                                     .line = QColor(0xFF, 0xFF, 0xFF)};
+inline constexpr CourtTokens plum{.floor = QColor(0x5A, 0x55, 0xB8),
+                                  .surround = QColor(0x3A, 0xA6, 0xA0),
+                                  .line = QColor(0xFF, 0xFF, 0xFF)};
 }
 
 /// Distances in points.

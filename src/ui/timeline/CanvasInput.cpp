@@ -1,7 +1,7 @@
 // What the pointer does on the timeline's canvas.
 #include "ui/timeline/TimelineCanvas.h"
 
-#include "ui/timeline/TimelineTexts.h"
+#include "l10n/L10nKey.h"
 #include "ui/timeline/TimelineToolTips.h"
 
 #include <algorithm>
@@ -315,9 +315,9 @@ QString TimelineCanvas::toolTipFor(const TimelineHit& hit) const {
         return cut == m_scene.cuts.end() ? QString() : cutToolTip(m_context, *cut);
     }
     case Kind::trimStart:
-        return trimToolTip(m_context, TimelineTexts::exportStart, m_scene.trim.start);
+        return trimToolTip(m_context, L10nKey::timelineExportStart, m_scene.trim.start);
     case Kind::trimEnd:
-        return trimToolTip(m_context, TimelineTexts::exportEnd, m_scene.trimEnd());
+        return trimToolTip(m_context, L10nKey::timelineExportEnd, m_scene.trimEnd());
     case Kind::time:
     case Kind::trimLane:
     case Kind::nothing:

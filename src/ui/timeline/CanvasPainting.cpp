@@ -3,7 +3,6 @@
 #include "ui/timeline/PaintingTools.h"
 #include "ui/timeline/ThumbnailGrid.h"
 #include "ui/timeline/TimelineCanvas.h"
-#include "ui/timeline/TimelineTexts.h"
 
 #include <QPaintEvent>
 
@@ -51,7 +50,7 @@ void TimelineCanvas::paintRows(QPainter& painter) {
     painter.setFont(how.font);
     if (m_scene.scale.duration() <= 0) {
         painter.setPen(tokens().quietText);
-        painter.drawText(rect(), Qt::AlignCenter, m_context.text(TimelineTexts::noVideo));
+        painter.drawText(rect(), Qt::AlignCenter, m_context.text(L10nKey::timelineNoVideo));
         return;
     }
     paintRuler(painter, m_scene, how);
@@ -59,7 +58,7 @@ void TimelineCanvas::paintRows(QPainter& painter) {
     paintWaveform(painter, m_scene, m_waveform, how);
     paintTrim(painter, m_scene, how);
     paintCuts(painter, m_scene,
-              {m_context.text(TimelineTexts::cut), m_context.text(TimelineTexts::cutIsNote)}, how);
+              {m_context.text(L10nKey::timelineCut), m_context.text(L10nKey::timelineCutIsNote)}, how);
     paintFlags(painter, m_scene, how);
     paintTrimHandles(painter, m_scene, how);
 }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "model/Marker.h"
-#include "ui/timeline/FlagLayout.h"
 #include "ui/common/MarkerText.h"
+#include "ui/timeline/FlagLayout.h"
 #include "ui/timeline/TimeScale.h"
 
 #include <optional>

@@ -2,7 +2,6 @@
 
 #include "media/MediaInfo.h"
 #include "ui/style/Theme.h"
-#include "ui/timeline/TimelineTexts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,7 +48,7 @@ void TimelineCanvas::bind() {
     m_bindings.watchAll([this] { takeSelection(); }, state.selectedMarkerID, state.selectedCutID);
     m_bindings.watch(state.currentTime, [this] { takePlayhead(); });
     m_bindings.watch(state.language, [this] {
-        setAccessibleName(m_context.text(TimelineTexts::timeline));
+        setAccessibleName(m_context.text(L10nKey::timelineName));
         refresh();
     });
 }

@@ -1,9 +1,8 @@
 #include "ui/timeline/TimelineToolTips.h"
 
-#include "ui/style/Controls.h"
-#include "ui/common/TimeCode.h"
 #include "ui/common/MarkerText.h"
-#include "ui/timeline/TimelineTexts.h"
+#include "ui/common/TimeCode.h"
+#include "ui/style/Controls.h"
 
 #include <algorithm>
 
@@ -23,13 +22,13 @@ QString cutToolTip(const UiContext& context, const CutZone& cut) {
     const auto [start, end] = std::minmax({cut.start, cut.end});
     return plainToolTip(
         {QStringLiteral("%1 %2 – %3")
-             .arg(context.text(TimelineTexts::cut), shortTime(start, true), shortTime(end, true)),
-         context.text(TimelineTexts::cutIsNoteLong)});
+             .arg(context.text(L10nKey::timelineCut), shortTime(start, true), shortTime(end, true)),
+         context.text(L10nKey::timelineCutIsNoteLong)});
 }
 
-QString trimToolTip(const UiContext& context, const UiText& meaning, double time) {
+QString trimToolTip(const UiContext& context, L10nKey meaning, double time) {
     return plainToolTip({context.text(meaning) + QStringLiteral(": ") + shortTime(time, true),
-                         context.text(TimelineTexts::resetHandle)});
+                         context.text(L10nKey::timelineResetHandle)});
 }
 
 }

@@ -7,6 +7,6 @@ namespace pointloom {
 
 QString markerToolTip(const UiContext& context, const Marker& marker);
 QString cutToolTip(const UiContext& context, const CutZone& cut);
-QString trimToolTip(const UiContext& context, const UiText& meaning, double time);
+QString trimToolTip(const UiContext& context, L10nKey meaning, double time);
 
 }

@@ -4,7 +4,6 @@
 #include "ui/style/Tokens.h"
 #include "ui/timeline/Snapping.h"
 #include "ui/timeline/TimelineCanvas.h"
-#include "ui/timeline/TimelineTexts.h"
 
 #include <algorithm>
 #include <QHBoxLayout>
@@ -85,16 +84,16 @@ void TimelineView::showView() {
 }
 
 void TimelineView::showTexts() {
-    const auto name = [this](QToolButton* button, const UiText& text, Command command) {
+    const auto name = [this](QToolButton* button, L10nKey text, Command command) {
         button->setAccessibleName(m_context.text(text));
         button->setToolTip(m_context.textWithKey(text, command));
     };
-    name(m_trimStart, TimelineTexts::trimStart, Command::trimStart);
-    name(m_trimEnd, TimelineTexts::trimEnd, Command::trimEnd);
-    name(m_addCut, TimelineTexts::addCut, Command::addCut);
-    name(m_zoomOut, TimelineTexts::zoomOut, Command::zoomOut);
-    name(m_zoomIn, TimelineTexts::zoomIn, Command::zoomIn);
-    name(m_fit, TimelineTexts::fit, Command::zoomToFit);
+    name(m_trimStart, L10nKey::timelineTrimStart, Command::trimStart);
+    name(m_trimEnd, L10nKey::timelineTrimEnd, Command::trimEnd);
+    name(m_addCut, L10nKey::timelineAddCut, Command::addCut);
+    name(m_zoomOut, L10nKey::timelineZoomOut, Command::zoomOut);
+    name(m_zoomIn, L10nKey::timelineZoomIn, Command::zoomIn);
+    name(m_fit, L10nKey::timelineFit, Command::zoomToFit);
 }
 
 void TimelineView::trimStartAtPlayhead() {

@@ -17,14 +17,6 @@ namespace {
 constexpr int previewSize = 64;      // points
 constexpr int largestPicture = 1024; // pixels a side; a scoreboard shows far less
 
-constexpr UiText unreadableText{
-    "%@ is not a PNG or JPEG picture that can be read.", "%@ n'est pas une image PNG ou JPEG lisible.",
-    "%@ no es una imagen PNG o JPEG que se pueda leer.", "%@ non è un'immagine PNG o JPEG leggibile.",
-    "%@ ist kein lesbares PNG- oder JPEG-Bild.",         "%@ är inte en läsbar PNG- eller JPEG-bild.",
-    "%@ não é uma imagem PNG ou JPEG legível.",
-};
-constexpr UiText picturesText{"Pictures", "Images", "Imágenes", "Immagini", "Bilder", "Bilder", "Imagens"};
-
 QImage readLogo(const QString& path) {
     const QImage picture = loadPictureFile(path);
     if (std::max(picture.width(), picture.height()) <= largestPicture)
@@ -74,7 +66,7 @@ LogoField::LogoField(const UiContext& context, QWidget* parent)
 void LogoField::choose() {
     const auto path = m_context.dialogs.chooseFileToOpen(
         window(), m_context.text(L10nKey::chooseLogo),
-        {m_context.text(picturesText) + QStringLiteral(" (*.png *.jpg *.jpeg *.PNG *.JPG *.JPEG)")});
+        {m_context.text(L10nKey::pictureFiles) + QStringLiteral(" (*.png *.jpg *.jpeg *.PNG *.JPG *.JPEG)")});
     if (path)
         read(QUrl::fromLocalFile(*path), true);
 }
@@ -135,7 +127,7 @@ void LogoField::showTexts() {
     m_title->setText(m_context.text(L10nKey::logoOptional));
     m_name->setText(hasLogo ? m_url->fileName() : m_context.text(L10nKey::noLogo));
     m_hint->setText(m_unreadable.isEmpty() ? m_context.text(L10nKey::logoScoreboardHint)
-                                           : format(m_context.text(unreadableText), m_unreadable));
+                                           : format(m_context.text(L10nKey::logoUnreadable), m_unreadable));
     m_hint->setProperty("role", m_unreadable.isEmpty() ? QStringLiteral("quiet") : QStringLiteral("danger"));
     m_hint->style()->unpolish(m_hint);
     m_hint->style()->polish(m_hint);

@@ -1,39 +1,27 @@
 #include "ui/wizard/SportName.h"
 
-#include "l10n/UiText.h"
+#include "l10n/L10nKey.h"
 
 namespace pointloom {
 
 namespace {
 
-constexpr UiText tennis{"Tennis", "Tennis", "Tenis", "Tennis", "Tennis", "Tennis", "Ténis"};
-constexpr UiText padel{"Padel", "Padel", "Pádel", "Padel", "Padel", "Padel", "Padel"};
-constexpr UiText volleyball{"Volleyball", "Volley-ball", "Voleibol", "Pallavolo",
-                            "Volleyball", "Volleyboll",  "Voleibol"};
-constexpr UiText badminton{"Badminton", "Badminton", "Bádminton", "Badminton",
-                           "Badminton", "Badminton", "Badminton"};
-constexpr UiText tableTennis{"Table Tennis", "Tennis de table", "Tenis de mesa", "Tennistavolo",
-                             "Tischtennis",  "Bordtennis",      "Ténis de mesa"};
-constexpr UiText squash{"Squash", "Squash", "Squash", "Squash", "Squash", "Squash", "Squash"};
-constexpr UiText pickleball{"Pickleball", "Pickleball", "Pickleball", "Pickleball",
-                            "Pickleball", "Pickleball", "Pickleball"};
-
-const UiText& textOf(SportID sport) {
+L10nKey textOf(SportID sport) {
     switch (sport) {
     case SportID::tennis:
-        return tennis;
+        return L10nKey::sportTennis;
     case SportID::padel:
-        return padel;
+        return L10nKey::sportPadel;
     case SportID::volleyball:
-        return volleyball;
+        return L10nKey::sportVolleyball;
     case SportID::badminton:
-        return badminton;
+        return L10nKey::sportBadminton;
     case SportID::tableTennis:
-        return tableTennis;
+        return L10nKey::sportTableTennis;
     case SportID::squash:
-        return squash;
+        return L10nKey::sportSquash;
     case SportID::pickleball:
-        return pickleball;
+        return L10nKey::sportPickleball;
     }
     Q_UNREACHABLE();
 }

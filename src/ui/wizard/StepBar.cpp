@@ -18,10 +18,6 @@ namespace {
 // In every language at once, so that whoever cannot read the others finds it.
 const QString languageMenuText = QStringLiteral("Language / Langue / Idioma");
 
-constexpr UiText sportText{"Sport", "Sport", "Deporte", "Sport", "Sportart", "Sport", "Desporto"};
-constexpr UiText matchText{"Match", "Match", "Partido", "Partita", "Match", "Match", "Jogo"};
-constexpr UiText videoText{"Video", "Vidéo", "Vídeo", "Video", "Video", "Video", "Vídeo"};
-
 }
 
 StepBar::StepBar(const UiContext& context, WizardFlow& flow, QWidget* parent)
@@ -77,9 +73,9 @@ QToolButton* StepBar::makeLanguageMenu() {
 }
 
 void StepBar::showTexts() {
-    const QString texts[wizardScreens.size()] = {m_context.text(sportText),
-                                                 m_context.text(L10nKey::templateLabel),
-                                                 m_context.text(matchText), m_context.text(videoText)};
+    const QString texts[wizardScreens.size()] = {
+        m_context.text(L10nKey::stepSport), m_context.text(L10nKey::templateLabel),
+        m_context.text(L10nKey::stepMatch), m_context.text(L10nKey::stepVideo)};
     for (std::size_t i = 0; i < m_steps.size(); ++i)
         m_steps[i]->setText(texts[i]);
     showProgress();

@@ -28,6 +28,7 @@ TemplatePage::TemplatePage(const UiContext& context, WizardFlow& flow, QWidget* 
     connect(m_grid, &PickerGrid::currentMoved, m_scroll,
             [this](QWidget* card) { m_scroll->ensureWidgetVisible(card); });
     m_bindings.watch(m_context.state.selectedSport, [this] { showTemplates(); });
+    m_bindings.watch(m_context.state.language, [this] { nameCards(); });
     m_bindings.watch(m_context.state.selectedTemplate, [this] {
         showPicked();
         Q_EMIT obstacleChanged();
@@ -36,15 +37,18 @@ TemplatePage::TemplatePage(const UiContext& context, WizardFlow& flow, QWidget* 
 
 void TemplatePage::showTemplates() {
     m_templates = filteredTemplates(m_context.state.selectedSport);
-    std::vector<PickerCard*> cards;
-    for (const TemplateID each : m_templates) {
-        auto* card = new TemplateCard(each, m_context.state.selectedSport, m_grid);
-        card->setTexts(displayName(each), description(each));
-        cards.push_back(card);
-    }
-    m_grid->setCards(cards);
+    m_cards.clear();
+    for (const TemplateID each : m_templates)
+        m_cards.push_back(new TemplateCard(each, m_context.state.selectedSport, m_grid));
+    nameCards();
+    m_grid->setCards(m_cards);
     m_scroll->verticalScrollBar()->setValue(0);
     showPicked();
+}
+
+void TemplatePage::nameCards() {
+    for (std::size_t i = 0; i < m_cards.size(); ++i)
+        m_cards[i]->setTexts(displayName(m_templates[i]), m_context.text(description(m_templates[i])));
 }
 
 void TemplatePage::showPicked() {

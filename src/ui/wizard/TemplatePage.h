@@ -21,6 +21,7 @@ public:
 
 private:
     void showTemplates();
+    void nameCards();
     void showPicked();
 
     UiContext m_context;
@@ -28,6 +29,7 @@ private:
     PickerGrid* m_grid;
     QScrollArea* m_scroll;
     std::vector<TemplateID> m_templates; // that fit the sport
+    std::vector<PickerCard*> m_cards;    // one for each, owned by the grid
     Bindings m_bindings;
 };
 

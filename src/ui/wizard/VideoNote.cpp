@@ -11,15 +11,6 @@
 
 namespace pointloom {
 
-namespace {
-
-constexpr UiText chosenVideo{
-    "Video chosen: %@",    "Vidéo choisie : %@", "Vídeo elegido: %@",   "Video scelto: %@",
-    "Gewähltes Video: %@", "Vald video: %@",     "Vídeo escolhido: %@",
-};
-
-}
-
 VideoNote::VideoNote(const UiContext& context, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
@@ -41,7 +32,7 @@ VideoNote::VideoNote(const UiContext& context, QWidget* parent)
 void VideoNote::showVideo() {
     const auto& url = m_context.state.videoURL.value();
     const bool isShown = url && m_context.state.step < Screen::video;
-    m_words->setFullText(isShown ? format(m_context.text(chosenVideo), url->fileName()) : QString());
+    m_words->setFullText(isShown ? format(m_context.text(L10nKey::videoChosen), url->fileName()) : QString());
     const bool appears = isShown && isHidden();
     setVisible(isShown);
     if (appears) {

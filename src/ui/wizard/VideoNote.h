@@ -1,9 +1,9 @@
 // Says in the wizard's footer which video has been taken already, before its step comes.
 #pragma once
 
-#include "ui/style/Controls.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
+#include "ui/style/Controls.h"
 
 #include <QWidget>
 

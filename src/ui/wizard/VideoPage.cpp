@@ -20,16 +20,6 @@ namespace pointloom {
 
 namespace {
 
-constexpr UiText readingText{
-    "Reading %@…",      "Lecture de %@…", "Leyendo %@…", "Lettura di %@…",
-    "%@ wird gelesen…", "Läser %@…",      "A ler %@…",
-};
-constexpr UiText formatsText{
-    "MP4, MOV or M4V",   "MP4, MOV ou M4V",    "MP4, MOV o M4V",  "MP4, MOV o M4V",
-    "MP4, MOV oder M4V", "MP4, MOV eller M4V", "MP4, MOV ou M4V",
-};
-constexpr UiText videosText{"Videos", "Vidéos", "Vídeos", "Video", "Videos", "Videor", "Vídeos"};
-
 QString sizeText(const QString& path, Language language) {
     return localeOf(language).formattedDataSize(QFileInfo(path).size(), 1, QLocale::DataSizeSIFormat);
 }
@@ -98,7 +88,7 @@ QWidget* VideoPage::makeVideoCard() {
 
 void VideoPage::browse() {
     const QString filter =
-        m_context.text(videosText) + QStringLiteral(" (*.mp4 *.mov *.m4v *.MP4 *.MOV *.M4V)");
+        m_context.text(L10nKey::videoFiles) + QStringLiteral(" (*.mp4 *.mov *.m4v *.MP4 *.MOV *.M4V)");
     if (const auto path =
             m_context.dialogs.chooseFileToOpen(window(), m_context.text(L10nKey::selectVideoFile), {filter}))
         import(*path);
@@ -133,9 +123,10 @@ void VideoPage::showVideo() {
 }
 
 void VideoPage::showTexts() {
-    const QString reading = m_reading.isEmpty() ? QString() : format(m_context.text(readingText), m_reading);
+    const QString reading =
+        m_reading.isEmpty() ? QString() : format(m_context.text(L10nKey::videoReading), m_reading);
     m_target->setTexts(m_context.text(L10nKey::dropVideoHere), m_context.text(L10nKey::orClickToBrowse),
-                       m_context.text(formatsText));
+                       m_context.text(L10nKey::videoFormats));
     m_target->setBusy(reading);
     m_change->setText(m_context.text(L10nKey::changeVideo));
     showFacts();

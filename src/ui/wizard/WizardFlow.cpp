@@ -10,24 +10,6 @@ namespace pointloom {
 
 namespace {
 
-constexpr UiText changeSportTitle{
-    "Change the sport?",  "Changer de sport ?", "¿Cambiar de deporte?", "Cambiare sport?",
-    "Sportart wechseln?", "Byta sport?",        "Mudar de desporto?",
-};
-constexpr UiText changeSportMessage{
-    "The scores you have entered cannot be counted in %@. They will be deleted.",
-    "Les scores que tu as saisis ne peuvent pas être comptés en %@. Ils seront supprimés.",
-    "Los resultados que has introducido no se pueden contar en %@. Se eliminarán.",
-    "I punteggi che hai inserito non si possono contare in %@. Verranno eliminati.",
-    "Deine eingegebenen Spielstände lassen sich in %@ nicht zählen. Sie werden gelöscht.",
-    "Resultaten du har angett kan inte räknas i %@. De tas bort.",
-    "Os resultados que introduziste não podem ser contados em %@. Serão eliminados.",
-};
-constexpr UiText changeSportConfirm{
-    "Change sport",      "Changer de sport", "Cambiar de deporte", "Cambia sport",
-    "Sportart wechseln", "Byt sport",        "Mudar de desporto",
-};
-
 bool offersSets(SportID sport, std::int64_t count) {
     const auto options = numberOfSetsOptions(sport);
     return std::ranges::find(options, count) != options.end();
@@ -152,9 +134,9 @@ bool WizardFlow::losesScores(SportID sport) const {
 
 bool WizardFlow::confirmsLossOfScores(SportID sport, QWidget* window) const {
     return m_context.dialogs.confirm(
-        window, m_context.text(changeSportTitle),
-        format(m_context.text(changeSportMessage), sportName(sport, m_context.state.language)),
-        m_context.text(changeSportConfirm), m_context.text(L10nKey::cancel));
+        window, m_context.text(L10nKey::wizardChangeSportTitle),
+        format(m_context.text(L10nKey::wizardChangeSportMessage), sportName(sport, m_context.state.language)),
+        m_context.text(L10nKey::wizardChangeSportConfirm), m_context.text(L10nKey::cancel));
 }
 
 void WizardFlow::pickTemplate(TemplateID templateID) {

@@ -110,7 +110,7 @@ TEST_F(EditorKeysTest, ATextFieldKeepsItsKeysAndAButtonItsSpace) {
     EXPECT_EQ(label->text(), QStringLiteral("m1 s"));
     press(Qt::Key_Return);
     EXPECT_EQ(marker(0).label, QStringLiteral("m1 s"));
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Rename Marker"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoRenameMarker);
 
     state.currentTime = 8;
     find<QPushButton>("addMarker")->setFocus();

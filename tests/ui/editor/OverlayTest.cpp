@@ -63,7 +63,7 @@ TEST_F(OverlayTest, ADragBeyondTheEdgeStopsAtThePictureAndIsStoredWithinIt) {
     QTest::mouseRelease(&overlay, Qt::LeftButton, Qt::NoModifier, {900, 200});
     EXPECT_EQ(position(), QPointF(0.98, 0.5));
     EXPECT_EQ(overlay.dragOffset(), QSizeF(0, 0));
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Scoreboard"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoMoveScoreboard);
     EXPECT_EQ(store.saves, 1);
     undo.undo();
     EXPECT_EQ(position(), QPointF(0.5, 0.5));
@@ -76,7 +76,7 @@ TEST_F(OverlayTest, ResizingKeepsWithinItsLimitsAndIsOneStepOfUndo) {
     EXPECT_EQ(state.scoreboardUserScale.value(), 0.3);
     drag(overlay.handleRect().center(), {5000, 5000});
     EXPECT_EQ(state.scoreboardUserScale.value(), 5);
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Resize Scoreboard"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoResizeScoreboard);
     undo.undo();
     EXPECT_EQ(state.scoreboardUserScale.value(), 0.3);
     undo.undo();
@@ -129,7 +129,7 @@ TEST_F(OverlayTest, ANudgeKeepsTheScaleOfADocument) {
         QTest::keyClick(&overlay, Qt::Key_Right);
         EXPECT_EQ(state.scoreboardUserScale.value(), scale);
     }
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Scoreboard"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoMoveScoreboard);
     QTest::keyClick(&overlay, Qt::Key_Up, Qt::ControlModifier);
     EXPECT_EQ(state.scoreboardUserScale.value(), 5) << "resized, it comes within the limits";
 }

@@ -64,7 +64,7 @@ TEST_F(SidebarTest, ATennisScoreIsEnteredByTabAndDigitsAlone) {
     undo.undo();
     EXPECT_EQ(setsOf(marker(0).score)[0].tiebreak, 12);
     EXPECT_EQ(find<ValueStepper>("tiebreak1")->text(), QStringLiteral("12"));
-    EXPECT_EQ(undo.redoActionName().value(), QStringLiteral("Edit Score"));
+    EXPECT_EQ(undo.redoActionName().value(), L10nKey::undoEditScore);
 }
 
 TEST_F(SidebarTest, ARallyScoreIsEnteredByTabAndDigitsAlone) {
@@ -93,7 +93,7 @@ TEST_F(SidebarTest, TheInitialScoreIsSetAndClearedUndoably) {
     EXPECT_EQ(state.selectedMarkerID.value(), std::nullopt);
     type("set1team1", {Qt::Key_3});
     EXPECT_EQ(state.initialScore.value(), SportScoreState(ScoreState{{{3, 0, {}}}, {}, 1}));
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Edit Initial Score"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoEditInitialScore);
     EXPECT_EQ(setsOf(marker(0).score)[0], SetScore()) << "the marker stays as it was";
     undo.undo();
     EXPECT_EQ(state.initialScore.value(), std::nullopt);

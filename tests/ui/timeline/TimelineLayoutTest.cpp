@@ -1,10 +1,10 @@
 // Where things stand on the timeline: arithmetic without a window.
 #include "support/Sessions.h"
+#include "ui/common/MarkerText.h"
 #include "ui/timeline/FlagLayout.h"
 #include "ui/timeline/FlagRow.h"
 #include "ui/timeline/RowLayout.h"
 #include "ui/timeline/RulerTicks.h"
-#include "ui/common/MarkerText.h"
 #include "ui/timeline/Snapping.h"
 #include "ui/timeline/ThumbnailGrid.h"
 #include "ui/timeline/TimeScale.h"

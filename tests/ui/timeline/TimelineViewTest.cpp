@@ -116,7 +116,7 @@ TEST_F(Timeline, ADraggedMarkerSnapsToFramesAndIsOneStep) {
     EXPECT_NEAR(moved, 70.3, 0.02);
     EXPECT_NEAR(moved * frameRate, std::round(moved * frameRate), 1e-6);
     EXPECT_EQ(store.saves, 1);
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Marker"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoMoveMarker);
     undo.undo();
     EXPECT_THAT(timesOf(state), ElementsAre(10, 50));
 }
@@ -154,7 +154,7 @@ TEST_F(Timeline, TrimsAreDraggedAndNeverCross) {
     EXPECT_NEAR(*state.trimEnd.value(), start + 1 / frameRate, 1e-6) << "one frame is left";
     drag(scene().trimStartHandle().center().toPoint(), onTrim(90));
     EXPECT_NEAR(state.trimStart, *state.trimEnd.value() - 1 / frameRate, 1e-6);
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Set Trim"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoSetTrim);
     drag(scene().trimEndHandle().center().toPoint(), QPoint(2000, onTrim(0).y()));
     EXPECT_FALSE(state.trimEnd.value()) << "at the clip's end there is no trim";
     QTest::mouseDClick(&canvas(), Qt::LeftButton, {}, scene().trimStartHandle().center().toPoint());
@@ -190,7 +190,7 @@ TEST_F(Timeline, CutsAreDrawnMovedResizedAndRemoved) {
     drag(onTrim(25), onTrim(65));
     EXPECT_NEAR(cut().start, 60, 0.2);
     EXPECT_NEAR(cut().end - cut().start, length, 1e-9);
-    EXPECT_EQ(undo.undoActionName().value(), QStringLiteral("Move Cut"));
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoMoveCut);
     drag(onTrim(cut().end) - QPoint(1, 0), onTrim(80));
     EXPECT_NEAR(cut().end, 80, 0.2);
     drag(onTrim(cut().end) - QPoint(1, 0), onTrim(5));
