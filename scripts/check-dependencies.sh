@@ -14,6 +14,7 @@ declare -A allowed=(
     [files]=""
     [http]=""
     [model]="json"
+    [rules]="model json"
     [info]="json"
     [l10n]="json"
     [render]="model l10n json"
@@ -32,7 +33,7 @@ declare -A allowed=(
     [ui/editor]="ui/timeline ui/common ui/style playback persistence session export render media crash model l10n json"
     [ui/export]="ui/common ui/style persistence session export render media model l10n files json"
     [ui/settings]="ui/common ui/style licensing persistence session media model l10n info files json"
-    [cli]="persistence licensing session export/segments export render media crash model l10n info files json"
+    [cli]="persistence licensing session export/segments export render media crash rules model l10n info files json"
     [app]="ui/settings ui/export ui/editor ui/wizard ui/common ui/style playback persistence licensing session export render media crash model l10n info files json"
 )
 

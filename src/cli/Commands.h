@@ -16,6 +16,7 @@ std::unique_ptr<Command> makeStillCommand(CLI::App& root);
 std::unique_ptr<Command> makeScoreboardCommand(CLI::App& root);
 std::unique_ptr<Command> makeTemplatesCommand(CLI::App& root);
 std::unique_ptr<Command> makeMarkersCommand(CLI::App& root);
+std::unique_ptr<Command> makeScoreCommand(CLI::App& root);
 std::unique_ptr<Command> makeNewCommand(CLI::App& root);
 std::unique_ptr<Command> makeCheckCommand(CLI::App& root);
 std::unique_ptr<Command> makeLicenceCommand(CLI::App& root);

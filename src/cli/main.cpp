@@ -23,6 +23,7 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& root) {
     commands.push_back(makeJoinCommand(root));
     commands.push_back(makeStillCommand(root));
     commands.push_back(makeScoreboardCommand(root));
+    commands.push_back(makeScoreCommand(root));
     commands.push_back(makeNewCommand(root));
     commands.push_back(makeCheckCommand(root));
     commands.push_back(makeTemplatesCommand(root));

@@ -45,7 +45,7 @@ QStringList words(const char* line) {
 }
 
 TEST_F(CompletionTest, OffersCommandsOptionsAndTheirValues) {
-    EXPECT_EQ(offers("s"), words("segment still scoreboard"));
+    EXPECT_EQ(offers("s"), words("segment still scoreboard score"));
     EXPECT_EQ(offers("--v"), words("--version"));
     EXPECT_EQ(offers("export --tr"), words("--trim-start --trim-end"));
     EXPECT_EQ(offers("export m.plp --format "), words("h264 hevc prores png"));

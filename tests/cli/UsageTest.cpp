@@ -10,7 +10,7 @@ TEST_F(UsageTest, HelpAndVersionAreNoFaults) {
     EXPECT_EQ(version.status, 0);
     EXPECT_TRUE(version.out.startsWith("pointloom-cli "));
     for (const char* command : {"export", "plan", "segment", "join", "still", "scoreboard", "templates",
-                                "markers", "new", "check", "licence", "completion"}) {
+                                "markers", "score", "new", "check", "licence", "completion"}) {
         const Outcome help = run(QStringList{QString::fromLatin1(command), QStringLiteral("--help")});
         EXPECT_EQ(help.status, 0) << command;
         EXPECT_TRUE(help.err.isEmpty()) << help.errText();
@@ -46,6 +46,11 @@ TEST_F(UsageTest, WrongArgumentsEndWithStatusTwo) {
                                   "templates --sport golf",
                                   "markers",
                                   "markers --sample a.csv",
+                                  "score",
+                                  "score --sport tennis --sets 2",
+                                  "score --sport tennis --rules fast4,pro-set-8",
+                                  "score --sport squash --rules beach",
+                                  "score --sport squash --serving 3",
                                   "completion tcsh",
                                   "check"})
         EXPECT_NE(faultOf(arguments, 2), "") << arguments;

@@ -1,7 +1,7 @@
 // Table of commands: what menus and keys can do, with texts and keys, and the keys in use.
 #pragma once
 
-#include "l10n/L10nKey.h"
+#include "l10n/Language.h"
 
 #include <array>
 #include <map>
