@@ -1,5 +1,7 @@
 #include "ui/export/DestinationRow.h"
 
+#include "media/MediaError.h"
+#include "media/MediaInfo.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -8,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QStorageInfo>
 
 namespace pointloom {
 
@@ -20,7 +23,7 @@ QString withHomeShortened(const QString& path) {
     return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
 }
 
-// The ending says how the file is written, so a foreign one stays as a part of the name.
+// The ending decides how the file is written, so a foreign one stays as a part of the name.
 QString withExtension(const QString& path, ExportFormat format) {
     const QString ending = QLatin1Char('.') + fileExtension(format);
     return path.endsWith(ending, Qt::CaseInsensitive) ? path : path + ending;
@@ -31,6 +34,33 @@ QString withExtensionSwapped(const QString& path, ExportFormat from, ExportForma
     return withExtension(path.endsWith(old, Qt::CaseInsensitive) ? path.chopped(old.size()) : path, to);
 }
 
+std::optional<SourceRate> rateOf(const QString& path) {
+    try {
+        const media::MediaInfo info = media::readMediaInfo(path);
+        if (!info.video || info.duration <= 0)
+            return std::nullopt;
+        return SourceRate{info.video->uprightSize(), info.video->frameRate.value(),
+                          static_cast<double>(QFileInfo(path).size()) / info.duration};
+    } catch (const media::MediaError&) {
+        return std::nullopt; // the shown frame says why
+    }
+}
+
+std::optional<std::int64_t> freeBytesAt(QString folder) {
+    while (!QFileInfo(folder).isDir() && QFileInfo(folder).absolutePath() != folder)
+        folder = QFileInfo(folder).absolutePath();
+    const QStorageInfo disk(folder);
+    if (!disk.isValid() || !disk.isReady())
+        return std::nullopt;
+    return disk.bytesAvailable();
+}
+
+// Reads the disk: for a background thread, as disks may sleep.
+ExportFacts gatherFacts(const QString& videoPath, const QString& outputPath) {
+    const QString folder = QFileInfo(outputPath).absolutePath();
+    return {rateOf(videoPath), QFileInfo(folder).isDir(), freeBytesAt(folder)};
+}
+
 }
 
 DestinationRow::DestinationRow(const UiContext& context, QWidget* parent)
@@ -39,7 +69,7 @@ DestinationRow::DestinationRow(const UiContext& context, QWidget* parent)
     , m_icon(new QLabel(this))
     , m_heading(Controls::label(Controls::TextRole::quiet, this))
     , m_shownPath(Controls::label(Controls::TextRole::body, this))
-    , m_room(Controls::label(Controls::TextRole::quiet, this))
+    , m_space(Controls::label(Controls::TextRole::quiet, this))
     , m_change(Controls::button(Controls::ButtonKind::normal, this)) {
     build();
     bind();
@@ -50,8 +80,8 @@ void DestinationRow::build() {
     m_change->setObjectName(QStringLiteral("changeDestination"));
     m_change->setAutoDefault(false);
     m_shownPath->setObjectName(QStringLiteral("destination"));
-    m_room->setObjectName(QStringLiteral("room"));
-    m_room->setWordWrap(true);
+    m_space->setObjectName(QStringLiteral("space"));
+    m_space->setWordWrap(true);
     // A long path is shortened rather than pushing the buttons out.
     m_shownPath->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
@@ -59,7 +89,7 @@ void DestinationRow::build() {
     lines->setSpacing(2);
     lines->addWidget(m_heading);
     lines->addWidget(m_shownPath);
-    lines->addWidget(m_room);
+    lines->addWidget(m_space);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(Space::m, Space::s, Space::s, Space::s);
     row->setSpacing(Space::m);
@@ -84,7 +114,7 @@ void DestinationRow::showWords() {
     m_heading->setText(m_context.text(L10nKey::saveTo));
     m_change->setText(m_context.text(L10nKey::exportChangeDestination));
     m_change->setAccessibleName(m_context.text(L10nKey::exportChooseDestination));
-    showRoom();
+    showSpace();
 }
 
 void DestinationRow::proposeNewFile() {
@@ -97,7 +127,7 @@ void DestinationRow::setExport(const ExportSettings& settings, double seconds) {
     m_seconds = seconds;
     if (settings.format != former)
         setPath(withExtensionSwapped(m_path, former, settings.format));
-    showRoom();
+    showSpace();
 }
 
 void DestinationRow::setPath(const QString& path) {
@@ -127,11 +157,11 @@ void DestinationRow::gather() {
     };
     m_gathering.start(read, [this](const ExportFacts& facts) {
         m_facts = facts;
-        showRoom();
+        showSpace();
     });
 }
 
-void DestinationRow::showRoom() {
+void DestinationRow::showSpace() {
     if (!m_facts)
         return;
     const ExportFacts& facts = *m_facts;
@@ -141,21 +171,21 @@ void DestinationRow::showRoom() {
     const Language language = m_context.state.language;
     const auto size = [&](std::int64_t bytes) { return ExportWords::bytes(bytes, language); };
 
-    Controls::setRole(m_room,
+    Controls::setRole(m_space,
                       isShort || isFolderMissing ? Controls::TextRole::warning : Controls::TextRole::quiet);
     if (isFolderMissing)
-        m_room->setText(
+        m_space->setText(
             format(m_context.text(L10nKey::exportFolderMissing), QFileInfo(m_path).absolutePath()));
     else if (!facts.freeBytes)
-        m_room->clear();
+        m_space->clear();
     else if (isShort)
-        m_room->setText(
+        m_space->setText(
             format(m_context.text(L10nKey::exportSpaceShort), size(needed), size(*facts.freeBytes)));
     else if (needed > 0)
-        m_room->setText(
+        m_space->setText(
             format(m_context.text(L10nKey::exportSpaceLine), size(needed), size(*facts.freeBytes)));
     else
-        m_room->setText(format(m_context.text(L10nKey::exportFreeLine), size(*facts.freeBytes)));
+        m_space->setText(format(m_context.text(L10nKey::exportFreeLine), size(*facts.freeBytes)));
 }
 
 void DestinationRow::choose() {
@@ -167,7 +197,7 @@ void DestinationRow::choose() {
         return;
     m_isProposed = false;
     setPath(withExtension(*chosen, m_settings.format));
-    // Whoever picks a file that is there was asked about it by the dialog.
+    // The dialog has asked before it returned a file that exists.
     m_isReplacingAgreed = m_path == *chosen && QFileInfo::exists(m_path);
 }
 

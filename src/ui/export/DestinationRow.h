@@ -1,10 +1,10 @@
-// Where the new video goes, and whether there is room for it.
+// The path of the new video, and whether the disk has space for it.
 #pragma once
 
+#include "export/ExportSettings.h"
 #include "files/NewFile.h"
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
-#include "ui/export/ExportFacts.h"
 #include "ui/style/Bindings.h"
 
 #include <QFrame>
@@ -12,6 +12,13 @@
 #include <QPushButton>
 
 namespace pointloom {
+
+/// The disk facts of an export.
+struct ExportFacts {
+    std::optional<SourceRate> source;      // absent when the video cannot be read
+    bool isFolderThere = false;            // that the output goes into
+    std::optional<std::int64_t> freeBytes; // where that folder is or would be
+};
 
 class DestinationRow : public QFrame {
     Q_OBJECT
@@ -23,11 +30,11 @@ public:
     /// A new file named after this moment.
     void proposeNewFile();
 
-    /// Names the file anew and judges the room by it; `seconds` of video are written.
+    /// Names the file anew and estimates its size; `seconds` of video are written.
     void setExport(const ExportSettings& settings, double seconds);
 
-    /// True when the file may be written: it is not there, or the user agrees that it is replaced. A proposed
-    /// file is named after this moment, and its folder is made when it is missing.
+    /// True when the file may be written: it does not exist, or the user agrees that it is replaced. A
+    /// proposed file is named after this moment, and its folder is made when it is missing.
     bool prepare();
 
     /// A proposed file leaves one that has its name where it is.
@@ -41,7 +48,7 @@ private:
     void bind();
     void showWords();
     void showPath();
-    void showRoom();
+    void showSpace();
     void choose();
     void setPath(const QString& path);
     void gather();
@@ -50,7 +57,7 @@ private:
     QLabel* m_icon;
     QLabel* m_heading;
     QLabel* m_shownPath;
-    QLabel* m_room;
+    QLabel* m_space;
     QPushButton* m_change;
 
     QString m_path;

@@ -1,15 +1,19 @@
 // The choices of an export: size, format, quality, encoder and watermark.
 #pragma once
 
+#include "export/ExportJob.h"
+#include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
-#include "ui/export/EncodingBox.h"
-#include "ui/export/OptionCard.h"
 #include "ui/export/WatermarkBox.h"
 #include "ui/style/Bindings.h"
 
 #include <QButtonGroup>
+#include <QComboBox>
 #include <QLabel>
 #include <QWidget>
+#include <vector>
+
+class QLayout;
 
 namespace pointloom {
 
@@ -19,10 +23,11 @@ class ExportOptionsPanel : public QWidget {
 public:
     ExportOptionsPanel(const UiContext& context, QWidget* parent);
 
+    /// The encoder is software for the automatic choice.
     ExportSettings settings() const;
 
-    /// Offers what works for this export.
-    void offerEncodersFor(const ExportJob& job) { m_encoding->offerEncodersFor(job); }
+    /// Offers the hardware encoders that work for this export. They are tried in the background.
+    void offerEncodersFor(const ExportJob& job);
 
 Q_SIGNALS:
     void presetChanged();
@@ -31,22 +36,29 @@ Q_SIGNALS:
 
 private:
     void build();
+    QLayout* makeEncodingGrid();
     void bind();
     void showWords();
+    void showEncoders();
     void showShapes();
     ExportPreset preset() const { return static_cast<ExportPreset>(m_presets.checkedId()); }
+    media::EncoderKind encoder() const;
     QSizeF shapeOf(ExportPreset preset) const;
     QString detailOf(ExportPreset preset) const;
-    OptionCard* card(const QButtonGroup& group, int id) const;
 
     UiContext m_context;
     QLabel* m_sizeHeading;
     QLabel* m_formatHeading;
     QLabel* m_watermarkHeading;
-    EncodingBox* m_encoding;
-    WatermarkBox* m_watermark;
+    QLabel* m_qualityName;
+    QComboBox* m_quality;
+    QLabel* m_encoderName;
+    QComboBox* m_encoder; // the data of each row is its encoder
+    WatermarkBox* m_watermark = nullptr;
     QButtonGroup m_presets; // numbers are the presets
     QButtonGroup m_formats;
+    std::vector<media::EncoderKind> m_working; // in hardware
+    BackgroundTask<std::vector<media::EncoderKind>> m_probing;
     Bindings m_bindings; // ends first
 };
 

@@ -1,12 +1,80 @@
 #include "ui/export/ExportRunner.h"
 
 #include "export/ExportManager.h"
-#include "ui/export/ExportFault.h"
-#include "ui/export/SleepInhibitor.h"
+#include "l10n/L10nKey.h"
+#include "ui/export/ExportWords.h"
 
 #include <algorithm>
+#include <optional>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
+#include <QString>
 
 namespace pointloom {
+
+namespace {
+
+constexpr int patience = 1000; // milliseconds
+
+QDBusMessage call(const QDBusConnection& bus, const QString& service, const QString& path,
+                  const QString& interface, const QString& method, const QVariantList& arguments) {
+    if (!bus.isConnected())
+        return {};
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false); // do not start the service
+    return bus.call(message, QDBus::Block, patience);
+}
+
+QDBusMessage callScreenSaver(const QString& method, const QVariantList& arguments) {
+    const QString service = QStringLiteral("org.freedesktop.ScreenSaver");
+    return call(QDBusConnection::sessionBus(), service, QStringLiteral("/org/freedesktop/ScreenSaver"),
+                service, method, arguments);
+}
+
+QDBusMessage callLogin(const QString& method, const QVariantList& arguments) {
+    return call(QDBusConnection::systemBus(), QStringLiteral("org.freedesktop.login1"),
+                QStringLiteral("/org/freedesktop/login1"), QStringLiteral("org.freedesktop.login1.Manager"),
+                method, arguments);
+}
+
+std::optional<QVariant> answerOf(const QDBusMessage& reply) {
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return std::nullopt;
+    return reply.arguments().first();
+}
+
+// Keeps the desktop awake. Asks the screen saver and the login service, where the desktop offers them over
+// D-Bus; does nothing, and reports nothing, elsewhere. Each question may take up to a second: for a
+// background thread.
+class SleepInhibitor {
+public:
+    explicit SleepInhibitor(const QString& reason);
+    ~SleepInhibitor();
+    SleepInhibitor(const SleepInhibitor&) = delete;
+    SleepInhibitor& operator=(const SleepInhibitor&) = delete;
+
+private:
+    std::optional<uint> m_screenSaverCookie;
+    QDBusUnixFileDescriptor m_loginLock; // held until it is closed
+};
+
+SleepInhibitor::SleepInhibitor(const QString& reason) {
+    const QString who = QStringLiteral("Pointloom");
+    if (const auto cookie = answerOf(callScreenSaver(QStringLiteral("Inhibit"), {who, reason})))
+        m_screenSaverCookie = cookie->toUInt();
+    if (const auto lock = answerOf(callLogin(
+            QStringLiteral("Inhibit"), {QStringLiteral("sleep:idle"), who, reason, QStringLiteral("block")})))
+        m_loginLock = lock->value<QDBusUnixFileDescriptor>();
+}
+
+SleepInhibitor::~SleepInhibitor() {
+    if (m_screenSaverCookie)
+        callScreenSaver(QStringLiteral("UnInhibit"), {*m_screenSaverCookie});
+}
+
+}
 
 ExportRunner::ExportRunner(AppState& state, QObject* parent)
     : QObject(parent)
@@ -51,7 +119,7 @@ double ExportRunner::elapsedSeconds() const {
     return static_cast<double>(m_clock.elapsed()) / 1000;
 }
 
-// On the worker thread from here on.
+// On the background thread from here on.
 void ExportRunner::run(ExportJob job, const std::stop_token& stop) {
     using Stage = AppState::ExportStatus::Stage;
     const ExportControl control{
@@ -73,7 +141,7 @@ void ExportRunner::run(ExportJob job, const std::stop_token& stop) {
     } catch (const ExportCancelled&) {
         post({Stage::idle, {}});
     } catch (const std::exception& error) {
-        post({Stage::error, reasonOf(error, job, true, m_language)});
+        post({Stage::error, ExportWords::fault(error, job, true, m_language)});
     }
 }
 

@@ -1,4 +1,4 @@
-// Runs an export beside the window and tells the session how it goes.
+// Runs an export in the background and reports its state to the session.
 #pragma once
 
 #include "export/ExportSource.h"
@@ -28,13 +28,13 @@ public:
     bool isRunning() const { return m_isRunning; }
     bool isStopping() const { return m_isStopping; }
 
-    /// As of the frame being written; the session's `exportProgress` moves by whole per cents.
+    /// At the frame being written; the session's `exportProgress` moves by whole per cents.
     ExportProgress progress() const;
     double elapsedSeconds() const;
 
-    /// Of the last export that was completed.
+    /// The report of the last export that was completed.
     const ExportReport& report() const { return m_report; }
-    /// What it wished for in vain; empty when it got its encoder.
+    /// The encoder that it could not use; empty when it used the requested one.
     const std::optional<EncoderFallback>& fallback() const { return m_fallback; }
 
 Q_SIGNALS:

@@ -106,14 +106,6 @@ void ExportSheet::bind() {
         m_destination->proposeNewFile();
         showOptions();
     });
-    connect(&m_renderer, &StillRenderer::rendered, this, [this](const QImage& still) {
-        m_still->setBusyNote({});
-        m_still->setStill(still);
-    });
-    connect(&m_renderer, &StillRenderer::failed, this, [this](const QString& message) {
-        m_still->setBusyNote({});
-        m_still->setFault(message);
-    });
     connect(&m_runner, &ExportRunner::finished, this, [this] {
         if (m_closesWhenStopped)
             QDialog::reject();
@@ -154,20 +146,19 @@ void ExportSheet::updateExport() {
 }
 
 void ExportSheet::requestStill() {
-    const auto wanted = job();
-    m_start->setEnabled(wanted.has_value());
-    if (!wanted) {
+    const auto requested = job();
+    m_start->setEnabled(requested.has_value());
+    if (!requested) {
         m_still->setFault(m_context.text(L10nKey::exportNotReady));
         return;
     }
-    m_still->setBusyNote(m_context.text(L10nKey::generating));
-    m_renderer.request(*wanted, exportedRangeOf(m_context.state).nearest(m_context.state.currentTime),
-                       m_context.state.language);
+    m_still->request(*requested, exportedRangeOf(m_context.state).nearest(m_context.state.currentTime),
+                     m_context.state.language);
 }
 
 void ExportSheet::offerEncoders() {
-    if (const auto wanted = job())
-        m_options->offerEncodersFor(*wanted);
+    if (const auto requested = job())
+        m_options->offerEncodersFor(*requested);
 }
 
 std::optional<ExportJob> ExportSheet::job() const {
@@ -205,9 +196,8 @@ void ExportSheet::reject() {
         m_context.text(L10nKey::exportStopConfirm), m_context.text(L10nKey::exportKeepExporting));
     if (!agreed)
         return;
-    if (!m_runner.isRunning()) { // it ended while the question stood: its result is worth a look
-        return;
-    }
+    if (!m_runner.isRunning())
+        return; // it ended meanwhile; its result is shown
     m_closesWhenStopped = true;
     stop();
 }

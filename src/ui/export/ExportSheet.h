@@ -7,7 +7,6 @@
 #include "ui/export/ExportRunner.h"
 #include "ui/export/ExportStage.h"
 #include "ui/export/ExportSummary.h"
-#include "ui/export/StillRenderer.h"
 #include "ui/export/StillView.h"
 #include "ui/style/Bindings.h"
 
@@ -17,7 +16,7 @@
 
 namespace pointloom {
 
-/// Closing it while it exports asks, and stops the export when the person agrees. Destroying it stops the
+/// Closing it while it exports asks, and stops the export when the user agrees. Destroying it stops the
 /// export without a question.
 class ExportSheet : public QDialog {
     Q_OBJECT
@@ -44,7 +43,6 @@ private:
 
     UiContext m_context;
     ExportRunner m_runner;
-    StillRenderer m_renderer;
     QLabel* m_title;
     StillView* m_still;
     ExportSummary* m_summary;

@@ -1,11 +1,15 @@
 #include "ui/export/ExportStage.h"
 
 #include "ui/export/ExportWords.h"
-#include "ui/export/FileManager.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -18,6 +22,30 @@ namespace {
 constexpr int iconSize = 22;
 constexpr int barSteps = 1000;
 constexpr int refreshInterval = 200; // milliseconds
+
+// Shows the file selected in its folder, where the file manager can; opens the folder elsewhere. Returns at
+// once.
+void showInFileManager(const QString& path) {
+    const auto openFolder = [folder = QUrl::fromLocalFile(QFileInfo(path).absolutePath())] {
+        QDesktopServices::openUrl(folder);
+    };
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openFolder();
+        return;
+    }
+    const QString service = QStringLiteral("org.freedesktop.FileManager1");
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        service, QStringLiteral("/org/freedesktop/FileManager1"), service, QStringLiteral("ShowItems"));
+    const QStringList items{QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded())};
+    message.setArguments({items, QString()});
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), QCoreApplication::instance());
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, openFolder] {
+        if (QDBusPendingReply<>(*watcher).isError())
+            openFolder();
+        watcher->deleteLater();
+    });
+}
 
 }
 
@@ -74,7 +102,7 @@ void ExportStage::build() {
     whole->addLayout(buttons);
 }
 
-// What the video had lost before it was exported, apart from what was made of it.
+// The damage of the source video.
 QWidget* ExportStage::makeDamageRow() {
     auto* row = new QWidget(this);
     m_damageIcon = new QLabel(row);

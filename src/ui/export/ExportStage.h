@@ -1,4 +1,4 @@
-// The lower part of the sheet while an export runs, and when it is over.
+// The lower part of the export sheet while an export runs and after it.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -19,7 +19,7 @@ class ExportStage : public QWidget {
 public:
     ExportStage(const UiContext& context, const ExportRunner& runner, QWidget* parent);
 
-    /// Shows that a wish to stop was heard.
+    /// Shows "Stopping…".
     void showStopping();
 
 Q_SIGNALS:

@@ -1,4 +1,4 @@
-// What an export will hold, and what a person should know before it starts.
+// Summary of an export before it starts: its range, its markers, what the user should know.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -10,7 +10,7 @@
 
 namespace pointloom {
 
-/// The exported part of the session's clip, seconds from the start of the source.
+/// The exported range of the session's clip, seconds from the start of the source.
 struct ExportedRange {
     double start = 0;
     double end = 0;

@@ -1,4 +1,4 @@
-// Numbers, times and sizes of the export in a person's own language.
+// Numbers, times, sizes and faults of the export in the user's language.
 #pragma once
 
 #include "export/ExportJob.h"
@@ -8,12 +8,6 @@
 #include <QStringList>
 
 namespace pointloom::ExportWords {
-
-L10nKey nameOf(WatermarkCorner corner);
-
-/// One line that says what a format or a size is good for.
-L10nKey useOf(ExportFormat format);
-L10nKey useOf(ExportPreset preset);
 
 /// "1,204 of 5,400 frames, 61 fps, 1 min 9 s left". The pace is left out while it is too early to tell.
 QString progress(const ExportProgress& progress, double elapsedSeconds, Language language);
@@ -29,5 +23,11 @@ QString place(double seconds);
 
 /// "1.2 GB".
 QString bytes(std::int64_t bytes, Language language);
+
+/// Why an export or a frame of it failed: the usual reasons (the video or the folder is missing, the disk is
+/// full, a damaged video) in `language`, followed by the exporter's own message where that tells more; the
+/// latter alone for the rest. `writes` is false for a frame, which needs no folder. Reads the disk: for a
+/// background thread.
+QString fault(const std::exception& error, const ExportJob& job, bool writes, Language language);
 
 }

@@ -93,8 +93,8 @@ void FramePreview::bind() {
     connect(m_save, &QPushButton::clicked, this, &FramePreview::save);
     connect(m_close, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_retry, &QPushButton::clicked, this, &FramePreview::requestStill);
-    connect(&m_renderer, &StillRenderer::rendered, this, &FramePreview::showStill);
-    connect(&m_renderer, &StillRenderer::failed, this, &FramePreview::showFault);
+    connect(m_still, &StillView::rendered, this, &FramePreview::showStill);
+    connect(m_still, &StillView::failed, this, &FramePreview::offerRetry);
     m_bindings.watch(state.language, [this] { showWords(); });
     m_bindings.watchAll([this] { requestStill(); }, state.currentTime, state.videoURL, state.isLicensed);
 }
@@ -122,18 +122,17 @@ void FramePreview::requestStill() {
     m_facts->setText(ExportWords::place(m_context.state.currentTime));
     auto job = exportJobFor(projectFrom(m_context.state));
     if (!job) {
-        showFault(m_context.text(L10nKey::exportNotReady));
+        m_still->setFault(m_context.text(L10nKey::exportNotReady));
+        offerRetry();
         return;
     }
     job->overlay.isLicensed = m_context.state.isLicensed;
     m_still->setFault({});
-    m_still->setBusyNote(m_context.text(L10nKey::generating));
-    m_renderer.request(*job, m_context.state.currentTime, m_context.state.language);
+    m_still->request(*job, m_context.state.currentTime, m_context.state.language);
 }
 
-void FramePreview::showStill(const QImage& still) {
-    m_still->setBusyNote({});
-    m_still->setStill(still);
+void FramePreview::showStill() {
+    const QImage& still = m_still->still();
     m_facts->setText(QStringLiteral("%1 · %2 × %3")
                          .arg(ExportWords::place(m_context.state.currentTime))
                          .arg(still.width())
@@ -142,9 +141,7 @@ void FramePreview::showStill(const QImage& still) {
     showZoom(m_actualSize->isChecked());
 }
 
-void FramePreview::showFault(const QString& message) {
-    m_still->setBusyNote({});
-    m_still->setFault(message);
+void FramePreview::offerRetry() {
     m_retry->setVisible(m_context.state.videoURL.value().has_value());
 }
 

@@ -3,7 +3,6 @@
 
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
-#include "ui/export/StillRenderer.h"
 #include "ui/export/StillView.h"
 #include "ui/style/Bindings.h"
 
@@ -26,12 +25,11 @@ private:
     void showWords();
     void showZoom(bool isActualSize);
     void requestStill();
-    void showStill(const QImage& still);
-    void showFault(const QString& message);
+    void showStill();
+    void offerRetry();
     void save();
 
     UiContext m_context;
-    StillRenderer m_renderer;
     QLabel* m_title;
     QLabel* m_facts; // place in the clip and size
     QScrollArea* m_area;

@@ -1,5 +1,8 @@
 #include "ui/export/StillView.h"
 
+#include "export/ExportManager.h"
+#include "l10n/L10nKey.h"
+#include "ui/export/ExportWords.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
@@ -13,34 +16,68 @@ namespace {
 constexpr QSize emptySize(480, 270);
 constexpr QSize smallestSize(200, 113);
 constexpr int faultIconSize = 28;
-constexpr int canvasDarkness = 107; // per cent; around the picture the window recedes a little
+constexpr int canvasDarkness = 107; // per cent; darker than the window
 
 }
 
 StillView::StillView(QWidget* parent)
     : QWidget(parent) {
+    constexpr int moment = 60; // milliseconds
+    m_moment.setSingleShot(true);
+    m_moment.setInterval(moment);
+    connect(&m_moment, &QTimer::timeout, this, &StillView::startNext);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
-void StillView::setStill(const QImage& still) {
-    m_still = still;
-    m_scaled = {};
-    m_fault.clear();
-    updateGeometry();
+void StillView::request(const ExportJob& job, double time, Language language) {
+    m_busyNote = t(language, L10nKey::generating);
+    m_next = Request{job, time, language};
+    m_moment.start();
     update();
+}
+
+void StillView::startNext() {
+    if (m_rendering.isRunning() || !m_next)
+        return;
+    const auto next = std::exchange(m_next, std::nullopt);
+    m_rendering.start([request = *next] { return render(request); },
+                      [this](const Outcome& outcome) { take(outcome); });
+}
+
+StillView::Outcome StillView::render(const Request& request) {
+    try {
+        return {ExportManager::renderStill(request.job, request.time), {}};
+    } catch (const std::exception& error) {
+        return {{}, ExportWords::fault(error, request.job, false, request.language)};
+    }
+}
+
+void StillView::take(const Outcome& outcome) {
+    if (m_next) {
+        if (!m_moment.isActive())
+            startNext();
+        return;
+    }
+    m_busyNote.clear();
+    setFault(outcome.fault);
+    if (!outcome.fault.isEmpty()) {
+        Q_EMIT failed();
+        return;
+    }
+    m_still = outcome.still;
+    m_scaled = {};
+    updateGeometry();
+    Q_EMIT rendered();
 }
 
 void StillView::setFault(const QString& fault) {
     m_fault = fault;
-    if (!fault.isEmpty())
+    if (!fault.isEmpty()) {
         m_still = {};
+        m_busyNote.clear();
+    }
     setAccessibleDescription(fault);
-    update();
-}
-
-void StillView::setBusyNote(const QString& note) {
-    m_busyNote = note;
     update();
 }
 

@@ -3,15 +3,17 @@
 
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
-#include "ui/export/CornerPicker.h"
 #include "ui/style/Bindings.h"
 
 #include <QImage>
 #include <QLabel>
 #include <QPushButton>
+#include <QSizeF>
 #include <QToolButton>
 
 namespace pointloom {
+
+class CornerPicker;
 
 class WatermarkBox : public QWidget {
     Q_OBJECT
@@ -20,7 +22,7 @@ public:
     WatermarkBox(const UiContext& context, QWidget* parent);
 
     /// Shape of the exported picture.
-    void setShape(QSizeF shape) { m_corners->setShape(shape); }
+    void setShape(QSizeF shape);
 
 private:
     void build();
