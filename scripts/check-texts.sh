@@ -1,7 +1,8 @@
 #!/bin/bash
-# Finds keys of texts (src/l10n/texts/en.json) that no code uses, and texts of the interface that are written in the
-# code of src/ui, src/app or src/session instead of there. A line that holds a word no translator should see, such as a
-# name, ends in the comment "// not translated".
+# Checks the texts of the interface (src/l10n/texts). Finds lines of a language that are missing, out of order or have
+# other placeholders than the English ones; keys that no code uses; and texts that are written in the code of src/ui,
+# src/app or src/session instead. A line of code that holds a word no translator should see, such as a name, ends in the
+# comment "// not translated".
 # Usage: scripts/check-texts.sh [--self-test]
 #   --self-test  proves on small trees of its own that each kind of fault is found
 set -euo pipefail
@@ -21,11 +22,34 @@ main() {
 # Prints every fault of the tree as `file:line: fault`; fails when there is one.
 check() {
     local faults
-    faults=$(cd "$1" && { find_unused_keys; find_texts_in_code; })
+    faults=$(cd "$1" && { compare_languages; find_unused_keys; find_texts_in_code; })
     if [[ -n $faults ]]; then
         printf '%s\n' "$faults" >&2
         return 1
     fi
+}
+
+compare_languages() {
+    local file
+    for file in src/l10n/texts/*.json; do
+        awk '
+            { is_text = match($0, /^ *"[A-Za-z0-9_]+": "/); key = $1; gsub(/[":]/, "", key) }
+            FNR == NR { if (is_text) { keys[++count] = key; english[count] = $0 } next }
+            !is_text { next }
+            key != keys[++at] {
+                printf "%s:%d: \"%s\" belongs here, not \"%s\"\n", FILENAME, FNR, keys[at], key
+                at = count
+                exit
+            }
+            {
+                split("%d %@ \\\\n", kept, " ")
+                for (i in kept)
+                    if (gsub(kept[i], "&", $0) != gsub(kept[i], "&", english[at]))
+                        printf "%s:%d: \"%s\" has another number of %s\n", FILENAME, FNR, key, kept[i]
+            }
+            END { if (at < count) printf "%s: \"%s\" is missing at the end\n", FILENAME, keys[at + 1] }
+        ' src/l10n/texts/en.json "$file"
+    done
 }
 
 # Part of every language from the start, and shown nowhere at present.
@@ -59,6 +83,7 @@ self_test() {
     scratch=$(mktemp -d)
     trap 'rm -r "$scratch"' EXIT
     failures=0
+    french='{\n    "back": "Retour"\n}\n'
 
     expect_clean 'button->setText(context.text(L10nKey::back));'
     expect_clean 'painter.drawText(place, context.text(L10nKey::back) + QStringLiteral(" (%1)"));'
@@ -70,6 +95,13 @@ self_test() {
     expect_fault 'use(L10nKey::back); menu->addAction(QStringLiteral("&Quit"));' 'Screen.cpp:1: a text in the code'
     expect_fault 'use(L10nKey::back); const QString name = QStringLiteral("Move Scoreboard");' 'a text in the code'
     expect_fault 'use(L10nKey::back); dialogs.alert(window, "Could not", reason);' 'a text in the code'
+
+    french='{\n    "bac": "Retour"\n}\n'
+    expect_fault 'use(L10nKey::back);' 'fr.json:2: "back" belongs here, not "bac"'
+    french='{\n}\n'
+    expect_fault 'use(L10nKey::back);' 'fr.json: "back" is missing at the end'
+    french='{\n    "back": "Retour %%@"\n}\n'
+    expect_fault 'use(L10nKey::back);' 'fr.json:2: "back" has another number of %@'
 
     if ((failures > 0)); then
         return 1
@@ -98,10 +130,12 @@ expect_fault() {
     fi
 }
 
-# A tree of one text and one file.
+# A tree of one text in two languages and one file.
 plant() {
     mkdir -p "$scratch/src/l10n/texts" "$scratch/src/ui" "$scratch/src/app" "$scratch/src/session"
     printf '{\n    "back": "Back"\n}\n' >"$scratch/src/l10n/texts/en.json"
+    # shellcheck disable=SC2059 # the text holds its line breaks
+    printf "$french" >"$scratch/src/l10n/texts/fr.json"
     printf '%s\n' "$1" >"$scratch/src/ui/Screen.cpp"
 }
 

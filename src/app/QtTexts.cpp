@@ -13,7 +13,8 @@ QtTexts::QtTexts(AppState& state) {
         const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
         // Some languages have only the file of earlier versions, "qt".
         for (const char* file : {"qtbase", "qt"}) {
-            if (m_translator.load(localeOf(state.language), QLatin1String(file), QStringLiteral("_"), folder)) {
+            if (m_translator.load(localeOf(state.language), QLatin1String(file), QStringLiteral("_"),
+                                  folder)) {
                 QCoreApplication::installTranslator(&m_translator);
                 return;
             }

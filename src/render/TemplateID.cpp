@@ -15,7 +15,7 @@ struct CatalogueEntry {
 };
 
 constexpr auto catalogue = std::to_array<CatalogueEntry>({
-#define POINTLOOM_ENTRY(id, sport, name, text) {u##name, L10nKey::text, SportID::sport},
+#define POINTLOOM_ENTRY(id, sport, name, text) {u##name, text, SportID::sport},
     POINTLOOM_TEMPLATES(POINTLOOM_ENTRY)
 #undef POINTLOOM_ENTRY
 });

@@ -11,38 +11,39 @@
 namespace pointloom {
 
 // clang-format off
-// A row a template: identifier, sport, name and description on the picker's card, the latter by its text's key. The order is the catalogue's.
+// A row a template: identifier, sport, name on the picker's card and key of the description under it. The order is
+// the catalogue's.
 #define POINTLOOM_TEMPLATES(ROW) \
-    ROW(classic, tennis, "Classic", templateClassic) \
-    ROW(dark, tennis, "Dark Pro", templateDark) \
-    ROW(broadcast, tennis, "Broadcast", templateBroadcast) \
-    ROW(minimal, tennis, "Minimal", templateMinimal) \
-    ROW(gradient, tennis, "Gradient", templateGradient) \
-    ROW(retro, tennis, "Retro", templateRetro) \
-    ROW(stacked, tennis, "Stacked", templateStacked) \
-    ROW(rolandgarros, tennis, "Roland Garros", templateRolandgarros) \
-    ROW(wimbledon, tennis, "Wimbledon", templateWimbledon) \
-    ROW(nightsession, tennis, "Night Session", templateNightsession) \
-    ROW(volleyArena, volleyball, "Arena", templateVolleyArena) \
-    ROW(volleyCourt, volleyball, "Court Side", templateVolleyCourt) \
-    ROW(volleyNeon, volleyball, "Neon", templateVolleyNeon) \
-    ROW(volleyMinimal, volleyball, "Minimal", templateStreaming) \
-    ROW(badmintonSmash, badminton, "Smash", templateBadmintonSmash) \
-    ROW(badmintonGym, badminton, "Gymnasium", templateBadmintonGym) \
-    ROW(badmintonNeon, badminton, "Neon", templateBadmintonNeon) \
-    ROW(badmintonMinimal, badminton, "Minimal", templateStreaming) \
-    ROW(ttClassic, tableTennis, "Classic", templateTtClassic) \
-    ROW(ttNeon, tableTennis, "Neon", templateTtNeon) \
-    ROW(ttRetro, tableTennis, "Retro", templateTtRetro) \
-    ROW(ttMinimal, tableTennis, "Minimal", templateStreaming) \
-    ROW(squashCourt, squash, "Court", templateSquashCourt) \
-    ROW(squashDark, squash, "Dark Pro", templateSquashDark) \
-    ROW(squashNeon, squash, "Neon", templateSquashNeon) \
-    ROW(squashMinimal, squash, "Minimal", templateStreaming) \
-    ROW(pickleballClassic, pickleball, "Classic", templatePickleballClassic) \
-    ROW(pickleballNeon, pickleball, "Neon", templatePickleballNeon) \
-    ROW(pickleballMinimal, pickleball, "Minimal", templateStreaming) \
-    ROW(pickleballRetro, pickleball, "Retro", templatePickleballRetro)
+    ROW(classic, tennis, "Classic", L10nKey::templateClassic) \
+    ROW(dark, tennis, "Dark Pro", L10nKey::templateDark) \
+    ROW(broadcast, tennis, "Broadcast", L10nKey::templateBroadcast) \
+    ROW(minimal, tennis, "Minimal", L10nKey::templateMinimal) \
+    ROW(gradient, tennis, "Gradient", L10nKey::templateGradient) \
+    ROW(retro, tennis, "Retro", L10nKey::templateRetro) \
+    ROW(stacked, tennis, "Stacked", L10nKey::templateStacked) \
+    ROW(rolandgarros, tennis, "Roland Garros", L10nKey::templateRolandgarros) \
+    ROW(wimbledon, tennis, "Wimbledon", L10nKey::templateWimbledon) \
+    ROW(nightsession, tennis, "Night Session", L10nKey::templateNightsession) \
+    ROW(volleyArena, volleyball, "Arena", L10nKey::templateVolleyArena) \
+    ROW(volleyCourt, volleyball, "Court Side", L10nKey::templateVolleyCourt) \
+    ROW(volleyNeon, volleyball, "Neon", L10nKey::templateVolleyNeon) \
+    ROW(volleyMinimal, volleyball, "Minimal", L10nKey::templateStreaming) \
+    ROW(badmintonSmash, badminton, "Smash", L10nKey::templateBadmintonSmash) \
+    ROW(badmintonGym, badminton, "Gymnasium", L10nKey::templateBadmintonGym) \
+    ROW(badmintonNeon, badminton, "Neon", L10nKey::templateBadmintonNeon) \
+    ROW(badmintonMinimal, badminton, "Minimal", L10nKey::templateStreaming) \
+    ROW(ttClassic, tableTennis, "Classic", L10nKey::templateTtClassic) \
+    ROW(ttNeon, tableTennis, "Neon", L10nKey::templateTtNeon) \
+    ROW(ttRetro, tableTennis, "Retro", L10nKey::templateTtRetro) \
+    ROW(ttMinimal, tableTennis, "Minimal", L10nKey::templateStreaming) \
+    ROW(squashCourt, squash, "Court", L10nKey::templateSquashCourt) \
+    ROW(squashDark, squash, "Dark Pro", L10nKey::templateSquashDark) \
+    ROW(squashNeon, squash, "Neon", L10nKey::templateSquashNeon) \
+    ROW(squashMinimal, squash, "Minimal", L10nKey::templateStreaming) \
+    ROW(pickleballClassic, pickleball, "Classic", L10nKey::templatePickleballClassic) \
+    ROW(pickleballNeon, pickleball, "Neon", L10nKey::templatePickleballNeon) \
+    ROW(pickleballMinimal, pickleball, "Minimal", L10nKey::templateStreaming) \
+    ROW(pickleballRetro, pickleball, "Retro", L10nKey::templatePickleballRetro)
 
 enum class TemplateID {
 #define POINTLOOM_ENUMERATOR(id, ...) id,
