@@ -1,7 +1,6 @@
 #include "ui/settings/LicenceDialog.h"
 
 #include "l10n/Format.h"
-#include "ui/settings/LicenceWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
@@ -22,15 +21,92 @@ namespace {
 
 constexpr int iconSize = 24; // points
 
-QVBoxLayout* cardLayout(QFrame* card) {
-    auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::s);
-    return layout;
-}
-
 QPushButton* plainButton(Controls::ButtonKind kind, QWidget* parent) {
     QPushButton* button = Controls::button(kind, parent);
     button->setAutoDefault(false);
     return button;
+}
+
+L10nKey keyOfFault(LicenceFault fault) {
+    switch (fault) {
+    case LicenceFault::malformedKey:
+        return L10nKey::licenceFaultMalformedKey;
+    case LicenceFault::unknownKey:
+        return L10nKey::licenceFaultUnknownKey;
+    case LicenceFault::limitReached:
+        return L10nKey::licenceFaultLimitReached;
+    case LicenceFault::revoked:
+        return L10nKey::licenceFaultRevoked;
+    case LicenceFault::ended:
+        return L10nKey::licenceFaultEnded;
+    case LicenceFault::notActivated:
+        return L10nKey::licenceFaultNotActivated;
+    case LicenceFault::noConnection:
+        return L10nKey::licenceFaultNoConnection;
+    case LicenceFault::serviceTrouble:
+        return L10nKey::licenceFaultServiceTrouble;
+    case LicenceFault::notConfigured:
+        return L10nKey::licenceFaultNotConfigured;
+    case LicenceFault::invalidLicence:
+        return L10nKey::licenceFaultInvalidLicence;
+    case LicenceFault::otherMachine:
+        return L10nKey::licenceFaultForOtherMachine;
+    case LicenceFault::noMachineIdentity:
+        return L10nKey::licenceFaultNoMachineIdentity;
+    case LicenceFault::keychainLocked:
+    case LicenceFault::keychainRefused:
+        return L10nKey::licenceFaultKeychain;
+    case LicenceFault::file:
+        return L10nKey::licenceFaultFile;
+    case LicenceFault::cancelled:
+        return L10nKey::licenceFaultCancelled;
+    }
+    Q_UNREACHABLE();
+}
+
+bool saysMore(LicenceFault fault) {
+    return fault == LicenceFault::file || fault == LicenceFault::serviceTrouble ||
+           fault == LicenceFault::noConnection;
+}
+
+QString stateText(const LicenceStatus& status, Language language) {
+    const QString holder = status.record ? status.record->holder : QString();
+    switch (status.state) {
+    case LicenceState::unlicensed:
+        return t(language, L10nKey::licenceStateUnlicensed);
+    case LicenceState::unread:
+        return t(language, L10nKey::licenceStateUnread) + QStringLiteral(" (") + status.fault + u')';
+    case LicenceState::expired:
+        return format(t(language, L10nKey::licenceStateExpired), holder);
+    case LicenceState::otherMachine:
+        return format(t(language, L10nKey::licenceStateOtherMachine), holder);
+    case LicenceState::invalid:
+        return t(language, L10nKey::licenceFaultInvalidLicence);
+    case LicenceState::licensed:
+        break;
+    }
+    QString words = format(t(language, L10nKey::licenceStateLicensed), holder);
+    if (const auto& end = status.record->expires) {
+        words += u' ' + format(t(language, L10nKey::licenceStateLicensedUntil),
+                               localeOf(language).toString(end->toLocalTime().date(), QLocale::ShortFormat));
+    }
+    return words;
+}
+
+// One or two sentences on the state of this machine.
+QString statusText(const LicenceStatus& status, Language language) {
+    QString words = stateText(status, language);
+    if (status.isClockBehind)
+        words += u' ' + t(language, L10nKey::licenceStateClockBehind);
+    return words;
+}
+
+// The sentence of a fault; `detail`, the English message of the error, follows where it says more.
+QString faultText(LicenceFault fault, const QString& detail, Language language) {
+    if (language == Language::english)
+        return detail;
+    const QString words = t(language, keyOfFault(fault));
+    return saysMore(fault) ? words + QStringLiteral(" (") + detail + u')' : words;
 }
 
 }
@@ -70,7 +146,7 @@ QWidget* LicenceDialog::makeState() {
 
 QWidget* LicenceDialog::makeKeyEntry() {
     QFrame* card = Controls::card(this);
-    QVBoxLayout* layout = cardLayout(card);
+    auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::s);
     m_entryTitle = Controls::label(Controls::TextRole::strong, card);
     m_entryField = new QLineEdit(card);
     m_entryField->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -108,7 +184,7 @@ QWidget* LicenceDialog::makeKeyEntry() {
 
 QWidget* LicenceDialog::makeOffline() {
     QFrame* card = Controls::card(this);
-    QVBoxLayout* layout = cardLayout(card);
+    auto* layout = Controls::layout<QVBoxLayout>(card, {Space::l, Space::l, Space::l, Space::l}, Space::s);
     m_offlineTitle = Controls::label(Controls::TextRole::strong, card);
     m_offlineText = paragraph(card, true);
     m_writeRequest = plainButton(Controls::ButtonKind::normal, card);
@@ -188,7 +264,7 @@ void LicenceDialog::showState(const LicenceStatus& status) {
                                          : isBad ? colors.warning
                                                  : colors.quietText,
                                          devicePixelRatioF()));
-    m_state->setText(LicenceWords::ofStatus(status, context().state.language));
+    m_state->setText(statusText(status, context().state.language));
     const QString key = m_sheet.maskedKey();
     m_key->setText(format(context().text(L10nKey::licenceKey), key));
     m_key->setVisible(!key.isEmpty());
@@ -204,7 +280,7 @@ void LicenceDialog::showOutcome() {
     if (const auto fault = m_sheet.fault()) {
         Controls::setRole(m_outcome, *fault == LicenceFault::cancelled ? Controls::TextRole::quiet
                                                                        : Controls::TextRole::danger);
-        m_outcome->setText(LicenceWords::ofFault(*fault, m_sheet.message(), language));
+        m_outcome->setText(faultText(*fault, m_sheet.message(), language));
         return;
     }
     Controls::setRole(m_outcome, Controls::TextRole::success);
