@@ -149,7 +149,8 @@ void ScorePanel::removeShown() {
 }
 
 void ScorePanel::showTexts() {
-    Controls::setName(m_swap, m_context.text(L10nKey::editorSwapServe));
+    m_swap->setAccessibleName(m_context.text(L10nKey::editorSwapServe));
+    m_swap->setToolTip(m_context.textWithKey(L10nKey::editorSwapServe, Command::swapServe));
     m_label->setPlaceholderText(m_context.text(L10nKey::editorLabelHint));
     m_label->setAccessibleName(m_context.text(L10nKey::markerLabel));
     refresh();
