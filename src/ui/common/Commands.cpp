@@ -1,8 +1,7 @@
 #include "ui/common/Commands.h"
 
-#include "l10n/L10nKey.h"
-
 #include "l10n/Format.h"
+#include "l10n/L10nKey.h"
 
 #include <algorithm>
 
