@@ -1,62 +1,71 @@
-// One computation on Qt's thread pool, its result delivered on the main thread.
+// Work on other threads than the main thread, to which the results return.
 #pragma once
 
 #include <functional>
 #include <memory>
-#include <QFuture>
-#include <QFutureWatcher>
-#include <QPromise>
-#include <QThreadPool>
+#include <utility>
 
 namespace pointloom {
 
-/// A member of the widget that wants the result. A later start, `cancel` or the end of this object discards
-/// the result of an earlier one, whose work may still run to its end: it must own all that it touches.
+/// A member of the object that wants the results, used on the main thread. A later start, `cancel` and the
+/// end of this object discard the results of earlier work without waiting for it: work owns all that it
+/// touches. The object ends before the application does.
+class BackgroundWorker {
+public:
+    enum class Priority {
+        normal, // a thread of Qt's pool
+        low     // a thread of its own at nice 15, for work that takes seconds or waits
+    };
+
+    /// Connects running work with the worker that started it.
+    class Link {
+    public:
+        bool isCancelled() const;
+
+        /// Runs `result` on the main thread unless the work is cancelled before that.
+        void post(std::function<void()> result);
+
+    private:
+        friend class BackgroundWorker;
+        struct State;
+        std::shared_ptr<State> m_state;
+    };
+
+    BackgroundWorker() = default;
+    ~BackgroundWorker() { cancel(); }
+    BackgroundWorker(const BackgroundWorker&) = delete;
+    BackgroundWorker& operator=(const BackgroundWorker&) = delete;
+
+    /// Cancels earlier work and runs `work`, which throws nothing.
+    void start(std::function<void(Link)> work, Priority priority = Priority::normal);
+    void cancel();
+
+private:
+    Link m_link;
+};
+
+/// A worker whose work has one result.
 template <class Result>
 class BackgroundTask {
 public:
-    using Done = std::function<void(Result)>;
-
-    BackgroundTask() {
-        QObject::connect(&m_watcher, &QFutureWatcherBase::finished, &m_watcher, [this] { deliver(); });
-    }
-
-    ~BackgroundTask() { cancel(); }
-
-    BackgroundTask(const BackgroundTask&) = delete;
-    BackgroundTask& operator=(const BackgroundTask&) = delete;
-
-    /// Runs `work`, which returns a Result and throws nothing, then `done` with it.
-    void start(std::function<Result()> work, Done done) {
-        cancel();
-        const auto promise = std::make_shared<QPromise<Result>>();
+    /// Runs `work`, which throws nothing, then `done` with its result on the main thread.
+    void start(std::function<Result()> work, std::function<void(Result)> done) {
         m_done = std::move(done);
-        m_watcher.setFuture(promise->future());
-        promise->start();
-        QThreadPool::globalInstance()->start([promise, work = std::move(work)] {
-            if (!promise->isCanceled())
-                promise->addResult(work());
-            promise->finish();
+        m_worker.start([this, work = std::move(work)](BackgroundWorker::Link link) {
+            link.post([this, result = work()] { std::exchange(m_done, nullptr)(result); });
         });
     }
 
     void cancel() {
+        m_worker.cancel();
         m_done = nullptr;
-        m_watcher.cancel();
-        m_watcher.setFuture({});
     }
 
     bool isRunning() const { return m_done != nullptr; }
 
 private:
-    void deliver() {
-        const Done done = std::exchange(m_done, nullptr); // which may start the next one
-        if (done && m_watcher.future().resultCount() > 0)
-            done(m_watcher.result());
-    }
-
-    QFutureWatcher<Result> m_watcher;
-    Done m_done;
+    BackgroundWorker m_worker;
+    std::function<void(Result)> m_done;
 };
 
 }

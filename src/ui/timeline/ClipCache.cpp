@@ -13,7 +13,7 @@ namespace pointloom {
 
 namespace {
 
-constexpr auto useMark = "used"; // a file whose time says when the clip was open last
+constexpr auto useMark = "used"; // a file whose time of change is that of the last use
 
 QString keyOf(const QFileInfo& clip) {
     const QString state = QStringLiteral("%1|%2|%3")
@@ -72,7 +72,7 @@ void ClipCache::write(const QString& name, const QByteArray& content) {
     if (m_folder.isEmpty() || m_written + content.size() > largestClip)
         return;
     m_written += content.size();
-    // Under another name first, so that nobody finds half a file.
+    // Written to a temporary name, then renamed, so that readers never find half a file.
     const QString path = QDir(m_folder).filePath(name);
     const QString unfinished = path + QStringLiteral(".part");
     QFile file(unfinished);

@@ -1,4 +1,4 @@
-// What has been made of a clip once, kept on disk for the next time.
+// A disk cache of files made from clips.
 #pragma once
 
 #include <optional>
@@ -7,27 +7,28 @@
 
 namespace pointloom {
 
-/// A folder of small files for one state of a clip: its path, length and time of change. Failures are silent,
-/// for all of it can be made again. Any thread may use an object of its own.
+/// A folder of small files for one version of a clip: its path, size and time of change. Failures are silent:
+/// every file can be made again. Each thread uses an object of its own.
 class ClipCache {
 public:
-    static constexpr qint64 largestCache = 256LL << 20; // bytes, of all clips together
-    static constexpr qint64 largestClip = 48LL << 20;   // bytes that one object writes
+    static constexpr qint64 largestCache = 256LL << 20; // bytes, all clips together
+    static constexpr qint64 largestClip = 48LL << 20;   // bytes that one object writes, at most
 
-    /// `root` holds the folders of all clips. The clips used longest ago are forgotten when they take more
-    /// than `limit` bytes.
+    /// `root` contains the folders of all clips. Those used longest ago are removed when all take more than
+    /// `limit` bytes.
     ClipCache(const QString& root, const QString& clipPath, qint64 limit = largestCache);
 
-    /// The desktop's folder for such things.
+    /// In the user's cache folder.
     static QString standardRoot();
 
+    /// None when the file is missing or larger than `largest` bytes.
     std::optional<QByteArray> read(const QString& name, qint64 largest) const;
     void write(const QString& name, const QByteArray& content);
 
 private:
     void forgetOldest(const QString& root, qint64 limit) const;
 
-    QString m_folder; // empty when the clip is not there
+    QString m_folder; // empty when the clip is not a file
     qint64 m_written = 0;
 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <optional>
 #include <QFontMetricsF>
 #include <utility>
 
@@ -10,13 +12,102 @@ namespace pointloom {
 namespace {
 
 constexpr qsizetype mostKnownWidths = 20'000;
+constexpr double gap = 3;            // points between two flags of a lane
+constexpr double closestLabels = 12; // points; flags that are closer to each other are ticks
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+auto isFreeAt(double position) {
+    return [position](double end) { return end + gap <= position; };
+}
+
+/// The first flag after flag `index` that finds no other lane when each flag between has taken one.
+std::optional<std::size_t> rivalOf(std::span<const double> positions, std::size_t index,
+                                   std::span<const double> laneEnds) {
+    for (std::size_t i = index + 1; i < positions.size() && std::isfinite(positions[i]); ++i) {
+        const auto others = std::ranges::count_if(laneEnds, isFreeAt(positions[i])) - 1; // without its own
+        if (std::cmp_less(others, i - index))
+            return i;
+    }
+    return std::nullopt;
+}
+
+class Lanes {
+public:
+    Lanes(int count, double end)
+        : m_ends(static_cast<std::size_t>(std::max(count, 1)), -infinity)
+        , m_end(end) {}
+
+    /// The place of flag `index`, whose lane is taken from there on.
+    FlagPlace place(std::span<const double> positions, std::span<const FlagWidths> widths,
+                    std::size_t index) {
+        const double position = positions[index];
+        const FlagWidths& width = widths[index];
+        const auto lane = laneFreeAt(position);
+        if (!lane)
+            return {};
+        const auto rival = rivalOf(positions, index, m_ends);
+        const double beforeEnd = m_end - position;
+        const double rivalBegin = rival ? beginOf(positions[*rival], widths[*rival].brief) : infinity;
+        const double space = std::min(rivalBegin - gap - position, beforeEnd);
+        if (width.full <= space)
+            return take(*lane, position, FlagDetail::full, width.full);
+        const bool mayLean = !rival || positions[*rival] - position >= closestLabels;
+        if (mayLean && width.full > beforeEnd && laneFreeAt(position - width.full))
+            return leanLeft(position, FlagDetail::full, width.full);
+        const double next = index + 1 < positions.size() ? positions[index + 1] : infinity;
+        const bool isCrowded = next - position < closestLabels;
+        if (width.brief <= (isCrowded ? space : beforeEnd))
+            return take(*lane, position, FlagDetail::brief, width.brief); // flags in its way become ticks
+        if (mayLean && width.brief > beforeEnd && laneFreeAt(position - width.brief))
+            return leanLeft(position, FlagDetail::brief, width.brief);
+        return {};
+    }
+
+private:
+    using Lane = std::vector<double>::iterator;
+
+    /// The left edge of a flag, which leans left where it would go beyond the end.
+    double beginOf(double position, double width) const {
+        return position + width > m_end ? position - width : position;
+    }
+
+    std::optional<Lane> laneFreeAt(double position) {
+        const auto lane = std::ranges::find_if(m_ends, isFreeAt(position));
+        return lane == m_ends.end() ? std::nullopt : std::optional(lane);
+    }
+
+    FlagPlace take(Lane lane, double begin, FlagDetail detail, double width) {
+        *lane = begin + width;
+        return {static_cast<int>(lane - m_ends.begin()), detail};
+    }
+
+    FlagPlace leanLeft(double position, FlagDetail detail, double width) {
+        FlagPlace place = take(*laneFreeAt(position - width), position - width, detail, width);
+        place.leansLeft = true;
+        return place;
+    }
+
+    std::vector<double> m_ends; // right edge of the last flag of each lane, points
+    double m_end;
+};
 
 }
 
+std::vector<FlagPlace> layOutFlags(std::span<const double> positions, std::span<const FlagWidths> widths,
+                                   int lanes, double end) {
+    std::vector<FlagPlace> places(positions.size());
+    Lanes row(lanes, end);
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        if (std::isfinite(positions[i]))
+            places[i] = row.place(positions, widths, i);
+    }
+    return places;
+}
+
 void FlagRow::setMarkers(std::span<const Marker> markers) {
-    // Most lists differ from the one before by one marker: its neighbours keep their words.
+    // Most lists differ from the one before by one marker: the others keep their flags.
     std::vector<Flag> before = std::exchange(m_flags, {});
-    std::size_t next = 0; // of those before
+    std::size_t next = 0; // in `before`
     const auto isAt = [&](std::size_t index, const Marker& marker) {
         return index < before.size() && before[index].id == marker.id;
     };
@@ -39,9 +130,7 @@ Flag FlagRow::makeFlag(const Marker& marker) {
               .time = marker.startTime,
               .score = marker.score,
               .words = shortScore(marker.score),
-              .servingSide = servingSide(marker.score),
-              .widths = {},
-              .place = {}};
+              .servingSide = servingSide(marker.score)};
     measure(flag);
     return flag;
 }
@@ -89,7 +178,7 @@ const Flag* FlagRow::find(const QUuid& id) const {
 
 std::span<const Flag> FlagRow::between(const TimeScale& scale, double from, double to) const {
     constexpr double widestFlag = 400; // points
-    // A time that is no number stands at the end of the list and compares as beyond.
+    // A time that is not a number is at the end of the list and compares as beyond.
     const auto isBefore = [](double limit) {
         return [limit](const Flag& flag) { return flag.time < limit; };
     };

@@ -1,37 +1,91 @@
 #include "ui/timeline/Gestures.h"
 
-#include "ui/timeline/Snapping.h"
-
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace pointloom {
 
 namespace {
 
-Snapped held(double time, const SnapRules& rules, bool snaps) {
-    Snapped result = snaps ? snap(time, rules.frameRate, rules.targets, rules.reach) : Snapped{time, false};
-    const double kept = std::clamp(result.time, 0.0, rules.duration);
-    result.isOnTarget = result.isOnTarget && kept == result.time;
-    result.time = kept;
-    return result;
+constexpr double snapDistance = 7; // points
+
+// None when all are further than `reach` seconds.
+std::optional<double> nearestTarget(double time, std::span<const double> targets, double reach) {
+    std::optional<double> nearest;
+    for (const double target : targets) {
+        const double distance = std::abs(target - time);
+        if (distance <= reach && (!nearest || distance < std::abs(*nearest - time)))
+            nearest = target;
+    }
+    return nearest;
 }
 
-double frameOf(const SnapRules& rules) {
-    return std::min(1 / rules.frameRate, rules.duration);
+// Seconds.
+double frameOf(const TimelineScene& scene) {
+    return std::min(1 / scene.frameRate, scene.scale.duration());
 }
+
+class SnappingGesture : public Gesture {
+protected:
+    SnappingGesture(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit)
+        : m_context(context)
+        , m_frameRate(scene.frameRate)
+        , m_duration(scene.scale.duration())
+        , m_frame(frameOf(scene))
+        , m_reach(snapDistance / scene.scale.pointsPerSecond())
+        , m_targets(targetsOf(scene, hit)) {}
+
+    /// Within the clip.
+    Snapped held(double time, bool snaps) const {
+        Snapped result = snaps ? snap(time, m_frameRate, m_targets, m_reach) : Snapped{time, false};
+        const double kept = std::clamp(result.time, 0.0, m_duration);
+        result.isOnTarget = result.isOnTarget && kept == result.time;
+        result.time = kept;
+        return result;
+    }
+
+    UiContext m_context;
+    double m_frameRate;
+    double m_duration; // seconds
+    double m_frame;    // seconds
+
+private:
+    static std::vector<double> targetsOf(const TimelineScene& scene, const TimelineHit& hit) {
+        using Kind = TimelineHit::Kind;
+        std::vector<double> targets{scene.playhead};
+        for (const Flag& flag : scene.flags.flags()) {
+            if (flag.id != hit.id && std::isfinite(flag.time))
+                targets.push_back(flag.time);
+        }
+        if (hit.kind == Kind::marker)
+            return targets;
+        for (const CutZone& cut : scene.cuts) {
+            if (cut.id != hit.id)
+                targets.insert(targets.end(), {cut.start, cut.end});
+        }
+        if (hit.kind != Kind::trimStart)
+            targets.push_back(scene.trim.start);
+        if (hit.kind != Kind::trimEnd)
+            targets.push_back(scene.trimEnd());
+        return targets;
+    }
+
+    double m_reach; // seconds
+    std::vector<double> m_targets;
+};
 
 class Scrub final : public Gesture {
 public:
-    Scrub(std::function<void(double, bool)> seek, double playhead, SnapRules rules)
+    Scrub(const TimelineScene& scene, std::function<void(double, bool)> seek)
         : m_seek(std::move(seek))
-        , m_origin(playhead)
-        , m_time(playhead)
-        , m_rules(std::move(rules)) {}
+        , m_frameRate(scene.frameRate)
+        , m_last(std::max(0.0, scene.scale.duration() - frameOf(scene) / 2))
+        , m_origin(scene.playhead)
+        , m_time(scene.playhead) {}
 
     DragPreview move(double time, bool) override {
-        const double last = std::max(0.0, m_rules.duration - frameOf(m_rules) / 2);
-        m_time = frameStart(std::clamp(time, 0.0, last), m_rules.frameRate);
+        m_time = frameStart(std::clamp(time, 0.0, m_last), m_frameRate);
         m_seek(m_time, false);
         return {};
     }
@@ -41,23 +95,24 @@ public:
 
 private:
     std::function<void(double, bool)> m_seek;
+    double m_frameRate;
+    double m_last; // seconds
     double m_origin;
     double m_time;
-    SnapRules m_rules;
 };
 
-class MarkerDrag final : public Gesture {
+class MarkerDrag final : public SnappingGesture {
 public:
-    MarkerDrag(const UiContext& context, const Marker& marker, double grabbedAt, SnapRules rules)
-        : m_context(context)
-        , m_id(marker.id)
-        , m_origin(marker.startTime)
-        , m_time(marker.startTime)
-        , m_grip(grabbedAt - marker.startTime)
-        , m_rules(std::move(rules)) {}
+    MarkerDrag(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit, double origin,
+               double grabbedAt)
+        : SnappingGesture(context, scene, hit)
+        , m_id(hit.id)
+        , m_origin(origin)
+        , m_time(origin)
+        , m_grip(grabbedAt - origin) {}
 
     DragPreview move(double time, bool snaps) override {
-        const Snapped place = held(time - m_grip, m_rules, snaps);
+        const Snapped place = held(time - m_grip, snaps);
         m_time = place.time;
         DragPreview preview;
         preview.marker = std::pair(m_id, m_time);
@@ -72,35 +127,31 @@ public:
     }
 
 private:
-    UiContext m_context;
     QUuid m_id;
     double m_origin;
     double m_time;
-    double m_grip;
-    SnapRules m_rules;
+    double m_grip; // seconds from the marker to the pointer
 };
 
-class TrimDrag final : public Gesture {
+class TrimDrag final : public SnappingGesture {
 public:
-    TrimDrag(const UiContext& context, TrimEdge edge, SnapRules rules)
-        : m_context(context)
-        , m_edge(edge)
-        , m_trim(trimOf(context.state))
-        , m_rules(std::move(rules)) {}
+    TrimDrag(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit)
+        : SnappingGesture(context, scene, hit)
+        , m_isStart(hit.kind == TimelineHit::Kind::trimStart)
+        , m_trim(trimOf(context.state)) {}
 
     DragPreview move(double time, bool snaps) override {
-        const Snapped place = held(time, m_rules, snaps);
-        const double frame = frameOf(m_rules);
+        const Snapped place = held(time, snaps);
         DragPreview preview;
-        if (m_edge == TrimEdge::start) {
-            const double latest = std::min(m_trim.end.value_or(m_rules.duration), m_rules.duration) - frame;
+        if (m_isStart) {
+            const double latest = std::min(m_trim.end.value_or(m_duration), m_duration) - m_frame;
             m_trim.start = std::clamp(place.time, 0.0, std::max(latest, 0.0));
             preview.bubble = m_trim.start;
         } else {
-            const double end = std::max(place.time, std::min(m_trim.start + frame, m_rules.duration));
-            const bool isWhole = end > m_rules.duration - frame / 2;
+            const double end = std::max(place.time, std::min(m_trim.start + m_frame, m_duration));
+            const bool isWhole = end > m_duration - m_frame / 2;
             m_trim.end = isWhole ? std::nullopt : std::optional(end);
-            preview.bubble = m_trim.end.value_or(m_rules.duration);
+            preview.bubble = m_trim.end.value_or(m_duration);
         }
         preview.trim = m_trim;
         preview.isOnTarget = place.isOnTarget && *preview.bubble == place.time;
@@ -110,65 +161,58 @@ public:
     void commit() override { setTrim(m_context.state, m_trim, &m_context.undo); }
 
 private:
-    UiContext m_context;
-    TrimEdge m_edge;
+    bool m_isStart;
     TrimTimes m_trim;
-    SnapRules m_rules;
 };
 
-class CutDrag final : public Gesture {
+class CutDrag final : public SnappingGesture {
 public:
-    CutDrag(const UiContext& context, const CutZone& cut, CutPart part, double grabbedAt, SnapRules rules)
-        : m_context(context)
-        , m_origin(cut)
+    CutDrag(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit, const CutZone& cut,
+            double grabbedAt)
+        : SnappingGesture(context, scene, hit)
+        , m_part(hit.kind)
         , m_cut(cut)
-        , m_part(part)
-        , m_grip(grabbedAt - cut.start)
-        , m_rules(std::move(rules)) {}
+        , m_length(cut.end - cut.start)
+        , m_grip(grabbedAt - cut.start) {}
 
     DragPreview move(double time, bool snaps) override {
-        const double frame = frameOf(m_rules);
+        const bool isWhole = m_part == TimelineHit::Kind::cut;
+        const Snapped place = held(isWhole ? time - m_grip : time, snaps);
         DragPreview preview;
-        if (m_part == CutPart::whole) {
-            const double length = m_origin.end - m_origin.start;
-            const Snapped place = held(time - m_grip, m_rules, snaps);
-            m_cut.start = std::clamp(place.time, 0.0, std::max(0.0, m_rules.duration - length));
-            m_cut.end = m_cut.start + length;
+        if (isWhole) {
+            m_cut.start = std::clamp(place.time, 0.0, std::max(0.0, m_duration - m_length));
+            m_cut.end = m_cut.start + m_length;
             preview.bubble = m_cut.start;
-            preview.isOnTarget = place.isOnTarget && m_cut.start == place.time;
+        } else if (m_part == TimelineHit::Kind::cutStart) {
+            m_cut.start = std::max(0.0, std::min(place.time, m_cut.end - m_frame));
+            preview.bubble = m_cut.start;
         } else {
-            const Snapped place = held(time, m_rules, snaps);
-            double& edge = m_part == CutPart::start ? m_cut.start : m_cut.end;
-            edge = m_part == CutPart::start ? std::max(0.0, std::min(place.time, m_cut.end - frame))
-                                            : std::max(place.time, m_cut.start + frame);
-            preview.bubble = edge;
-            preview.isOnTarget = place.isOnTarget && edge == place.time;
+            m_cut.end = std::max(place.time, m_cut.start + m_frame);
+            preview.bubble = m_cut.end;
         }
         preview.cut = m_cut;
+        preview.isOnTarget = place.isOnTarget && *preview.bubble == place.time;
         return preview;
     }
 
     void commit() override { updateCut(m_context.state, m_cut, &m_context.undo); }
 
 private:
-    UiContext m_context;
-    CutZone m_origin;
+    TimelineHit::Kind m_part;
     CutZone m_cut;
-    CutPart m_part;
-    double m_grip;
-    SnapRules m_rules;
+    double m_length; // seconds
+    double m_grip;   // seconds from the start of the cut to the pointer
 };
 
-class NewCut final : public Gesture {
+class NewCut final : public SnappingGesture {
 public:
-    NewCut(const UiContext& context, double grabbedAt, SnapRules rules)
-        : m_context(context)
-        , m_rules(std::move(rules))
-        , m_anchor(held(grabbedAt, m_rules, true).time)
+    NewCut(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit, double grabbedAt)
+        : SnappingGesture(context, scene, hit)
+        , m_anchor(held(grabbedAt, true).time)
         , m_cut{QUuid::createUuid(), m_anchor, m_anchor} {}
 
     DragPreview move(double time, bool snaps) override {
-        const Snapped place = held(time, m_rules, snaps);
+        const Snapped place = held(time, snaps);
         m_cut.start = std::min(m_anchor, place.time);
         m_cut.end = std::max(m_anchor, place.time);
         DragPreview preview;
@@ -179,39 +223,59 @@ public:
     }
 
     void commit() override {
-        if (m_cut.end - m_cut.start >= frameOf(m_rules) / 2)
+        if (m_cut.end - m_cut.start >= m_frame / 2)
             addCut(m_context.state, m_cut, &m_context.undo);
     }
 
 private:
-    UiContext m_context;
-    SnapRules m_rules;
-    double m_anchor;
+    double m_anchor; // seconds, where the drag began
     CutZone m_cut;
 };
 
 }
 
-std::unique_ptr<Gesture> makeScrub(std::function<void(double, bool)> seek, double playhead, SnapRules rules) {
-    return std::make_unique<Scrub>(std::move(seek), playhead, std::move(rules));
+double frameStart(double time, double frameRate) {
+    constexpr double tolerance = 1e-6; // frames, so that a frame's own time is not in the frame before
+    return std::max(0.0, std::floor(time * frameRate + tolerance) / frameRate);
 }
 
-std::unique_ptr<Gesture> makeMarkerDrag(const UiContext& context, const Marker& marker, double grabbedAt,
-                                        SnapRules rules) {
-    return std::make_unique<MarkerDrag>(context, marker, grabbedAt, std::move(rules));
+double nearestFrame(double time, double frameRate) {
+    return std::max(0.0, std::round(time * frameRate) / frameRate);
 }
 
-std::unique_ptr<Gesture> makeTrimDrag(const UiContext& context, TrimEdge edge, SnapRules rules) {
-    return std::make_unique<TrimDrag>(context, edge, std::move(rules));
+Snapped snap(double time, double frameRate, std::span<const double> targets, double reach) {
+    if (const auto target = nearestTarget(time, targets, reach))
+        return {*target, true};
+    return {nearestFrame(time, frameRate), false};
 }
 
-std::unique_ptr<Gesture> makeCutDrag(const UiContext& context, const CutZone& cut, CutPart part,
-                                     double grabbedAt, SnapRules rules) {
-    return std::make_unique<CutDrag>(context, cut, part, grabbedAt, std::move(rules));
-}
-
-std::unique_ptr<Gesture> makeNewCut(const UiContext& context, double grabbedAt, SnapRules rules) {
-    return std::make_unique<NewCut>(context, grabbedAt, std::move(rules));
+std::unique_ptr<Gesture> makeGesture(const UiContext& context, const TimelineScene& scene,
+                                     const TimelineHit& hit, double grabbedAt,
+                                     std::function<void(double, bool)> seek) {
+    using Kind = TimelineHit::Kind;
+    switch (hit.kind) {
+    case Kind::time:
+        return std::make_unique<Scrub>(scene, std::move(seek));
+    case Kind::marker: {
+        const Flag* flag = scene.flags.find(hit.id);
+        return flag ? std::make_unique<MarkerDrag>(context, scene, hit, flag->time, grabbedAt) : nullptr;
+    }
+    case Kind::trimStart:
+    case Kind::trimEnd:
+        return std::make_unique<TrimDrag>(context, scene, hit);
+    case Kind::cut:
+    case Kind::cutStart:
+    case Kind::cutEnd: {
+        const auto cut = std::ranges::find(scene.cuts, hit.id, &CutZone::id);
+        return cut == scene.cuts.end() ? nullptr
+                                       : std::make_unique<CutDrag>(context, scene, hit, *cut, grabbedAt);
+    }
+    case Kind::trimLane:
+        return std::make_unique<NewCut>(context, scene, hit, grabbedAt);
+    case Kind::nothing:
+        break;
+    }
+    return nullptr;
 }
 
 }

@@ -1,31 +1,37 @@
-// Drags on the timeline. Nothing reaches the session before they end.
+// Drags on the timeline and what they snap to. The session is changed when a drag ends, by one edit.
 #pragma once
 
-#include "session/RangeEdits.h"
 #include "ui/common/UiContext.h"
+#include "ui/timeline/TimelineScene.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <utility>
-#include <vector>
 
 namespace pointloom {
 
-/// What a drag holds on to.
-struct SnapRules {
-    double frameRate = 30;
-    double duration = 0;         // seconds
-    std::vector<double> targets; // seconds
-    double reach = 0;            // seconds
+/// The start of the frame that is on screen at `time`.
+double frameStart(double time, double frameRate);
+
+/// The start of the frame nearest to `time`; never negative.
+double nearestFrame(double time, double frameRate);
+
+struct Snapped {
+    double time = 0;
+    bool isOnTarget = false;
 };
 
-/// What the timeline shows while a drag goes on, in place of what the session holds.
+/// The nearest target within `reach` seconds, else the nearest frame.
+Snapped snap(double time, double frameRate, std::span<const double> targets, double reach);
+
+/// Shown during a drag in place of the session's values.
 struct DragPreview {
     std::optional<std::pair<QUuid, double>> marker; // at another time
     std::optional<TrimTimes> trim;
     std::optional<CutZone> cut;   // a new one, or one with other times
-    std::optional<double> bubble; // the time to tell
+    std::optional<double> bubble; // the time shown in the bubble
     bool isOnTarget = false;
 };
 
@@ -33,25 +39,16 @@ class Gesture {
 public:
     virtual ~Gesture() = default;
 
-    /// The pointer stands at `time`, which may lie outside of the clip.
+    /// `time` is under the pointer and may be outside the clip.
     virtual DragPreview move(double time, bool snaps) = 0;
     virtual void commit() = 0;
     virtual void cancel() {}
 };
 
-/// Asks for the frame under the pointer: `seek(time, exact)`, exact at the end.
-std::unique_ptr<Gesture> makeScrub(std::function<void(double, bool)> seek, double playhead, SnapRules rules);
-
-/// `grabbedAt` is the time under the pointer where the drag began.
-std::unique_ptr<Gesture> makeMarkerDrag(const UiContext& context, const Marker& marker, double grabbedAt,
-                                        SnapRules rules);
-
-enum class TrimEdge { start, end };
-std::unique_ptr<Gesture> makeTrimDrag(const UiContext& context, TrimEdge edge, SnapRules rules);
-
-enum class CutPart { start, end, whole };
-std::unique_ptr<Gesture> makeCutDrag(const UiContext& context, const CutZone& cut, CutPart part,
-                                     double grabbedAt, SnapRules rules);
-std::unique_ptr<Gesture> makeNewCut(const UiContext& context, double grabbedAt, SnapRules rules);
+/// The drag that begins at `hit` with `grabbedAt` under the pointer; null when nothing there can be dragged.
+/// Scrubbing calls `seek(time, exact)`, exact at its end.
+std::unique_ptr<Gesture> makeGesture(const UiContext& context, const TimelineScene& scene,
+                                     const TimelineHit& hit, double grabbedAt,
+                                     std::function<void(double, bool)> seek);
 
 }

@@ -1,8 +1,9 @@
 #include "ui/timeline/ThumbnailStore.h"
 
+#include "export/UprightImage.h"
+#include "media/VideoReader.h"
 #include "ui/timeline/ClipCache.h"
-#include "ui/timeline/ThumbnailDecoder.h"
-#include "ui/timeline/ThumbnailGrid.h"
+#include "ui/timeline/ThumbnailStrip.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -16,7 +17,7 @@ namespace pointloom {
 namespace {
 
 constexpr qsizetype memoryLimit = 48 << 10; // KiB
-constexpr qint64 largestFile = 256 << 10;   // bytes of one picture on disk
+constexpr qint64 largestFile = 256 << 10;   // bytes
 constexpr int fileQuality = 82;
 
 QString fileNameOf(std::int64_t slot) {
@@ -27,41 +28,88 @@ QImage readCached(const ClipCache& cache, std::int64_t slot) {
     const auto content = cache.read(fileNameOf(slot), largestFile);
     if (!content)
         return {};
-    const QImage picture = QImage::fromData(*content, "JPG");
-    const bool isOurs = picture.width() <= ThumbnailStore::largestPicture.width() &&
-                        picture.height() <= ThumbnailStore::largestPicture.height();
-    return isOurs ? picture.convertToFormat(QImage::Format_RGB32) : QImage();
+    const QImage image = QImage::fromData(*content, "JPG");
+    const bool isOurs = image.width() <= ThumbnailStore::largestImage.width() &&
+                        image.height() <= ThumbnailStore::largestImage.height();
+    return isOurs ? image.convertToFormat(QImage::Format_RGB32) : QImage();
 }
 
-void writeCached(ClipCache& cache, std::int64_t slot, const QImage& picture) {
+void writeCached(ClipCache& cache, std::int64_t slot, const QImage& image) {
     QByteArray content;
     QBuffer buffer(&content);
-    if (picture.save(&buffer, "JPG", fileQuality))
+    if (image.save(&buffer, "JPG", fileQuality))
         cache.write(fileNameOf(slot), content);
 }
 
+/// Decodes thumbnails of one clip.
+class ThumbnailDecoder {
+public:
+    explicit ThumbnailDecoder(QString path)
+        : m_path(std::move(path)) {}
+
+    /// The key frame near `time` (seconds), upright, in square pixels, fitted into `largestImage`. Null when
+    /// the file is gone or cannot be decoded there.
+    QImage imageAt(double time) {
+        if (m_isUnreadable)
+            return {};
+        try {
+            if (!m_reader)
+                m_reader = media::VideoReader::open(m_path);
+        } catch (const std::exception&) {
+            m_isUnreadable = true;
+            return {};
+        }
+        try {
+            return decode(time);
+        } catch (const std::exception&) {
+            return {}; // damaged at this time; others may be whole
+        }
+    }
+
+private:
+    QImage decode(double time) {
+        m_reader->seekToKeyFrame(time);
+        const auto frame = m_reader->read();
+        if (!frame)
+            return {};
+        if (m_latestTime == frame->time())
+            return m_latest;
+        const media::VideoTrackInfo& track = m_reader->track();
+        const QSize size = track.uprightSize().scaled(ThumbnailStore::largestImage, Qt::KeepAspectRatio);
+        m_latest = uprightImage(*frame, track.orientation, size);
+        m_latestTime = frame->time();
+        return m_latest;
+    }
+
+    QString m_path;
+    std::optional<media::VideoReader> m_reader; // opened when first needed
+    bool m_isUnreadable = false;
+    std::optional<double> m_latestTime; // of the frame in `m_latest`: neighbours often share a key frame
+    QImage m_latest;
+};
+
 }
 
-/// What the main thread wants and the worker has not made yet.
-struct ThumbnailStore::Wishes {
+/// The slots that are wanted and not made yet.
+struct ThumbnailStore::Queue {
     std::mutex mutex;
     std::condition_variable changed;
-    std::deque<std::int64_t> slots_;
+    std::deque<std::int64_t> wanted;
     bool isClosed = false;
 
     std::optional<std::int64_t> next() {
         std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return isClosed || !slots_.empty(); });
+        changed.wait(lock, [this] { return isClosed || !wanted.empty(); });
         if (isClosed)
             return std::nullopt;
-        const std::int64_t slot = slots_.front();
-        slots_.pop_front();
+        const std::int64_t slot = wanted.front();
+        wanted.pop_front();
         return slot;
     }
 
-    void replace(const std::vector<std::int64_t>& wanted) {
+    void replace(const std::vector<std::int64_t>& others) {
         const std::scoped_lock lock(mutex);
-        slots_.assign(wanted.begin(), wanted.end());
+        wanted.assign(others.begin(), others.end());
         changed.notify_one();
     }
 
@@ -72,10 +120,9 @@ struct ThumbnailStore::Wishes {
     }
 };
 
-ThumbnailStore::ThumbnailStore(const QString& cacheRoot, QThread::Priority priority)
+ThumbnailStore::ThumbnailStore(const QString& cacheRoot)
     : m_cacheRoot(cacheRoot)
-    , m_priority(priority)
-    , m_pictures(memoryLimit) {}
+    , m_images(memoryLimit) {}
 
 ThumbnailStore::~ThumbnailStore() {
     close();
@@ -83,49 +130,48 @@ ThumbnailStore::~ThumbnailStore() {
 
 void ThumbnailStore::open(const QString& path) {
     close();
-    m_wishes = std::make_shared<Wishes>();
-    const auto work = [this, path, root = m_cacheRoot, wishes = m_wishes](IdleWorker::Link link) {
+    m_queue = std::make_shared<Queue>();
+    const auto work = [this, path, root = m_cacheRoot, queue = m_queue](BackgroundWorker::Link link) {
         ClipCache cache(root, path);
-        ThumbnailDecoder decoder(path, largestPicture);
-        while (const auto slot = wishes->next()) {
-            QImage picture = readCached(cache, *slot);
-            if (picture.isNull()) {
-                picture = decoder.pictureAt(static_cast<double>(*slot) / thumbnailSlotsPerSecond);
-                if (!picture.isNull())
-                    writeCached(cache, *slot, picture);
+        ThumbnailDecoder decoder(path);
+        while (const auto slot = queue->next()) {
+            QImage image = readCached(cache, *slot);
+            if (image.isNull()) {
+                image = decoder.imageAt(static_cast<double>(*slot) / thumbnailSlotsPerSecond);
+                if (!image.isNull())
+                    writeCached(cache, *slot, image);
             }
-            // The store is there as long as the work is not cancelled.
-            link.post([this, slot = *slot, picture] { take(slot, picture); });
+            link.post([this, slot = *slot, image] { take(slot, image); });
         }
     };
-    m_worker.emplace(work, m_priority);
+    m_worker.start(work, BackgroundWorker::Priority::low);
 }
 
 void ThumbnailStore::close() {
-    m_worker.reset();
-    if (m_wishes)
-        m_wishes->close();
-    m_wishes.reset();
-    m_pictures.clear();
+    m_worker.cancel();
+    if (m_queue)
+        m_queue->close();
+    m_queue.reset();
+    m_images.clear();
 }
 
-QImage ThumbnailStore::picture(std::int64_t slot) {
-    const QImage* known = m_pictures.object(slot);
+QImage ThumbnailStore::image(std::int64_t slot) {
+    const QImage* known = m_images.object(slot);
     return known ? *known : QImage();
 }
 
-void ThumbnailStore::want(const std::vector<std::int64_t>& slots_) {
-    if (!m_wishes)
+void ThumbnailStore::want(const std::vector<std::int64_t>& wanted) {
+    if (!m_queue)
         return;
     std::vector<std::int64_t> missing;
-    std::ranges::copy_if(slots_, std::back_inserter(missing),
-                         [&](std::int64_t slot) { return !m_pictures.contains(slot); });
-    m_wishes->replace(missing);
+    std::ranges::copy_if(wanted, std::back_inserter(missing),
+                         [&](std::int64_t slot) { return !m_images.contains(slot); });
+    m_queue->replace(missing);
 }
 
-void ThumbnailStore::take(std::int64_t slot, const QImage& picture) {
-    const qsizetype cost = picture.sizeInBytes() / 1024 + 1;
-    m_pictures.insert(slot, new QImage(picture), cost); // the cache owns it
+void ThumbnailStore::take(std::int64_t slot, const QImage& image) {
+    const qsizetype cost = image.sizeInBytes() / 1024 + 1;
+    m_images.insert(slot, new QImage(image), cost); // the cache owns it
     Q_EMIT changed();
 }
 

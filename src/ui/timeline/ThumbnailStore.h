@@ -1,11 +1,10 @@
-// The small pictures of a clip, made in the background as they are wanted.
+// The thumbnails of a clip, made in the background on request.
 #pragma once
 
-#include "ui/timeline/IdleWorker.h"
+#include "ui/common/BackgroundTask.h"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <QCache>
 #include <QImage>
 #include <QObject>
@@ -14,41 +13,40 @@
 
 namespace pointloom {
 
-/// Pictures are counted in thumbnail slots (ui/timeline/ThumbnailGrid.h) and show the key frame before their
-/// moment, upright and in SDR. Where nothing can be decoded there is none. Belongs to the main thread.
+/// Used on the main thread. Thumbnails are numbered by slot (`thumbnailSlotsPerSecond`) and show the key
+/// frame before their time, upright and in SDR. Where nothing can be decoded there is none.
 class ThumbnailStore : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr QSize largestPicture{240, 128}; // pixels
+    static constexpr QSize largestImage{240, 128}; // pixels
 
-    /// Keeps what it makes below `cacheRoot`.
-    explicit ThumbnailStore(const QString& cacheRoot, QThread::Priority priority = QThread::IdlePriority);
+    /// Thumbnails are cached on disk below `cacheRoot`.
+    explicit ThumbnailStore(const QString& cacheRoot);
     ~ThumbnailStore() override;
 
-    /// Forgets the clip before. Returns at once.
+    /// Replaces the clip. Returns at once.
     void open(const QString& path);
     void close();
 
-    /// Null while it is not there.
-    QImage picture(std::int64_t slot);
+    /// Null when it does not exist yet.
+    QImage image(std::int64_t slot);
 
-    /// What is to be made, first things first, in place of what was wanted before.
-    void want(const std::vector<std::int64_t>& slots_);
+    /// Replaces the slots that were wanted before by others, the most urgent first.
+    void want(const std::vector<std::int64_t>& wanted);
 
 Q_SIGNALS:
     void changed();
 
 private:
-    struct Wishes;
+    struct Queue;
 
-    void take(std::int64_t slot, const QImage& picture);
+    void take(std::int64_t slot, const QImage& image);
 
     QString m_cacheRoot;
-    QThread::Priority m_priority;
-    QCache<std::int64_t, QImage> m_pictures; // null pictures are those that cannot be made
-    std::shared_ptr<Wishes> m_wishes;
-    std::optional<IdleWorker> m_worker;
+    QCache<std::int64_t, QImage> m_images; // null images are those that cannot be made
+    std::shared_ptr<Queue> m_queue;
+    BackgroundWorker m_worker;
 };
 
 }

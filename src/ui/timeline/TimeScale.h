@@ -1,16 +1,18 @@
-// Where times of the clip stand on the timeline: its zoom and its scroll position.
+// The timeline's axis: positions of times at a zoom and scroll position, and the ticks of its ruler.
 #pragma once
+
+#include <QString>
+#include <vector>
 
 namespace pointloom {
 
-/// Positions are points from the left edge of what is visible. The clip has a margin at both ends, so that
-/// what sits on its first or last moment can be seen and grasped. Nothing is visible of an empty clip.
+/// Positions are points from the left edge of the view. The clip has a margin at both ends, so that items on
+/// its first or last frame can be seen and dragged. Nothing is visible of an empty clip.
 class TimeScale {
 public:
     static constexpr double margin = 14; // points
 
-    /// `duration` in seconds; `frameRate` limits the zoom. A scale that showed the whole clip goes on doing
-    /// so.
+    /// `duration` in seconds; `frameRate` limits the zoom. A scale that shows the whole clip continues to.
     void setClip(double duration, double frameRate);
     void setWidth(double points);
 
@@ -21,16 +23,16 @@ public:
     double width() const { return m_width; }
     double pointsPerSecond() const { return m_pointsPerSecond; }
 
-    /// Points scrolled away at the left; whole, so that hairlines do not tremble while scrolling.
+    /// Points that are scrolled out at the left; whole, so that thin lines stay sharp while scrolling.
     double offset() const { return m_offset; }
     double largestOffset() const;
     void scrollTo(double offset);
 
-    /// Scrolls as little as needed to have `time` at least `distance` points inside of the edges.
+    /// Scrolls as little as possible to have `time` at least `distance` points inside the edges.
     void reveal(double time, double distance);
     bool shows(double time) const;
 
-    /// Keeps the time that stands at `x` where it is, as far as the ends of the clip allow.
+    /// Keeps the time at `x` in its place, as far as the ends of the clip allow.
     void zoomBy(double factor, double x);
     void fit();
     bool isFitted() const { return m_isFitted; }
@@ -45,8 +47,26 @@ private:
     double m_width = 0; // points
     double m_pointsPerSecond = 1;
     double m_offset = 0;      // points, whole
-    double m_exactOffset = 0; // points; many small zooms in a row must not add up their roundings
+    double m_exactOffset = 0; // points, unrounded, so that many small zooms do not add up rounding errors
     bool m_isFitted = true;
 };
+
+struct RulerTick {
+    double time = 0; // seconds
+    QString label;   // empty for small ticks
+    bool isWholeSecond = true;
+};
+
+struct RulerRange {
+    double from = 0; // seconds
+    double to = 0;   // seconds; not before `from`
+    double pointsPerSecond = 1;
+    double frameRate = 30;
+    double labelDistance = 64; // points from one label to the next, at least
+};
+
+/// Labels are at round times, from single frames ("12f", counted from the whole second before) to hours.
+/// Ticks are in rising order, within the range and up to one label before it.
+std::vector<RulerTick> rulerTicks(const RulerRange& range);
 
 }

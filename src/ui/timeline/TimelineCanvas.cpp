@@ -1,22 +1,106 @@
 #include "ui/timeline/TimelineCanvas.h"
 
 #include "media/MediaInfo.h"
+#include "ui/common/TimeCode.h"
+#include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
+#include "ui/timeline/ThumbnailStrip.h"
 
 #include <algorithm>
 #include <cmath>
 #include <exception>
-#include <QEvent>
 #include <QFontMetricsF>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPainter>
+#include <QPaintEvent>
+#include <QToolTip>
 #include <QUrl>
+#include <QWheelEvent>
 
 namespace pointloom {
 
 namespace {
 
+using Hit = TimelineHit::Kind;
+
 constexpr double usualFrameRate = 30;
+constexpr double usualAspectRatio = 16.0 / 9;
 constexpr double revealDistance = 60; // points from the edge
-constexpr double jump = 1;            // seconds: a playhead that moves further was put there
+constexpr double longestStep = 1;     // seconds that the playhead moves by itself
+constexpr double dragThreshold = 4;   // points
+constexpr double wheelNotch = 120;    // eighths of a degree
+constexpr double pointsPerNotch = 96;
+constexpr double zoomPerNotch = 1.25;
+constexpr int edgeScrollInterval = 25; // milliseconds
+
+Qt::CursorShape cursorFor(Hit kind) {
+    switch (kind) {
+    case Hit::trimStart:
+    case Hit::trimEnd:
+    case Hit::cutStart:
+    case Hit::cutEnd:
+        return Qt::SizeHorCursor;
+    case Hit::marker:
+    case Hit::cut:
+        return Qt::PointingHandCursor;
+    case Hit::nothing:
+    case Hit::time:
+    case Hit::trimLane:
+        break;
+    }
+    return Qt::ArrowCursor;
+}
+
+QString markerToolTip(const UiContext& context, const Marker& marker) {
+    constexpr qsizetype longestLabel = 60;
+    QString first = shortTime(marker.startTime, true);
+    if (marker.label && !marker.label->isEmpty())
+        first += QStringLiteral("  ") + marker.label->left(longestLabel);
+    return plainToolTip({first, shortScore(marker.score).full,
+                         context.text(L10nKey::serving) + QStringLiteral(": ") +
+                             sideName(context, servingSide(marker.score))});
+}
+
+QString cutToolTip(const UiContext& context, const CutZone& cut) {
+    const auto [start, end] = std::minmax({cut.start, cut.end});
+    return plainToolTip(
+        {QStringLiteral("%1 %2 – %3")
+             .arg(context.text(L10nKey::timelineCut), shortTime(start, true), shortTime(end, true)),
+         context.text(L10nKey::timelineCutIsNoteLong)});
+}
+
+QString trimToolTip(const UiContext& context, L10nKey meaning, double time) {
+    return plainToolTip({context.text(meaning) + QStringLiteral(": ") + shortTime(time, true),
+                         context.text(L10nKey::timelineResetHandle)});
+}
+
+QString toolTipFor(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit) {
+    switch (hit.kind) {
+    case Hit::marker: {
+        const auto& markers = context.state.markers.value();
+        const auto marker = std::ranges::find(markers, hit.id, &Marker::id);
+        return marker == markers.end() ? QString() : markerToolTip(context, *marker);
+    }
+    case Hit::cut:
+    case Hit::cutStart:
+    case Hit::cutEnd: {
+        const auto cut = std::ranges::find(scene.cuts, hit.id, &CutZone::id);
+        return cut == scene.cuts.end() ? QString() : cutToolTip(context, *cut);
+    }
+    case Hit::trimStart:
+        return trimToolTip(context, L10nKey::timelineExportStart, scene.trim.start);
+    case Hit::trimEnd:
+        return trimToolTip(context, L10nKey::timelineExportEnd, scene.trimEnd());
+    case Hit::time:
+    case Hit::trimLane:
+    case Hit::nothing:
+        break;
+    }
+    return {};
+}
 
 }
 
@@ -36,13 +120,11 @@ TimelineCanvas::TimelineCanvas(const UiContext& context, const QString& cacheRoo
     bind();
 }
 
-TimelineCanvas::~TimelineCanvas() = default;
-
 void TimelineCanvas::bind() {
     AppState& state = m_context.state;
     m_bindings.watch(state.videoDuration, [this] { takeDuration(); });
     m_bindings.watch(state.videoURL, [this] { takeClip(); });
-    m_bindings.watchAll([this] { refresh(); }, state.videoWidth, state.videoHeight);
+    m_bindings.watchAll([this] { takeShape(); }, state.videoWidth, state.videoHeight);
     m_bindings.watch(state.markers, [this] { takeMarkers(); });
     m_bindings.watchAll([this] { takeRanges(); }, state.trimStart, state.trimEnd, state.cuts);
     m_bindings.watchAll([this] { takeSelection(); }, state.selectedMarkerID, state.selectedCutID);
@@ -56,7 +138,7 @@ void TimelineCanvas::bind() {
 void TimelineCanvas::takeClip() {
     const auto url = m_context.state.videoURL.value();
     const QString path = url ? url->toLocalFile() : QString();
-    m_frameRateReader.reset();
+    m_frameRateReading.cancel();
     m_wantedThumbnails.clear();
     takeFrameRate(usualFrameRate);
     m_scene.scale.fit();
@@ -66,16 +148,15 @@ void TimelineCanvas::takeClip() {
     } else {
         m_thumbnails.open(path);
         m_waveform.open(path);
-        const auto read = [this, path](IdleWorker::Link link) {
+        const auto read = [path] {
             try {
                 const auto info = media::readMediaInfo(path);
-                if (info.video)
-                    link.post([this, rate = info.video->frameRate.value()] { takeFrameRate(rate); });
+                return info.video ? info.video->frameRate.value() : usualFrameRate;
             } catch (const std::exception&) {
-                // Who loads the video says what is wrong with it.
+                return usualFrameRate; // the import reports the error
             }
         };
-        m_frameRateReader.emplace(read, QThread::NormalPriority);
+        m_frameRateReading.start(read, [this](double frameRate) { takeFrameRate(frameRate); });
     }
     changeView();
 }
@@ -88,6 +169,13 @@ void TimelineCanvas::takeFrameRate(double frameRate) {
 void TimelineCanvas::takeDuration() {
     m_scene.scale.setClip(m_context.state.videoDuration, m_scene.frameRate);
     changeView();
+}
+
+void TimelineCanvas::takeShape() {
+    const double width = m_context.state.videoWidth;
+    const double height = m_context.state.videoHeight;
+    m_scene.aspectRatio = width > 0 && height > 0 ? width / height : usualAspectRatio;
+    refresh();
 }
 
 void TimelineCanvas::takeMarkers() {
@@ -134,15 +222,14 @@ void TimelineCanvas::takePlayhead() {
     update(TimelinePainting::playheadArea(m_scene).toAlignedRect());
     if (m_scene.scale.shows(now) || m_press)
         return;
-    // A view that was scrolled away from the playhead while it runs stays where it is.
-    const bool wasPut = !m_context.state.isPlaying || std::abs(now - before) > jump;
-    if (wasPut) {
+    // A view that was scrolled away from the moving playhead stays in its place.
+    const bool wasPut = !m_context.state.isPlaying || std::abs(now - before) > longestStep;
+    if (wasPut)
         m_scene.scale.reveal(now, revealDistance);
-    } else if (wasShown) {
+    else if (wasShown)
         m_scene.scale.scrollTo(m_scene.scale.offset() + m_scene.scale.x(now) - revealDistance);
-    } else {
+    else
         return;
-    }
     changeView();
 }
 
@@ -193,7 +280,7 @@ TimelinePainting::Look TimelineCanvas::look() const {
 }
 
 QSize TimelineCanvas::sizeHint() const {
-    constexpr int comfortable = 120; // points for the pictures and the sound
+    constexpr int comfortable = 120; // points for thumbnails and waveform
     return {640, minimumSizeHint().height() + comfortable};
 }
 
@@ -209,6 +296,250 @@ void TimelineCanvas::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange)
         showFont();
     QWidget::changeEvent(event);
+}
+
+void TimelineCanvas::paintEvent(QPaintEvent* event) {
+    if (m_isLayerStale || m_layer.size() != size() * devicePixelRatioF())
+        paintLayer();
+    QPainter painter(this);
+    const double ratio = m_layer.devicePixelRatio();
+    const QRectF part = event->rect();
+    painter.drawPixmap(part, m_layer, QRectF(part.topLeft() * ratio, part.size() * ratio));
+    if (m_scene.scale.duration() > 0) {
+        if (m_preview.marker) {
+            if (const Flag* flag = m_scene.flags.find(m_preview.marker->first))
+                TimelinePainting::paintMovingFlag(painter, m_scene, *flag, m_preview.marker->second, look());
+        }
+        TimelinePainting::paintPlayhead(painter, m_scene, look());
+        if (m_preview.bubble)
+            TimelinePainting::paintBubble(painter, m_scene, *m_preview.bubble, m_preview.isOnTarget, look());
+    }
+    if (m_showsFocus) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(tokens().accent, 2));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Radius::field, Radius::field);
+    }
+}
+
+void TimelineCanvas::paintLayer() {
+    const double ratio = devicePixelRatioF();
+    if (m_layer.size() != size() * ratio) {
+        m_layer = QPixmap(size() * ratio);
+        m_layer.setDevicePixelRatio(ratio);
+    }
+    m_layer.fill(tokens().surface);
+    QPainter painter(&m_layer);
+    painter.setFont(look().font);
+    if (m_scene.scale.duration() > 0) {
+        TimelinePainting::paintRows(
+            painter, m_scene, m_thumbnails, m_waveform.peaks(),
+            {m_context.text(L10nKey::timelineCut), m_context.text(L10nKey::timelineCutIsNote)}, look());
+    } else {
+        painter.setPen(tokens().quietText);
+        painter.drawText(rect(), Qt::AlignCenter, m_context.text(L10nKey::timelineNoVideo));
+    }
+    m_isLayerStale = false;
+    const auto wanted = wantedThumbnails(m_scene);
+    if (wanted != std::exchange(m_wantedThumbnails, wanted))
+        m_thumbnails.want(wanted);
+}
+
+void TimelineCanvas::wheelEvent(QWheelEvent* event) {
+    event->accept();
+    const QPoint degrees = event->angleDelta();
+    if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        m_scene.scale.zoomBy(std::pow(zoomPerNotch, degrees.y() / wheelNotch), event->position().x());
+        changeView();
+        return;
+    }
+    // A plain wheel scrolls horizontally too.
+    const bool isFine = !event->pixelDelta().isNull();
+    const QPointF distance =
+        isFine ? QPointF(event->pixelDelta()) : QPointF(degrees) * (pointsPerNotch / wheelNotch);
+    scrollTo(m_scene.scale.offset() -
+             (std::abs(distance.x()) > std::abs(distance.y()) ? distance.x() : distance.y()));
+}
+
+bool TimelineCanvas::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture) {
+        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
+        if (gesture->gestureType() == Qt::ZoomNativeGesture) {
+            m_scene.scale.zoomBy(std::max(0.1, 1 + gesture->value()), gesture->position().x());
+            changeView();
+            return true;
+        }
+    }
+    if (event->type() == QEvent::ToolTip && !m_gesture) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        QToolTip::showText(help->globalPos(), toolTipFor(m_context, m_scene, m_scene.hitAt(help->pos())),
+                           this);
+        return true;
+    }
+    if (event->type() == QEvent::ShortcutOverride && m_press &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void TimelineCanvas::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || m_press)
+        return;
+    const TimelineHit hit = m_scene.hitAt(event->position());
+    if (hit.kind == Hit::nothing)
+        return;
+    QToolTip::hideText();
+    m_press = Press{event->position(), hit, m_scene.scale.time(event->position().x())};
+    takePointer(*event);
+    AppState& state = m_context.state;
+    switch (hit.kind) {
+    case Hit::time:
+        m_isScrubbing = true;
+        Q_EMIT scrubbingChanged(true);
+        startGesture();
+        break;
+    case Hit::marker:
+        state.selectedMarkerID = hit.id;
+        state.selectedCutID = std::nullopt;
+        break;
+    case Hit::cut:
+    case Hit::cutStart:
+    case Hit::cutEnd:
+        state.selectedMarkerID = std::nullopt;
+        state.selectedCutID = hit.id;
+        break;
+    case Hit::trimLane:
+        state.selectedCutID = std::nullopt;
+        break;
+    case Hit::trimStart:
+    case Hit::trimEnd:
+    case Hit::nothing:
+        break;
+    }
+}
+
+void TimelineCanvas::takePointer(const QMouseEvent& event) {
+    m_pointer = event.position();
+    m_snaps = !event.modifiers().testFlag(Qt::AltModifier);
+}
+
+void TimelineCanvas::mouseMoveEvent(QMouseEvent* event) {
+    takePointer(*event);
+    if (!m_press)
+        setHover(m_scene.hitAt(m_pointer));
+    else if (m_gesture)
+        moveGesture();
+    else if (std::abs(m_pointer.x() - m_press->position.x()) >= dragThreshold)
+        startGesture();
+}
+
+void TimelineCanvas::startGesture() {
+    m_gesture = makeGesture(m_context, m_scene, m_press->hit, m_press->time,
+                            [this](double time, bool exact) { Q_EMIT seekRequested(time, exact); });
+    if (m_gesture)
+        moveGesture();
+}
+
+void TimelineCanvas::moveGesture() {
+    m_preview = m_gesture->move(m_scene.scale.time(m_pointer.x()), m_snaps);
+    const bool isBeyond = m_pointer.x() < 0 || m_pointer.x() > width();
+    if (isBeyond && !m_edgeScroll.isActive())
+        m_edgeScroll.start(edgeScrollInterval, this);
+    else if (!isBeyond)
+        m_edgeScroll.stop();
+    if (m_preview.marker && m_scene.movingMarker != m_preview.marker->first) {
+        m_scene.movingMarker = m_preview.marker->first;
+        refresh();
+    }
+    if (m_preview.trim || m_preview.cut)
+        takeRanges();
+    update();
+}
+
+void TimelineCanvas::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_edgeScroll.timerId())
+        return;
+    constexpr double share = 0.25; // of the distance to the pointer
+    const double beyond = m_pointer.x() < 0 ? m_pointer.x() : std::max(0.0, m_pointer.x() - width());
+    scrollTo(m_scene.scale.offset() + beyond * share);
+    if (m_gesture)
+        moveGesture();
+}
+
+void TimelineCanvas::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !m_press)
+        return;
+    const TimelineHit hit = m_press->hit;
+    const bool wasDragged = m_gesture != nullptr;
+    endGesture(true);
+    if (!wasDragged && hit.kind == Hit::marker) {
+        if (const Flag* flag = m_scene.flags.find(hit.id))
+            Q_EMIT seekRequested(std::clamp(flag->time, 0.0, m_scene.scale.duration()), true);
+    }
+    setHover(m_scene.hitAt(event->position()));
+}
+
+void TimelineCanvas::endGesture(bool commits) {
+    m_edgeScroll.stop();
+    m_press.reset();
+    // From now on the session is shown instead of the preview.
+    m_preview = {};
+    m_scene.movingMarker.reset();
+    if (const auto gesture = std::exchange(m_gesture, nullptr)) {
+        if (commits)
+            gesture->commit();
+        else
+            gesture->cancel();
+    }
+    if (std::exchange(m_isScrubbing, false))
+        Q_EMIT scrubbingChanged(false);
+    takeRanges();
+}
+
+void TimelineCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    const TimelineHit hit = m_scene.hitAt(event->position());
+    TrimTimes trim = trimOf(m_context.state);
+    if (hit.kind == Hit::trimStart)
+        trim.start = 0;
+    else if (hit.kind == Hit::trimEnd)
+        trim.end = std::nullopt;
+    else
+        return mousePressEvent(event);
+    setTrim(m_context.state, trim, &m_context.undo);
+}
+
+void TimelineCanvas::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && m_press)
+        endGesture(false);
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void TimelineCanvas::leaveEvent(QEvent*) {
+    if (!m_press)
+        setHover({});
+}
+
+void TimelineCanvas::setHover(const TimelineHit& hit) {
+    setCursor(cursorFor(hit.kind));
+    const bool changes = hit != m_scene.hover;
+    m_scene.hover = hit;
+    if (changes)
+        refresh();
+}
+
+void TimelineCanvas::focusInEvent(QFocusEvent* event) {
+    m_showsFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
+                   event->reason() == Qt::ShortcutFocusReason;
+    update();
+}
+
+void TimelineCanvas::focusOutEvent(QFocusEvent*) {
+    m_showsFocus = false;
+    update();
 }
 
 }

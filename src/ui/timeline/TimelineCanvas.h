@@ -1,10 +1,10 @@
-// The timeline itself: rows that are painted and dragged on, without the controls around them.
+// The timeline's rows, painted and edited by dragging, without the controls around them.
 #pragma once
 
+#include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
 #include "ui/timeline/Gestures.h"
-#include "ui/timeline/IdleWorker.h"
 #include "ui/timeline/ThumbnailStore.h"
 #include "ui/timeline/TimelinePainting.h"
 #include "ui/timeline/TimelineScene.h"
@@ -22,13 +22,12 @@ class TimelineCanvas : public QWidget {
     Q_OBJECT
 
 public:
-    /// What is made of clips is kept below `cacheRoot`.
+    /// Thumbnails and peaks are cached on disk below `cacheRoot`.
     TimelineCanvas(const UiContext& context, const QString& cacheRoot, QWidget* parent = nullptr);
-    ~TimelineCanvas() override;
 
     const TimelineScene& scene() const { return m_scene; }
 
-    /// Around the playhead when it can be seen, else around the middle.
+    /// Around the playhead when it is visible, else around the middle.
     void zoomBy(double factor);
     void fit();
     void scrollTo(double offset);
@@ -62,6 +61,7 @@ private:
     void takeClip();
     void takeFrameRate(double frameRate);
     void takeDuration();
+    void takeShape();
     void takeMarkers();
     void takeRanges();
     void takeSelection();
@@ -73,26 +73,21 @@ private:
     void showFont();
     TimelinePainting::Look look() const;
     void paintLayer();
-    void paintRows(QPainter& painter);
-    void wantThumbnails();
-    double pictureAspect() const;
 
-    void press(const TimelineHit& hit, double time);
-    std::unique_ptr<Gesture> makeGesture(const TimelineHit& hit, double grabbedAt);
-    SnapRules rulesFor(const TimelineHit& hit) const;
+    void startGesture();
     void moveGesture();
     void endGesture(bool commits);
+    void takePointer(const QMouseEvent& event);
     void setHover(const TimelineHit& hit);
-    QString toolTipFor(const TimelineHit& hit) const;
 
     UiContext m_context;
     TimelineScene m_scene;
     ThumbnailStore m_thumbnails;
     WaveformStore m_waveform;
-    std::optional<IdleWorker> m_frameRateReader;
+    BackgroundTask<double> m_frameRateReading;
     std::vector<std::int64_t> m_wantedThumbnails;
 
-    QPixmap m_layer; // all that does not move while playing
+    QPixmap m_layer; // everything that does not move while playing
     bool m_isLayerStale = true;
     bool m_showsFocus = false;
 
@@ -101,7 +96,7 @@ private:
         TimelineHit hit;
         double time = 0; // under the pointer
     };
-    std::optional<Press> m_press; // of the left button, from its going down
+    std::optional<Press> m_press; // of the left button, until it is released
     std::unique_ptr<Gesture> m_gesture;
     DragPreview m_preview;
     QPointF m_pointer;

@@ -1,5 +1,4 @@
-// Paints the rows of a timeline. Each function paints what is visible of one row and leaves the painter as it
-// was.
+// Paints the timeline: what is visible of a scene. Functions leave the painter as it was.
 #pragma once
 
 #include "ui/timeline/TimelineScene.h"
@@ -12,45 +11,36 @@ class QPainter;
 namespace pointloom {
 
 class ThumbnailStore;
-class WaveformStore;
+class WaveformPyramid;
 
 namespace TimelinePainting {
 
 struct Look {
     QFont font;                  // of small texts
-    double devicePixelRatio = 1; // for lines that lie on whole pixels
+    double devicePixelRatio = 1; // for lines on whole pixels
 };
 
-/// A word that stands in a cut zone when there is room.
+/// The text of a cut: the longer one that fits, or none.
 struct CutWords {
     QString brief;
     QString full;
 };
 
-void paintRuler(QPainter& painter, const TimelineScene& scene, const Look& look);
-void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look);
-void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailStore& store,
-                     double aspectRatio);
-
-/// The width that pictures of `aspectRatio` take in their row, points.
-double thumbnailWidth(const TimelineScene& scene, double aspectRatio);
-void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformStore& store,
-                   const Look& look);
-void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look);
-void paintCuts(QPainter& painter, const TimelineScene& scene, const CutWords& words, const Look& look);
-void paintTrimHandles(QPainter& painter, const TimelineScene& scene, const Look& look);
-void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& look);
+/// All rows, without the playhead and without the marker that is being dragged.
+void paintRows(QPainter& painter, const TimelineScene& scene, ThumbnailStore& thumbnails,
+               const WaveformPyramid& peaks, const CutWords& words, const Look& look);
 
 /// A flag that is being dragged, at another time than its own.
 void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, double time,
                      const Look& look);
 
-/// The time of what is being dragged; with a line through all rows when it holds on to something.
+/// The area in which `paintPlayhead` paints, points.
+QRectF playheadArea(const TimelineScene& scene);
+void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& look);
+
+/// The time of a drag above a line through all rows, which is highlighted on a snap target.
 void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,
                  const Look& look);
-
-/// What the playhead's painting covers, points.
-QRectF playheadArea(const TimelineScene& scene);
 
 }
 

@@ -12,7 +12,71 @@ namespace {
 constexpr double reachOfPole = 5;   // points
 constexpr double reachOfEdge = 5;   // points
 constexpr double reachOfHandle = 3; // points beyond its box
+constexpr double rowGap = 2;        // points
+constexpr double smallestThumbnails = 40;
+constexpr double largestThumbnails = 112;
+constexpr double smallestWaveform = 24;
+constexpr double comfortableClip = 80; // points for each lane of flags that is added
+constexpr double thumbnailShare = 0.6;
+constexpr int mostLanes = 3;
 
+double rulerHeight(double lineHeight) {
+    return lineHeight + 8;
+}
+
+double laneHeight(double lineHeight) {
+    return lineHeight + 8;
+}
+
+double trimHeight(double lineHeight) {
+    return std::max(20.0, lineHeight + 4);
+}
+
+}
+
+double smallestTimelineHeight(double lineHeight) {
+    return rulerHeight(lineHeight) + laneHeight(lineHeight) + trimHeight(lineHeight) + 2 * rowGap;
+}
+
+RowLayout layOutRows(double width, double height, double lineHeight, bool hasSound) {
+    double rest = std::max(0.0, height - smallestTimelineHeight(lineHeight) - rowGap);
+    RowLayout rows;
+    rows.laneHeight = laneHeight(lineHeight);
+    while (rows.flagLanes < mostLanes && rest - rows.laneHeight >= comfortableClip * rows.flagLanes) {
+        ++rows.flagLanes;
+        rest -= rows.laneHeight;
+    }
+
+    double waveform = hasSound && rest >= smallestWaveform ? smallestWaveform : 0;
+    double thumbnails = 0;
+    const double between = waveform > 0 ? rowGap : 0;
+    if (rest - waveform - between >= smallestThumbnails) {
+        thumbnails = rest - between;
+        if (waveform > 0)
+            thumbnails = std::clamp((rest - between) * thumbnailShare, smallestThumbnails, largestThumbnails);
+        waveform = waveform > 0 ? rest - between - thumbnails : 0;
+    } else if (waveform > 0) {
+        waveform = rest;
+    }
+
+    double top = 0;
+    const auto take = [&](double rowHeight, double below) {
+        const QRectF row(0, top, width, rowHeight);
+        top += rowHeight > 0 ? rowHeight + below : 0;
+        return row;
+    };
+    rows.ruler = take(rulerHeight(lineHeight), 0);
+    rows.flags = take(rows.laneHeight * rows.flagLanes, rowGap);
+    rows.thumbnails = take(thumbnails, rowGap);
+    rows.waveform = take(waveform, rowGap);
+    rows.trim = take(trimHeight(lineHeight), 0);
+    return rows;
+}
+
+QRectF TimelineScene::clipPartOf(const QRectF& row) const {
+    const double left = std::max(row.left(), scale.x(0));
+    const double right = std::min(row.right(), scale.x(scale.duration()));
+    return {left, row.top(), std::max(0.0, right - left), row.height()};
 }
 
 double TimelineScene::trimEnd() const {
@@ -40,7 +104,7 @@ QRectF TimelineScene::boxOf(const Flag& flag) const {
     else if (detail == FlagDetail::brief)
         width = flag.widths.brief;
     const double x = scale.x(flag.time);
-    // The selected flag says all that it can and turns around rather than being cut at the edge.
+    // The selected flag shows its full text and leans left instead of being cut at the edge.
     const bool isCut = flag.id == selectedMarker && x + width > scale.width();
     const bool leansLeft = flag.place.leansLeft || (isCut && x - width >= 0);
     const double left = leansLeft ? x - width : x;
@@ -94,7 +158,7 @@ TimelineHit TimelineScene::trimLaneAt(QPointF point) const {
         return {Kind::trimStart, {}};
     if (near(trimEndHandle()))
         return {Kind::trimEnd, {}};
-    // The one painted last lies on top; the selected one above all.
+    // The cut that is painted last is on top, the selected one above all.
     std::optional<TimelineHit> found;
     for (const CutZone& cut : cuts) {
         const QRectF box = boxOf(cut);

@@ -1,9 +1,8 @@
-// What a timeline shows at a moment, gathered for painting and for finding what is under the pointer.
+// The contents of the timeline and their layout, for painting and hit tests.
 #pragma once
 
 #include "session/RangeEdits.h"
 #include "ui/timeline/FlagRow.h"
-#include "ui/timeline/RowLayout.h"
 #include "ui/timeline/TimeScale.h"
 
 #include <optional>
@@ -14,7 +13,27 @@
 
 namespace pointloom {
 
-/// What the pointer is over.
+/// The timeline's rows from top to bottom. A folded row is empty.
+struct RowLayout {
+    QRectF ruler;
+    QRectF flags;
+    QRectF thumbnails;
+    QRectF waveform;
+    QRectF trim;
+    int flagLanes = 1;
+    double laneHeight = 0; // points
+
+    /// Thumbnails and waveform.
+    QRectF clip() const { return thumbnails.united(waveform); }
+};
+
+/// Divides the height among the rows. Ruler, one lane of flags and trims never fold: `smallestTimelineHeight`
+/// is theirs. Thumbnails fold first, then the waveform. `lineHeight` is that of a line of small text.
+RowLayout layOutRows(double width, double height, double lineHeight, bool hasSound);
+
+double smallestTimelineHeight(double lineHeight);
+
+/// What is under the pointer.
 struct TimelineHit {
     enum class Kind { nothing, time, marker, trimStart, trimEnd, cut, cutStart, cutEnd, trimLane };
 
@@ -25,29 +44,33 @@ struct TimelineHit {
 };
 
 struct TimelineScene {
-    static constexpr double handleWidth = 9; // points, outside of the range that the handle bounds
+    static constexpr double handleWidth = 9; // points, outside the range that the handle bounds
 
     TimeScale scale;
     RowLayout rows;
     FlagRow flags;
     double frameRate = 30;
-    double playhead = 0; // seconds
+    double aspectRatio = 16.0 / 9; // of the upright video
+    double playhead = 0;           // seconds
     std::optional<QUuid> selectedMarker;
-    std::optional<QUuid> movingMarker; // shown elsewhere while it is dragged
+    std::optional<QUuid> movingMarker; // being dragged: shown at another time
     TrimTimes trim;
     std::vector<CutZone> cuts;
     std::optional<QUuid> selectedCut;
     TimelineHit hover;
 
+    /// The part of a row that the clip takes.
+    QRectF clipPartOf(const QRectF& row) const;
+
     double trimEnd() const;
     QRectF trimStartHandle() const;
     QRectF trimEndHandle() const;
 
-    /// The place of a flag's box; a tick's is empty. The selected flag always has a box.
+    /// The box of a tick is empty. The selected flag is never a tick.
     QRectF boxOf(const Flag& flag) const;
     FlagDetail detailOf(const Flag& flag) const;
 
-    /// From its earlier to its later end, in the lane of the trims.
+    /// From the earlier to the later end of the cut, in the row of trims.
     QRectF boxOf(const CutZone& cut) const;
 
     TimelineHit hitAt(QPointF point) const;

@@ -2,7 +2,6 @@
 
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
-#include "ui/timeline/Snapping.h"
 #include "ui/timeline/TimelineCanvas.h"
 
 #include <algorithm>
@@ -33,7 +32,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     , m_fit(addButton(QStringLiteral("fit"), &TimelineView::zoomToFit)) {
     setProperty("background", QStringLiteral("surface"));
     setAttribute(Qt::WA_StyledBackground);
-    auto* controls = new QHBoxLayout; // its column takes it
+    auto* controls = new QHBoxLayout; // owned by the column below
     controls->setContentsMargins(Space::s, 2, Space::s, 2);
     controls->setSpacing(2);
     for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut})

@@ -1,4 +1,4 @@
-// The clip's whole length with its markers, trims and cuts, and the controls to move about in it.
+// The timeline: the clip's whole length with its markers, trims and cuts, and controls to trim and zoom.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -14,7 +14,7 @@ namespace pointloom {
 
 class TimelineCanvas;
 
-/// The playhead is `AppState::currentTime`; the timeline asks for another one by `seekRequested`.
+/// Shows the playhead at `AppState::currentTime` and requests others by `seekRequested`.
 class TimelineView : public QWidget {
     Q_OBJECT
 
@@ -24,11 +24,11 @@ public:
 
     TimelineCanvas& canvas() { return *m_canvas; }
 
-    /// A trim that would leave nothing gives up its other end.
+    /// A trim that would leave nothing resets its other end.
     void trimStartAtPlayhead();
     void trimEndAtPlayhead();
 
-    /// From the playhead on over a tenth of what is visible, selected.
+    /// Adds and selects a cut from the playhead over a tenth of the visible part.
     void addCutAtPlayhead();
 
     /// Removes the selected cut, or else the selected marker.

@@ -1,30 +1,57 @@
 // The loudness of a clip's sound, read in the background from its start to its end.
 #pragma once
 
-#include "ui/timeline/IdleWorker.h"
-#include "ui/timeline/WaveformPyramid.h"
+#include "ui/common/BackgroundTask.h"
 
-#include <optional>
+#include <array>
+#include <cstdint>
 #include <QByteArray>
 #include <QObject>
+#include <span>
+#include <vector>
 
 namespace pointloom {
 
-/// Belongs to the main thread. A file without sound, or one that cannot be read, has no peaks.
+/// Peaks from 0, silence, to 255, full level. Each level above the first has one peak for several of the
+/// level below, so that a question about any range is answered fast. Two hours take about two megabytes.
+class WaveformPyramid {
+public:
+    static constexpr int peaksPerSecond = 210; // divides the sample rate
+
+    void append(std::span<const std::uint8_t> peaks);
+    void clear();
+
+    std::size_t size() const { return m_levels[0].size(); }
+
+    /// The loudest peak of all.
+    std::uint8_t loudest() const { return m_loudest; }
+
+    /// The loudest peak between two times in seconds; 0 when there is none.
+    std::uint8_t loudest(double from, double to) const;
+
+private:
+    static constexpr std::size_t childrenOfPeak = 8;
+    static constexpr std::size_t levelCount = 6;
+
+    std::array<std::vector<std::uint8_t>, levelCount> m_levels;
+    std::uint8_t m_loudest = 0;
+};
+
+/// Used on the main thread. A file without sound, or one that cannot be read, has no peaks.
 class WaveformStore : public QObject {
     Q_OBJECT
 
 public:
-    /// Keeps what it makes below `cacheRoot`.
-    explicit WaveformStore(const QString& cacheRoot, QThread::Priority priority = QThread::IdlePriority);
+    /// Peaks are cached on disk below `cacheRoot`.
+    explicit WaveformStore(const QString& cacheRoot);
 
-    /// Forgets the clip before. Returns at once; what has been read is shown as it grows.
+    /// Replaces the clip. Returns at once; peaks are added while they are read.
     void open(const QString& path);
     void close();
 
     const WaveformPyramid& peaks() const { return m_peaks; }
 
-    /// False once it is known that there is nothing to hear.
+    /// False once the clip is known to have no sound.
     bool hasSound() const { return m_hasSound; }
 
 Q_SIGNALS:
@@ -35,10 +62,9 @@ private:
     void finish();
 
     QString m_cacheRoot;
-    QThread::Priority m_priority;
     WaveformPyramid m_peaks;
     bool m_hasSound = true;
-    std::optional<IdleWorker> m_worker;
+    BackgroundWorker m_worker;
 };
 
 }

@@ -1,4 +1,4 @@
-// The scoreboard of the match being entered, over a court out of focus.
+// The scoreboard of the match being entered, on a blurred court.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -11,13 +11,17 @@ namespace pointloom {
 
 class ScoreboardView;
 
+/// The background of a scoreboard where there is no video: a blurred court of the sport. `size` in points,
+/// with `devicePixelRatio` pixels to a point.
+QPixmap courtGround(SportID sport, QSizeF size, double devicePixelRatio);
+
 class BoardPanel final : public QWidget {
     Q_OBJECT
 
 public:
     BoardPanel(const UiContext& context, QWidget* parent);
 
-    /// Sides without a name go by "Team 1" and "Team 2".
+    /// Sides without a name are shown as "Team 1" and "Team 2".
     void showMatch(const MatchConfig& match, const QImage& logo);
 
 protected:
@@ -27,7 +31,7 @@ private:
     UiContext m_context;
     SportID m_sport = SportID::tennis;
     ScoreboardView* m_board;
-    QPixmap m_ground; // kept until size or sport change
+    QPixmap m_ground; // drawn again when size or sport change
     SportID m_groundSport = SportID::tennis;
 };
 

@@ -1,4 +1,4 @@
-// A large dashed field that takes a dropped file or opens a dialog when clicked.
+// A large dashed field to drop a file on or to click for a dialog.
 #pragma once
 
 #include <QAbstractButton>
@@ -7,7 +7,7 @@ class QMimeData;
 
 namespace pointloom {
 
-/// The file that a drag brings, if it brings one of this machine.
+/// The first local file of a drag; empty when it has none.
 QString droppedFile(const QMimeData* data);
 
 class DropTarget final : public QAbstractButton {
@@ -16,7 +16,7 @@ class DropTarget final : public QAbstractButton {
 public:
     explicit DropTarget(QWidget* parent);
 
-    /// What to do, in large letters, and how else, below. An error takes the place of the format line.
+    /// `invitation` is shown large, the others below it. An error replaces `formats`.
     void setTexts(const QString& invitation, const QString& alternative, const QString& formats);
     void setError(const QString& message); // empty for none
     void setBusy(const QString& message);  // empty for none

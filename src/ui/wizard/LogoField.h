@@ -1,4 +1,4 @@
-// Chooses the picture that the scoreboard carries, and shows it.
+// The field for the logo on the scoreboard: shows, chooses and removes it.
 #pragma once
 
 #include "ui/common/BackgroundTask.h"
@@ -21,17 +21,17 @@ class LogoField final : public QFrame {
 public:
     LogoField(const UiContext& context, QWidget* parent);
 
-    /// Shows the logo of a match; its picture is read on a worker thread.
+    /// Shows a logo, which is read in the background.
     void setLogo(const std::optional<QUrl>& url);
 
     const std::optional<QUrl>& logo() const { return m_url; }
 
-    /// Null while it is read, and when there is none.
+    /// Null while it is read and when there is none.
     const QImage& picture() const { return m_picture; }
 
 Q_SIGNALS:
-    void logoPicked();     // or removed, by the person
-    void pictureChanged(); // for whoever draws it
+    void logoPicked(); // or removed, by the user
+    void pictureChanged();
 
 private:
     void choose();
@@ -43,7 +43,7 @@ private:
 
     UiContext m_context;
     std::optional<QUrl> m_url;
-    QString m_unreadable; // name of the file that could not be read, if the last one could not
+    QString m_unreadable; // name of the chosen file when it could not be read
     QImage m_picture;
     QLabel* m_preview;
     QLabel* m_title;

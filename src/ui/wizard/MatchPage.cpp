@@ -4,17 +4,59 @@
 #include "ui/style/Tokens.h"
 #include "ui/wizard/BoardPanel.h"
 #include "ui/wizard/LogoField.h"
-#include "ui/wizard/PageColumn.h"
-#include "ui/wizard/PageHeader.h"
-#include "ui/wizard/SegmentedControl.h"
 
 #include <algorithm>
+#include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace pointloom {
+
+/// Choices side by side, exactly one of them made. Tab stops once; the arrow keys move the choice.
+class SegmentedControl final : public QWidget {
+public:
+    explicit SegmentedControl(QWidget* parent)
+        : QWidget(parent)
+        , m_group(new QButtonGroup(this))
+        , m_row(new QHBoxLayout(this)) {
+        m_row->setContentsMargins(0, 0, 0, 0);
+        m_row->setSpacing(Space::xs);
+        m_row->addStretch(1);
+    }
+
+    /// Replaces the choices, which are identified by their values.
+    void setValues(const std::vector<int>& values) {
+        for (QAbstractButton* button : m_group->buttons())
+            delete button;
+        for (std::size_t index = 0; index < values.size(); ++index) {
+            QPushButton* button = Controls::button(Controls::ButtonKind::normal, this);
+            button->setCheckable(true);
+            m_group->addButton(button, values[index]);
+            m_row->insertWidget(static_cast<int>(index), button);
+        }
+    }
+
+    void setText(int value, const QString& text) {
+        if (QAbstractButton* button = m_group->button(value))
+            button->setText(text);
+    }
+
+    int value() const { return m_group->checkedId(); }
+
+    /// Emits nothing.
+    void setValue(int value) {
+        const QSignalBlocker quiet(m_group);
+        if (QAbstractButton* button = m_group->button(value))
+            button->setChecked(true);
+    }
+
+    QButtonGroup& group() { return *m_group; }
+
+private:
+    QButtonGroup* m_group;
+    QHBoxLayout* m_row;
+};
 
 namespace {
 
@@ -33,7 +75,7 @@ QWidget* labelled(QLabel* label, QWidget* control, QWidget* parent) {
     return box;
 }
 
-// The table words matches of up to five sets; longer ones go by the same words.
+// The texts name up to five sets; other numbers are put in place of the 5.
 QString setsText(const UiContext& context, int count) {
     if (count == 1)
         return context.text(L10nKey::oneSet);
@@ -45,22 +87,22 @@ QString setsText(const UiContext& context, int count) {
 }
 
 MatchPage::MatchPage(const UiContext& context, WizardFlow& flow, QWidget* parent)
-    : WizardPage(parent)
-    , m_context(context)
-    , m_flow(flow)
+    : WizardPage(context, flow, L10nKey::matchConfig, L10nKey::matchConfigSubtitle, parent)
     , m_board(new BoardPanel(context, this)) {
-    QVBoxLayout* column = pageColumn(this);
-    column->setSpacing(Space::m);
-    column->addWidget(new PageHeader(context, L10nKey::matchConfig, L10nKey::matchConfigSubtitle, this));
-    addBesideScrollBar(column, m_board);
-    column->addWidget(scrollAround(makeForm(), this), 1);
+    m_column->setSpacing(Space::m);
+    addUnscrolled(m_board);
+    addScrolled(makeForm());
 
     for (TeamForm* team : {m_team1, m_team2}) {
         connect(team, &TeamForm::edited, this, &MatchPage::writeDraft);
         connect(team, &TeamForm::submitted, this, &MatchPage::submit);
     }
-    connect(m_format, &SegmentedControl::valuePicked, this, &MatchPage::writeDraft);
-    connect(m_sets, &SegmentedControl::valuePicked, this, &MatchPage::writeDraft);
+    for (SegmentedControl* choice : {m_format, m_sets}) {
+        connect(&choice->group(), &QButtonGroup::idToggled, this, [this](int, bool isChosen) {
+            if (isChosen)
+                writeDraft();
+        });
+    }
     connect(m_logo, &LogoField::logoPicked, this, &MatchPage::writeDraft);
     connect(m_logo, &LogoField::pictureChanged, this, &MatchPage::showBoard);
     connect(&m_flow, &WizardFlow::draftReplaced, this, &MatchPage::readDraft);
@@ -69,7 +111,7 @@ MatchPage::MatchPage(const UiContext& context, WizardFlow& flow, QWidget* parent
     m_bindings.watch(m_context.state.language, [this] { showTexts(); });
 }
 
-// Made in the order in which Tab walks through it.
+// Controls are created in the order of Tab.
 QWidget* MatchPage::makeForm() {
     auto* form = new QWidget;
     QWidget* choices = makeChoices(form);
@@ -77,7 +119,7 @@ QWidget* MatchPage::makeForm() {
     m_team2 = new TeamForm(m_context, Side::second, form);
     m_logo = new LogoField(m_context, form);
     auto* lines = new QVBoxLayout(form);
-    lines->setContentsMargins(cardRingRoom, 0, cardRingRoom, Space::l);
+    lines->setContentsMargins(cardMargin, 0, cardMargin, Space::l);
     lines->setSpacing(Space::m);
     lines->addWidget(choices);
     auto* teams = new QHBoxLayout;
@@ -123,7 +165,7 @@ void MatchPage::readDraft() {
     Q_EMIT obstacleChanged();
 }
 
-// A document may hold a count that its sport does not offer: it is offered too, so that it stays.
+// A document may have a number of sets that its sport does not offer: it is offered too, so that it is kept.
 void MatchPage::offerSets(const MatchConfig& match) {
     std::vector<int> offered;
     for (const std::int64_t count : numberOfSetsOptions(match.sport))
@@ -165,7 +207,7 @@ void MatchPage::showTexts() {
     m_sets->setAccessibleName(m_setsLabel->text());
     for (const int count : m_offeredSets)
         m_sets->setText(count, setsText(m_context, count));
-    showBoard(); // which names nameless sides
+    showBoard(); // with names for sides that have none
 }
 
 QString MatchPage::obstacle() const {

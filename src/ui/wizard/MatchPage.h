@@ -1,8 +1,7 @@
-// The third screen of the setup: who plays, in which format, over how many sets, under which logo.
+// The third screen of the wizard: names, flags, format, number of sets and logo.
 #pragma once
 
 #include "ui/wizard/TeamForm.h"
-#include "ui/wizard/WizardFlow.h"
 #include "ui/wizard/WizardPage.h"
 
 namespace pointloom {
@@ -34,8 +33,6 @@ private:
     void showTexts();
     void submit();
 
-    UiContext m_context;
-    WizardFlow& m_flow;
     BoardPanel* m_board;
     QWidget* m_formatBox = nullptr;
     QLabel* m_formatLabel = nullptr;
@@ -46,7 +43,6 @@ private:
     TeamForm* m_team1 = nullptr;
     TeamForm* m_team2 = nullptr;
     LogoField* m_logo = nullptr;
-    Bindings m_bindings;
 };
 
 }

@@ -1,17 +1,136 @@
 #include "ui/wizard/PickerGrid.h"
 
-#include "ui/style/Tokens.h"
+#include "ui/style/Icons.h"
+#include "ui/style/Theme.h"
+#include "ui/wizard/WizardPage.h"
 
 #include <algorithm>
+#include <QFontMetricsF>
 #include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
 #include <utility>
 
 namespace pointloom {
 
 namespace {
 
-constexpr int gap = Space::s; // the cards keep room for the ring of focus themselves
+constexpr int cardGap = Space::s; // beside the margins of the cards
+constexpr double ringWidth = 2;
+constexpr double ringGap = cardMargin - ringWidth; // between the card and its focus ring
 
+}
+
+PickerCard::PickerCard(QWidget* parent)
+    : QAbstractButton(parent) {
+    setCheckable(true);
+    setAutoExclusive(false); // left to the grid
+    setCursor(Qt::PointingHandCursor);
+    setAttribute(Qt::WA_Hover);
+    connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void PickerCard::setTexts(const QString& name, const QString& description) {
+    setText(name);
+    m_description = description;
+    setAccessibleName(name);
+    setAccessibleDescription(description);
+    update();
+}
+
+int PickerCard::heightForWidth(int width) const {
+    const double picture = (width - 2 * cardMargin) * pictureShape();
+    const double texts =
+        QFontMetricsF(strongFont(font())).height() + QFontMetricsF(quietFont(font())).height();
+    return static_cast<int>(2 * cardMargin + picture + Space::s + texts + Space::m);
+}
+
+void PickerCard::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
+        Q_EMIT chosen();
+    } else {
+        QAbstractButton::keyPressEvent(event);
+    }
+}
+
+// Not passed on: the second release would click again.
+void PickerCard::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT chosen();
+}
+
+void PickerCard::enterEvent(QEnterEvent* event) {
+    QAbstractButton::enterEvent(event);
+    update();
+}
+
+void PickerCard::leaveEvent(QEvent* event) {
+    QAbstractButton::leaveEvent(event);
+    update();
+}
+
+void PickerCard::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const ColorTokens& colors = tokens();
+    const QRectF card = cardArea();
+    QPainterPath outline;
+    outline.addRoundedRect(card, Radius::card, Radius::card);
+    painter.fillPath(outline, underMouse() || isDown() ? colors.raised : colors.surface);
+
+    const QRectF picture(card.topLeft(), QSizeF(card.width(), card.width() * pictureShape()));
+    painter.save();
+    painter.setClipPath(outline);
+    painter.setClipRect(picture, Qt::IntersectClip);
+    paintPicture(painter, picture);
+    painter.restore();
+    paintTexts(painter,
+               QRectF(picture.bottomLeft(), card.bottomRight()).adjusted(Space::m, Space::s, -Space::m, 0));
+
+    const double line = isChecked() ? ringWidth : 1;
+    painter.setPen(QPen(isChecked() ? colors.accent : colors.line, line));
+    painter.drawRoundedRect(card.adjusted(line / 2, line / 2, -line / 2, -line / 2), Radius::card - line / 2,
+                            Radius::card - line / 2);
+    if (isChecked())
+        paintCheckMark(painter, card.topRight());
+    if (hasFocus()) {
+        constexpr double half = ringWidth / 2;
+        painter.setPen(QPen(colors.accent, ringWidth));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half), Radius::card + ringGap,
+                                Radius::card + ringGap);
+    }
+}
+
+QRectF PickerCard::cardArea() const {
+    return QRectF(rect()).adjusted(cardMargin, cardMargin, -cardMargin, -cardMargin);
+}
+
+void PickerCard::paintTexts(QPainter& painter, const QRectF& area) {
+    const auto paintLine = [&](const QFont& font, const QColor& color, const QString& text, double top) {
+        const QFontMetricsF metrics(font);
+        painter.setFont(font);
+        painter.setPen(color);
+        painter.drawText(QRectF(area.left(), top, area.width(), metrics.height()),
+                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                         metrics.elidedText(text, Qt::ElideRight, area.width()));
+        return top + metrics.height();
+    };
+    const double below = paintLine(strongFont(font()), tokens().text, text(), area.top());
+    paintLine(quietFont(font()), tokens().quietText, m_description, below);
+}
+
+void PickerCard::paintCheckMark(QPainter& painter, QPointF corner) {
+    constexpr double diameter = 24;
+    constexpr int iconSize = 16;
+    const QRectF disc(corner + QPointF(-diameter - Space::s, Space::s), QSizeF(diameter, diameter));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tokens().accent);
+    painter.drawEllipse(disc);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPixmap(
+        disc.center() - QPointF(iconSize, iconSize) / 2,
+        Icons::pixmap(QStringLiteral("check"), iconSize, tokens().onAccent, devicePixelRatioF()));
 }
 
 PickerGrid::PickerGrid(Columns columns, QWidget* parent)
@@ -112,19 +231,20 @@ void PickerGrid::resizeEvent(QResizeEvent*) {
 }
 
 int PickerGrid::columnCount() const {
-    return std::clamp((width() + gap) / (m_columns.narrowest + gap), m_columns.fewest, m_columns.most);
+    return std::clamp((width() + cardGap) / (m_columns.narrowest + cardGap), m_columns.fewest,
+                      m_columns.most);
 }
 
 void PickerGrid::arrange() {
     if (m_cards.empty() || width() <= 0)
         return;
     const int columns = columnCount();
-    const int cardWidth = (width() - (columns - 1) * gap) / columns;
+    const int cardWidth = (width() - (columns - 1) * cardGap) / columns;
     const int cardHeight = m_cards.front()->heightForWidth(cardWidth);
     int bottom = 0;
     for (int index = 0; index < static_cast<int>(m_cards.size()); ++index) {
-        const QRect place((index % columns) * (cardWidth + gap), (index / columns) * (cardHeight + gap),
-                          cardWidth, cardHeight);
+        const QRect place((index % columns) * (cardWidth + cardGap),
+                          (index / columns) * (cardHeight + cardGap), cardWidth, cardHeight);
         m_cards[static_cast<std::size_t>(index)]->setGeometry(place);
         bottom = place.bottom() + 1;
     }

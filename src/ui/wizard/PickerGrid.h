@@ -1,13 +1,48 @@
-// Cards in rows of equal width, one of them picked. One stop for Tab; the arrow keys move among the cards.
+// A grid of cards, one of which is picked.
 #pragma once
 
-#include "ui/wizard/PickerCard.h"
-
-#include <QWidget>
+#include <QAbstractButton>
 #include <vector>
 
 namespace pointloom {
 
+/// A picture above a name and a line of description.
+class PickerCard : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    explicit PickerCard(QWidget* parent);
+
+    void setTexts(const QString& name, const QString& description);
+
+    int heightForWidth(int width) const override;
+
+Q_SIGNALS:
+    void chosen(); // Enter or a double click
+
+protected:
+    /// Height of the picture divided by its width.
+    virtual double pictureShape() const = 0;
+    /// Paints the picture, clipped to `area`.
+    virtual void paintPicture(QPainter& painter, const QRectF& area) = 0;
+
+    /// A picked card stays picked when it is clicked again.
+    void nextCheckState() override { setChecked(true); }
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    QRectF cardArea() const;
+    void paintTexts(QPainter& painter, const QRectF& area);
+    void paintCheckMark(QPainter& painter, QPointF corner);
+
+    QString m_description;
+};
+
+/// Rows of cards of equal width. Tab stops once; the arrow keys move between the cards.
 class PickerGrid : public QWidget {
     Q_OBJECT
 
@@ -21,10 +56,10 @@ public:
 
     PickerGrid(Columns columns, QWidget* parent);
 
-    /// Takes over the cards, in place of those it had; deletes them in time.
+    /// Takes ownership of the cards and deletes those before.
     void setCards(const std::vector<PickerCard*>& cards);
 
-    /// Shows which card is picked; -1 for none.
+    /// -1 for none.
     void setPicked(int index);
 
     /// Moves the focus to the picked card, else to the first.

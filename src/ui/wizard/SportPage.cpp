@@ -1,16 +1,12 @@
 #include "ui/wizard/SportPage.h"
 
 #include "l10n/Format.h"
-#include "ui/wizard/PageColumn.h"
-#include "ui/wizard/PageHeader.h"
-#include "ui/wizard/SportName.h"
 
 #include <QPainter>
 #include <QScrollArea>
 #include <QSvgRenderer>
-#include <QVBoxLayout>
 
-// In a static library nothing registers them by itself. The macro wants the global namespace.
+// Resources of a static library are not registered by themselves. The macro must be in the global namespace.
 static void registerSportPictures() {
     Q_INIT_RESOURCE(sports);
 }
@@ -43,20 +39,14 @@ SportID sportAt(int index) {
 }
 
 SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent)
-    : WizardPage(parent)
-    , m_context(context)
-    , m_flow(flow)
+    : WizardPage(context, flow, L10nKey::chooseSport, L10nKey::chooseSportSubtitle, parent)
     , m_grid(new PickerGrid({.narrowest = 160, .fewest = 2, .most = 4}, this)) {
     registerSportPictures();
     for (const auto& [sport, name] : RawValues<SportID>::table)
         m_cards.push_back(new SportCard(sport, m_grid));
     m_grid->setCards(m_cards);
 
-    QVBoxLayout* column = pageColumn(this);
-    column->addWidget(new PageHeader(context, L10nKey::chooseSport, L10nKey::chooseSportSubtitle, this));
-    QScrollArea* scroll = scrollAround(m_grid, this);
-    column->addWidget(scroll, 1);
-
+    QScrollArea* scroll = addScrolled(m_grid);
     connect(m_grid, &PickerGrid::picked, this, &SportPage::pick);
     connect(m_grid, &PickerGrid::chosen, this, [this](int index) {
         if (m_context.state.selectedSport == sportAt(index))
@@ -69,7 +59,7 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
         for (int index = 0; index < static_cast<int>(m_cards.size()); ++index) {
             const auto count = static_cast<qint64>(filteredTemplates(sportAt(index)).size());
             m_cards[static_cast<std::size_t>(index)]->setTexts(
-                sportName(sportAt(index), m_context.state.language),
+                m_context.text(sportName(sportAt(index))),
                 format(m_context.text(L10nKey::templatesCount), count));
         }
     });
@@ -77,7 +67,7 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
 
 void SportPage::pick(int index) {
     m_flow.pickSport(sportAt(index), this);
-    showPicked(); // also when the user kept the old one: the click has checked the card
+    showPicked(); // also when the sport stays: the click has checked another card
 }
 
 void SportPage::showPicked() {

@@ -1,8 +1,7 @@
-// The first screen of the setup: which sport was recorded.
+// The first screen of the wizard: the sport.
 #pragma once
 
 #include "ui/wizard/PickerGrid.h"
-#include "ui/wizard/WizardFlow.h"
 #include "ui/wizard/WizardPage.h"
 
 namespace pointloom {
@@ -13,7 +12,6 @@ class SportPage final : public WizardPage {
 public:
     SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent);
 
-    QString obstacle() const override { return {}; }
     bool confirm() override;
     void takeFocus() override;
 
@@ -21,11 +19,8 @@ private:
     void pick(int index);
     void showPicked();
 
-    UiContext m_context;
-    WizardFlow& m_flow;
     PickerGrid* m_grid;
     std::vector<PickerCard*> m_cards; // in the order of the sports
-    Bindings m_bindings;
 };
 
 }

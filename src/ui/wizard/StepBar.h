@@ -1,17 +1,39 @@
-// The four steps of the setup, which of them are done, and the language of the interface.
+// The bar of the wizard's steps, with a menu of languages.
 #pragma once
 
 #include "ui/style/Bindings.h"
 #include "ui/wizard/WizardFlow.h"
 
-#include <QWidget>
+#include <QAbstractButton>
 #include <vector>
 
 class QToolButton;
 
 namespace pointloom {
 
-class StepButton;
+/// One step: its number in a circle, or a check mark, and its name.
+class StepButton final : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    enum class Mark { upcoming, current, done };
+
+    StepButton(int number, QWidget* parent);
+
+    /// Steps that are reachable and not current can be pressed.
+    void setMark(Mark mark, bool isReachable);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    int m_number;
+    Mark m_mark = Mark::upcoming;
+};
 
 class StepBar final : public QWidget {
     Q_OBJECT
@@ -19,7 +41,7 @@ class StepBar final : public QWidget {
 public:
     StepBar(const UiContext& context, WizardFlow& flow, QWidget* parent);
 
-    /// Marks the steps anew; the frame calls it when something has been done.
+    /// Updates the marks. Called when a step was done or undone.
     void showProgress();
 
 Q_SIGNALS:

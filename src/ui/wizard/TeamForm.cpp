@@ -2,17 +2,42 @@
 
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
-#include "ui/wizard/FlagField.h"
 
 #include <QHBoxLayout>
-#include <QLineEdit>
+#include <QLabel>
+#include <QValidator>
 #include <QVBoxLayout>
 
 namespace pointloom {
 
 namespace {
 
-constexpr int longestName = 60; // characters; more would not fit any scoreboard
+constexpr qsizetype codeLength = 2;
+constexpr int flagSpace = 34; // points, at the end of the field
+
+// Corrects instead of refusing: keeps the first letters of any input, in capitals.
+class CountryCode final : public QValidator {
+public:
+    using QValidator::QValidator;
+
+    State validate(QString& text, int& cursor) const override {
+        QString letters;
+        for (const QChar character : std::as_const(text)) {
+            const QChar upper = character.toUpper();
+            if (upper >= u'A' && upper <= u'Z' && letters.size() < codeLength)
+                letters += upper;
+        }
+        text = letters;
+        cursor = std::min(cursor, static_cast<int>(text.size()));
+        return Acceptable;
+    }
+};
+
+QString flagOf(const QString& code) {
+    return TeamConfig{{}, {}, code, {}}.flagDisplayName(MatchFormat::singles).trimmed();
+}
+
+constexpr int longestName = 60; // characters; more fit no scoreboard
 
 struct Examples {
     L10nKey player1;
@@ -28,12 +53,33 @@ std::optional<QString> textOf(const QLineEdit* field) {
     return field->text().isEmpty() ? std::nullopt : std::optional(field->text());
 }
 
-// Leaves the cursor alone where nothing changes.
+// Keeps the cursor where the text is the same.
 void setText(QLineEdit* field, const QString& text) {
     if (field->text() != text)
         field->setText(text);
 }
 
+}
+
+FlagField::FlagField(QWidget* parent)
+    : QLineEdit(parent)
+    , m_flag(new QLabel(this)) {
+    constexpr int fieldWidth = 92;
+    setValidator(new CountryCode(this));
+    setTextMargins(0, 0, flagSpace - Space::s, 0);
+    setFixedWidth(fieldWidth);
+    QFont flagFont = font();
+    flagFont.setPointSizeF(flagFont.pointSizeF() * TypeScale::section);
+    m_flag->setFont(flagFont);
+    m_flag->setAlignment(Qt::AlignCenter);
+    m_flag->setAttribute(Qt::WA_TransparentForMouseEvents);
+    connect(this, &QLineEdit::textChanged, m_flag,
+            [this](const QString& code) { m_flag->setText(flagOf(code)); });
+}
+
+void FlagField::resizeEvent(QResizeEvent* event) {
+    QLineEdit::resizeEvent(event);
+    m_flag->setGeometry(width() - flagSpace, 0, flagSpace, height());
 }
 
 TeamForm::TeamForm(const UiContext& context, Side side, QWidget* parent)

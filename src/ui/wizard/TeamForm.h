@@ -1,4 +1,4 @@
-// One side of the match: names and flags of one player or two.
+// The form of one side of a match: names and flags of one player or two.
 #pragma once
 
 #include "model/MatchConfig.h"
@@ -6,14 +6,26 @@
 #include "ui/style/Bindings.h"
 
 #include <QFrame>
+#include <QLineEdit>
 
 class QLabel;
-class QLineEdit;
 class QVBoxLayout;
 
 namespace pointloom {
 
-class FlagField;
+/// Takes the two letters of a country (ISO 3166-1) and shows its flag while they are typed.
+class FlagField final : public QLineEdit {
+    Q_OBJECT
+
+public:
+    explicit FlagField(QWidget* parent);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QLabel* m_flag;
+};
 
 class TeamForm final : public QFrame {
     Q_OBJECT
@@ -25,7 +37,7 @@ public:
     TeamConfig team() const;
     void setFormat(MatchFormat format);
 
-    /// The first name that is still missing.
+    /// The first name that is missing; null when none is.
     QLineEdit* firstEmptyName() const;
     QLineEdit* firstName() const { return m_players[0].name; }
 

@@ -1,27 +1,79 @@
 #include "ui/wizard/TemplatePage.h"
 
-#include "ui/wizard/PageColumn.h"
-#include "ui/wizard/PageHeader.h"
-#include "ui/wizard/TemplateCard.h"
+#include "render/ScoreboardImage.h"
+#include "render/ScoreboardTemplate.h"
+#include "ui/common/ScoreboardView.h"
+#include "ui/style/Tokens.h"
+#include "ui/wizard/BoardPanel.h"
 
 #include <algorithm>
+#include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QVBoxLayout>
 
 namespace pointloom {
 
-TemplatePage::TemplatePage(const UiContext& context, WizardFlow& flow, QWidget* parent)
-    : WizardPage(parent)
-    , m_context(context)
-    , m_flow(flow)
-    , m_grid(new PickerGrid({.narrowest = 480, .fewest = 2, .most = 3}, this)) {
-    QVBoxLayout* column = pageColumn(this);
-    column->addWidget(
-        new PageHeader(context, L10nKey::chooseTemplate, L10nKey::chooseTemplateSubtitle, this));
-    m_scroll = scrollAround(m_grid, this);
-    column->addWidget(m_scroll, 1);
+namespace {
 
+constexpr double largestCardScale = 2; // of the scoreboard's own size
+
+// Names, flags, and enough sets for a tie-break.
+MatchConfig exampleMatch(SportID sport) {
+    MatchConfig match;
+    match.sport = sport;
+    match.team1 = {QStringLiteral("Dravnik"), {}, QStringLiteral("FR"), {}};
+    match.team2 = {QStringLiteral("Solvane"), {}, QStringLiteral("SE"), {}};
+    match.numberOfSets = 3;
+    return match;
+}
+
+class TemplateCard final : public PickerCard {
+public:
+    TemplateCard(TemplateID templateID, SportID sport, QWidget* parent)
+        : PickerCard(parent)
+        , m_templateID(templateID)
+        , m_sport(sport) {}
+
+protected:
+    double pictureShape() const override { return 0.46; }
+
+    void paintPicture(QPainter& painter, const QRectF& area) override {
+        if (m_pictureSize != area.size() || m_picture.devicePixelRatio() != devicePixelRatioF()) {
+            m_picture = drawPicture(area.size());
+            m_pictureSize = area.size();
+        }
+        painter.drawPixmap(area.topLeft(), m_picture);
+    }
+
+private:
+    QPixmap drawPicture(QSizeF size) const {
+        const MatchConfig match = exampleMatch(m_sport);
+        const QSizeF natural =
+            scoreboardImageSize(TemplateRegistry::templateFor(m_templateID), match.numberOfSets, match);
+        const double scale = std::min({largestCardScale, (size.width() - Space::s) / natural.width(),
+                                       (size.height() - Space::s) / natural.height()});
+        QPixmap picture = courtGround(m_sport, size, devicePixelRatioF());
+        QImage board = renderScoreboardImage(m_templateID, exampleScore(m_sport, match.numberOfSets), match,
+                                             {}, scale * devicePixelRatioF());
+        board.setDevicePixelRatio(devicePixelRatioF());
+        const QSizeF shown = board.deviceIndependentSize();
+        QPainter(&picture).drawImage(
+            QPointF((size.width() - shown.width()) / 2, (size.height() - shown.height()) / 2), board);
+        return picture;
+    }
+
+    TemplateID m_templateID;
+    SportID m_sport;
+    QPixmap m_picture; // drawn again when the size changes
+    QSizeF m_pictureSize;
+};
+
+}
+
+TemplatePage::TemplatePage(const UiContext& context, WizardFlow& flow, QWidget* parent)
+    : WizardPage(context, flow, L10nKey::chooseTemplate, L10nKey::chooseTemplateSubtitle, parent)
+    , m_grid(new PickerGrid({.narrowest = 480, .fewest = 2, .most = 3}, this)) {
+    m_scroll = addScrolled(m_grid);
     connect(m_grid, &PickerGrid::picked, this,
             [this](int index) { m_flow.pickTemplate(m_templates[static_cast<std::size_t>(index)]); });
     connect(m_grid, &PickerGrid::chosen, this, &WizardPage::continueRequested);

@@ -1,8 +1,7 @@
-// The second screen of the setup: which scoreboard, each shown as it will look.
+// The second screen of the wizard: the template, with a picture of each.
 #pragma once
 
 #include "ui/wizard/PickerGrid.h"
-#include "ui/wizard/WizardFlow.h"
 #include "ui/wizard/WizardPage.h"
 
 class QScrollArea;
@@ -24,13 +23,10 @@ private:
     void nameCards();
     void showPicked();
 
-    UiContext m_context;
-    WizardFlow& m_flow;
     PickerGrid* m_grid;
     QScrollArea* m_scroll;
-    std::vector<TemplateID> m_templates; // that fit the sport
+    std::vector<TemplateID> m_templates; // for the sport
     std::vector<PickerCard*> m_cards;    // one for each, owned by the grid
-    Bindings m_bindings;
 };
 
 }

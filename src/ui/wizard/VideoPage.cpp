@@ -6,8 +6,6 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 #include "ui/wizard/DropTarget.h"
-#include "ui/wizard/PageColumn.h"
-#include "ui/wizard/PageHeader.h"
 
 #include <QDragEnterEvent>
 #include <QFileInfo>
@@ -27,9 +25,7 @@ QString sizeText(const QString& path, Language language) {
 }
 
 VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent)
-    : WizardPage(parent)
-    , m_context(context)
-    , m_flow(flow)
+    : WizardPage(context, flow, L10nKey::importVideo, L10nKey::importVideoSubtitle, parent)
     , m_import(context)
     , m_states(new QStackedWidget(this))
     , m_target(new DropTarget(this)) {
@@ -37,10 +33,8 @@ VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent
     m_card = makeVideoCard();
     m_states->addWidget(m_target);
     m_states->addWidget(m_card);
-    QVBoxLayout* column = pageColumn(this);
-    column->addWidget(new PageHeader(context, L10nKey::importVideo, L10nKey::importVideoSubtitle, this));
-    addBesideScrollBar(column, m_states, 1);
-    column->addSpacing(Space::s);
+    addUnscrolled(m_states, 1);
+    m_column->addSpacing(Space::s);
 
     connect(m_target, &QAbstractButton::clicked, this, &VideoPage::browse);
     connect(m_change, &QPushButton::clicked, this, &VideoPage::browse);
@@ -113,7 +107,7 @@ void VideoPage::showVideo() {
     const auto& url = m_context.state.videoURL.value();
     m_states->setCurrentWidget(url ? m_card : m_target);
     if (url) {
-        constexpr double posterPlace = 0.1; // of the length: clips often begin with a hand before the lens
+        constexpr double posterPlace = 0.1; // of the length: the first frames often show nothing
         m_poster->showStill(url->toLocalFile(), m_context.state.videoDuration * posterPlace);
     } else {
         m_poster->clear();
@@ -153,7 +147,7 @@ QString VideoPage::obstacle() const {
 
 bool VideoPage::confirm() {
     m_flow.openEditor();
-    return false; // the editor takes over
+    return false; // the step is set already
 }
 
 void VideoPage::takeFocus() {

@@ -1,8 +1,7 @@
-// The last screen of the setup: the clip, by drop or from a dialog, and what it is.
+// The last screen of the wizard: the video, dropped or chosen in a dialog, and its properties.
 #pragma once
 
 #include "ui/common/VideoImport.h"
-#include "ui/wizard/WizardFlow.h"
 #include "ui/wizard/WizardPage.h"
 
 class QLabel;
@@ -38,8 +37,6 @@ private:
     void showTexts();
     void showError(const QString& message);
 
-    UiContext m_context;
-    WizardFlow& m_flow;
     VideoImport m_import;
     QString m_reading; // name of the file that is being read
     QStackedWidget* m_states;
@@ -50,7 +47,6 @@ private:
     QLabel* m_facts = nullptr;
     QLabel* m_error = nullptr;
     QPushButton* m_change = nullptr;
-    Bindings m_bindings;
 };
 
 }

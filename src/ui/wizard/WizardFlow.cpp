@@ -1,7 +1,6 @@
 #include "ui/wizard/WizardFlow.h"
 
 #include "l10n/Format.h"
-#include "ui/wizard/SportName.h"
 
 #include <algorithm>
 #include <QScopedValueRollback>
@@ -24,7 +23,7 @@ std::optional<QString> wholeFlag(const std::optional<QString>& code) {
     return code && code->size() == length ? code : std::nullopt;
 }
 
-// What the form keeps for a change of mind, such as the partners while singles are chosen, stays out.
+// Without what the form keeps in case the user changes the format back, such as partners in singles.
 TeamConfig confirmed(const TeamConfig& team, MatchFormat format) {
     TeamConfig result;
     result.player1 = team.player1.trimmed();
@@ -36,7 +35,7 @@ TeamConfig confirmed(const TeamConfig& team, MatchFormat format) {
     return result;
 }
 
-// The same match played in another sport: what the sport does not offer is brought to its default.
+// The match in another sport, with its defaults for what it does not offer.
 MatchConfig matchIn(SportID sport, MatchConfig match) {
     if (match.sport == sport)
         return match;
@@ -48,7 +47,7 @@ MatchConfig matchIn(SportID sport, MatchConfig match) {
     return match;
 }
 
-// A document may hold a format or a number of sets that no form offers.
+// A document may have a format or a number of sets that the form does not offer.
 MatchConfig withinLimits(MatchConfig match) {
     if (!supportsDoubles(match.sport))
         match.format = MatchFormat::singles;
@@ -56,6 +55,26 @@ MatchConfig withinLimits(MatchConfig match) {
     return match;
 }
 
+}
+
+L10nKey sportName(SportID sport) {
+    switch (sport) {
+    case SportID::tennis:
+        return L10nKey::sportTennis;
+    case SportID::padel:
+        return L10nKey::sportPadel;
+    case SportID::volleyball:
+        return L10nKey::sportVolleyball;
+    case SportID::badminton:
+        return L10nKey::sportBadminton;
+    case SportID::tableTennis:
+        return L10nKey::sportTableTennis;
+    case SportID::squash:
+        return L10nKey::sportSquash;
+    case SportID::pickleball:
+        return L10nKey::sportPickleball;
+    }
+    Q_UNREACHABLE();
 }
 
 MatchConfig emptyMatch(SportID sport) {
@@ -107,7 +126,7 @@ bool WizardFlow::pickSport(SportID sport, QWidget* window) {
         state.selectedMarkerID = std::nullopt;
         state.markers = std::vector<Marker>{};
         state.initialScore = std::nullopt;
-        m_context.undo.removeAllActions(); // they would bring such scores back
+        m_context.undo.removeAllActions(); // they would restore such scores
     }
     const auto fitting = filteredTemplates(sport);
     if (const auto chosen = state.selectedTemplate.value();
@@ -135,7 +154,7 @@ bool WizardFlow::losesScores(SportID sport) const {
 bool WizardFlow::confirmsLossOfScores(SportID sport, QWidget* window) const {
     return m_context.dialogs.confirm(
         window, m_context.text(L10nKey::wizardChangeSportTitle),
-        format(m_context.text(L10nKey::wizardChangeSportMessage), sportName(sport, m_context.state.language)),
+        format(m_context.text(L10nKey::wizardChangeSportMessage), m_context.text(sportName(sport))),
         m_context.text(L10nKey::wizardChangeSportConfirm), m_context.text(L10nKey::cancel));
 }
 

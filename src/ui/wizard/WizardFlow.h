@@ -1,4 +1,4 @@
-// What the setup does to the session, step by step, and the match as it stands in the form.
+// The operations of the wizard on the session, and the match that its form edits.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -12,10 +12,12 @@ namespace pointloom {
 /// The wizard's screens in their order.
 inline constexpr std::array wizardScreens{Screen::sport, Screen::scoreboard, Screen::match, Screen::video};
 
-/// The match of a sport that nothing is known of yet.
+L10nKey sportName(SportID sport);
+
+/// A match without names, with the defaults of the sport.
 MatchConfig emptyMatch(SportID sport);
 
-/// Both names are there, in doubles all four.
+/// True when both names are entered, in doubles all four.
 bool isComplete(const MatchConfig& match);
 
 class WizardFlow : public QObject {
@@ -24,25 +26,25 @@ class WizardFlow : public QObject {
 public:
     explicit WizardFlow(const UiContext& context, QObject* parent = nullptr);
 
-    /// Chooses the sport and saves. For another sport than before, a template that does not fit is removed
-    /// and the match is brought to the sport. Scores that cannot be counted in it are deleted after a
-    /// question over `window`; false when the user keeps them.
+    /// Sets the sport and saves. When it changes, a template that the sport does not have is removed, and the
+    /// match gets the sport's defaults where it needs them. Scores of another kind are deleted after a
+    /// question over `window`; false when the user declines, and then nothing changes.
     bool pickSport(SportID sport, QWidget* window);
 
     void pickTemplate(TemplateID templateID);
 
-    /// The match as entered so far; the session's own once it is confirmed.
+    /// The match as entered; `confirmMatch` copies it to the session.
     const MatchConfig& draft() const { return m_draft; }
     void setDraft(const MatchConfig& match) { m_draft = match; }
 
-    /// Replaces the draft by the session's match, or by an empty one. Called when the session was replaced,
-    /// which no field tells where all of them keep their values.
+    /// Replaces the draft by the session's match or an empty one. Called when the session was replaced: the
+    /// fields notify only when their values differ.
     void readSession();
 
-    /// Makes the draft the session's match and saves. The draft is complete.
+    /// Copies the draft, which is complete, to the session and saves.
     void confirmMatch();
 
-    /// Leaves the setup for the editor and saves.
+    /// Shows the editor and saves.
     void openEditor();
 
     /// True when the user has made the choice of the screen.
@@ -52,7 +54,7 @@ public:
     bool isReachable(Screen screen) const;
 
 Q_SIGNALS:
-    /// The session was replaced or begun anew: forms read the draft again.
+    /// The session was replaced or reset: forms read the draft again.
     void draftReplaced();
 
 private:

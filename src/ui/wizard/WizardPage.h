@@ -1,30 +1,50 @@
-// One screen of the setup, between the step bar and the footer.
+// One screen of the wizard, between the step bar and the footer.
 #pragma once
 
-#include <QString>
+#include "ui/wizard/WizardFlow.h"
+
 #include <QWidget>
+
+class QScrollArea;
+class QVBoxLayout;
 
 namespace pointloom {
 
+/// Kept free around every card for its focus ring; all that is above and below cards is indented by it.
+constexpr int cardMargin = 4; // points
+
+/// A column of limited width under a title and a subtitle.
 class WizardPage : public QWidget {
     Q_OBJECT
 
 public:
-    using QWidget::QWidget;
+    /// What is missing to continue, in the session's language; empty when nothing is.
+    virtual QString obstacle() const { return {}; }
 
-    /// Why the setup cannot go on, in the session's language; empty when it can.
-    virtual QString obstacle() const = 0;
-
-    /// Does what Continue means here; the frame moves on afterwards. False to stay.
+    /// Applies the screen before the next one is shown. False to stay.
     virtual bool confirm() = 0;
 
-    /// Where typing should go when the screen appears.
+    /// Moves the focus to the control to begin with.
     virtual void takeFocus() = 0;
 
 Q_SIGNALS:
     void obstacleChanged();
     void continueRequested(); // Enter on a choice
-    void completed();         // nothing is left to do here: Enter should go on
+    void completed();         // nothing is left to do: the focus should move to Continue
+
+protected:
+    WizardPage(const UiContext& context, WizardFlow& flow, L10nKey title, L10nKey subtitle, QWidget* parent);
+
+    /// Adds `content` in a scroll area, which takes the rest of the height.
+    QScrollArea* addScrolled(QWidget* content);
+
+    /// Adds a widget that does not scroll, as wide as those that do.
+    void addUnscrolled(QWidget* widget, int stretch = 0);
+
+    UiContext m_context;
+    WizardFlow& m_flow;
+    QVBoxLayout* m_column;
+    Bindings m_bindings;
 };
 
 }

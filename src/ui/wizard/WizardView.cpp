@@ -1,14 +1,16 @@
 #include "ui/wizard/WizardView.h"
 
+#include "l10n/Format.h"
 #include "ui/style/Controls.h"
-#include "ui/style/Tokens.h"
+#include "ui/style/Icons.h"
+#include "ui/style/Theme.h"
 #include "ui/wizard/MatchPage.h"
 #include "ui/wizard/SportPage.h"
 #include "ui/wizard/StepBar.h"
 #include "ui/wizard/TemplatePage.h"
-#include "ui/wizard/VideoNote.h"
 #include "ui/wizard/VideoPage.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -17,6 +19,52 @@
 namespace pointloom {
 
 namespace {
+
+// Names the video that was chosen before its screen is reached.
+class VideoNote final : public QWidget {
+public:
+    VideoNote(const UiContext& context, QWidget* parent)
+        : QWidget(parent)
+        , m_context(context)
+        , m_icon(new QLabel(this))
+        , m_words(new ElidedLabel(this)) {
+        Controls::setRole(m_words, Controls::TextRole::quiet);
+        m_words->setTextFormat(Qt::PlainText);
+        auto* row = new QHBoxLayout(this);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(Space::s);
+        row->addWidget(m_icon);
+        row->addWidget(m_words, 1);
+        tintIcon();
+        connect(&Theme::shared(), &Theme::changed, this, &VideoNote::tintIcon);
+        AppState& state = m_context.state;
+        m_bindings.watchAll([this] { showVideo(); }, state.videoURL, state.step, state.language);
+    }
+
+private:
+    void showVideo() {
+        const auto& url = m_context.state.videoURL.value();
+        const bool isShown = url && m_context.state.step < Screen::video;
+        m_words->setFullText(isShown ? format(m_context.text(L10nKey::videoChosen), url->fileName())
+                                     : QString());
+        const bool appears = isShown && isHidden();
+        setVisible(isShown);
+        if (appears) {
+            QAccessibleEvent alert(m_words, QAccessible::Alert);
+            QAccessible::updateAccessibility(&alert);
+        }
+    }
+
+    void tintIcon() {
+        constexpr int side = 20;
+        m_icon->setPixmap(Icons::pixmap(QStringLiteral("film"), side, tokens().accent, devicePixelRatioF()));
+    }
+
+    UiContext m_context;
+    QLabel* m_icon;
+    ElidedLabel* m_words;
+    Bindings m_bindings;
+};
 
 Screen neighbour(Screen screen, int distance) {
     return static_cast<Screen>(static_cast<int>(screen) + distance);
@@ -32,10 +80,10 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     , m_stack(new QStackedWidget(this)) {
     setProperty("background", QStringLiteral("window"));
     setAttribute(Qt::WA_StyledBackground);
-    addPage(Screen::sport, new SportPage(context, m_flow, m_stack));
-    addPage(Screen::scoreboard, new TemplatePage(context, m_flow, m_stack));
-    addPage(Screen::match, new MatchPage(context, m_flow, m_stack));
-    addPage(Screen::video, new VideoPage(context, m_flow, m_stack));
+    addPage(new SportPage(context, m_flow, m_stack)); // in the order of `wizardScreens`
+    addPage(new TemplatePage(context, m_flow, m_stack));
+    addPage(new MatchPage(context, m_flow, m_stack));
+    addPage(new VideoPage(context, m_flow, m_stack));
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -47,7 +95,7 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     column->addWidget(makeFooter());
 
     connect(m_bar, &StepBar::stepPicked, this, [this](Screen screen) {
-        // What stands in a form is taken on the way forward only, as by the button.
+        // A form is confirmed on the way forward only, as by the button.
         if (screen <= m_context.state.step || leavePage())
             m_context.state.step = screen;
     });
@@ -60,8 +108,7 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
                         state.videoURL);
 }
 
-void WizardView::addPage(Screen screen, WizardPage* page) {
-    m_pages[static_cast<std::size_t>(screen)] = page;
+void WizardView::addPage(WizardPage* page) {
     m_stack->addWidget(page);
     connect(page, &WizardPage::obstacleChanged, this, &WizardView::showProgress);
     connect(page, &WizardPage::continueRequested, this, &WizardView::goOn);
@@ -91,7 +138,7 @@ QWidget* WizardView::makeFooter() {
 }
 
 WizardPage* WizardView::currentPage() const {
-    return m_pages[static_cast<std::size_t>(m_stack->currentIndex())];
+    return static_cast<WizardPage*>(m_stack->currentWidget());
 }
 
 void WizardView::showStep() {

@@ -1,11 +1,10 @@
-// The setup: four screens in one frame, from the sport to the video.
+// The wizard: four screens from the sport to the video, between a bar of steps and a footer.
 #pragma once
 
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
 #include "ui/wizard/WizardFlow.h"
 
-#include <array>
 #include <QWidget>
 
 class QLabel;
@@ -17,14 +16,14 @@ namespace pointloom {
 class StepBar;
 class WizardPage;
 
-/// Shows the screen that the session's step names, of 0 to 3; its last Continue opens the editor.
+/// Shows the screen of `AppState::step`. Continue on the last one opens the editor.
 class WizardView final : public QWidget {
     Q_OBJECT
 
 public:
     explicit WizardView(const UiContext& context, QWidget* parent = nullptr);
 
-    /// Drops what was entered and not confirmed. Called when the session was replaced.
+    /// Discards input that is not confirmed. Called when the session was replaced.
     void readSession() { m_flow.readSession(); }
 
 protected:
@@ -32,12 +31,12 @@ protected:
 
 private:
     QWidget* makeFooter();
-    void addPage(Screen screen, WizardPage* page);
+    void addPage(WizardPage* page);
     WizardPage* currentPage() const;
     void showStep();
     void showTexts();
     void showProgress();
-    /// Takes over what the page holds; false when it is not ready to be left forward.
+    /// Confirms the page; false when that is not possible yet.
     bool leavePage();
     void goOn();
     void goBack();
@@ -46,7 +45,6 @@ private:
     WizardFlow m_flow;
     StepBar* m_bar;
     QStackedWidget* m_stack;
-    std::array<WizardPage*, wizardScreens.size()> m_pages{};
     QPushButton* m_back = nullptr;
     QLabel* m_hint = nullptr;
     QPushButton* m_continue = nullptr;

@@ -1,14 +1,10 @@
-// Where things stand on the timeline: arithmetic without a window.
+// Positions on the timeline: arithmetic without a window.
 #include "support/Sessions.h"
 #include "ui/common/MarkerText.h"
-#include "ui/timeline/FlagLayout.h"
 #include "ui/timeline/FlagRow.h"
-#include "ui/timeline/RowLayout.h"
-#include "ui/timeline/RulerTicks.h"
-#include "ui/timeline/Snapping.h"
-#include "ui/timeline/ThumbnailGrid.h"
-#include "ui/timeline/TimeScale.h"
-#include "ui/timeline/WaveformPyramid.h"
+#include "ui/timeline/Gestures.h"
+#include "ui/timeline/ThumbnailStrip.h"
+#include "ui/timeline/WaveformStore.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -149,12 +145,12 @@ TEST(Flags, LeanLeftAtTheEndOfTheClipWhereThereIsRoom) {
         std::vector<FlagPlace> expected;
     };
     const std::vector<Case> cases = {
-        {"alone", {495}, 1, {{0, full, 80, true}}},
-        {"two that both lean", {460, 495}, 1, {{0, full, 80, true}, {0, brief, 30, true}}},
-        {"one before leaves it room", {400, 495}, 1, {{0, brief, 30, false}, {0, brief, 30, true}}},
-        {"far enough before", {370, 495}, 1, {{0, full, 80, false}, {0, brief, 30, true}}},
-        {"a lane each", {490, 495}, 2, {{0, full, 80, true}, {1, full, 80, true}}},
-        {"crowded: the last one speaks", {490, 495}, 1, {{0, tick, 0, false}, {0, full, 80, true}}},
+        {"alone", {495}, 1, {{0, full, true}}},
+        {"two that both lean", {460, 495}, 1, {{0, full, true}, {0, brief, true}}},
+        {"one before leaves it room", {400, 495}, 1, {{0, brief, false}, {0, brief, true}}},
+        {"far enough before", {370, 495}, 1, {{0, full, false}, {0, brief, true}}},
+        {"a lane each", {490, 495}, 2, {{0, full, true}, {1, full, true}}},
+        {"crowded: the last one speaks", {490, 495}, 1, {{0, tick, false}, {0, full, true}}},
     };
     for (const Case& given : cases) {
         const std::vector<FlagWidths> widths(given.positions.size(), {30, 80});
@@ -225,7 +221,7 @@ TEST(Rows, FoldFromPicturesToSoundAndNeverOverlap) {
     }
 }
 
-TEST(ThumbnailGrid, TilesMeetAndZoomLevelsShareTheirPictures) {
+TEST(ThumbnailStrip, TilesMeetAndZoomLevelsShareTheirPictures) {
     TimeScale scale = scaleOf(600, 1000);
     std::int64_t lastStep = std::numeric_limits<std::int64_t>::max();
     for (int i = 0; i < 30; ++i, scale.zoomBy(1.4, 500)) {

@@ -1,8 +1,8 @@
-// Pictures and loudness of clips, made behind the window.
+// Thumbnails and loudness of clips, made in the background.
 #include "support/TestClips.h"
 #include "ui/timeline/ClipCache.h"
-#include "ui/timeline/ThumbnailGrid.h"
 #include "ui/timeline/ThumbnailStore.h"
+#include "ui/timeline/ThumbnailStrip.h"
 #include "ui/timeline/WaveformStore.h"
 
 #include <gmock/gmock.h>
@@ -15,7 +15,7 @@ namespace pointloom::test {
 
 namespace {
 
-constexpr int patience = 20'000; // milliseconds
+constexpr int patience = 120'000; // milliseconds; the work has a low priority
 constexpr std::int64_t second = static_cast<std::int64_t>(thumbnailSlotsPerSecond);
 
 struct TimelineStores : testing::Test {
@@ -37,60 +37,60 @@ constexpr const char* silenceThenTone =
 
 TEST_F(TimelineStores, ThumbnailsShowTheirMomentUpright) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
+    ThumbnailStore store(cacheRoot());
     store.open(path);
     store.want({0, second + 4, 100 * second});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(second + 4).isNull(); }, patience));
-    EXPECT_EQ(store.picture(0).size(), QSize(227, 128));
-    EXPECT_GT(qRed(store.picture(0).pixel(50, 50)), 200);
-    EXPECT_GT(qBlue(store.picture(second + 4).pixel(50, 50)), 200);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.image(second + 4).isNull(); }, patience));
+    EXPECT_EQ(store.image(0).size(), QSize(227, 128));
+    EXPECT_GT(qRed(store.image(0).pixel(50, 50)), 200);
+    EXPECT_GT(qBlue(store.image(second + 4).pixel(50, 50)), 200);
 
     const QString turned =
         clip(QStringLiteral("turned.mp4"),
              qPrintable(QStringLiteral("-i %1 -c copy -metadata:s:v rotate=90").arg(path)));
     store.open(turned);
     store.want({0});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(0).isNull(); }, patience));
-    EXPECT_EQ(store.picture(0).size(), QSize(72, 128));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.image(0).isNull(); }, patience));
+    EXPECT_EQ(store.image(0).size(), QSize(72, 128));
 }
 
 TEST_F(TimelineStores, APhonesHdrClipHeldUprightHasUprightPictures) {
     const auto path = realClip(QStringLiteral("sample_edit_list.mp4"));
     if (!path)
         GTEST_SKIP() << "the real clips are not here";
-    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
+    ThumbnailStore store(cacheRoot());
     store.open(*path);
     store.want({0, second});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(second).isNull(); }, patience));
-    EXPECT_EQ(store.picture(0).size(), QSize(72, 128));
-    EXPECT_EQ(store.picture(second).size(), QSize(72, 128));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.image(second).isNull(); }, patience));
+    EXPECT_EQ(store.image(0).size(), QSize(72, 128));
+    EXPECT_EQ(store.image(second).size(), QSize(72, 128));
 }
 
 TEST_F(TimelineStores, WhatWasMadeOnceComesFromDisk) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
+    ThumbnailStore store(cacheRoot());
     store.open(path);
     store.want({3});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(3).isNull(); }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.image(3).isNull(); }, patience));
     ClipCache cache(cacheRoot(), path);
     const auto kept = cache.read(QStringLiteral("3.jpg"), 1 << 20);
     ASSERT_TRUE(kept);
     cache.write(QStringLiteral("5.jpg"), *kept);
     cache.write(QStringLiteral("6.jpg"), QByteArrayLiteral("no picture"));
     store.open(path);
-    EXPECT_TRUE(store.picture(3).isNull());
+    EXPECT_TRUE(store.image(3).isNull());
     store.want({5, 6});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !store.picture(6).isNull(); }, patience))
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !store.image(6).isNull(); }, patience))
         << "what is damaged is made again";
-    EXPECT_FALSE(store.picture(5).isNull());
+    EXPECT_FALSE(store.image(5).isNull());
 }
 
 TEST_F(TimelineStores, AClipThatIsGoneOrDamagedHasBlanks) {
     const QString gone = folder.path(QStringLiteral("gone.mp4"));
     const QString damaged = folder.write(QStringLiteral("damaged.mp4"), QByteArray(5000, 'x'));
     for (const QString& path : {gone, damaged}) {
-        ThumbnailStore thumbnails(cacheRoot(), QThread::NormalPriority);
-        WaveformStore waveform(cacheRoot(), QThread::NormalPriority);
+        ThumbnailStore thumbnails(cacheRoot());
+        WaveformStore waveform(cacheRoot());
         int answers = 0;
         QObject::connect(&thumbnails, &ThumbnailStore::changed, [&] { ++answers; });
         thumbnails.open(path);
@@ -98,17 +98,17 @@ TEST_F(TimelineStores, AClipThatIsGoneOrDamagedHasBlanks) {
         waveform.open(path);
         EXPECT_TRUE(QTest::qWaitFor([&] { return answers == 2 && !waveform.hasSound(); }, patience))
             << path.toStdString();
-        EXPECT_TRUE(thumbnails.picture(0).isNull());
+        EXPECT_TRUE(thumbnails.image(0).isNull());
         EXPECT_EQ(waveform.peaks().size(), 0U);
     }
 }
 
 TEST_F(TimelineStores, AClipThatVanishesWhileOpenGivesBlanksFromThen) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
+    ThumbnailStore store(cacheRoot());
     store.open(path);
     store.want({0});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.picture(0).isNull(); }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !store.image(0).isNull(); }, patience));
     QFile file(path);
     ASSERT_TRUE(file.resize(100));
     int answers = 0;
@@ -119,7 +119,7 @@ TEST_F(TimelineStores, AClipThatVanishesWhileOpenGivesBlanksFromThen) {
 
 TEST_F(TimelineStores, ClosingStopsTheWorkAndNothingArrivesLater) {
     const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
-    ThumbnailStore store(cacheRoot(), QThread::NormalPriority);
+    ThumbnailStore store(cacheRoot());
     int answers = 0;
     QObject::connect(&store, &ThumbnailStore::changed, [&] { ++answers; });
     for (int i = 0; i < 5; ++i) {
@@ -130,7 +130,7 @@ TEST_F(TimelineStores, ClosingStopsTheWorkAndNothingArrivesLater) {
     QTest::qWait(300);
     EXPECT_EQ(answers, 0);
     {
-        ThumbnailStore shortLived(cacheRoot(), QThread::NormalPriority);
+        ThumbnailStore shortLived(cacheRoot());
         shortLived.open(path);
         shortLived.want({0, 4, 8});
     }
@@ -139,7 +139,7 @@ TEST_F(TimelineStores, ClosingStopsTheWorkAndNothingArrivesLater) {
 
 TEST_F(TimelineStores, LoudnessStandsWhereTheSoundIs) {
     const QString path = clip(QStringLiteral("a.m4a"), silenceThenTone);
-    WaveformStore store(cacheRoot(), QThread::NormalPriority);
+    WaveformStore store(cacheRoot());
     for (const char* source : {"read", "cached"}) {
         store.open(path);
         ASSERT_TRUE(QTest::qWaitFor(

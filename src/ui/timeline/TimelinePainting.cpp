@@ -1,0 +1,422 @@
+#include "ui/timeline/TimelinePainting.h"
+
+#include "ui/common/TimeCode.h"
+#include "ui/style/Theme.h"
+#include "ui/timeline/ThumbnailStrip.h"
+#include "ui/timeline/WaveformStore.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace pointloom::TimelinePainting {
+
+namespace {
+
+constexpr double corner = 4; // points
+constexpr double ballSize = 5;
+constexpr double labelOffset = 4; // points from a tick to its label
+constexpr double headWidth = 11;  // points, of the playhead's grip
+constexpr double headHeight = 9;
+
+/// `color` with a share of `other`, 0 to 1, mixed in.
+QColor mixed(const QColor& color, const QColor& other, float share) {
+    const auto mix = [&](float from, float to) { return from + (to - from) * share; };
+    return QColor::fromRgbF(mix(color.redF(), other.redF()), mix(color.greenF(), other.greenF()),
+                            mix(color.blueF(), other.blueF()));
+}
+
+QColor faded(QColor color, float alpha) {
+    color.setAlphaF(alpha);
+    return color;
+}
+
+/// The nearest edge of a device pixel.
+double onPixel(double position, double devicePixelRatio) {
+    return std::round(position * devicePixelRatio) / devicePixelRatio;
+}
+
+/// A line one point thick, or as many whole pixels as fit into a point, centred on `x`.
+void paintVerticalLine(QPainter& painter, double x, double top, double bottom, const QColor& color,
+                       double devicePixelRatio) {
+    const double thickness = std::max(1.0, std::floor(devicePixelRatio)) / devicePixelRatio;
+    painter.fillRect(QRectF(onPixel(x - thickness / 2, devicePixelRatio), top, thickness, bottom - top),
+                     color);
+}
+
+double labelDistance(const TimelineScene& scene, const QFontMetricsF& metrics) {
+    constexpr double labelGap = 22; // points
+    return metrics.horizontalAdvance(shortTime(std::max(scene.scale.duration(), 600.0))) + labelGap;
+}
+
+void paintRuler(QPainter& painter, const TimelineScene& scene, const Look& look) {
+    const QRectF& row = scene.rows.ruler;
+    const ColorTokens& colors = tokens();
+    const double base = row.bottom();
+    painter.save();
+    painter.setFont(look.font);
+    const QFontMetricsF metrics(look.font);
+    const double distance = labelDistance(scene, metrics);
+    const RulerRange range{.from = std::max(0.0, scene.scale.time(-distance)),
+                           .to = std::min(scene.scale.duration(), scene.scale.time(scene.scale.width())),
+                           .pointsPerSecond = scene.scale.pointsPerSecond(),
+                           .frameRate = scene.frameRate,
+                           .labelDistance = distance};
+    for (const RulerTick& tick : rulerTicks(range)) {
+        if (tick.time > scene.scale.duration())
+            break;
+        const double x = scene.scale.x(tick.time);
+        const bool isLabelled = !tick.label.isEmpty();
+        const double height = isLabelled ? row.height() * 0.55 : row.height() * 0.22;
+        paintVerticalLine(painter, x, base - height, base,
+                          mixed(colors.line, colors.quietText, isLabelled ? 0.6F : 0.2F),
+                          look.devicePixelRatio);
+        const double space = scene.scale.x(scene.scale.duration()) + TimeScale::margin - x - labelOffset;
+        if (!isLabelled || metrics.horizontalAdvance(tick.label) > space)
+            continue;
+        painter.setPen(tick.isWholeSecond ? colors.quietText : mixed(colors.quietText, colors.window, 0.25F));
+        painter.drawText(QRectF(x + labelOffset, row.top(), distance, row.height() - 2),
+                         Qt::AlignVCenter | Qt::AlignLeft, tick.label);
+    }
+    painter.fillRect(QRectF(row.left(), base - 1, row.width(), 1), colors.line);
+    painter.restore();
+}
+
+void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformPyramid& peaks,
+                   const Look& look) {
+    const QRectF row = scene.clipPartOf(scene.rows.waveform);
+    if (row.isEmpty())
+        return;
+    const ColorTokens& colors = tokens();
+    painter.fillRect(row, mixed(colors.surface, colors.raised, 0.5F));
+    // One bar per device pixel would take four times as long at twice the scale and look the same.
+    const double bar = std::max(1.0, 1.0 / look.devicePixelRatio);
+    const double middle = row.center().y();
+    const double half = row.height() / 2 - 2;
+    std::vector<QRectF> bars;
+    bars.reserve(static_cast<std::size_t>(row.width() / bar) + 1);
+    const double end = static_cast<double>(peaks.size()) / WaveformPyramid::peaksPerSecond;
+    // Relative to the loudest peak, with quiet ones raised: a camera far from the court records quietly.
+    constexpr double quietestFull = 20; // of 255; a quieter clip is drawn as silent
+    constexpr double lift = 0.7;
+    const double full = std::max<double>(peaks.loudest(), quietestFull);
+    for (double x = std::floor(row.left()); x < row.right(); x += bar) {
+        const double time = std::max(0.0, scene.scale.time(x));
+        if (time >= end)
+            break;
+        const double level = std::pow(peaks.loudest(time, scene.scale.time(x + bar)) / full, lift);
+        const double height = std::max(0.5, level * half);
+        bars.emplace_back(x, middle - height, bar, 2 * height);
+    }
+    painter.save();
+    painter.setClipRect(row);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(mixed(colors.quietText, colors.surface, 0.35F));
+    painter.drawRects(bars.data(), static_cast<int>(bars.size()));
+    painter.restore();
+}
+
+struct FlagColors {
+    QColor fill;
+    QColor edge;
+    QColor text;
+    QColor ball;
+    QColor pole;
+};
+
+FlagColors colorsOf(bool isSelected, bool isHovered) {
+    const ColorTokens& colors = tokens();
+    if (isSelected)
+        return {colors.accent, colors.accent, colors.onAccent, colors.onAccent, colors.accent};
+    return {isHovered ? mixed(colors.raised, colors.text, 0.12F) : colors.raised,
+            isHovered ? colors.quietText : mixed(colors.line, colors.quietText, 0.25F), colors.text,
+            colors.accent, faded(colors.quietText, 0.55F)};
+}
+
+void paintBox(QPainter& painter, const QRectF& box, const QString& text, Side servingSide,
+              const FlagColors& colors, double devicePixelRatio) {
+    const QRectF whole(onPixel(box.left(), devicePixelRatio) + 0.5, box.top() + 0.5, box.width() - 1,
+                       box.height() - 1);
+    painter.setPen(QPen(colors.edge, 1));
+    painter.setBrush(colors.fill);
+    painter.drawRoundedRect(whole, corner, corner);
+
+    const bool ballIsLeft = servingSide == Side::first;
+    const double ballX =
+        ballIsLeft ? box.left() + FlagRow::padding : box.right() - FlagRow::padding - ballSize;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.ball);
+    painter.drawEllipse(QRectF(ballX, box.center().y() - ballSize / 2, ballSize, ballSize));
+    painter.setPen(colors.text);
+    const QRectF words = box.adjusted(FlagRow::padding + (ballIsLeft ? FlagRow::ballWidth : 0), 0, 0, 0);
+    painter.drawText(words, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text);
+}
+
+void paintFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, QRectF box, double x,
+               FlagDetail detail, const FlagColors& colors, const Look& look) {
+    paintVerticalLine(painter, x, box.top() + corner, scene.rows.clip().bottom(), colors.pole,
+                      look.devicePixelRatio);
+    if (detail != FlagDetail::tick)
+        paintBox(painter, box, detail == FlagDetail::full ? flag.words.full : flag.words.brief,
+                 flag.servingSide, colors, look.devicePixelRatio);
+}
+
+void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look) {
+    const auto visible = scene.flags.between(scene.scale, 0, scene.scale.width());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(look.font);
+
+    // The selected flag is on top; flags that it would cover in part are ticks.
+    const Flag* selected = scene.selectedMarker ? scene.flags.find(*scene.selectedMarker) : nullptr;
+    const QRectF onTop = selected && selected->id != scene.movingMarker ? scene.boxOf(*selected) : QRectF();
+    const auto isTick = [&](const Flag& flag) {
+        return flag.place.detail == FlagDetail::tick || scene.boxOf(flag).intersects(onTop);
+    };
+    const auto isElsewhere = [&](const Flag& flag) {
+        return flag.id == scene.selectedMarker || flag.id == scene.movingMarker;
+    };
+    constexpr double mergeDistance = 2; // points
+    double lastTick = -std::numeric_limits<double>::infinity();
+    for (const Flag& flag : visible) {
+        const double x = scene.scale.x(flag.time);
+        if (isElsewhere(flag) || !isTick(flag) || x - lastTick < mergeDistance)
+            continue;
+        lastTick = x;
+        paintVerticalLine(painter, x, scene.rows.flags.bottom() - scene.rows.laneHeight * 0.55,
+                          scene.rows.flags.bottom(), faded(tokens().quietText, 0.8F), look.devicePixelRatio);
+    }
+    const auto isHovered = [&](const Flag& flag) {
+        return scene.hover == TimelineHit{TimelineHit::Kind::marker, flag.id};
+    };
+    const auto paint = [&](const Flag& flag, bool isSelected) {
+        paintFlag(painter, scene, flag, scene.boxOf(flag), scene.scale.x(flag.time), scene.detailOf(flag),
+                  colorsOf(isSelected, isHovered(flag)), look);
+    };
+    for (const Flag& flag : visible) {
+        if (!isTick(flag) && !isElsewhere(flag))
+            paint(flag, false);
+    }
+    for (const Flag& flag : visible) {
+        if (flag.id == scene.selectedMarker && flag.id != scene.movingMarker)
+            paint(flag, true);
+    }
+    painter.restore();
+}
+
+void paintHandle(QPainter& painter, const QRectF& handle, bool isHovered, const Look& look) {
+    const ColorTokens& colors = tokens();
+    const QRectF box(onPixel(handle.left(), look.devicePixelRatio), handle.top() + 1, handle.width(),
+                     handle.height() - 2);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isHovered ? colors.accent : colors.text);
+    painter.drawRoundedRect(box, 3, 3);
+    paintVerticalLine(painter, box.center().x(), box.top() + 5, box.bottom() - 5,
+                      isHovered ? colors.onAccent : mixed(colors.window, colors.text, 0.3F),
+                      look.devicePixelRatio);
+}
+
+/// Slanted lines that scroll with the clip.
+void paintHatch(QPainter& painter, const QRectF& box, const TimelineScene& scene, const QColor& color) {
+    constexpr double distance = 7; // points
+    painter.save();
+    painter.setClipRect(box, Qt::IntersectClip);
+    painter.setPen(QPen(color, 1));
+    const double origin = std::fmod(scene.scale.x(0), distance);
+    const double first = origin + std::floor((box.left() - box.height() - origin) / distance) * distance;
+    for (double x = first; x < box.right(); x += distance)
+        painter.drawLine(QPointF(x, box.bottom()), QPointF(x + box.height(), box.top()));
+    painter.restore();
+}
+
+QRectF visiblePart(const QRectF& box, const TimelineScene& scene) {
+    return box.intersected(QRectF(-4, box.top(), scene.scale.width() + 8, box.height()));
+}
+
+void paintCut(QPainter& painter, const TimelineScene& scene, const CutZone& cut, const CutWords& words,
+              const Look& look) {
+    const ColorTokens& colors = tokens();
+    constexpr double narrowest = 3; // points
+    QRectF box = scene.boxOf(cut);
+    box.setWidth(std::max(box.width(), narrowest));
+    box = visiblePart(box, scene);
+    if (box.isEmpty())
+        return;
+    const bool isSelected = cut.id == scene.selectedCut;
+    const bool isHovered = scene.hover.id == cut.id;
+    const QColor ink = isSelected ? colors.accent : (isHovered ? colors.text : colors.quietText);
+
+    const QRectF clip = scene.rows.clip();
+    const QRectF onClip(box.left(), clip.top(), box.width(), clip.height());
+    painter.fillRect(onClip, faded(colors.window, 0.45F));
+    paintHatch(painter, onClip, scene, faded(ink, 0.4F));
+
+    const QRectF plate = box.adjusted(0.5, 2.5, -0.5, -2.5);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(mixed(colors.raised, colors.window, 0.2F));
+    painter.drawRoundedRect(plate, corner, corner);
+    paintHatch(painter, plate, scene, faded(ink, 0.45F));
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(ink, isSelected ? 1.5 : 1));
+    painter.drawRoundedRect(plate, corner, corner);
+
+    const QFontMetricsF metrics(look.font);
+    constexpr double padding = 6; // points
+    for (const QString& text : {words.full, words.brief}) {
+        const double width = std::ceil(metrics.horizontalAdvance(text)) + 2 * padding;
+        if (width + 12 > plate.width())
+            continue;
+        const QRectF label(plate.center().x() - width / 2, plate.top() + 1, width, plate.height() - 2);
+        painter.fillRect(label, mixed(colors.raised, colors.window, 0.2F));
+        painter.setPen(isSelected ? colors.accent : colors.text);
+        painter.drawText(label, Qt::AlignCenter, text);
+        break;
+    }
+}
+
+void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look) {
+    const ColorTokens& colors = tokens();
+    const QRectF& lane = scene.rows.trim;
+    const QRectF clip = scene.rows.clip();
+    const double start = scene.scale.x(scene.trim.start);
+    const double end = scene.scale.x(scene.trimEnd());
+    const double clipStart = scene.scale.x(0);
+    const double clipEnd = scene.scale.x(scene.scale.duration());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+
+    const auto dim = [&](double from, double to) {
+        const QRectF outside = visiblePart(QRectF(from, clip.top(), to - from, clip.height()), scene);
+        if (to > from)
+            painter.fillRect(outside, faded(colors.window, 0.72F));
+    };
+    dim(clipStart, start);
+    dim(end, clipEnd);
+    const bool isTrimmed = start > clipStart || end < clipEnd;
+    if (isTrimmed) {
+        for (const double edge : {start, end})
+            paintVerticalLine(painter, edge, clip.top(), clip.bottom(), colors.text, look.devicePixelRatio);
+    }
+
+    const QRectF whole =
+        visiblePart(QRectF(clipStart, lane.top(), clipEnd - clipStart, lane.height()), scene);
+    painter.fillRect(
+        QRectF(whole.left(), onPixel(lane.center().y(), look.devicePixelRatio), whole.width(), 1),
+        colors.line);
+    const QRectF kept = visiblePart(QRectF(start, lane.top(), end - start, lane.height()), scene);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.raised);
+    painter.drawRect(kept.adjusted(0, 3, 0, -3));
+    for (const double edge : {kept.top() + 2, kept.bottom() - 3})
+        painter.fillRect(QRectF(kept.left(), edge, kept.width(), 1),
+                         mixed(colors.line, colors.quietText, 0.4F));
+
+    painter.restore();
+}
+
+void paintTrimHandles(QPainter& painter, const TimelineScene& scene, const Look& look) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintHandle(painter, scene.trimStartHandle(), scene.hover.kind == TimelineHit::Kind::trimStart, look);
+    paintHandle(painter, scene.trimEndHandle(), scene.hover.kind == TimelineHit::Kind::trimEnd, look);
+    painter.restore();
+}
+
+void paintCuts(QPainter& painter, const TimelineScene& scene, const CutWords& words, const Look& look) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(look.font);
+    for (const bool isSelected : {false, true}) { // the selected one on top
+        for (const CutZone& cut : scene.cuts) {
+            if ((cut.id == scene.selectedCut) == isSelected)
+                paintCut(painter, scene, cut, words, look);
+        }
+    }
+    painter.restore();
+}
+
+}
+
+void paintRows(QPainter& painter, const TimelineScene& scene, ThumbnailStore& thumbnails,
+               const WaveformPyramid& peaks, const CutWords& words, const Look& look) {
+    paintRuler(painter, scene, look);
+    paintThumbnails(painter, scene, thumbnails);
+    paintWaveform(painter, scene, peaks, look);
+    paintTrim(painter, scene, look);
+    paintCuts(painter, scene, words, look);
+    paintFlags(painter, scene, look);
+    paintTrimHandles(painter, scene, look);
+}
+
+void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, double time,
+                     const Look& look) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(look.font);
+    const double x = scene.scale.x(time);
+    QRectF box = scene.boxOf(flag);
+    box.setWidth(flag.widths.full);
+    box.moveLeft(x + box.width() > scene.scale.width() && x >= box.width() ? x - box.width() : x);
+    paintFlag(painter, scene, flag, box, x, FlagDetail::full, colorsOf(true, false), look);
+    painter.restore();
+}
+
+QRectF playheadArea(const TimelineScene& scene) {
+    const double x = scene.scale.x(scene.playhead);
+    return QRectF(x - headWidth, 0, 2 * headWidth, scene.rows.trim.bottom() + 1);
+}
+
+void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& look) {
+    constexpr double thickness = 1.5; // points
+    const double x = onPixel(scene.scale.x(scene.playhead), look.devicePixelRatio);
+    const QRectF& ruler = scene.rows.ruler;
+    const ColorTokens& colors = tokens();
+    const double top = ruler.bottom() - headHeight - 1;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    // A dark edge makes it visible on bright thumbnails.
+    painter.fillRect(
+        QRectF(x - thickness, ruler.bottom(), 2 * thickness, scene.rows.trim.bottom() - ruler.bottom()),
+        faded(colors.window, 0.45F));
+    painter.fillRect(QRectF(x - thickness / 2, ruler.bottom() - 2, thickness,
+                            scene.rows.trim.bottom() - ruler.bottom() + 2),
+                     colors.accent);
+    QPainterPath head;
+    head.moveTo(x - headWidth / 2, top);
+    head.lineTo(x + headWidth / 2, top);
+    head.lineTo(x + headWidth / 2, top + headHeight * 0.5);
+    head.lineTo(x, top + headHeight + 1);
+    head.lineTo(x - headWidth / 2, top + headHeight * 0.5);
+    head.closeSubpath();
+    painter.setPen(QPen(colors.accent, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(colors.accent);
+    painter.drawPath(head);
+    painter.restore();
+}
+
+void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,
+                 const Look& look) {
+    constexpr double padding = 7; // points
+    const ColorTokens& colors = tokens();
+    const double x = scene.scale.x(time);
+    const QString text = shortTime(time, true);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(look.font);
+    paintVerticalLine(painter, x, scene.rows.ruler.bottom(), scene.rows.trim.bottom(),
+                      isOnTarget ? colors.accent : faded(colors.text, 0.5F), look.devicePixelRatio);
+    const double width = std::ceil(QFontMetricsF(look.font).horizontalAdvance(text)) + 2 * padding;
+    const double left = std::clamp(x - width / 2, 1.0, std::max(1.0, scene.scale.width() - width - 1));
+    const QRectF box(std::round(left), scene.rows.ruler.top() + 1, width, scene.rows.ruler.height() - 3);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isOnTarget ? colors.accent : colors.text);
+    painter.drawRoundedRect(box, 4, 4);
+    painter.setPen(isOnTarget ? colors.onAccent : colors.window);
+    painter.drawText(box, Qt::AlignCenter, text);
+    painter.restore();
+}
+
+}
