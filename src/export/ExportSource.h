@@ -3,7 +3,6 @@
 
 #include "export/ExportJob.h"
 #include "export/PictureLayout.h"
-#include "media/MediaWriter.h"
 #include "media/FrameConverter.h"
 #include "media/MediaWriter.h"
 #include "media/VideoReader.h"
@@ -18,7 +17,7 @@ struct ResolvedExport {
     TrimRange range;
     std::int64_t expectedFrames = 0;
     std::vector<media::Chapter> chapters;
-    media::FrameTarget target;  // of the conversion of decoded frames
+    media::FrameTarget target;    // of the conversion of decoded frames
     media::VideoSettings encoder; // `encoder.format` is the layout of the encoded frames
 };
 

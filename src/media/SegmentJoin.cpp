@@ -197,9 +197,7 @@ private:
             fail("the segment counts time in other units than the plan");
     }
 
-    [[noreturn]] void fail(const char* reason) const {
-        failFor(m_request.pictures[m_segment].path, reason);
-    }
+    [[noreturn]] void fail(const char* reason) const { failFor(m_request.pictures[m_segment].path, reason); }
 
     const JoinRequest& m_request;
     std::unique_ptr<SegmentReader> m_reader; // of the segment that is being copied
@@ -230,7 +228,8 @@ QString readComment(const QString& path) {
     return entry == nullptr ? QString() : QString::fromUtf8(entry->value);
 }
 
-bool joinSegments(const JoinRequest& request, const std::function<bool(std::int64_t, std::int64_t)>& goesOn) {
+void joinSegments(const JoinRequest& request,
+                  const std::function<void(std::int64_t, std::int64_t)>& onProgress) {
     VideoTrack video(request);
     std::optional<SegmentReader> sound;
     if (request.soundPath)
@@ -253,8 +252,7 @@ bool joinSegments(const JoinRequest& request, const std::function<bool(std::int6
                                                                                  sound->track().time_base));
         AVPacket& packet = takesVideo ? *frame : *run;
         copied += packet.size;
-        if (!goesOn(copied, all))
-            return false;
+        onProgress(copied, all);
         if (takesVideo) {
             file.write(packet, videoTrack, frameClock);
             frame = video.next();
@@ -264,7 +262,6 @@ bool joinSegments(const JoinRequest& request, const std::function<bool(std::int6
         }
     }
     file.finish();
-    return true;
 }
 
 }

@@ -29,9 +29,10 @@ struct JoinRequest {
 QString readComment(const QString& path);
 
 /// Creates the file. All segments must have been encoded alike, and each begin with a key frame; their
-/// packets are copied with times as if one encoder had made them. `goesOn` is called with the number of bytes
-/// copied and of all bytes; when it returns false, the join stops and returns false too. Throws MediaError,
-/// which names the segment.
-bool joinSegments(const JoinRequest& request, const std::function<bool(std::int64_t, std::int64_t)>& goesOn);
+/// packets are copied with times as if one encoder had made them. `onProgress` is called with the
+/// number of bytes copied and of all bytes. Throws MediaError, which names the segment, and what `onProgress`
+/// throws.
+void joinSegments(const JoinRequest& request,
+                  const std::function<void(std::int64_t, std::int64_t)>& onProgress);
 
 }

@@ -4,8 +4,8 @@
 #include "export/ExportManager.h"
 #include "media/AudioReader.h"
 #include "media/MediaInfo.h"
-#include "media/SegmentJoin.h"
 #include "media/MediaWriter.h"
+#include "media/SegmentJoin.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -160,7 +160,6 @@ QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const
                                 if (all > 0)
                                     progress.update({static_cast<double>(copied) / static_cast<double>(all)});
                                 control.throwIfCancelled();
-                                return true;
                             });
         const QString path = file.keep();
         progress.finish();
