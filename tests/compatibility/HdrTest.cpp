@@ -109,7 +109,7 @@ TEST(Stills, ShowTheColoursOfTheExport) {
         const int frame = static_cast<int>(clip.times().size()) / 2;
         const double time = clip.times()[static_cast<std::size_t>(frame)] + 0.01;
         ExportJob hevc = job;
-        hevc.format = ExportFormat::hevc;
+        hevc.settings.format = ExportFormat::hevc;
         for (const QImage& still :
              {ExportManager::renderStill(job, time), ExportManager::renderStill(hevc, time)}) {
             ASSERT_EQ(still.size(), clip.shownSize().toSize());
