@@ -33,6 +33,7 @@ programs_of() {
 all_programs_of() {
     case $1 in
     model) echo test_model test_session test_persistence test_render test_export test_cli ;;
+    rules) echo test_rules test_cli ;;
     session) echo test_session test_persistence test_torture test_cli ;;
     persistence) echo test_persistence test_session test_torture test_cli ;;
     render) echo test_render test_export test_cli ;;
@@ -54,7 +55,7 @@ main() {
         *) modules+=("$1"); shift ;;
         esac
     done
-    ((${#modules[@]} > 0)) || modules=(model session persistence render media export)
+    ((${#modules[@]} > 0)) || modules=(model rules session persistence render media export)
 
     copy_tree
     configure
