@@ -1,7 +1,7 @@
 // Times that a user waits: for the window after a start, and for a long project after opening it.
 #include "app/MainWindow.h"
-#include "licensing/FileRecordStore.h"
 #include "licensing/LicenceManager.h"
+#include "licensing/RecordStore.h"
 #include "persistence/InstanceChannel.h"
 #include "persistence/Persistence.h"
 #include "persistence/ProjectSession.h"

@@ -3,7 +3,7 @@
 #include "persistence/Persistence.h"
 #include "session/AppState.h"
 #include "session/UndoStack.h"
-#include "json/JsonWriter.h"
+#include "json/JsonDocument.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>

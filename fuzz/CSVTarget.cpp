@@ -1,7 +1,7 @@
 // Any bytes as a table of score markers: sorted markers, a report that no line was one, or an error.
 #include "FuzzTarget.h"
 #include "persistence/CSVParser.h"
-#include "persistence/DocumentError.h"
+#include "persistence/DocumentFile.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // Any bytes as the address of a crash-collection service: refused, or fit for a request's line and headers.
-#include "crash/SentryDSN.h"
+#include "crash/CrashEvent.h"
 #include "FuzzTarget.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Any bytes as a project document of either form. A document that can be read is the same after writing and
 // reading again.
 #include "FuzzTarget.h"
-#include "persistence/DocumentError.h"
+#include "persistence/DocumentFile.h"
 #include "persistence/ProjectFile.h"
 #include "json/JsonDocument.h"
 

@@ -1,7 +1,7 @@
 // Any bytes as a project document of the older form, which is only read. Brought to the current form it is
 // the same after writing and reading again.
 #include "FuzzTarget.h"
-#include "persistence/DocumentError.h"
+#include "persistence/DocumentFile.h"
 #include "persistence/ProjectFile.h"
 #include "json/JsonDocument.h"
 

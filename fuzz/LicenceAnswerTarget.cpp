@@ -2,7 +2,7 @@
 #include "FuzzTarget.h"
 #include "http/HttpPost.h"
 #include "licensing/LicenceClient.h"
-#include "licensing/LicenceError.h"
+#include "licensing/LicenceKey.h"
 #include "licensing/LicenceRecord.h"
 
 using namespace pointloom;

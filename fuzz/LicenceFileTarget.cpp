@@ -1,6 +1,5 @@
 // Any bytes as a licence file, as the record that a seller signed, and as a key typed in.
 #include "FuzzTarget.h"
-#include "licensing/LicenceError.h"
 #include "licensing/LicenceKey.h"
 #include "licensing/LicenceStatus.h"
 #include "json/JsonDocument.h"

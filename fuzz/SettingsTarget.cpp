@@ -1,9 +1,9 @@
 // Any bytes as a settings file, as a value kept in one, and as the stored session. A value set is the value
 // read, and no other changes.
 #include "FuzzTarget.h"
-#include "persistence/IniText.h"
 #include "persistence/Persistence.h"
-#include "json/JsonWriter.h"
+#include "persistence/UserDefaults.h"
+#include "json/JsonDocument.h"
 
 #include <array>
 

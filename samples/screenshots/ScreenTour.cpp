@@ -1,7 +1,7 @@
 #include "ScreenTour.h"
 
 #include "app/MainWindow.h"
-#include "licensing/FileRecordStore.h"
+#include "licensing/RecordStore.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/VideoImport.h"
 #include "ui/export/ExportSheet.h"

@@ -1,7 +1,6 @@
 #include "app/DocumentCommands.h"
 
 #include "persistence/CSVParser.h"
-#include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/Preferences.h"

@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
 #include "ui/common/Preferences.h"
 
@@ -53,10 +54,11 @@ void MainWindow::watchDocument() {
     connect(&m_titleUpdate, &QTimer::timeout, this, &MainWindow::updateTitle);
     connect(&m_content->documents(), &DocumentCommands::documentChanged, this, &MainWindow::updateTitle);
     AppState& state = m_context.state;
-    m_bindings.watchAll([this] { m_titleUpdate.start(0); }, state.selectedSport, state.selectedTemplate,
-                        state.matchConfig, state.markers, state.initialScore, state.scoreboardPosition,
-                        state.scoreboardUserScale, state.trimStart, state.trimEnd, state.watermarkURL,
-                        state.watermarkCorner, state.videoURL, state.currentProjectURL, state.language);
+    const auto watch = [&](auto&... stored) {
+        m_bindings.watchAll([this] { m_titleUpdate.start(0); }, stored..., state.currentProjectURL,
+                            state.language);
+    };
+    std::apply(watch, documentProperties(state));
     updateTitle();
 }
 

@@ -1,6 +1,6 @@
 #include "app/TopLevelView.h"
 
-#include "files/FileError.h"
+#include "files/FileDescriptor.h"
 #include "l10n/Format.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/Preferences.h"

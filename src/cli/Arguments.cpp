@@ -1,7 +1,7 @@
 #include "cli/Arguments.h"
 
 #include "persistence/DecimalNumber.h"
-#include "json/JsonError.h"
+#include "json/JsonCoding.h"
 
 #include <algorithm>
 #include <QFile>

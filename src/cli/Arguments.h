@@ -1,7 +1,7 @@
 // The kinds of argument that subcommands share: files, numbers, choices.
 #pragma once
 
-#include "json/RawValues.h"
+#include "json/JsonFields.h"
 
 #include <CLI/CLI.hpp>
 #include <limits>

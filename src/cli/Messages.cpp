@@ -1,7 +1,7 @@
 #include "cli/Messages.h"
 
 #include "cli/CommandError.h"
-#include "json/JsonError.h"
+#include "json/JsonCoding.h"
 
 #include <iostream>
 

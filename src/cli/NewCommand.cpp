@@ -99,7 +99,7 @@ ExitStatus NewCommand::run() {
     project.selectedSport = sport;
     project.selectedTemplate = templateID;
     project.matchConfig = matchConfig(sport);
-    const QPointF position = m_position ? parsePosition(*m_position) : ProjectFile::defaultScoreboardPosition;
+    const QPointF position = m_position ? parsePosition(*m_position) : AppState::defaultScoreboardPosition;
     project.scoreboardPositionX = position.x();
     project.scoreboardPositionY = position.y();
     project.scoreboardUserScale = m_scale.value_or(1.0);

@@ -1,7 +1,7 @@
 // Where a command may write: never over what it reads.
 #pragma once
 
-#include "files/InputFile.h"
+#include "files/NewFile.h"
 
 namespace pointloom::cli {
 

@@ -1,8 +1,7 @@
 #include "cli/ProjectInputs.h"
 
 #include "export/ExportSource.h"
-#include "persistence/FileLookup.h"
-#include "persistence/ProjectExport.h"
+#include "persistence/ProjectSession.h"
 #include "render/PictureFile.h"
 
 #include <algorithm>

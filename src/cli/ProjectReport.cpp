@@ -4,8 +4,7 @@
 #include "cli/ProjectInputs.h"
 #include "media/MediaError.h"
 #include "media/MediaInfo.h"
-#include "persistence/FileLookup.h"
-#include "persistence/ProjectExport.h"
+#include "persistence/ProjectSession.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/Messages.h"
 #include "rules/Counting.h"
-#include "json/JsonWriter.h"
+#include "json/JsonDocument.h"
 
 #include <cstdio>
 #include <QFile>

@@ -4,8 +4,8 @@
 #include "cli/Messages.h"
 #include "cli/ProjectInputs.h"
 #include "model/ScoringEngine.h"
-#include "persistence/PictureFile.h"
-#include "persistence/ProjectExport.h"
+#include "persistence/DocumentFile.h"
+#include "persistence/ProjectSession.h"
 #include "render/PictureFile.h"
 #include "render/ScoreboardImage.h"
 

@@ -5,7 +5,7 @@
 #include "cli/Messages.h"
 #include "cli/ProjectInputs.h"
 #include "export/ExportManager.h"
-#include "persistence/PictureFile.h"
+#include "persistence/DocumentFile.h"
 
 namespace pointloom::cli {
 

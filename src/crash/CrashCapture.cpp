@@ -1,7 +1,6 @@
 #include "crash/CrashCapture.h"
 
-#include "crash/CrashReporterGlobals.h"
-#include "crash/PendingCrashReport.h"
+#include "crash/CrashEvent.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
@@ -26,7 +25,29 @@
 #include <utility>
 #include <vector>
 
-namespace pointloom::CrashCapture {
+namespace pointloom {
+
+namespace CrashReporterGlobals {
+
+namespace {
+
+std::array<char, crashFilePathSize> pathBuffer{};
+
+}
+
+void setCrashFilePath(std::string_view path) {
+    const std::size_t length = std::min(path.size(), pathBuffer.size() - 1);
+    std::copy_n(path.begin(), length, pathBuffer.begin());
+    std::fill(pathBuffer.begin() + static_cast<std::ptrdiff_t>(length), pathBuffer.end(), '\0');
+}
+
+const char* crashFilePathBuffer() {
+    return pathBuffer.data();
+}
+
+}
+
+namespace CrashCapture {
 
 namespace {
 
@@ -42,7 +63,7 @@ QString demangled(const char* mangled) {
 }
 
 // "/folder/program(_ZN4nameEv+0x12) [0x55...]" as "program(name()+0x12) [0x55...]": the folder may name the
-// user who installed it. No mangled name holds a bracket, but a folder's name may.
+// user who installed it. Mangled names hold no bracket, but a folder's name may.
 QString readableFrame(const char* symbol) {
     QString line = QString::fromUtf8(symbol);
     line.remove(0, line.left(line.lastIndexOf(u'(')).lastIndexOf(u'/') + 1);
@@ -54,14 +75,14 @@ QString readableFrame(const char* symbol) {
     return line.left(open + 1) + demangled(name.constData()).left(longestText) + line.mid(plus);
 }
 
-// The file that an address lies in, by where it is loaded; null for none.
+// Load address of the file that holds `address`; null for none.
 const void* moduleOf(const void* address) {
     Dl_info facts{};
     return dladdr(address, &facts) != 0 ? facts.dli_fbase : nullptr;
 }
 
-// How many of the innermost frames are the capture's own and then the language's, which are the same for
-// every exception: collectors tell crashes apart by the innermost frame. `caller` is who called the capture.
+// Number of innermost frames that belong to the capture and then to the language's runtime. They are the same
+// for every exception, and collectors tell crashes apart by the innermost frame. `caller` called the capture.
 int framesToLeaveOut(std::span<void* const> frames, const void* caller) {
     auto first = std::find(frames.begin(), frames.end(), caller);
     if (first == frames.end())
@@ -94,7 +115,7 @@ void describeException(PendingCrashReport& report) {
         if (const char* reason = error.what(); reason && *reason != '\0')
             report.exceptionReason = QString::fromUtf8(reason).left(longestText);
     } catch (...) {
-        // Anything can be thrown; what is no std::exception has no reason.
+        // A value of another type than std::exception has no reason.
     }
 }
 
@@ -118,10 +139,10 @@ std::terminate_handler platformHandler = nullptr;
     if (std::current_exception() && !std::exchange(isHandling, true)) {
         try {
             writeExceptionRecord(__builtin_return_address(0));
-            // The abort that follows is this exception's end, not a crash of its own.
+            // The abort that follows belongs to this exception.
             std::signal(SIGABRT, SIG_DFL);
         } catch (...) {
-            // Out of memory: the abort leaves the record of a signal, which needs none.
+            // Out of memory: the abort leaves the record of a signal, which needs no heap.
         }
     }
     if (platformHandler)
@@ -167,7 +188,7 @@ extern "C" void handleFatalSignal(int number) {
         if (*path == '\0')
             return;
         constexpr mode_t readableByAll = 0644;
-        // Without O_NONBLOCK a pipe that somebody put there would keep the process from ending.
+        // Without O_NONBLOCK a pipe of that name would keep the process from ending.
         const int file = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK, readableByAll);
         if (file < 0)
             return;
@@ -201,6 +222,8 @@ void installHandlers() {
         platformHandler = before;
     for (const int number : {SIGABRT, SIGSEGV, SIGILL, SIGBUS})
         std::signal(number, handleFatalSignal);
+}
+
 }
 
 }

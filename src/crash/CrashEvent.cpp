@@ -1,5 +1,6 @@
 #include "crash/CrashEvent.h"
 
+#include "http/HttpPost.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
@@ -7,7 +8,40 @@
 #include <QSysInfo>
 #include <QUuid>
 
-namespace pointloom::CrashEvent {
+namespace pointloom {
+
+namespace {
+
+bool isSafeInHeaders(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character > u' ' && character < u'\x7f' && character != u'"' && character != u'\\' &&
+               character != u',';
+    });
+}
+
+}
+
+std::optional<SentryDSN> SentryDSN::parse(const QString& text) {
+    const QUrl url(text, QUrl::StrictMode);
+    if (!isSafeInHeaders(text) || !url.isValid() || url.userName().isEmpty() || url.host().isEmpty())
+        return std::nullopt;
+    const QString key = url.userName(QUrl::FullyDecoded);
+    const QString project = url.path(QUrl::FullyEncoded).section(u'/', 0, 0, QString::SectionSkipEmpty);
+    if (project.isEmpty() || !isSafeInHeaders(key))
+        return std::nullopt;
+    const QString scheme = url.scheme().isEmpty() ? QStringLiteral("https") : url.scheme();
+    if (scheme != u"https" && scheme != u"http")
+        return std::nullopt;
+    QUrl envelope;
+    envelope.setScheme(scheme);
+    envelope.setHost(url.host());
+    envelope.setPath(QStringLiteral("/api/%1/envelope/").arg(project), QUrl::StrictMode);
+    if (!envelope.isValid())
+        return std::nullopt;
+    return SentryDSN{envelope, key, text};
+}
+
+namespace CrashEvent {
 
 namespace {
 
@@ -70,6 +104,29 @@ QByteArray envelope(const json::OrderedValue& event, const SentryDSN& dsn) {
     const QByteArray sentAt = QByteArray::fromStdString(now());
     return "{\"dsn\":\"" + dsn.rawDSN.toUtf8() + "\",\"sent_at\":\"" + sentAt + "\"}\n" +
            "{\"type\":\"event\",\"length\":" + QByteArray::number(body.size()) + "}\n" + body + "\n";
+}
+
+}
+
+void uploadEnvelope(const QByteArray& envelope, const SentryDSN& dsn, const std::function<bool()>& isStopping,
+                    std::chrono::milliseconds timeout) {
+    const QByteArray authentication =
+        "Sentry sentry_version=7, sentry_key=" + dsn.publicKey.toUtf8() + ", sentry_client=pointloom/1.0";
+    const HttpReply reply = send({
+        .url = dsn.envelopeURL,
+        .headers = {{"Content-Type", "application/x-sentry-envelope"}, {"X-Sentry-Auth", authentication}},
+        .body = envelope,
+        .redirects = HttpRedirects::toHttpsOnly,
+        .timeout = timeout,
+        .isStopping = isStopping,
+    });
+    constexpr int success = 200;
+    if (reply.status == success)
+        return;
+    if (reply.status != 0)
+        printCrashReporterLine(QStringLiteral("Sentry returned HTTP %1").arg(reply.status));
+    else
+        printCrashReporterLine(QStringLiteral("send failed: ") + reply.failure);
 }
 
 }

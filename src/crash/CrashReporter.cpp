@@ -1,7 +1,6 @@
 #include "crash/CrashReporter.h"
 
 #include "crash/CrashCapture.h"
-#include "crash/CrashConsole.h"
 #include "crash/CrashEvent.h"
 #include "json/JsonDocument.h"
 
@@ -13,9 +12,9 @@ namespace pointloom {
 
 namespace {
 
-constexpr qsizetype largestRecord = 1024 * 1024; // bytes; ours are a few kilobytes
+constexpr qsizetype largestRecord = 1024 * 1024; // bytes; usual are a few kilobytes
 
-// A link is not followed: it may lead to a file that is no record.
+// Links are not followed: they may lead to a file that is no record.
 std::optional<PendingCrashReport> readPendingReport(const QString& path) {
     const QFileInfo info(path);
     QFile file(path);
@@ -108,7 +107,6 @@ void CrashReporter::work() {
         try {
             task();
         } catch (const std::exception& error) {
-            // A reporter of crashes must not be the cause of one.
             printCrashReporterLine(QString::fromUtf8(error.what()));
         }
         lock.lock();
@@ -129,7 +127,7 @@ void CrashReporter::sendPending() {
              [this] { return isStopping(); });
 }
 
-// Where reports go, when there is such a place and the user agreed.
+// Empty without a DSN or the user's consent.
 std::optional<CrashReporter::Destination> CrashReporter::permittedDestination() const {
     ConsentQuery hasConsent;
     std::optional<Destination> destination;

@@ -1,8 +1,8 @@
 // Sends the crash record of an earlier run, with consent, and prints errors that are not fatal. Works on a
-// thread of its own; nothing waits for it, and every failure is silent but for one console line.
+// thread of its own; nothing waits for it, and a failure prints one line at most.
 #pragma once
 
-#include "crash/EnvelopeUpload.h"
+#include "crash/CrashEvent.h"
 #include "info/InfoDictionary.h"
 
 #include <condition_variable>
@@ -32,10 +32,10 @@ public:
     CrashReporter(const CrashReporter&) = delete;
     CrashReporter& operator=(const CrashReporter&) = delete;
 
-    /// Without a query nobody agreed. Before the first of the operations below.
+    /// No query means no consent. Call before the operations below.
     void setConsentQuery(ConsentQuery query);
 
-    /// Reads the DSN under "SentryDSN" of `info`, readies capture and sends a pending record. Without a
+    /// Reads the DSN under "SentryDSN" of `info`, prepares capture and sends a pending record. Without a
     /// valid DSN no handlers are installed and nothing is sent in this run. Only the first DSN counts.
     void setup(const InfoDictionary& info);
 
@@ -46,7 +46,7 @@ public:
     /// Prints an error that is not fatal; nothing is sent.
     void captureError(const QString& description, const std::map<QString, QString>& context);
 
-    /// Ends the work under way, an upload included. Called before the application object goes.
+    /// Ends the work under way, an upload included. Call before the application object is destroyed.
     void stop();
 
 private:

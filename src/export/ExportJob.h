@@ -3,11 +3,10 @@
 
 #include "export/ExportSettings.h"
 #include "export/TrimRange.h"
-#include "files/FileError.h"
-#include "files/InputFile.h"
+#include "files/FileDescriptor.h"
 #include "files/NewFile.h"
-#include "media/MediaInfo.h"
 #include "media/MediaError.h"
+#include "media/MediaInfo.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"

@@ -1,7 +1,5 @@
 #include "files/FileDescriptor.h"
 
-#include "files/FileError.h"
-
 #include <fcntl.h>
 #include <filesystem>
 #include <QFile>
@@ -53,10 +51,10 @@ void syncFile(const FileDescriptor& file, const QString& path) {
 void syncFolder(const QString& path) {
     const FileDescriptor folder(path, O_RDONLY | O_DIRECTORY);
     if (!folder.isOpen() && errno == EACCES)
-        return; // files may be made in it, but it cannot be opened
+        return; // a folder may be writable without being readable
     if (!folder.isOpen())
         throw FileError(path, "could not be opened");
-    // Some file systems cannot sync a folder and say so; theirs needs none.
+    // EINVAL: this file system does not support fsync on a folder.
     if (::fsync(folder.get()) != 0 && errno != EINVAL)
         throw FileError(path, "could not be written to the disk");
 }

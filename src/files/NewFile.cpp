@@ -1,8 +1,8 @@
 #include "files/NewFile.h"
 
 #include "files/FileDescriptor.h"
-#include "files/FileError.h"
 
+#include <algorithm>
 #include <atomic>
 #include <charconv>
 #include <csignal>
@@ -19,6 +19,15 @@
 #include <vector>
 
 namespace pointloom {
+
+const InputFile* replacedInput(const QString& path, const std::vector<InputFile>& inputs) {
+    const std::string output = QFile::encodeName(path).toStdString();
+    const auto found = std::find_if(inputs.begin(), inputs.end(), [&](const InputFile& input) {
+        std::error_code error; // one that does not exist is no other's equal
+        return std::filesystem::equivalent(output, QFile::encodeName(input.path).toStdString(), error);
+    });
+    return found == inputs.end() ? nullptr : &*found;
+}
 
 namespace {
 
@@ -42,8 +51,8 @@ fs::path folderOf(const fs::path& place) {
     return folder.empty() ? fs::path(".") : folder;
 }
 
-// The name, shortened where it leaves no room in a name of 255 bytes, and the machine: two workers may be
-// given the same file, on one machine or on two.
+// The name, hashed when it is too long for a temporary name of 255 bytes, and the machine: workers on several
+// machines may be given the same file.
 std::string stemOf(const fs::path& place) {
     constexpr std::size_t longestName = 150; // bytes
     std::string name = place.filename().string();
@@ -65,7 +74,7 @@ bool isRunning(pid_t process) {
     return kill(process, 0) == 0 || errno != ESRCH;
 }
 
-// True for the temporary name of what a process that died left of the place with that stem.
+// True for the temporary name of a process that died, with that stem.
 bool isRemains(std::string_view name, std::string_view stem) {
     if (!name.starts_with(stem) || !name.ends_with(ending) || name.size() <= stem.size() + ending.size())
         return false;

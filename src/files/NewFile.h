@@ -1,47 +1,56 @@
-// Files that appear under their name only when they are whole. Until then they have a temporary name beside
-// it: "NAME.HOST.PROCESS.NUMBER.unfinished".
+// Files and folders that are written whole or not at all, and the check that they replace no input.
 #pragma once
 
 #include <QByteArray>
 #include <QString>
+#include <vector>
 
 namespace pointloom {
 
-/// What becomes of a file that has the name already.
+/// A file that is read, which no new file may replace.
+struct InputFile {
+    QString path;
+    QString role; // "the source video"
+};
+
+/// The first of the inputs that a file written to `path` would replace, by whatever name: through links,
+/// hard links and links to folders. Null when there is none.
+const InputFile* replacedInput(const QString& path, const std::vector<InputFile>& inputs);
+
+/// Treatment of a file that has the name already.
 enum class IfExists {
     replace,
-    addNumber, // it stays, and the new one is "name-2.mp4" or the next number that is free
+    addNumber, // it stays, and the new file is "name-2.mp4" or gets the next free number
 };
 
 enum class Access {
-    usual,     // that of the file that is replaced, or the user's usual one
-    ownerOnly, // from its first byte on
+    usual,     // as the replaced file has, or the user's default
+    ownerOnly, // from the first byte on
 };
 
-/// A new file, empty at first, which is removed unless it is kept. What processes of this machine that died
-/// left of the same file is removed first. A symbolic link is followed, unless its name is to stay.
+/// A new file, empty at first, which is removed unless it is kept. Remains of the same file from processes of
+/// this machine that died are removed first. With `replace` a symbolic link is followed.
 class NewFile {
 public:
-    /// Throws FileError, also for what is there and is write-protected or not a regular file.
+    /// Throws FileError, also when the file to replace is write-protected or not a regular file.
     explicit NewFile(const QString& path, IfExists ifExists = IfExists::replace,
                      Access access = Access::usual);
     ~NewFile();
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
-    /// Where the content is written. A writer may open it anew, but not replace it.
+    /// The path to write the content to. A writer may open the file anew, but not replace it.
     const QString& temporaryPath() const { return m_temporaryPath; }
 
-    /// Brings the content to the disk, then gives it the name and brings that to the disk. Returns the path.
-    /// Throws FileError; what was there is whole then, or the new file when only its name could not be
-    /// brought to the disk.
+    /// Syncs the content, gives the file its name and syncs the folder. Returns the path. Throws FileError;
+    /// the previous file is whole then, or the new one when only the folder could not be synced.
     QString keep();
 
 private:
     QString m_path;
     IfExists m_ifExists;
     Access m_access;
-    QString m_place; // where links lead
+    QString m_place; // the path with links resolved
     QString m_temporaryPath;
     bool m_isKept = false;
 };
@@ -49,7 +58,7 @@ private:
 /// The same for a folder. It can take the place of an empty folder, which stays and gets the files.
 class NewFolder {
 public:
-    /// True when nothing has the name, or a folder that holds nothing but what died processes left there.
+    /// True when the name is free, or belongs to a folder that is empty but for remains of died processes.
     static bool canBeAt(const QString& path);
 
     /// Throws FileError.
@@ -60,7 +69,7 @@ public:
 
     const QString& temporaryPath() const { return m_temporaryPath; }
 
-    /// As of a file. Throws FileError also when something else took the name meanwhile.
+    /// As NewFile::keep. Throws FileError also when another file took the name meanwhile.
     QString keep();
 
 private:
@@ -74,7 +83,7 @@ private:
     bool m_isKept = false;
 };
 
-/// Replaces the file in one step. Throws FileError; what was there is whole then.
+/// Replaces the file in one step. Throws FileError; the previous file is whole then.
 void writeWhole(const QString& path, const QByteArray& bytes, Access access = Access::usual);
 
 }

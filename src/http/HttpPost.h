@@ -1,4 +1,4 @@
-// The program's one way to the network: a POST that is bounded in time and in what it reads back.
+// The program's only access to the network: a POST with a limit of time and of the answer's size.
 #pragma once
 
 #include <chrono>
@@ -27,17 +27,17 @@ struct HttpPost {
 };
 
 struct HttpReply {
-    int status = 0;          // 0: no answer came, and `failure` says why
+    int status = 0;          // 0: no answer; `failure` has the reason
     QByteArray body;         // at most `largestReply` bytes
     bool isComplete = false; // the whole body is here
     QString failure;         // in words; empty when the answer is complete
 };
 
-/// HTTPS to anywhere, or plain HTTP to this very machine.
+/// True for HTTPS, and for plain HTTP to this machine.
 bool isSecureOrLoopback(const QUrl& url);
 
-/// Sends and waits, on a thread that may wait. Never throws for what the network does. Beside the headers
-/// given it sends only what HTTP needs: no language, no cookies, no name of the operating system.
+/// Sends and blocks until the answer. Errors of the network are not thrown but returned. Only the given
+/// headers and those that HTTP needs are sent: no language, no cookies, no name of the operating system.
 HttpReply send(const HttpPost& post);
 
 }

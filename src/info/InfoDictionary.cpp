@@ -34,20 +34,21 @@ InfoDictionary InfoDictionary::fromJson(const QByteArray& json) {
     InfoDictionary dictionary;
     try {
         const json::Value value = json::parse(json, {.bytes = largestFile});
-        if (value.is_object())
-            dictionary.m_json = json;
+        if (value.is_object()) {
+            for (const auto& [key, text] : value.items()) {
+                if (text.is_string())
+                    dictionary.m_texts[key] = QString::fromStdString(text.get<std::string>());
+            }
+        }
     } catch (const json::DecodingError&) {
-        // A broken dictionary says nothing.
+        // A broken file reads as an empty one.
     }
     return dictionary;
 }
 
-std::optional<QString> InfoDictionary::text(const char* key) const {
-    const json::Value value = json::parse(m_json);
-    const auto found = value.find(key);
-    if (found == value.end() || !found->is_string())
-        return std::nullopt;
-    return QString::fromStdString(found->get<std::string>());
+std::optional<QString> InfoDictionary::text(const std::string& key) const {
+    const auto found = m_texts.find(key);
+    return found == m_texts.end() ? std::nullopt : std::optional(found->second);
 }
 
 QString InfoDictionary::shortVersion() const {

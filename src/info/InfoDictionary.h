@@ -1,9 +1,11 @@
-// Facts about this installed application that its distributor fills in: a read-only Info.json.
+// Facts about the installed application that its distributor fills in: a read-only Info.json.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <QByteArray>
 #include <QString>
+#include <string>
 
 namespace pointloom {
 
@@ -20,7 +22,7 @@ public:
     static InfoDictionary fromJson(const QByteArray& json);
 
     /// The text under `key`; empty when it is missing or not a text.
-    std::optional<QString> text(const char* key) const;
+    std::optional<QString> text(const std::string& key) const;
 
     /// "CFBundleShortVersionString", or "0".
     QString shortVersion() const;
@@ -29,7 +31,7 @@ public:
     QString buildNumber() const;
 
 private:
-    QByteArray m_json = "{}";
+    std::map<std::string, QString> m_texts;
 };
 
 }

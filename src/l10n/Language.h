@@ -1,7 +1,7 @@
 // The languages of the interface, and the text of a key in one of them.
 #pragma once
 
-#include "json/RawValues.h"
+#include "json/JsonFields.h"
 
 #include <QLocale>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "licensing/LicenceClient.h"
 
 #include "http/HttpPost.h"
-#include "licensing/LicenceError.h"
+#include "licensing/LicenceKey.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>

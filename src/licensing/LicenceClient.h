@@ -1,4 +1,4 @@
-// Talks to the licence service: one bounded POST for each operation.
+// Client of the licence service: one bounded POST for each operation.
 #pragma once
 
 #include "licensing/LicenceKey.h"
@@ -14,7 +14,7 @@ namespace pointloom {
 
 struct HttpReply;
 
-/// What is sent, and what a machine without a network writes to a file instead.
+/// The request that is sent, or written to a file on a machine without a network.
 struct LicenceRequest {
     QString format; // currentFormat
     QString key;
@@ -44,8 +44,8 @@ public:
     explicit LicenceClient(const QString& serviceURL,
                            std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
-    /// Posts to `operation` ("activate", "renew", "deactivate") under the service's address and returns what
-    /// it answers with status 200, unless that names an error. Throws LicenceError for everything else.
+    /// Posts to `operation` ("activate", "renew", "deactivate") under the service's address and returns the
+    /// body of an answer with status 200 that names no error. Throws LicenceError for every other answer.
     /// `isStopping` cancels.
     QByteArray post(const QString& operation, const LicenceRequest& request,
                     const std::function<bool()>& isStopping = {}) const;

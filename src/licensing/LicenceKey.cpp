@@ -1,7 +1,5 @@
 #include "licensing/LicenceKey.h"
 
-#include "licensing/LicenceError.h"
-
 #include <QRandomGenerator>
 
 namespace pointloom {
@@ -63,6 +61,15 @@ LicenceKey LicenceKey::parse(const QString& text) {
     if (alphabet.indexOf(symbols.back()) != checkValue(QStringView(symbols).chopped(1)))
         refuse(QStringLiteral("There is a slip in this licence key. Compare it with your receipt."));
     return LicenceKey(symbols);
+}
+
+bool LicenceKey::isValid(const QString& text) {
+    try {
+        parse(text);
+        return true;
+    } catch (const LicenceError&) {
+        return false;
+    }
 }
 
 bool LicenceKey::isWhole(const QString& text) {

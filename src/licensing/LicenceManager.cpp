@@ -1,9 +1,9 @@
 #include "licensing/LicenceManager.h"
 
-#include "files/FileError.h"
+#include "files/FileDescriptor.h"
 #include "files/NewFile.h"
-#include "licensing/KeychainRecordStore.h"
-#include "licensing/MachineFingerprint.h"
+#include "licensing/LicenceStatus.h"
+#include "licensing/RecordStore.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ namespace pointloom {
 
 namespace {
 
-// A key given back on this machine. Records of the key issued until then do not come back.
+// A key given back on this machine. Records of the key issued until then are refused.
 struct Return {
     QString key;
     QDateTime at;
@@ -38,13 +38,13 @@ void keepNewest(List& list, std::size_t most) {
 
 }
 
-// What is stored: the licence as it came, and what guards it against clocks and old files.
+// The stored state: the licence as received, and what protects it against clocks and old files.
 struct LicenceManager::Kept {
     std::optional<QString> licence;
     std::optional<QString> signature;
     std::optional<QDateTime> latestTime; // the latest that this machine's clock, or the service's, has shown
-    std::optional<std::vector<QString>> ended;   // ids of licences given back, as earlier versions noted them
-    std::optional<std::vector<Return>> returned; // one for each key, in the order of giving back
+    std::optional<std::vector<QString>> ended; // ids of licences given back, as earlier versions stored them
+    std::optional<std::vector<Return>> returned;  // one for each key, in the order of giving back
     std::optional<std::vector<QString>> requests; // nonces of written requests that are not answered
 
     static constexpr auto jsonFields() {
@@ -67,7 +67,7 @@ struct LicenceManager::Kept {
                 }));
     }
 
-    // The answer to a request of this machine that has had none yet.
+    // True for the answer to an open request of this machine.
     bool awaits(const LicenceRecord& record) const {
         return record.nonce && requests &&
                std::find(requests->begin(), requests->end(), *record.nonce) != requests->end();
@@ -76,7 +76,7 @@ struct LicenceManager::Kept {
     void giveBack(const LicenceRecord& record, const QDateTime& at) {
         licence.reset();
         signature.reset();
-        requests.reset(); // their answers may be for the place that is free now
+        requests.reset(); // their answers would activate the key again
         returned = returned.value_or(std::vector<Return>());
         std::erase_if(*returned, [&](const Return& each) { return each.key == record.key; });
         returned->push_back({record.key, at});
@@ -89,7 +89,7 @@ struct LicenceManager::Kept {
         keepNewest(*requests, mostRequests);
     }
 
-    // The service's time of now overrules a clock that once ran ahead.
+    // The service's current time overrules a clock that once ran ahead.
     void setTime(const QDateTime& now) {
         latestTime = now;
         if (returned)
@@ -207,7 +207,7 @@ void LicenceManager::deactivate(const StopQuery& isStopping) {
     if (!kept.licence)
         fail(LicenceFault::notActivated, QStringLiteral("This machine has no licence to give back."));
     if (before.record && before.state != LicenceState::otherMachine) {
-        // Before the service is asked: what cannot be removed here would hold here and on another machine.
+        // Before the service is asked: a licence that cannot be removed here would be valid on two machines.
         keep(kept, isStopping, QStringLiteral("The licence was not given back. "));
         giveBackAtService(*before.record, isStopping);
         kept.giveBack(*before.record, std::max(m_parts.now(), before.record->issued));
@@ -227,7 +227,7 @@ void LicenceManager::giveBackAtService(const LicenceRecord& record, const StopQu
             fail(LicenceFault::serviceTrouble,
                  QStringLiteral("The licence service did not confirm that the licence was given back."));
     } catch (const LicenceError& error) {
-        // What the service no longer counts is given back already.
+        // The service does not count this machine: it was given back before.
         if (error.fault() != LicenceFault::notActivated && error.fault() != LicenceFault::unknownKey)
             throw;
     }
@@ -286,9 +286,9 @@ void LicenceManager::importFile(const QString& path, const StopQuery& isStopping
     take(licence, kept, isFresh, isStopping);
 }
 
-// One answer of the service, verified and kept.
+// Requests a licence from the service, verifies it and stores it.
 void LicenceManager::fetch(const QString& operation, const LicenceKey& key, const StopQuery& isStopping) {
-    publicKey(); // without it the answer could not be judged: say so before a machine is taken
+    publicKey(); // throws before a machine is counted when the answer could not be verified
     const LicenceRequest request = requestFor(key);
     const LicenceClient service = client();
     const Kept kept = readKeptOrRefused(isStopping);
@@ -305,7 +305,7 @@ void LicenceManager::requireAnswerTo(const LicenceRequest& request, const Signed
              QStringLiteral("The licence service answered another request than ours."));
 }
 
-// `isFresh`: the answer to a request of this machine, whose nonce proves that the service's time is of now.
+// `isFresh`: the answer to a request of this machine, whose nonce proves that the service's time is current.
 void LicenceManager::take(const SignedLicence& licence, Kept kept, bool isFresh,
                           const StopQuery& isStopping) {
     const LicenceRecord record = licence.verified(publicKey());
@@ -339,7 +339,7 @@ LicenceManager::Kept LicenceManager::readKept(const StopQuery& isStopping) {
     }
 }
 
-// What a keychain refused to hand out stays there, and a licence can be used all the same.
+// A new licence can be used although the keychain refuses to hand out the old one.
 LicenceManager::Kept LicenceManager::readKeptOrRefused(const StopQuery& isStopping) {
     try {
         return readKept(isStopping);

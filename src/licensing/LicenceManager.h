@@ -1,10 +1,10 @@
-// The licence of this machine: activating, verifying without a network, renewing, giving back. Nothing here
-// ever keeps the program from starting, editing or exporting.
+// The licence of this machine: activating, verifying without a network, renewing, giving back. Without a
+// licence the program starts, edits and exports all the same.
 #pragma once
 
 #include "info/InfoDictionary.h"
 #include "licensing/LicenceClient.h"
-#include "licensing/LicenceError.h"
+#include "licensing/LicenceKey.h"
 #include "licensing/LicenceStatus.h"
 #include "licensing/RecordStore.h"
 
@@ -19,8 +19,8 @@
 
 namespace pointloom {
 
-/// Every operation may be called from any thread, one at a time is carried out, and those that speak to the
-/// service wait for it: call them from a worker. They throw LicenceError with a message for the person.
+/// Operations may be called from any thread and are carried out one at a time. Those that use the service
+/// block until it answers: call them from a worker. They throw LicenceError with a message for the user.
 class LicenceManager {
 public:
     using StopQuery = RecordStore::StopQuery; // polled; true cancels
@@ -38,26 +38,26 @@ public:
 
     explicit LicenceManager(Parts parts);
 
-    /// Reads and verifies the licence kept here, with no network. At every start; never throws. Where the
-    /// status is `isAwaited` afterwards, the next call goes on waiting for the keychain.
+    /// Reads and verifies the stored licence without a network, at every start. Never throws. When the status
+    /// is `isAwaited` afterwards, the next call goes on waiting for the keychain.
     void load(const StopQuery& isStopping = {}) noexcept;
 
-    /// What the export reads. Never waits for an operation under way.
+    /// For exports. Never waits for an operation under way.
     bool isLicensed() const;
     LicenceStatus status() const;
 
-    /// Takes one of the key's machines for this one. A machine activated again takes no second one.
+    /// Activates the key on this machine. A machine activated again does not count twice.
     void activate(const QString& keyText, const StopQuery& isStopping = {});
 
     /// Gives the machine back to the key and forgets the licence. Without an answer of the service, or where
     /// nothing can be written, the licence stays.
     void deactivate(const StopQuery& isStopping = {});
 
-    /// Asks for a new licence when the old one has less than 14 days left. Returns why that failed; a failure
-    /// takes nothing away.
+    /// Requests a new licence when the old one has less than 14 days left. Returns the error of a failure,
+    /// which leaves the old licence valid.
     std::optional<LicenceError> renewIfDue(const StopQuery& isStopping = {});
 
-    /// The file that a machine without a network hands to the service, and its answer.
+    /// For a machine without a network: writes the request to a file, and imports the answer of the service.
     void writeRequest(const QString& keyText, const QString& path, const StopQuery& isStopping = {});
     void importFile(const QString& path, const StopQuery& isStopping = {});
 

@@ -1,9 +1,10 @@
-// The licence of one key on one machine, as the service signs it.
+// The licence of one key on one machine, and its Ed25519 signature (RFC 8032, by libsodium).
 #pragma once
 
-#include "licensing/Ed25519.h"
 #include "json/JsonFields.h"
 
+#include <array>
+#include <cstdint>
 #include <optional>
 #include <QByteArray>
 #include <QDateTime>
@@ -12,9 +13,35 @@
 
 namespace pointloom {
 
+namespace Ed25519 {
+
+constexpr std::size_t publicKeySize = 32; // bytes
+constexpr std::size_t secretKeySize = 64; // bytes, the public key included
+constexpr qsizetype signatureSize = 64;   // bytes
+
+using PublicKey = std::array<unsigned char, publicKeySize>;
+using SecretKey = std::array<unsigned char, secretKeySize>;
+
+/// From Base64; empty for anything but 32 bytes.
+std::optional<PublicKey> publicKeyFromBase64(const QByteArray& text);
+
+/// From Base64; empty for anything but 64 bytes.
+std::optional<SecretKey> secretKeyFromBase64(const QByteArray& text);
+
+bool verify(const QByteArray& message, const QByteArray& signature, const PublicKey& key);
+
+QByteArray sign(const QByteArray& message, const SecretKey& key);
+
+/// A fresh key. Throws std::runtime_error when the library cannot start.
+SecretKey generateSecretKey();
+
+PublicKey publicKeyOf(const SecretKey& key);
+
+}
+
 namespace json {
 
-/// A time of day in UTC, "2024-05-01T10:00:00Z".
+/// A time in UTC, "2024-05-01T10:00:00Z".
 template <>
 struct Codec<QDateTime> {
     static OrderedValue encode(const QDateTime& value);
@@ -25,10 +52,10 @@ struct Codec<QDateTime> {
 
 struct LicenceRecord {
     QString format;                   // currentFormat
-    QString id;                       // one of its own for each record signed
+    QString id;                       // unique for each record signed
     QString key;                      // as LicenceKey writes it
     QString fingerprint;              // of the machine
-    QString holder;                   // whom the licence was sold to
+    QString holder;                   // the buyer
     QDateTime issued;                 // by the service's clock
     std::optional<QDateTime> expires; // absent: never
     std::optional<QString> nonce;     // of the request that it answers

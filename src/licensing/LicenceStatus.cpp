@@ -1,9 +1,23 @@
 #include "licensing/LicenceStatus.h"
 
+#include "licensing/LicenceKey.h"
+
 #include <algorithm>
 #include <QLocale>
+#include <QMessageAuthenticationCode>
 
 namespace pointloom {
+
+QString machineFingerprint(const QByteArray& machineId) {
+    if (machineId.isEmpty())
+        throw LicenceError(
+            LicenceFault::noMachineIdentity,
+            QStringLiteral("This system has no machine identity (/etc/machine-id), to which a licence "
+                           "could be bound."));
+    const QByteArray salt = "Pointloom licence fingerprint 1";
+    return QString::fromLatin1(
+        QMessageAuthenticationCode::hash(machineId, salt, QCryptographicHash::Sha256).toHex());
+}
 
 namespace {
 
@@ -47,7 +61,7 @@ QString LicenceStatus::inWords() const {
 
 LicenceStatus statusOf(const LicenceRecord& record, const QString& fingerprint, const QDateTime& now,
                        const QDateTime& latestTime) {
-    // A clock may be corrected by some hours without anybody having turned it back.
+    // Correcting a clock by some hours is no manipulation.
     constexpr qint64 tolerance = 24 * 60 * 60; // seconds
     LicenceStatus status;
     status.record = record;

@@ -1,21 +1,26 @@
-// How this machine stands with its licence.
+// Whether this machine is licensed, and the fingerprint by which the service knows it.
 #pragma once
 
 #include "licensing/LicenceRecord.h"
-#include "json/RawValues.h"
+#include "json/JsonFields.h"
 
-#include <chrono>
 #include <optional>
+#include <QByteArray>
 #include <QDateTime>
 #include <QString>
 
 namespace pointloom {
 
+/// 64 hexadecimal digits that differ from machine to machine: HMAC-SHA-256 of the machine's identity under
+/// this program's own salt, so that the identity itself never leaves the machine and no other program's
+/// hash of it is the same. Throws LicenceError (noMachineIdentity) for an empty identity.
+QString machineFingerprint(const QByteArray& machineId);
+
 /// `unread`: the place where the licence is kept could not be read. `otherMachine`: the licence was made for
 /// another machine. `invalid`: the licence is damaged or forged.
 POINTLOOM_NAMED_ENUM(LicenceState, unlicensed, unread, licensed, expired, otherMachine, invalid);
 
-/// Days before the end from which a new licence is asked for.
+/// Days before the end from which on a new licence is requested.
 constexpr int renewalDays = 14;
 
 struct LicenceStatus {
@@ -34,7 +39,7 @@ struct LicenceStatus {
     bool operator==(const LicenceStatus&) const = default;
 };
 
-/// How a record whose signature holds stands on the machine of `fingerprint`. `latestTime` is the latest
+/// Status of a record with a valid signature on the machine of `fingerprint`. `latestTime` is the latest
 /// time seen so far: the later of it and `now` counts, so that a clock turned back extends nothing.
 LicenceStatus statusOf(const LicenceRecord& record, const QString& fingerprint, const QDateTime& now,
                        const QDateTime& latestTime);

@@ -10,20 +10,23 @@
 
 namespace pointloom {
 
-/// States the whole score that holds from its time until the next marker.
-struct Marker {
+/// The whole score that holds from its time until the next marker.
+template <class Score>
+struct MarkerOf {
     QUuid id;
     double startTime = 0; // seconds
-    SportScoreState score;
+    Score score;
     std::optional<QString> label;
 
-    bool operator==(const Marker&) const = default;
+    bool operator==(const MarkerOf&) const = default;
 
     static constexpr auto jsonFields() {
-        return std::tuple{json::field("id", &Marker::id), json::field("startTime", &Marker::startTime),
-                          json::field("score", &Marker::score), json::field("label", &Marker::label)};
+        return std::tuple{json::field("id", &MarkerOf::id), json::field("startTime", &MarkerOf::startTime),
+                          json::field("score", &MarkerOf::score), json::field("label", &MarkerOf::label)};
     }
 };
+
+using Marker = MarkerOf<SportScoreState>;
 
 /// A range marked on the timeline as an editing aid; export does not apply it.
 struct CutZone {

@@ -16,10 +16,10 @@ POINTLOOM_NAMED_ENUM(SportID, tennis, padel, volleyball, badminton, tableTennis,
 
 QString displayName(SportID sport);
 
-/// One emoji; padel shares the tennis ball.
+/// One emoji; padel has the tennis ball too.
 QString emoji(SportID sport);
 
-/// Name of the sport's picture among the application's resources.
+/// Name of the sport's image among the application's resources.
 QString imageName(SportID sport);
 
 /// True for the sports that count 15, 30, 40 inside sets; all others count plain points.

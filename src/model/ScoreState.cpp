@@ -1,6 +1,6 @@
 #include "model/ScoreState.h"
 
-#include "json/JsonWriter.h"
+#include "json/JsonDocument.h"
 
 #include <limits>
 

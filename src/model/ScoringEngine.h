@@ -1,5 +1,5 @@
-// Which score holds at a time of the source video, and which one a match starts from.
-// Pure functions: preview and export ask the same question and get the same answer.
+// Resolves the score at a time of the source video and makes the empty score of a match. Pure functions,
+// shared by preview and export.
 #pragma once
 
 #include "model/Marker.h"
@@ -11,10 +11,10 @@
 
 namespace pointloom::ScoringEngine {
 
-/// Seconds by which a marker may be later than a frame and still stand at its time. A frame's time is ticks
-/// times seconds a tick; a marker set on it was calculated in another way (frames divided by their rate, or
-/// the player's own product) and differs by a few roundings of a double: 1.5e-11 s each after a day of video.
-/// The finest clock in use counts 10^7 ticks a second; a marker one tick after the frame is later.
+/// Seconds by which a marker may be later than a frame and still count as at its time. A frame's time is
+/// ticks times seconds a tick; a marker set on it was calculated in another way (frames divided by their
+/// rate, or the player's own product) and differs by a few roundings of a double: 1.5e-11 s each after a day
+/// of video. The finest clock in use counts 10^7 ticks a second; a marker one tick after the frame is later.
 inline constexpr double frameTimeTolerance = 1e-8;
 
 /// The marker whose score a frame shown at `time` (seconds) gets: the latest at or before it, within

@@ -1,8 +1,10 @@
 #include "persistence/CSVParser.h"
 
+#include "l10n/Format.h"
+#include "l10n/L10nKey.h"
 #include "persistence/DecimalNumber.h"
-#include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
+#include "session/AppState.h"
 
 #include <algorithm>
 #include <QList>
@@ -28,15 +30,15 @@ bool isNewline(char16_t character) {
 }
 
 QStringView trimmed(QStringView text) {
-    const auto isBlank = [](QChar character) { return character == u' ' || character == u'\t'; };
-    while (!text.isEmpty() && isBlank(text.front()))
+    const auto isSpace = [](QChar character) { return character == u' ' || character == u'\t'; };
+    while (!text.isEmpty() && isSpace(text.front()))
         text = text.sliced(1);
-    while (!text.isEmpty() && isBlank(text.back()))
+    while (!text.isEmpty() && isSpace(text.back()))
         text.chop(1);
     return text;
 }
 
-// Walks through the lines without a list of all of them.
+// Visits the lines without building a list of them.
 template <class Consumer>
 void forEachDataLine(QStringView text, const Consumer& consume) {
     if (text.startsWith(QChar(byteOrderMark)))
@@ -124,7 +126,7 @@ std::vector<Marker> parseMarkers(QStringView csv, const ErrorReport& reportError
 }
 
 std::vector<Marker> readMarkersFile(const QString& path, const ErrorReport& reportError) {
-    // A line of nine bytes makes a marker, which takes 405 in a document: what is imported can be saved.
+    // A line of nine bytes becomes a marker of 405 bytes in a document: all that is imported can be saved.
     constexpr qint64 byteLimit = 1024 * 1024;
     return decodeMarkers(readDocument(path, byteLimit), path, reportError);
 }
@@ -148,6 +150,21 @@ QString sampleText() {
                           "60,Match point,1,40,0,6,3,5,4,0,0");
 }
 
+}
+
+std::optional<QString> importMarkers(const QString& path, AppState& state, UndoStack* undoManager,
+                                     const CSVParser::ErrorReport& reportError) {
+    std::vector<Marker> markers;
+    try {
+        markers = CSVParser::readMarkersFile(path, reportError);
+    } catch (const DocumentError& error) {
+        return format(state.t(L10nKey::couldNotReadFile), QString::fromUtf8(error.what()));
+    }
+    if (markers.empty())
+        return state.t(L10nKey::noValidMarkersInCSV);
+    const QUuid first = markers.front().id;
+    state.replaceMarkers(std::move(markers), first, undoManager);
+    return std::nullopt;
 }
 
 }

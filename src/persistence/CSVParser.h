@@ -1,15 +1,17 @@
-// Markers from comma-separated text, as people log matches in a spreadsheet. Tennis scores only.
+// Markers from comma-separated text, as matches are logged in a spreadsheet. Tennis scores only.
 #pragma once
 
 #include "model/Marker.h"
 
 #include <functional>
+#include <optional>
+#include <QString>
 #include <QStringView>
 #include <vector>
 
 namespace pointloom {
 
-/// There were lines, but none of them was a marker.
+/// The text has lines, but none of them is a marker.
 struct CSVParseError {
     std::int64_t lineCount = 0; // lines that were neither empty, comments nor headers
 
@@ -38,5 +40,15 @@ std::vector<Marker> decodeMarkers(const QByteArray& bytes, const QString& path,
 QString sampleText();
 
 }
+
+class AppState;
+class UndoStack;
+
+/// The first imported marker is selected and the session saved. On failure nothing changes, and the
+/// message to show is returned in the session's language. `reportError` is called when the file has lines
+/// but no marker.
+[[nodiscard]] std::optional<QString> importMarkers(const QString& path, AppState& state,
+                                                   UndoStack* undoManager,
+                                                   const CSVParser::ErrorReport& reportError = {});
 
 }

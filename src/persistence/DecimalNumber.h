@@ -1,4 +1,4 @@
-// Reads numbers from text the same way everywhere, whatever the desktop's language.
+// Parsing of numbers independent of the desktop's language.
 #pragma once
 
 #include <charconv>
@@ -9,8 +9,8 @@
 
 namespace pointloom {
 
-/// The decimal number that is the whole of `text`, an optional sign first: "3", "-0.5", "+1e3". Nothing
-/// for other forms (blanks, hexadecimal, separators), for what does not fit, for infinities and nan.
+/// The decimal number that is the whole of `text`, an optional sign first: "3", "-0.5", "+1e3". Empty
+/// for other forms (spaces, hexadecimal, separators), for what does not fit, for infinities and nan.
 template <class Number>
 requires std::same_as<Number, double> || std::signed_integral<Number> std::optional<Number>
 parseDecimal(std::string_view text) {

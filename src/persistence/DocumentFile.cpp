@@ -1,13 +1,27 @@
 #include "persistence/DocumentFile.h"
 
-#include "files/FileError.h"
+#include "files/FileDescriptor.h"
 #include "files/NewFile.h"
-#include "persistence/DocumentError.h"
+#include "json/JsonCoding.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 
 namespace pointloom {
+
+namespace {
+
+std::string shownName(const QString& path) {
+    const QString name = QFileInfo(path).fileName();
+    constexpr std::size_t longestFileName = 255; // bytes, of most file systems
+    return json::printable((name.isEmpty() ? path : name).toStdString(), longestFileName);
+}
+
+}
+
+DocumentError::DocumentError(const QString& path, const QString& reason)
+    : std::runtime_error(shownName(path) + ": " + reason.toStdString()) {}
 
 namespace {
 
@@ -62,6 +76,15 @@ void writeDocument(const QString& path, const QByteArray& content) {
     } catch (const FileError& error) {
         throw DocumentError(path, error.reason());
     }
+}
+
+void writePng(const QImage& picture, const QString& path) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (picture.isNull() || !picture.save(&buffer, "PNG"))
+        throw DocumentError(path, QStringLiteral("the picture cannot be written as PNG"));
+    writeDocument(path, bytes);
 }
 
 }

@@ -40,7 +40,7 @@ std::optional<QStringList> argumentsIn(const QByteArray& message) {
 InstanceServer::InstanceServer(const SessionLock& lock, Handler handler)
     : m_handler(std::move(handler)) {
     const QString path = socketPath(lock.folder());
-    QLocalServer::removeServer(path); // left by an instance that died; a living one would hold the lock
+    QLocalServer::removeServer(path); // left by an instance that died; a running one would hold the lock
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] { greet(); });
     if (!m_server.listen(path))
@@ -63,8 +63,8 @@ void InstanceServer::greet() {
             }
             caller->write(&answer, 1);
             caller->disconnectFromServer(); // once the answer is out
-            // Not from within a signal of the caller: the handler may wait for a person, and the caller is
-            // gone by then.
+            // Not from within a signal of the caller: the handler may wait for the user, and the caller is
+            // deleted by then.
             QMetaObject::invokeMethod(
                 &m_server, [this, arguments] { m_handler(*arguments); }, Qt::QueuedConnection);
         };

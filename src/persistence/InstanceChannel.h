@@ -1,4 +1,4 @@
-// How a second start of the program hands its arguments to the first, which owns the session.
+// Channel by which a second start of the program hands its arguments to the first, which owns the session.
 #pragma once
 
 #include "persistence/SessionLock.h"
@@ -26,7 +26,7 @@ private:
 };
 
 /// Hands `arguments` to the instance that holds the lock of `folder`; file names in them should be absolute.
-/// False when nobody took them within `timeout`.
+/// False when no instance took them within `timeout`.
 [[nodiscard]] bool handOver(const QString& folder, const QStringList& arguments,
                             std::chrono::milliseconds timeout = std::chrono::seconds(3));
 

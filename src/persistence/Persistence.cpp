@@ -1,9 +1,6 @@
 #include "persistence/Persistence.h"
 
-#include "model/ScoringEngine.h"
-#include "persistence/AtomicFile.h"
-#include "session/AppState.h"
-#include "json/JsonWriter.h"
+#include "json/JsonDocument.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -22,8 +19,8 @@ std::optional<Record> decodeIfFits(const QByteArray& bytes) {
     }
 }
 
-/// False as well for what reads as the older form only because that form knows too little: the session of a
-/// newer version with a sport of its own.
+/// False also for the session of a newer version with a new sport, which fits the older form only because
+/// that form has no sport.
 bool isReadWhole(const QByteArray& bytes) {
     if (decodeIfFits<Persistence::Snapshot>(bytes))
         return true;
@@ -61,7 +58,8 @@ void Persistence::attempt(Change change) noexcept {
         m_failed = std::move(change);
         m_retry.start();
     } catch (const std::exception&) {
-        // Not the disk's fault: the same session would fail again. The next edit tries with all of it.
+        // JSON cannot hold the session, or it passes a limit: trying again would fail too, until the next
+        // edit.
     }
 }
 
@@ -82,12 +80,17 @@ void Persistence::load(AppState& into) noexcept {
         const auto stored = m_defaults.data(sessionKey);
         if (!stored)
             return;
-        if (const auto snapshot = decodeIfFits<Snapshot>(*stored)) {
+        const auto restore = [&](Snapshot session) {
+            session.selectedSport = session.selectedSport.value_or(SportID::tennis);
+            restoreRecord(session, into);
+            into.step = Screen::sport;
+        };
+        if (auto snapshot = decodeIfFits<Snapshot>(*stored)) {
             m_isStoredValueOurs = true;
-            snapshot->restore(into);
-            into.scoreboardUserScale = 1.0;
+            snapshot->scoreboardUserScale = 1.0;
+            restore(*std::move(snapshot));
         } else if (const auto legacy = decodeIfFits<LegacySnapshot>(*stored)) {
-            legacy->migrated().restore(into);
+            restore(legacy->migrated());
             save(into);
         }
     } catch (const std::exception&) {
@@ -111,67 +114,6 @@ void Persistence::setAsideWhatCannotBeRead() {
             AtomicFile::write(copy, *stored);
     }
     m_isStoredValueOurs = true;
-}
-
-Persistence::Snapshot Persistence::Snapshot::of(const AppState& state) {
-    const QPointF position = state.scoreboardPosition;
-    const auto& watermark = state.watermarkURL.value();
-    return {.selectedSport = state.selectedSport.value(),
-            .selectedTemplate = state.selectedTemplate.value(),
-            .matchConfig = state.matchConfig.value(),
-            .markers = state.markers.value(),
-            .cuts = state.cuts.value(),
-            .initialScore = state.initialScore.value(),
-            .scoreboardPositionX = position.x(),
-            .scoreboardPositionY = position.y(),
-            .scoreboardUserScale = state.scoreboardUserScale.value(),
-            .trimStart = state.trimStart.value(),
-            .trimEnd = state.trimEnd.value(),
-            .language = state.language.value(),
-            .watermarkPath = watermark ? std::optional(watermark->path(QUrl::FullyDecoded)) : std::nullopt,
-            .watermarkCorner = state.watermarkCorner.value()};
-}
-
-void Persistence::Snapshot::restore(AppState& into) const {
-    into.selectedSport = selectedSport.value_or(SportID::tennis);
-    into.selectedTemplate = selectedTemplate;
-    into.matchConfig = matchConfig;
-    into.markers = ScoringEngine::sortedByTime(markers);
-    into.cuts = cuts;
-    into.initialScore = initialScore;
-    // Positions used to be stored in points.
-    const bool isFraction = scoreboardPositionX <= 1.0 && scoreboardPositionY <= 1.0;
-    into.scoreboardPosition =
-        isFraction ? QPointF(scoreboardPositionX, scoreboardPositionY) : AppState::defaultScoreboardPosition;
-    into.trimStart = trimStart;
-    into.trimEnd = trimEnd;
-    if (language)
-        into.language = *language;
-    if (watermarkPath)
-        into.watermarkURL = QUrl::fromLocalFile(*watermarkPath);
-    if (watermarkCorner)
-        into.watermarkCorner = *watermarkCorner;
-    into.step = Screen::sport;
-}
-
-Persistence::Snapshot Persistence::LegacySnapshot::migrated() const {
-    Snapshot current{.selectedSport = std::nullopt,
-                     .selectedTemplate = selectedTemplate,
-                     .matchConfig = matchConfig,
-                     .markers = {},
-                     .cuts = cuts,
-                     .initialScore = initialScore,
-                     .scoreboardPositionX = scoreboardPositionX,
-                     .scoreboardPositionY = scoreboardPositionY,
-                     .scoreboardUserScale = std::nullopt,
-                     .trimStart = trimStart,
-                     .trimEnd = trimEnd,
-                     .language = language,
-                     .watermarkPath = watermarkPath,
-                     .watermarkCorner = watermarkCorner};
-    for (const LegacyMarker& marker : markers)
-        current.markers.push_back(marker.migrated());
-    return current;
 }
 
 }

@@ -1,6 +1,5 @@
 #include "persistence/ProjectFile.h"
 
-#include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
 #include "json/JsonDocument.h"
 
@@ -14,7 +13,7 @@ bool isTaggedScore(const json::Value& score) {
     return score.is_object() && (score.contains("type") || score.contains("score"));
 }
 
-// Only the current format tags its scores with their family, and only it knows the scale.
+// Only the current format tags its scores with their family, and only it has the scale.
 bool hasCurrentForm(const json::Value& document) {
     if (!document.is_object())
         return false;
@@ -61,23 +60,8 @@ ProjectFile ProjectFile::decode(const QByteArray& bytes, const QString& path) {
 }
 
 ProjectFile ProjectFile::migrating(const LegacyProjectFile& legacy) {
-    ProjectFile project;
-    project.version = legacy.version.value_or(1);
-    project.selectedSport = legacy.selectedSport;
-    project.selectedTemplate = legacy.selectedTemplate;
-    project.matchConfig = legacy.matchConfig;
-    for (const LegacyProjectFileMarker& marker : legacy.markers)
-        project.markers.push_back(marker.migrated());
-    if (legacy.initialScore)
-        project.initialScore = *legacy.initialScore;
-    project.scoreboardPositionX = legacy.scoreboardPositionX;
-    project.scoreboardPositionY = legacy.scoreboardPositionY;
-    project.trimStart = legacy.trimStart;
-    project.trimEnd = legacy.trimEnd;
-    project.watermarkPath = legacy.watermarkPath;
-    project.watermarkCorner = legacy.watermarkCorner;
-    project.videoPath = legacy.videoPath;
-    return project;
+    return {legacy.migrated(), legacy.version.value_or(1), legacy.selectedSport, std::nullopt,
+            legacy.videoPath};
 }
 
 void ProjectFile::save(const QString& path) const {
@@ -91,12 +75,6 @@ void ProjectFile::save(const QString& path) const {
         throw DocumentError(path, QString::fromUtf8(error.what()));
     }
     writeDocument(path, text);
-}
-
-QPointF ProjectFile::scoreboardPosition() const {
-    if (scoreboardPositionX > 1.0 || scoreboardPositionY > 1.0)
-        return defaultScoreboardPosition;
-    return {scoreboardPositionX, scoreboardPositionY};
 }
 
 }

@@ -1,18 +1,47 @@
 #include "persistence/ProjectSession.h"
 
+#include "export/ExportJob.h"
 #include "model/ScoringEngine.h"
-#include "persistence/FileLookup.h"
-#include "session/AppState.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 namespace pointloom {
 
 namespace {
 
-std::optional<QString> pathOf(const std::optional<QUrl>& url) {
-    return url ? std::optional(url->path(QUrl::FullyDecoded)) : std::nullopt;
+std::optional<QString> localPath(const QUrl& url) {
+    if (url.isLocalFile())
+        return url.toLocalFile();
+    return url.isRelative() ? std::optional(url.path()) : std::nullopt;
 }
+
+// A leading colon would name a Qt resource.
+QString placeIn(const QDir& folder, const QString& name) {
+    return name.startsWith(u':') ? folder.absolutePath() + u'/' + name : folder.absoluteFilePath(name);
+}
+
+}
+
+std::optional<FoundFile> findFile(const QString& storedPath, const QString& documentPath) {
+    const QDir folder = QFileInfo(documentPath).absoluteDir();
+    const QString named = placeIn(folder, storedPath);
+    if (QFileInfo(named).isFile())
+        return FoundFile{named, false};
+    const QString beside = placeIn(folder, QFileInfo(storedPath).fileName());
+    return QFileInfo(beside).isFile() ? std::optional(FoundFile{beside, true}) : std::nullopt;
+}
+
+std::optional<FoundFile> findFile(const QUrl& storedPicture, const QString& documentPath) {
+    const auto path = localPath(storedPicture);
+    return path ? findFile(*path, documentPath) : std::nullopt;
+}
+
+QString placeOf(const QUrl& storedPicture) {
+    return localPath(storedPicture).value_or(storedPicture.toDisplayString());
+}
+
+namespace {
 
 Screen firstUnfinished(const ProjectFile& project, const AppState& state) {
     if (!project.selectedTemplate)
@@ -22,7 +51,7 @@ Screen firstUnfinished(const ProjectFile& project, const AppState& state) {
     return state.videoURL.value() ? Screen::editor : Screen::video;
 }
 
-// Where the file is now, absent when it is nowhere; noted in the report when that is not `storedPath`.
+// The file's present path, absent when it was not found; reported when that is not `storedPath`.
 std::optional<QString> noted(OpenReport::Role role, const QString& storedPath,
                              const std::optional<FoundFile>& found, OpenReport& report) {
     if (!found) {
@@ -37,43 +66,14 @@ std::optional<QString> noted(OpenReport::Role role, const QString& storedPath,
 }
 
 ProjectFile projectFrom(const AppState& state) {
-    const QPointF position = state.scoreboardPosition;
-    ProjectFile project;
-    project.selectedSport = state.selectedSport.value();
-    project.selectedTemplate = state.selectedTemplate.value();
-    project.matchConfig = state.matchConfig.value();
-    project.markers = state.markers.value();
-    project.initialScore = state.initialScore.value();
-    project.scoreboardPositionX = position.x();
-    project.scoreboardPositionY = position.y();
-    project.scoreboardUserScale = state.scoreboardUserScale.value();
-    project.trimStart = state.trimStart.value();
-    project.trimEnd = state.trimEnd.value();
-    project.watermarkPath = pathOf(state.watermarkURL.value());
-    project.watermarkCorner = state.watermarkCorner.value();
-    project.videoPath = pathOf(state.videoURL.value());
-    return project;
+    return recordOf<ProjectFile>(state);
 }
 
 void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
     state.reset();
     state.cuts = std::vector<CutZone>{}; // a document has none, and a reset keeps those of the session
     state.selectedCutID = std::nullopt;
-    state.selectedSport = project.selectedSport.value_or(SportID::tennis);
-    state.selectedTemplate = project.selectedTemplate;
-    state.matchConfig = project.matchConfig;
-    state.markers = ScoringEngine::sortedByTime(project.markers);
-    state.initialScore = project.initialScore;
-    state.scoreboardPosition = project.scoreboardPosition();
-    state.scoreboardUserScale = project.scoreboardUserScale.value_or(1.0);
-    state.trimStart = project.trimStart;
-    state.trimEnd = project.trimEnd;
-    if (project.watermarkCorner)
-        state.watermarkCorner = *project.watermarkCorner;
-    if (project.watermarkPath)
-        state.watermarkURL = QUrl::fromLocalFile(*project.watermarkPath);
-    if (project.videoPath)
-        state.videoURL = QUrl::fromLocalFile(*project.videoPath);
+    restoreRecord(project, state);
     state.currentProjectURL = sourceURL;
     state.step = firstUnfinished(project, state);
     state.save();
@@ -119,6 +119,30 @@ OpenReport openProject(const QString& path, AppState& state) {
         state.step = Screen::video;
     }
     return report;
+}
+
+std::optional<ExportJob> exportJobFor(const ProjectFile& project) {
+    if (!project.matchConfig || !project.selectedTemplate || !project.videoPath)
+        return std::nullopt;
+    ExportJob job;
+    job.videoPath = *project.videoPath;
+    job.trimStart = project.trimStart;
+    job.trimEnd = project.trimEnd;
+
+    OverlayDescription& overlay = job.overlay;
+    overlay.markers = project.markers;
+    overlay.initialScore = initialScoreOf(project, *project.matchConfig);
+    overlay.config = *project.matchConfig;
+    overlay.templateID = *project.selectedTemplate;
+    overlay.scoreboardPosition = project.scoreboardPosition();
+    overlay.scoreboardUserScale = project.scoreboardUserScale.value_or(overlay.scoreboardUserScale);
+    overlay.watermarkPath = project.watermarkPath;
+    job.settings.watermarkCorner = project.watermarkCorner.value_or(job.settings.watermarkCorner);
+    return job;
+}
+
+SportScoreState initialScoreOf(const ProjectFile& project, const MatchConfig& config) {
+    return project.initialScore ? *project.initialScore : ScoringEngine::getInitialScore(config);
 }
 
 }

@@ -1,25 +1,53 @@
-// Between project documents and the session.
+// Conversion between project documents, the session and export jobs.
 #pragma once
 
-#include "files/InputFile.h"
+#include "files/NewFile.h"
 #include "persistence/ProjectFile.h"
 
+#include <optional>
 #include <QString>
 #include <QUrl>
 #include <vector>
 
 namespace pointloom {
 
-class AppState;
+struct ExportJob;
+
+struct FoundFile {
+    QString path;
+    bool isBesideDocument = false; // found by its name next to the document, not where the document says
+};
+
+/// A file that the document at `documentPath` names: where it says or, when both were moved together, beside
+/// the document. Relative paths count from the document's folder.
+std::optional<FoundFile> findFile(const QString& storedPath, const QString& documentPath);
+
+/// The same for a picture; an address on another machine is never found.
+std::optional<FoundFile> findFile(const QUrl& storedPicture, const QString& documentPath);
+
+/// The path of a picture, or its address when that is on another machine.
+QString placeOf(const QUrl& storedPicture);
 
 /// The session as a document. The cut zones and the interface language are not part of it.
 ProjectFile projectFrom(const AppState& state);
 
 /// Replaces the whole session by the document, which becomes the current project, goes to the first screen
-/// for which something is still missing, and saves the session. Whether files exist is not looked at.
+/// for which something is still missing, and saves the session. Whether files exist is not checked.
 void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL);
 
-/// What opening a document had to say about the files that it names.
+/// References to the properties of the session that a document stores.
+inline auto documentProperties(AppState& state) {
+    const auto property = [&](const auto& field) {
+        if constexpr (requires { field.property; })
+            return std::tie(state.*field.property);
+        else
+            return std::tuple{};
+    };
+    return std::apply([&](const auto&... fields) { return std::tuple_cat(property(fields)...); },
+                      storedFields<ProjectFile>());
+}
+
+/// The files named by a document that were not where it says when it was opened.
 struct OpenReport {
     enum class Role { logo, watermark, video };
 
@@ -49,5 +77,13 @@ OpenReport openProject(const QString& path, AppState& state);
 
 /// The document of the session and the files that it names, which no other new file may replace.
 std::vector<InputFile> inputFiles(const AppState& state);
+
+/// The export of the document: its video, its range, its whole overlay, without a licence; settings
+/// other than the watermark's corner and the output are the defaults. Empty while match, template or video
+/// are missing. Whether files exist is not checked.
+std::optional<ExportJob> exportJobFor(const ProjectFile& project);
+
+/// The score before the first marker.
+SportScoreState initialScoreOf(const ProjectFile& project, const MatchConfig& config);
 
 }

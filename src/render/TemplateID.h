@@ -3,7 +3,7 @@
 
 #include "l10n/Language.h"
 #include "model/MatchConfig.h"
-#include "json/RawValues.h"
+#include "json/JsonFields.h"
 
 #include <QString>
 #include <vector>

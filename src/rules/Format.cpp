@@ -1,6 +1,6 @@
 #include "rules/Format.h"
 
-#include "json/JsonError.h"
+#include "json/JsonCoding.h"
 
 #include <algorithm>
 #include <optional>

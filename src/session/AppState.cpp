@@ -2,19 +2,12 @@
 
 #include "l10n/L10nKey.h"
 #include "model/ScoringEngine.h"
+#include "session/UndoStack.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace pointloom {
-
-namespace {
-
-auto findMarker(std::vector<Marker>& markers, const QUuid& id) {
-    return std::ranges::find(markers, id, &Marker::id);
-}
-
-}
 
 AppState::AppState(SessionStore* store)
     : m_store(store) {
@@ -36,19 +29,27 @@ QString AppState::t(L10nKey key) const {
     return pointloom::t(language, key);
 }
 
-void AppState::addMarker(Marker marker, UndoManager* undoManager) {
+// Makes an edit an undoable step, whose `inverse` is an edit as well, and saves the session.
+void AppState::concludeEdit(L10nKey name, UndoStack* undoManager, std::function<void()> inverse) const {
+    if (undoManager) {
+        undoManager->registerUndo(std::move(inverse));
+        undoManager->setActionName(name);
+    }
+    save();
+}
+
+void AppState::addMarker(Marker marker, UndoStack* undoManager) {
     const QUuid id = marker.id;
     auto edited = markers.value();
     edited.push_back(std::move(marker));
     markers = ScoringEngine::sortedByTime(std::move(edited));
     selectedMarkerID = id;
-    registerEdit(undoManager, L10nKey::addMarker, [this, id, undoManager] { removeMarker(id, undoManager); });
-    save();
+    concludeEdit(L10nKey::addMarker, undoManager, [this, id, undoManager] { removeMarker(id, undoManager); });
 }
 
-void AppState::removeMarker(const QUuid& id, UndoManager* undoManager) {
+void AppState::removeMarker(const QUuid& id, UndoStack* undoManager) {
     auto edited = markers.value();
-    const auto found = findMarker(edited, id);
+    const auto found = std::ranges::find(edited, id, &Marker::id);
     if (found == edited.end())
         return;
     const Marker removed = std::move(*found);
@@ -56,78 +57,123 @@ void AppState::removeMarker(const QUuid& id, UndoManager* undoManager) {
     markers = std::move(edited);
     if (selectedMarkerID.value() == removed.id)
         selectedMarkerID = std::nullopt;
-    registerEdit(undoManager, L10nKey::undoDeleteMarker,
+    concludeEdit(L10nKey::undoDeleteMarker, undoManager,
                  [this, removed, undoManager] { addMarker(removed, undoManager); });
-    save();
 }
 
 template <class Value>
 void AppState::updateMarker(const QUuid& id, Value Marker::*field, const Value& value, L10nKey name,
-                            UndoManager* undoManager) {
+                            UndoStack* undoManager) {
     auto edited = markers.value();
-    const auto found = findMarker(edited, id);
+    const auto found = std::ranges::find(edited, id, &Marker::id);
     if (found == edited.end())
         return;
-    const QUuid marker = found->id; // `id` may stand in the list that goes
+    const QUuid marker = found->id; // `id` may refer into the list that is replaced
     const Value previous = std::exchange((*found).*field, value);
     markers = ScoringEngine::sortedByTime(std::move(edited));
-    registerEdit(undoManager, name, [this, marker, field, previous, name, undoManager] {
+    concludeEdit(name, undoManager, [this, marker, field, previous, name, undoManager] {
         updateMarker(marker, field, previous, name, undoManager);
     });
-    save();
 }
 
-void AppState::updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoManager* undoManager) {
+void AppState::updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoStack* undoManager) {
     updateMarker(id, &Marker::score, score, L10nKey::undoEditScore, undoManager);
 }
 
-void AppState::updateMarkerTime(const QUuid& id, double time, UndoManager* undoManager) {
+void AppState::updateMarkerTime(const QUuid& id, double time, UndoStack* undoManager) {
     updateMarker(id, &Marker::startTime, time, L10nKey::undoMoveMarker, undoManager);
 }
 
 void AppState::updateMarkerLabel(const QUuid& id, const std::optional<QString>& label,
-                                 UndoManager* undoManager) {
+                                 UndoStack* undoManager) {
     updateMarker(id, &Marker::label, label, L10nKey::undoRenameMarker, undoManager);
 }
 
 void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,
-                              UndoManager* undoManager) {
+                              UndoStack* undoManager) {
     const std::vector<Marker> previous = markers;
     const std::optional<QUuid> previousSelection = selectedMarkerID;
     markers = std::move(replacement);
     selectedMarkerID = selection;
-    registerEdit(undoManager, L10nKey::undoImportMarkers, [this, previous, previousSelection, undoManager] {
+    concludeEdit(L10nKey::undoImportMarkers, undoManager, [this, previous, previousSelection, undoManager] {
         replaceMarkers(previous, previousSelection, undoManager);
     });
-    save();
+}
+
+void AppState::setInitialScore(const std::optional<SportScoreState>& score, UndoStack* undoManager) {
+    const std::optional<SportScoreState> previous = initialScore;
+    if (previous == score)
+        return;
+    initialScore = score;
+    concludeEdit(L10nKey::undoEditInitialScore, undoManager,
+                 [this, previous, undoManager] { setInitialScore(previous, undoManager); });
+}
+
+void AppState::setTrim(const TrimTimes& trim, UndoStack* undoManager) {
+    const TrimTimes previous = this->trim();
+    if (trim == previous)
+        return;
+    trimStart = trim.start;
+    trimEnd = trim.end;
+    concludeEdit(L10nKey::undoSetTrim, undoManager,
+                 [this, previous, undoManager] { setTrim(previous, undoManager); });
+}
+
+void AppState::addCut(const CutZone& cut, UndoStack* undoManager) {
+    auto edited = cuts.value();
+    edited.insert(std::ranges::upper_bound(edited, cut.start, {}, &CutZone::start), cut);
+    cuts = std::move(edited);
+    selectedCutID = cut.id;
+    concludeEdit(L10nKey::undoAddCut, undoManager,
+                 [this, id = cut.id, undoManager] { removeCut(id, undoManager); });
+}
+
+void AppState::updateCut(const CutZone& cut, UndoStack* undoManager) {
+    auto edited = cuts.value();
+    const auto found = std::ranges::find(edited, cut.id, &CutZone::id);
+    if (found == edited.end() || *found == cut)
+        return;
+    const CutZone previous = std::exchange(*found, cut);
+    std::ranges::stable_sort(edited, {}, &CutZone::start);
+    cuts = std::move(edited);
+    concludeEdit(L10nKey::undoMoveCut, undoManager,
+                 [this, previous, undoManager] { updateCut(previous, undoManager); });
+}
+
+void AppState::removeCut(const QUuid& id, UndoStack* undoManager) {
+    auto edited = cuts.value();
+    const auto found = std::ranges::find(edited, id, &CutZone::id);
+    if (found == edited.end())
+        return;
+    const CutZone removed = *found;
+    edited.erase(found);
+    cuts = std::move(edited);
+    if (selectedCutID.value() == removed.id)
+        selectedCutID = std::nullopt;
+    concludeEdit(L10nKey::undoDeleteCut, undoManager,
+                 [this, removed, undoManager] { addCut(removed, undoManager); });
+}
+
+void AppState::placeScoreboard(const ScoreboardPlace& place, L10nKey name, UndoStack* undoManager) {
+    const ScoreboardPlace previous = scoreboardPlace();
+    scoreboardPosition = place.position;
+    scoreboardUserScale = place.userScale;
+    concludePlacing(previous, name, undoManager);
+}
+
+void AppState::concludePlacing(const ScoreboardPlace& previous, L10nKey name, UndoStack* undoManager) {
+    if (previous == scoreboardPlace())
+        return;
+    concludeEdit(name, undoManager,
+                 [this, previous, name, undoManager] { placeScoreboard(previous, name, undoManager); });
 }
 
 void AppState::reset() {
-    step = Screen::sport;
-    selectedTemplate = std::nullopt;
-    selectedSport = SportID::tennis;
-    matchConfig = std::nullopt;
-    videoURL = std::nullopt;
-    videoDuration = 0;
-    videoWidth = 0;
-    videoHeight = 0;
-    currentTime = 0;
-    isPlaying = false;
-    trimStart = 0;
-    trimEnd = std::nullopt;
-    scoreboardPosition = defaultScoreboardPosition;
-    scoreboardUserScale = 1.0;
-    scoreboardDrawOrigin = defaultScoreboardDrawOrigin;
-    previewAreaSize = QSizeF(0, 0);
-    selectedMarkerID = std::nullopt;
-    markers = std::vector<Marker>{};
-    initialScore = std::nullopt;
-    exportProgress = 0;
-    exportStatus = ExportStatus{};
-    watermarkURL = std::nullopt;
-    watermarkCorner = WatermarkCorner::bottomRight;
-    currentProjectURL = std::nullopt;
-    showLicenseSheet = false;
+    const AppState start;
+    const auto resetAll = [&](const auto... fields) {
+        ((this->*fields).setValue((start.*fields).value()), ...);
+    };
+    std::apply(resetAll, resetFields());
     if (m_store)
         m_store->clear();
 }

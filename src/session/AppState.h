@@ -1,5 +1,5 @@
 // The session: every piece of editing state, each field observable by itself, and the undoable edits.
-// One instance lives as long as the application and belongs to the main thread.
+// One instance lives as long as the application; main thread only.
 #pragma once
 
 #include "export/ExportSettings.h"
@@ -7,9 +7,8 @@
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"
-#include "session/SessionStore.h"
-#include "session/UndoManager.h"
 
+#include <functional>
 #include <optional>
 #include <QPointF>
 #include <QProperty>
@@ -17,6 +16,7 @@
 #include <QString>
 #include <QUrl>
 #include <QUuid>
+#include <tuple>
 #include <vector>
 
 // Qt asks an optional's content whether it can be ordered, and a variant says yes without asking its own.
@@ -25,24 +25,57 @@ struct QTypeTraits::has_operator_less_than<std::optional<pointloom::SportScoreSt
 
 namespace pointloom {
 
+class AppState;
+class UndoStack;
+
+/// Storage of the session between launches. None of the functions throws.
+class SessionStore {
+public:
+    virtual ~SessionStore() = default;
+
+    /// Stores the whole session. What cannot be stored leaves the stored session as it was.
+    virtual void save(const AppState& state) noexcept = 0;
+
+    /// Deletes the stored session.
+    virtual void clear() noexcept = 0;
+
+    /// Tries again the last of the above if it failed.
+    virtual void retry() noexcept = 0;
+};
+
+/// The exported range, seconds from the start of the source.
+struct TrimTimes {
+    double start = 0;
+    std::optional<double> end; // absent: the end of the video
+
+    bool operator==(const TrimTimes&) const = default;
+};
+
+struct ScoreboardPlace {
+    QPointF position;     // centre, fractions of the picture
+    double userScale = 1; // 0.3..5
+
+    bool operator==(const ScoreboardPlace&) const = default;
+};
+
 /// The wizard's screens in their order, then the editor.
 enum class Screen { sport, scoreboard, match, video, editor };
 
-/// Reading a field inside a binding registers the reader; assigning an equal value notifies nobody.
-/// Assigning a field does not save: the edits below do, and `save` does for everything else.
+/// Reading a field inside a binding registers the reader; assigning an equal value notifies no reader.
+/// Assigning a field does not save: the edits below do, and `save` does for everything else. A new field that
+/// starts anew with each session is listed in `resetFields`, one that is stored in StoredFields.h.
 class AppState {
 public:
     struct ExportStatus {
         enum class Stage { idle, exporting, done, error };
 
         Stage stage = Stage::idle;
-        QString message; // of an error, fit for a person
+        QString message; // of an error, fit for a user
 
         bool operator==(const ExportStatus&) const = default;
     };
 
     static constexpr QPointF defaultScoreboardPosition{0.15, 0.1};
-    static constexpr QPointF defaultScoreboardDrawOrigin{30, 20};
 
     /// The session is saved in `store`, which outlives it; without one it is not saved.
     explicit AppState(SessionStore* store = nullptr);
@@ -64,8 +97,8 @@ public:
 
     QProperty<QPointF> scoreboardPosition{defaultScoreboardPosition}; // centre, fractions of the picture
     QProperty<double> scoreboardUserScale{1.0};
-    QProperty<QPointF> scoreboardDrawOrigin{defaultScoreboardDrawOrigin}; // top left, preview points
-    QProperty<QSizeF> previewAreaSize{QSizeF(0, 0)};                      // points
+    QProperty<QPointF> scoreboardDrawOrigin{QPointF(30, 20)}; // top left, preview points
+    QProperty<QSizeF> previewAreaSize{QSizeF(0, 0)};          // points
 
     QProperty<std::vector<Marker>> markers;                 // sorted by start time
     QProperty<std::optional<SportScoreState>> initialScore; // before the first marker, if the user set one
@@ -89,21 +122,41 @@ public:
     /// The text of a key in the session's language.
     QString t(L10nKey key) const;
 
-    // The undoable edits. Each saves the session; without an undo manager it cannot be taken back.
-    // An unknown identifier changes nothing and saves nothing.
+    TrimTimes trim() const { return {trimStart, trimEnd}; }
+    ScoreboardPlace scoreboardPlace() const { return {scoreboardPosition, scoreboardUserScale}; }
+
+    // The undoable edits. Each saves the session; without an undo manager it cannot be taken back. The
+    // session outlives the undo manager. An unknown identifier changes nothing and saves nothing.
 
     /// Sorts the marker into place, after those of the same time, and selects it.
-    void addMarker(Marker marker, UndoManager* undoManager);
-    /// Clears the selection when it was the selected one.
-    void removeMarker(const QUuid& id, UndoManager* undoManager);
-    void updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoManager* undoManager);
+    void addMarker(Marker marker, UndoStack* undoManager);
+    /// Clears the selection when the marker was selected.
+    void removeMarker(const QUuid& id, UndoStack* undoManager);
+    void updateMarkerScore(const QUuid& id, const SportScoreState& score, UndoStack* undoManager);
     /// `time` in seconds, stored as given.
-    void updateMarkerTime(const QUuid& id, double time, UndoManager* undoManager);
-    void updateMarkerLabel(const QUuid& id, const std::optional<QString>& label, UndoManager* undoManager);
-
-    /// Takes a whole other list, sorted by start time, and a selection; as an import does.
+    void updateMarkerTime(const QUuid& id, double time, UndoStack* undoManager);
+    void updateMarkerLabel(const QUuid& id, const std::optional<QString>& label, UndoStack* undoManager);
+    /// Replaces the whole list by one sorted by start time, and the selection; for an import.
     void replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,
-                        UndoManager* undoManager);
+                        UndoStack* undoManager);
+
+    // For these, a change to the values that hold already is no edit.
+
+    /// Absent: the empty score of the match holds before the first marker.
+    void setInitialScore(const std::optional<SportScoreState>& score, UndoStack* undoManager);
+    void setTrim(const TrimTimes& trim, UndoStack* undoManager);
+
+    /// Selects the cut zone.
+    void addCut(const CutZone& cut, UndoStack* undoManager);
+    /// Gives the cut zone with the identifier of `cut` its times.
+    void updateCut(const CutZone& cut, UndoStack* undoManager);
+    /// Clears the selection when the cut zone was selected.
+    void removeCut(const QUuid& id, UndoStack* undoManager);
+
+    /// Moves and resizes the scoreboard. `name` is the edit's, as in "Move Scoreboard".
+    void placeScoreboard(const ScoreboardPlace& place, L10nKey name, UndoStack* undoManager);
+    /// The same for a scoreboard that has followed the pointer from `previous` to its place already.
+    void concludePlacing(const ScoreboardPlace& previous, L10nKey name, UndoStack* undoManager);
 
     /// A fresh start; the stored session is deleted. The language, the licence and the cut zones stay.
     void reset();
@@ -117,9 +170,41 @@ public:
 private:
     std::optional<SportScoreState> resolveLiveScore() const;
 
+    /// The fields that `reset` gives their start values, in its order.
+    static constexpr auto resetFields() {
+        using S = AppState;
+        return std::tuple{&S::step,
+                          &S::selectedTemplate,
+                          &S::selectedSport,
+                          &S::matchConfig,
+                          &S::videoURL,
+                          &S::videoDuration,
+                          &S::videoWidth,
+                          &S::videoHeight,
+                          &S::currentTime,
+                          &S::isPlaying,
+                          &S::trimStart,
+                          &S::trimEnd,
+                          &S::scoreboardPosition,
+                          &S::scoreboardUserScale,
+                          &S::scoreboardDrawOrigin,
+                          &S::previewAreaSize,
+                          &S::selectedMarkerID,
+                          &S::markers,
+                          &S::initialScore,
+                          &S::exportProgress,
+                          &S::exportStatus,
+                          &S::watermarkURL,
+                          &S::watermarkCorner,
+                          &S::currentProjectURL,
+                          &S::showLicenseSheet};
+    }
+
+    void concludeEdit(L10nKey name, UndoStack* undoManager, std::function<void()> inverse) const;
+
     template <class Value>
     void updateMarker(const QUuid& id, Value Marker::*field, const Value& value, L10nKey name,
-                      UndoManager* undoManager);
+                      UndoStack* undoManager);
 
     SessionStore* m_store;
     QProperty<std::optional<SportScoreState>> m_liveScore;

@@ -1,6 +1,7 @@
 #include "session/UndoStack.h"
 
 #include <algorithm>
+#include <memory>
 #include <QScopedValueRollback>
 #include <QUndoCommand>
 #include <utility>

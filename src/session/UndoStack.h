@@ -1,9 +1,9 @@
-// The edits of one window that can be taken back, over Qt's undo stack.
+// The undo manager of the edits of one window, over Qt's undo stack.
 #pragma once
 
-#include "session/UndoManager.h"
+#include "l10n/Language.h"
 
-#include <memory>
+#include <functional>
 #include <optional>
 #include <QProperty>
 #include <QUndoStack>
@@ -13,13 +13,20 @@ namespace pointloom {
 
 /// Each `registerUndo` outside of undo and redo is one step. What the registered actions refer to must
 /// outlive the stack or be removed from it with `removeAllActions`.
-class UndoStack final : public UndoManager {
+class UndoStack {
 public:
-    UndoStack();
-    ~UndoStack() override;
+    using Action = std::function<void()>;
 
-    void registerUndo(Action inverse) override;
-    void setActionName(L10nKey name) override;
+    UndoStack();
+    ~UndoStack();
+
+    /// Remembers `inverse`, which takes back the edit just made. An edit made while an action is being
+    /// undone becomes its redo, and the other way round.
+    void registerUndo(Action inverse);
+
+    /// Names the edit registered last by the text that a menu shows, as in "Add Marker". While undoing or
+    /// redoing, the name that the edit was given first stays.
+    void setActionName(L10nKey name);
 
     /// Takes back the latest step, or makes the step taken back last again. Nothing happens when there is
     /// none, or when called by an action that is itself being undone or redone. A step whose actions find

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/MainWindow.h"
-#include "licensing/FileRecordStore.h"
 #include "licensing/LicenceManager.h"
+#include "licensing/RecordStore.h"
 #include "persistence/Persistence.h"
 #include "session/UndoStack.h"
 #include "support/TestClips.h"

@@ -1,5 +1,5 @@
-#include "crash/CrashReporterGlobals.h"
-#include "crash/PendingCrashReport.h"
+#include "crash/CrashCapture.h"
+#include "crash/CrashEvent.h"
 #include "json/JsonDocument.h"
 
 #include <csignal>

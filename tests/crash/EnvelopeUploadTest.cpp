@@ -1,4 +1,4 @@
-#include "crash/EnvelopeUpload.h"
+#include "crash/CrashEvent.h"
 #include "support/LoopbackServer.h"
 
 #include <gmock/gmock.h>

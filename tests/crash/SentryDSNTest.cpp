@@ -1,4 +1,4 @@
-#include "crash/SentryDSN.h"
+#include "crash/CrashEvent.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,6 @@
 #include "files/NewFile.h"
 
 #include "files/FileDescriptor.h"
-#include "files/FileError.h"
-#include "files/InputFile.h"
 #include "support/TestClips.h"
 
 #include <fcntl.h>

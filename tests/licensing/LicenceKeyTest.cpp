@@ -1,5 +1,4 @@
 #include "licensing/LicenceKey.h"
-#include "licensing/LicenceError.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

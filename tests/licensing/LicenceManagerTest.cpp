@@ -1,5 +1,5 @@
 #include "licensing/LicenceFixture.h"
-#include "licensing/MachineFingerprint.h"
+#include "licensing/LicenceStatus.h"
 #include "support/LoopbackServer.h"
 #include "json/JsonDocument.h"
 

@@ -1,6 +1,6 @@
 #include "licensing/LicenceRecord.h"
-#include "licensing/LicenceError.h"
 #include "licensing/LicenceFixture.h"
+#include "licensing/LicenceKey.h"
 #include "json/JsonDocument.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // The service's own manners, spoken to without the client.
 #include "licensing/LicenceFixture.h"
-#include "licensing/MachineFingerprint.h"
+#include "licensing/LicenceStatus.h"
 
 #include <gmock/gmock.h>
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
-#include "licensing/KeychainRecordStore.h"
-#include "licensing/LicenceError.h"
+#include "licensing/RecordStore.h"
+#include "licensing/LicenceKey.h"
 
 #include <deque>
 #include <gmock/gmock.h>

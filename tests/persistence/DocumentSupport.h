@@ -1,7 +1,7 @@
 // Files and their faults, in short forms.
 #pragma once
 
-#include "persistence/DocumentError.h"
+#include "persistence/DocumentFile.h"
 
 #include <gtest/gtest.h>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "persistence/Persistence.h"
 
 #include "support/Sessions.h"
-#include "json/JsonWriter.h"
+#include "json/JsonDocument.h"
 
 #include <gtest/gtest.h>
 #include <QDir>

@@ -1,7 +1,8 @@
 #include "persistence/ProjectFile.h"
 #include "DocumentSupport.h"
+#include "export/ExportJob.h"
 #include "persistence/CSVParser.h"
-#include "persistence/ProjectExport.h"
+#include "persistence/ProjectSession.h"
 #include "json/JsonDocument.h"
 
 #include <csignal>

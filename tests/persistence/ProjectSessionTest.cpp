@@ -1,8 +1,8 @@
 #include "persistence/ProjectSession.h"
 
 #include "l10n/L10nKey.h"
-#include "persistence/DocumentError.h"
-#include "persistence/MarkerImport.h"
+#include "persistence/CSVParser.h"
+#include "persistence/DocumentFile.h"
 #include "session/UndoStack.h"
 #include "support/Sessions.h"
 

@@ -1,7 +1,6 @@
 #include "persistence/UserDefaults.h"
 
-#include "persistence/AtomicFile.h"
-#include "persistence/IniText.h"
+#include "persistence/SessionLock.h"
 
 #include <gtest/gtest.h>
 #include <QDir>

@@ -1,5 +1,5 @@
 // Trims and cut zones: each edit is one step that can be taken back, and is saved.
-#include "session/RangeEdits.h"
+#include "session/AppState.h"
 
 #include "l10n/L10nKey.h"
 #include "session/UndoStack.h"
@@ -24,23 +24,23 @@ CutZone cutFrom(double start, double end) {
 }
 
 TEST_F(RangeEdits, ATrimIsOneStepWithBothItsEnds) {
-    setTrim(state, {2, 8}, &undo);
+    state.setTrim({2, 8}, &undo);
     EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoSetTrim);
-    setTrim(state, {2, std::nullopt}, &undo);
+    state.setTrim({2, std::nullopt}, &undo);
     undo.undo();
-    EXPECT_EQ(trimOf(state), (TrimTimes{2, 8}));
+    EXPECT_EQ(state.trim(), (TrimTimes{2, 8}));
     undo.undo();
-    EXPECT_EQ(trimOf(state), TrimTimes{});
+    EXPECT_EQ(state.trim(), TrimTimes{});
     undo.redo();
-    EXPECT_EQ(trimOf(state), (TrimTimes{2, 8}));
+    EXPECT_EQ(state.trim(), (TrimTimes{2, 8}));
     EXPECT_EQ(store.saves, 5);
 }
 
 TEST_F(RangeEdits, WhatChangesNothingIsNoStep) {
-    setTrim(state, {}, &undo);
+    state.setTrim({}, &undo);
     const CutZone cut = cutFrom(1, 2);
-    updateCut(state, cut, &undo);
-    removeCut(state, cut.id, &undo);
+    state.updateCut(cut, &undo);
+    state.removeCut(cut.id, &undo);
     EXPECT_FALSE(undo.canUndo().value());
     EXPECT_EQ(store.saves, 0);
 }
@@ -48,19 +48,19 @@ TEST_F(RangeEdits, WhatChangesNothingIsNoStep) {
 TEST_F(RangeEdits, CutsComeAndGoByUndoInTheirOrderAndSelected) {
     const CutZone late = cutFrom(10, 12);
     const CutZone early = cutFrom(1, 2);
-    addCut(state, late, &undo);
-    addCut(state, early, &undo);
+    state.addCut(late, &undo);
+    state.addCut(early, &undo);
     EXPECT_EQ(state.cuts.value(), (std::vector{early, late}));
     EXPECT_EQ(state.selectedCutID.value(), early.id);
 
     CutZone moved = early;
     moved.start = 20;
     moved.end = 21;
-    updateCut(state, moved, &undo);
+    state.updateCut(moved, &undo);
     EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoMoveCut);
     EXPECT_EQ(state.cuts.value(), (std::vector{late, moved}));
 
-    removeCut(state, moved.id, &undo);
+    state.removeCut(moved.id, &undo);
     EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoDeleteCut);
     EXPECT_FALSE(state.selectedCutID.value());
     undo.undo();

@@ -6,7 +6,7 @@
 // Root may write anywhere: with POINTLOOM_TORTURE_AS_NOBODY in its environment it gives that up first.
 #include "persistence/Persistence.h"
 #include "session/RandomEdits.h"
-#include "json/JsonWriter.h"
+#include "json/JsonDocument.h"
 
 #include <csignal>
 #include <cstdio>

@@ -2,7 +2,7 @@
 // all tests; scripts/torture.sh sets POINTLOOM_TORTURE_KILLS for the long one.
 #include "persistence/Persistence.h"
 #include "session/RandomEdits.h"
-#include "json/JsonWriter.h"
+#include "json/JsonDocument.h"
 
 #include <csignal>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "licence-server/LicenceService.h"
 
-#include "licensing/LicenceError.h"
+#include "licensing/LicenceKey.h"
 #include "licensing/LicenceRecord.h"
 #include "json/JsonDocument.h"
 

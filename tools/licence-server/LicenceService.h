@@ -2,8 +2,8 @@
 #pragma once
 
 #include "licence-server/LicenceDatabase.h"
-#include "licensing/Ed25519.h"
 #include "licensing/LicenceClient.h"
+#include "licensing/LicenceRecord.h"
 
 #include <functional>
 #include <QByteArray>

@@ -1,7 +1,7 @@
 // The development licence service: makes a key pair, sells keys, answers requests.
 #include "licence-server/HttpListener.h"
 #include "licence-server/LicenceService.h"
-#include "licensing/LicenceError.h"
+#include "licensing/LicenceKey.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>

@@ -3,7 +3,7 @@
 #include "crash/CrashReporter.h"
 #include "l10n/Format.h"
 #include "model/ScoringEngine.h"
-#include "persistence/MarkerImport.h"
+#include "persistence/CSVParser.h"
 #include "ui/common/MarkerText.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"

@@ -1,7 +1,7 @@
 #include "ui/editor/ScorePanel.h"
 
 #include "model/ScoringEngine.h"
-#include "session/ScoreboardEdits.h"
+#include "session/AppState.h"
 #include "ui/common/TimeCode.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/style/Controls.h"
@@ -126,7 +126,7 @@ void ScorePanel::showNothing() {
 
 void ScorePanel::storeScore(const SportScoreState& score) {
     if (m_isInitial)
-        setInitialScore(m_context.state, score, &m_context.undo);
+        m_context.state.setInitialScore(score, &m_context.undo);
     else if (const Marker* marker = EditorCommands::selectedMarker(m_context.state))
         m_context.state.updateMarkerScore(QUuid(marker->id), score, &m_context.undo);
 }
@@ -143,7 +143,7 @@ void ScorePanel::storeLabel() {
 
 void ScorePanel::removeShown() {
     if (m_isInitial)
-        setInitialScore(m_context.state, std::nullopt, &m_context.undo);
+        m_context.state.setInitialScore(std::nullopt, &m_context.undo);
     else if (const Marker* marker = EditorCommands::selectedMarker(m_context.state))
         m_context.state.removeMarker(QUuid(marker->id), &m_context.undo);
 }

@@ -240,7 +240,7 @@ void ScoreboardOverlayView::endMoveDrag() {
         state.scoreboardPosition, std::exchange(m_dragOffset, noOffset), m_videoRect);
     m_verticalGuide.reset();
     m_horizontalGuide.reset();
-    placeScoreboard(state, {position, state.scoreboardUserScale}, moveName, &m_context.undo);
+    state.placeScoreboard({position, state.scoreboardUserScale}, moveName, &m_context.undo);
     update();
 }
 
@@ -256,7 +256,7 @@ void ScoreboardOverlayView::endResizeDrag() {
     if (!std::exchange(m_isResizing, false))
         return;
     AppState& state = m_context.state;
-    concludePlacing(state, {state.scoreboardPosition, m_resizeStartScale}, resizeName, &m_context.undo);
+    state.concludePlacing({state.scoreboardPosition, m_resizeStartScale}, resizeName, &m_context.undo);
     update();
 }
 
@@ -332,7 +332,7 @@ void ScoreboardOverlayView::keyPressEvent(QKeyEvent* event) {
 void ScoreboardOverlayView::nudge(QSizeF points, double scaleFactor) {
     AppState& state = m_context.state;
     if (!m_nudgedFrom)
-        m_nudgedFrom = ScoreboardPlace::of(state);
+        m_nudgedFrom = state.scoreboardPlace();
     if (!points.isNull())
         state.scoreboardPosition =
             OverlayPlacement::movedPosition(state.scoreboardPosition, points, m_videoRect);
@@ -353,7 +353,7 @@ void ScoreboardOverlayView::concludeNudging() {
     if (!from)
         return;
     const bool isMove = from->position != m_context.state.scoreboardPosition.value();
-    concludePlacing(m_context.state, *from, isMove ? moveName : resizeName, &m_context.undo);
+    m_context.state.concludePlacing(*from, isMove ? moveName : resizeName, &m_context.undo);
 }
 
 void ScoreboardOverlayView::focusInEvent(QFocusEvent*) {

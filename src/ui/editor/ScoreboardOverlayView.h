@@ -1,7 +1,7 @@
 // The scoreboard over the picture: dragged, resized and nudged into place.
 #pragma once
 
-#include "session/ScoreboardEdits.h"
+#include "session/AppState.h"
 #include "ui/common/LiveScoreboard.h"
 #include "ui/common/UiContext.h"
 #include "ui/editor/ScoreboardPainter.h"

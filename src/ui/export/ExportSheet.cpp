@@ -1,6 +1,5 @@
 #include "ui/export/ExportSheet.h"
 
-#include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
 #include "ui/style/Controls.h"
@@ -114,9 +113,10 @@ void ExportSheet::bind() {
     m_bindings.watch(state.exportStatus, [this] { showStage(); });
     m_bindings.watch(state.videoURL, [this] { offerEncoders(); });
     m_bindings.watchAll([this] { updateExport(); }, state.trimStart, state.trimEnd, state.videoDuration);
-    m_bindings.watchAll([this] { requestStill(); }, state.videoURL, state.currentTime, state.trimStart,
-                        state.trimEnd, state.watermarkURL, state.watermarkCorner, state.isLicensed,
-                        state.matchConfig, state.selectedTemplate, state.markers);
+    const auto watch = [&](auto&... stored) {
+        m_bindings.watchAll([this] { requestStill(); }, stored..., state.currentTime, state.isLicensed);
+    };
+    std::apply(watch, documentProperties(state));
 }
 
 void ExportSheet::showWords() {

@@ -1,9 +1,6 @@
 #include "ui/export/FramePreview.h"
 
-#include "persistence/DocumentError.h"
 #include "persistence/DocumentFile.h"
-#include "persistence/PictureFile.h"
-#include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
 #include "ui/export/ExportWords.h"

@@ -113,7 +113,7 @@ QString faultText(LicenceFault fault, const QString& detail, Language language) 
 
 LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, QWidget* parent)
     : TitledDialog(context, 66, parent)
-    , m_sheet(manager, [this] { follow(); }) {
+    , m_operations(manager, [this] { follow(); }) {
     body().addWidget(makeState());
     body().addWidget(m_entry = makeKeyEntry());
     body().addWidget(m_outcome = paragraph(this));
@@ -123,7 +123,7 @@ LicenceDialog::LicenceDialog(const UiContext& context, LicenceManager& manager, 
     bindings().watch(this->context().state.isLicensed, [this] { follow(); });
     connect(&Theme::shared(), &Theme::changed, this, &LicenceDialog::follow);
     m_entryField->setFocus();
-    m_sheet.readAgain();
+    m_operations.readAgain();
 }
 
 QWidget* LicenceDialog::makeState() {
@@ -178,7 +178,7 @@ QWidget* LicenceDialog::makeKeyEntry() {
     connect(m_entryField, &QLineEdit::textChanged, this, &LicenceDialog::follow);
     connect(m_entryField, &QLineEdit::returnPressed, this, &LicenceDialog::activate);
     connect(m_activate, &QPushButton::clicked, this, &LicenceDialog::activate);
-    connect(m_cancel, &QPushButton::clicked, this, [this] { m_sheet.cancel(); });
+    connect(m_cancel, &QPushButton::clicked, this, [this] { m_operations.cancel(); });
     return card;
 }
 
@@ -219,8 +219,8 @@ void LicenceDialog::putTextsIn() {
 
 // Shows what the sheet says; called for every change of it.
 void LicenceDialog::follow() {
-    const LicenceStatus status = m_sheet.status();
-    const bool isWorking = m_sheet.isWorking();
+    const LicenceStatus status = m_operations.status();
+    const bool isWorking = m_operations.isWorking();
     context().state.isLicensed = status.isLicensed();
     showState(status);
     const bool wasLicensed = m_offline->isHidden();
@@ -265,22 +265,22 @@ void LicenceDialog::showState(const LicenceStatus& status) {
                                                  : colors.quietText,
                                          devicePixelRatioF()));
     m_state->setText(statusText(status, context().state.language));
-    const QString key = m_sheet.maskedKey();
+    const QString key = m_operations.maskedKey();
     m_key->setText(format(context().text(L10nKey::licenceKey), key));
     m_key->setVisible(!key.isEmpty());
-    m_deactivate->setVisible(m_sheet.canDeactivate() || (m_sheet.isWorking() && status.record));
+    m_deactivate->setVisible(m_operations.canDeactivate() || (m_operations.isWorking() && status.record));
 }
 
 void LicenceDialog::showOutcome() {
-    const bool isTold = !m_sheet.isWorking() && !m_sheet.message().isEmpty();
+    const bool isTold = m_operations.hasOutcome();
     m_outcome->setVisible(isTold);
     if (!isTold)
         return;
     const Language language = context().state.language;
-    if (const auto fault = m_sheet.fault()) {
-        Controls::setRole(m_outcome, *fault == LicenceFault::cancelled ? Controls::TextRole::quiet
-                                                                       : Controls::TextRole::danger);
-        m_outcome->setText(faultText(*fault, m_sheet.message(), language));
+    if (const auto& error = m_operations.error()) {
+        Controls::setRole(m_outcome, error->fault() == LicenceFault::cancelled ? Controls::TextRole::quiet
+                                                                               : Controls::TextRole::danger);
+        m_outcome->setText(faultText(error->fault(), error->message(), language));
         return;
     }
     Controls::setRole(m_outcome, Controls::TextRole::success);
@@ -290,15 +290,15 @@ void LicenceDialog::showOutcome() {
 }
 
 bool LicenceDialog::hasWholeKey() const {
-    return !LicenceSheet::problemWithKey(m_entryField->text());
+    return LicenceKey::isValid(m_entryField->text());
 }
 
 void LicenceDialog::activate() {
-    if (m_sheet.isWorking() || !hasWholeKey())
+    if (m_operations.isWorking() || !hasWholeKey())
         return;
     m_entryField->setText(LicenceKey::parse(m_entryField->text()).text());
     m_operation = Operation::activate;
-    m_sheet.activate(m_entryField->text());
+    m_operations.activate(m_entryField->text());
 }
 
 void LicenceDialog::deactivate() {
@@ -308,7 +308,7 @@ void LicenceDialog::deactivate() {
                                    context().text(L10nKey::cancel)))
         return;
     m_operation = Operation::deactivate;
-    m_sheet.deactivate();
+    m_operations.deactivate();
 }
 
 void LicenceDialog::writeRequest() {
@@ -318,7 +318,7 @@ void LicenceDialog::writeRequest() {
     if (!path)
         return;
     m_operation = Operation::writeRequest;
-    m_sheet.writeRequest(m_entryField->text(), *path);
+    m_operations.writeRequest(m_entryField->text(), *path);
 }
 
 void LicenceDialog::importFile() {
@@ -329,7 +329,7 @@ void LicenceDialog::importFile() {
     if (!path)
         return;
     m_operation = Operation::importFile;
-    m_sheet.importFile(*path);
+    m_operations.importFile(*path);
 }
 
 // Enter in the field activates the key; the default button, which closes the dialog, would get it too.
@@ -341,12 +341,12 @@ void LicenceDialog::keyPressEvent(QKeyEvent* event) {
 }
 
 void LicenceDialog::reject() {
-    if (!m_sheet.isWorking()) {
+    if (!m_operations.isWorking()) {
         TitledDialog::reject();
         return;
     }
     m_isClosing = true;
-    m_sheet.cancel();
+    m_operations.cancel();
 }
 
 }

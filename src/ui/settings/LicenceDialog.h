@@ -2,7 +2,7 @@
 // network.
 #pragma once
 
-#include "licensing/LicenceSheet.h"
+#include "licensing/LicenceOperations.h"
 #include "ui/settings/TitledDialog.h"
 
 class QLineEdit;
@@ -41,7 +41,7 @@ private:
     void writeRequest();
     void importFile();
 
-    LicenceSheet m_sheet;
+    LicenceOperations m_operations;
     Operation m_operation = Operation::read; // under way, or the last
     bool m_isClosing = false;
 

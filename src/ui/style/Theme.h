@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ui/style/Tokens.h"
-#include "json/RawValues.h"
+#include "json/JsonFields.h"
 
 #include <QObject>
 

@@ -138,7 +138,7 @@ public:
     TrimDrag(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit)
         : SnappingGesture(context, scene, hit)
         , m_isStart(hit.kind == TimelineHit::Kind::trimStart)
-        , m_trim(trimOf(context.state)) {}
+        , m_trim(context.state.trim()) {}
 
     DragPreview move(double time, bool snaps) override {
         const Snapped place = held(time, snaps);
@@ -158,7 +158,7 @@ public:
         return preview;
     }
 
-    void commit() override { setTrim(m_context.state, m_trim, &m_context.undo); }
+    void commit() override { m_context.state.setTrim(m_trim, &m_context.undo); }
 
 private:
     bool m_isStart;
@@ -195,7 +195,7 @@ public:
         return preview;
     }
 
-    void commit() override { updateCut(m_context.state, m_cut, &m_context.undo); }
+    void commit() override { m_context.state.updateCut(m_cut, &m_context.undo); }
 
 private:
     TimelineHit::Kind m_part;
@@ -224,7 +224,7 @@ public:
 
     void commit() override {
         if (m_cut.end - m_cut.start >= m_frame / 2)
-            addCut(m_context.state, m_cut, &m_context.undo);
+            m_context.state.addCut(m_cut, &m_context.undo);
     }
 
 private:

@@ -185,7 +185,7 @@ void TimelineCanvas::takeMarkers() {
 }
 
 void TimelineCanvas::takeRanges() {
-    m_scene.trim = m_preview.trim.value_or(trimOf(m_context.state));
+    m_scene.trim = m_preview.trim.value_or(m_context.state.trim());
     m_scene.cuts = m_context.state.cuts.value();
     if (m_preview.cut) {
         const auto same = std::ranges::find(m_scene.cuts, m_preview.cut->id, &CutZone::id);
@@ -501,14 +501,14 @@ void TimelineCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
     const TimelineHit hit = m_scene.hitAt(event->position());
-    TrimTimes trim = trimOf(m_context.state);
+    TrimTimes trim = m_context.state.trim();
     if (hit.kind == Hit::trimStart)
         trim.start = 0;
     else if (hit.kind == Hit::trimEnd)
         trim.end = std::nullopt;
     else
         return mousePressEvent(event);
-    setTrim(m_context.state, trim, &m_context.undo);
+    m_context.state.setTrim(trim, &m_context.undo);
 }
 
 void TimelineCanvas::keyPressEvent(QKeyEvent* event) {

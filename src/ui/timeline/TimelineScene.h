@@ -1,7 +1,7 @@
 // The contents of the timeline and their layout, for painting and hit tests.
 #pragma once
 
-#include "session/RangeEdits.h"
+#include "session/AppState.h"
 #include "ui/timeline/FlagRow.h"
 #include "ui/timeline/TimeScale.h"
 

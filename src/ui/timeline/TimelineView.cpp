@@ -120,9 +120,9 @@ void TimelineView::trimAtPlayhead(Change change) {
     const double frame = 1 / scene.frameRate;
     if (duration <= frame)
         return;
-    TrimTimes trim = trimOf(m_context.state);
+    TrimTimes trim = m_context.state.trim();
     change(trim, m_context.state.currentTime.value(), duration, frame);
-    setTrim(m_context.state, trim, &m_context.undo);
+    m_context.state.setTrim(trim, &m_context.undo);
 }
 
 void TimelineView::addCutAtPlayhead() {
@@ -135,15 +135,14 @@ void TimelineView::addCutAtPlayhead() {
     const double visible = std::min(duration, scene.scale.width() / scene.scale.pointsPerSecond());
     const double length = std::max(frame, nearestFrame(visible * shareOfView, scene.frameRate));
     const double start = std::clamp(m_context.state.currentTime.value(), 0.0, duration - frame);
-    addCut(m_context.state, {QUuid::createUuid(), start, std::min(duration, start + length)},
-           &m_context.undo);
+    m_context.state.addCut({QUuid::createUuid(), start, std::min(duration, start + length)}, &m_context.undo);
     m_context.state.selectedMarkerID = std::nullopt;
 }
 
 void TimelineView::removeSelection() {
     AppState& state = m_context.state;
     if (const auto cut = state.selectedCutID.value())
-        removeCut(state, *cut, &m_context.undo);
+        state.removeCut(*cut, &m_context.undo);
     else if (const auto marker = state.selectedMarkerID.value())
         state.removeMarker(*marker, &m_context.undo);
 }

@@ -1,6 +1,6 @@
 #include "ui/wizard/StepBar.h"
 
-#include "files/FileError.h"
+#include "files/FileDescriptor.h"
 #include "ui/common/Preferences.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"

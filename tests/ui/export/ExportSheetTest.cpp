@@ -2,7 +2,6 @@
 #include "ui/export/ExportSheet.h"
 
 #include "ExportScreen.h"
-#include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 
 #include <cmath>

@@ -1,7 +1,6 @@
 #include "ui/export/FramePreview.h"
 
 #include "ExportScreen.h"
-#include "persistence/ProjectExport.h"
 #include "persistence/ProjectSession.h"
 
 namespace pointloom {

@@ -168,14 +168,14 @@ TEST_F(Timeline, TrimsAtThePlayhead) {
     view.trimStartAtPlayhead();
     state.currentTime = 60;
     view.trimEndAtPlayhead();
-    EXPECT_EQ(trimOf(state), (TrimTimes{30, 60}));
+    EXPECT_EQ(state.trim(), (TrimTimes{30, 60}));
     state.currentTime = 80;
     view.trimStartAtPlayhead();
-    EXPECT_EQ(trimOf(state), (TrimTimes{80, std::nullopt})) << "an end that lies before gives way";
+    EXPECT_EQ(state.trim(), (TrimTimes{80, std::nullopt})) << "an end that lies before gives way";
     undo.undo();
     undo.undo();
     undo.undo();
-    EXPECT_EQ(trimOf(state), TrimTimes{});
+    EXPECT_EQ(state.trim(), TrimTimes{});
 }
 
 TEST_F(Timeline, CutsAreDrawnMovedResizedAndRemoved) {

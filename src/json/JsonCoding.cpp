@@ -1,4 +1,4 @@
-#include "json/JsonError.h"
+#include "json/JsonCoding.h"
 
 #include <algorithm>
 

@@ -1,7 +1,10 @@
-#include "licensing/KeychainRecordStore.h"
+#include "licensing/RecordStore.h"
 
-#include "licensing/LicenceError.h"
+#include "files/FileDescriptor.h"
+#include "files/NewFile.h"
+#include "licensing/LicenceKey.h"
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <QCoreApplication>
@@ -10,17 +13,79 @@
 #include <QDBusError>
 #include <QDBusReply>
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <qt6keychain/keychain.h>
 #include <QThread>
+#include <system_error>
 
 namespace pointloom {
+
+namespace {
+
+[[noreturn]] void fail(const QString& words, const QString& path, const QString& reason) {
+    throw LicenceError(LicenceFault::file, words.arg(path, reason));
+}
+
+[[noreturn]] void failToRead(const QString& path, const QString& reason) {
+    fail(QStringLiteral("The licence file %1 cannot be read: %2"), path, reason);
+}
+
+std::filesystem::path nativePath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
+
+}
+
+FileRecordStore::FileRecordStore(const QString& path)
+    : m_path(path) {}
+
+QString FileRecordStore::defaultPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Pointloom/licence.json");
+}
+
+bool FileRecordStore::exists() const {
+    std::error_code error;
+    return std::filesystem::status(nativePath(m_path), error).type() != std::filesystem::file_type::not_found;
+}
+
+std::optional<QByteArray> FileRecordStore::load(const StopQuery&) {
+    std::error_code error;
+    const auto type = std::filesystem::status(nativePath(m_path), error).type();
+    if (type == std::filesystem::file_type::not_found)
+        return std::nullopt;
+    if (type != std::filesystem::file_type::regular)
+        failToRead(m_path,
+                   error ? QString::fromStdString(error.message()) : QStringLiteral("it is not a file"));
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly))
+        failToRead(m_path, file.errorString());
+    const QByteArray bytes = file.read(largestRecord + 1);
+    if (file.error() != QFile::NoError)
+        failToRead(m_path, file.errorString());
+    if (bytes.size() > largestRecord)
+        failToRead(m_path, QStringLiteral("it is too large"));
+    return bytes;
+}
+
+void FileRecordStore::save(const QByteArray& bytes, const StopQuery&) {
+    QDir().mkpath(QFileInfo(m_path).path());
+    try {
+        writeWhole(m_path, bytes, Access::ownerOnly);
+    } catch (const FileError& error) {
+        fail(QStringLiteral("The licence file %1 cannot be written: %2"), m_path, error.reason());
+    }
+}
 
 namespace {
 
 const QString service = QStringLiteral("Pointloom");
 const QString entry = QStringLiteral("licence");
 
-// A library without its service reports a fault of no particular kind.
+// The library reports a general error when its service is not running.
 bool isAnyKeychainRunning() {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
@@ -55,8 +120,8 @@ Keychain::Answer answerOf(const QKeychain::Job& job) {
     }
 }
 
-// The keychain library answers through the event loop of the thread that asked first, for as long as the
-// program runs: that must be neither a worker that ends nor a thread that waits for the answer.
+// The keychain library answers through the event loop of the thread that asked first, as long as the program
+// runs. A worker would end too early, and a thread that waits for the answer would block it.
 class KeychainThread {
 public:
     static KeychainThread& shared() {
@@ -85,7 +150,7 @@ private:
         m_thread->start();
     }
 
-    // A thread that the keychain holds inside a call ends with the process.
+    // A thread that is blocked in a call of the keychain ends with the process.
     ~KeychainThread() {
         m_thread->quit();
         constexpr unsigned long usualTime = 200; // ms
