@@ -11,7 +11,7 @@
 namespace pointloom {
 
 // clang-format off
-// A row a template: identifier, sport, name and description on the picker's card, the latter by its text's key. The order is the catalogue's.
+// A row a template: identifier, sport, name on the picker's card, key of its description. The order is the catalogue's.
 #define POINTLOOM_TEMPLATES(ROW) \
     ROW(classic, tennis, "Classic", templateClassic) \
     ROW(dark, tennis, "Dark Pro", templateDark) \
