@@ -23,23 +23,75 @@ void copyLayout(AVChannelLayout& target, const AVChannelLayout& source) {
         av_channel_layout_default(&target, source.nb_channels);
 }
 
-/// Converts decoded sound of any rate, sample format and channel layout to stereo at `audioSampleRate`.
 using StereoSamples = std::array<std::vector<float>, 2>; // left, right; of one length
 
+/// Converts decoded sound of any rate, sample format and channel layout to stereo at `audioSampleRate`.
 class StereoResampler {
 public:
     /// Converts sound like that of `frame`. One channel goes to both sides at its own level; more than two
     /// are mixed so that no sum can exceed full level. Throws MediaError when such sound cannot be converted.
-    explicit StereoResampler(const AVFrame& frame);
-    ~StereoResampler();
+    explicit StereoResampler(const AVFrame& frame)
+        : m_format(frame.format)
+        , m_rate(frame.sample_rate)
+        , m_isMono(frame.ch_layout.nb_channels == 1) {
+        if (m_rate < lowestRate || m_rate > highestRate)
+            throw MediaError("sound could not be converted: its sample rate is not plausible");
+        copyLayout(m_layout, frame.ch_layout);
+        AVChannelLayout output{};
+        av_channel_layout_default(&output, m_isMono ? 1 : audioChannels);
+
+        SwrContext* context = nullptr;
+        const int made =
+            swr_alloc_set_opts2(&context, &output, AV_SAMPLE_FMT_FLTP, audioSampleRate, &m_layout,
+                                static_cast<AVSampleFormat>(m_format), m_rate, 0, nullptr);
+        m_resampler.reset(context);
+        check(made, "sound could not be converted");
+        av_opt_set_double(context, "rematrix_maxval", 1.0, 0);
+        check(swr_init(context), "sound could not be converted");
+    }
+
+    ~StereoResampler() { av_channel_layout_uninit(&m_layout); }
+
     StereoResampler(const StereoResampler&) = delete;
     StereoResampler& operator=(const StereoResampler&) = delete;
 
     /// Whether `frame` is of the kind that this was made for.
-    bool takes(const AVFrame& frame) const;
+    bool takes(const AVFrame& frame) const {
+        if (frame.format != m_format || frame.sample_rate != m_rate)
+            return false;
+        AVChannelLayout layout{};
+        copyLayout(layout, frame.ch_layout);
+        const bool same = av_channel_layout_compare(&layout, &m_layout) == 0;
+        av_channel_layout_uninit(&layout);
+        return same;
+    }
 
     /// Takes `frame` and returns the samples that are ready; null flushes. Throws MediaError.
-    StereoSamples convert(const AVFrame* frame);
+    StereoSamples convert(const AVFrame* frame) {
+        const int entering = frame == nullptr ? 0 : frame->nb_samples;
+        const int most = std::max(swr_get_out_samples(m_resampler.get(), entering), 0);
+        StereoSamples samples;
+        samples.fill(std::vector<float>(static_cast<std::size_t>(most)));
+        std::array<std::uint8_t*, 2> outputs{};
+        for (std::size_t i = 0; i < outputs.size(); ++i)
+            outputs[i] = reinterpret_cast<std::uint8_t*>(samples[i].data());
+        std::vector<const std::uint8_t*> inputs;
+        if (frame != nullptr)
+            inputs.assign(frame->extended_data,
+                          frame->extended_data +
+                              (av_sample_fmt_is_planar(static_cast<AVSampleFormat>(m_format)) != 0
+                                   ? m_layout.nb_channels
+                                   : 1));
+
+        const int produced = swr_convert(m_resampler.get(), outputs.data(), most,
+                                         frame == nullptr ? nullptr : inputs.data(), entering);
+        check(produced, "sound could not be converted");
+        for (std::vector<float>& channel : samples)
+            channel.resize(static_cast<std::size_t>(produced));
+        if (m_isMono)
+            samples[1] = samples[0];
+        return samples;
+    }
 
 private:
     ResamplerPtr m_resampler;
@@ -48,65 +100,6 @@ private:
     int m_rate; // Hz
     bool m_isMono;
 };
-
-StereoResampler::StereoResampler(const AVFrame& frame)
-    : m_format(frame.format)
-    , m_rate(frame.sample_rate)
-    , m_isMono(frame.ch_layout.nb_channels == 1) {
-    if (m_rate < lowestRate || m_rate > highestRate)
-        throw MediaError("sound could not be converted: its sample rate is not plausible");
-    copyLayout(m_layout, frame.ch_layout);
-    AVChannelLayout output{};
-    av_channel_layout_default(&output, m_isMono ? 1 : audioChannels);
-
-    SwrContext* context = nullptr;
-    const int made = swr_alloc_set_opts2(&context, &output, AV_SAMPLE_FMT_FLTP, audioSampleRate, &m_layout,
-                                         static_cast<AVSampleFormat>(m_format), m_rate, 0, nullptr);
-    m_resampler.reset(context);
-    check(made, "sound could not be converted");
-    av_opt_set_double(context, "rematrix_maxval", 1.0, 0);
-    check(swr_init(context), "sound could not be converted");
-}
-
-StereoResampler::~StereoResampler() {
-    av_channel_layout_uninit(&m_layout);
-}
-
-bool StereoResampler::takes(const AVFrame& frame) const {
-    if (frame.format != m_format || frame.sample_rate != m_rate)
-        return false;
-    AVChannelLayout layout{};
-    copyLayout(layout, frame.ch_layout);
-    const bool same = av_channel_layout_compare(&layout, &m_layout) == 0;
-    av_channel_layout_uninit(&layout);
-    return same;
-}
-
-StereoSamples StereoResampler::convert(const AVFrame* frame) {
-    const int entering = frame == nullptr ? 0 : frame->nb_samples;
-    const int most = std::max(swr_get_out_samples(m_resampler.get(), entering), 0);
-    StereoSamples samples;
-    samples.fill(std::vector<float>(static_cast<std::size_t>(most)));
-    std::array<std::uint8_t*, 2> outputs{};
-    for (std::size_t i = 0; i < outputs.size(); ++i)
-        outputs[i] = reinterpret_cast<std::uint8_t*>(samples[i].data());
-    std::vector<const std::uint8_t*> inputs;
-    if (frame != nullptr)
-        inputs.assign(frame->extended_data,
-                      frame->extended_data +
-                          (av_sample_fmt_is_planar(static_cast<AVSampleFormat>(m_format)) != 0
-                               ? m_layout.nb_channels
-                               : 1));
-
-    const int produced = swr_convert(m_resampler.get(), outputs.data(), most,
-                                     frame == nullptr ? nullptr : inputs.data(), entering);
-    check(produced, "sound could not be converted");
-    for (std::vector<float>& channel : samples)
-        channel.resize(static_cast<std::size_t>(produced));
-    if (m_isMono)
-        samples[1] = samples[0];
-    return samples;
-}
 
 // Decoders need earlier sound to settle: two frames of AAC, 80 ms of Opus.
 constexpr double lead = 1.0; // seconds
@@ -123,11 +116,47 @@ class AudioTrack {
 public:
     /// Opens the file once more, for this track alone, so that tracks stored far apart need no memory.
     /// Sample 0 is at `start`, seconds of the source's timeline. Throws MediaError.
-    AudioTrack(const QString& path, int streamIndex, double start);
+    AudioTrack(const QString& path, int streamIndex, double start)
+        : m_file(InputFile::open(path))
+        , m_start(start)
+        , m_secondsPerTick(av_q2d(m_file.context()->streams[streamIndex]->time_base))
+        , m_decoder(m_file.context(), streamIndex, 1) {
+        m_file.keepOnly(streamIndex);
+        if (start > lead) {
+            const double exactTicks = std::floor((start - lead) / m_secondsPerTick);
+            const auto ticks = static_cast<std::int64_t>(std::min(exactTicks, farthestTick));
+            if (av_seek_frame(m_file.context(), streamIndex, ticks, AVSEEK_FLAG_BACKWARD) >= 0)
+                m_decoder.flush();
+        }
+    }
 
     /// Adds the track's sound to `count` samples of both channels, the first of which is sample `position`.
     /// Positions must not go back. Returns how many of them lie before the track's end.
-    int mixInto(float* left, float* right, std::int64_t position, int count);
+    int mixInto(float* left, float* right, std::int64_t position, int count) {
+        const std::int64_t end = position + count;
+        for (;;) {
+            while (!m_pieces.empty() && m_pieces.front().end() <= position)
+                m_pieces.pop_front();
+            if (m_pieces.empty()) {
+                if (!decodeMore())
+                    return static_cast<int>(std::max<std::int64_t>(position - (end - count), 0));
+                continue;
+            }
+            const Piece& piece = m_pieces.front();
+            if (piece.position >= end)
+                return count;
+            const std::int64_t from = std::max(piece.position, position);
+            const std::int64_t to = std::min(piece.end(), end);
+            for (std::int64_t i = from; i < to; ++i) {
+                const auto source = static_cast<std::size_t>(i - piece.position);
+                left[i - (end - count)] += piece.samples[0][source];
+                right[i - (end - count)] += piece.samples[1][source];
+            }
+            position = to;
+            if (position == end)
+                return count;
+        }
+    }
 
 private:
     struct Piece {
@@ -137,12 +166,72 @@ private:
         std::int64_t end() const { return position + static_cast<std::int64_t>(samples[0].size()); }
     };
 
-    bool decodeMore();
-    void place(const AVFrame& frame);
-    double placeOf(const AVFrame& frame) const;
-    void beginRun(const AVFrame& frame, double position);
-    void endRun();
-    void append(StereoSamples samples);
+    /// Decodes until a piece is ready. False at the end of the track.
+    bool decodeMore() {
+        while (m_pieces.empty()) {
+            const AVFramePtr frame = m_decoder.next();
+            try {
+                if (frame)
+                    place(*frame);
+                else
+                    endRun();
+            } catch (const MediaError&) {
+                m_resampler.reset(); // sound that cannot be converted is silence
+            }
+            if (!frame)
+                break;
+        }
+        return !m_pieces.empty();
+    }
+
+    void place(const AVFrame& frame) {
+        const double position = placeOf(frame);
+        if (std::abs(position) > farthest)
+            return;
+        if (m_resampler && m_resampler->takes(frame)) {
+            const double expected =
+                m_runPosition + static_cast<double>(m_runConsumed) * audioSampleRate / m_runRate;
+            if (std::abs(position - expected) > toleratedShift)
+                beginRun(frame, position);
+        } else {
+            beginRun(frame, position);
+        }
+        m_runConsumed += frame.nb_samples;
+        append(m_resampler->convert(&frame));
+    }
+
+    /// The frame's place, in samples of the output.
+    double placeOf(const AVFrame& frame) const {
+        if (frame.best_effort_timestamp != AV_NOPTS_VALUE)
+            return (static_cast<double>(frame.best_effort_timestamp) * m_secondsPerTick - m_start) *
+                   audioSampleRate;
+        if (m_runRate > 0)
+            return m_runPosition + static_cast<double>(m_runConsumed) * audioSampleRate / m_runRate;
+        return -m_start * audioSampleRate;
+    }
+
+    void beginRun(const AVFrame& frame, double position) {
+        endRun();
+        m_resampler.emplace(frame);
+        m_runPosition = position;
+        m_runRate = frame.sample_rate;
+        m_runConsumed = 0;
+        m_runProduced = 0;
+    }
+
+    void endRun() {
+        if (!m_resampler)
+            return;
+        append(m_resampler->convert(nullptr));
+        m_resampler.reset();
+    }
+
+    void append(StereoSamples samples) {
+        const auto count = static_cast<std::int64_t>(samples[0].size());
+        if (count > 0)
+            m_pieces.push_back({std::llround(m_runPosition) + m_runProduced, std::move(samples)});
+        m_runProduced += count;
+    }
 
     InputFile m_file;
     double m_start; // seconds
@@ -157,113 +246,6 @@ private:
     std::int64_t m_runProduced = 0; // samples of the output
     int m_runRate = 0;              // Hz
 };
-
-AudioTrack::AudioTrack(const QString& path, int streamIndex, double start)
-    : m_file(InputFile::open(path))
-    , m_start(start)
-    , m_secondsPerTick(av_q2d(m_file.context()->streams[streamIndex]->time_base))
-    , m_decoder(m_file.context(), streamIndex, 1) {
-    m_file.keepOnly(streamIndex);
-    if (start > lead) {
-        const double exactTicks = std::floor((start - lead) / m_secondsPerTick);
-        const auto ticks = static_cast<std::int64_t>(std::min(exactTicks, farthestTick));
-        if (av_seek_frame(m_file.context(), streamIndex, ticks, AVSEEK_FLAG_BACKWARD) >= 0)
-            m_decoder.flush();
-    }
-}
-
-int AudioTrack::mixInto(float* left, float* right, std::int64_t position, int count) {
-    const std::int64_t end = position + count;
-    for (;;) {
-        while (!m_pieces.empty() && m_pieces.front().end() <= position)
-            m_pieces.pop_front();
-        if (m_pieces.empty()) {
-            if (!decodeMore())
-                return static_cast<int>(std::max<std::int64_t>(position - (end - count), 0));
-            continue;
-        }
-        const Piece& piece = m_pieces.front();
-        if (piece.position >= end)
-            return count;
-        const std::int64_t from = std::max(piece.position, position);
-        const std::int64_t to = std::min(piece.end(), end);
-        for (std::int64_t i = from; i < to; ++i) {
-            const auto source = static_cast<std::size_t>(i - piece.position);
-            left[i - (end - count)] += piece.samples[0][source];
-            right[i - (end - count)] += piece.samples[1][source];
-        }
-        position = to;
-        if (position == end)
-            return count;
-    }
-}
-
-/// Decodes until a piece is ready. False at the end of the track.
-bool AudioTrack::decodeMore() {
-    while (m_pieces.empty()) {
-        const AVFramePtr frame = m_decoder.next();
-        try {
-            if (frame)
-                place(*frame);
-            else
-                endRun();
-        } catch (const MediaError&) {
-            m_resampler.reset(); // sound that cannot be converted is silence
-        }
-        if (!frame)
-            break;
-    }
-    return !m_pieces.empty();
-}
-
-void AudioTrack::place(const AVFrame& frame) {
-    const double position = placeOf(frame);
-    if (std::abs(position) > farthest)
-        return;
-    if (m_resampler && m_resampler->takes(frame)) {
-        const double expected =
-            m_runPosition + static_cast<double>(m_runConsumed) * audioSampleRate / m_runRate;
-        if (std::abs(position - expected) > toleratedShift)
-            beginRun(frame, position);
-    } else {
-        beginRun(frame, position);
-    }
-    m_runConsumed += frame.nb_samples;
-    append(m_resampler->convert(&frame));
-}
-
-/// The frame's place, in samples of the output.
-double AudioTrack::placeOf(const AVFrame& frame) const {
-    if (frame.best_effort_timestamp != AV_NOPTS_VALUE)
-        return (static_cast<double>(frame.best_effort_timestamp) * m_secondsPerTick - m_start) *
-               audioSampleRate;
-    if (m_runRate > 0)
-        return m_runPosition + static_cast<double>(m_runConsumed) * audioSampleRate / m_runRate;
-    return -m_start * audioSampleRate;
-}
-
-void AudioTrack::beginRun(const AVFrame& frame, double position) {
-    endRun();
-    m_resampler.emplace(frame);
-    m_runPosition = position;
-    m_runRate = frame.sample_rate;
-    m_runConsumed = 0;
-    m_runProduced = 0;
-}
-
-void AudioTrack::endRun() {
-    if (!m_resampler)
-        return;
-    append(m_resampler->convert(nullptr));
-    m_resampler.reset();
-}
-
-void AudioTrack::append(StereoSamples samples) {
-    const auto count = static_cast<std::int64_t>(samples[0].size());
-    if (count > 0)
-        m_pieces.push_back({std::llround(m_runPosition) + m_runProduced, std::move(samples)});
-    m_runProduced += count;
-}
 
 constexpr std::int64_t samplesAtOnce = 1024; // as many as an AAC frame holds
 constexpr std::size_t mostTracksMixed = 16;

@@ -46,18 +46,65 @@ private:
 class VideoEncoder {
 public:
     /// Opens the encoder and adds its track to `file`, which must outlive it. Throws MediaError.
-    VideoEncoder(OutputFile& file, const VideoSettings& settings);
+    VideoEncoder(OutputFile& file, const VideoSettings& settings)
+        : m_file(file)
+        , m_settings(settings)
+        , m_encoder(settings, file.wantsGlobalHeaders())
+        , m_track(file.addTrack(m_encoder.context())) {
+        writeOrientation(m_track, settings.orientation, settings.size);
+        if (settings.isHdr())
+            writeHdrMetadata(m_track, settings.hdr);
+        const double ticks = 1 / (settings.frameRate.value() * settings.timeBase.value());
+        m_usualDuration = std::max<std::int64_t>(1, std::llround(ticks));
+    }
 
     /// Throws MediaError.
-    void write(const VideoFrame& frame);
+    void write(const VideoFrame& frame) {
+        if (QSize(frame.width(), frame.height()) != m_settings.size || frame.format() != m_settings.format)
+            throw MediaError("a picture does not have the size or layout that the file was made for");
+        const std::int64_t timestamp =
+            av_rescale_q(frame.timestamp(), toAv(frame.timeBase()), toAv(m_settings.timeBase));
+        if (m_lastTimestamp != AV_NOPTS_VALUE && timestamp <= m_lastTimestamp)
+            throw MediaError("the times of the pictures do not rise");
+        m_lastTimestamp = timestamp;
+        const std::int64_t duration =
+            av_rescale_q(frame.duration(), toAv(frame.timeBase()), toAv(m_settings.timeBase));
+        if (countsDecodeTimes())
+            m_decodeTimes.frameWentIn(timestamp);
+        m_durations[timestamp] = duration > 0 ? duration : m_usualDuration;
+
+        m_encoder.send(frame, timestamp);
+        writePackets();
+    }
 
     /// Flushes the encoder. Throws MediaError.
-    void finish();
+    void finish() {
+        m_encoder.finish();
+        writePackets();
+    }
 
 private:
-    void writePackets();
-    std::int64_t decodeTimeOf(const AVPacket& packet);
-    bool countsDecodeTimes() const;
+    void writePackets() {
+        while (AVPacket* packet = m_encoder.next()) {
+            if (const auto found = m_durations.find(packet->pts); found != m_durations.end()) {
+                packet->duration = found->second;
+                m_durations.erase(found);
+            }
+            packet->dts = decodeTimeOf(*packet);
+            m_file.write(*packet, m_track, m_encoder.context().time_base);
+        }
+    }
+
+    // Hardware encoders keep the frames in order.
+    std::int64_t decodeTimeOf(const AVPacket& packet) {
+        if (m_settings.encoder != EncoderKind::software)
+            return packet.pts;
+        return countsDecodeTimes() ? m_decodeTimes.next() : packet.dts;
+    }
+
+    bool countsDecodeTimes() const {
+        return m_settings.encoder == EncoderKind::software && m_settings.codec == VideoCodec::hevc;
+    }
 
     OutputFile& m_file;
     VideoSettings m_settings;
@@ -68,63 +115,6 @@ private:
     std::int64_t m_lastTimestamp = AV_NOPTS_VALUE;
     std::int64_t m_usualDuration = 1; // ticks
 };
-
-VideoEncoder::VideoEncoder(OutputFile& file, const VideoSettings& settings)
-    : m_file(file)
-    , m_settings(settings)
-    , m_encoder(settings, file.wantsGlobalHeaders())
-    , m_track(file.addTrack(m_encoder.context())) {
-    writeOrientation(m_track, settings.orientation, settings.size);
-    if (settings.isHdr())
-        writeHdrMetadata(m_track, settings.hdr);
-    const double ticks = 1 / (settings.frameRate.value() * settings.timeBase.value());
-    m_usualDuration = std::max<std::int64_t>(1, std::llround(ticks));
-}
-
-void VideoEncoder::write(const VideoFrame& frame) {
-    if (QSize(frame.width(), frame.height()) != m_settings.size || frame.format() != m_settings.format)
-        throw MediaError("a picture does not have the size or layout that the file was made for");
-    const std::int64_t timestamp =
-        av_rescale_q(frame.timestamp(), toAv(frame.timeBase()), toAv(m_settings.timeBase));
-    if (m_lastTimestamp != AV_NOPTS_VALUE && timestamp <= m_lastTimestamp)
-        throw MediaError("the times of the pictures do not rise");
-    m_lastTimestamp = timestamp;
-    const std::int64_t duration =
-        av_rescale_q(frame.duration(), toAv(frame.timeBase()), toAv(m_settings.timeBase));
-    if (countsDecodeTimes())
-        m_decodeTimes.frameWentIn(timestamp);
-    m_durations[timestamp] = duration > 0 ? duration : m_usualDuration;
-
-    m_encoder.send(frame, timestamp);
-    writePackets();
-}
-
-void VideoEncoder::finish() {
-    m_encoder.finish();
-    writePackets();
-}
-
-void VideoEncoder::writePackets() {
-    while (AVPacket* packet = m_encoder.next()) {
-        if (const auto found = m_durations.find(packet->pts); found != m_durations.end()) {
-            packet->duration = found->second;
-            m_durations.erase(found);
-        }
-        packet->dts = decodeTimeOf(*packet);
-        m_file.write(*packet, m_track, m_encoder.context().time_base);
-    }
-}
-
-// Hardware encoders keep the frames in order.
-std::int64_t VideoEncoder::decodeTimeOf(const AVPacket& packet) {
-    if (m_settings.encoder != EncoderKind::software)
-        return packet.pts;
-    return countsDecodeTimes() ? m_decodeTimes.next() : packet.dts;
-}
-
-bool VideoEncoder::countsDecodeTimes() const {
-    return m_settings.encoder == EncoderKind::software && m_settings.codec == VideoCodec::hevc;
-}
 
 CodecPtr openAudioEncoder(bool globalHeaders) {
     const AVCodec* encoder = avcodec_find_encoder_by_name("aac");
@@ -146,19 +136,75 @@ CodecPtr openAudioEncoder(bool globalHeaders) {
 class AudioEncoder {
 public:
     /// Opens the encoder and adds its track to `file`, which must outlive it. Throws MediaError.
-    explicit AudioEncoder(OutputFile& file);
+    explicit AudioEncoder(OutputFile& file)
+        : m_file(file)
+        , m_codec(openAudioEncoder(file.wantsGlobalHeaders()))
+        , m_packet(makePacket())
+        , m_waiting(allocated(
+              AudioFifoPtr(av_audio_fifo_alloc(AV_SAMPLE_FMT_FLTP, audioChannels, m_codec->frame_size)))) {
+        m_track = &file.addTrack(*m_codec);
+    }
 
     /// Samples missing before the frame become silence, samples that came before are left out.
     /// False when the encoder refuses them. Throws MediaError when the file cannot be written.
-    [[nodiscard]] bool write(const AudioFrame& frame);
+    [[nodiscard]] bool write(const AudioFrame& frame) {
+        while (frame.firstSample > m_nextSample) {
+            const auto missing = static_cast<int>(
+                std::min<std::int64_t>(frame.firstSample - m_nextSample, m_codec->frame_size));
+            if (!append(*makeSilence(missing), 0, missing))
+                return false;
+        }
+        const auto late = static_cast<int>(
+            std::clamp<std::int64_t>(m_nextSample - frame.firstSample, 0, frame.sampleCount));
+        return append(*frame.frame, late, frame.sampleCount - late);
+    }
 
     /// Flushes the encoder. Throws MediaError.
-    void finish();
+    void finish() {
+        if (encodeWhole(true))
+            send(nullptr);
+    }
 
 private:
-    bool append(const AVFrame& samples, int skipped, int count);
-    bool encodeWhole(bool last);
-    bool send(const AVFrame* samples);
+    bool append(const AVFrame& samples, int skipped, int count) {
+        std::array<void*, audioChannels> channels{};
+        for (std::size_t i = 0; i < channels.size(); ++i)
+            channels[i] = samples.extended_data[i] + static_cast<std::size_t>(skipped) * sizeof(float);
+        if (av_audio_fifo_write(m_waiting.get(), channels.data(), count) < count)
+            return false;
+        m_nextSample += count;
+        return encodeWhole(false);
+    }
+
+    /// Passes all whole frames that wait to the encoder, and the rest too when it is the `last`.
+    bool encodeWhole(bool last) {
+        for (;;) {
+            const int waiting = av_audio_fifo_size(m_waiting.get());
+            if (waiting == 0 || (waiting < m_codec->frame_size && !last))
+                return true;
+            const AVFramePtr frame = makeSilence(std::min(waiting, m_codec->frame_size));
+            std::array<void*, audioChannels> channels{};
+            std::copy_n(frame->extended_data, channels.size(), channels.begin());
+            frame->nb_samples = av_audio_fifo_read(m_waiting.get(), channels.data(), frame->nb_samples);
+            frame->pts = m_encodedSamples;
+            m_encodedSamples += frame->nb_samples;
+            if (!send(frame.get()))
+                return false;
+        }
+    }
+
+    bool send(const AVFrame* samples) {
+        if (avcodec_send_frame(m_codec.get(), samples) < 0)
+            return false;
+        for (;;) {
+            const int result = avcodec_receive_packet(m_codec.get(), m_packet.get());
+            if (result == AVERROR(EAGAIN) || result == AVERROR_EOF)
+                return true;
+            if (result < 0)
+                return false;
+            m_file.write(*m_packet, *m_track, m_codec->time_base);
+        }
+    }
 
     OutputFile& m_file;
     CodecPtr m_codec;
@@ -168,72 +214,6 @@ private:
     std::int64_t m_nextSample = 0; // expected from the caller
     std::int64_t m_encodedSamples = 0;
 };
-
-AudioEncoder::AudioEncoder(OutputFile& file)
-    : m_file(file)
-    , m_codec(openAudioEncoder(file.wantsGlobalHeaders()))
-    , m_packet(makePacket())
-    , m_waiting(allocated(
-          AudioFifoPtr(av_audio_fifo_alloc(AV_SAMPLE_FMT_FLTP, audioChannels, m_codec->frame_size)))) {
-    m_track = &file.addTrack(*m_codec);
-}
-
-bool AudioEncoder::write(const AudioFrame& frame) {
-    while (frame.firstSample > m_nextSample) {
-        const auto missing =
-            static_cast<int>(std::min<std::int64_t>(frame.firstSample - m_nextSample, m_codec->frame_size));
-        if (!append(*makeSilence(missing), 0, missing))
-            return false;
-    }
-    const auto late =
-        static_cast<int>(std::clamp<std::int64_t>(m_nextSample - frame.firstSample, 0, frame.sampleCount));
-    return append(*frame.frame, late, frame.sampleCount - late);
-}
-
-bool AudioEncoder::append(const AVFrame& samples, int skipped, int count) {
-    std::array<void*, audioChannels> channels{};
-    for (std::size_t i = 0; i < channels.size(); ++i)
-        channels[i] = samples.extended_data[i] + static_cast<std::size_t>(skipped) * sizeof(float);
-    if (av_audio_fifo_write(m_waiting.get(), channels.data(), count) < count)
-        return false;
-    m_nextSample += count;
-    return encodeWhole(false);
-}
-
-/// Passes all whole frames that wait to the encoder, and the rest too when it is the `last`.
-bool AudioEncoder::encodeWhole(bool last) {
-    for (;;) {
-        const int waiting = av_audio_fifo_size(m_waiting.get());
-        if (waiting == 0 || (waiting < m_codec->frame_size && !last))
-            return true;
-        const AVFramePtr frame = makeSilence(std::min(waiting, m_codec->frame_size));
-        std::array<void*, audioChannels> channels{};
-        std::copy_n(frame->extended_data, channels.size(), channels.begin());
-        frame->nb_samples = av_audio_fifo_read(m_waiting.get(), channels.data(), frame->nb_samples);
-        frame->pts = m_encodedSamples;
-        m_encodedSamples += frame->nb_samples;
-        if (!send(frame.get()))
-            return false;
-    }
-}
-
-void AudioEncoder::finish() {
-    if (encodeWhole(true))
-        send(nullptr);
-}
-
-bool AudioEncoder::send(const AVFrame* samples) {
-    if (avcodec_send_frame(m_codec.get(), samples) < 0)
-        return false;
-    for (;;) {
-        const int result = avcodec_receive_packet(m_codec.get(), m_packet.get());
-        if (result == AVERROR(EAGAIN) || result == AVERROR_EOF)
-            return true;
-        if (result < 0)
-            return false;
-        m_file.write(*m_packet, *m_track, m_codec->time_base);
-    }
-}
 
 }
 

@@ -37,9 +37,8 @@ struct VideoSettings {
     Rational frameRate{30, 1};   // nominal, for rate control
     std::string encoderPreset;   // of x264 or x265; empty for the encoder's default
     int encodersAtOnce = 1;      // on this machine, sharing its processors
-    bool joinable =
-        false; // no header depends on the machine, so that files of several machines can be joined
-    bool lossless = false; // x264 and x265 only; for tests that read pixels back
+    bool joinable = false;       // without headers that depend on the machine, so that segments can be joined
+    bool lossless = false;       // x264 and x265 only; for tests that read pixels back
 
     bool isHdr() const { return format.color.transfer != Transfer::sdr; }
 };

@@ -36,92 +36,81 @@ bool sameBytes(const AVCodecParameters& a, const AVCodecParameters& b) {
 class SegmentReader {
 public:
     /// Opens a file with exactly one track, of video or of sound. Throws MediaError, which names the file.
-    SegmentReader(const QString& path, AVMediaType type);
+    SegmentReader(const QString& path, AVMediaType type)
+        : m_path(path)
+        , m_file(openSegment(path))
+        , m_packet(makePacket()) {
+        if (m_file.context()->nb_streams != 1 || track().codecpar->codec_type != type)
+            fail("the file is not a segment of this plan");
+    }
 
     const AVStream& track() const { return *m_file.context()->streams[0]; }
 
     /// The next packet in the order of decoding, `offset` ticks later than in the segment; null at the end.
     /// Throws MediaError when the file holds fewer packets than its index.
-    AVPacket* next(std::int64_t offset = 0);
+    AVPacket* next(std::int64_t offset = 0) {
+        av_packet_unref(m_packet.get());
+        const int read = av_read_frame(m_file.context(), m_packet.get());
+        if (read < 0) {
+            if (read != AVERROR_EOF || m_packets < track().nb_frames)
+                fail(damaged);
+            return nullptr;
+        }
+        if (m_packet->pts == AV_NOPTS_VALUE || m_packet->dts == AV_NOPTS_VALUE ||
+            (m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
+            fail(damaged);
+        if (m_packets == 0 && (m_packet->flags & AV_PKT_FLAG_KEY) == 0)
+            fail("the segment does not begin with a key frame; remove it and encode this segment again");
+        ++m_packets;
+        limitDuration();
+        m_packet->pts += offset;
+        m_packet->dts += offset;
+        m_packet->flags &= ~AV_PKT_FLAG_DISCARD;
+        return m_packet.get();
+    }
 
     /// Throws MediaError unless the tracks of both can be joined.
-    void requireAlike(const SegmentReader& other) const;
+    void requireAlike(const SegmentReader& other) const {
+        const AVCodecParameters& mine = *track().codecpar;
+        const AVCodecParameters& theirs = *other.track().codecpar;
+        const char* difference = nullptr;
+        if (mine.codec_id != theirs.codec_id || mine.codec_tag != theirs.codec_tag)
+            difference = "its codec";
+        else if (mine.width != theirs.width || mine.height != theirs.height || mine.format != theirs.format)
+            difference = "the size or layout of its pictures";
+        else if (av_cmp_q(track().time_base, other.track().time_base) != 0)
+            difference = "its clock";
+        else if (mine.color_space != theirs.color_space || mine.color_trc != theirs.color_trc ||
+                 mine.color_primaries != theirs.color_primaries || mine.color_range != theirs.color_range)
+            difference = "its colours";
+        else if (readOrientation(track()) != readOrientation(other.track()))
+            difference = "its orientation";
+        else if (!sameBytes(mine, theirs))
+            difference = "its encoder's settings";
+        if (difference != nullptr)
+            fail(std::string("the segment differs from the others in ") + difference +
+                 "; encode it again with the same versions of the program and its libraries");
+    }
 
 private:
-    void limitDuration();
-    [[noreturn]] void fail(const std::string& reason) const;
+    // The index holds the distance to the next packet in the order of decoding; the frame that is shown last
+    // may be shown for a shorter time.
+    void limitDuration() {
+        if (track().duration == AV_NOPTS_VALUE)
+            return;
+        const std::int64_t start = track().start_time == AV_NOPTS_VALUE ? 0 : track().start_time;
+        const std::int64_t left = start + track().duration - m_packet->pts;
+        if (left > 0)
+            m_packet->duration = std::min(m_packet->duration, left);
+    }
+
+    [[noreturn]] void fail(const std::string& reason) const { failFor(m_path, reason); }
 
     QString m_path;
     InputFile m_file;
     PacketPtr m_packet;
     std::int64_t m_packets = 0;
 };
-
-SegmentReader::SegmentReader(const QString& path, AVMediaType type)
-    : m_path(path)
-    , m_file(openSegment(path))
-    , m_packet(makePacket()) {
-    if (m_file.context()->nb_streams != 1 || track().codecpar->codec_type != type)
-        fail("the file is not a segment of this plan");
-}
-
-AVPacket* SegmentReader::next(std::int64_t offset) {
-    av_packet_unref(m_packet.get());
-    const int read = av_read_frame(m_file.context(), m_packet.get());
-    if (read < 0) {
-        if (read != AVERROR_EOF || m_packets < track().nb_frames)
-            fail(damaged);
-        return nullptr;
-    }
-    if (m_packet->pts == AV_NOPTS_VALUE || m_packet->dts == AV_NOPTS_VALUE ||
-        (m_packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
-        fail(damaged);
-    if (m_packets == 0 && (m_packet->flags & AV_PKT_FLAG_KEY) == 0)
-        fail("the segment does not begin with a key frame; remove it and encode this segment again");
-    ++m_packets;
-    limitDuration();
-    m_packet->pts += offset;
-    m_packet->dts += offset;
-    m_packet->flags &= ~AV_PKT_FLAG_DISCARD;
-    return m_packet.get();
-}
-
-// The index holds the distance to the next packet in the order of decoding; the frame that is shown last may
-// be shown for a shorter time.
-void SegmentReader::limitDuration() {
-    if (track().duration == AV_NOPTS_VALUE)
-        return;
-    const std::int64_t start = track().start_time == AV_NOPTS_VALUE ? 0 : track().start_time;
-    const std::int64_t left = start + track().duration - m_packet->pts;
-    if (left > 0)
-        m_packet->duration = std::min(m_packet->duration, left);
-}
-
-void SegmentReader::requireAlike(const SegmentReader& other) const {
-    const AVCodecParameters& mine = *track().codecpar;
-    const AVCodecParameters& theirs = *other.track().codecpar;
-    const char* difference = nullptr;
-    if (mine.codec_id != theirs.codec_id || mine.codec_tag != theirs.codec_tag)
-        difference = "its codec";
-    else if (mine.width != theirs.width || mine.height != theirs.height || mine.format != theirs.format)
-        difference = "the size or layout of its pictures";
-    else if (av_cmp_q(track().time_base, other.track().time_base) != 0)
-        difference = "its clock";
-    else if (mine.color_space != theirs.color_space || mine.color_trc != theirs.color_trc ||
-             mine.color_primaries != theirs.color_primaries || mine.color_range != theirs.color_range)
-        difference = "its colours";
-    else if (readOrientation(track()) != readOrientation(other.track()))
-        difference = "its orientation";
-    else if (!sameBytes(mine, theirs))
-        difference = "its encoder's settings";
-    if (difference != nullptr)
-        fail(std::string("the segment differs from the others in ") + difference +
-             "; encode it again with the same versions of the program and its libraries");
-}
-
-void SegmentReader::fail(const std::string& reason) const {
-    failFor(m_path, reason);
-}
 
 /// Times of decoding across the joints of segments. Each segment's encoder began to count anew, before its
 /// own first frame, which would overlap the segment before. A single encoder gives each packet, in the order
@@ -156,7 +145,7 @@ class VideoTrack {
 public:
     explicit VideoTrack(const JoinRequest& request)
         : m_request(request)
-        , m_reader(std::make_unique<SegmentReader>(request.pictures.at(0).path, AVMEDIA_TYPE_VIDEO)) {
+        , m_reader(std::make_unique<SegmentReader>(request.segments.at(0).path, AVMEDIA_TYPE_VIDEO)) {
         requireClock();
     }
 
@@ -164,10 +153,10 @@ public:
 
     /// Null at the end.
     AVPacket* next() {
-        AVPacket* packet = m_reader->next(m_request.pictures[m_segment].offset);
-        while (packet == nullptr && m_segment + 1 < m_request.pictures.size()) {
+        AVPacket* packet = m_reader->next(m_request.segments[m_segment].offset);
+        while (packet == nullptr && m_segment + 1 < m_request.segments.size()) {
             openNext();
-            packet = m_reader->next(m_request.pictures[m_segment].offset);
+            packet = m_reader->next(m_request.segments[m_segment].offset);
         }
         if (packet == nullptr)
             return nullptr;
@@ -184,7 +173,7 @@ public:
 private:
     void openNext() {
         auto reader =
-            std::make_unique<SegmentReader>(m_request.pictures[m_segment + 1].path, AVMEDIA_TYPE_VIDEO);
+            std::make_unique<SegmentReader>(m_request.segments[m_segment + 1].path, AVMEDIA_TYPE_VIDEO);
         reader->requireAlike(*m_reader);
         m_reader = std::move(reader);
         ++m_segment;
@@ -197,7 +186,7 @@ private:
             fail("the segment counts time in other units than the plan");
     }
 
-    [[noreturn]] void fail(const char* reason) const { failFor(m_request.pictures[m_segment].path, reason); }
+    [[noreturn]] void fail(const char* reason) const { failFor(m_request.segments[m_segment].path, reason); }
 
     const JoinRequest& m_request;
     std::unique_ptr<SegmentReader> m_reader; // of the segment that is being copied
@@ -211,7 +200,7 @@ private:
 
 std::int64_t bytesOf(const JoinRequest& request) {
     std::int64_t bytes = request.soundPath ? QFileInfo(*request.soundPath).size() : 0;
-    for (const SegmentFile& segment : request.pictures)
+    for (const SegmentFile& segment : request.segments)
         bytes += QFileInfo(segment.path).size();
     return bytes;
 }

@@ -20,7 +20,7 @@ struct JoinRequest {
     QString outputPath;
     bool isQuickTime = false; // else MP4
     Rational timeBase{1, 90000};
-    std::vector<SegmentFile> pictures; // in the order of their times
+    std::vector<SegmentFile> segments; // in the order of their times
     std::optional<QString> soundPath;
     std::vector<Chapter> chapters;
 };

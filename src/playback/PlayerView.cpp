@@ -23,16 +23,62 @@ namespace pointloom::playback {
 class OpenGlSurface : public QOpenGLWidget {
 public:
     /// `onUnavailable` is called while it is painted, when nothing can be drawn this way after all.
-    OpenGlSurface(Player& player, QWidget* parent, std::function<void()> onUnavailable);
-    ~OpenGlSurface() override;
+    OpenGlSurface(Player& player, QWidget* parent, std::function<void()> onUnavailable)
+        : QOpenGLWidget(parent)
+        , m_player(player)
+        , m_onUnavailable(std::move(onUnavailable)) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        connect(&player, &Player::aboutToBeDestroyed, this, &OpenGlSurface::release);
+        connect(this, &QOpenGLWidget::frameSwapped, this, [this] {
+            if (m_context)
+                m_context->reportSwap();
+        });
+    }
+
+    ~OpenGlSurface() override {
+        release();
+        // The base class is about to destroy it.
+        if (context())
+            disconnect(context(), nullptr, this, nullptr);
+    }
 
 protected:
-    void initializeGL() override;
-    void paintGL() override;
+    // Called again with another context when the widget moves to another window.
+    void initializeGL() override {
+        connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &OpenGlSurface::release);
+        try {
+            m_context = RenderContext::openGl(m_player, *context());
+        } catch (const PlaybackError&) {
+            m_onUnavailable();
+            return;
+        }
+        connect(m_context.get(), &RenderContext::frameReady, this, &OpenGlSurface::handleFrame);
+    }
+
+    void paintGL() override {
+        if (m_context)
+            m_context->drawOpenGl(static_cast<int>(defaultFramebufferObject()),
+                                  (QSizeF(size()) * devicePixelRatioF()).toSize());
+    }
 
 private:
-    void handleFrame();
-    void release();
+    void handleFrame() {
+        if (isVisible()) {
+            update();
+            return;
+        }
+        makeCurrent();
+        m_context->skip();
+        doneCurrent();
+    }
+
+    void release() {
+        if (!m_context)
+            return;
+        makeCurrent();
+        m_context.reset();
+        doneCurrent();
+    }
 
     Player& m_player;
     std::function<void()> m_onUnavailable;
@@ -43,17 +89,86 @@ private:
 class SoftwareSurface : public QWidget {
 public:
     /// Throws PlaybackError.
-    SoftwareSurface(Player& player, QWidget* parent);
-    ~SoftwareSurface() override;
+    SoftwareSurface(Player& player, QWidget* parent)
+        : QWidget(parent)
+        , m_player(player)
+        , m_context(RenderContext::software(player)) {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        connect(m_context.get(), &RenderContext::frameReady, this, &SoftwareSurface::handleFrame);
+        connect(&player, &Player::sourceLightChanged, this, &SoftwareSurface::handleLight);
+        handleLight();
+        connect(&player, &Player::aboutToBeDestroyed, this, [this] { m_context.reset(); });
+    }
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
+    void paintEvent(QPaintEvent*) override {
+        drawFrame();
+        QPainter painter(this);
+        if (m_image.isNull()) {
+            painter.fillRect(rect(), Qt::black);
+            return;
+        }
+        const QSize turned = m_turn % 180 == 0 ? size() : size().transposed();
+        painter.translate(QRectF(rect()).center());
+        painter.rotate(m_turn);
+        painter.drawImage(QRectF(QPointF(-turned.width() / 2.0, -turned.height() / 2.0), QSizeF(turned)),
+                          m_image);
+    }
 
 private:
-    void handleFrame();
-    void handleLight();
-    void drawFrame();
-    bool drawConverted();
+    void handleFrame() {
+        // libmpv requests the old frame once more in the middle of every longer seek.
+        if (m_context->isRedraw()) {
+            m_context->skip();
+            return;
+        }
+        m_outdated = true;
+        if (isVisible())
+            update();
+        else
+            m_context->skip();
+    }
+
+    void handleLight() {
+        m_toScreen.reset();
+        m_light = {};
+        if (const auto& light = m_player.sourceLight()) {
+            try {
+                m_toScreen = media::ColorCube::toScreen(light->transfer, light->primaries, light->peak);
+            } catch (const media::MediaError&) {
+                // Shown without conversion, too pale.
+            }
+        }
+        m_outdated = true;
+        update();
+    }
+
+    void drawFrame() {
+        if (!m_context)
+            return;
+        const QSize upright = (QSizeF(size()) * devicePixelRatioF()).toSize();
+        const QSize wanted = m_player.storedRotation() % 180 == 0 ? upright : upright.transposed();
+        if (wanted.isEmpty() || (!m_outdated && m_image.size() == wanted))
+            return;
+        if (m_image.size() != wanted)
+            m_image = QImage(wanted, QImage::Format_RGB32);
+        m_turn = m_player.storedRotation();
+        if (!m_toScreen || !drawConverted())
+            m_context->drawSoftware(m_image);
+        m_outdated = false;
+    }
+
+    bool drawConverted() {
+        if (m_light.size() != m_image.size())
+            m_light = QImage(m_image.size(), QImage::Format_RGBX64);
+        if (!m_context->drawSoftware(m_light))
+            return false;
+        for (int y = 0; y < m_light.height(); ++y)
+            m_toScreen->convertRow(reinterpret_cast<const std::uint16_t*>(m_light.constScanLine(y)),
+                                   reinterpret_cast<std::uint32_t*>(m_image.scanLine(y)), m_light.width());
+        return true;
+    }
 
     Player& m_player;
     std::unique_ptr<RenderContext> m_context;
@@ -179,142 +294,6 @@ void PlayerView::placeSurface() {
         return;
     m_surface->setGeometry(place);
     Q_EMIT videoRectChanged(place);
-}
-
-OpenGlSurface::OpenGlSurface(Player& player, QWidget* parent, std::function<void()> onUnavailable)
-    : QOpenGLWidget(parent)
-    , m_player(player)
-    , m_onUnavailable(std::move(onUnavailable)) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    connect(&player, &Player::aboutToBeDestroyed, this, &OpenGlSurface::release);
-    connect(this, &QOpenGLWidget::frameSwapped, this, [this] {
-        if (m_context)
-            m_context->reportSwap();
-    });
-}
-
-OpenGlSurface::~OpenGlSurface() {
-    release();
-    // The base class is about to destroy it.
-    if (context())
-        disconnect(context(), nullptr, this, nullptr);
-}
-
-// Called again with another context when the widget moves to another window.
-void OpenGlSurface::initializeGL() {
-    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &OpenGlSurface::release);
-    try {
-        m_context = RenderContext::openGl(m_player, *context());
-    } catch (const PlaybackError&) {
-        m_onUnavailable();
-        return;
-    }
-    connect(m_context.get(), &RenderContext::frameReady, this, &OpenGlSurface::handleFrame);
-}
-
-void OpenGlSurface::paintGL() {
-    if (m_context)
-        m_context->drawOpenGl(static_cast<int>(defaultFramebufferObject()),
-                              (QSizeF(size()) * devicePixelRatioF()).toSize());
-}
-
-void OpenGlSurface::handleFrame() {
-    if (isVisible()) {
-        update();
-        return;
-    }
-    makeCurrent();
-    m_context->skip();
-    doneCurrent();
-}
-
-void OpenGlSurface::release() {
-    if (!m_context)
-        return;
-    makeCurrent();
-    m_context.reset();
-    doneCurrent();
-}
-
-SoftwareSurface::SoftwareSurface(Player& player, QWidget* parent)
-    : QWidget(parent)
-    , m_player(player)
-    , m_context(RenderContext::software(player)) {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    connect(m_context.get(), &RenderContext::frameReady, this, &SoftwareSurface::handleFrame);
-    connect(&player, &Player::sourceLightChanged, this, &SoftwareSurface::handleLight);
-    handleLight();
-    connect(&player, &Player::aboutToBeDestroyed, this, [this] { m_context.reset(); });
-}
-
-SoftwareSurface::~SoftwareSurface() = default;
-
-void SoftwareSurface::handleFrame() {
-    // libmpv requests the old frame once more in the middle of every longer seek.
-    if (m_context->isRedraw()) {
-        m_context->skip();
-        return;
-    }
-    m_outdated = true;
-    if (isVisible())
-        update();
-    else
-        m_context->skip();
-}
-
-void SoftwareSurface::handleLight() {
-    m_toScreen.reset();
-    m_light = {};
-    if (const auto& light = m_player.sourceLight()) {
-        try {
-            m_toScreen = media::ColorCube::toScreen(light->transfer, light->primaries, light->peak);
-        } catch (const media::MediaError&) {
-            // Shown without conversion, too pale.
-        }
-    }
-    m_outdated = true;
-    update();
-}
-
-void SoftwareSurface::paintEvent(QPaintEvent*) {
-    drawFrame();
-    QPainter painter(this);
-    if (m_image.isNull()) {
-        painter.fillRect(rect(), Qt::black);
-        return;
-    }
-    const QSize turned = m_turn % 180 == 0 ? size() : size().transposed();
-    painter.translate(QRectF(rect()).center());
-    painter.rotate(m_turn);
-    painter.drawImage(QRectF(QPointF(-turned.width() / 2.0, -turned.height() / 2.0), QSizeF(turned)),
-                      m_image);
-}
-
-void SoftwareSurface::drawFrame() {
-    if (!m_context)
-        return;
-    const QSize upright = (QSizeF(size()) * devicePixelRatioF()).toSize();
-    const QSize wanted = m_player.storedRotation() % 180 == 0 ? upright : upright.transposed();
-    if (wanted.isEmpty() || (!m_outdated && m_image.size() == wanted))
-        return;
-    if (m_image.size() != wanted)
-        m_image = QImage(wanted, QImage::Format_RGB32);
-    m_turn = m_player.storedRotation();
-    if (!m_toScreen || !drawConverted())
-        m_context->drawSoftware(m_image);
-    m_outdated = false;
-}
-
-bool SoftwareSurface::drawConverted() {
-    if (m_light.size() != m_image.size())
-        m_light = QImage(m_image.size(), QImage::Format_RGBX64);
-    if (!m_context->drawSoftware(m_light))
-        return false;
-    for (int y = 0; y < m_light.height(); ++y)
-        m_toScreen->convertRow(reinterpret_cast<const std::uint16_t*>(m_light.constScanLine(y)),
-                               reinterpret_cast<std::uint32_t*>(m_image.scanLine(y)), m_light.width());
-    return true;
 }
 
 }

@@ -65,14 +65,14 @@ media::JoinRequest requestFor(const SegmentPlan& plan, const SegmentFolder& fold
         .outputPath = output,
         .isQuickTime = plan.job.settings.format == ExportFormat::prores,
         .timeBase = {1, static_cast<int>(plan.ticksPerSecond)},
-        .pictures = {},
+        .segments = {},
         .soundPath = plan.hasSound && holds(folder.sound(), soundComment(plan))
                          ? std::optional(folder.sound())
                          : std::nullopt,
         .chapters = chaptersFor(plan.job),
     };
     for (int number = 1; number <= plan.count(); ++number)
-        request.pictures.push_back({folder.segment(number), plan.offset(number)});
+        request.segments.push_back({folder.segment(number), plan.offset(number)});
     return request;
 }
 
