@@ -7,35 +7,41 @@ namespace pointloom {
 
 namespace {
 
-std::optional<QString> localPath(const QUrl& url) {
-    if (url.isLocalFile())
-        return url.toLocalFile();
-    return url.isRelative() ? std::optional(url.path()) : std::nullopt;
-}
-
 // A name that begins with a colon is a file's here, not a resource's.
 QString placeIn(const QDir& folder, const QString& name) {
     return name.startsWith(u':') ? folder.absolutePath() + u'/' + name : folder.absoluteFilePath(name);
 }
 
-}
-
-std::optional<FoundFile> findFile(const QString& storedPath, const QString& documentPath) {
-    const QDir folder = QFileInfo(documentPath).absoluteDir();
+NamedFile located(const QString& storedPath, const QDir& folder) {
     const QString named = placeIn(folder, storedPath);
     if (QFileInfo(named).isFile())
-        return FoundFile{named, false};
+        return {.storedPath = storedPath, .path = named};
     const QString beside = placeIn(folder, QFileInfo(storedPath).fileName());
-    return QFileInfo(beside).isFile() ? std::optional(FoundFile{beside, true}) : std::nullopt;
+    if (QFileInfo(beside).isFile())
+        return {.storedPath = storedPath, .path = beside, .isBesideDocument = true};
+    return {.storedPath = storedPath, .path = std::nullopt};
 }
 
-std::optional<FoundFile> findFile(const QUrl& storedPicture, const QString& documentPath) {
-    const auto path = localPath(storedPicture);
-    return path ? findFile(*path, documentPath) : std::nullopt;
+NamedFile located(const QUrl& url, const QDir& folder) {
+    if (url.isLocalFile())
+        return located(url.toLocalFile(), folder);
+    if (url.isRelative())
+        return located(url.path(), folder);
+    return {.storedPath = url.toDisplayString(), .path = std::nullopt};
 }
 
-QString placeOf(const QUrl& storedPicture) {
-    return localPath(storedPicture).value_or(storedPicture.toDisplayString());
+}
+
+ProjectFiles locateFiles(const ProjectFile& project, const QString& documentPath) {
+    const QDir folder = QFileInfo(documentPath).absoluteDir();
+    ProjectFiles files;
+    if (project.videoPath)
+        files.video = located(*project.videoPath, folder);
+    if (project.matchConfig && project.matchConfig->logoURL)
+        files.logo = located(*project.matchConfig->logoURL, folder);
+    if (project.watermarkPath)
+        files.watermark = located(*project.watermarkPath, folder);
+    return files;
 }
 
 }

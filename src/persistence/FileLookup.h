@@ -1,25 +1,28 @@
 // Finds the files that a document names.
 #pragma once
 
+#include "persistence/ProjectFile.h"
+
 #include <optional>
 #include <QString>
-#include <QUrl>
 
 namespace pointloom {
 
-struct FoundFile {
-    QString path;
+struct NamedFile {
+    QString storedPath;            // as the document says; the address of a picture on another machine
+    std::optional<QString> path;   // where the file is; none: missing
     bool isBesideDocument = false; // found by its name next to the document, not where the document says
 };
 
-/// A file that the document at `documentPath` names: where it says or, when both were moved together, beside
-/// the document. Relative paths count from the document's folder.
-std::optional<FoundFile> findFile(const QString& storedPath, const QString& documentPath);
+/// Files that a document does not name are empty.
+struct ProjectFiles {
+    std::optional<NamedFile> video;
+    std::optional<NamedFile> logo;
+    std::optional<NamedFile> watermark;
+};
 
-/// The same for a picture; an address on another machine is never found.
-std::optional<FoundFile> findFile(const QUrl& storedPicture, const QString& documentPath);
-
-/// The path of a picture, or its address when that is on another machine.
-QString placeOf(const QUrl& storedPicture);
+/// Each file where the document says or, when both were moved together, beside the document. Relative paths
+/// count from the document's folder. A picture on another machine is never found.
+ProjectFiles locateFiles(const ProjectFile& project, const QString& documentPath);
 
 }

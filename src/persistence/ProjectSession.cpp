@@ -22,16 +22,13 @@ Screen firstUnfinished(const ProjectFile& project, const AppState& state) {
     return state.videoURL.value() ? Screen::editor : Screen::video;
 }
 
-// Where the file is now, absent when it is nowhere; noted in the report when that is not `storedPath`.
-std::optional<QString> noted(OpenReport::Role role, const QString& storedPath,
-                             const std::optional<FoundFile>& found, OpenReport& report) {
-    if (!found) {
-        report.missing.push_back({role, storedPath});
-        return std::nullopt;
-    }
-    if (found->isBesideDocument)
-        report.relocated.push_back({role, storedPath, found->path});
-    return found->path;
+// The file's path; the stored one and an entry in the report when it is missing.
+QString settled(OpenReport::Role role, const NamedFile& file, OpenReport& report) {
+    if (!file.path)
+        report.missing.push_back({role, file.storedPath});
+    else if (file.isBesideDocument)
+        report.relocated.push_back({role, file.storedPath, *file.path});
+    return file.path.value_or(file.storedPath);
 }
 
 }
@@ -97,24 +94,19 @@ OpenReport openProject(const QString& path, AppState& state) {
     using enum OpenReport::Role;
     ProjectFile project = ProjectFile::load(path);
     OpenReport report;
-    if (project.matchConfig && project.matchConfig->logoURL) {
-        const QUrl stored = *project.matchConfig->logoURL;
-        if (const auto found = noted(logo, placeOf(stored), findFile(stored, path), report))
-            project.matchConfig->logoURL = QUrl::fromLocalFile(*found);
+    const ProjectFiles files = locateFiles(project, path);
+    if (files.logo) {
+        const QString place = settled(logo, *files.logo, report);
+        if (files.logo->path)
+            project.matchConfig->logoURL = QUrl::fromLocalFile(place);
     }
-    if (project.watermarkPath) {
-        const QString stored = *project.watermarkPath;
-        project.watermarkPath = noted(watermark, stored, findFile(stored, path), report).value_or(stored);
-    }
-    bool isVideoMissing = false;
-    if (project.videoPath) {
-        const auto found = noted(video, *project.videoPath, findFile(*project.videoPath, path), report);
-        isVideoMissing = !found;
-        project.videoPath = found.value_or(*project.videoPath);
-    }
+    if (files.watermark)
+        project.watermarkPath = settled(watermark, *files.watermark, report);
+    if (files.video)
+        project.videoPath = settled(video, *files.video, report);
 
     apply(project, state, QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
-    if (isVideoMissing) {
+    if (files.video && !files.video->path) {
         state.videoURL = std::nullopt;
         state.step = Screen::video;
     }
