@@ -2,7 +2,7 @@
 // the overlay, encoding. One stage after the other over the same frames, so that none is hidden by another.
 //
 //     frame-stages CLIP [--format h264|hevc|prores] [--preset original|...]
-#include "cli/ExportChoices.h"
+#include "cli/ExportArguments.h"
 #include "export/ExportSource.h"
 #include "export/FrameOverlay.h"
 #include "SampleOverlay.h"
@@ -90,17 +90,14 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     std::string clip;
-    std::string format = "h264";
-    std::string preset = "original";
+    cli::ExportRequest request;
     CLI::App options("Time per frame of each stage of an export");
     options.add_option("CLIP", clip)->required();
-    cli::addFormatOption(options, format);
-    cli::addPresetOption(options, preset);
+    cli::addEncodingOptions(options, request);
     CLI11_PARSE(options, argc, argv);
     ExportJob job = sampleJob();
     job.videoPath = QString::fromStdString(clip);
-    job.settings.format = cli::formatOf(format);
-    job.settings.preset = cli::presetOf(preset);
+    job.settings = request.settings;
     try {
         run(job);
     } catch (const std::exception& error) {

@@ -1,22 +1,89 @@
 // pointloom-cli batch: exports every document of a folder.
 #include "cli/Arguments.h"
 #include "cli/CancelOnSignal.h"
-#include "cli/Commands.h"
-#include "cli/DamageWarning.h"
-#include "cli/DocumentFolder.h"
-#include "cli/ExportChoices.h"
-#include "cli/LicenceOfThisMachine.h"
-#include "cli/Messages.h"
-#include "cli/ProgressDisplay.h"
-#include "cli/ProjectInputs.h"
+#include "cli/Command.h"
+#include "cli/ExportArguments.h"
+#include "cli/LicenceCommand.h"
 #include "export/ExportManager.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace pointloom::cli {
 
 namespace {
+
+namespace fs = std::filesystem;
+
+struct FolderContents {
+    QStringList documents; // paths below the folder, in the order of their names
+    QStringList faults;    // "finals: cannot be read: Permission denied", in the same order
+};
+
+bool isDocument(const fs::directory_entry& entry) {
+    std::error_code error;
+    return QString::fromStdString(entry.path().extension().string())
+                   .compare(QStringLiteral(".plp"), Qt::CaseInsensitive) == 0 &&
+           entry.is_regular_file(error);
+}
+
+bool isFolder(const fs::directory_entry& entry) {
+    std::error_code error;
+    return entry.is_directory(error) && !entry.is_symlink(error);
+}
+
+// Links to folders are not followed, hidden files and folders left out. `below` is the path below the
+// requested folder, empty or with a slash at its end.
+void addDocuments(const fs::path& folder, const QString& below, bool withSubfolders, FolderContents& found) {
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const QByteArray bytes = QByteArray::fromStdString(entry->path().filename().string());
+        const bool isWanted = isDocument(*entry) || (withSubfolders && isFolder(*entry));
+        if (!isWanted || bytes.startsWith('.'))
+            continue;
+        const QString path = below + QFile::decodeName(bytes);
+        if (QFile::encodeName(QFile::decodeName(bytes)) != bytes)
+            found.faults += path + QStringLiteral(": its name is not UTF-8; rename it");
+        else if (isDocument(*entry))
+            found.documents += path;
+        else
+            addDocuments(entry->path(), path + u'/', withSubfolders, found);
+    }
+    if (error)
+        found.faults += (below.isEmpty() ? QStringLiteral("the folder") : below.chopped(1)) +
+                        QStringLiteral(": cannot be read: ") + QString::fromStdString(error.message());
+}
+
+// The project documents of a folder. An entry that cannot be read, or has a name that is not UTF-8, is a
+// fault.
+FolderContents documentsIn(const QString& folder, bool withSubfolders) {
+    if (!QFileInfo(folder).isDir())
+        throw CommandError(folder + QStringLiteral(": there is no such folder"));
+    FolderContents found;
+    addDocuments(QFile::encodeName(folder).toStdString(), {}, withSubfolders, found);
+    found.documents.sort();
+    found.faults.sort();
+    return found;
+}
+
+// "finals/court1.plp" becomes "finals/court1_scoreboard.mp4": never the name of a video that lies beside its
+// document.
+QString outputNameFor(const QString& document, const QString& extension) {
+    return QStringLiteral("%1_scoreboard.%2").arg(document.chopped(4), extension); // without ".plp"
+}
+
+// True when a file at `output` was written after every one of `inputs` last changed.
+bool isNewerThan(const QString& output, const std::vector<InputFile>& inputs) {
+    const QFileInfo file(output);
+    return file.isFile() && std::all_of(inputs.begin(), inputs.end(), [&](const InputFile& input) {
+               return file.lastModified() > QFileInfo(input.path).lastModified();
+           });
+}
 
 struct Summary {
     int done = 0;
@@ -38,17 +105,9 @@ QString inFolder(const QString& folder, const QString& name) {
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
 }
 
-Remarks named(const QString& document, Remarks remarks) {
-    for (QStringList* kind : {&remarks.notes, &remarks.warnings}) {
-        for (QString& remark : *kind)
-            remark.prepend(document + QStringLiteral(": "));
-    }
-    return remarks;
-}
-
 class BatchCommand final : public Command {
 public:
-    explicit BatchCommand(CLI::App& subcommand);
+    explicit BatchCommand(CLI::App& root);
     bool drawsPictures() const override { return true; }
     ExitStatus run() override;
 
@@ -56,39 +115,29 @@ private:
     void exportAll(const QStringList& documents, Summary& summary);
     void exportOne(const QString& document, Summary& summary, const CancelOnSignal& cancellation);
     void protectInputsOf(const QStringList& documents);
-    QString pathOf(const QString& document) const { return inFolder(toPath(m_folder), document); }
+    QString pathOf(const QString& document) const { return inFolder(m_folder, document); }
     ProjectInputs inputsOf(const QString& document) const;
     void tell(const Summary& summary) const;
-    ProgressMode progressMode() const { return *fromRawValue<ProgressMode>(m_progress); }
 
-    std::string m_folder;
-    std::optional<std::string> m_outputFolder;
+    QString m_folder;
+    std::optional<QString> m_outputFolder;
     bool m_withSubfolders = false;
     bool m_again = false;
-    std::string m_format = "h264";
-    std::string m_preset = "original";
-    std::string m_quality = "default";
-    std::string m_encoder = "auto";
-    std::string m_progress = "auto";
+    ExportRequest m_request;
+    ProgressMode m_progress = ProgressMode::automatic;
     std::unique_ptr<LicenceManager> m_licence;
     std::vector<InputFile> m_protected; // what all documents read, and the videos of those that are done
 };
 
-BatchCommand::BatchCommand(CLI::App& subcommand)
-    : Command(subcommand) {
-    app()
-        .add_option("folder", m_folder, "The folder with the project documents")
-        ->type_name("FOLDER")
-        ->required();
-    app()
-        .add_option("--output-dir", m_outputFolder, "Where to write; without it beside each document")
-        ->type_name("FOLDER");
+BatchCommand::BatchCommand(CLI::App& root)
+    : Command(root, "batch", "Export every project of a folder") {
+    addPath(app(), "folder", m_folder, folderPath, "The folder with the project documents")->required();
+    addPath(app(), "--output-dir", m_outputFolder, folderPath,
+            "Where to write; without it beside each document");
     app().add_flag("--recursive", m_withSubfolders, "Take the documents of its subfolders too");
     app().add_flag("--again", m_again, "Export also what is up to date");
-    addFormatOption(app(), m_format);
-    addPresetOption(app(), m_preset);
-    addQualityOption(app(), m_quality);
-    addEncoderOption(app(), m_encoder);
+    addEncodingOptions(app(), m_request);
+    addEncoderOption(app(), m_request);
     addProgressOption(app(), m_progress);
     app().footer(
         "Example:\n  pointloom-cli batch tournament --recursive --output-dir videos\n\n"
@@ -98,10 +147,10 @@ BatchCommand::BatchCommand(CLI::App& subcommand)
 }
 
 ExitStatus BatchCommand::run() {
-    const FolderContents found = documentsIn(toPath(m_folder), m_withSubfolders);
+    const FolderContents found = documentsIn(m_folder, m_withSubfolders);
     if (found.documents.isEmpty() && found.faults.isEmpty())
-        throw CommandError(toPath(m_folder) + QStringLiteral(": holds no project documents (.plp)"));
-    if (m_outputFolder && m_outputFolder->empty())
+        throw CommandError(m_folder + QStringLiteral(": holds no project documents (.plp)"));
+    if (m_outputFolder && m_outputFolder->isEmpty())
         throw CommandError("the output folder has no name");
     m_licence = licenceOfThisMachine();
     Summary summary;
@@ -160,47 +209,33 @@ void BatchCommand::exportOne(const QString& document, Summary& summary, const Ca
     QDir().mkpath(QFileInfo(output).absolutePath());
     requireUsableOutput(output, {});
     settleEncoder(inputs);
-    say(named(document, inputs.remarks));
+    const QString prefix = document + QStringLiteral(": ");
+    say(inputs.remarks, prefix);
 
-    ProgressDisplay display(progressMode());
+    ProgressDisplay display(m_progress);
     display.begin(document);
     inputs.job.overlay.isLicensed = isLicensed(*m_licence);
-    const ExportReport report = ExportManager::exportVideo(
-        inputs.job, {[&] { return cancellation.isRequested(); },
-                     [&](const ExportProgress& progress) { display.update(progress); }});
+    const ExportReport report = ExportManager::exportVideo(inputs.job, display.control(cancellation));
     display.finish(output);
     m_protected.push_back({output, QStringLiteral("the new video of ") + document});
     ++summary.done;
-    if (const auto warning = damageWarning(report.damage))
-        say(named(document, {.notes = {}, .warnings = {*warning}}));
+    say(report.damage, prefix);
 }
 
 ProjectInputs BatchCommand::inputsOf(const QString& document) const {
-    const QString outputFolder = toPath(m_outputFolder.value_or(m_folder));
-    const QString projectPath = pathOf(document);
-    ExportRequest request;
-    request.settings.format = formatOf(m_format);
-    request.settings.preset = presetOf(m_preset);
-    request.settings.quality = qualityOf(m_quality);
-    request.settings.encoder = encoderOf(m_encoder);
-    request.outputPath =
-        inFolder(outputFolder, outputNameFor(document, fileExtension(request.settings.format)));
-    ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request);
-    return inputs;
+    ExportRequest request = m_request;
+    request.outputPath = inFolder(m_outputFolder.value_or(m_folder),
+                                  outputNameFor(document, fileExtension(request.settings.format)));
+    return resolveInputs(ProjectFile::load(pathOf(document)), pathOf(document), request);
 }
 
 void BatchCommand::tell(const Summary& summary) const {
     for (const QString& failure : summary.failures)
         sayOnStandardError("failed: " + failure.toStdString());
-    if (progressMode() == ProgressMode::json) {
-        json::OrderedValue failures = json::OrderedValue::array();
-        for (const QString& failure : summary.failures)
-            failures.push_back(failure.toStdString());
-        print(
-            json::OrderedValue{{"exported", summary.done}, {"skipped", summary.skipped}, {"failed", failures}}
-                .dump() +
-            '\n');
-        return;
+    if (m_progress == ProgressMode::json) {
+        const json::OrderedValue object{
+            {"exported", summary.done}, {"skipped", summary.skipped}, {"failed", jsonList(summary.failures)}};
+        return print(object.dump() + '\n');
     }
     sayOnStandardError(std::to_string(summary.done) + " done, " + std::to_string(summary.skipped) +
                        " skipped, " + std::to_string(summary.failures.size()) + " failed");
@@ -209,7 +244,7 @@ void BatchCommand::tell(const Summary& summary) const {
 }
 
 std::unique_ptr<Command> makeBatchCommand(CLI::App& root) {
-    return std::make_unique<BatchCommand>(*root.add_subcommand("batch", "Export every project of a folder"));
+    return std::make_unique<BatchCommand>(root);
 }
 
 }

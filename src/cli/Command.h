@@ -1,19 +1,18 @@
-// What every subcommand of the command line is, and how it ends.
+// One subcommand of the command line, and how it ends.
 #pragma once
 
-#include "cli/CommandError.h"
-
 #include <CLI/CLI.hpp>
+#include <memory>
 
 namespace pointloom::cli {
 
 enum class ExitStatus { done = 0, failed = 1, wrongUsage = 2, cancelled = 130 }; // 128 + SIGINT, as shells do
 
-/// One subcommand. Its constructor names its arguments to the parser, which fills the members.
+/// Its constructor names its arguments to the parser, which fills the members.
 class Command {
 public:
-    explicit Command(CLI::App& subcommand)
-        : m_app(subcommand) {}
+    Command(CLI::App& root, const char* name, const char* description)
+        : m_app(*root.add_subcommand(name, description)) {}
     virtual ~Command() = default;
     Command(const Command&) = delete;
     Command& operator=(const Command&) = delete;
@@ -32,5 +31,22 @@ protected:
 private:
     CLI::App& m_app;
 };
+
+std::unique_ptr<Command> makeExportCommand(CLI::App& root);
+std::unique_ptr<Command> makeBatchCommand(CLI::App& root);
+std::unique_ptr<Command> makePlanCommand(CLI::App& root);
+std::unique_ptr<Command> makeSegmentCommand(CLI::App& root);
+std::unique_ptr<Command> makeJoinCommand(CLI::App& root);
+std::unique_ptr<Command> makeStillCommand(CLI::App& root);
+std::unique_ptr<Command> makeScoreboardCommand(CLI::App& root);
+std::unique_ptr<Command> makeScoreCommand(CLI::App& root);
+std::unique_ptr<Command> makeNewCommand(CLI::App& root);
+std::unique_ptr<Command> makeCheckCommand(CLI::App& root);
+std::unique_ptr<Command> makeTemplatesCommand(CLI::App& root);
+std::unique_ptr<Command> makeMarkersCommand(CLI::App& root);
+std::unique_ptr<Command> makeLicenceCommand(CLI::App& root);
+std::unique_ptr<Command> makeCompletionCommand(CLI::App& root);
+std::unique_ptr<Command> makeCompleteCommand(CLI::App& root);
+std::unique_ptr<Command> makeManualCommand(CLI::App& root);
 
 }

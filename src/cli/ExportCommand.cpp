@@ -1,13 +1,9 @@
 // pointloom-cli export: burns the scoreboard into the video.
 #include "cli/Arguments.h"
 #include "cli/CancelOnSignal.h"
-#include "cli/Commands.h"
-#include "cli/DamageWarning.h"
-#include "cli/LicenceOfThisMachine.h"
-#include "cli/Messages.h"
-#include "cli/PlanInputs.h"
-#include "cli/ProgressDisplay.h"
-#include "cli/RequestOptions.h"
+#include "cli/Command.h"
+#include "cli/ExportArguments.h"
+#include "cli/LicenceCommand.h"
 #include "export/Chapters.h"
 #include "export/ExportManager.h"
 #include "export/OverlayExport.h"
@@ -23,41 +19,35 @@ namespace {
 
 class ExportCommand final : public Command {
 public:
-    explicit ExportCommand(CLI::App& subcommand);
+    explicit ExportCommand(CLI::App& root);
     bool drawsPictures() const override { return true; }
     ExitStatus run() override;
 
 private:
-    ExportRequest request() const;
     void settleFormat();
     void settleOutput(ExportJob& job) const;
     void settleEncoding(ProjectInputs& inputs);
-    OverlayFormat overlayFormat() const {
-        return m_options.format() == pngWord ? OverlayFormat::png : OverlayFormat::prores;
-    }
-    static ExitStatus printChapters(const ExportJob& job);
     ExportReport write(const ExportJob& job, const ExportControl& control) const;
 
-    std::string m_project;
-    std::optional<std::string> m_output;
-    std::string m_progress = "auto";
+    QString m_project;
+    std::optional<QString> m_output;
+    ExportRequest m_request;
+    ProgressMode m_progress = ProgressMode::automatic;
     bool m_overlayOnly = false;
+    bool m_asPictures = false; // an overlay as a folder of them
     bool m_chaptersText = false;
-    std::string m_encoder = "auto";
     int m_jobs = 1;
-    RequestOptions m_options;
     std::optional<SegmentPlan> m_plan; // of an export by several jobs
 };
 
-ExportCommand::ExportCommand(CLI::App& subcommand)
-    : Command(subcommand) {
+ExportCommand::ExportCommand(CLI::App& root)
+    : Command(root, "export", "Export the project's video with the scoreboard burned in") {
     constexpr int mostJobs = 64; // each holds pictures of its own
     addProjectArgument(app(), m_project);
-    addFileOption(
-        app(), "-o,--output", m_output, videoFile,
-        "Where to write, in the place of a file there; without it a new file in the Downloads folder");
-    m_options.addTo(app(), Transparent::too);
-    addEncoderOption(app(), m_encoder);
+    addPath(app(), "-o,--output", m_output, videoFile,
+            "Where to write, in the place of a file there; without it a new file in the Downloads folder");
+    addRequestOptions(app(), m_request, Pictures::too);
+    addEncoderOption(app(), m_request);
     app()
         .add_option("--jobs", m_jobs, "Segments of the video to encode at the same time")
         ->type_name("NUMBER")
@@ -75,12 +65,6 @@ ExportCommand::ExportCommand(CLI::App& subcommand)
         "Ctrl-C stops the export and removes what was written; the exit status is then 130.");
 }
 
-ExportRequest ExportCommand::request() const {
-    ExportRequest request = m_options.request();
-    request.settings.encoder = encoderOf(m_encoder);
-    return request;
-}
-
 double endOfRange(const ExportJob& job) {
     try {
         const double duration = media::readMediaInfo(job.videoPath).duration;
@@ -91,39 +75,41 @@ double endOfRange(const ExportJob& job) {
     }
 }
 
-ExitStatus ExportCommand::printChapters(const ExportJob& job) {
+void printChapters(const ExportJob& job) {
     const auto chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, endOfRange(job));
     if (chapters.empty())
         throw CommandError("no marker of the project has a label, so there are no chapters");
     print(chapterList(chapters).toStdString());
-    return ExitStatus::done;
 }
 
 // Only some formats have transparency, and what H.264 is to whole videos ProRes is to overlays.
 void ExportCommand::settleFormat() {
-    if (m_overlayOnly && !m_options.isFormatGiven())
-        m_options.setFormat("prores");
-    if (m_overlayOnly && m_options.format() != pngWord &&
-        formatOf(m_options.format()) != ExportFormat::prores)
-        throw UsageError("--overlay-only: " + m_options.format() +
-                         " has no transparency; use --format prores or png");
-    if (m_overlayOnly && (m_jobs > 1 || encoderOf(m_encoder) != media::EncoderKind::software))
+    const CLI::Option& format = *app().get_option("--format");
+    const auto word = format.as<std::string>();
+    m_asPictures = word == pngWord;
+    if (!m_overlayOnly) {
+        if (m_asPictures)
+            throw UsageError("--format png: pictures are for --overlay-only");
+        return;
+    }
+    if (format.empty())
+        m_request.settings.format = ExportFormat::prores;
+    if (!m_asPictures && m_request.settings.format != ExportFormat::prores)
+        throw UsageError("--overlay-only: " + word + " has no transparency; use --format prores or png");
+    if (m_jobs > 1 || m_request.settings.encoder != media::EncoderKind::software)
         throw UsageError("--overlay-only: is encoded by one job in software; leave out --jobs and --encoder");
-    if (!m_overlayOnly && m_options.format() == pngWord)
-        throw UsageError("--format png: pictures are for --overlay-only");
 }
 
 void ExportCommand::settleOutput(ExportJob& job) const {
-    const bool isFolder = m_options.format() == pngWord;
     if (!m_output) {
         job.outputPath = newDefaultOutputPath(job.settings.format);
         job.ifExists = IfExists::addNumber;
-        if (isFolder) // of the same name
+        if (m_asPictures) // a folder of the same name
             job.outputPath.chop(fileExtension(job.settings.format).size() + 1);
         return;
     }
-    job.outputPath = toPath(*m_output);
-    if (isFolder)
+    job.outputPath = *m_output;
+    if (m_asPictures)
         requireUsableFolder(job.outputPath);
     else
         requireUsableOutput(job.outputPath, inputFiles(job));
@@ -138,43 +124,44 @@ void ExportCommand::settleEncoding(ProjectInputs& inputs) {
         inputs.remarks.notes += QStringLiteral("one job: an encoder in hardware serves one at a time");
         return;
     }
-    m_plan = SegmentPlan::make(inputs.job, m_jobs, QStringLiteral(POINTLOOM_VERSION));
-    noteFewerSegments(*m_plan, m_jobs, inputs.remarks);
+    m_plan = makePlan(inputs, m_jobs);
 }
 
 ExportReport ExportCommand::write(const ExportJob& job, const ExportControl& control) const {
     if (m_plan)
         return exportInParallel(*m_plan, control, job.ifExists);
-    return m_overlayOnly ? exportOverlay(job, overlayFormat(), control)
-                         : ExportManager::exportVideo(job, control);
+    if (m_overlayOnly)
+        return exportOverlay(job, m_asPictures ? OverlayFormat::png : OverlayFormat::prores, control);
+    return ExportManager::exportVideo(job, control);
 }
 
 ExitStatus ExportCommand::run() {
     settleFormat();
-    const QString projectPath = toPath(m_project);
-    ProjectInputs inputs = resolveInputs(ProjectFile::load(projectPath), projectPath, request());
+    ProjectInputs inputs = resolveInputs(ProjectFile::load(m_project), m_project, m_request);
     inputs.job.overlay.isLicensed = isLicensed(*licenceOfThisMachine());
     const ExportJob& job = inputs.job;
-    if (m_chaptersText)
-        return printChapters(job);
+    if (m_chaptersText) {
+        printChapters(job);
+        return ExitStatus::done;
+    }
     settleOutput(inputs.job);
 
     const CancelOnSignal cancellation;
-    ProgressDisplay display(*fromRawValue<ProgressMode>(m_progress));
+    ProgressDisplay display(m_progress);
     try {
         settleEncoding(inputs);
         // Remarks wait until the export runs: one that cannot start says only why.
         Remarks unsaid = inputs.remarks;
-        const auto showProgress = [&](const ExportProgress& progress) {
+        ExportControl control = display.control(cancellation);
+        control.onProgress = [&](const ExportProgress& progress) {
             say(std::exchange(unsaid, {}));
             display.update(progress);
         };
-        const ExportReport report = write(job, {[&] { return cancellation.isRequested(); }, showProgress});
+        const ExportReport report = write(job, control);
         display.finish(report.outputPath);
-        if (const auto warning = damageWarning(report.damage))
-            say(Remarks{.notes = {}, .warnings = {*warning}});
+        say(report.damage);
     } catch (const ExportError& error) {
-        throw faultOf(error, projectPath);
+        throw faultOf(error, m_project);
     }
     return ExitStatus::done;
 }
@@ -182,8 +169,7 @@ ExitStatus ExportCommand::run() {
 }
 
 std::unique_ptr<Command> makeExportCommand(CLI::App& root) {
-    return std::make_unique<ExportCommand>(
-        *root.add_subcommand("export", "Export the project's video with the scoreboard burned in"));
+    return std::make_unique<ExportCommand>(root);
 }
 
 }

@@ -1,12 +1,12 @@
-// pointloom-cli licence: activates, shows and gives back the licence of this machine.
+#include "cli/LicenceCommand.h"
+
 #include "cli/Arguments.h"
 #include "cli/CancelOnSignal.h"
-#include "cli/CommandError.h"
-#include "cli/Commands.h"
-#include "cli/LicenceOfThisMachine.h"
+#include "cli/Command.h"
 #include "cli/Messages.h"
 
 #include <cstdio>
+#include <QDeadlineTimer>
 #include <QFile>
 
 namespace pointloom::cli {
@@ -15,7 +15,7 @@ namespace {
 
 class LicenceCommand final : public Command {
 public:
-    explicit LicenceCommand(CLI::App& subcommand);
+    explicit LicenceCommand(CLI::App& root);
     ExitStatus run() override;
 
 private:
@@ -28,12 +28,12 @@ private:
     CLI::App* m_request;
     CLI::App* m_import;
     std::string m_key;
-    std::string m_file;
+    QString m_file;
     bool m_asJson = false;
 };
 
-LicenceCommand::LicenceCommand(CLI::App& subcommand)
-    : Command(subcommand)
+LicenceCommand::LicenceCommand(CLI::App& root)
+    : Command(root, "licence", "Activate, show or give back the licence of this machine")
     , m_status(app().add_subcommand("status", "Show the licence; renew it when its end is near"))
     , m_activate(app().add_subcommand("activate", "Use a bought key on this machine"))
     , m_deactivate(app().add_subcommand("deactivate", "Give the licence back, for another machine"))
@@ -43,9 +43,9 @@ LicenceCommand::LicenceCommand(CLI::App& subcommand)
     m_status->add_flag("--json", m_asJson, "Print an object: state, holder, key, expires, clockIsBehind");
     constexpr auto keyHelp = "The key, as on the receipt; - reads it from standard input";
     m_activate->add_option("key", m_key, keyHelp)->type_name("KEY")->required();
-    addFileOption(*m_request, "file", m_file, licenceFile, "The request to write")->required();
+    addPath(*m_request, "file", m_file, licenceFile, "The request to write")->required();
     m_request->add_option("--key", m_key, keyHelp)->type_name("KEY")->required();
-    addFileOption(*m_import, "file", m_file, licenceFile, "The licence file")->required();
+    addPath(*m_import, "file", m_file, licenceFile, "The licence file")->required();
     app().footer("Example:\n  pointloom-cli licence activate PL-XXXXX-XXXXX-XXXXX-XXXXX");
 }
 
@@ -72,8 +72,7 @@ QString keyFromStandardInput() {
 
 void LicenceCommand::showStatus(LicenceManager& manager, const LicenceManager::StopQuery& isStopping) const {
     if (const auto problem = manager.renewIfDue(isStopping))
-        say({.notes = {},
-             .warnings = {QStringLiteral("the licence could not be renewed: ") + problem->message()}});
+        sayWarning(QStringLiteral("the licence could not be renewed: ") + problem->message());
     if (m_asJson)
         printJson(asJson(manager.status()));
     else
@@ -84,11 +83,11 @@ void LicenceCommand::carryOut(LicenceManager& manager, const LicenceManager::Sto
     if (m_status->parsed())
         return showStatus(manager, isStopping);
     if (m_request->parsed())
-        return manager.writeRequest(toText(m_key), toPath(m_file), isStopping);
+        return manager.writeRequest(toText(m_key), m_file, isStopping);
     if (m_deactivate->parsed())
         manager.deactivate(isStopping);
     else if (m_import->parsed())
-        manager.importFile(toPath(m_file), isStopping);
+        manager.importFile(m_file, isStopping);
     else
         manager.activate(toText(m_key), isStopping);
     print(manager.status().inWords().toStdString() + '\n');
@@ -115,8 +114,30 @@ ExitStatus LicenceCommand::run() {
 }
 
 std::unique_ptr<Command> makeLicenceCommand(CLI::App& root) {
-    return std::make_unique<LicenceCommand>(
-        *root.add_subcommand("licence", "Activate, show or give back the licence of this machine"));
+    return std::make_unique<LicenceCommand>(root);
+}
+
+std::unique_ptr<LicenceManager> licenceOfThisMachine() {
+    const auto info = InfoDictionary::ofApplication();
+    auto manager = std::make_unique<LicenceManager>(LicenceManager::partsOfThisMachine(info));
+    manager->load();
+    if (!manager->status().isAwaited)
+        return manager;
+    sayOnStandardError("waiting for the keychain, which may hold a licence, to be unlocked");
+    constexpr std::chrono::minutes patience(1);
+    const QDeadlineTimer deadline(patience);
+    while (manager->status().isAwaited && !deadline.hasExpired())
+        manager->load();
+    return manager;
+}
+
+bool isLicensed(LicenceManager& manager) {
+    if (manager.status().isAwaited)
+        manager.load([] { return true; }); // without waiting
+    const LicenceStatus status = manager.status();
+    if (status.state == LicenceState::unread)
+        sayWarning(status.inWords());
+    return status.isLicensed();
 }
 
 }

@@ -1,11 +1,25 @@
 #include "cli/Messages.h"
 
-#include "cli/CommandError.h"
 #include "json/JsonCoding.h"
 
 #include <iostream>
 
 namespace pointloom::cli {
+
+namespace {
+
+QString counted(std::int64_t count, const char* one, const char* many) {
+    return QStringLiteral("%1 %2").arg(count).arg(QString::fromUtf8(count == 1 ? one : many));
+}
+
+QString missingEnd(double seconds) {
+    constexpr double shortest = 0.1; // that one decimal can say
+    if (seconds < shortest)
+        return QStringLiteral("the very end of the video is missing");
+    return QStringLiteral("the last %1 s of the video are missing").arg(seconds, 0, 'f', 1);
+}
+
+}
 
 void sayOnStandardError(std::string_view message) {
     std::cerr << programName << ": " << json::printable(message, message.size()) << std::endl;
@@ -16,11 +30,38 @@ QString bareText(const QString& text) {
     return QString::fromStdString(json::printable(utf8, utf8.size()));
 }
 
-void say(const Remarks& remarks) {
+void say(const Remarks& remarks, const QString& prefix) {
     for (const QString& note : remarks.notes)
-        sayOnStandardError("note: " + note.toStdString());
+        sayNote(prefix + note);
     for (const QString& warning : remarks.warnings)
-        sayOnStandardError("warning: " + warning.toStdString());
+        sayWarning(prefix + warning);
+}
+
+void sayNote(const QString& note) {
+    sayOnStandardError("note: " + note.toStdString());
+}
+
+void sayWarning(const QString& warning) {
+    sayOnStandardError("warning: " + warning.toStdString());
+}
+
+std::optional<QString> damageWarning(const media::Damage& damage) {
+    QStringList parts;
+    if (damage.lostFrames > 0)
+        parts += counted(damage.lostFrames, "damaged picture was left out", "damaged pictures were left out");
+    if (damage.faultyFrames > 0)
+        parts += counted(damage.faultyFrames, "picture shows damage", "pictures show damage");
+    if (damage.secondsMissing > 0)
+        parts += missingEnd(damage.secondsMissing);
+    if (parts.isEmpty())
+        return std::nullopt;
+    const QString last = parts.takeLast();
+    return parts.isEmpty() ? last : parts.join(QStringLiteral(", ")) + QStringLiteral(", and ") + last;
+}
+
+void say(const media::Damage& damage, const QString& prefix) {
+    if (const auto warning = damageWarning(damage))
+        sayWarning(prefix + *warning);
 }
 
 void print(std::string_view text) {
@@ -30,6 +71,10 @@ void print(std::string_view text) {
 void printJson(const json::OrderedValue& value) {
     constexpr int indent = 2;
     std::cout << value.dump(indent) << '\n';
+}
+
+json::OrderedValue jsonList(const QStringList& texts) {
+    return json::encode(std::vector<QString>(texts.begin(), texts.end()));
 }
 
 void finishPrinting() {

@@ -67,6 +67,11 @@ ProgressDisplay::~ProgressDisplay() {
     clearBar();
 }
 
+ExportControl ProgressDisplay::control(const CancelOnSignal& cancellation) {
+    return {[&cancellation] { return cancellation.isRequested(); },
+            [this](const ExportProgress& progress) { update(progress); }};
+}
+
 void ProgressDisplay::begin(const QString& name) {
     if (m_mode == ProgressMode::bar)
         std::cerr << bareText(name).toStdString() << std::endl;

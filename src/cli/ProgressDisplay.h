@@ -1,6 +1,7 @@
-// Shows how far an export is: a bar for people, lines of JSON for programs.
+// Progress of an export: a bar for users, lines of JSON for programs.
 #pragma once
 
+#include "cli/CancelOnSignal.h"
 #include "export/ExportJob.h"
 
 #include <QElapsedTimer>
@@ -38,7 +39,11 @@ public:
     ProgressDisplay(const ProgressDisplay&) = delete;
     ProgressDisplay& operator=(const ProgressDisplay&) = delete;
 
-    /// Says what comes next, for work on several files.
+    /// Control of an export that stops on signals and shows its progress here. The display and `cancellation`
+    /// must outlive it.
+    ExportControl control(const CancelOnSignal& cancellation);
+
+    /// Announces the next of several files.
     void begin(const QString& name);
 
     void update(const ExportProgress& progress);

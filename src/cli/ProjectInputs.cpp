@@ -1,10 +1,12 @@
 #include "cli/ProjectInputs.h"
 
 #include "export/ExportSource.h"
+#include "files/NewFile.h"
 #include "persistence/ProjectSession.h"
 #include "render/PictureFile.h"
 
 #include <algorithm>
+#include <QDir>
 #include <QFileInfo>
 
 namespace pointloom::cli {
@@ -19,59 +21,51 @@ QString shortName(const QString& path) {
     throw CommandError(shortName(projectPath) + QStringLiteral(": ") + reason);
 }
 
-QString besideNote(const QString& role, const QString& path) {
-    return QStringLiteral("the %1 was found beside the project: %2").arg(role, path);
-}
-
 void requireTemplate(const ProjectFile& project, const QString& projectPath) {
     if (!project.selectedTemplate)
         fail(projectPath, QStringLiteral("no scoreboard template is chosen"));
 }
 
-QString settleVideo(const ProjectFile& project, const QString& projectPath, const ExportRequest& request,
-                    Remarks& remarks) {
+void noteIfBeside(const NamedFile& file, const QString& role, Remarks& remarks) {
+    if (file.isBesideDocument)
+        remarks.notes += QStringLiteral("the %1 was found beside the project: %2").arg(role, *file.path);
+}
+
+QString settleVideo(const std::optional<NamedFile>& video, const QString& projectPath,
+                    const ExportRequest& request, Remarks& remarks) {
     if (request.videoPath) {
         if (!QFileInfo::exists(*request.videoPath))
             throw CommandError(*request.videoPath + QStringLiteral(": no such video"));
         return *request.videoPath;
     }
-    if (!project.videoPath)
+    if (!video)
         fail(projectPath, QStringLiteral("no video is chosen; name one with --video"));
-    const auto found = findFile(*project.videoPath, projectPath);
-    if (!found)
-        fail(projectPath, QStringLiteral("the video is missing: ") + *project.videoPath);
-    if (found->isBesideDocument)
-        remarks.notes += besideNote(QStringLiteral("video"), found->path);
-    return found->path;
+    if (!video->path)
+        fail(projectPath, QStringLiteral("the video is missing: ") + video->storedPath);
+    noteIfBeside(*video, QStringLiteral("video"), remarks);
+    return *video->path;
 }
 
-std::optional<QString> settleWatermark(const ProjectFile& project, const QString& projectPath,
-                                       const ExportRequest& request, Remarks& remarks) {
-    std::optional<FoundFile> found;
-    if (request.watermarkPath) {
-        if (QFileInfo(*request.watermarkPath).isFile())
-            found = {.path = *request.watermarkPath};
-    } else if (project.watermarkPath) {
-        found = findFile(*project.watermarkPath, projectPath);
-    } else {
+std::optional<QString> settleWatermark(std::optional<NamedFile> watermark, const ExportRequest& request,
+                                       Remarks& remarks) {
+    if (const auto& path = request.watermarkPath)
+        watermark = {.storedPath = *path, .path = QFileInfo(*path).isFile() ? path : std::nullopt};
+    if (!watermark)
+        return std::nullopt;
+    if (!watermark->path) {
+        remarks.warnings += QStringLiteral("the watermark is missing and left out: ") + watermark->storedPath;
         return std::nullopt;
     }
-    if (!found) {
-        remarks.warnings += QStringLiteral("the watermark is missing and left out: ") +
-                            request.watermarkPath.value_or(project.watermarkPath.value_or(QString()));
-        return std::nullopt;
-    }
-    if (found->isBesideDocument)
-        remarks.notes += besideNote(QStringLiteral("watermark"), found->path);
-    if (loadPictureFile(found->path).isNull()) {
+    noteIfBeside(*watermark, QStringLiteral("watermark"), remarks);
+    if (loadPictureFile(*watermark->path).isNull()) {
         remarks.warnings +=
             QStringLiteral("the watermark is left out; it is no PNG or JPEG picture of up to %1 "
                            "million pixels: ")
                 .arg(mostPicturePixels / 1'000'000) +
-            found->path;
+            *watermark->path;
         return std::nullopt;
     }
-    return found->path;
+    return watermark->path;
 }
 
 void settleTrim(ProjectFile& project, const QString& projectPath, const ExportRequest& request) {
@@ -109,15 +103,15 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     requireMatch(project, projectPath);
     requireTemplate(project, projectPath);
     settleTrim(project, projectPath, request);
-    project.videoPath = settleVideo(project, projectPath, request, inputs.remarks);
-    settleLogo(*project.matchConfig, projectPath, inputs.remarks);
-    project.watermarkPath = settleWatermark(project, projectPath, request, inputs.remarks);
-    project.watermarkCorner = request.watermarkCorner ? request.watermarkCorner : project.watermarkCorner;
+    const ProjectFiles files = locateFiles(project, projectPath);
+    project.videoPath = settleVideo(files.video, projectPath, request, inputs.remarks);
+    settleLogo(*project.matchConfig, files.logo, inputs.remarks);
+    project.watermarkPath = settleWatermark(files.watermark, request, inputs.remarks);
 
     ExportJob& job = inputs.job;
     job = exportJobFor(project).value(); // all that it needs was required above
     warnOfScoresNotDrawn(job.overlay, inputs.remarks);
-    const WatermarkCorner corner = job.settings.watermarkCorner;
+    const WatermarkCorner corner = request.watermarkCorner.value_or(job.settings.watermarkCorner);
     job.settings = request.settings;
     job.settings.watermarkCorner = corner;
     job.projectPath = projectPath;
@@ -132,6 +126,14 @@ void settleEncoder(ProjectInputs& inputs) {
                 .arg(QString::fromUtf8(media::nameOf(fallback->requested)), fallback->reason);
 }
 
+SegmentPlan makePlan(ProjectInputs& inputs, int count) {
+    auto plan = SegmentPlan::make(inputs.job, count, QStringLiteral(POINTLOOM_VERSION));
+    if (plan.count() < count)
+        inputs.remarks.notes +=
+            QStringLiteral("the video can be cut into %1 segments only").arg(plan.count());
+    return plan;
+}
+
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath) {
     if (!project.matchConfig)
         fail(projectPath, QStringLiteral("the match is not set up: no teams, no sets"));
@@ -142,18 +144,16 @@ bool drawsScore(TemplateID id, const SportScoreState& score) {
     return usesTennisScoring(sportOf(id)) == std::holds_alternative<ScoreState>(score);
 }
 
-void settleLogo(MatchConfig& config, const QString& projectPath, Remarks& remarks) {
-    if (!config.logoURL)
+void settleLogo(MatchConfig& config, const std::optional<NamedFile>& logo, Remarks& remarks) {
+    if (!logo)
         return;
-    const auto found = findFile(*config.logoURL, projectPath);
-    if (!found) {
-        remarks.warnings += QStringLiteral("the logo is missing and left out: ") + placeOf(*config.logoURL);
+    if (!logo->path) {
+        remarks.warnings += QStringLiteral("the logo is missing and left out: ") + logo->storedPath;
         config.logoURL.reset();
         return;
     }
-    if (found->isBesideDocument)
-        remarks.notes += besideNote(QStringLiteral("logo"), found->path);
-    config.logoURL = QUrl::fromLocalFile(found->path);
+    noteIfBeside(*logo, QStringLiteral("logo"), remarks);
+    config.logoURL = QUrl::fromLocalFile(*logo->path);
 }
 
 CommandError faultOf(const ExportError& error, const QString& projectPath) {
@@ -161,21 +161,43 @@ CommandError faultOf(const ExportError& error, const QString& projectPath) {
 }
 
 std::vector<InputFile> inputFiles(const ProjectFile& project, const QString& projectPath) {
-    ExportJob job;
-    job.projectPath = projectPath;
-    const auto put = [](QString& place, const std::optional<FoundFile>& found) {
-        if (found)
-            place = found->path;
+    const ProjectFiles files = locateFiles(project, projectPath);
+    std::vector<InputFile> found{{projectPath, QStringLiteral("the project itself")}};
+    const auto add = [&](const std::optional<NamedFile>& file, const char* role) {
+        if (file && file->path)
+            found.push_back({*file->path, QString::fromUtf8(role)});
     };
-    if (project.videoPath)
-        put(job.videoPath, findFile(*project.videoPath, projectPath));
-    if (project.watermarkPath)
-        put(job.overlay.watermarkPath.emplace(), findFile(*project.watermarkPath, projectPath));
-    QString logo;
-    if (project.matchConfig && project.matchConfig->logoURL)
-        put(logo, findFile(*project.matchConfig->logoURL, projectPath));
-    job.overlay.config.logoURL = QUrl::fromLocalFile(logo);
-    return inputFiles(job);
+    add(files.video, "the source video");
+    add(files.watermark, "the watermark");
+    add(files.logo, "the logo");
+    return found;
+}
+
+void requireUsableFolder(const QString& path) {
+    const QFileInfo folder(path);
+    if (path.isEmpty())
+        throw CommandError("the output has no name");
+    if (folder.exists() && !folder.isDir())
+        throw CommandError(path + QStringLiteral(": is a file; pictures go into a folder"));
+    if (folder.isDir() && !NewFolder::canBeAt(path))
+        throw CommandError(path + QStringLiteral(": the folder is not empty"));
+    if (!folder.absoluteDir().exists())
+        throw CommandError(path + QStringLiteral(": there is no folder ") + folder.absolutePath());
+}
+
+void requireUsableOutput(const QString& path, const std::vector<InputFile>& inputs) {
+    const QFileInfo output(path);
+    if (path.isEmpty())
+        throw CommandError("the output has no name");
+    if (output.isDir())
+        throw CommandError(path + QStringLiteral(": is a folder; name a file in it"));
+    if (output.exists() && !output.isFile())
+        throw CommandError(path + QStringLiteral(": is not a regular file"));
+    if (!output.absoluteDir().exists())
+        throw CommandError(path + QStringLiteral(": there is no folder ") + output.absolutePath());
+    if (const InputFile* input = replacedInput(path, inputs))
+        throw CommandError(path + QStringLiteral(": is ") + input->role +
+                           QStringLiteral("; choose another output"));
 }
 
 }

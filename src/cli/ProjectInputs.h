@@ -1,22 +1,21 @@
-// Turns a document and the options of the command line into what is to be exported.
+// A document and the options of the command line as one export: the files that it reads, the range, the
+// faults.
 #pragma once
 
-#include "cli/CommandError.h"
 #include "cli/Messages.h"
-#include "cli/OutputPlace.h"
-#include "export/ExportJob.h"
-#include "persistence/ProjectFile.h"
+#include "export/segments/SegmentPlan.h"
+#include "persistence/ProjectSession.h"
 
 namespace pointloom::cli {
 
-/// What the command line adds to a document, or puts in the place of what the document says.
+/// Additions of the command line to a document, and replacements for what the document says.
 struct ExportRequest {
     std::optional<QString> videoPath;
     std::optional<QString> watermarkPath;
     std::optional<WatermarkCorner> watermarkCorner;
     std::optional<double> trimStart; // seconds
     std::optional<double> trimEnd;
-    ExportSettings settings; // besides the watermark's corner
+    ExportSettings settings; // the watermark's corner apart
     QString outputPath;
 };
 
@@ -30,9 +29,12 @@ struct ProjectInputs {
 /// missing or cannot be read, whether the document or `request` names it.
 ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, const ExportRequest& request);
 
-/// Takes the software encoder where the one that was wished for does not work on this machine, and notes why.
-/// Throws ExportError.
+/// Takes the software encoder where the requested one does not work on this machine, and notes why. Throws
+/// ExportError.
 void settleEncoder(ProjectInputs& inputs);
+
+/// Cuts the export into `count` segments, or into fewer and notes it. Throws ExportError.
+SegmentPlan makePlan(ProjectInputs& inputs, int count);
 
 /// The match of a document. Throws CommandError when it has none.
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath);
@@ -40,14 +42,21 @@ const MatchConfig& requireMatch(const ProjectFile& project, const QString& proje
 /// True when the template draws scores of that family; otherwise it would draw nothing.
 bool drawsScore(TemplateID id, const SportScoreState& score);
 
-/// Finds the logo of a match and puts its present place into `config`, or takes it out when it is missing.
-void settleLogo(MatchConfig& config, const QString& projectPath, Remarks& remarks);
+/// Puts the present place of the match's logo into `config`, or takes the logo out when it is missing.
+void settleLogo(MatchConfig& config, const std::optional<NamedFile>& logo, Remarks& remarks);
 
-/// A fault of the export, with the name of its project.
+/// An error of the export, with the name of its project.
 CommandError faultOf(const ExportError& error, const QString& projectPath);
 
 /// The document and the files that it names and that are found, whether it can be exported or not.
 std::vector<InputFile> inputFiles(const ProjectFile& project, const QString& projectPath);
 using pointloom::inputFiles;
+
+/// Throws CommandError unless `path` is an empty folder or free for a new one.
+void requireUsableFolder(const QString& path);
+
+/// Throws CommandError unless a file can be written to `path`: in a folder that exists, over no pipe or
+/// device, and over none of the inputs, by whatever name.
+void requireUsableOutput(const QString& path, const std::vector<InputFile>& inputs);
 
 }

@@ -1,6 +1,6 @@
 // pointloom-cli score: counts matches point by point.
 #include "cli/Arguments.h"
-#include "cli/Commands.h"
+#include "cli/Command.h"
 #include "cli/Messages.h"
 #include "rules/Counting.h"
 #include "json/JsonDocument.h"
@@ -17,36 +17,36 @@ using Points = std::vector<Side>; // of one match: who won each
 
 class ScoreCommand final : public Command {
 public:
-    explicit ScoreCommand(CLI::App& subcommand);
+    explicit ScoreCommand(CLI::App& root);
     ExitStatus run() override;
 
 private:
-    MatchRules rules(SportID sport) const;
+    MatchRules rules() const;
     std::vector<Points> matches() const;
 
-    std::string m_sport;
+    std::optional<SportID> m_sport;
     std::optional<std::int64_t> m_sets;
     std::string m_rules;
-    int m_serving = 1;
+    std::optional<Side> m_serving;
     bool m_lists = false;
-    std::string m_file;
+    QString m_file; // empty for standard input
 };
 
-ScoreCommand::ScoreCommand(CLI::App& subcommand)
-    : Command(subcommand) {
-    limitChoices(app().add_option("--sport", m_sport, "What is played"), rawValues<SportID>());
+ScoreCommand::ScoreCommand(CLI::App& root)
+    : Command(root, "score", "Count matches point by point") {
+    addChoice(app(), "--sport", m_sport, RawValues<SportID>::table, "What is played");
     app()
         .add_option("--sets", m_sets, "Best of so many sets; without it the sport's usual number")
         ->type_name("NUMBER");
     app()
         .add_option("--rules", m_rules, "Words joined by commas, as no-ad,short-sets; see --list-rules")
         ->type_name("WORDS");
-    limitChoices(app().add_option("--serving", m_serving, "The side that serves first; without it 1"),
-                 {"1", "2"});
+    constexpr auto sides =
+        std::to_array<std::pair<Side, std::string_view>>({{Side::first, "1"}, {Side::second, "2"}});
+    addChoice(app(), "--serving", m_serving, sides, "The side that serves first; without it 1");
     app().add_flag("--list-rules", m_lists, "List the words of the sport, or of all sports");
-    app()
-        .add_option("points", m_file, "Who won each point, 1 or 2, one a line; without it standard input")
-        ->type_name("POINTS");
+    addPath(app(), "points", m_file, {.placeholder = "POINTS", .extensions = ""},
+            "Who won each point, 1 or 2, one a line; without it standard input");
     app().footer("Example:\n  pointloom-cli score --sport tennis --sets 3 --rules no-ad points.txt");
 }
 
@@ -58,7 +58,8 @@ void listRules(SportID sport) {
               '\n');
 }
 
-MatchRules ScoreCommand::rules(SportID sport) const {
+MatchRules ScoreCommand::rules() const {
+    const SportID sport = *m_sport;
     const std::int64_t sets = m_sets.value_or(defaultNumberOfSets(sport));
     if (sets < 1 || sets > largestNumberOfSets || sets % 2 == 0)
         throw UsageError(
@@ -68,7 +69,7 @@ MatchRules ScoreCommand::rules(SportID sport) const {
          toText(m_rules).split(QRegularExpression(QStringLiteral("[,\\s]+")), Qt::SkipEmptyParts))
         words.push_back(word.toStdString());
     try {
-        return {formatOf(sport, words), sets, m_serving == 1 ? Side::first : Side::second};
+        return {formatOf(sport, words), sets, m_serving.value_or(Side::first)};
     } catch (const FormatError& error) {
         throw UsageError(std::string("--rules: ") + error.what());
     }
@@ -111,8 +112,8 @@ std::vector<Points> parsePoints(const QByteArray& bytes, const QString& name) {
 }
 
 std::vector<Points> ScoreCommand::matches() const {
-    QFile file(toPath(m_file));
-    if (!m_file.empty())
+    QFile file(m_file);
+    if (!m_file.isEmpty())
         return parsePoints(readAll(file, file.fileName(), file.open(QIODevice::ReadOnly)), file.fileName());
     const QString name = QStringLiteral("standard input");
     return parsePoints(readAll(file, name, file.open(stdin, QIODevice::ReadOnly)), name);
@@ -145,17 +146,16 @@ void printMatch(const MatchRules& rules, const Points& points) {
 }
 
 ExitStatus ScoreCommand::run() {
-    const auto sport = fromRawValue<SportID>(m_sport);
     if (m_lists) {
         for (const SportID listed : allCases<SportID>()) {
-            if (!sport || listed == *sport)
+            if (!m_sport || listed == *m_sport)
                 listRules(listed);
         }
         return ExitStatus::done;
     }
-    if (!sport)
+    if (!m_sport)
         throw UsageError("score: give --sport");
-    const MatchRules match = rules(*sport);
+    const MatchRules match = rules();
     std::string_view separator;
     for (const Points& points : matches()) {
         print(separator);
@@ -168,7 +168,7 @@ ExitStatus ScoreCommand::run() {
 }
 
 std::unique_ptr<Command> makeScoreCommand(CLI::App& root) {
-    return std::make_unique<ScoreCommand>(*root.add_subcommand("score", "Count matches point by point"));
+    return std::make_unique<ScoreCommand>(root);
 }
 
 }

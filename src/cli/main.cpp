@@ -1,5 +1,5 @@
-// The headless program: every subcommand works without a window and without a screen.
-#include "cli/Commands.h"
+// The program without a window; no command needs a screen.
+#include "cli/Command.h"
 #include "cli/Messages.h"
 #include "export/ExportJob.h"
 
@@ -15,22 +15,13 @@ namespace pointloom::cli {
 namespace {
 
 std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& root) {
-    std::vector<std::unique_ptr<Command>> commands;
-    commands.push_back(makeExportCommand(root));
-    commands.push_back(makeBatchCommand(root));
-    commands.push_back(makePlanCommand(root));
-    commands.push_back(makeSegmentCommand(root));
-    commands.push_back(makeJoinCommand(root));
-    commands.push_back(makeStillCommand(root));
-    commands.push_back(makeScoreboardCommand(root));
-    commands.push_back(makeScoreCommand(root));
-    commands.push_back(makeNewCommand(root));
-    commands.push_back(makeCheckCommand(root));
-    commands.push_back(makeTemplatesCommand(root));
-    commands.push_back(makeMarkersCommand(root));
-    commands.push_back(makeLicenceCommand(root));
-    commands.push_back(makeCompletionCommand(root));
-    commands.push_back(makeManualCommand(root));
+    std::vector<std::unique_ptr<Command>> commands; // in the order of help
+    for (const auto make :
+         {makeExportCommand, makeBatchCommand, makePlanCommand, makeSegmentCommand, makeJoinCommand,
+          makeStillCommand, makeScoreboardCommand, makeScoreCommand, makeNewCommand, makeCheckCommand,
+          makeTemplatesCommand, makeMarkersCommand, makeLicenceCommand, makeCompletionCommand,
+          makeCompleteCommand, makeManualCommand})
+        commands.push_back(make(root));
     return commands;
 }
 
@@ -57,7 +48,7 @@ ExitStatus endParsing(const CLI::App& root, const CLI::ParseError& error) {
     return ExitStatus::wrongUsage;
 }
 
-// Texts are UTF-8 and numbers are written with a point, whatever the surroundings say.
+// Texts are UTF-8 and numbers are written with a point, whatever the locale of the environment.
 void settleEnvironment() {
     std::setlocale(LC_ALL, "");
     if (nl_langinfo(CODESET) != std::string_view("UTF-8"))

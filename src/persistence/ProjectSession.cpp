@@ -10,35 +10,41 @@ namespace pointloom {
 
 namespace {
 
-std::optional<QString> localPath(const QUrl& url) {
-    if (url.isLocalFile())
-        return url.toLocalFile();
-    return url.isRelative() ? std::optional(url.path()) : std::nullopt;
-}
-
 // A leading colon would name a Qt resource.
 QString placeIn(const QDir& folder, const QString& name) {
     return name.startsWith(u':') ? folder.absolutePath() + u'/' + name : folder.absoluteFilePath(name);
 }
 
-}
-
-std::optional<FoundFile> findFile(const QString& storedPath, const QString& documentPath) {
-    const QDir folder = QFileInfo(documentPath).absoluteDir();
+NamedFile located(const QString& storedPath, const QDir& folder) {
     const QString named = placeIn(folder, storedPath);
     if (QFileInfo(named).isFile())
-        return FoundFile{named, false};
+        return {.storedPath = storedPath, .path = named};
     const QString beside = placeIn(folder, QFileInfo(storedPath).fileName());
-    return QFileInfo(beside).isFile() ? std::optional(FoundFile{beside, true}) : std::nullopt;
+    if (QFileInfo(beside).isFile())
+        return {.storedPath = storedPath, .path = beside, .isBesideDocument = true};
+    return {.storedPath = storedPath, .path = std::nullopt};
 }
 
-std::optional<FoundFile> findFile(const QUrl& storedPicture, const QString& documentPath) {
-    const auto path = localPath(storedPicture);
-    return path ? findFile(*path, documentPath) : std::nullopt;
+NamedFile located(const QUrl& url, const QDir& folder) {
+    if (url.isLocalFile())
+        return located(url.toLocalFile(), folder);
+    if (url.isRelative())
+        return located(url.path(), folder);
+    return {.storedPath = url.toDisplayString(), .path = std::nullopt};
 }
 
-QString placeOf(const QUrl& storedPicture) {
-    return localPath(storedPicture).value_or(storedPicture.toDisplayString());
+}
+
+ProjectFiles locateFiles(const ProjectFile& project, const QString& documentPath) {
+    const QDir folder = QFileInfo(documentPath).absoluteDir();
+    ProjectFiles files;
+    if (project.videoPath)
+        files.video = located(*project.videoPath, folder);
+    if (project.matchConfig && project.matchConfig->logoURL)
+        files.logo = located(*project.matchConfig->logoURL, folder);
+    if (project.watermarkPath)
+        files.watermark = located(*project.watermarkPath, folder);
+    return files;
 }
 
 namespace {
@@ -51,16 +57,13 @@ Screen firstUnfinished(const ProjectFile& project, const AppState& state) {
     return state.videoURL.value() ? Screen::editor : Screen::video;
 }
 
-// The file's present path, absent when it was not found; reported when that is not `storedPath`.
-std::optional<QString> noted(OpenReport::Role role, const QString& storedPath,
-                             const std::optional<FoundFile>& found, OpenReport& report) {
-    if (!found) {
-        report.missing.push_back({role, storedPath});
-        return std::nullopt;
-    }
-    if (found->isBesideDocument)
-        report.relocated.push_back({role, storedPath, found->path});
-    return found->path;
+// The file's path; the stored one and an entry in the report when it is missing.
+QString settled(OpenReport::Role role, const NamedFile& file, OpenReport& report) {
+    if (!file.path)
+        report.missing.push_back({role, file.storedPath});
+    else if (file.isBesideDocument)
+        report.relocated.push_back({role, file.storedPath, *file.path});
+    return file.path.value_or(file.storedPath);
 }
 
 }
@@ -97,24 +100,19 @@ OpenReport openProject(const QString& path, AppState& state) {
     using enum OpenReport::Role;
     ProjectFile project = ProjectFile::load(path);
     OpenReport report;
-    if (project.matchConfig && project.matchConfig->logoURL) {
-        const QUrl stored = *project.matchConfig->logoURL;
-        if (const auto found = noted(logo, placeOf(stored), findFile(stored, path), report))
-            project.matchConfig->logoURL = QUrl::fromLocalFile(*found);
+    const ProjectFiles files = locateFiles(project, path);
+    if (files.logo) {
+        const QString place = settled(logo, *files.logo, report);
+        if (files.logo->path)
+            project.matchConfig->logoURL = QUrl::fromLocalFile(place);
     }
-    if (project.watermarkPath) {
-        const QString stored = *project.watermarkPath;
-        project.watermarkPath = noted(watermark, stored, findFile(stored, path), report).value_or(stored);
-    }
-    bool isVideoMissing = false;
-    if (project.videoPath) {
-        const auto found = noted(video, *project.videoPath, findFile(*project.videoPath, path), report);
-        isVideoMissing = !found;
-        project.videoPath = found.value_or(*project.videoPath);
-    }
+    if (files.watermark)
+        project.watermarkPath = settled(watermark, *files.watermark, report);
+    if (files.video)
+        project.videoPath = settled(video, *files.video, report);
 
     apply(project, state, QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
-    if (isVideoMissing) {
+    if (files.video && !files.video->path) {
         state.videoURL = std::nullopt;
         state.step = Screen::video;
     }

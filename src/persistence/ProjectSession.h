@@ -13,20 +13,23 @@ namespace pointloom {
 
 struct ExportJob;
 
-struct FoundFile {
-    QString path;
+/// A file that a document names.
+struct NamedFile {
+    QString storedPath;            // as the document says; the address of a picture on another machine
+    std::optional<QString> path;   // where the file is; none: missing
     bool isBesideDocument = false; // found by its name next to the document, not where the document says
 };
 
-/// A file that the document at `documentPath` names: where it says or, when both were moved together, beside
-/// the document. Relative paths count from the document's folder.
-std::optional<FoundFile> findFile(const QString& storedPath, const QString& documentPath);
+/// Files that a document does not name are empty.
+struct ProjectFiles {
+    std::optional<NamedFile> video;
+    std::optional<NamedFile> logo;
+    std::optional<NamedFile> watermark;
+};
 
-/// The same for a picture; an address on another machine is never found.
-std::optional<FoundFile> findFile(const QUrl& storedPicture, const QString& documentPath);
-
-/// The path of a picture, or its address when that is on another machine.
-QString placeOf(const QUrl& storedPicture);
+/// Each file where the document says or, when both were moved together, beside the document. Relative paths
+/// count from the document's folder. A picture on another machine is never found.
+ProjectFiles locateFiles(const ProjectFile& project, const QString& documentPath);
 
 /// The session as a document. The cut zones and the interface language are not part of it.
 ProjectFile projectFrom(const AppState& state);

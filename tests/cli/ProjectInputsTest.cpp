@@ -1,5 +1,5 @@
 #include "cli/ProjectInputs.h"
-#include "cli/CommandError.h"
+#include "cli/Messages.h"
 
 #include <gtest/gtest.h>
 #include <QDir>

@@ -1,4 +1,4 @@
-// The licence that the commands of this program read and change.
+// pointloom-cli licence, which activates, shows and gives back the licence of this machine; and that licence.
 #pragma once
 
 #include "licensing/LicenceManager.h"
@@ -12,7 +12,7 @@ namespace pointloom::cli {
 std::unique_ptr<LicenceManager> licenceOfThisMachine();
 
 /// Whether exported videos carry no licence mark. Takes an answer of the keychain that has come meanwhile;
-/// warns when it still is not known.
+/// warns when it is still not known.
 bool isLicensed(LicenceManager& manager);
 
 }

@@ -1,5 +1,5 @@
-#include "cli/TeamArguments.h"
-#include "cli/CommandError.h"
+#include "cli/Arguments.h"
+#include "cli/Messages.h"
 
 #include <gtest/gtest.h>
 

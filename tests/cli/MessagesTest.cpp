@@ -1,4 +1,4 @@
-#include "cli/DamageWarning.h"
+#include "cli/Messages.h"
 
 #include <gtest/gtest.h>
 

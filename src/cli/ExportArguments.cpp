@@ -1,0 +1,64 @@
+#include "cli/ExportArguments.h"
+
+#include "cli/Arguments.h"
+
+namespace pointloom::cli {
+
+namespace {
+
+// Words that are easier to type than the labels of the program's window.
+constexpr auto presetWords = std::to_array<std::pair<ExportPreset, std::string_view>>({
+    {ExportPreset::original, "original"},
+    {ExportPreset::youtube4k, "youtube4k"},
+    {ExportPreset::twitter1080p, "twitter1080p"},
+    {ExportPreset::instagram916, "instagram916"},
+});
+
+}
+
+void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures) {
+    std::vector<std::pair<ExportFormat, std::string_view>> formatWords{
+        {ExportFormat::h264, "h264"}, {ExportFormat::hevc, "hevc"}, {ExportFormat::prores, "prores"}};
+    if (pictures == Pictures::too)
+        formatWords.emplace_back(ExportFormat::h264, pngWord);
+    addChoice(app, "--format", request.settings.format, formatWords,
+              "Codec: H.264 and HEVC in MP4, ProRes in MOV");
+    addChoice(app, "--preset", request.settings.preset, presetWords, "Size of the picture");
+    addChoice(app, "--quality", request.settings.quality, RawValues<media::EncodingQuality>::table,
+              "Smaller files, or pictures nearer to the source's");
+}
+
+void addRequestOptions(CLI::App& app, ExportRequest& request, Pictures pictures) {
+    addPath(app, "--video", request.videoPath, videoFile, "The source, in place of the project's video");
+    addEncodingOptions(app, request, pictures);
+    addTimeOption(app, "--trim-start", request.trimStart, "Start of the range, in place of the project's");
+    addTimeOption(app, "--trim-end", request.trimEnd, "End of the range, in place of the project's");
+    addPath(app, "--watermark", request.watermarkPath, imageFile,
+            "Logo in a corner, in place of the project's");
+    addChoice(app, "--watermark-corner", request.watermarkCorner, RawValues<WatermarkCorner>::table,
+              "Its corner");
+    app.add_flag_callback(
+        "--no-chapters", [&request] { request.settings.withChapters = false; },
+        "Do not make chapters of labelled markers");
+    const auto takePreset = [&request](const std::string& word) {
+        request.settings.encoderPreset = QString::fromStdString(word);
+    };
+    app.add_option_function<std::string>("--encoder-preset", takePreset, "Speed preset of x264 or x265")
+        ->group("");
+}
+
+void addEncoderOption(CLI::App& app, ExportRequest& request) {
+    std::vector<std::pair<media::EncoderKind, std::string_view>> words{
+        {media::EncoderKind::software, "auto"}};
+    const auto& named = RawValues<media::EncoderKind>::table;
+    words.insert(words.end(), named.begin(), named.end());
+    addChoice(app, "--encoder", request.settings.encoder, words,
+              "Software, or a graphics card where it works; auto: software");
+}
+
+void addProgressOption(CLI::App& app, ProgressMode& mode) {
+    addChoice(app, "--progress", mode, RawValues<ProgressMode>::table,
+              "How to show progress; auto: a bar on a terminal");
+}
+
+}
