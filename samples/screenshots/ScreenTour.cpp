@@ -111,20 +111,20 @@ void ScreenTour::chooseWatermark() {
 }
 
 void ScreenTour::takeWindow() {
-    const std::vector<std::pair<int, QString>> steps = {{0, QStringLiteral("sport")},
-                                                        {1, QStringLiteral("template")},
-                                                        {2, QStringLiteral("match")},
-                                                        {3, QStringLiteral("video")},
-                                                        {4, QStringLiteral("editor")}};
+    const std::vector<std::pair<Screen, QString>> screens = {{Screen::sport, QStringLiteral("sport")},
+                                                             {Screen::scoreboard, QStringLiteral("template")},
+                                                             {Screen::match, QStringLiteral("match")},
+                                                             {Screen::video, QStringLiteral("video")},
+                                                             {Screen::editor, QStringLiteral("editor")}};
     MainWindow window(m_context, m_licence);
     window.resize(m_options.window);
     window.show();
-    for (const auto& [step, name] : steps) {
+    for (const auto& [screen, name] : screens) {
         if (!wants(name))
             continue;
-        m_state.step = step;
+        m_state.step = screen;
         settle(windowTime);
-        if (step == 4) {
+        if (screen == Screen::editor) {
             const auto& markers = m_state.markers.value();
             const Marker& shown = markers[markers.size() / 2];
             m_state.currentTime = shown.startTime + 0.5;
@@ -134,7 +134,7 @@ void ScreenTour::takeWindow() {
         }
         take(window, name);
     }
-    m_state.step = 4;
+    m_state.step = Screen::editor;
 }
 
 void ScreenTour::takeFramePreview() {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <QFile>
 #include <QSignalSpy>
+#include <QThreadPool>
 
 namespace pointloom {
 

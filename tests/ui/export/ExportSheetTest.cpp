@@ -1,6 +1,7 @@
 // The export sheet as a user operates it: by clicks and keys, to files that are decoded again.
 #include "ui/export/ExportSheet.h"
 
+#include "export/ExportManager.h"
 #include "ExportScreen.h"
 #include "persistence/ProjectSession.h"
 

@@ -1,5 +1,6 @@
 #include "ui/export/FramePreview.h"
 
+#include "export/ExportManager.h"
 #include "ExportScreen.h"
 #include "persistence/ProjectSession.h"
 
