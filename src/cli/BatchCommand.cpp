@@ -126,7 +126,7 @@ private:
     ExportRequest m_request;
     ProgressMode m_progress = ProgressMode::automatic;
     std::unique_ptr<LicenceManager> m_licence;
-    std::vector<InputFile> m_protected; // what all documents read, and the videos of those that are done
+    std::vector<InputFile> m_protected; // the inputs of all documents, and the videos of those that are done
 };
 
 BatchCommand::BatchCommand(CLI::App& root)
@@ -166,7 +166,7 @@ ExitStatus BatchCommand::run() {
     return summary.failures.isEmpty() ? ExitStatus::done : ExitStatus::failed;
 }
 
-// Those of documents that cannot be exported count too.
+// The inputs of documents that cannot be exported count too.
 void BatchCommand::protectInputsOf(const QStringList& documents) {
     for (const QString& document : documents) {
         m_protected.push_back({pathOf(document), document});
@@ -176,7 +176,7 @@ void BatchCommand::protectInputsOf(const QStringList& documents) {
                 m_protected.push_back(std::move(file));
             }
         } catch (const std::exception&) {
-            continue; // its fault is told in its turn
+            continue; // its fault is reported when it is exported
         }
     }
 }

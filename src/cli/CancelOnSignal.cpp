@@ -20,7 +20,7 @@ CancelOnSignal::CancelOnSignal() {
     for (std::size_t i = 0; i < signals.size(); ++i) {
         struct sigaction action {};
         action.sa_handler = signals[i] == SIGPIPE ? SIG_IGN : requestCancellation;
-        action.sa_flags = SA_RESTART; // reads and writes in flight go on
+        action.sa_flags = SA_RESTART; // system calls in progress are resumed
         sigaction(signals[i], &action, &m_before[i]);
     }
 }

@@ -1,4 +1,4 @@
-// Turns Ctrl-C into a wish that long work can ask for.
+// Turns SIGINT, SIGTERM and SIGHUP into a flag that long operations poll.
 #pragma once
 
 #include <array>
@@ -6,8 +6,8 @@
 
 namespace pointloom::cli {
 
-/// While it lives, SIGINT, SIGTERM and SIGHUP only set a flag, and a reader that went away does not end the
-/// program. One at a time.
+/// While it lives, these signals only set the flag, and SIGPIPE is ignored: a reader of the output that went
+/// away does not end the program. One at a time.
 class CancelOnSignal {
 public:
     CancelOnSignal();

@@ -42,7 +42,7 @@ private:
 
 ExportCommand::ExportCommand(CLI::App& root)
     : Command(root, "export", "Export the project's video with the scoreboard burned in") {
-    constexpr int mostJobs = 64; // each holds pictures of its own
+    constexpr int mostJobs = 64; // each holds frames of its own
     addProjectArgument(app(), m_project);
     addPath(app(), "-o,--output", m_output, videoFile,
             "Where to write, in the place of a file there; without it a new file in the Downloads folder");
@@ -115,7 +115,7 @@ void ExportCommand::settleOutput(ExportJob& job) const {
         requireUsableOutput(job.outputPath, inputFiles(job));
 }
 
-// Settles what needs a look at the machine or into the video.
+// Needs to try the encoder and to read the video.
 void ExportCommand::settleEncoding(ProjectInputs& inputs) {
     settleEncoder(inputs);
     if (m_jobs == 1)

@@ -49,7 +49,7 @@ std::string progressLine(const ExportProgress& progress, double elapsedSeconds, 
         return percent.substr(0, space);
     constexpr std::size_t narrowestBar = 8;
     constexpr std::size_t widestBar = 50;
-    constexpr std::size_t frame = 3; // two brackets and a blank
+    constexpr std::size_t frame = 3; // two brackets and a space
     const std::size_t left = space - percent.size() - rest.size();
     if (left < narrowestBar + frame)
         return percent + rest;

@@ -30,7 +30,7 @@ namespace pointloom::cli {
 /// does not fit is left out, the bar first.
 std::string progressLine(const ExportProgress& progress, double elapsedSeconds, int columns);
 
-/// The bar is drawn on standard error and taken away at the end; JSON goes to standard output, one object a
+/// The bar is drawn on standard error and removed at the end; JSON goes to standard output, one object a
 /// line. Automatic means a bar on a terminal, and nothing elsewhere.
 class ProgressDisplay {
 public:
@@ -57,7 +57,7 @@ private:
 
     ProgressMode m_mode;
     QElapsedTimer m_clock;
-    std::size_t m_drawnLength = 0; // characters of the line that stands on the terminal
+    std::size_t m_drawnLength = 0; // characters of the line on the terminal
 };
 
 }

@@ -12,7 +12,7 @@ using testing::HasSubstr;
 class LicenceCommandTest : public ProgramTest {
 protected:
     void SetUp() override {
-        // Neither a person's licence nor their keychain.
+        // Neither the user's licence nor their keychain.
         qputenv("XDG_DATA_HOME", folder.path().toUtf8());
         qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     }
