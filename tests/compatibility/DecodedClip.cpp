@@ -114,7 +114,7 @@ void DecodedClip::probe(const QString& path) {
             m_audio = stream;
     }
     for (const auto& frame : all["frames"]) {
-        if (frame["stream_index"] != m_video["index"])
+        if (frame.value("stream_index", -1) != m_video["index"].get<int>()) // subtitles have none
             continue;
         if (m_firstFrame.is_null())
             m_firstFrame = frame;
