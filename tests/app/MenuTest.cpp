@@ -131,7 +131,7 @@ TEST_F(MenuTest, ExportSaysWhatIsMissing) {
                                           "• Import Video")}));
     configure();
     state->language = Language::german;
-    choose(QStringLiteral("Export Video…"));
+    choose(QStringLiteral("Video exportieren…"));
     EXPECT_EQ(dialogs.shown.last(), QStringLiteral("Es fehlt noch:\n• Video importieren"));
     EXPECT_FALSE(sheet<ExportSheet>());
 }
