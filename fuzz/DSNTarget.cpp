@@ -23,6 +23,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const QString& header : {dsn->rawDSN, dsn->publicKey})
         fuzz::require(
             std::ranges::all_of(header, [](QChar c) { return c > u' ' && c < u'\x7f' && c != u'"'; }),
-            "headers have neither blanks nor quotes");
+            "headers have neither spaces nor quotes");
     return 0;
 }

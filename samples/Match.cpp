@@ -57,7 +57,7 @@ Point3 ballistic(Point3 from, Point3 to, double duration, double elapsed) {
     return place;
 }
 
-/// Where to stand for hitting a ball there.
+/// The feet of a player who hits a ball there.
 Point3 stance(const Stroke& stroke) {
     const double forward = facing(stroke.side);
     double reach = 0.27;

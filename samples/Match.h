@@ -1,4 +1,4 @@
-// What happens in the sample: who hits the ball when and where, how it flies, and how the score stands.
+// The rally of the sample: hits with their times and places, the flight of the ball, and the score.
 #pragma once
 
 #include "Camera.h"

@@ -193,7 +193,7 @@ void ScreenTour::takeSheets() {
               [this] { return std::make_unique<LicenceDialog>(m_context, m_licence, nullptr); });
 }
 
-// The question stands in an event loop of its own.
+// The question runs an event loop of its own.
 void ScreenTour::takeConsent() {
     const QString name = QStringLiteral("consent");
     if (!wants(name))

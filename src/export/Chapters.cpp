@@ -41,7 +41,7 @@ std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const
         if (title.isEmpty() || !(marker.startTime > lastTime && marker.startTime < to))
             continue;
         lastTime = marker.startTime;
-        // Of those before the range the last one holds, and so of several within one frame's tolerance.
+        // The last marker before the range holds at its start; of several within one frame's tolerance, the last one.
         const double start = std::max(0.0, marker.startTime - from);
         if (!chapters.empty() && start <= chapters.back().start + frameTimeTolerance)
             chapters.back().title = title;

@@ -38,7 +38,7 @@ QRect coveredRectangle(const QImage& image, QRect inside) {
     return covered;
 }
 
-// Chroma samples reach beyond the pixels they stand for, so the rectangle grows by one of them.
+// Chroma samples reach beyond the pixels that they cover, so the rectangle grows by one of them.
 QRect onChromaGrid(QRect rectangle, QSize frameSize) {
     constexpr int reach = 2;
     rectangle.adjust(-reach, -reach, reach, reach);

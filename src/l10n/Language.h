@@ -32,7 +32,7 @@ QString displayName(Language language);
 /// One flag emoji: the United Kingdom's for English, Portugal's for Portuguese.
 QString flag(Language language);
 
-/// How numbers, sizes and dates are written; Portuguese is Portugal's.
+/// Format of numbers, sizes and dates; Portuguese is Portugal's.
 QLocale localeOf(Language language);
 
 /// The text of `key` in `language`. Placeholders ("%d", "%@") are left for `format` to fill,

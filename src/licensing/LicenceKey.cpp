@@ -17,7 +17,7 @@ constexpr qsizetype longestInput = 200; // characters looked at
     throw LicenceError(LicenceFault::malformedKey, reason);
 }
 
-// The symbols without prefix, blanks and hyphens, look-alikes resolved.
+// The symbols without prefix, spaces and hyphens, look-alikes resolved.
 QString symbolsOf(const QString& text) {
     QString symbols;
     for (QChar character : text.trimmed().toUpper()) {

@@ -18,7 +18,7 @@ struct PlaybackFault {
     QString reason; // the end of a sentence whose subject is the file
 };
 
-/// Why the file cannot be opened, as far as that shows without reading it; empty when it may. Anything but a
+/// The reason why the file cannot be opened, as far as that shows without reading it; empty when it may. Anything but a
 /// regular file could make the player wait for ever.
 std::optional<PlaybackFault> faultOfFile(const QString& path);
 

@@ -15,7 +15,7 @@ struct SportRow {
     Format format;
 };
 
-/// What a word changes. Words of the same choice exclude each other; all are applied in the order of the
+/// The change that a word makes. Words of the same choice exclude each other; all are applied in the order of the
 /// table.
 struct Change {
     std::optional<Race> game{};

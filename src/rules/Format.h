@@ -30,7 +30,7 @@ struct Turns {
     std::int64_t late = 1;
 };
 
-/// What is counted in points: a game, a tie-break; in the point sports a set.
+/// A unit counted in points: a game, a tie-break; in the point sports a set.
 struct GameFormat {
     Race points;
     Turns turns; // for `Serve::inTurns`

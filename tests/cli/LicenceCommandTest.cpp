@@ -8,7 +8,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// The program under test stands in the build folder, whose Info.json names no licence service.
+// The program under test is in the build folder, whose Info.json names no licence service.
 class LicenceCommandTest : public ProgramTest {
 protected:
     void SetUp() override {

@@ -106,7 +106,7 @@ TEST_F(CrashCapture, AnUncaughtExceptionLeavesTypeReasonAndSymbolisedStack) {
                 return text.startsWith(u"crash_victim(victim::throwFromDeepInside()+");
             });
         ASSERT_NE(line, left.callStack->end());
-        // Collectors tell crashes apart by the innermost frame. A sanitizer's own may stand before it.
+        // Collectors tell crashes apart by the innermost frame. A sanitizer's own may precede it.
         EXPECT_LE(line - left.callStack->begin(), allocatorIsReplaced ? 1 : 0);
         EXPECT_TRUE(m_console.contains("runtime_error")) << "the console no longer names the exception";
         QFile::remove(recordPath());

@@ -134,7 +134,7 @@ TEST_F(LicenceClientTest, AnAnswerToAnotherRequestIsNoLicence) {
     EXPECT_THAT(m_message, HasSubstr("another request"));
     EXPECT_EQ(faultOf([&] { start(m_desktop)->activate(key.text()); }), LicenceFault::invalidLicence);
 
-    // Somebody else's signature under the right content.
+    // Signature by another key under the right content.
     licenceserver::LicenceService forger(m_database, Ed25519::generateSecretKey(), [this] { return m_now; });
     LoopbackServer forgery([&](const HttpRequest& request) {
         return httpAnswer(200, forger.answer("/activate", request.body).body);

@@ -197,7 +197,7 @@ TEST_F(LicenceManagerTest, WhatIsKeptForAnotherMachineOrChangedLicensesNothing) 
     auto manager = start(m_desktop);
     EXPECT_EQ(manager->status().state, LicenceState::otherMachine);
     EXPECT_FALSE(manager->isLicensed());
-    manager->deactivate(); // forgets the copy, and frees nobody else's machine
+    manager->deactivate(); // forgets the copy, and frees no other machine
     EXPECT_EQ(m_database.machineCount(key.text()), 1);
     EXPECT_EQ(start(m_desktop)->status().state, LicenceState::unlicensed);
 

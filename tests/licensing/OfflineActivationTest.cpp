@@ -19,7 +19,7 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    // What the person does on a machine that has a network: hands the request in, takes the answer home.
+    // The user hands the request in on a machine with a network and takes the answer home.
     QString answerTo(const QString& requestPath) {
         const auto answer = m_service.answer("/activate", contents(requestPath));
         EXPECT_EQ(answer.status, 200);

@@ -132,7 +132,7 @@ TEST_F(UserDefaultsFile, ALinkIsFollowedAndAccessRightsStay) {
 }
 
 TEST_F(UserDefaultsFile, AFileThatCannotBeReadIsNotOverwritten) {
-    // A folder stands where the file should be.
+    // A folder in place of the file.
     ASSERT_TRUE(QDir().mkpath(path));
     UserDefaults defaults(path);
     try {

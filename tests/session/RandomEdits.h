@@ -1,5 +1,4 @@
-// Edits that are random but for their number: whoever makes the edits of the same numbers in the same
-// order has the same session.
+// Pseudo-random edits, each determined by its number: the same numbers in the same order give the same session.
 #pragma once
 
 #include "session/AppState.h"

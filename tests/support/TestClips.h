@@ -1,5 +1,5 @@
 // Makes small video files with the ffmpeg command-line tool and looks at files with ffprobe, so that what our
-// own code reads and writes is held against somebody else's.
+// own code reads and writes is checked against another program's.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -21,7 +21,7 @@ public:
     /// Throws std::runtime_error with what ffmpeg said when it fails.
     QString make(const QString& name, const QStringList& arguments) const;
 
-    /// As `make`, with the arguments in one line, parted by blanks.
+    /// As `make`, with the arguments in one line, separated by spaces.
     QString make(const QString& name, const char* arguments) const;
 
     QString write(const QString& name, const QByteArray& content) const;

@@ -22,7 +22,7 @@ QThreadPool& lowPriorityPool() {
     return *pool;
 }
 
-// Of the calling thread. Not SCHED_IDLE, Qt's lowest priority: on a busy machine such a thread is starved,
+// Niceness of the calling thread. Not SCHED_IDLE, Qt's lowest priority: on a busy machine such a thread is starved,
 // and its process cannot exit, which keeps the session locked.
 void lowerPriority() {
     constexpr int niceness = 15;

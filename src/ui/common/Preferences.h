@@ -22,7 +22,7 @@ constexpr std::string_view crashReportsKey = "crashReportingEnabled";
 
 // Values that cannot be read are the defaults; none of these functions throws.
 
-/// What `remember` stored; empty when there is nothing, and when the settings cannot be read.
+/// The value that `remember` stored; empty when there is nothing, and when the settings cannot be read.
 QByteArray remembered(const UserDefaults& defaults, std::string_view key) noexcept;
 /// Stores a value for the next start. Settings that cannot be written keep the one before.
 void remember(UserDefaults& defaults, std::string_view key, const QByteArray& value) noexcept;

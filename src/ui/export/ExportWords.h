@@ -24,7 +24,7 @@ QString place(double seconds);
 /// "1.2 GB".
 QString bytes(std::int64_t bytes, Language language);
 
-/// Why an export or a frame of it failed: the usual reasons (the video or the folder is missing, the disk is
+/// The reason why an export or a frame of it failed: the usual reasons (the video or the folder is missing, the disk is
 /// full, a damaged video) in `language`, followed by the exporter's own message where that tells more; the
 /// latter alone for the rest. `writes` is false for a frame, which needs no folder. Reads the disk: for a
 /// background thread.

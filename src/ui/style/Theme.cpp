@@ -138,7 +138,7 @@ QSplitter::handle:hover { background: @accent; }
 QString styleSheetOf(const ColorTokens& t, bool isDark) {
     QString sheet = QString::fromUtf8(styleSheetPattern);
     const std::pair<const char*, QString> names[] = {
-        // Of two names with the same beginning the longer one comes first.
+        // The longer of two names with the same beginning comes first.
         {"@accentHover", (isDark ? t.accent.lighter(112) : t.accent.lighter(125)).name()},
         {"@onAccent", t.onAccent.name()},
         {"@quietText", t.quietText.name()},

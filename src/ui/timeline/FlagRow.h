@@ -28,7 +28,7 @@ struct FlagPlace {
 
 /// Places flags so that none covers another. A flag begins at its position (points, in rising order, from any
 /// origin) in the first free lane, with the longest text that leaves enough space for the flags after it.
-/// Where space is missing some become ticks, and where flags crowd all of them. No flag goes beyond `end`:
+/// Some become ticks where space is missing, and where flags crowd all of them. No flag goes beyond `end`:
 /// one that would leans to the left where that is free.
 std::vector<FlagPlace> layOutFlags(std::span<const double> positions, std::span<const FlagWidths> widths,
                                    int lanes, double end);

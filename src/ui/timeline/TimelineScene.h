@@ -33,7 +33,7 @@ RowLayout layOutRows(double width, double height, double lineHeight, bool hasSou
 
 double smallestTimelineHeight(double lineHeight);
 
-/// What is under the pointer.
+/// The item under the pointer.
 struct TimelineHit {
     enum class Kind { nothing, time, marker, trimStart, trimEnd, cut, cutStart, cutEnd, trimLane };
 

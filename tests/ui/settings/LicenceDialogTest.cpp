@@ -131,7 +131,7 @@ TEST_F(LicenceDialogTest, OpeningAsksAKeychainThatWasLockedOnceMore) {
 
 TEST_F(LicenceDialogTest, ClosingWhileTheServiceIsSilentCancelsFirst) {
     const auto key = sell();
-    m_serviceURL = QStringLiteral("http://127.0.0.1:9"); // nobody answers there
+    m_serviceURL = QStringLiteral("http://127.0.0.1:9"); // no service answers there
     open();
     field().setText(key.text());
     QTest::keyClick(&field(), Qt::Key_Return);

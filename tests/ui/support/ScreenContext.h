@@ -1,4 +1,4 @@
-// A session with what screens need around it; people's answers to dialogs are prepared by the test.
+// A session with what screens need around it; the user's answers to dialogs are prepared by the test.
 #pragma once
 
 #include "persistence/UserDefaults.h"
