@@ -1,9 +1,9 @@
 #include "export/Compositor.h"
 
 #include "model/ScoringEngine.h"
-#include "render/PictureFile.h"
-#include "render/OverlayPlacement.h"
 #include "render/DevicePixels.h"
+#include "render/OverlayPlacement.h"
+#include "render/PictureFile.h"
 #include "render/ScoreboardTemplate.h"
 #include "render/TemplateRenderer.h"
 
@@ -70,19 +70,20 @@ Compositor::Compositor(const ExportJob& job, const Canvas& canvas)
 
 OverlayPart Compositor::scoreboard(const SportScoreState& score) const {
     constexpr double shadowReach = 40; // template units around the scoreboard that its shadow can darken
-    const ScoreboardTemplate& board = TemplateRegistry::templateFor(m_overlay.templateID);
+    const ScoreboardTemplate& scoreboard = TemplateRegistry::templateFor(m_overlay.templateID);
     const double scale = OverlayPlacement::exportScale(
         m_canvas.size.width(), m_canvas.nativeVideoSize.width(), m_overlay.scoreboardUserScale);
     const auto setCount = static_cast<std::int64_t>(setsOf(score).size());
-    const QPointF origin = OverlayPlacement::exportOrigin(
-        m_canvas.size, m_overlay.scoreboardPosition, board.canvasSize(setCount, m_overlay.config), scale);
-    const QRectF reached = QRectF(origin, board.boardSize(setCount, m_overlay.config))
+    const QPointF origin =
+        OverlayPlacement::exportOrigin(m_canvas.size, m_overlay.scoreboardPosition,
+                                       scoreboard.canvasSize(setCount, m_overlay.config), scale);
+    const QRectF reached = QRectF(origin, scoreboard.boardSize(setCount, m_overlay.config))
                                .adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
     return {{reached.topLeft() * scale, reached.size() * scale},
-            [this, &board, &score, scale, origin](QPainter& painter) {
+            [this, &scoreboard, &score, scale, origin](QPainter& painter) {
                 painter.save();
                 painter.scale(scale, scale);
-                board.draw(painter, {score, m_overlay.config, m_canvas.size / scale, m_logo}, origin);
+                scoreboard.draw(painter, {score, m_overlay.config, m_canvas.size / scale, m_logo}, origin);
                 painter.restore();
             }};
 }

@@ -235,18 +235,18 @@ void RowTemplate::draw(QPainter& painter, const TemplatePayload& payload, QPoint
     const QPointF topLeft = alignedToPixels(painter, origin);
     const ScoreboardLayout measures = layout(payload.config);
     const auto numSets = static_cast<std::int64_t>(setsOf(payload.score).size());
-    const QRectF board(topLeft, QSizeF(measures.totalW(numSets), measures.totalH()));
+    const QRectF scoreboard(topLeft, QSizeF(measures.totalW(numSets), measures.totalH()));
 
-    drawPanel(painter, board);
+    drawPanel(painter, scoreboard);
     drawRows(painter, payload, measures, topLeft);
     if (m_style.divider) {
         QPainterPath gap;
-        gap.addRect(board.left(), board.top() + measures.rowH, board.width(), 1);
+        gap.addRect(scoreboard.left(), scoreboard.top() + measures.rowH, scoreboard.width(), 1);
         fillShape(painter, gap, m_style.divider->color());
     }
-    drawFinish(painter, board);
+    drawFinish(painter, scoreboard);
     if (servesTennis())
-        drawLogoInScoreboard(painter, payload.logo, topLeft, board.height());
+        drawLogoInScoreboard(painter, payload.logo, topLeft, scoreboard.height());
 }
 
 QSizeF RowTemplate::boardSize(std::int64_t numSets, const MatchConfig& config) const {
@@ -258,19 +258,19 @@ ScoreboardLayout RowTemplate::layout(const MatchConfig& config) const {
     return {m_style.rowH, m_style.setW, m_style.gameW, config};
 }
 
-void RowTemplate::drawPanel(QPainter& painter, const QRectF& board) const {
-    const QPainterPath panel = cgRoundRect(board, m_style.radius);
+void RowTemplate::drawPanel(QPainter& painter, const QRectF& scoreboard) const {
+    const QPainterPath panel = cgRoundRect(scoreboard, m_style.radius);
     drawShadow(painter, panel, m_style.shadow, m_style.panel.alpha);
     switch (m_style.decoration) {
     case Decoration::splitBand: {
         // They meet in the gap between the rows, which would otherwise show what is below the scoreboard.
-        const double seam = board.top() + m_style.rowH;
-        fillCell(painter, {board.topLeft(), QPointF(board.right(), seam)}, m_style.team1.bg);
-        fillCell(painter, {QPointF(board.left(), seam), board.bottomRight()}, m_style.team2.bg);
+        const double seam = scoreboard.top() + m_style.rowH;
+        fillCell(painter, {scoreboard.topLeft(), QPointF(scoreboard.right(), seam)}, m_style.team1.bg);
+        fillCell(painter, {QPointF(scoreboard.left(), seam), scoreboard.bottomRight()}, m_style.team2.bg);
         return;
     }
     case Decoration::gradientPanel: {
-        QLinearGradient gradient(board.topLeft(), board.bottomRight());
+        QLinearGradient gradient(scoreboard.topLeft(), scoreboard.bottomRight());
         gradient.setColorAt(0, m_style.panel.color());
         gradient.setColorAt(1, m_style.decorationColor.color());
         fillShape(painter, panel, gradient);
@@ -306,16 +306,17 @@ void RowTemplate::drawRows(QPainter& painter, const TemplatePayload& payload,
 }
 
 /// Decorations on top of the rows, which cover the whole panel.
-void RowTemplate::drawFinish(QPainter& painter, const QRectF& board) const {
+void RowTemplate::drawFinish(QPainter& painter, const QRectF& scoreboard) const {
     if (m_style.decoration == Decoration::border) {
         QPainterPath rule;
-        rule.addRect(board.left(), board.top() + m_style.rowH, board.width(), 1);
+        rule.addRect(scoreboard.left(), scoreboard.top() + m_style.rowH, scoreboard.width(), 1);
         fillShape(painter, rule, m_style.decorationColor.color());
-        strokeShape(painter, cgRoundRect(board, m_style.radius), m_style.decorationColor, 2);
+        strokeShape(painter, cgRoundRect(scoreboard, m_style.radius), m_style.decorationColor, 2);
     }
     if (m_style.decoration == Decoration::edgeBand) {
         constexpr double width = 3; // leaves the serve dot free
-        fillCell(painter, {board.left(), board.top(), width, board.height()}, m_style.decorationColor);
+        fillCell(painter, {scoreboard.left(), scoreboard.top(), width, scoreboard.height()},
+                 m_style.decorationColor);
     }
 }
 

@@ -50,10 +50,10 @@ public:
 private:
     bool servesTennis() const { return sportOf(m_style.id) == SportID::tennis; }
     ScoreboardLayout layout(const MatchConfig& config) const;
-    void drawPanel(QPainter& painter, const QRectF& board) const;
+    void drawPanel(QPainter& painter, const QRectF& scoreboard) const;
     void drawRows(QPainter& painter, const TemplatePayload& payload, const ScoreboardLayout& layout,
                   QPointF origin) const;
-    void drawFinish(QPainter& painter, const QRectF& board) const;
+    void drawFinish(QPainter& painter, const QRectF& scoreboard) const;
 
     const RowTemplateStyle& m_style;
     QString m_displayName;

@@ -49,11 +49,11 @@ QImage renderScoreboardImage(TemplateID templateID, const SportScoreState& score
 QSizeF scoreboardImageSize(const ScoreboardTemplate& scoreboard, std::int64_t numSets,
                            const MatchConfig& config) {
     const QSizeF canvas = scoreboard.canvasSize(numSets, config);
-    const QSizeF board = scoreboard.boardSize(numSets, config);
+    const QSizeF size = scoreboard.boardSize(numSets, config);
     const auto grown = [](double canvasLength, double boardLength) {
         return canvasMargin + boardLength > canvasLength ? boardLength + 2 * canvasMargin : canvasLength;
     };
-    return {grown(canvas.width(), board.width()), grown(canvas.height(), board.height())};
+    return {grown(canvas.width(), size.width()), grown(canvas.height(), size.height())};
 }
 
 }

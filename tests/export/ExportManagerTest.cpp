@@ -187,7 +187,7 @@ TEST(Export, ARotatedClipComesOutUprightWithAnUprightScoreboard) {
     run(job);
     const QImage fitted = frameAt(job.outputPath, 0);
     ASSERT_EQ(fitted.size(), QSize(1080, 1920));
-    // The same board at the same relative place, three times as large.
+    // The same scoreboard at the same relative place, three times as large.
     double sum = 0;
     for (int y = 280; y < 360; ++y) {
         for (int x = 80; x < 280; ++x)
@@ -211,7 +211,7 @@ TEST(Export, FitsIntoAPresetWithBlackBarsAndAScaledScoreboard) {
     EXPECT_LE(distance(frame.pixel(540, 600), qRgb(0, 0, 0)), 3);
     EXPECT_LE(distance(frame.pixel(540, 1300), qRgb(0, 0, 0)), 3);
     EXPECT_LE(distance(frame.pixel(540, 960), qRgb(0x90, 0x50, 0xb0)), 4);
-    EXPECT_GT(distance(frame.pixel(420, 180), qRgb(0, 0, 0)), 20); // the board over the upper bar
+    EXPECT_GT(distance(frame.pixel(420, 180), qRgb(0, 0, 0)), 20); // the scoreboard over the upper bar
     EXPECT_TRUE(stream(job.outputPath, "audio").is_null());
 }
 
@@ -223,7 +223,7 @@ TEST(Export, ScoreboardStandsWhereItsPositionSaysInItsOwnColours) {
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     run(job);
     const QImage frame = frameAt(job.outputPath, 0);
-    // One set: the canvas is 214 by 97, so the board begins at (320 - 107 + 10, 180 - 48.5 + 10).
+    // One set: the canvas is 214 by 97, so the scoreboard begins at (320 - 107 + 10, 180 - 48.5 + 10).
     const QPointF board(223, 141.5);
     const auto at = [&](double x, double y) {
         return frame.pixel(static_cast<int>(board.x() + x), static_cast<int>(board.y() + y));

@@ -14,7 +14,7 @@ QImage drawn(TemplateID id, const SportScoreState& score, const MatchConfig& con
     return renderScoreboardImage(id, score, config, logo, scale);
 }
 
-/// The colour at a place of the board, in template units from its top left corner.
+/// The colour at a place of the scoreboard, in template units from its top left corner.
 QColor at(const QImage& image, double x, double y) {
     return image.pixelColor(static_cast<int>((canvasMargin + x) * scale),
                             static_cast<int>((canvasMargin + y) * scale));

@@ -124,7 +124,7 @@ const std::vector<Board> boards{
 };
 // clang-format on
 
-// No two cells of a board show the same.
+// No two cells of a scoreboard show the same.
 const QString name1 = QStringLiteral("I");
 const QString name2 = QStringLiteral("W");
 const std::vector<SetScore> sets{{6, 1, {}}, {6, 7, 5}, {8, 2, {}}};

@@ -16,7 +16,7 @@ namespace pointloom {
 
 namespace {
 
-constexpr double outlineDistance = 5; // points between the board and its outline
+constexpr double outlineDistance = 5; // points between the scoreboard and its outline
 constexpr double handleSide = 12;
 constexpr QSizeF noOffset(0, 0);  // a size left to itself is (-1, -1)
 constexpr double handleReach = 6; // around the handle that still counts as the handle
@@ -68,10 +68,10 @@ struct Snap {
     std::optional<double> horizontalGuide; // y
 };
 
-// The drag by `translation` of `board`, its place without the drag, moved to the picture's centre lines or
-// the margin at its edges where they are within reach, on each axis alone.
-Snap snapped(const QRectF& videoRect, const QRectF& board, QSizeF translation) {
-    const QRectF dragged = board.translated(translation.width(), translation.height());
+// The drag by `translation` of `scoreboard`, its place without the drag, moved to the picture's centre lines
+// or the margin at its edges where they are within reach, on each axis alone.
+Snap snapped(const QRectF& videoRect, const QRectF& scoreboard, QSizeF translation) {
+    const QRectF dragged = scoreboard.translated(translation.width(), translation.height());
     const double margin = edgeMargin * std::min(videoRect.width(), videoRect.height());
     const AxisSnap x =
         snapAxis({videoRect.left(), videoRect.right(), margin}, dragged.left(), dragged.right());
@@ -87,7 +87,7 @@ ScoreboardOverlayView::ScoreboardOverlayView(const UiContext& context, QWidget* 
     , m_context(context)
     , m_scoreboard(context.state) {
     setMouseTracking(true);
-    setFocusPolicy(Qt::TabFocus); // a press takes it only when it meets the board
+    setFocusPolicy(Qt::TabFocus); // a press takes it only when it meets the scoreboard
     AppState& state = m_context.state;
     connect(&m_scoreboard, &LiveScoreboard::changed, this, &ScoreboardOverlayView::refreshScoreboard);
     connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
@@ -165,7 +165,7 @@ ScoreboardOverlayView::Grip ScoreboardOverlayView::gripAt(QPointF point) const {
         return Grip::none;
     if (handleRect().adjusted(-handleReach, -handleReach, handleReach, handleReach).contains(point))
         return Grip::handle;
-    return outlineRect().contains(point) ? Grip::board : Grip::none;
+    return outlineRect().contains(point) ? Grip::scoreboard : Grip::none;
 }
 
 void ScoreboardOverlayView::showGrip(QPointF point) {
@@ -190,7 +190,7 @@ void ScoreboardOverlayView::mousePressEvent(QMouseEvent* event) {
     m_pressedAt = event->position();
     m_isDragging = false;
     setFocus(Qt::MouseFocusReason);
-    if (grip == Grip::board)
+    if (grip == Grip::scoreboard)
         setCursor(Qt::ClosedHandCursor);
 }
 
@@ -203,7 +203,7 @@ void ScoreboardOverlayView::mouseMoveEvent(QMouseEvent* event) {
     m_isDragging = m_isDragging || (event->position() - m_pressedAt).manhattanLength() >= jitter;
     if (!m_isDragging)
         return;
-    if (m_grip == Grip::board)
+    if (m_grip == Grip::scoreboard)
         moveDrag(event->position(), event->modifiers().testFlag(Qt::ShiftModifier));
     else
         resizeDrag(event->position());
@@ -214,7 +214,7 @@ void ScoreboardOverlayView::mouseReleaseEvent(QMouseEvent* event) {
         return;
     const Grip grip = std::exchange(m_grip, Grip::none);
     if (std::exchange(m_isDragging, false)) {
-        if (grip == Grip::board)
+        if (grip == Grip::scoreboard)
             endMoveDrag();
         else
             endResizeDrag();
@@ -224,10 +224,10 @@ void ScoreboardOverlayView::mouseReleaseEvent(QMouseEvent* event) {
 
 void ScoreboardOverlayView::moveDrag(QPointF point, bool snaps) {
     m_dragOffset = noOffset;
-    const QRectF board = scoreboardRect();
+    const QRectF scoreboard = scoreboardRect();
     Snap snap{asSize(point - m_pressedAt), {}, {}};
     if (snaps)
-        snap = snapped(m_videoRect, board, snap.translation);
+        snap = snapped(m_videoRect, scoreboard, snap.translation);
     m_dragOffset = snap.translation;
     m_verticalGuide = snap.verticalGuide;
     m_horizontalGuide = snap.horizontalGuide;
@@ -366,11 +366,11 @@ void ScoreboardOverlayView::focusOutEvent(QFocusEvent*) {
 }
 
 void ScoreboardOverlayView::paintEvent(QPaintEvent*) {
-    const QRectF board = scoreboardRect();
-    if (board.isEmpty())
+    const QRectF scoreboard = scoreboardRect();
+    if (scoreboard.isEmpty())
         return;
     QPainter painter(this);
-    m_painter.paint(painter, m_videoRect, board.topLeft(), displayScale());
+    m_painter.paint(painter, m_videoRect, scoreboard.topLeft(), displayScale());
     paintAdornments(painter);
 }
 

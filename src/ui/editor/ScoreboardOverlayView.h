@@ -31,12 +31,12 @@ public:
     double previewScale() const;
     /// The centre of the scoreboard as it is shown.
     QPointF displayPosition() const;
-    /// The board as it is shown, its canvas's margin left out; empty when there is no board.
+    /// The scoreboard as it is shown, its canvas's margin left out; empty when there is no scoreboard.
     QRectF scoreboardRect() const;
     QRectF handleRect() const;
 
 Q_SIGNALS:
-    /// A press on the picture beside the board.
+    /// A press on the picture beside the scoreboard.
     void picturePressed();
 
 protected:
@@ -52,7 +52,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    enum class Grip { none, board, handle };
+    enum class Grip { none, scoreboard, handle };
 
     Grip gripAt(QPointF point) const;
     void showGrip(QPointF point);

@@ -40,7 +40,7 @@ void ScoreboardPainter::paint(QPainter& painter, const QRectF& videoRect, QPoint
 }
 
 void ScoreboardPainter::draw(const Place& place) {
-    constexpr double shadowReach = 40; // template units around the board that its shadow can darken
+    constexpr double shadowReach = 40; // template units around the scoreboard that its shadow can darken
     const double reach = shadowReach * place.scale;
     const QRectF touched =
         QRectF(place.origin, boardSize() * place.scale).adjusted(-reach, -reach, reach, reach) &

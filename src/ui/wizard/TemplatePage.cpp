@@ -53,12 +53,12 @@ private:
         const double scale = std::min({largestCardScale, (size.width() - Space::s) / natural.width(),
                                        (size.height() - Space::s) / natural.height()});
         QPixmap picture = courtGround(m_sport, size, devicePixelRatioF());
-        QImage board = renderScoreboardImage(m_templateID, exampleScore(m_sport, match.numberOfSets), match,
-                                             {}, scale * devicePixelRatioF());
-        board.setDevicePixelRatio(devicePixelRatioF());
-        const QSizeF shown = board.deviceIndependentSize();
+        QImage scoreboard = renderScoreboardImage(m_templateID, exampleScore(m_sport, match.numberOfSets),
+                                                  match, {}, scale * devicePixelRatioF());
+        scoreboard.setDevicePixelRatio(devicePixelRatioF());
+        const QSizeF shown = scoreboard.deviceIndependentSize();
         QPainter(&picture).drawImage(
-            QPointF((size.width() - shown.width()) / 2, (size.height() - shown.height()) / 2), board);
+            QPointF((size.width() - shown.width()) / 2, (size.height() - shown.height()) / 2), scoreboard);
         return picture;
     }
 

@@ -84,7 +84,7 @@ TEST_F(PictureTest, WhatIsNoVideoIsSaid) {
 TEST_F(PictureTest, TheScoreboardLooksAsTheExportDrawsIt) {
     openEditor();
     openClip(1);
-    // A broadcast board is larger than its canvas, and a night session glows beyond it.
+    // A broadcast scoreboard is larger than its canvas, and a night session glows beyond it.
     for (const TemplateID board : {TemplateID::classic, TemplateID::broadcast, TemplateID::nightsession}) {
         state.selectedTemplate = board;
         state.scoreboardPosition = QPointF(0.61, 0.7);
