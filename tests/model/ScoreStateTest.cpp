@@ -106,6 +106,8 @@ TEST(SteppedScore, PointsCountFromZeroWithoutEnd) {
     score = steppedScore(score, Side::first, StepDirection::next);
     score = steppedScore(score, Side::second, StepDirection::previous);
     EXPECT_EQ(score, SportScoreState(PointScoreState{{{25, 20, {}}}, {25, 0}, 1}));
+    score = steppedScore(score, Side::first, StepDirection::previous);
+    EXPECT_EQ(score, SportScoreState(PointScoreState{{{25, 20, {}}}, {24, 0}, 1}));
 
     constexpr auto largest = std::numeric_limits<std::int64_t>::max();
     EXPECT_EQ(steppedScore(PointScoreState{{}, {largest, 0}, 1}, Side::first, StepDirection::next),

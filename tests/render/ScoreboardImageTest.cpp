@@ -170,6 +170,13 @@ TEST(StackedTemplate, LooksLikeACardWithALitWinner) {
     EXPECT_LT(brightest(152, 96), 190) << "who lost it";
     EXPECT_LT(brightest(0, 121), 190) << "a set not begun";
 
+    // The point of the receiving side is on a tile a tenth of the way from the card's colour to white.
+    const QColor ground = at(165, 51);
+    const auto lighter = [](int level) { return level + (255 - level) / 10; };
+    const QColor tile(lighter(ground.red()), lighter(ground.green()), lighter(ground.blue()),
+                      lighter(ground.alpha()));
+    EXPECT_TRUE(isNear(at(184, 51), tile)) << at(184, 51).name(QColor::HexArgb).toStdString();
+
     // A single player beside a pair is halfway between its lines.
     match.format = MatchFormat::doubles;
     match.team2.player2 = QStringLiteral("C");

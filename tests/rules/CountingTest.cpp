@@ -208,6 +208,8 @@ TEST(Counting, TableTennisServesChangeEveryTwoPoints) {
     EXPECT_EQ(servers(match, 23), "112211221122112211221212");
     EXPECT_EQ(match.points("1").text(), "13-11 0-0 0-0 0-0 0-0 0-0*");
     EXPECT_EQ(match.points(11, '1').text(), "13-11 11-0 0-0 0-0 0-0 0*-0");
+    match.points(11, '2').points(11, '2');
+    EXPECT_EQ(match.points(11, '1').text(), "13-11 11-0 0-11 0-11 11-0 0-0*") << "the last game is as long";
 }
 
 TEST(Counting, SquashWithHandOutScoresOnServeOnly) {

@@ -45,6 +45,25 @@ TEST_F(RangeEdits, WhatChangesNothingIsNoStep) {
     EXPECT_EQ(store.saves, 0);
 }
 
+TEST_F(RangeEdits, AnInitialScoreAndAPlaceAreStepsOfTheirOwn) {
+    const SportScoreState ahead = PointScoreState{{}, {3, 0}, 1};
+    state.setInitialScore(ahead, &undo);
+    state.setInitialScore(ahead, &undo);
+    const ScoreboardPlace before = state.scoreboardPlace();
+    const ScoreboardPlace corner{{0.8, 0.9}, 2};
+    state.placeScoreboard(corner, L10nKey::undoMoveScoreboard, &undo);
+    state.placeScoreboard(corner, L10nKey::undoMoveScoreboard, &undo);
+    EXPECT_EQ(store.saves, 2);
+    undo.undo();
+    EXPECT_EQ(state.scoreboardPlace(), before);
+    EXPECT_EQ(state.initialScore.value(), ahead);
+    undo.undo();
+    EXPECT_EQ(state.initialScore.value(), std::nullopt);
+    EXPECT_FALSE(undo.canUndo().value());
+    undo.redo();
+    EXPECT_EQ(state.initialScore.value(), ahead);
+}
+
 TEST_F(RangeEdits, CutsComeAndGoByUndoInTheirOrderAndSelected) {
     const CutZone late = cutFrom(10, 12);
     const CutZone early = cutFrom(1, 2);
