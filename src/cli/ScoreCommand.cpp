@@ -53,7 +53,7 @@ ScoreCommand::ScoreCommand(CLI::App& root)
 void listRules(SportID sport) {
     print(std::string(rawValue(sport)) + ": " + std::string(usualFormat(sport)) + '\n');
     constexpr int wordColumn = 28;
-    for (const auto& [word, meaning] : formatWords(sport))
+    for (const auto& [choice, word, meaning] : formatWords(sport))
         print("  " + QString::fromUtf8(word).leftJustified(wordColumn).toStdString() + std::string(meaning) +
               '\n');
 }

@@ -1,6 +1,7 @@
 #include "export/Chapters.h"
 
 #include "model/ScoringEngine.h"
+#include "rules/CountLabel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,9 +15,9 @@ QString matchTitle(const MatchConfig& match) {
     return match.team1.displayName() + QStringLiteral(" - ") + match.team2.displayName();
 }
 
-// On one line.
+// On one line, without what a count keeps in labels.
 QString titleOf(const Marker& marker) {
-    return marker.label ? marker.label->simplified() : QString();
+    return withoutPhrase(marker.label).value_or(QString()).simplified();
 }
 
 // "1:02:03", or "2:03" below an hour.
@@ -41,7 +42,8 @@ std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const
         if (title.isEmpty() || !(marker.startTime > lastTime && marker.startTime < to))
             continue;
         lastTime = marker.startTime;
-        // The last marker before the range holds at its start; of several within one frame's tolerance, the last one.
+        // The last marker before the range holds at its start; of several within one frame's tolerance, the
+        // last one.
         const double start = std::max(0.0, marker.startTime - from);
         if (!chapters.empty() && start <= chapters.back().start + frameTimeTolerance)
             chapters.back().title = title;

@@ -11,8 +11,8 @@ namespace pointloom {
 
 /// One chapter for each labelled marker from its time to the next one's, cut to the range `from`..`to`
 /// (seconds of the source) and counted from `from`. The time before the first is a chapter named by the
-/// match. Empty without labels. `markers` may be in any order; of several labelled ones at one time the first
-/// in the list holds.
+/// match. Empty without labels; the phrases of a count (rules/CountLabel.h) are none. `markers` may be in any
+/// order; of several labelled ones at one time the first in the list holds.
 std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const MatchConfig& match,
                                        double from, double to);
 

@@ -147,6 +147,14 @@ struct Codec<QString> {
 };
 
 template <>
+struct Codec<std::string> {
+    static OrderedValue encode(const std::string& value) { return value; }
+    static std::string decode(const Value& value, const Path& path) {
+        return Codec<QString>::decode(value, path).toStdString();
+    }
+};
+
+template <>
 struct Codec<QUuid> {
     static OrderedValue encode(const QUuid& value) {
         return value.toString(QUuid::WithoutBraces).toStdString();

@@ -58,6 +58,7 @@ struct Persistence::Snapshot : StoredProject<SportScoreState> {
     std::vector<CutZone> cuts;
     std::optional<double> scoreboardUserScale;
     std::optional<Language> language;
+    std::optional<std::vector<std::string>> rules{}; // as in documents
 
     bool operator==(const Snapshot&) const = default;
 

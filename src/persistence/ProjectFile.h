@@ -20,6 +20,7 @@ struct ProjectFile : StoredProject<SportScoreState> {
     std::optional<SportID> selectedSport;
     std::optional<double> scoreboardUserScale;
     std::optional<QString> videoPath;
+    std::optional<std::vector<std::string>> rules{}; // words, or "by-hand"; absent: the sport's usual rules
 
     bool operator==(const ProjectFile&) const = default;
 

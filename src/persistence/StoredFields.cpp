@@ -14,6 +14,11 @@ void StoredValue::read(const std::optional<QUrl>& value, std::optional<QString>&
     field = value ? std::optional(value->path(QUrl::FullyDecoded)) : std::nullopt;
 }
 
+void StoredValue::read(const std::vector<std::string>& value,
+                       std::optional<std::vector<std::string>>& field) {
+    field = value.empty() ? std::nullopt : std::optional(value);
+}
+
 void StoredValue::restore(const std::vector<Marker>& field, QProperty<std::vector<Marker>>& property) {
     property = ScoringEngine::sortedByTime(field);
 }

@@ -75,8 +75,9 @@ constexpr auto storedFields() {
     return std::tuple_cat(
         POINTLOOM_FIELD(version), POINTLOOM_STORED_FIELD(selectedSport, selectedSport),
         POINTLOOM_STORED_FIELD(selectedTemplate, selectedTemplate),
-        POINTLOOM_STORED_FIELD(matchConfig, matchConfig), POINTLOOM_STORED_FIELD(markers, markers),
-        POINTLOOM_STORED_FIELD(cuts, cuts), POINTLOOM_STORED_FIELD(initialScore, initialScore),
+        POINTLOOM_STORED_FIELD(matchConfig, matchConfig), POINTLOOM_STORED_FIELD(rules, rules),
+        POINTLOOM_STORED_FIELD(markers, markers), POINTLOOM_STORED_FIELD(cuts, cuts),
+        POINTLOOM_STORED_FIELD(initialScore, initialScore),
         POINTLOOM_STORED_FIELD(scoreboardPositionX, scoreboardPosition), POINTLOOM_FIELD(scoreboardPositionY),
         POINTLOOM_STORED_FIELD(scoreboardUserScale, scoreboardUserScale),
         POINTLOOM_STORED_FIELD(trimStart, trimStart), POINTLOOM_STORED_FIELD(trimEnd, trimEnd),
@@ -111,6 +112,8 @@ void read(const Value& value, std::optional<Value>& field) {
     field = value;
 }
 void read(const std::optional<QUrl>& value, std::optional<QString>& field);
+void read(const std::vector<std::string>& value,
+          std::optional<std::vector<std::string>>& field); // none: absent
 inline void read(const QPointF&, double&) {}
 
 template <class Value>

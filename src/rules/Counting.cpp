@@ -1,7 +1,8 @@
 #include "rules/Counting.h"
 
+#include "rules/CountLabel.h"
+
 #include <algorithm>
-#include <QRegularExpression>
 
 namespace pointloom {
 
@@ -90,23 +91,10 @@ void returnToDeuce(PointGameScore& points) {
     points.team2 -= surplus;
 }
 
-std::optional<PointGameScore> tieBreakPoints(const QString& label) {
-    static const QRegularExpression pattern(QStringLiteral("\\bTie-break (\\d{1,9})[-\u2013](\\d{1,9})\\b"));
-    const auto match = pattern.match(label);
-    if (!match.hasMatch())
-        return std::nullopt;
-    return PointGameScore{match.capturedView(1).toLongLong(), match.capturedView(2).toLongLong()};
-}
-
-bool namesSecondServer(const QString& label) {
-    static const QRegularExpression pattern(QStringLiteral("\\bServer 2\\b"));
-    return pattern.match(label).hasMatch();
-}
-
 std::optional<QString> labelOf(const MatchRules& rules, const Position& position) {
     if (isTieBreak(rules, position))
-        return QStringLiteral("Tie-break %1\u2013%2").arg(position.points.team1).arg(position.points.team2);
-    return position.isSecondServer ? std::optional(QStringLiteral("Server 2")) : std::nullopt;
+        return tieBreakPhrase(position.points);
+    return position.isSecondServer ? std::optional(secondServerPhrase()) : std::nullopt;
 }
 
 CountedScore scoreAt(const MatchRules& rules, const Position& position) {
@@ -259,6 +247,26 @@ std::optional<Side> winnerBetween(const MatchRules& rules, const CountedScore& b
             return side;
     }
     return std::nullopt;
+}
+
+bool isSameScore(const MatchRules& rules, const CountedScore& left, const CountedScore& right) {
+    const auto position = positionAt(rules, left);
+    return position && position == positionAt(rules, right);
+}
+
+bool isCountable(const MatchRules& rules, const CountedScore& score) {
+    return positionAt(rules, score).has_value();
+}
+
+CountedScore startFrom(MatchRules& rules, const SportScoreState& score) {
+    auto position = positionAt(rules, {score, {}});
+    if (!position)
+        return {score, {}};
+    if (rules.format.alternatesSets)
+        rules.firstServer = position->set % 2 == 0 ? position->server : otherSide(position->server);
+    position->isSecondServer =
+        rules.format.hasTwoServers && !position->isOver && position->points == PointGameScore{};
+    return {score, labelOf(rules, *position)};
 }
 
 bool isMatchOver(const MatchRules& rules, const SportScoreState& score) {

@@ -13,9 +13,8 @@ struct MatchRules {
     Side firstServer = Side::first; // of the match; decides who serves first in later sets that alternate
 };
 
-/// Score and label of a marker. The label holds what the score has no field for, alone or among other words:
-/// "Tie-break 5–4" (points of the first and the second side; without it 0–0) and "Server 2" (without it the
-/// first).
+/// Score and label of a marker. The label holds what the score has no field for (CountLabel.h); without it a
+/// tie-break is at 0–0, and the first server serves.
 struct CountedScore {
     SportScoreState score;
     std::optional<QString> label;
@@ -46,6 +45,17 @@ constexpr std::int64_t largestCount = 1'000'000'000;
 /// the same, other words in labels do not count.
 std::optional<Side> winnerBetween(const MatchRules& rules, const CountedScore& before,
                                   const CountedScore& after);
+
+/// True when both stand at the same point of the match, as at 40–40 and deuce. False for scores that cannot
+/// be counted on from.
+bool isSameScore(const MatchRules& rules, const CountedScore& left, const CountedScore& right);
+
+/// True when `countPoint` can go on from the score, or the match is over in it.
+bool isCountable(const MatchRules& rules, const CountedScore& score);
+
+/// The score as one from which a count begins, without a label. At 0 to 0 the side that serves starts its
+/// set, which says whether its second server does, and who served first in the match: `rules` learns that.
+CountedScore startFrom(MatchRules& rules, const SportScoreState& score);
 
 bool isMatchOver(const MatchRules& rules, const SportScoreState& score);
 

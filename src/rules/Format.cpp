@@ -15,8 +15,8 @@ struct SportRow {
     Format format;
 };
 
-/// The change that a word makes. Words of the same choice exclude each other; all are applied in the order of the
-/// table.
+/// The change that a word makes. Words of the same choice exclude each other; all are applied in the order of
+/// the table.
 struct Change {
     std::optional<Race> game{};
     std::optional<SetFormat> set{}; // also the last one
@@ -31,7 +31,6 @@ struct Change {
 
 struct WordRow {
     SportID sport;
-    std::string_view choice;
     FormatWord word;
     Change change;
 };
@@ -80,48 +79,48 @@ constexpr SportRow sports[] = {
 
 constexpr WordRow words[] = {
     // ITF Rules of Tennis, Appendix VI: short sets.
-    {SportID::tennis, "sets", {"short-sets", "sets to 4, tie-break at 4-4"}, {.set = setOfGames({4, 2}, 4)}},
+    {SportID::tennis, {"sets", "short-sets", "sets to 4, tie-break at 4-4"}, {.set = setOfGames({4, 2}, 4)}},
     // Pro sets of national associations and leagues; the ITF has none.
-    {SportID::tennis, "sets", {"pro-set-8", "sets to 8, tie-break at 8-8"}, {.set = setOfGames({8, 2}, 8)}},
-    {SportID::tennis, "sets", {"pro-set-9", "sets to 9, tie-break at 9-9"}, {.set = setOfGames({9, 2}, 9)}},
+    {SportID::tennis, {"sets", "pro-set-8", "sets to 8, tie-break at 8-8"}, {.set = setOfGames({8, 2}, 8)}},
+    {SportID::tennis, {"sets", "pro-set-9", "sets to 9, tie-break at 9-9"}, {.set = setOfGames({9, 2}, 9)}},
     // ITF trial of 2016 and 2017. Service as Tennis Australia has it: two points each; at 4-4 the side that served
     // the last two keeps the serve, where no toss is made.
-    {SportID::tennis, "sets", {"fast4", "sets to 4, no-ad, tie-break to 5 at 3-3, deciding point at 4-4"},
+    {SportID::tennis, {"sets", "fast4", "sets to 4, no-ad, tie-break to 5 at 3-3, deciding point at 4-4"},
      {.game = noAdvantage, .set = setOfGames({4, 2}, 3, {{5, 1}, {2, 2, 6, 3}})}},
     // ITF Rules of Tennis, Appendix VI; padel calls it golden point.
-    {SportID::tennis, "game", {"no-ad", "deciding point at deuce (golden point)"}, {.game = noAdvantage}},
+    {SportID::tennis, {"game", "no-ad", "deciding point at deuce (golden point)"}, {.game = noAdvantage}},
     // ITF Rules of Tennis, Rule 6.
-    {SportID::tennis, "deciding", {"deciding=tiebreak-7", "last set with a tie-break to 7 (usual)"},
+    {SportID::tennis, {"deciding", "deciding=tiebreak-7", "last set with a tie-break to 7 (usual)"},
      {.lastTieBreak = tieBreak7}},
     // Grand Slam tournaments from 2022; Australian Open from 2019.
-    {SportID::tennis, "deciding", {"deciding=tiebreak-10", "last set with a tie-break to 10"},
+    {SportID::tennis, {"deciding", "deciding=tiebreak-10", "last set with a tie-break to 10"},
      {.lastTieBreak = tieBreak10}},
     // Wimbledon, 2019 to 2021.
-    {SportID::tennis, "deciding", {"deciding=tiebreak-at-12", "last set with a tie-break to 7 at 12-12"},
+    {SportID::tennis, {"deciding", "deciding=tiebreak-at-12", "last set with a tie-break to 7 at 12-12"},
      {.lastTieBreakAt = 12, .lastTieBreak = tieBreak7}},
     // ITF Rules of Tennis, Rule 6: advantage set.
-    {SportID::tennis, "deciding", {"deciding=advantage", "last set without a tie-break"}, {.lastTieBreakAt = never}},
+    {SportID::tennis, {"deciding", "deciding=advantage", "last set without a tie-break"}, {.lastTieBreakAt = never}},
     // ITF Rules of Tennis, Appendix VI: match tie-break.
-    {SportID::tennis, "deciding", {"deciding=match-tiebreak-10", "a tie-break to 10 in place of the last set"},
+    {SportID::tennis, {"deciding", "deciding=match-tiebreak-10", "a tie-break to 10 in place of the last set"},
      {.lastGames = Race{1, 1}, .lastTieBreakAt = 0, .lastTieBreak = tieBreak10}},
     // FIVB Official Beach Volleyball Rules: 6.2 (21), 6.3.2 (last set 15).
-    {SportID::volleyball, "court", {"beach", "sets to 21, the last to 15"},
+    {SportID::volleyball, {"court", "beach", "sets to 21, the last to 15"},
      {.set = setOfPoints({21, 2}), .lastGame = Race{15, 2}}},
     // BWF Alternative Laws of Badminton: 3x15, 14-all is played to a lead of 2 or 21; 5x11, 10-all to a lead of 2 or 15.
-    {SportID::badminton, "points", {"to-15", "games to 15, at most 21"}, {.set = setOfPoints({15, 2, 21})}},
-    {SportID::badminton, "points", {"to-11", "games to 11, at most 15"}, {.set = setOfPoints({11, 2, 15})}},
+    {SportID::badminton, {"points", "to-15", "games to 15, at most 21"}, {.set = setOfPoints({15, 2, 21})}},
+    {SportID::badminton, {"points", "to-11", "games to 11, at most 15"}, {.set = setOfPoints({11, 2, 15})}},
     // World Singles Squash Rules 2001, Rule 2: the receiver at 8-all chooses to go on to 9 or 10; here always 10.
-    {SportID::squash, "scoring", {"hand-out", "games to 9, at 8-8 to 10; only the server scores"},
+    {SportID::squash, {"scoring", "hand-out", "games to 9, at 8-8 to 10; only the server scores"},
      {.set = setOfPoints({9, 2, 10}), .serve = Serve::sideOut}},
     // USA Pickleball Official Rulebook, Section 12.
-    {SportID::pickleball, "points", {"to-15", "games to 15"}, {.set = setOfPoints({15, 2})}},
-    {SportID::pickleball, "points", {"to-21", "games to 21"}, {.set = setOfPoints({21, 2})}},
+    {SportID::pickleball, {"points", "to-15", "games to 15"}, {.set = setOfPoints({15, 2})}},
+    {SportID::pickleball, {"points", "to-21", "games to 21"}, {.set = setOfPoints({21, 2})}},
     // USA Pickleball Official Rulebook, 4.B: two servers, of whom only one serves at the start of a game.
-    {SportID::pickleball, "players", {"doubles", "two servers each, 0-0-2 start"}, {.hasTwoServers = true}},
+    {SportID::pickleball, {"players", "doubles", "two servers each, 0-0-2 start"}, {.hasTwoServers = true}},
     // USA Pickleball Official Rulebook, rally scoring. In 2025 a game could be won on one's own serve only.
-    {SportID::pickleball, "scoring", {"rally", "every rally scores, one server each"},
+    {SportID::pickleball, {"scoring", "rally", "every rally scores, one server each"},
      {.serve = Serve::toWinner, .hasTwoServers = false}},
-    {SportID::pickleball, "scoring", {"rally-win-on-serve", "the same, but only the serving side can win a game"},
+    {SportID::pickleball, {"scoring", "rally-win-on-serve", "the same, but only the serving side can win a game"},
      {.serve = Serve::toWinner, .hasTwoServers = false, .lastPointOnServe = true}},
 };
 // clang-format on
@@ -168,7 +167,7 @@ Format formatOf(SportID sport, std::span<const std::string> chosen) {
     for (const std::string& word : chosen) {
         const WordRow& added = row(sport, word);
         for (const WordRow* other : rows) {
-            if (other != &added && other->choice == added.choice)
+            if (other != &added && other->word.choice == added.word.choice)
                 throw FormatError(json::inQuotes(other->word.word) + " and " + json::inQuotes(word) +
                                   " exclude each other");
         }

@@ -62,6 +62,7 @@ struct Format {
 
 /// A word that changes the usual format of a sport.
 struct FormatWord {
+    std::string_view choice; // words of one choice exclude each other
     std::string_view word;
     std::string_view meaning;
 };

@@ -91,12 +91,17 @@ void AppState::updateMarkerLabel(const QUuid& id, const std::optional<QString>& 
 
 void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,
                               UndoStack* undoManager) {
+    replaceMarkers(std::move(replacement), selection, L10nKey::undoImportMarkers, undoManager);
+}
+
+void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection, L10nKey name,
+                              UndoStack* undoManager) {
     const std::vector<Marker> previous = markers;
     const std::optional<QUuid> previousSelection = selectedMarkerID;
     markers = std::move(replacement);
     selectedMarkerID = selection;
-    concludeEdit(L10nKey::undoImportMarkers, undoManager, [this, previous, previousSelection, undoManager] {
-        replaceMarkers(previous, previousSelection, undoManager);
+    concludeEdit(name, undoManager, [this, previous, previousSelection, name, undoManager] {
+        replaceMarkers(previous, previousSelection, name, undoManager);
     });
 }
 

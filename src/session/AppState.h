@@ -7,6 +7,7 @@
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"
+#include "rules/MatchCount.h"
 
 #include <functional>
 #include <optional>
@@ -16,6 +17,7 @@
 #include <QString>
 #include <QUrl>
 #include <QUuid>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -58,6 +60,12 @@ struct ScoreboardPlace {
     bool operator==(const ScoreboardPlace&) const = default;
 };
 
+/// A score that was typed in.
+struct TypedScore {
+    std::optional<QUuid> marker; // absent: the initial score
+    CountedMatch before;         // the match without it
+};
+
 /// The wizard's screens in their order, then the editor.
 enum class Screen { sport, scoreboard, match, video, editor };
 
@@ -85,6 +93,7 @@ public:
     QProperty<std::optional<TemplateID>> selectedTemplate;
     QProperty<SportID> selectedSport{SportID::tennis};
     QProperty<std::optional<MatchConfig>> matchConfig; // absent until its screen is confirmed
+    QProperty<std::vector<std::string>> rules;         // as for `rulesOfMatch`: words, or `byHand`
 
     QProperty<std::optional<QUrl>> videoURL;
     QProperty<double> videoDuration{0}; // seconds
@@ -103,6 +112,11 @@ public:
     QProperty<std::vector<Marker>> markers;                 // sorted by start time
     QProperty<std::optional<SportScoreState>> initialScore; // before the first marker, if the user set one
     QProperty<std::optional<QUuid>> selectedMarkerID;
+
+    // By PointEdits, to be told to the user.
+    QProperty<std::optional<QUuid>> recountStoppedAt; // the marker that kept its score
+    QProperty<std::optional<TypedScore>> typedScore;  // could be carried on through the markers after it
+
     QProperty<std::vector<CutZone>> cuts; // an editing aid; export does not apply them
     QProperty<std::optional<QUuid>> selectedCutID;
 
@@ -138,6 +152,9 @@ public:
     void updateMarkerLabel(const QUuid& id, const std::optional<QString>& label, UndoStack* undoManager);
     /// Replaces the whole list by one sorted by start time, and the selection; for an import.
     void replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection,
+                        UndoStack* undoManager);
+    /// The same under the name of another edit.
+    void replaceMarkers(std::vector<Marker> replacement, std::optional<QUuid> selection, L10nKey name,
                         UndoStack* undoManager);
 
     // For these, a change to the values that hold already is no edit.
@@ -177,6 +194,7 @@ private:
                           &S::selectedTemplate,
                           &S::selectedSport,
                           &S::matchConfig,
+                          &S::rules,
                           &S::videoURL,
                           &S::videoDuration,
                           &S::videoWidth,
@@ -190,6 +208,8 @@ private:
                           &S::scoreboardDrawOrigin,
                           &S::previewAreaSize,
                           &S::selectedMarkerID,
+                          &S::recountStoppedAt,
+                          &S::typedScore,
                           &S::markers,
                           &S::initialScore,
                           &S::exportProgress,

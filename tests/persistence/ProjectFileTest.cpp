@@ -52,6 +52,7 @@ ProjectFile fullProject() {
     project.watermarkPath = QStringLiteral("/club/mark.png");
     project.watermarkCorner = WatermarkCorner::topLeft;
     project.videoPath = QStringLiteral("/videos/match #1 100%.mp4");
+    project.rules = {"short-sets", "no-ad"};
     return project;
 }
 

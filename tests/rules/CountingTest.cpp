@@ -258,7 +258,7 @@ TEST(Counting, EveryFormatEndsAndStaysAtItsEnd) {
     std::mt19937 random(20);
     for (const SportID sport : allCases<SportID>()) {
         std::vector<std::vector<std::string>> choices{{}};
-        for (const auto& [word, meaning] : formatWords(sport)) {
+        for (const auto& [choice, word, meaning] : formatWords(sport)) {
             choices.push_back({std::string(word)});
             if (usesTennisScoring(sport))
                 choices.push_back({"no-ad", std::string(word)});

@@ -30,7 +30,7 @@ TEST(Format, EachSportHasItsOwnWords) {
     EXPECT_TRUE(formatWords(SportID::tableTennis).empty());
     for (const SportID sport : allCases<SportID>()) {
         EXPECT_EQ(formatOf(sport).hasGames, usesTennisScoring(sport));
-        for (const auto& [word, meaning] : formatWords(sport))
+        for (const auto& [choice, word, meaning] : formatWords(sport))
             EXPECT_EQ(faultOf(sport, {std::string(word)}), "") << meaning;
     }
 }
