@@ -10,6 +10,7 @@
 #include "persistence/Persistence.h"
 #include "persistence/SessionLock.h"
 #include "ui/common/Preferences.h"
+#include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
 
 #include <QApplication>
@@ -117,6 +118,7 @@ int explainSilence() {
 
 int run(QApplication& application, const QStringList& files) {
     Theme::shared().apply(application, Preferences::theme(UserDefaults()));
+    Controls::keepWheelForPages(application);
     std::optional<SessionLock> lock;
     std::optional<Trouble> trouble;
     try {

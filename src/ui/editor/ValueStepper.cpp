@@ -7,7 +7,6 @@
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QWheelEvent>
 #include <utility>
 
 namespace pointloom {
@@ -162,15 +161,6 @@ void ValueStepper::mouseMoveEvent(QMouseEvent* event) {
 void ValueStepper::leaveEvent(QEvent*) {
     m_hovered = Part::none;
     update();
-}
-
-// Only with the focus, so that scrolling over it does not change scores.
-void ValueStepper::wheelEvent(QWheelEvent* event) {
-    if (!hasFocus() || event->angleDelta().y() == 0) {
-        event->ignore();
-        return;
-    }
-    step(event->angleDelta().y() > 0 ? 1 : -1);
 }
 
 void ValueStepper::focusInEvent(QFocusEvent*) {

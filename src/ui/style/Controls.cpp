@@ -3,6 +3,11 @@
 #include "ui/style/Icons.h"
 #include "ui/style/Tokens.h"
 
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QEvent>
+#include <QScrollBar>
 #include <QStyle>
 
 namespace pointloom {
@@ -57,8 +62,32 @@ constexpr RoleLook roleLooks[] = {
     {TextRole::success, "success", TypeScale::body, QFont::Normal},
 };
 
+class WheelFilter final : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    // Ignored, the event goes on to the parent of the control, and so to the page.
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Wheel || !changesByWheel(watched))
+            return false;
+        event->ignore();
+        return true;
+    }
+
+private:
+    static bool changesByWheel(const QObject* control) {
+        return qobject_cast<const QComboBox*>(control) || qobject_cast<const QAbstractSpinBox*>(control) ||
+               (qobject_cast<const QAbstractSlider*>(control) && !qobject_cast<const QScrollBar*>(control));
+    }
+};
+
 constexpr const char* kindNames[] = {"normal", "primary", "danger", "plain"}; // in the order of ButtonKind
 
+}
+
+void keepWheelForPages(QApplication& application) {
+    application.installEventFilter(new WheelFilter(&application));
 }
 
 QLabel* label(TextRole role, QWidget* parent) {

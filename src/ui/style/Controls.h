@@ -7,6 +7,8 @@
 #include <QString>
 #include <QToolButton>
 
+class QApplication;
+
 namespace pointloom {
 
 /// A label of one line that ends in dots where its text is wider; its tool tip has all of it.
@@ -31,6 +33,9 @@ private:
 QString plainToolTip(const QStringList& lines);
 
 namespace Controls {
+
+/// The wheel scrolls the page under a closed list, a spin box or a slider and never changes their values.
+void keepWheelForPages(QApplication& application);
 
 enum class TextRole { title, section, strong, body, quiet, danger, warning, success };
 enum class ButtonKind { normal, primary, danger, plain };
