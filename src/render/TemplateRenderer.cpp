@@ -88,18 +88,56 @@ void addRun(TextLine& line, const QGlyphRun& run, QPointF baselineStart) {
     }
 }
 
-QString withCountryLetters(const QString& text) {
-    constexpr char32_t regionalIndicatorA = 0x1F1E6; // Unicode, UTS #51
-    constexpr char32_t regionalIndicatorZ = 0x1F1FF;
-    QString readable;
-    for (const char32_t character : text.toUcs4()) {
-        const bool isIndicator = character >= regionalIndicatorA && character <= regionalIndicatorZ;
-        readable += QChar::fromUcs4(isIndicator ? U'A' + (character - regionalIndicatorA) : character);
-    }
-    return readable;
+constexpr char32_t regionalIndicatorA = 0x1F1E6; // Unicode, UTS #51: two of them are a flag
+constexpr char32_t regionalIndicatorZ = 0x1F1FF;
+
+bool isRegionalIndicator(char32_t character) {
+    return character >= regionalIndicatorA && character <= regionalIndicatorZ;
 }
 
-/// The text with line breaks and other controls as spaces, and flags as letters where no font has them.
+QList<quint32> glyphsOf(const QString& text) {
+    QTextLayout layout(text, Fonts::shapingFont(FontFace::regular, shapingSize));
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    QList<quint32> glyphs;
+    for (const QGlyphRun& run : layout.glyphRuns())
+        glyphs += run.glyphIndexes();
+    return glyphs;
+}
+
+QString flagOf(char32_t first, char32_t second) {
+    const char32_t letters[] = {first, second};
+    return QString::fromUcs4(letters, 2);
+}
+
+// The font has one glyph, a question mark, for all pairs of letters that are no country. AA never is one.
+bool isDrawableFlag(char32_t first, char32_t second) {
+    static const QList<quint32> noFlag = glyphsOf(flagOf(regionalIndicatorA, regionalIndicatorA));
+    return Fonts::hasFlags() && glyphsOf(flagOf(first, second)) != noFlag;
+}
+
+/// The text with the letters of the country in place of flags that cannot be drawn.
+QString withDrawableFlags(const QString& text) {
+    const auto characters = text.toUcs4();
+    if (std::ranges::none_of(characters, isRegionalIndicator))
+        return text;
+    QString result;
+    for (qsizetype i = 0; i < characters.size(); ++i) {
+        const char32_t character = characters[i];
+        if (!isRegionalIndicator(character)) {
+            result += QChar::fromUcs4(character);
+        } else if (i + 1 < characters.size() && isRegionalIndicator(characters[i + 1]) &&
+                   isDrawableFlag(character, characters[i + 1])) {
+            result += flagOf(character, characters[++i]);
+        } else {
+            result += QChar(u'A' + static_cast<char16_t>(character - regionalIndicatorA));
+        }
+    }
+    return result;
+}
+
+/// The text with line breaks and other controls as spaces, and flags that cannot be drawn as letters.
 QString drawableText(QString text) {
     constexpr qsizetype longest = 4096; // UTF-16 units; more would reach far outside any frame
     text.truncate(longest);
@@ -108,7 +146,7 @@ QString drawableText(QString text) {
             character == QChar::ParagraphSeparator)
             character = u' ';
     }
-    return Fonts::hasFlags() ? text : withCountryLetters(text);
+    return withDrawableFlags(text);
 }
 
 TextLine shape(QString text, FontFace face) {

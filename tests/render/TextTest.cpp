@@ -104,6 +104,13 @@ TEST(Text, FlagsAreColouredAndAsTallAsTheCapitals) {
     EXPECT_NEAR(ink.center().y(), capital.center().y(), 3) << "side by side with a name";
 }
 
+TEST(Text, LettersThatAreNoCountryAreShownAsLetters) {
+    const TextFont font{FontFace::regular, 24};
+    EXPECT_EQ(centred(QString::fromUtf8("🇺🇰"), font, 2), centred(QStringLiteral("UK"), font, 2));
+    EXPECT_EQ(centred(QString::fromUtf8("A🇬"), font, 2), centred(QStringLiteral("AG"), font, 2));
+    EXPECT_NE(centred(QString::fromUtf8("🇬🇧"), font, 2), centred(QStringLiteral("GB"), font, 2));
+}
+
 TEST(Text, AFlagDoesNotMoveTheNameBesideIt) {
     QImage plain = transparentImage(120, 40);
     QImage flagged = plain;
