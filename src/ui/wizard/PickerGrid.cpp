@@ -18,6 +18,15 @@ namespace {
 constexpr int cardGap = Space::s; // beside the margins of the cards
 constexpr double ringWidth = 2;
 constexpr double ringGap = cardMargin - ringWidth; // between the card and its focus ring
+constexpr double pickedTint = 0.14;                // share of the accent in the background of the picked card
+
+QColor mixed(const QColor& base, const QColor& added, double share) {
+    const auto mix = [share](float one, float other) {
+        return static_cast<float>(one + (other - one) * share);
+    };
+    return QColor::fromRgbF(mix(base.redF(), added.redF()), mix(base.greenF(), added.greenF()),
+                            mix(base.blueF(), added.blueF()));
+}
 
 }
 
@@ -77,7 +86,8 @@ void PickerCard::paintEvent(QPaintEvent*) {
     const QRectF card = cardArea();
     QPainterPath outline;
     outline.addRoundedRect(card, Radius::card, Radius::card);
-    painter.fillPath(outline, underMouse() || isDown() ? colors.raised : colors.surface);
+    const QColor ground = underMouse() || isDown() ? colors.raised : colors.surface;
+    painter.fillPath(outline, isChecked() ? mixed(ground, colors.accent, pickedTint) : ground);
 
     const QRectF picture(card.topLeft(), QSizeF(card.width(), card.width() * pictureShape()));
     painter.save();
@@ -94,9 +104,9 @@ void PickerCard::paintEvent(QPaintEvent*) {
                             Radius::card - line / 2);
     if (isChecked())
         paintCheckMark(painter, card.topRight());
-    if (hasFocus()) {
+    if (hasFocus()) { // in another colour than a picked card
         constexpr double half = ringWidth / 2;
-        painter.setPen(QPen(colors.accent, ringWidth));
+        painter.setPen(QPen(colors.text, ringWidth));
         painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half), Radius::card + ringGap,
                                 Radius::card + ringGap);
     }
