@@ -5,11 +5,15 @@
 #include <QJsonObject>
 
 // In a static library nothing registers them by itself. The macro wants the global namespace.
-static void registerTexts() {
+static void registerTextFiles() {
     Q_INIT_RESOURCE(texts);
 }
 
 namespace pointloom {
+
+void registerTexts() {
+    registerTextFiles();
+}
 
 namespace {
 

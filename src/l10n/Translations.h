@@ -8,6 +8,9 @@
 
 namespace pointloom {
 
+/// Makes the files in texts/ readable.
+void registerTexts();
+
 using TranslationTable = std::map<Language, std::map<L10nKey, QString>>;
 
 /// All languages, read once from the files in texts/, which are part of the program.

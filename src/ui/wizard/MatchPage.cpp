@@ -155,8 +155,10 @@ void MatchPage::readDraft() {
     m_formatBox->setVisible(supportsDoubles(match.sport));
     m_format->setValue(idOf(match.format));
     m_sets->setValue(static_cast<int>(match.numberOfSets));
+    const bool isTeam = isTeamSport(match.sport);
+    setSubtitle(isTeam ? L10nKey::matchConfigTeamsSubtitle : L10nKey::matchConfigSubtitle);
     for (TeamForm* team : {m_team1, m_team2})
-        team->setFormat(match.format);
+        team->setKind(match.sport, match.format);
     m_team1->setTeam(match.team1);
     m_team2->setTeam(match.team2);
     m_logo->setLogo(match.logoURL);
@@ -189,7 +191,7 @@ void MatchPage::writeDraft() {
     match.logoURL = m_logo->logo();
     m_flow.setDraft(match);
     for (TeamForm* team : {m_team1, m_team2})
-        team->setFormat(match.format);
+        team->setKind(match.sport, match.format);
     showBoard();
     Q_EMIT obstacleChanged();
 }
@@ -211,7 +213,11 @@ void MatchPage::showTexts() {
 }
 
 QString MatchPage::obstacle() const {
-    return isComplete(m_flow.draft()) ? QString() : m_context.text(L10nKey::fillNamesToContinue);
+    const MatchConfig& match = m_flow.draft();
+    if (isComplete(match))
+        return {};
+    return m_context.text(isTeamSport(match.sport) ? L10nKey::fillTeamNamesToContinue
+                                                   : L10nKey::fillNamesToContinue);
 }
 
 bool MatchPage::confirm() {

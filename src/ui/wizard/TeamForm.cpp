@@ -1,41 +1,16 @@
 #include "ui/wizard/TeamForm.h"
 
+#include "l10n/Format.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QValidator>
 #include <QVBoxLayout>
 
 namespace pointloom {
 
 namespace {
-
-constexpr qsizetype codeLength = 2;
-constexpr int flagSpace = 34; // points, at the end of the field
-
-// Corrects instead of refusing: keeps the first letters of any input, in capitals.
-class CountryCode final : public QValidator {
-public:
-    using QValidator::QValidator;
-
-    State validate(QString& text, int& cursor) const override {
-        QString letters;
-        for (const QChar character : std::as_const(text)) {
-            const QChar upper = character.toUpper();
-            if (upper >= u'A' && upper <= u'Z' && letters.size() < codeLength)
-                letters += upper;
-        }
-        text = letters;
-        cursor = std::min(cursor, static_cast<int>(text.size()));
-        return Acceptable;
-    }
-};
-
-QString flagOf(const QString& code) {
-    return TeamConfig{{}, {}, code, {}}.flagDisplayName(MatchFormat::singles).trimmed();
-}
 
 constexpr int longestName = 60; // characters; more fit no scoreboard
 
@@ -44,7 +19,9 @@ struct Examples {
     L10nKey player2;
 };
 
-constexpr Examples examplesOf(Side side) {
+constexpr Examples examplesOf(Side side, bool isTeam) {
+    if (isTeam)
+        return {side == Side::first ? L10nKey::egTeamFirst : L10nKey::egTeamSecond, L10nKey::player2};
     return side == Side::first ? Examples{L10nKey::egDravnik, L10nKey::egAlbaret}
                                : Examples{L10nKey::egSolvane, L10nKey::egNavorro};
 }
@@ -59,27 +36,6 @@ void setText(QLineEdit* field, const QString& text) {
         field->setText(text);
 }
 
-}
-
-FlagField::FlagField(QWidget* parent)
-    : QLineEdit(parent)
-    , m_flag(new QLabel(this)) {
-    constexpr int fieldWidth = 92;
-    setValidator(new CountryCode(this));
-    setTextMargins(0, 0, flagSpace - Space::s, 0);
-    setFixedWidth(fieldWidth);
-    QFont flagFont = font();
-    flagFont.setPointSizeF(flagFont.pointSizeF() * TypeScale::section);
-    m_flag->setFont(flagFont);
-    m_flag->setAlignment(Qt::AlignCenter);
-    m_flag->setAttribute(Qt::WA_TransparentForMouseEvents);
-    connect(this, &QLineEdit::textChanged, m_flag,
-            [this](const QString& code) { m_flag->setText(flagOf(code)); });
-}
-
-void FlagField::resizeEvent(QResizeEvent* event) {
-    QLineEdit::resizeEvent(event);
-    m_flag->setGeometry(width() - flagSpace, 0, flagSpace, height());
 }
 
 TeamForm::TeamForm(const UiContext& context, Side side, QWidget* parent)
@@ -106,34 +62,49 @@ TeamForm::PlayerRow TeamForm::makeRow(QVBoxLayout* column) {
     player.name = new QLineEdit(player.row);
     player.name->setMaxLength(longestName);
     player.flagLabel = Controls::label(Controls::TextRole::quiet, player.row);
-    player.flagLabel->setWordWrap(true);
-    player.flag = new FlagField(player.row);
+    player.flag = new FlagField(m_context, player.row);
+    player.hint = Controls::label(Controls::TextRole::danger, player.row);
+    player.hint->setFont(quietFont(player.hint->font()));
+    player.hint->setTextFormat(Qt::PlainText);
+    player.hint->setWordWrap(true);
+    player.hint->hide();
     player.nameLabel->setBuddy(player.name);
     player.flagLabel->setBuddy(player.flag);
 
-    auto* flagLine = new QHBoxLayout;
-    flagLine->setSpacing(Space::s);
-    flagLine->addWidget(player.flagLabel, 1);
-    flagLine->addWidget(player.flag);
+    const auto labelled = [](QLabel* label, QWidget* field) {
+        auto* lines = new QVBoxLayout;
+        lines->setSpacing(Space::xs);
+        lines->addWidget(label);
+        lines->addWidget(field);
+        return lines;
+    };
+    constexpr int nameShare = 3;
+    constexpr int flagShare = 2;
+    auto* fields = new QHBoxLayout;
+    fields->setSpacing(Space::m);
+    fields->addLayout(labelled(player.nameLabel, player.name), nameShare);
+    fields->addLayout(labelled(player.flagLabel, player.flag), flagShare);
     auto* lines = new QVBoxLayout(player.row);
     lines->setContentsMargins(0, 0, 0, 0);
     lines->setSpacing(Space::xs);
-    lines->addWidget(player.nameLabel);
-    lines->addWidget(player.name);
-    lines->addSpacing(Space::xs);
-    lines->addLayout(flagLine);
+    lines->addLayout(fields);
+    lines->addWidget(player.hint);
     column->addWidget(player.row);
 
-    for (QLineEdit* field : {player.name, static_cast<QLineEdit*>(player.flag)}) {
-        connect(field, &QLineEdit::textEdited, this, &TeamForm::edited);
+    connect(player.name, &QLineEdit::textEdited, this, &TeamForm::edited);
+    connect(player.flag, &FlagField::codeEdited, this, [this, player] {
+        showHint(player);
+        Q_EMIT edited();
+    });
+    for (QLineEdit* field : {player.name, static_cast<QLineEdit*>(player.flag)})
         connect(field, &QLineEdit::returnPressed, this, &TeamForm::submitted);
-    }
     return player;
 }
 
 void TeamForm::showTexts() {
     const bool isPair = m_format == MatchFormat::doubles;
-    const Examples examples = examplesOf(m_side);
+    const bool isTeam = isTeamSport(m_sport);
+    const Examples examples = examplesOf(m_side, isTeam);
     const QString title = m_context.text(m_side == Side::first ? L10nKey::team1 : L10nKey::team2);
     m_title->setText(title);
     const auto show = [&](const PlayerRow& player, L10nKey name, L10nKey flag, L10nKey example) {
@@ -142,24 +113,37 @@ void TeamForm::showTexts() {
         player.name->setAccessibleName(title + QStringLiteral(", ") + m_context.text(name));
         player.flagLabel->setText(m_context.text(flag));
         player.flag->setAccessibleName(title + QStringLiteral(", ") + m_context.text(flag));
+        showHint(player);
     };
-    show(m_players[0], isPair ? L10nKey::player1 : L10nKey::playerName, L10nKey::flag, examples.player1);
+    const L10nKey only = isTeam ? L10nKey::teamName : L10nKey::playerName;
+    show(m_players[0], isPair ? L10nKey::player1 : only, L10nKey::flag, examples.player1);
     show(m_players[1], L10nKey::player2, L10nKey::player2Flag, examples.player2);
+}
+
+void TeamForm::showHint(const PlayerRow& player) {
+    const QString unknown = player.flag->unknown();
+    player.hint->setText(unknown.isEmpty() ? QString()
+                                           : format(m_context.text(L10nKey::flagUnknown), unknown));
+    player.hint->setVisible(!unknown.isEmpty());
+    player.flag->setAccessibleDescription(player.hint->text());
 }
 
 void TeamForm::setTeam(const TeamConfig& team) {
     setText(m_players[0].name, team.player1);
-    setText(m_players[0].flag, team.flag1.value_or(QString()));
     setText(m_players[1].name, team.player2.value_or(QString()));
-    setText(m_players[1].flag, team.flag2.value_or(QString()));
+    m_players[0].flag->setCode(team.flag1);
+    m_players[1].flag->setCode(team.flag2);
+    for (const PlayerRow& player : m_players)
+        showHint(player);
 }
 
 TeamConfig TeamForm::team() const {
-    return {m_players[0].name->text(), textOf(m_players[1].name), textOf(m_players[0].flag),
-            textOf(m_players[1].flag)};
+    return {m_players[0].name->text(), textOf(m_players[1].name), m_players[0].flag->code(),
+            m_players[1].flag->code()};
 }
 
-void TeamForm::setFormat(MatchFormat format) {
+void TeamForm::setKind(SportID sport, MatchFormat format) {
+    m_sport = sport;
     m_format = format;
     m_players[1].row->setVisible(format == MatchFormat::doubles);
     showTexts();

@@ -1,31 +1,14 @@
 // The form of one side of a match: names and flags of one player or two.
 #pragma once
 
-#include "model/MatchConfig.h"
-#include "ui/common/UiContext.h"
-#include "ui/style/Bindings.h"
+#include "ui/wizard/FlagField.h"
+#include "ui/wizard/WizardFlow.h"
 
 #include <QFrame>
-#include <QLineEdit>
 
-class QLabel;
 class QVBoxLayout;
 
 namespace pointloom {
-
-/// Takes the two letters of a country (ISO 3166-1) and shows its flag while they are typed.
-class FlagField final : public QLineEdit {
-    Q_OBJECT
-
-public:
-    explicit FlagField(QWidget* parent);
-
-protected:
-    void resizeEvent(QResizeEvent* event) override;
-
-private:
-    QLabel* m_flag;
-};
 
 class TeamForm final : public QFrame {
     Q_OBJECT
@@ -35,7 +18,9 @@ public:
 
     void setTeam(const TeamConfig& team);
     TeamConfig team() const;
-    void setFormat(MatchFormat format);
+
+    /// Asks for what a match of this sport and format needs.
+    void setKind(SportID sport, MatchFormat format);
 
     /// The first name that is missing; null when none is.
     QLineEdit* firstEmptyName() const;
@@ -52,13 +37,16 @@ private:
         QLineEdit* name = nullptr;
         QLabel* flagLabel = nullptr;
         FlagField* flag = nullptr;
+        QLabel* hint = nullptr; // about the flag
     };
 
     PlayerRow makeRow(QVBoxLayout* column);
     void showTexts();
+    void showHint(const PlayerRow& player);
 
     UiContext m_context;
     Side m_side;
+    SportID m_sport = SportID::tennis;
     MatchFormat m_format = MatchFormat::singles;
     QLabel* m_title;
     PlayerRow m_players[2];

@@ -1,6 +1,8 @@
 #include "ui/wizard/WizardFlow.h"
 
+#include "l10n/Countries.h"
 #include "l10n/Format.h"
+#include "ui/common/Preferences.h"
 
 #include <algorithm>
 #include <QScopedValueRollback>
@@ -18,19 +20,28 @@ bool isFilled(const std::optional<QString>& name) {
     return name && !name->trimmed().isEmpty();
 }
 
-std::optional<QString> wholeFlag(const std::optional<QString>& code) {
-    constexpr qsizetype length = 2;
-    return code && code->size() == length ? code : std::nullopt;
+// Indoor volleyball is played to three won sets.
+std::int64_t usualNumberOfSets(SportID sport) {
+    return sport == SportID::volleyball ? 5 : defaultNumberOfSets(sport);
+}
+
+std::string numberOfSetsKey(SportID sport) {
+    return "numberOfSets." + std::string(rawValue(sport));
+}
+
+std::optional<QString> countryCode(const std::optional<QString>& flag) {
+    const auto country = flag ? countryOf(*flag, Language::english) : std::nullopt;
+    return country ? std::optional(country->code) : std::nullopt;
 }
 
 // Without what the form keeps in case the user changes the format back, such as partners in singles.
 TeamConfig confirmed(const TeamConfig& team, MatchFormat format) {
     TeamConfig result;
     result.player1 = team.player1.trimmed();
-    result.flag1 = wholeFlag(team.flag1);
+    result.flag1 = countryCode(team.flag1);
     if (format == MatchFormat::doubles && isFilled(team.player2)) {
         result.player2 = team.player2->trimmed();
-        result.flag2 = wholeFlag(team.flag2);
+        result.flag2 = countryCode(team.flag2);
     }
     return result;
 }
@@ -43,7 +54,7 @@ MatchConfig matchIn(SportID sport, MatchConfig match) {
     if (!supportsDoubles(sport))
         match.format = MatchFormat::singles;
     if (!offersSets(sport, match.numberOfSets))
-        match.numberOfSets = defaultNumberOfSets(sport);
+        match.numberOfSets = usualNumberOfSets(sport);
     return match;
 }
 
@@ -77,10 +88,14 @@ L10nKey sportName(SportID sport) {
     Q_UNREACHABLE();
 }
 
+bool isTeamSport(SportID sport) {
+    return sport == SportID::volleyball;
+}
+
 MatchConfig emptyMatch(SportID sport) {
     MatchConfig match;
     match.sport = sport;
-    match.numberOfSets = defaultNumberOfSets(sport);
+    match.numberOfSets = usualNumberOfSets(sport);
     return match;
 }
 
@@ -108,7 +123,16 @@ void WizardFlow::followSession() {
 void WizardFlow::readSession() {
     const auto& match = m_context.state.matchConfig.value();
     m_draft = match ? withinLimits(*match) : emptyMatch(m_context.state.selectedSport);
+    if (!match)
+        m_draft.numberOfSets = firstNumberOfSets(m_draft.sport);
     Q_EMIT draftReplaced();
+}
+
+// The one that the user confirmed last in this sport, else the usual one.
+std::int64_t WizardFlow::firstNumberOfSets(SportID sport) const {
+    const std::int64_t last =
+        Preferences::remembered(m_context.defaults, numberOfSetsKey(sport)).toLongLong();
+    return offersSets(sport, last) ? last : usualNumberOfSets(sport);
 }
 
 bool WizardFlow::pickSport(SportID sport, QWidget* window) {
@@ -135,6 +159,8 @@ bool WizardFlow::pickSport(SportID sport, QWidget* window) {
     m_draft = matchIn(sport, m_draft);
     if (const auto match = state.matchConfig.value())
         state.matchConfig = matchIn(sport, *match);
+    else
+        m_draft.numberOfSets = firstNumberOfSets(sport);
     state.selectedSport = sport;
     state.save();
     Q_EMIT draftReplaced();
@@ -171,6 +197,8 @@ void WizardFlow::confirmMatch() {
     match.team2 = confirmed(m_draft.team2, m_draft.format);
     m_context.state.matchConfig = match;
     m_context.state.save();
+    Preferences::remember(m_context.defaults, numberOfSetsKey(match.sport),
+                          QByteArray::number(static_cast<qlonglong>(match.numberOfSets)));
 }
 
 void WizardFlow::openEditor() {

@@ -14,7 +14,10 @@ inline constexpr std::array wizardScreens{Screen::sport, Screen::scoreboard, Scr
 
 L10nKey sportName(SportID sport);
 
-/// A match without names, with the defaults of the sport.
+/// True when a side of the sport is a team, which has a name of its own.
+bool isTeamSport(SportID sport);
+
+/// A match without names, with what is usual in the sport.
 MatchConfig emptyMatch(SportID sport);
 
 /// True when both names are entered, in doubles all four.
@@ -59,6 +62,7 @@ Q_SIGNALS:
 
 private:
     void followSession();
+    std::int64_t firstNumberOfSets(SportID sport) const;
     bool losesScores(SportID sport) const;
     bool confirmsLossOfScores(SportID sport, QWidget* window) const;
 

@@ -33,7 +33,9 @@ WizardPage::WizardPage(const UiContext& context, WizardFlow& flow, L10nKey title
                        QWidget* parent)
     : QWidget(parent)
     , m_context(context)
-    , m_flow(flow) {
+    , m_flow(flow)
+    , m_subtitle(subtitle)
+    , m_subtitleLabel(Controls::label(Controls::TextRole::body, this)) {
     constexpr int widest = 1240;
     constexpr int columnStretch = 1000; // the sides get what the column cannot use
     auto* inner = new QWidget(this);
@@ -49,19 +51,23 @@ WizardPage::WizardPage(const UiContext& context, WizardFlow& flow, L10nKey title
     m_column->setSpacing(Space::l);
 
     QLabel* titleLabel = Controls::label(Controls::TextRole::title, this);
-    QLabel* subtitleLabel = Controls::label(Controls::TextRole::body, this);
-    subtitleLabel->setProperty("role", QStringLiteral("quiet"));
-    subtitleLabel->setWordWrap(true);
+    m_subtitleLabel->setProperty("role", QStringLiteral("quiet"));
+    m_subtitleLabel->setWordWrap(true);
     auto* header = new QVBoxLayout;
     header->setContentsMargins(cardMargin, 0, cardMargin, 0);
     header->setSpacing(Space::xs);
     header->addWidget(titleLabel);
-    header->addWidget(subtitleLabel);
+    header->addWidget(m_subtitleLabel);
     m_column->addLayout(header);
-    m_bindings.watch(context.state.language, [context, titleLabel, subtitleLabel, title, subtitle] {
-        titleLabel->setText(context.text(title));
-        subtitleLabel->setText(context.text(subtitle));
+    m_bindings.watch(context.state.language, [this, titleLabel, title] {
+        titleLabel->setText(m_context.text(title));
+        setSubtitle(m_subtitle);
     });
+}
+
+void WizardPage::setSubtitle(L10nKey subtitle) {
+    m_subtitle = subtitle;
+    m_subtitleLabel->setText(m_context.text(subtitle));
 }
 
 QScrollArea* WizardPage::addScrolled(QWidget* content) {

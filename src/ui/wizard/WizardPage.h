@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class QScrollArea;
 class QVBoxLayout;
 
@@ -35,6 +36,8 @@ Q_SIGNALS:
 protected:
     WizardPage(const UiContext& context, WizardFlow& flow, L10nKey title, L10nKey subtitle, QWidget* parent);
 
+    void setSubtitle(L10nKey subtitle);
+
     /// Adds `content` in a scroll area, which takes the rest of the height.
     QScrollArea* addScrolled(QWidget* content);
 
@@ -45,6 +48,10 @@ protected:
     WizardFlow& m_flow;
     QVBoxLayout* m_column;
     Bindings m_bindings;
+
+private:
+    L10nKey m_subtitle;
+    QLabel* m_subtitleLabel;
 };
 
 }

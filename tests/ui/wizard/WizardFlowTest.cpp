@@ -86,13 +86,15 @@ TEST_F(WizardFlowTest, ConfirmingKeepsMarkersOfAnotherLengthAndLeavesOutWhatSing
     draft.format = MatchFormat::singles;
     draft.numberOfSets = 5;
     draft.team1.player1 = QStringLiteral("  Dravnik ");
-    draft.team1.flag1 = QStringLiteral("F");
+    draft.team1.flag1 = QStringLiteral("ZQ"); // no country
+    draft.team2.flag1 = QStringLiteral("UK");
     flow.setDraft(draft);
     flow.confirmMatch();
 
     const MatchConfig match = *screen.state.matchConfig.value();
     EXPECT_EQ(match.numberOfSets, 5);
     EXPECT_EQ(match.team1, (TeamConfig{QStringLiteral("Dravnik"), {}, {}, {}}));
+    EXPECT_EQ(match.team2.flag1, QStringLiteral("GB"));
     EXPECT_EQ(screen.state.markers.value().size(), 1U);
     EXPECT_EQ(flow.draft().team1.player2, QStringLiteral("Albaret")) << "kept for a change of mind";
 }
@@ -104,6 +106,22 @@ TEST_F(WizardFlowTest, NewSessionBeginsWithAnEmptyMatch) {
     flow.setDraft(draft);
     screen.state.reset();
     EXPECT_EQ(flow.draft(), emptyMatch(SportID::tennis));
+}
+
+TEST_F(WizardFlowTest, ANewMatchHasTheNumberOfSetsOfTheLastOneInItsSport) {
+    screen.state.matchConfig = std::nullopt;
+    ASSERT_TRUE(flow.pickSport(SportID::volleyball, nullptr));
+    EXPECT_EQ(flow.draft().numberOfSets, 5) << "indoors";
+    MatchConfig beach = flow.draft();
+    beach.team1.player1 = QStringLiteral("Ana");
+    beach.team2.player1 = QStringLiteral("Eva");
+    beach.numberOfSets = 3;
+    flow.setDraft(beach);
+    flow.confirmMatch();
+    screen.state.reset();
+    EXPECT_EQ(flow.draft().numberOfSets, 1) << "tennis";
+    ASSERT_TRUE(flow.pickSport(SportID::volleyball, nullptr));
+    EXPECT_EQ(flow.draft().numberOfSets, 3);
 }
 
 TEST_F(WizardFlowTest, StepsAreReachedInOrder) {

@@ -2,14 +2,16 @@
 #include "ui/support/ScreenContext.h"
 #include "ui/wizard/BoardPanel.h"
 #include "ui/wizard/DropTarget.h"
+#include "ui/wizard/FlagField.h"
 #include "ui/wizard/PickerGrid.h"
 #include "ui/wizard/StepBar.h"
-#include "ui/wizard/TeamForm.h"
 #include "ui/wizard/TemplatePage.h"
 #include "ui/wizard/VideoPage.h"
 #include "ui/wizard/WizardView.h"
 
 #include <gtest/gtest.h>
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -97,6 +99,7 @@ TEST_F(WizardTest, KeysAloneLeadFromTheSportToTheEditor) {
     type(QStringLiteral("Ana"));
     press(Qt::Key_Tab);
     type(QStringLiteral("pt"));
+    QTest::keyClick(view.findChild<FlagField*>()->completer()->popup(), Qt::Key_Return); // takes the country
     press(Qt::Key_Return); // a name is missing: goes there
     EXPECT_EQ(screen.state.step, Screen::match);
     type(QStringLiteral("Eva"));
@@ -153,16 +156,63 @@ TEST_F(WizardTest, ACountOfSetsThatNoSportHasStaysANumberOfSets) {
     EXPECT_EQ(screen.state.matchConfig.value()->numberOfSets, 99);
 }
 
-TEST_F(WizardTest, FlagFieldTakesTwoLettersAndShowsTheirFlag) {
+TEST_F(WizardTest, ACountryIsFoundByWhatUsersCallIt) {
     enterMatch();
     auto* flag = view.findChild<FlagField*>();
+    const auto typeInto = [&](const char* text) {
+        flag->setFocus();
+        flag->selectAll();
+        type(QString::fromUtf8(text));
+        QWidget* list = flag->completer()->popup(); // has the keys while it is shown
+        QTest::keyClick(list->isVisible() ? list : flag, Qt::Key_Tab);
+        return flag->text().toStdString();
+    };
+    EXPECT_EQ(typeInto("uk"), "United Kingdom");
+    EXPECT_EQ(flag->code(), QStringLiteral("GB"));
+    EXPECT_EQ(typeInto("ger"), "Germany");
+    EXPECT_EQ(flag->findChild<QLabel*>()->text(), QString::fromUtf8("🇩🇪"));
+    screen.state.language = Language::german;
+    EXPECT_EQ(flag->text(), QStringLiteral("Deutschland"));
+    EXPECT_EQ(typeInto("osterr"), "Österreich");
+    EXPECT_EQ(typeInto("se"), "Schweden");
+
+    EXPECT_EQ(typeInto("qqq"), "qqq");
+    EXPECT_EQ(flag->code(), std::nullopt);
+    EXPECT_EQ(visibleTexts().filter(QStringLiteral("qqq")),
+              QStringList{QStringLiteral("Zu „qqq“ ist keine Flagge bekannt.")});
+}
+
+TEST_F(WizardTest, TheListOfCountriesIsChosenFromByKeys) {
+    enterMatch();
+    auto* flag = view.findChild<FlagField*>();
+    auto* list = flag->completer()->popup();
     flag->setFocus();
-    type(QStringLiteral("1f-"));
-    EXPECT_EQ(flag->text(), QStringLiteral("F"));
-    EXPECT_EQ(flag->findChild<QLabel*>()->text(), QString());
-    type(QStringLiteral("rx"));
-    EXPECT_EQ(flag->text(), QStringLiteral("FR"));
-    EXPECT_EQ(flag->findChild<QLabel*>()->text(), QString::fromUtf8("🇫🇷"));
+    type(QStringLiteral("ge"));
+    ASSERT_TRUE(list->isVisible());
+    EXPECT_EQ(flag->code(), QStringLiteral("GE"));
+    type(QStringLiteral("r"));
+    EXPECT_EQ(list->model()->rowCount(), 1);
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_FALSE(list->isVisible());
+    EXPECT_EQ(flag->text(), QStringLiteral("Germany"));
+    EXPECT_TRUE(flag->hasFocus()) << "the next Enter goes on";
+
+    flag->clear();
+    press(Qt::Key_Down);
+    EXPECT_GT(list->model()->rowCount(), 190);
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(flag->code(), QStringLiteral("AF"));
+}
+
+TEST_F(WizardTest, TeamSportsAskForTeams) {
+    ASSERT_TRUE(shown<PickerCard>()[2]->text() == QStringLiteral("Volleyball"));
+    QTest::mouseClick(shown<PickerCard>()[2], Qt::LeftButton);
+    screen.state.selectedTemplate = TemplateID::volleyArena;
+    screen.state.step = Screen::match;
+    for (const QString& text : visibleTexts())
+        EXPECT_FALSE(text.contains(QStringLiteral("player"), Qt::CaseInsensitive)) << text.toStdString();
+    EXPECT_TRUE(button(L10nKey::bestOf5)->isChecked());
 }
 
 TEST_F(WizardTest, BoardFollowsEveryKey) {
