@@ -88,56 +88,81 @@ quint32 trackNumber(QFile& file, qint64 trackHeader) {
     return header.size() < at + 4 ? 0 : qFromBigEndian<quint32>(header.constData() + at);
 }
 
-/// FFmpeg 5 counts a billion steps for each run of samples in a fragment, without asking whether it should
-/// stop, when any track has no number or one above 2^31.
-bool wouldHang(QFile& file, qint64 movie, qint64 end) {
+struct Movie {
     bool isFragmented = false;
-    bool areNumbered = true;
-    forEachBox(file, movie, end, [&](const QByteArray& type, qint64 content, qint64 boxEnd) {
-        isFragmented = isFragmented || type == "mvex";
+    bool hasNumbers = true; // its tracks
+};
+
+Movie readMovie(QFile& file, qint64 content, qint64 end) {
+    Movie movie;
+    forEachBox(file, content, end, [&](const QByteArray& type, qint64 track, qint64 trackEnd) {
+        movie.isFragmented = movie.isFragmented || type == "mvex";
         if (type != "trak")
             return;
         quint32 number = 0;
-        forEachBox(file, content, boxEnd, [&](const QByteArray& inner, qint64 innerContent, qint64) {
+        forEachBox(file, track, trackEnd, [&](const QByteArray& inner, qint64 header, qint64) {
             if (inner == "tkhd")
-                number = trackNumber(file, innerContent);
+                number = trackNumber(file, header);
         });
-        areNumbered = areNumbered && number != 0 && std::in_range<int>(number);
+        movie.hasNumbers = movie.hasNumbers && number != 0 && std::in_range<int>(number);
     });
-    return isFragmented && !areNumbered;
+    return movie;
+}
+
+/// True when a run of samples of a fragment (ISO/IEC 14496-12, 8.8.8) declares more of them than the file has
+/// bytes: FFmpeg takes memory for each.
+bool declaresTooManySamples(QFile& file, qint64 fragment, qint64 end) {
+    bool tooMany = false;
+    forEachBox(file, fragment, end, [&](const QByteArray& type, qint64 track, qint64 trackEnd) {
+        if (type != "traf")
+            return;
+        forEachBox(file, track, trackEnd, [&](const QByteArray& inner, qint64 run, qint64) {
+            file.seek(run + 4); // after version and flags
+            const QByteArray count = inner == "trun" ? file.read(4) : QByteArray();
+            tooMany =
+                tooMany || (count.size() == 4 && qFromBigEndian<quint32>(count.constData()) > file.size());
+        });
+    });
+    return tooMany;
 }
 
 struct BoxScan {
     bool looksLikeMovie = false; // begins with a box that MP4 and MOV files begin with
     bool hasIndex = false;       // a movie box ("moov") is there, even if cut off
-    bool damaged = false;        // a box has a size that cannot be, or a track no number
+    bool damaged = false;        // a box has a size that cannot be, or FFmpeg would take too long for it
 };
 
-/// Reads only the headers of the boxes (ISO/IEC 14496-12, 4.2) and the numbers of the tracks. A file that
-/// cannot be opened looks like no movie.
+/// Reads only the headers of the boxes (ISO/IEC 14496-12, 4.2), the numbers of the tracks and those of
+/// samples. A file that cannot be opened looks like no movie.
 BoxScan scanBoxes(const QString& path) {
     BoxScan result;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return result;
+    Movie movie;
     qint64 position = 0;
-    for (int i = 0; i < mostBoxes && position < file.size(); ++i) {
-        if (!file.seek(position))
-            break;
+    for (int i = 0; i < mostBoxes && position < file.size() && file.seek(position); ++i) {
         const Box box = readBox(file);
         if (i == 0)
             result.looksLikeMovie =
                 std::ranges::find(firstBoxTypes, box.type.toStdString()) != firstBoxTypes.end();
-        result.hasIndex = box.type == "moov";
-        result.damaged = box.size != 0 && box.size < 8;
-        if (result.hasIndex && !result.damaged) {
-            const qint64 rest = file.size() - position;
-            const qint64 end = position + (box.size == 0 ? rest : std::min(rest, box.size));
-            result.damaged = wouldHang(file, file.pos(), end);
-        }
-        if (!result.looksLikeMovie || result.hasIndex || result.damaged || box.size == 0)
+        // After the index of a fragmented movie, trouble with a box is where the recording was cut short.
+        const bool isBad = box.size != 0 && box.size < 8;
+        result.damaged = isBad && !result.hasIndex;
+        if (!result.looksLikeMovie || isBad)
             break;
-        if (box.size > file.size() - position)
+        const qint64 content = file.pos();
+        const qint64 rest = file.size() - position;
+        const qint64 end = position + (box.size == 0 ? rest : std::min(rest, box.size));
+        if (box.type == "moov") {
+            result.hasIndex = true;
+            movie = readMovie(file, content, end);
+            // FFmpeg 5 counts a billion steps for each run of samples, without asking whether it should stop.
+            result.damaged = movie.isFragmented && !movie.hasNumbers;
+        } else if (box.type == "moof") {
+            result.damaged = declaresTooManySamples(file, content, end);
+        }
+        if (result.damaged || (result.hasIndex && !movie.isFragmented) || box.size == 0 || box.size > rest)
             break;
         position += box.size;
     }

@@ -116,6 +116,18 @@ TEST(Opening, AFragmentedMovieWithoutTrackNumbersIsRefused) {
         EXPECT_THAT(openingError(folder.write(QStringLiteral("changed.mp4"), content)), HasSubstr("damaged"));
 }
 
+// FFmpeg takes 56 bytes of memory for each.
+TEST(Opening, AFragmentWithMoreSamplesThanTheFileHasBytesIsRefused) {
+    const ClipFolder folder;
+    QByteArray clip = readFile(folder.make(QStringLiteral("fragments.mp4"),
+                                           "-f lavfi -i testsrc2=s=64x48:r=25:d=0.4 -c:v libx264 -g 5 "
+                                           "-movflags +frag_keyframe+empty_moov"));
+    const qsizetype run = clip.lastIndexOf("trun");
+    ASSERT_GT(run, 0);
+    clip.replace(run + 4, 8, QByteArray::fromHex("0000000001350000"));
+    EXPECT_THAT(openingError(folder.write(QStringLiteral("changed.mp4"), clip)), HasSubstr("damaged"));
+}
+
 TEST(Opening, FaultsAreToldApart) {
     const ClipFolder folder;
     const auto errorOf = [](const QString& path) {
