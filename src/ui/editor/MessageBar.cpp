@@ -31,6 +31,8 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     head->addWidget(m_icon, 0, Qt::AlignTop);
     head->addLayout(words, 1);
     head->addWidget(m_close, 0, Qt::AlignTop);
+    for (QPushButton* action : {m_firstAction, m_secondAction})
+        action->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the editor
     auto* actions = new QHBoxLayout;
     actions->setSpacing(Space::s);
     actions->addStretch(1);

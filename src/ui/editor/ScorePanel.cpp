@@ -8,6 +8,7 @@
 #include "ui/style/Tokens.h"
 
 #include <QScrollBar>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace pointloom {
@@ -50,6 +51,12 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     connect(m_editor, &ScoreEditor::scoreEdited, this, &ScorePanel::storeScore);
     connect(m_label, &QLineEdit::editingFinished, this, &ScorePanel::storeLabel);
     connect(m_label, &QLineEdit::returnPressed, m_label, &QWidget::clearFocus);
+    const auto* forget = new QShortcut(Qt::Key_Escape, m_label, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(forget, &QShortcut::activated, this, [this] {
+        const Marker* marker = EditorCommands::selectedMarker(m_context.state);
+        m_label->setText(marker ? marker->label.value_or(QString()) : QString());
+        m_label->clearFocus();
+    });
     connect(m_swap, &QToolButton::clicked, this, [this] { storeScore(withServeSwapped(m_editor->score())); });
     connect(m_remove, &QToolButton::clicked, this, &ScorePanel::removeShown);
     AppState& state = m_context.state;

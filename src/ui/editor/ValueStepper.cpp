@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <QAccessible>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <utility>
 
@@ -16,12 +17,16 @@ namespace {
 constexpr int iconSide = 12;
 constexpr int widestButton = 22;
 
+bool endsEditing(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
+}
+
 }
 
 ValueStepper::ValueStepper(Kind kind, QWidget* parent)
     : QWidget(parent)
     , m_kind(std::move(kind)) {
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus); // a click on a button leaves the keys with the editor
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
@@ -112,7 +117,7 @@ bool ValueStepper::isOurKey(int key) const {
         return true;
     const bool isDigit = key >= Qt::Key_0 && key <= Qt::Key_9;
     return isDigit || key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Backspace ||
-           key == Qt::Key_Delete || key == Qt::Key_Escape;
+           key == Qt::Key_Delete || endsEditing(key);
 }
 
 bool ValueStepper::event(QEvent* event) {
@@ -133,7 +138,7 @@ void ValueStepper::keyPressEvent(QKeyEvent* event) {
         QWidget::keyPressEvent(event);
         return;
     }
-    if (key == Qt::Key_Escape)
+    if (endsEditing(key))
         clearFocus();
     else if (key == Qt::Key_Up || key == Qt::Key_Down)
         step(key == Qt::Key_Up ? 1 : -1);
@@ -147,8 +152,12 @@ void ValueStepper::keyPressEvent(QKeyEvent* event) {
 }
 
 void ValueStepper::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
     const Part part = partAt(event->position());
-    if (event->button() == Qt::LeftButton && part != Part::none)
+    if (part == Part::none)
+        setFocus(Qt::MouseFocusReason);
+    else
         step(part == Part::more ? 1 : -1);
 }
 
@@ -190,7 +199,13 @@ void ValueStepper::paintEvent(QPaintEvent*) {
         painter.drawPixmap(corner.toPoint(), Icons::pixmap(icon, iconSide, color, devicePixelRatioF()));
     }
     painter.setFont(strongFont(font()));
-    painter.setPen(m_value ? colors.text : colors.quietText);
+    if (hasFocus()) {
+        const double button = rectOf(Part::less).width();
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colors.accent);
+        painter.drawRoundedRect(field.adjusted(button, 4, -button, -4), 3, 3);
+    }
+    painter.setPen(hasFocus() ? colors.onAccent : m_value ? colors.text : colors.quietText);
     painter.drawText(rect(), Qt::AlignCenter, text());
 }
 

@@ -9,8 +9,9 @@
 
 namespace pointloom {
 
-/// Up and Down step, digits enter the number, Backspace removes a digit. A value outside the range is shown
-/// unchanged.
+/// Up and Down step, digits enter the number, Backspace removes a digit. It takes keys while its value is
+/// marked, after a click on the value or by Tab; Enter and Escape end that. A value outside the range is
+/// shown unchanged.
 class ValueStepper : public QWidget {
     Q_OBJECT
 
