@@ -1,5 +1,7 @@
 #include "app/AppCommands.h"
 
+#include "ui/common/CommandMenu.h"
+
 #include <QApplication>
 #include <QMenuBar>
 
@@ -28,6 +30,19 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
     edit.addSeparator();
     add(edit, Command::showPreferences, &CommandBridge::showPreferences)
         ->setMenuRole(QAction::PreferencesRole);
+
+    QMenu& view = addMenu(menuBar, L10nKey::commandViewMenu);
+    addInEditor(view, {Command::zoomIn, Command::zoomOut, Command::zoomToFit});
+    view.addSeparator();
+    addInEditor(view, {Command::previewFrame});
+
+    QMenu& playback = addMenu(menuBar, L10nKey::commandPlaybackMenu);
+    addInEditor(playback, {Command::playPause, Command::playFaster, Command::jumpBack});
+    playback.addSeparator();
+    addInEditor(playback, {Command::goToTime, Command::goToStart, Command::goToEnd});
+    playback.addSeparator();
+    addInEditor(playback,
+                {Command::frameBack, Command::frameForward, Command::previousMarker, Command::nextMarker});
 
     QMenu& help = addMenu(menuBar, L10nKey::commandHelpMenu);
     add(help, Command::showHelp, &CommandBridge::showHelp);
@@ -64,6 +79,23 @@ QAction* AppCommands::add(QMenu& menu, Command command, std::function<void()> ru
 
 QAction* AppCommands::add(QMenu& menu, Command command, BridgeAction action) {
     return add(menu, command, [&bridge = m_bridge, action] { CommandBridge::call(bridge.*action); });
+}
+
+// The editor handles the keys itself, so that text fields keep theirs.
+void AppCommands::addInEditor(QMenu& menu, std::initializer_list<Command> commands) {
+    for (const Command command : commands) {
+        QAction* action = menu.addAction(QString());
+        QObject::connect(action, &QAction::triggered, action, [&bridge = m_bridge, command] {
+            if (bridge.runInEditor)
+                bridge.runInEditor(command);
+        });
+        m_bindings.watchAll(
+            [this, action, command] {
+                action->setText(entryText(m_context, command));
+                action->setEnabled(m_context.state.step == Screen::editor);
+            },
+            m_context.state.language, m_context.state.step);
+    }
 }
 
 // "Undo Add Marker", disabled when there is no step.

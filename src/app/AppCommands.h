@@ -5,6 +5,7 @@
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
 
+#include <initializer_list>
 #include <QAction>
 
 class QMenu;
@@ -29,6 +30,7 @@ private:
     QAction* addUntitled(QMenu& menu, Command command, std::function<void()> run);
     QAction* add(QMenu& menu, Command command, std::function<void()> run);
     QAction* add(QMenu& menu, Command command, BridgeAction action);
+    void addInEditor(QMenu& menu, std::initializer_list<Command> commands);
     void addUndo(QMenu& menu, Command command, L10nKey withName, QBindable<bool> isPossible,
                  QBindable<std::optional<L10nKey>> name, void (UndoStack::*run)());
 

@@ -1,6 +1,8 @@
 // Actions of the menu commands, filled in by the window's content.
 #pragma once
 
+#include "ui/common/Commands.h"
+
 #include <functional>
 
 namespace pointloom {
@@ -26,6 +28,7 @@ public:
     Action showAbout;
     Action downloadSampleCSV;
     Action showPreferences;
+    std::function<void(Command)> runInEditor; // for commands of the group `editor`
 
     static void call(const Action& action) {
         if (action)

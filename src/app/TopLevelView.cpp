@@ -95,6 +95,10 @@ void TopLevelView::fillBridge() {
     m_bridge.showAbout = [this] { showAboutSheet = true; };
     m_bridge.downloadSampleCSV = [this] { m_documents.downloadSampleCSV(); };
     m_bridge.showPreferences = [this] { showPreferencesSheet = true; };
+    m_bridge.runInEditor = [this](Command command) {
+        if (m_editor && m_context.state.step == Screen::editor)
+            m_editor->run(command);
+    };
 }
 
 void TopLevelView::route() {

@@ -34,8 +34,31 @@ TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
               "New Session|Open Project…|Open Recent|Open Video…|-|Save Project|Save Project As…|"
               "Export Video…|-|Quit");
     EXPECT_EQ(titlesIn(QStringLiteral("&Edit")).join(u'|').toStdString(), "Undo|Redo|-|Preferences…");
+    EXPECT_EQ(titlesIn(QStringLiteral("&View")).join(u'|').toStdString(),
+              "Zoom In\tCtrl++|Zoom Out\tCtrl+-|Show the Whole Clip\tCtrl+0|-|Preview Frame");
+    EXPECT_EQ(titlesIn(QStringLiteral("&Playback")).join(u'|').toStdString(),
+              "Play/Pause\tSpace|Play Faster\tL|Back 5 Seconds\tJ|-|Go to Time…\tG|Go to Start\tHome|"
+              "Go to End\tEnd|-|One Frame Back\t←|One Frame Forward\t→|Previous Marker\t↑|Next Marker\t↓");
     EXPECT_EQ(titlesIn(QStringLiteral("&Help")).join(u'|').toStdString(),
               "Help…|Download Sample CSV…|-|About Pointloom|Licence…");
+}
+
+TEST_F(MenuTest, PlaybackAndViewAreForTheEditor) {
+    choose(QStringLiteral("Go to End")); // there is no editor yet
+    EXPECT_FALSE(action(QStringLiteral("Zoom In")).isEnabled());
+    configure();
+    state->videoDuration = 10;
+    state->step = Screen::editor;
+    choose(QStringLiteral("Go to End"));
+    EXPECT_EQ(state->currentTime.value(), 10);
+    choose(QStringLiteral("Previous Marker"));
+    EXPECT_EQ(state->currentTime.value(), 2);
+    state->language = Language::german;
+    choose(QStringLiteral("Zum Anfang"));
+    EXPECT_EQ(state->currentTime.value(), 0);
+    state->step = Screen::video;
+    choose(QStringLiteral("Zum Ende"));
+    EXPECT_EQ(state->currentTime.value(), 0);
 }
 
 TEST_F(MenuTest, TitlesFollowTheLanguageAtOnce) {

@@ -38,7 +38,7 @@ void Shell::start() {
 QAction& Shell::action(const QString& title) {
     for (QMenu* menu : window->menuBar()->findChildren<QMenu*>()) {
         for (QAction* candidate : menu->actions()) {
-            if (candidate->text() == title)
+            if (candidate->text().section(u'\t', 0, 0) == title) // what follows is its key
                 return *candidate;
         }
     }

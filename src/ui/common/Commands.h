@@ -26,6 +26,7 @@ enum class Command {
     playFaster,
     goToStart,
     goToEnd,
+    goToTime,
     addMarker,
     pointFirst,
     pointSecond,
@@ -42,6 +43,10 @@ enum class Command {
     zoomIn,
     zoomOut,
     zoomToFit,
+    previewFrame,
+    editNames,
+    resetScoreboardPlace,
+    resetScoreboardSize,
     undo,
     redo,
     newSession,
@@ -59,15 +64,15 @@ enum class Command {
 };
 
 enum class CommandGroup {
-    editor, // keys of the editor, whichever of its parts has the focus
-    menu,   // entries of the menus, with shortcuts of the window
+    editor, // of the editor, with keys that work whichever of its parts has the focus
+    menu,   // of the window, with shortcuts that work on every screen
 };
 
 struct CommandRow {
     Command id;
     CommandGroup group = CommandGroup::menu;
     std::optional<L10nKey> does{};         // for lists of keys; neighbours with the same text share a line
-    std::optional<L10nKey> title{};        // in the menu
+    std::optional<L10nKey> title{};        // in menus
     std::array<QKeyCombination, 2> keys{}; // by default; those left out are `Qt::Key_unknown`
     std::array<QKeyCombination, 2> hiddenKeys{}; // the same on other keyboards; not listed
     std::optional<L10nKey> fixedKeys{};          // names keys of a widget that cannot be chosen

@@ -48,7 +48,11 @@ QString gameText(const SportScoreState& score) {
 }
 
 QString setsText(const SportScoreState& score) {
-    return begunSets(score, u'–').join(QStringLiteral("  "));
+    return setTexts(score).join(QStringLiteral("  "));
+}
+
+QStringList setTexts(const SportScoreState& score) {
+    return begunSets(score, u'–');
 }
 
 ShortScore shortScore(const SportScoreState& score) {

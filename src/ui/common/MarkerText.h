@@ -15,6 +15,8 @@ QString gameText(const SportScoreState& score);
 /// "6–4  2–1", the sets up to the last one that has begun, the loser's tie-break in brackets; empty before
 /// the first game.
 QString setsText(const SportScoreState& score);
+/// The same, each set by itself.
+QStringList setTexts(const SportScoreState& score);
 
 /// A score in as few characters as it can be read in.
 struct ShortScore {

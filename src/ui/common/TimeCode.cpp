@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <QRegularExpression>
 
 namespace pointloom {
 
@@ -44,6 +45,19 @@ QString shortTime(double seconds, bool hundredths) {
     if (hundredths)
         text += u'.' + twoDigits(parts.hundredths);
     return text;
+}
+
+std::optional<double> typedTime(const QString& text) {
+    static const QRegularExpression form(
+        QStringLiteral(R"(^(?:(?:(\d{1,4}):)?(\d{1,6}):)?(\d{1,9})(?:[.,](\d{0,9}))?$)"));
+    const auto parts = form.match(text.trimmed());
+    const int minutes = parts.captured(2).toInt();
+    const double seconds = (parts.captured(3) + u'.' + parts.captured(4)).toDouble();
+    const bool isOverfull =
+        (parts.hasCaptured(1) && minutes >= 60) || (parts.hasCaptured(2) && seconds >= 60);
+    if (!parts.hasMatch() || isOverfull)
+        return std::nullopt;
+    return parts.captured(1).toInt() * 3600.0 + minutes * 60.0 + seconds;
 }
 
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <QScopedValueRollback>
+#include <utility>
 
 namespace pointloom {
 
@@ -21,6 +22,8 @@ EditorPlayback::EditorPlayback(const UiContext& context, QObject* parent)
     m_bindings.watch(state.currentTime, [this] { followSession(); });
     m_bindings.watch(state.isPlaying, [this] {
         const bool playing = m_context.state.isPlaying;
+        if (!playing)
+            applySpeed(m_chosenSpeed);
         if (m_isPublishing || !m_player || m_player->isPlaying() == playing)
             return;
         playing ? m_player->play() : m_player->pause();
@@ -30,7 +33,10 @@ EditorPlayback::EditorPlayback(const UiContext& context, QObject* parent)
 EditorPlayback::~EditorPlayback() = default;
 
 void EditorPlayback::start() {
-    m_bindings.watch(m_context.state.videoURL, [this] { openVideo(); });
+    m_bindings.watch(m_context.state.videoURL, [this] {
+        setSpeed(1);
+        openVideo();
+    });
 }
 
 double EditorPlayback::frameDuration() const {
@@ -162,11 +168,25 @@ void EditorPlayback::stepFrames(int frames) {
         frames > 0 ? m_player->stepForward() : m_player->stepBackward();
 }
 
+void EditorPlayback::playFaster() {
+    if (m_context.state.isPlaying)
+        applySpeed(m_speed < 1 ? 1 : m_speed * 2);
+    else
+        play();
+}
+
 void EditorPlayback::setSpeed(double speed) {
-    m_speed = std::clamp(speed, playback::Player::minimumSpeed, playback::Player::maximumSpeed);
+    m_chosenSpeed = speed;
+    applySpeed(speed);
+}
+
+void EditorPlayback::applySpeed(double speed) {
+    const double possible = std::clamp(speed, playback::Player::minimumSpeed, playback::Player::maximumSpeed);
+    if (std::exchange(m_speed, possible) == possible)
+        return;
     if (m_player)
         m_player->setSpeed(m_speed);
-    Q_EMIT speedChanged(m_speed);
+    Q_EMIT speedChanged();
 }
 
 void EditorPlayback::setVolume(double volume) {

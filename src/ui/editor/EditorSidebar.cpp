@@ -59,6 +59,7 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     m_panel->chainTabs(m_markers, m_add);
 
     connect(m_markers, &MarkerListView::seekRequested, this, &EditorSidebar::seekRequested);
+    connect(m_markers, &MarkerListView::addMarkerRequested, this, &EditorSidebar::addMarkerRequested);
     connect(m_editInitial, &QToolButton::clicked, m_panel, &ScorePanel::editInitialScore);
     connect(&m_scoreboard, &LiveScoreboard::changed, this, &EditorSidebar::showLiveScore);
     showLiveScore();

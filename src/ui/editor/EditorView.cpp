@@ -5,18 +5,7 @@
 #include "ui/style/Tokens.h"
 
 #include <algorithm>
-#include <QAbstractButton>
-#include <QAbstractItemView>
-#include <QAbstractSlider>
-#include <QAbstractSpinBox>
-#include <QApplication>
-#include <QComboBox>
 #include <QHideEvent>
-#include <QKeyEvent>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QTextEdit>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -51,97 +40,6 @@ void rememberLength(UserDefaults& defaults, std::string_view key, std::optional<
         Preferences::remember(defaults, key, QByteArray::number(*length));
 }
 
-// The digits 1 and 2 by their place on the keyboard: with Shift, and on some keyboards without, their keys
-// write other characters.
-Qt::Key keyOf(const QKeyEvent& event) {
-    constexpr quint32 scanCodeOf1 = 10;
-    constexpr quint32 scanCodeOf2 = 11;
-    if (event.nativeScanCode() == scanCodeOf1 || event.key() == Qt::Key_Exclam)
-        return Qt::Key_1;
-    if (event.nativeScanCode() == scanCodeOf2 || event.key() == Qt::Key_At || event.key() == Qt::Key_QuoteDbl)
-        return Qt::Key_2;
-    return Qt::Key(event.key());
-}
-
-QKeyCombination pressed(const QKeyEvent& event) {
-    return QKeyCombination(event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier), keyOf(event));
-}
-
-template <class... Kinds>
-bool isAnyOf(const QWidget* widget) {
-    return (qobject_cast<const Kinds*>(widget) || ...);
-}
-
-bool keeps(QWidget* focus, const QKeyEvent& event) {
-    if (!focus)
-        return false;
-    if (isAnyOf<QLineEdit, QAbstractSpinBox, QTextEdit, QPlainTextEdit, QComboBox>(focus))
-        return true;
-    const int key = event.key();
-    if (isAnyOf<QAbstractButton>(focus))
-        return key == Qt::Key_Space;
-    if (isAnyOf<QAbstractSlider>(focus))
-        return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
-    if (isAnyOf<QAbstractItemView>(focus) && (key == Qt::Key_Up || key == Qt::Key_Down))
-        return true;
-    QKeyEvent question(QEvent::ShortcutOverride, key, event.modifiers(), event.text(), event.isAutoRepeat());
-    question.ignore();
-    QApplication::sendEvent(focus, &question);
-    return question.isAccepted();
-}
-
-// Handles the keys of the editor's commands, whichever of its parts has the focus.
-// A text field keeps all of its keys, and every other control those that it works with itself: a button
-// reached by Tab its Space, a slider and the marker list their arrows, and whatever accepts the key's
-// ShortcutOverride event.
-class EditorKeyFilter : public QObject {
-public:
-    // Keys of commands without an action are left to the widgets. A held key repeats the commands that say
-    // so. `keys` outlives the editor.
-    EditorKeyFilter(QWidget& editor, const CommandKeys& keys,
-                    std::map<Command, std::function<void()>> actions);
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
-private:
-    bool concernsEditor(const QWidget& receiver) const;
-
-    QPointer<QWidget> m_editor;
-    const CommandKeys& m_keys;
-    std::map<Command, std::function<void()>> m_actions;
-};
-
-EditorKeyFilter::EditorKeyFilter(QWidget& editor, const CommandKeys& keys,
-                                 std::map<Command, std::function<void()>> actions)
-    : QObject(&editor)
-    , m_editor(&editor)
-    , m_keys(keys)
-    , m_actions(std::move(actions)) {
-    qApp->installEventFilter(this);
-}
-
-bool EditorKeyFilter::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
-        return false;
-    if (!concernsEditor(*static_cast<QWidget*>(watched)))
-        return false;
-    const auto& key = *static_cast<QKeyEvent*>(event);
-    const CommandRow* command = m_keys.editorCommand(pressed(key));
-    const auto action = command ? m_actions.find(command->id) : m_actions.end();
-    if (action == m_actions.end() || keeps(QApplication::focusWidget(), key))
-        return false;
-    if (command->repeats || !key.isAutoRepeat())
-        action->second();
-    return true;
-}
-
-bool EditorKeyFilter::concernsEditor(const QWidget& receiver) const {
-    if (!m_editor || !m_editor->isVisible() || QApplication::activePopupWidget())
-        return false;
-    return &receiver == m_editor || &receiver == m_editor->window() || m_editor->isAncestorOf(&receiver);
-}
-
 }
 
 EditorView::EditorView(const UiContext& context, QWidget* parent)
@@ -153,7 +51,8 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     , m_timeline(new TimelineView(context, this))
     , m_sidebar(new EditorSidebar(context, this))
     , m_columns(makeSplitter(Qt::Horizontal, this))
-    , m_rows(makeSplitter(Qt::Vertical, this)) {
+    , m_rows(makeSplitter(Qt::Vertical, this))
+    , m_keys(new EditorKeys(*this, context.keys, actions())) {
     setProperty("background", QStringLiteral("window"));
     setAttribute(Qt::WA_StyledBackground);
     setFocusPolicy(Qt::ClickFocus); // a click beside every control gives the keys back to the editor
@@ -173,6 +72,8 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     connect(m_stage, &PictureStage::importRequested, this, &EditorView::importRequested);
     connect(&m_stage->overlay(), &ScoreboardOverlayView::picturePressed, this,
             [this] { setFocus(Qt::MouseFocusReason); });
+    connect(&m_stage->overlay(), &ScoreboardOverlayView::editNamesRequested, this,
+            &EditorView::editNamesRequested);
     connect(m_transport, &TransportBar::previewFrameRequested, this, &EditorView::previewFrameRequested);
     connect(m_timeline, &TimelineView::seekRequested, &m_playback, &EditorPlayback::seek);
     connect(m_timeline, &TimelineView::scrubbingChanged, this, &EditorView::holdWhileScrubbing);
@@ -181,7 +82,10 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
             [this] { EditorCommands::addMarker(m_context, shownFrame()); });
     connect(m_sidebar, &EditorSidebar::seekRequested, this,
             [this](double seconds) { m_playback.seek(seconds); });
-    new EditorKeyFilter(*this, context.keys, keyActions());
+    m_bindings.watch(context.state.isPlaying, [this] {
+        if (m_context.state.isPlaying)
+            m_keys->endTyping();
+    });
     m_playback.start();
 }
 
@@ -250,7 +154,7 @@ EditorCommands::ShownFrame EditorView::shownFrame() const {
     return {m_context.state.currentTime, m_playback.frameDuration()};
 }
 
-std::map<Command, std::function<void()>> EditorView::keyActions() {
+EditorKeys::Actions EditorView::actions() {
     using enum Command;
     const auto step = [this](Side side, StepDirection direction) {
         return
@@ -266,9 +170,10 @@ std::map<Command, std::function<void()>> EditorView::keyActions() {
         {nextMarker, [this] { goToNeighbour(EditorCommands::Neighbour::next); }},
         {jumpBack, [this] { m_playback.seekBy(-5); }},
         {pause, [this] { m_playback.pause(); }},
-        {playFaster, [this] { playFasterStill(); }},
+        {playFaster, [this] { m_playback.playFaster(); }},
         {goToStart, [this] { m_playback.seek(0); }},
         {goToEnd, [this] { m_playback.goToEnd(); }},
+        {goToTime, [this] { m_transport->typeTime(); }},
         {addMarker, [this] { EditorCommands::addMarker(m_context, shownFrame()); }},
         {pointFirst, step(Side::first, StepDirection::next)},
         {pointSecond, step(Side::second, StepDirection::next)},
@@ -279,9 +184,15 @@ std::map<Command, std::function<void()>> EditorView::keyActions() {
         {trimEnd, [this] { m_timeline->trimEndAtPlayhead(); }},
         {addCut, [this] { m_timeline->addCutAtPlayhead(); }},
         {deleteSelection, [this] { m_timeline->removeSelection(); }},
+        {renameMarker, [this] { m_sidebar->markers().renameSelected(); }},
         {zoomIn, [this] { m_timeline->zoomIn(); }},
         {zoomOut, [this] { m_timeline->zoomOut(); }},
         {zoomToFit, [this] { m_timeline->zoomToFit(); }},
+        {previewFrame,
+         [this] {
+             if (m_context.state.videoURL.value())
+                 Q_EMIT previewFrameRequested();
+         }},
     };
 }
 
@@ -302,13 +213,6 @@ void EditorView::goToNeighbour(EditorCommands::Neighbour which) {
     const double time = marker->startTime;
     m_context.state.selectedMarkerID = marker->id;
     m_playback.seek(time);
-}
-
-void EditorView::playFasterStill() {
-    if (m_context.state.isPlaying)
-        m_playback.setSpeed(m_playback.speed() < 1 ? 1 : m_playback.speed() * 2);
-    else
-        m_playback.play();
 }
 
 }

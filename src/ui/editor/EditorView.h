@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ui/editor/EditorCommands.h"
+#include "ui/editor/EditorKeys.h"
 #include "ui/editor/EditorPlayback.h"
 #include "ui/editor/EditorSidebar.h"
 #include "ui/editor/PictureStage.h"
@@ -27,6 +28,9 @@ public:
 
     void setHardwareDecoding(bool enabled) { m_playback.setHardwareDecoding(enabled); }
 
+    /// Carries out a command of the group `editor`.
+    void run(Command command) { m_keys->run(command); }
+
     /// Opens the session's video again, after the same file was imported a second time.
     void reloadVideo() { m_playback.reload(); }
 
@@ -36,6 +40,8 @@ Q_SIGNALS:
     void exportRequested();
     void previewFrameRequested();
     void importRequested();
+    /// The user wants to change the names of the match.
+    void editNamesRequested();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -48,9 +54,8 @@ private:
     void giveTimelineWhatThePictureLeaves();
     EditorCommands::ShownFrame shownFrame() const;
     void holdWhileScrubbing(bool isScrubbing);
-    std::map<Command, std::function<void()>> keyActions();
+    EditorKeys::Actions actions();
     void goToNeighbour(EditorCommands::Neighbour which);
-    void playFasterStill();
 
     UiContext m_context;
     EditorPlayback m_playback;
@@ -60,6 +65,8 @@ private:
     EditorSidebar* m_sidebar;
     QSplitter* m_columns;
     QSplitter* m_rows;
+    EditorKeys* m_keys;
+    Bindings m_bindings;
     bool m_resumes = false;              // playing when scrubbing began
     bool m_isArranged = false;           // sizes are chosen when it is first shown
     std::optional<int> m_sidebarWidth;   // points, when chosen by hand

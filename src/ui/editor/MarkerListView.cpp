@@ -1,9 +1,12 @@
 #include "ui/editor/MarkerListView.h"
 
+#include "ui/common/CommandMenu.h"
 #include "ui/common/MarkerText.h"
 #include "ui/common/TimeCode.h"
+#include "ui/editor/EditorCommands.h"
 #include "ui/style/Theme.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
@@ -32,36 +35,99 @@ public:
 private:
     struct Columns {
         QRect time;
-        QRect game;
-        QRect rest; // sets, then the label
+        QRect firstDot;
+        QRect first;
+        QRect dash;
+        QRect second;
+        QRect secondDot;
+        std::vector<QRect> sets;
+        QRect label;
+    };
+    struct Widths {
+        int side = 0; // of one side's points
+        std::vector<int> sets;
     };
     Columns columnsOf(const QStyleOptionViewItem& option) const;
+    const Widths& widths(const QFont& font) const;
 
     UiContext m_context;
     const MarkerListModel& m_model;
+    mutable std::optional<Widths> m_widths; // of the widest texts of all rows, until a marker changes
+    mutable QFont m_measured;
 };
+
+// Figures of equal width keep their columns.
+QFont timeFont(const QFont& font) {
+    QFont result = quietFont(font);
+    result.setKerning(false);
+    return result;
+}
+
+QFont gameFont(const QFont& font) {
+    QFont result = strongFont(font);
+    result.setKerning(false);
+    return result;
+}
 
 MarkerRowDelegate::MarkerRowDelegate(const UiContext& context, const MarkerListModel& model, QObject* parent)
     : QStyledItemDelegate(parent)
     , m_context(context)
-    , m_model(model) {}
+    , m_model(model) {
+    connect(&model, &QAbstractItemModel::rowsInserted, this, [this] { m_widths.reset(); });
+    connect(&model, &QAbstractItemModel::rowsRemoved, this, [this] { m_widths.reset(); });
+    connect(&model, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+                if (roles.isEmpty())
+                    m_widths.reset();
+            });
+}
+
+const MarkerRowDelegate::Widths& MarkerRowDelegate::widths(const QFont& font) const {
+    if (m_widths && m_measured == font)
+        return *m_widths;
+    m_measured = font;
+    const QFontMetrics game(gameFont(font));
+    const QFontMetrics set(timeFont(font));
+    Widths widest;
+    widest.side =
+        std::max(game.horizontalAdvance(QStringLiteral("40")), game.horizontalAdvance(QStringLiteral("Ad")));
+    for (int row = 0; row < m_model.rowCount(); ++row) {
+        const SportScoreState& score = m_model.marker(row).score;
+        const auto [first, second] = gameTexts(score);
+        widest.side = std::max({widest.side, game.horizontalAdvance(first), game.horizontalAdvance(second)});
+        const QStringList sets = setTexts(score);
+        widest.sets.resize(std::max<std::size_t>(widest.sets.size(), static_cast<std::size_t>(sets.size())));
+        for (qsizetype i = 0; i < sets.size(); ++i) {
+            int& width = widest.sets[static_cast<std::size_t>(i)];
+            width = std::max(width, set.horizontalAdvance(sets[i]));
+        }
+    }
+    return m_widths.emplace(widest);
+}
 
 MarkerRowDelegate::Columns MarkerRowDelegate::columnsOf(const QStyleOptionViewItem& option) const {
     const double longest = m_context.state.videoDuration;
     const int timeWidth =
-        QFontMetrics(quietFont(option.font)).horizontalAdvance(shortTime(std::max(longest, 600.0), true));
-    const int gameWidth = QFontMetrics(strongFont(option.font)).horizontalAdvance(QStringLiteral("Ad–40"));
+        QFontMetrics(timeFont(option.font)).horizontalAdvance(shortTime(std::max(longest, 600.0), true));
+    const int dashWidth = QFontMetrics(gameFont(option.font)).horizontalAdvance(u'–');
+    const Widths& widest = widths(option.font);
     QRect row = option.rect.adjusted(Space::m, 0, -Space::s, 0);
-    const auto take = [&row](int width) {
+    const auto take = [&row](int width, int gap) {
         QRect column = row;
         column.setWidth(width);
-        row.setLeft(column.right() + 1 + Space::s);
+        row.setLeft(column.right() + 1 + gap);
         return column;
     };
     Columns columns;
-    columns.time = take(timeWidth);
-    columns.game = take(gameWidth + 2 * (dotSide + Space::xs));
-    columns.rest = row;
+    columns.time = take(timeWidth, Space::s);
+    columns.firstDot = take(dotSide, Space::xs);
+    columns.first = take(widest.side, 0);
+    columns.dash = take(dashWidth, 0);
+    columns.second = take(widest.side, Space::xs);
+    columns.secondDot = take(dotSide, Space::s);
+    for (const int width : widest.sets)
+        columns.sets.push_back(take(width, Space::s));
+    columns.label = row;
     return columns;
 }
 
@@ -98,28 +164,24 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
         painter->setPen(color);
         const QString shown = QFontMetrics(font).elidedText(text, Qt::ElideRight, place.width());
         painter->drawText(place, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
-        return QFontMetrics(font).horizontalAdvance(shown);
     };
-    write(columns.time, shortTime(marker.startTime, true), quietFont(option.font), colors.quietText,
+    write(columns.time, shortTime(marker.startTime, true), timeFont(option.font), colors.quietText,
           Qt::AlignRight);
+    const auto [first, second] = gameTexts(marker.score);
+    write(columns.first, first, gameFont(option.font), colors.text, Qt::AlignRight);
+    write(columns.dash, QStringLiteral("–"), gameFont(option.font), colors.text, Qt::AlignHCenter);
+    write(columns.second, second, gameFont(option.font), colors.text, Qt::AlignLeft);
+    const QStringList sets = setTexts(marker.score);
+    for (qsizetype i = 0; i < sets.size(); ++i)
+        write(columns.sets[static_cast<std::size_t>(i)], sets[i], timeFont(option.font), colors.text,
+              Qt::AlignLeft);
+    if (marker.label && columns.label.width() > Space::xl)
+        write(columns.label, *marker.label, quietFont(option.font), colors.quietText, Qt::AlignLeft);
 
-    const QFont gameFont = strongFont(option.font);
-    const QString game = gameText(marker.score);
-    const int gameWidth = write(columns.game, game, gameFont, colors.text, Qt::AlignHCenter);
-    const double middle = columns.game.center().x();
-    const double fromMiddle = gameWidth / 2.0 + Space::xs;
-    const double dotLeft =
-        servingSide(marker.score) == Side::second ? middle + fromMiddle : middle - fromMiddle - dotSide;
+    const QRect& dot = servingSide(marker.score) == Side::second ? columns.secondDot : columns.firstDot;
     painter->setPen(Qt::NoPen);
     painter->setBrush(colors.accent);
-    painter->drawEllipse(QRectF(dotLeft, option.rect.center().y() - dotSide / 2.0 + 1, dotSide, dotSide));
-
-    QRect rest = columns.rest;
-    if (const QString sets = setsText(marker.score); !sets.isEmpty())
-        rest.setLeft(rest.left() + write(rest, sets, quietFont(option.font), colors.text, Qt::AlignLeft) +
-                     Space::m);
-    if (marker.label && rest.width() > Space::xl)
-        write(rest, *marker.label, quietFont(option.font), colors.quietText, Qt::AlignLeft);
+    painter->drawEllipse(QRectF(dot.left(), option.rect.center().y() - dotSide / 2.0 + 1, dotSide, dotSide));
     painter->restore();
 }
 
@@ -140,8 +202,18 @@ QWidget* MarkerRowDelegate::createEditor(QWidget* parent, const QStyleOptionView
 void MarkerRowDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                              const QModelIndex&) const {
     QRect place = option.rect;
-    place.setLeft(columnsOf(option).game.left());
+    place.setLeft(columnsOf(option).firstDot.left());
     editor->setGeometry(place);
+}
+
+QString pointKeysHint(const UiContext& context) {
+    const auto key = [&](Command command) {
+        const auto keys = context.keys.shown(command);
+        return keys.isEmpty() ? QString() : keyLabel(keys.first(), context.state.language);
+    };
+    const QString first = format(context.text(L10nKey::editorPointKeys), key(Command::pointFirst),
+                                 sideName(context, Side::first));
+    return format(first, key(Command::pointSecond), sideName(context, Side::second));
 }
 
 }
@@ -171,6 +243,7 @@ MarkerListView::MarkerListView(const UiContext& context, QWidget* parent)
         setAccessibleName(m_context.text(L10nKey::markers));
         viewport()->update();
     });
+    m_bindings.watch(state.matchConfig, [this] { viewport()->update(); }); // names in the hint
 }
 
 void MarkerListView::jumpTo(const QModelIndex& index) {
@@ -187,11 +260,32 @@ void MarkerListView::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter && state() != EditingState)
         jumpTo(currentIndex());
-    else if (currentIndex().isValid() &&
-             m_context.keys.of(Command::renameMarker).contains(event->keyCombination()))
-        edit(currentIndex());
     else
         QListView::keyPressEvent(event);
+}
+
+void MarkerListView::renameSelected() {
+    if (const int row = m_model.rowOf(m_context.state.selectedMarkerID); row >= 0)
+        edit(m_model.index(row));
+}
+
+void MarkerListView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+    auto* menu = new CommandMenu(m_context, this);
+    if (index.isValid()) {
+        const QUuid id = m_model.marker(index.row()).id;
+        if (m_context.state.selectedMarkerID.value() != id)
+            jumpTo(index);
+        menu->add(Command::renameMarker, [this] { renameSelected(); });
+        menu->add(Command::swapServe, [this] { EditorCommands::swapServeOfSelectedMarker(m_context); });
+        menu->addSeparator();
+        menu->add(Command::deleteSelection,
+                  [this, id] { m_context.state.removeMarker(id, &m_context.undo); });
+    } else {
+        menu->add(Command::addMarker, [this] { Q_EMIT addMarkerRequested(); });
+    }
+    menu->popup(isByKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 
 // Qt then moves the current row by itself, until `showSelection` restores the session's selection.
@@ -230,7 +324,8 @@ void MarkerListView::paintEvent(QPaintEvent* event) {
     painter.setFont(quietFont(font()));
     painter.setPen(tokens().quietText);
     painter.drawText(viewport()->rect().adjusted(Space::l, 0, -Space::l, 0),
-                     Qt::AlignCenter | Qt::TextWordWrap, m_context.text(L10nKey::noMarkers));
+                     Qt::AlignCenter | Qt::TextWordWrap,
+                     m_context.text(L10nKey::noMarkers) + QStringLiteral("\n\n") + pointKeysHint(m_context));
 }
 
 }

@@ -15,6 +15,9 @@ class MarkerListView : public QListView {
 public:
     explicit MarkerListView(const UiContext& context, QWidget* parent = nullptr);
 
+    /// Opens the field for the label of the selected marker.
+    void renameSelected();
+
     QSize sizeHint() const override { return minimumSizeHint(); }
     /// A few rows.
     QSize minimumSizeHint() const override { return {200, 4 * (fontMetrics().height() + 2 * Space::s)}; }
@@ -22,9 +25,11 @@ public:
 Q_SIGNALS:
     /// The user chose a marker; `seconds` is its time.
     void seekRequested(double seconds);
+    void addMarkerRequested();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;

@@ -2,11 +2,13 @@
 
 #include "render/OverlayPlacement.h"
 #include "render/ScoreboardTemplate.h"
+#include "ui/common/CommandMenu.h"
 #include "ui/style/Theme.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -269,6 +271,25 @@ void ScoreboardOverlayView::abandonDrag() {
     if (std::exchange(m_isResizing, false))
         m_context.state.scoreboardUserScale = m_resizeStartScale;
     update();
+}
+
+void ScoreboardOverlayView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    if (m_painter.isEmpty() || (!isByKey && gripAt(event->pos()) == Grip::none))
+        return;
+    AppState& state = m_context.state;
+    auto* menu = new CommandMenu(m_context, this);
+    menu->add(Command::editNames, [this] { Q_EMIT editNamesRequested(); });
+    menu->addSeparator();
+    const ScoreboardPlace place = state.scoreboardPlace();
+    const auto addReset = [&](Command command, const ScoreboardPlace& standard, L10nKey name) {
+        menu->add(command, [this, standard,
+                            name] { m_context.state.placeScoreboard(standard, name, &m_context.undo); })
+            ->setEnabled(standard != place);
+    };
+    addReset(Command::resetScoreboardPlace, {AppState::defaultScoreboardPosition, place.userScale}, moveName);
+    addReset(Command::resetScoreboardSize, {place.position, 1}, resizeName);
+    menu->popup(isByKey ? mapToGlobal(scoreboardRect().center().toPoint()) : event->globalPos());
 }
 
 void ScoreboardOverlayView::leaveEvent(QEvent*) {

@@ -38,6 +38,7 @@ public:
 Q_SIGNALS:
     /// A press on the picture beside the scoreboard.
     void picturePressed();
+    void editNamesRequested();
 
 protected:
     bool event(QEvent* event) override;
@@ -45,6 +46,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <QActionGroup>
 #include <QHBoxLayout>
+#include <QStyle>
 
 namespace pointloom {
 
@@ -18,11 +19,6 @@ constexpr int fullVolume = 100; // steps of the slider
 
 QString speedName(double speed) {
     return QStringLiteral("%1×").arg(speed);
-}
-
-// The width of the widest text, so that nothing moves during playback.
-void reserveWidth(QLabel* label, const QString& widest) {
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
 }
 
 }
@@ -36,7 +32,7 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     , m_play(Controls::iconButton(QStringLiteral("play"), this))
     , m_forward(makeButton(QStringLiteral("step-forward"), L10nKey::editorStepForward, Command::frameForward))
     , m_end(makeButton(QStringLiteral("skip-end"), L10nKey::editorGoToEnd, Command::goToEnd))
-    , m_time(Controls::label(Controls::TextRole::body, this))
+    , m_time(new TimeField(context, this))
     , m_total(Controls::label(Controls::TextRole::quiet, this))
     , m_speed(new QToolButton(this))
     , m_speedMenu(new QMenu(m_speed))
@@ -50,7 +46,6 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     m_play->setProperty("kind", QStringLiteral("normal"));
     m_play->setIconSize(QSize(24, 24));
     m_time->setObjectName(QStringLiteral("timeCode"));
-    reserveWidth(m_time, QStringLiteral("00:00:00.00"));
     makeSpeedMenu();
     m_volume->setRange(0, fullVolume);
     m_volume->setFixedWidth(60);
@@ -76,6 +71,8 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     connect(m_play, &QToolButton::clicked, &m_playback, &EditorPlayback::togglePlaying);
     connect(m_forward, &QToolButton::clicked, this, [this] { m_playback.stepFrames(1); });
     connect(m_end, &QToolButton::clicked, &m_playback, &EditorPlayback::goToEnd);
+    connect(m_time, &TimeField::timeEntered, &m_playback,
+            [this](double seconds) { m_playback.seek(seconds); });
     connect(m_mute, &QToolButton::clicked, this, [this] { m_playback.setMuted(!m_playback.isMuted()); });
     connect(m_volume, &QSlider::valueChanged, this,
             [this](int value) { m_playback.setVolume(static_cast<double>(value) / fullVolume); });
@@ -85,7 +82,10 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
 
     AppState& state = m_context.state;
     m_bindings.watchAll([this] { showPlaying(); }, state.isPlaying, state.language);
-    m_bindings.watchAll([this] { showTime(); }, state.currentTime, state.videoDuration);
+    m_bindings.watch(state.videoDuration, [this] {
+        m_time->setEnabled(m_context.state.videoDuration > 0);
+        showTotal();
+    });
     m_bindings.watch(state.videoURL, [this] {
         const bool hasVideo = m_context.state.videoURL.value().has_value();
         for (QToolButton* button : {m_start, m_back, m_play, m_forward, m_end, m_preview})
@@ -95,7 +95,6 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
         Controls::setName(m_speed, m_context.text(L10nKey::editorSpeed));
         Controls::setName(m_volume, m_context.text(L10nKey::editorVolume));
         Controls::setName(m_preview, m_context.text(L10nKey::previewFrame));
-        m_time->setAccessibleName(m_context.text(L10nKey::editorPlayhead));
         showSound();
     });
     showSpeed();
@@ -133,8 +132,11 @@ void TransportBar::showPlaying() {
     Controls::setName(m_play, text);
 }
 
-void TransportBar::showTime() {
-    m_time->setText(timeCode(m_context.state.currentTime));
+void TransportBar::typeTime() {
+    m_time->setFocus(Qt::ShortcutFocusReason);
+}
+
+void TransportBar::showTotal() {
     m_total->setText(QStringLiteral("/ ") + timeCode(m_context.state.videoDuration));
 }
 
@@ -154,6 +156,9 @@ void TransportBar::showSound() {
 
 void TransportBar::showSpeed() {
     m_speed->setText(speedName(m_playback.speed()));
+    m_speed->setProperty("unusual", m_playback.speed() != 1);
+    m_speed->style()->unpolish(m_speed);
+    m_speed->style()->polish(m_speed);
     for (QAction* action : m_speedMenu->actions())
         action->setChecked(action->data().toDouble() == m_playback.speed());
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ui/editor/EditorPlayback.h"
+#include "ui/editor/TimeField.h"
 
 #include <QLabel>
 #include <QMenu>
@@ -18,6 +19,9 @@ public:
     /// `playback` outlives this.
     TransportBar(const UiContext& context, EditorPlayback& playback, QWidget* parent = nullptr);
 
+    /// Lets the user type the time to go to.
+    void typeTime();
+
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
@@ -30,7 +34,7 @@ private:
     QToolButton* makeButton(const QString& icon, L10nKey text, Command command);
     void makeSpeedMenu();
     void showPlaying();
-    void showTime();
+    void showTotal();
     void showSound();
     void showSpeed();
 
@@ -42,7 +46,7 @@ private:
     QToolButton* m_play;
     QToolButton* m_forward;
     QToolButton* m_end;
-    QLabel* m_time;
+    TimeField* m_time;
     QLabel* m_total;
     QToolButton* m_speed;
     QMenu* m_speedMenu;

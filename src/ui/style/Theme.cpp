@@ -71,6 +71,7 @@ QToolButton { padding: 5px; }
 QToolButton:focus { padding: 4px; }
 QToolButton:checked, QPushButton:checked { border-color: @accent; color: @accent; }
 QToolButton::menu-indicator { image: none; }
+QToolButton[unusual="true"] { color: @accent; font-weight: 600; }
 
 QLineEdit, QSpinBox, QDoubleSpinBox, QComboBox, QPlainTextEdit, QTextEdit {
   background: @raised; color: @text; border: 1px solid @line; border-radius: @fieldRadiuspx; padding: 6px 8px;
@@ -79,6 +80,10 @@ QLineEdit, QSpinBox, QDoubleSpinBox, QComboBox, QPlainTextEdit, QTextEdit {
 QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QComboBox:focus, QPlainTextEdit:focus, QTextEdit:focus {
   border: 2px solid @accent; padding: 5px 7px;
 }
+QLineEdit[kind="plain"] { background: transparent; border: 1px solid transparent; padding: 3px 4px; }
+QLineEdit[kind="plain"]:hover { background: @raised; }
+QLineEdit[kind="plain"]:focus { background: @raised; border: 2px solid @accent; padding: 2px 3px; }
+QLineEdit[refused="true"]:focus { border-color: @danger; }
 QLineEdit:disabled, QSpinBox:disabled, QComboBox:disabled { color: @quietText; background: @surface; }
 QComboBox::drop-down { border: none; width: 22px; }
 QComboBox::down-arrow { image: url(:/icons/@mode/chevron-down.svg); width: 12px; height: 12px; }

@@ -1,5 +1,7 @@
 #include "ui/editor/EditorFixture.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QStandardPaths>
 
 namespace pointloom::test {
@@ -34,6 +36,23 @@ void EditorFixture::openClip(int seconds) {
     state.videoHeight = 360;
     state.videoURL = QUrl::fromLocalFile(clip);
     ASSERT_TRUE(waitFor([this] { return editor->playback().isLoaded(); }));
+}
+
+void EditorFixture::chooseAt(QWidget* widget, QPoint point, const QString& title) {
+    QTest::mouseClick(widget, Qt::RightButton, {}, point);
+    QContextMenuEvent request(QContextMenuEvent::Mouse, point, widget->mapToGlobal(point));
+    QApplication::sendEvent(widget, &request);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr) << "no menu to choose from: " << qPrintable(title);
+    for (QAction* entry : menu->actions()) {
+        if (entry->text().section(u'\t', 0, 0) == title && entry->isEnabled()) {
+            entry->trigger();
+            menu->close();
+            return;
+        }
+    }
+    menu->close();
+    FAIL() << "the menu does not offer: " << qPrintable(title);
 }
 
 void EditorFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {

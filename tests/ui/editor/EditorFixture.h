@@ -24,6 +24,8 @@ protected:
         return QTest::qWaitFor(done, milliseconds);
     }
 
+    /// Chooses the entry with this title of the context menu that a right click at `point` opens.
+    static void chooseAt(QWidget* widget, QPoint point, const QString& title);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     Marker marker(int index) const { return state.markers.value().at(static_cast<std::size_t>(index)); }
     GameScore gameOf(int index) const { return std::get<ScoreState>(marker(index).score).currentGame; }

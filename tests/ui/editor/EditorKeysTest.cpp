@@ -1,7 +1,9 @@
 #include "ui/editor/EditorFixture.h"
+#include "ui/editor/ValueStepper.h"
 #include "ui/timeline/TimelineCanvas.h"
 
 #include <QApplication>
+#include <QPointer>
 
 namespace pointloom {
 
@@ -118,6 +120,109 @@ TEST_F(EditorKeysTest, ATextFieldKeepsItsKeysAndAButtonItsSpace) {
     EXPECT_EQ(state.markers.value().size(), 2U);
     press(Qt::Key_2);
     EXPECT_EQ(gameOf(1), (GameScore{zero, fifteen})) << "other keys still belong to the editor";
+}
+
+TEST_F(EditorKeysTest, ADigitIsAPointAfterEveryKindOfClick) {
+    QList<QPointer<QWidget>> widgets; // a click may delete one
+    for (QWidget* widget : editor->findChildren<QWidget*>())
+        widgets << widget;
+    for (const auto& widget : widgets) {
+        const auto* button = qobject_cast<QToolButton*>(widget.data());
+        if (!widget || qobject_cast<QLineEdit*>(widget.data()) || (button && button->menu()))
+            continue;
+        state.markers = std::vector<Marker>{test::markerAt(1)};
+        state.selectedMarkerID = marker(0).id;
+        state.currentTime = 1;
+        if (!widget || !widget->isVisible())
+            continue;
+        const bool isStepper = qobject_cast<ValueStepper*>(widget.data());
+        const QPoint place(isStepper ? widget->width() - 5 : widget->width() / 2, widget->height() / 2);
+        QTest::mouseClick(widget, Qt::LeftButton, {}, place);
+        state.currentTime = 70;
+        press(Qt::Key_1);
+        const auto& markers = state.markers.value();
+        EXPECT_TRUE(!markers.empty() && markers.back().startTime == 70)
+            << (widget ? widget->metaObject()->className() : "what is gone") << " at " << place.x();
+    }
+}
+
+TEST_F(EditorKeysTest, AFieldTakesDigitsUntilEnterEscapeOrPlayback) {
+    press(Qt::Key_M);
+    auto* field = find<ValueStepper>("set1team1");
+    const auto games = [this] { return setsOf(marker(0).score)[0].team1; };
+    double time = 10;
+    const std::function<void()> ends[] = {[this] { press(Qt::Key_Return); },
+                                          [this] { press(Qt::Key_Escape); },
+                                          [this] { state.isPlaying = true; }};
+    for (std::size_t i = 0; i < std::size(ends); ++i) {
+        state.selectedMarkerID = marker(0).id;
+        QTest::mouseClick(field, Qt::LeftButton, {}, field->rect().center());
+        press(i % 2 == 0 ? Qt::Key_2 : Qt::Key_1);
+        EXPECT_EQ(games(), i % 2 == 0 ? 2 : 1);
+        EXPECT_EQ(state.markers.value().size(), 1 + i);
+        ends[i]();
+        state.currentTime = time++;
+        press(Qt::Key_1);
+        EXPECT_EQ(state.markers.value().size(), 2 + i);
+        EXPECT_EQ(games(), i % 2 == 0 ? 2 : 1);
+    }
+}
+
+TEST_F(EditorKeysTest, EscapeForgetsALabelThatIsBeingTyped) {
+    press(Qt::Key_M);
+    auto* label = find<QLineEdit>("markerLabel");
+    label->setFocus();
+    press(Qt::Key_S);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(label->text(), QString());
+    EXPECT_EQ(marker(0).label, std::nullopt);
+    press(Qt::Key_1);
+    EXPECT_EQ(gameOf(0), (GameScore{fifteen, zero}));
+}
+
+TEST_F(EditorKeysTest, AnyTimeIsOneEntryAway) {
+    state.videoDuration = 7200.5;
+    auto* time = find<QLineEdit>("timeCode");
+    const auto enter = [&](const char* text) {
+        press(Qt::Key_G);
+        ASSERT_TRUE(time->hasFocus());
+        QTest::keyClicks(time, QString::fromUtf8(text));
+        press(Qt::Key_Return);
+    };
+    enter("1:10:23");
+    EXPECT_EQ(state.currentTime.value(), 4223);
+    EXPECT_EQ(time->text(), QStringLiteral("01:10:23.00"));
+    press(Qt::Key_1);
+    EXPECT_EQ(state.markers.value().size(), 1U) << "the keys are the editor's again";
+
+    for (const auto& [text, answer] : {std::pair("halftime", "“halftime” is not a time."),
+                                       std::pair("2:00:01", "The clip ends at 2:00:00.50.")}) {
+        enter(text);
+        EXPECT_EQ(state.currentTime.value(), 4223);
+        EXPECT_TRUE(time->hasFocus()) << "to be corrected";
+        EXPECT_TRUE(time->accessibleDescription().startsWith(QString::fromUtf8(answer)));
+        press(Qt::Key_Escape);
+        EXPECT_EQ(time->text(), QStringLiteral("01:10:23.00"));
+    }
+    QTest::mouseClick(time, Qt::LeftButton, {}, time->rect().center());
+    state.currentTime = 5; // the clip plays on
+    QTest::keyClicks(time, QStringLiteral("0:30"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(state.currentTime.value(), 30);
+}
+
+TEST_F(EditorKeysTest, TheSpeedOfLEndsWithThePauseAndAnyWithTheVideo) {
+    const EditorPlayback& playback = editor->playback();
+    editor->playback().setSpeed(0.5);
+    state.isPlaying = true;
+    press(Qt::Key_L);
+    EXPECT_EQ(playback.speed(), 1);
+    press(Qt::Key_L);
+    EXPECT_EQ(playback.speed(), 2);
+    state.isPlaying = false;
+    EXPECT_EQ(playback.speed(), 0.5) << "as it was chosen";
+    state.videoURL = QUrl::fromLocalFile(folder.path(QStringLiteral("another.mp4")));
+    EXPECT_EQ(playback.speed(), 1);
 }
 
 TEST_F(EditorKeysTest, KeysOfTheTimelineWorkWhereverTheFocusIs) {

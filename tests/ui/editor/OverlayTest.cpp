@@ -88,6 +88,23 @@ TEST_F(OverlayTest, ResizingKeepsWithinItsLimitsAndIsOneStepOfUndo) {
     EXPECT_DOUBLE_EQ(state.scoreboardUserScale, (135.0 + 27) / 135);
 }
 
+TEST_F(OverlayTest, ItsMenuResetsPlaceAndSizeAndLeadsToTheNames) {
+    state.scoreboardUserScale = 2;
+    const auto choose = [this](const char* title) {
+        chooseAt(&overlay, overlay.scoreboardRect().center().toPoint(), QString::fromUtf8(title));
+    };
+    choose("Reset Size");
+    EXPECT_EQ(state.scoreboardUserScale.value(), 1);
+    choose("Reset Position");
+    EXPECT_EQ(position(), QPointF(0.15, 0.1));
+    undo.undo();
+    EXPECT_EQ(position(), QPointF(0.5, 0.5));
+    int asked = 0;
+    QObject::connect(&overlay, &ScoreboardOverlayView::editNamesRequested, &overlay, [&] { ++asked; });
+    choose("Edit Names…");
+    EXPECT_EQ(asked, 1);
+}
+
 TEST_F(OverlayTest, EscapeTakesADragBack) {
     beginDrag(overlay.handleRect().center(), {100, 100});
     EXPECT_TRUE(overlay.isResizing());

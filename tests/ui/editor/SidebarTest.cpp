@@ -140,6 +140,51 @@ TEST_F(SidebarTest, TheListFollowsTheSessionAndJumps) {
     EXPECT_EQ(state.currentTime.value(), 3);
 }
 
+TEST_F(SidebarTest, TheMenuOfARowConcernsThatRow) {
+    state.markers = std::vector<Marker>{test::markerAt(1), test::markerAt(2), test::markerAt(3)};
+    state.videoDuration = 10;
+    openEditor();
+    MarkerListView& list = editor->sidebar().markers();
+    const auto row = [&](int index) { return list.visualRect(list.model()->index(index, 0)).center(); };
+    chooseAt(list.viewport(), row(1), QStringLiteral("Swap Serve"));
+    EXPECT_EQ(servingSide(marker(1).score), Side::second);
+    EXPECT_EQ(state.currentTime.value(), 2) << "the picture shows what the menu is about";
+    chooseAt(list.viewport(), row(2), QStringLiteral("Remove"));
+    ASSERT_EQ(state.markers.value().size(), 2U);
+    EXPECT_EQ(marker(1).startTime, 2);
+    state.currentTime = 7;
+    chooseAt(list.viewport(), list.viewport()->rect().bottomRight() - QPoint(5, 5),
+             QStringLiteral("Add Marker"));
+    EXPECT_EQ(marker(2).startTime, 7);
+}
+
+TEST_F(SidebarTest, TheServersDotsAreInTwoColumns) {
+    using enum GamePoint;
+    const std::pair<GameScore, int> rows[] = {
+        {{zero, zero}, 1}, {{advantage, forty}, 1}, {{zero, fifteen}, 2}, {{forty, advantage}, 2}};
+    std::vector<Marker> markers;
+    for (const auto& [game, server] : rows) {
+        markers.push_back(test::markerAt(static_cast<double>(markers.size()) + 11.11));
+        markers.back().score = ScoreState{{{}, {}, {}}, game, server};
+    }
+    state.markers = markers;
+    openEditor({1000, 900});
+    MarkerListView& list = editor->sidebar().markers();
+    const QImage picture = list.viewport()->grab().toImage();
+    const auto dot = [&](int row) {
+        const QRect place = list.visualRect(list.model()->index(row, 0));
+        for (int x = 12; x < picture.width(); ++x) {
+            if (picture.pixelColor(x, place.center().y() + 1) == tokens().accent)
+                return x;
+        }
+        return -1;
+    };
+    ASSERT_GT(dot(0), 0);
+    EXPECT_EQ(dot(0), dot(1));
+    EXPECT_GT(dot(2), dot(0));
+    EXPECT_EQ(dot(2), dot(3));
+}
+
 TEST_F(SidebarTest, ToolTipsTellTheWholeScoreInPlainText) {
     Marker marker = test::markerAt(65.2);
     marker.label = QStringLiteral("<b>Break</b>");
