@@ -1,5 +1,7 @@
 #include "ui/timeline/Gestures.h"
 
+#include "ui/timeline/MarkerDrop.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -8,7 +10,8 @@ namespace pointloom {
 
 namespace {
 
-constexpr double snapDistance = 7; // points
+constexpr double snapDistance = 7;    // points
+constexpr double exactDistance = 1.5; // points; a marker that is closer is dropped on another
 
 // None when all are further than `reach` seconds.
 std::optional<double> nearestTarget(double time, std::span<const double> targets, double reach) {
@@ -77,28 +80,19 @@ private:
 
 class Scrub final : public Gesture {
 public:
-    Scrub(const TimelineScene& scene, std::function<void(double, bool)> seek)
-        : m_seek(std::move(seek))
-        , m_frameRate(scene.frameRate)
-        , m_last(std::max(0.0, scene.scale.duration() - frameOf(scene) / 2))
-        , m_origin(scene.playhead)
-        , m_time(scene.playhead) {}
+    explicit Scrub(const TimelineScene& scene)
+        : m_frameRate(scene.frameRate)
+        , m_last(std::max(0.0, scene.scale.duration() - frameOf(scene) / 2)) {}
 
     DragPreview move(double time, bool) override {
-        m_time = frameStart(std::clamp(time, 0.0, m_last), m_frameRate);
-        m_seek(m_time, false);
-        return {};
+        DragPreview preview;
+        preview.moment = frameStart(std::clamp(time, 0.0, m_last), m_frameRate);
+        return preview;
     }
 
-    void commit() override { m_seek(m_time, true); }
-    void cancel() override { m_seek(m_origin, true); }
-
 private:
-    std::function<void(double, bool)> m_seek;
     double m_frameRate;
     double m_last; // seconds
-    double m_origin;
-    double m_time;
 };
 
 class MarkerDrag final : public SnappingGesture {
@@ -106,31 +100,37 @@ public:
     MarkerDrag(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit, double origin,
                double grabbedAt)
         : SnappingGesture(context, scene, hit)
+        , m_frames{m_frame, m_duration}
         , m_id(hit.id)
         , m_origin(origin)
         , m_time(origin)
-        , m_grip(grabbedAt - origin) {}
+        , m_grip(grabbedAt - origin)
+        , m_exactReach(std::max(exactDistance / scene.scale.pointsPerSecond(), m_frame / 2)) {}
 
     DragPreview move(double time, bool snaps) override {
-        const Snapped place = held(time - m_grip, snaps);
+        const double wanted = time - m_grip;
+        const Snapped place = held(wanted, snaps);
         m_time = place.time;
+        const auto& markers = m_context.state.markers.value();
+        const Marker* other = markerAtFrame(markers, m_id, m_time, m_frames);
+        if (other && snaps && std::abs(wanted - other->startTime) > m_exactReach)
+            m_time = frameBeside(markers, m_id, *other, wanted < other->startTime, m_frames);
         DragPreview preview;
-        preview.marker = std::pair(m_id, m_time);
-        preview.bubble = m_time;
+        preview.moment = m_time;
+        preview.marker = m_id;
         preview.isOnTarget = place.isOnTarget;
         return preview;
     }
 
-    void commit() override {
-        if (m_time != m_origin)
-            m_context.state.updateMarkerTime(m_id, m_time, &m_context.undo);
-    }
+    bool commit() override { return m_time == m_origin || dropMarker(m_context, m_id, m_time, m_frames); }
 
 private:
+    ClipFrames m_frames;
     QUuid m_id;
     double m_origin;
     double m_time;
-    double m_grip; // seconds from the marker to the pointer
+    double m_grip;       // seconds from the marker to the pointer
+    double m_exactReach; // seconds
 };
 
 class TrimDrag final : public SnappingGesture {
@@ -146,19 +146,22 @@ public:
         if (m_isStart) {
             const double latest = std::min(m_trim.end.value_or(m_duration), m_duration) - m_frame;
             m_trim.start = std::clamp(place.time, 0.0, std::max(latest, 0.0));
-            preview.bubble = m_trim.start;
+            preview.moment = m_trim.start;
         } else {
             const double end = std::max(place.time, std::min(m_trim.start + m_frame, m_duration));
             const bool isWhole = end > m_duration - m_frame / 2;
             m_trim.end = isWhole ? std::nullopt : std::optional(end);
-            preview.bubble = m_trim.end.value_or(m_duration);
+            preview.moment = m_trim.end.value_or(m_duration);
         }
         preview.trim = m_trim;
-        preview.isOnTarget = place.isOnTarget && *preview.bubble == place.time;
+        preview.isOnTarget = place.isOnTarget && preview.moment == place.time;
         return preview;
     }
 
-    void commit() override { m_context.state.setTrim(m_trim, &m_context.undo); }
+    bool commit() override {
+        m_context.state.setTrim(m_trim, &m_context.undo);
+        return true;
+    }
 
 private:
     bool m_isStart;
@@ -182,20 +185,23 @@ public:
         if (isWhole) {
             m_cut.start = std::clamp(place.time, 0.0, std::max(0.0, m_duration - m_length));
             m_cut.end = m_cut.start + m_length;
-            preview.bubble = m_cut.start;
+            preview.moment = m_cut.start;
         } else if (m_part == TimelineHit::Kind::cutStart) {
             m_cut.start = std::max(0.0, std::min(place.time, m_cut.end - m_frame));
-            preview.bubble = m_cut.start;
+            preview.moment = m_cut.start;
         } else {
             m_cut.end = std::max(place.time, m_cut.start + m_frame);
-            preview.bubble = m_cut.end;
+            preview.moment = m_cut.end;
         }
         preview.cut = m_cut;
-        preview.isOnTarget = place.isOnTarget && *preview.bubble == place.time;
+        preview.isOnTarget = place.isOnTarget && preview.moment == place.time;
         return preview;
     }
 
-    void commit() override { m_context.state.updateCut(m_cut, &m_context.undo); }
+    bool commit() override {
+        m_context.state.updateCut(m_cut, &m_context.undo);
+        return true;
+    }
 
 private:
     TimelineHit::Kind m_part;
@@ -216,15 +222,17 @@ public:
         m_cut.start = std::min(m_anchor, place.time);
         m_cut.end = std::max(m_anchor, place.time);
         DragPreview preview;
+        preview.moment = place.time;
         preview.cut = m_cut;
-        preview.bubble = place.time;
         preview.isOnTarget = place.isOnTarget;
         return preview;
     }
 
-    void commit() override {
-        if (m_cut.end - m_cut.start >= m_frame / 2)
+    bool commit() override {
+        const bool isLongEnough = m_cut.end - m_cut.start >= m_frame / 2;
+        if (isLongEnough)
             m_context.state.addCut(m_cut, &m_context.undo);
+        return isLongEnough;
     }
 
 private:
@@ -250,12 +258,11 @@ Snapped snap(double time, double frameRate, std::span<const double> targets, dou
 }
 
 std::unique_ptr<Gesture> makeGesture(const UiContext& context, const TimelineScene& scene,
-                                     const TimelineHit& hit, double grabbedAt,
-                                     std::function<void(double, bool)> seek) {
+                                     const TimelineHit& hit, double grabbedAt) {
     using Kind = TimelineHit::Kind;
     switch (hit.kind) {
     case Kind::time:
-        return std::make_unique<Scrub>(scene, std::move(seek));
+        return std::make_unique<Scrub>(scene);
     case Kind::marker: {
         const Flag* flag = scene.flags.find(hit.id);
         return flag ? std::make_unique<MarkerDrag>(context, scene, hit, flag->time, grabbedAt) : nullptr;

@@ -4,11 +4,9 @@
 #include "ui/common/UiContext.h"
 #include "ui/timeline/TimelineScene.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
-#include <utility>
 
 namespace pointloom {
 
@@ -28,11 +26,13 @@ Snapped snap(double time, double frameRate, std::span<const double> targets, dou
 
 /// Shown during a drag in place of the session's values.
 struct DragPreview {
-    std::optional<std::pair<QUuid, double>> marker; // at another time
+    double moment = 0; // seconds, of what is dragged; the picture shows it
+    std::optional<QUuid> marker;
     std::optional<TrimTimes> trim;
-    std::optional<CutZone> cut;   // a new one, or one with other times
-    std::optional<double> bubble; // the time shown in the bubble
+    std::optional<CutZone> cut; // a new one, or one with other times
     bool isOnTarget = false;
+
+    bool isEdit() const { return marker || trim || cut; }
 };
 
 class Gesture {
@@ -41,14 +41,13 @@ public:
 
     /// `time` is under the pointer and may be outside the clip.
     virtual DragPreview move(double time, bool snaps) = 0;
-    virtual void commit() = 0;
-    virtual void cancel() {}
+
+    /// Edits the session. False when the user decided against it.
+    virtual bool commit() { return true; }
 };
 
 /// The drag that begins at `hit` with `grabbedAt` under the pointer; null when nothing there can be dragged.
-/// Scrubbing calls `seek(time, exact)`, exact at its end.
 std::unique_ptr<Gesture> makeGesture(const UiContext& context, const TimelineScene& scene,
-                                     const TimelineHit& hit, double grabbedAt,
-                                     std::function<void(double, bool)> seek);
+                                     const TimelineHit& hit, double grabbedAt);
 
 }

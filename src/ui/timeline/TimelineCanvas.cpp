@@ -1,10 +1,10 @@
 #include "ui/timeline/TimelineCanvas.h"
 
 #include "media/MediaInfo.h"
-#include "ui/common/TimeCode.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/ThumbnailStrip.h"
+#include "ui/timeline/TimelineToolTip.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,11 +30,13 @@ constexpr double usualFrameRate = 30;
 constexpr double usualAspectRatio = 16.0 / 9;
 constexpr double revealDistance = 60; // points from the edge
 constexpr double longestStep = 1;     // seconds that the playhead moves by itself
-constexpr double dragThreshold = 4;   // points
 constexpr double wheelNotch = 120;    // eighths of a degree
 constexpr double pointsPerNotch = 96;
 constexpr double zoomPerNotch = 1.25;
-constexpr int edgeScrollInterval = 25; // milliseconds
+
+bool snaps(const QMouseEvent& event) {
+    return !event.modifiers().testFlag(Qt::AltModifier);
+}
 
 Qt::CursorShape cursorFor(Hit kind) {
     switch (kind) {
@@ -54,61 +56,14 @@ Qt::CursorShape cursorFor(Hit kind) {
     return Qt::ArrowCursor;
 }
 
-QString markerToolTip(const UiContext& context, const Marker& marker) {
-    constexpr qsizetype longestLabel = 60;
-    QString first = shortTime(marker.startTime, true);
-    if (marker.label && !marker.label->isEmpty())
-        first += QStringLiteral("  ") + marker.label->left(longestLabel);
-    return plainToolTip({first, shortScore(marker.score).full,
-                         context.text(L10nKey::serving) + QStringLiteral(": ") +
-                             sideName(context, servingSide(marker.score))});
-}
-
-QString cutToolTip(const UiContext& context, const CutZone& cut) {
-    const auto [start, end] = std::minmax({cut.start, cut.end});
-    return plainToolTip(
-        {QStringLiteral("%1 %2 – %3")
-             .arg(context.text(L10nKey::timelineCut), shortTime(start, true), shortTime(end, true)),
-         context.text(L10nKey::timelineCutIsNoteLong)});
-}
-
-QString trimToolTip(const UiContext& context, L10nKey meaning, double time) {
-    return plainToolTip({context.text(meaning) + QStringLiteral(": ") + shortTime(time, true),
-                         context.text(L10nKey::timelineResetHandle)});
-}
-
-QString toolTipFor(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit) {
-    switch (hit.kind) {
-    case Hit::marker: {
-        const auto& markers = context.state.markers.value();
-        const auto marker = std::ranges::find(markers, hit.id, &Marker::id);
-        return marker == markers.end() ? QString() : markerToolTip(context, *marker);
-    }
-    case Hit::cut:
-    case Hit::cutStart:
-    case Hit::cutEnd: {
-        const auto cut = std::ranges::find(scene.cuts, hit.id, &CutZone::id);
-        return cut == scene.cuts.end() ? QString() : cutToolTip(context, *cut);
-    }
-    case Hit::trimStart:
-        return trimToolTip(context, L10nKey::timelineExportStart, scene.trim.start);
-    case Hit::trimEnd:
-        return trimToolTip(context, L10nKey::timelineExportEnd, scene.trimEnd());
-    case Hit::time:
-    case Hit::trimLane:
-    case Hit::nothing:
-        break;
-    }
-    return {};
-}
-
 }
 
 TimelineCanvas::TimelineCanvas(const UiContext& context, const QString& cacheRoot, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
     , m_thumbnails(cacheRoot)
-    , m_waveform(cacheRoot) {
+    , m_waveform(cacheRoot)
+    , m_drag(context, m_scene) {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -116,6 +71,11 @@ TimelineCanvas::TimelineCanvas(const UiContext& context, const QString& cacheRoo
     connect(&m_thumbnails, &ThumbnailStore::changed, this, &TimelineCanvas::refresh);
     connect(&m_waveform, &WaveformStore::changed, this, &TimelineCanvas::layOut);
     connect(&Theme::shared(), &Theme::changed, this, &TimelineCanvas::showFont);
+    connect(&m_drag, &TimelineDrag::previewChanged, this, &TimelineCanvas::takeDrag);
+    connect(&m_drag, &TimelineDrag::seekRequested, this, &TimelineCanvas::seekRequested);
+    connect(&m_drag, &TimelineDrag::scrubbingChanged, this, &TimelineCanvas::scrubbingChanged);
+    connect(&m_drag, &TimelineDrag::scrollRequested, this,
+            [this](double points) { scrollTo(m_scene.scale.offset() + points); });
     showFont();
     bind();
 }
@@ -185,16 +145,26 @@ void TimelineCanvas::takeMarkers() {
 }
 
 void TimelineCanvas::takeRanges() {
-    m_scene.trim = m_preview.trim.value_or(m_context.state.trim());
+    const DragPreview preview = m_drag.preview().value_or(DragPreview());
+    m_scene.trim = preview.trim.value_or(m_context.state.trim());
     m_scene.cuts = m_context.state.cuts.value();
-    if (m_preview.cut) {
-        const auto same = std::ranges::find(m_scene.cuts, m_preview.cut->id, &CutZone::id);
+    if (preview.cut) {
+        const auto same = std::ranges::find(m_scene.cuts, preview.cut->id, &CutZone::id);
         if (same == m_scene.cuts.end())
-            m_scene.cuts.push_back(*m_preview.cut);
+            m_scene.cuts.push_back(*preview.cut);
         else
-            *same = *m_preview.cut;
+            *same = *preview.cut;
     }
     refresh();
+}
+
+void TimelineCanvas::takeDrag() {
+    const auto& preview = m_drag.preview();
+    m_scene.movingMarker = preview ? preview->marker : std::nullopt;
+    if (preview && !preview->isEdit())
+        update();
+    else
+        takeRanges();
 }
 
 void TimelineCanvas::takeSelection() {
@@ -220,7 +190,7 @@ void TimelineCanvas::takePlayhead() {
     update(TimelinePainting::playheadArea(m_scene).toAlignedRect());
     m_scene.playhead = now;
     update(TimelinePainting::playheadArea(m_scene).toAlignedRect());
-    if (m_scene.scale.shows(now) || m_press)
+    if (m_scene.scale.shows(now) || m_drag.isPressed())
         return;
     // A view that was scrolled away from the moving playhead stays in its place.
     const bool wasPut = !m_context.state.isPlaying || std::abs(now - before) > longestStep;
@@ -305,20 +275,25 @@ void TimelineCanvas::paintEvent(QPaintEvent* event) {
     const double ratio = m_layer.devicePixelRatio();
     const QRectF part = event->rect();
     painter.drawPixmap(part, m_layer, QRectF(part.topLeft() * ratio, part.size() * ratio));
-    if (m_scene.scale.duration() > 0) {
-        if (m_preview.marker) {
-            if (const Flag* flag = m_scene.flags.find(m_preview.marker->first))
-                TimelinePainting::paintMovingFlag(painter, m_scene, *flag, m_preview.marker->second, look());
-        }
-        TimelinePainting::paintPlayhead(painter, m_scene, look());
-        if (m_preview.bubble)
-            TimelinePainting::paintBubble(painter, m_scene, *m_preview.bubble, m_preview.isOnTarget, look());
-    }
+    if (m_scene.scale.duration() > 0)
+        paintWhatMoves(painter);
     if (m_showsFocus) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(tokens().accent, 2));
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Radius::field, Radius::field);
     }
+}
+
+void TimelineCanvas::paintWhatMoves(QPainter& painter) {
+    const auto& preview = m_drag.preview();
+    const Flag* moving = preview && preview->marker ? m_scene.flags.find(*preview->marker) : nullptr;
+    if (moving)
+        TimelinePainting::paintMovingFlag(painter, m_scene, *moving, preview->moment, look());
+    if (preview && preview->isEdit())
+        TimelinePainting::paintOrigin(painter, m_scene, m_drag.origin(), look());
+    TimelinePainting::paintPlayhead(painter, m_scene, look());
+    if (preview && preview->isEdit())
+        TimelinePainting::paintBubble(painter, m_scene, preview->moment, preview->isOnTarget, look());
 }
 
 void TimelineCanvas::paintLayer() {
@@ -369,13 +344,13 @@ bool TimelineCanvas::event(QEvent* event) {
             return true;
         }
     }
-    if (event->type() == QEvent::ToolTip && !m_gesture) {
+    if (event->type() == QEvent::ToolTip && !m_drag.isDragging()) {
         const auto* help = static_cast<QHelpEvent*>(event);
-        QToolTip::showText(help->globalPos(), toolTipFor(m_context, m_scene, m_scene.hitAt(help->pos())),
+        QToolTip::showText(help->globalPos(), timelineToolTip(m_context, m_scene, m_scene.hitAt(help->pos())),
                            this);
         return true;
     }
-    if (event->type() == QEvent::ShortcutOverride && m_press &&
+    if (event->type() == QEvent::ShortcutOverride && m_drag.isPressed() &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         event->accept();
         return true;
@@ -384,21 +359,19 @@ bool TimelineCanvas::event(QEvent* event) {
 }
 
 void TimelineCanvas::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || m_press)
+    if (event->button() != Qt::LeftButton || m_drag.isPressed())
         return;
     const TimelineHit hit = m_scene.hitAt(event->position());
     if (hit.kind == Hit::nothing)
         return;
     QToolTip::hideText();
-    m_press = Press{event->position(), hit, m_scene.scale.time(event->position().x())};
-    takePointer(*event);
+    select(hit);
+    m_drag.begin(hit, event->position(), snaps(*event));
+}
+
+void TimelineCanvas::select(const TimelineHit& hit) {
     AppState& state = m_context.state;
     switch (hit.kind) {
-    case Hit::time:
-        m_isScrubbing = true;
-        Q_EMIT scrubbingChanged(true);
-        startGesture();
-        break;
     case Hit::marker:
         state.selectedMarkerID = hit.id;
         state.selectedCutID = std::nullopt;
@@ -412,6 +385,7 @@ void TimelineCanvas::mousePressEvent(QMouseEvent* event) {
     case Hit::trimLane:
         state.selectedCutID = std::nullopt;
         break;
+    case Hit::time:
     case Hit::trimStart:
     case Hit::trimEnd:
     case Hit::nothing:
@@ -419,82 +393,23 @@ void TimelineCanvas::mousePressEvent(QMouseEvent* event) {
     }
 }
 
-void TimelineCanvas::takePointer(const QMouseEvent& event) {
-    m_pointer = event.position();
-    m_snaps = !event.modifiers().testFlag(Qt::AltModifier);
-}
-
 void TimelineCanvas::mouseMoveEvent(QMouseEvent* event) {
-    takePointer(*event);
-    if (!m_press)
-        setHover(m_scene.hitAt(m_pointer));
-    else if (m_gesture)
-        moveGesture();
-    else if (std::abs(m_pointer.x() - m_press->position.x()) >= dragThreshold)
-        startGesture();
-}
-
-void TimelineCanvas::startGesture() {
-    m_gesture = makeGesture(m_context, m_scene, m_press->hit, m_press->time,
-                            [this](double time, bool exact) { Q_EMIT seekRequested(time, exact); });
-    if (m_gesture)
-        moveGesture();
-}
-
-void TimelineCanvas::moveGesture() {
-    m_preview = m_gesture->move(m_scene.scale.time(m_pointer.x()), m_snaps);
-    const bool isBeyond = m_pointer.x() < 0 || m_pointer.x() > width();
-    if (isBeyond && !m_edgeScroll.isActive())
-        m_edgeScroll.start(edgeScrollInterval, this);
-    else if (!isBeyond)
-        m_edgeScroll.stop();
-    if (m_preview.marker && m_scene.movingMarker != m_preview.marker->first) {
-        m_scene.movingMarker = m_preview.marker->first;
-        refresh();
-    }
-    if (m_preview.trim || m_preview.cut)
-        takeRanges();
-    update();
-}
-
-void TimelineCanvas::timerEvent(QTimerEvent* event) {
-    if (event->timerId() != m_edgeScroll.timerId())
-        return;
-    constexpr double share = 0.25; // of the distance to the pointer
-    const double beyond = m_pointer.x() < 0 ? m_pointer.x() : std::max(0.0, m_pointer.x() - width());
-    scrollTo(m_scene.scale.offset() + beyond * share);
-    if (m_gesture)
-        moveGesture();
+    if (m_drag.isPressed())
+        m_drag.moveTo(event->position(), snaps(*event));
+    else
+        setHover(m_scene.hitAt(event->position()));
 }
 
 void TimelineCanvas::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !m_press)
+    if (event->button() != Qt::LeftButton || !m_drag.isPressed())
         return;
-    const TimelineHit hit = m_press->hit;
-    const bool wasDragged = m_gesture != nullptr;
-    endGesture(true);
+    const TimelineHit hit = m_drag.pressed();
+    const bool wasDragged = m_drag.end(true);
     if (!wasDragged && hit.kind == Hit::marker) {
         if (const Flag* flag = m_scene.flags.find(hit.id))
             Q_EMIT seekRequested(std::clamp(flag->time, 0.0, m_scene.scale.duration()), true);
     }
     setHover(m_scene.hitAt(event->position()));
-}
-
-void TimelineCanvas::endGesture(bool commits) {
-    m_edgeScroll.stop();
-    m_press.reset();
-    // From now on the session is shown instead of the preview.
-    m_preview = {};
-    m_scene.movingMarker.reset();
-    if (const auto gesture = std::exchange(m_gesture, nullptr)) {
-        if (commits)
-            gesture->commit();
-        else
-            gesture->cancel();
-    }
-    if (std::exchange(m_isScrubbing, false))
-        Q_EMIT scrubbingChanged(false);
-    takeRanges();
 }
 
 void TimelineCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -512,14 +427,23 @@ void TimelineCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void TimelineCanvas::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && m_press)
-        endGesture(false);
+    if (event->key() == Qt::Key_Escape && m_drag.isPressed())
+        m_drag.end(false);
     else
         QWidget::keyPressEvent(event);
 }
 
+void TimelineCanvas::tellAboutCut(const CutZone& cut, const QString& note) {
+    if (!m_scene.scale.shows(cut.start)) {
+        m_scene.scale.reveal(cut.start, revealDistance);
+        changeView();
+    }
+    const QPointF place = m_scene.placeOf({Hit::cut, cut.id});
+    QToolTip::showText(mapToGlobal(place.toPoint()), cutToolTip(m_context, cut, note), this);
+}
+
 void TimelineCanvas::leaveEvent(QEvent*) {
-    if (!m_press)
+    if (!m_drag.isPressed())
         setHover({});
 }
 

@@ -4,15 +4,13 @@
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
-#include "ui/timeline/Gestures.h"
 #include "ui/timeline/ThumbnailStore.h"
+#include "ui/timeline/TimelineDrag.h"
 #include "ui/timeline/TimelinePainting.h"
 #include "ui/timeline/TimelineScene.h"
 #include "ui/timeline/WaveformStore.h"
 
-#include <memory>
 #include <optional>
-#include <QBasicTimer>
 #include <QPixmap>
 #include <QWidget>
 
@@ -31,6 +29,9 @@ public:
     void zoomBy(double factor);
     void fit();
     void scrollTo(double offset);
+
+    /// Shows the tool tip of a cut beside it, with `note` below its range.
+    void tellAboutCut(const CutZone& cut, const QString& note);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -53,7 +54,6 @@ protected:
     void leaveEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
-    void timerEvent(QTimerEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
@@ -66,6 +66,7 @@ private:
     void takeRanges();
     void takeSelection();
     void takePlayhead();
+    void takeDrag();
 
     void refresh();
     void layOut();
@@ -73,11 +74,9 @@ private:
     void showFont();
     TimelinePainting::Look look() const;
     void paintLayer();
+    void paintWhatMoves(QPainter& painter);
 
-    void startGesture();
-    void moveGesture();
-    void endGesture(bool commits);
-    void takePointer(const QMouseEvent& event);
+    void select(const TimelineHit& hit);
     void setHover(const TimelineHit& hit);
 
     UiContext m_context;
@@ -91,18 +90,7 @@ private:
     bool m_isLayerStale = true;
     bool m_showsFocus = false;
 
-    struct Press {
-        QPointF position;
-        TimelineHit hit;
-        double time = 0; // under the pointer
-    };
-    std::optional<Press> m_press; // of the left button, until it is released
-    std::unique_ptr<Gesture> m_gesture;
-    DragPreview m_preview;
-    QPointF m_pointer;
-    bool m_snaps = true;
-    bool m_isScrubbing = false;
-    QBasicTimer m_edgeScroll;
+    TimelineDrag m_drag;
 
     Bindings m_bindings;
 };

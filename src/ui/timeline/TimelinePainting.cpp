@@ -219,21 +219,31 @@ void paintHandle(QPainter& painter, const QRectF& handle, bool isHovered, const 
                       look.devicePixelRatio);
 }
 
-/// Slanted lines that scroll with the clip.
-void paintHatch(QPainter& painter, const QRectF& box, const TimelineScene& scene, const QColor& color) {
-    constexpr double distance = 7; // points
-    painter.save();
-    painter.setClipRect(box, Qt::IntersectClip);
-    painter.setPen(QPen(color, 1));
-    const double origin = std::fmod(scene.scale.x(0), distance);
-    const double first = origin + std::floor((box.left() - box.height() - origin) / distance) * distance;
-    for (double x = first; x < box.right(); x += distance)
-        painter.drawLine(QPointF(x, box.bottom()), QPointF(x + box.height(), box.top()));
-    painter.restore();
-}
-
 QRectF visiblePart(const QRectF& box, const TimelineScene& scene) {
     return box.intersected(QRectF(-4, box.top(), scene.scale.width() + 8, box.height()));
+}
+
+// What a cut is: as much as its plate holds, and all of it beside a selected one.
+void paintCutWords(QPainter& painter, const TimelineScene& scene, const QRectF& plate, const CutWords& words,
+                   bool isSelected, const QFontMetricsF& metrics) {
+    constexpr double padding = 6; // points
+    const auto widthOf = [&](const QString& text) {
+        return std::ceil(metrics.horizontalAdvance(text)) + 2 * padding;
+    };
+    const auto fits = [&](const QString& text) { return widthOf(text) <= plate.width(); };
+    const QString& text = isSelected || fits(words.full) ? words.full : words.brief;
+    QRectF label = plate;
+    if (!fits(text)) {
+        if (!isSelected)
+            return;
+        label.setWidth(widthOf(text));
+        label.moveLeft(std::max(0.0, std::min(plate.left(), scene.scale.width() - label.width())));
+        painter.setPen(QPen(tokens().accent, 1));
+        painter.setBrush(tokens().raised);
+        painter.drawRoundedRect(label, corner, corner);
+    }
+    painter.setPen(isSelected ? tokens().accent : tokens().text);
+    painter.drawText(label, Qt::AlignCenter, text);
 }
 
 void paintCut(QPainter& painter, const TimelineScene& scene, const CutZone& cut, const CutWords& words,
@@ -249,32 +259,17 @@ void paintCut(QPainter& painter, const TimelineScene& scene, const CutZone& cut,
     const bool isHovered = scene.hover.id == cut.id;
     const QColor ink = isSelected ? colors.accent : (isHovered ? colors.text : colors.quietText);
 
+    // Framed, not dimmed: the export keeps it, unlike what is outside of the trims.
     const QRectF clip = scene.rows.clip();
-    const QRectF onClip(box.left(), clip.top(), box.width(), clip.height());
-    painter.fillRect(onClip, faded(colors.window, 0.45F));
-    paintHatch(painter, onClip, scene, faded(ink, 0.4F));
+    painter.fillRect(QRectF(box.left(), clip.top(), box.width(), clip.height()), faded(ink, 0.14F));
+    for (const double edge : {box.left(), box.right()})
+        paintVerticalLine(painter, edge, clip.top(), clip.bottom(), faded(ink, 0.8F), look.devicePixelRatio);
 
     const QRectF plate = box.adjusted(0.5, 2.5, -0.5, -2.5);
-    painter.setPen(Qt::NoPen);
+    painter.setPen(QPen(ink, isSelected ? 1.5 : 1, Qt::DashLine));
     painter.setBrush(mixed(colors.raised, colors.window, 0.2F));
     painter.drawRoundedRect(plate, corner, corner);
-    paintHatch(painter, plate, scene, faded(ink, 0.45F));
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(ink, isSelected ? 1.5 : 1));
-    painter.drawRoundedRect(plate, corner, corner);
-
-    const QFontMetricsF metrics(look.font);
-    constexpr double padding = 6; // points
-    for (const QString& text : {words.full, words.brief}) {
-        const double width = std::ceil(metrics.horizontalAdvance(text)) + 2 * padding;
-        if (width + 12 > plate.width())
-            continue;
-        const QRectF label(plate.center().x() - width / 2, plate.top() + 1, width, plate.height() - 2);
-        painter.fillRect(label, mixed(colors.raised, colors.window, 0.2F));
-        painter.setPen(isSelected ? colors.accent : colors.text);
-        painter.drawText(label, Qt::AlignCenter, text);
-        break;
-    }
+    paintCutWords(painter, scene, plate, words, isSelected, QFontMetricsF(look.font));
 }
 
 void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look) {
@@ -395,6 +390,11 @@ void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& lo
     painter.setBrush(colors.accent);
     painter.drawPath(head);
     painter.restore();
+}
+
+void paintOrigin(QPainter& painter, const TimelineScene& scene, double time, const Look& look) {
+    paintVerticalLine(painter, scene.scale.x(time), scene.rows.ruler.bottom(), scene.rows.trim.bottom(),
+                      faded(tokens().accent, 0.55F), look.devicePixelRatio);
 }
 
 void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,

@@ -38,6 +38,9 @@ void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& 
 QRectF playheadArea(const TimelineScene& scene);
 void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& look);
 
+/// The playhead before a drag, quietly.
+void paintOrigin(QPainter& painter, const TimelineScene& scene, double time, const Look& look);
+
 /// The time of a drag above a line through all rows, which is highlighted on a snap target.
 void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,
                  const Look& look);

@@ -1,0 +1,98 @@
+#include "ui/timeline/MarkerDrop.h"
+
+#include "model/ScoringEngine.h"
+#include "ui/common/MarkerText.h"
+#include "ui/common/TimeCode.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QCursor>
+#include <QMenu>
+
+namespace pointloom {
+
+namespace {
+
+enum class Kept { moved, other, both };
+
+std::optional<double> freeFrame(std::span<const Marker> markers, const QUuid& moved, double from, double step,
+                                const ClipFrames& clip) {
+    constexpr double rounding = 1e-9; // seconds
+    for (double time = from + step; time > -rounding && time < clip.duration; time += step) {
+        if (!markerAtFrame(markers, moved, time, clip))
+            return std::max(time, 0.0);
+    }
+    return std::nullopt;
+}
+
+std::optional<Kept> askWhichToKeep(const UiContext& context, const Marker& moved, const Marker& other) {
+    QMenu menu;
+    const QString time = shortTime(other.startTime, true);
+    menu.addAction(format(context.text(L10nKey::timelineSamePlace), time))->setEnabled(false);
+    menu.addSeparator();
+    const auto offer = [&](Kept kept, const QString& text) {
+        menu.addAction(QString(text).replace(u'&', QStringLiteral("&&")))->setData(static_cast<int>(kept));
+    };
+    offer(Kept::moved, format(context.text(L10nKey::timelineKeepMoved), shortScore(moved.score).full));
+    offer(Kept::other, format(context.text(L10nKey::timelineKeepOther), shortScore(other.score).full));
+    offer(Kept::both, context.text(L10nKey::timelineKeepBoth));
+    const QAction* chosen = menu.exec(QCursor::pos());
+    return chosen ? std::optional(static_cast<Kept>(chosen->data().toInt())) : std::nullopt;
+}
+
+void moveInPlaceOf(const UiContext& context, const QUuid& id, const QUuid& other, double time) {
+    std::vector<Marker> edited = context.state.markers;
+    std::erase_if(edited, [&](const Marker& marker) { return marker.id == other; });
+    for (Marker& marker : edited) {
+        if (marker.id == id)
+            marker.startTime = time;
+    }
+    context.state.replaceMarkers(ScoringEngine::sortedByTime(std::move(edited)), id, &context.undo);
+    context.undo.setActionName(L10nKey::undoMoveMarker);
+}
+
+}
+
+const Marker* markerAtFrame(std::span<const Marker> markers, const QUuid& moved, double time,
+                            const ClipFrames& clip) {
+    constexpr double nearlyHalf =
+        0.499; // markers a whole frame apart are not at one, however they are rounded
+    const auto found = std::ranges::find_if(markers, [&](const Marker& marker) {
+        return marker.id != moved && std::abs(marker.startTime - time) < clip.frame * nearlyHalf;
+    });
+    return found == markers.end() ? nullptr : &*found;
+}
+
+double frameBeside(std::span<const Marker> markers, const QUuid& moved, const Marker& other, bool isBefore,
+                   const ClipFrames& clip) {
+    const double step = isBefore ? -clip.frame : clip.frame;
+    if (const auto time = freeFrame(markers, moved, other.startTime, step, clip))
+        return *time;
+    return freeFrame(markers, moved, other.startTime, -step, clip).value_or(other.startTime);
+}
+
+bool dropMarker(const UiContext& context, const QUuid& id, double time, const ClipFrames& clip) {
+    const auto& markers = context.state.markers.value();
+    const auto found = std::ranges::find(markers, id, &Marker::id);
+    const Marker* there = markerAtFrame(markers, id, time, clip);
+    if (found == markers.end() || !there) {
+        context.state.updateMarkerTime(id, time, &context.undo);
+        return true;
+    }
+    const Marker moved = *found;
+    const Marker other = *there;
+    const auto kept = askWhichToKeep(context, moved, other);
+    if (kept == Kept::moved) {
+        moveInPlaceOf(context, id, other.id, time);
+    } else if (kept == Kept::other) {
+        context.state.removeMarker(id, &context.undo);
+        context.state.selectedMarkerID = other.id;
+    } else if (kept == Kept::both) {
+        const bool isBefore = moved.startTime < other.startTime;
+        context.state.updateMarkerTime(
+            id, frameBeside(context.state.markers.value(), id, other, isBefore, clip), &context.undo);
+    }
+    return kept.has_value();
+}
+
+}
