@@ -182,7 +182,7 @@ EditorKeys::Actions EditorView::actions() {
         {swapServe, [this] { EditorCommands::swapServeOfSelectedMarker(m_context); }},
         {trimStart, [this] { m_timeline->trimStartAtPlayhead(); }},
         {trimEnd, [this] { m_timeline->trimEndAtPlayhead(); }},
-        {addCut, [this] { m_timeline->addCutAtPlayhead(); }},
+        {addCut, [this] { m_timeline->cutAtPlayhead(); }},
         {deleteSelection, [this] { m_timeline->removeSelection(); }},
         {renameMarker, [this] { m_sidebar->markers().renameSelected(); }},
         {zoomIn, [this] { m_timeline->zoomIn(); }},

@@ -2,6 +2,7 @@
 
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
+#include "ui/timeline/CutStep.h"
 #include "ui/timeline/TimelineCanvas.h"
 
 #include <algorithm>
@@ -26,7 +27,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     , m_scrollBar(new QScrollBar(Qt::Horizontal, this))
     , m_trimStart(addButton(QStringLiteral("trim-start"), &TimelineView::trimStartAtPlayhead))
     , m_trimEnd(addButton(QStringLiteral("trim-end"), &TimelineView::trimEndAtPlayhead))
-    , m_addCut(addButton(QStringLiteral("cut"), &TimelineView::addCutAtPlayhead))
+    , m_addCut(addButton(QStringLiteral("cut"), &TimelineView::cutAtPlayhead))
     , m_zoomOut(addButton(QStringLiteral("zoom-out"), &TimelineView::zoomOut))
     , m_zoomIn(addButton(QStringLiteral("zoom-in"), &TimelineView::zoomIn))
     , m_fit(addButton(QStringLiteral("fit"), &TimelineView::zoomToFit)) {
@@ -90,6 +91,7 @@ void TimelineView::showTexts() {
     name(m_trimStart, L10nKey::timelineTrimStart, Command::trimStart);
     name(m_trimEnd, L10nKey::timelineTrimEnd, Command::trimEnd);
     name(m_addCut, L10nKey::timelineAddCut, Command::addCut);
+    m_addCut->setToolTip(plainToolTip({m_addCut->toolTip(), m_context.text(L10nKey::timelineCutIsNoteLong)}));
     name(m_zoomOut, L10nKey::timelineZoomOut, Command::zoomOut);
     name(m_zoomIn, L10nKey::timelineZoomIn, Command::zoomIn);
     name(m_fit, L10nKey::timelineFit, Command::zoomToFit);
@@ -125,7 +127,7 @@ void TimelineView::trimAtPlayhead(Change change) {
     m_context.state.setTrim(trim, &m_context.undo);
 }
 
-void TimelineView::addCutAtPlayhead() {
+void TimelineView::cutAtPlayhead() {
     const TimelineScene& scene = m_canvas->scene();
     const double duration = scene.scale.duration();
     if (duration <= 0)
@@ -134,9 +136,21 @@ void TimelineView::addCutAtPlayhead() {
     const double frame = std::min(1 / scene.frameRate, duration);
     const double visible = std::min(duration, scene.scale.width() / scene.scale.pointsPerSecond());
     const double length = std::max(frame, nearestFrame(visible * shareOfView, scene.frameRate));
-    const double start = std::clamp(m_context.state.currentTime.value(), 0.0, duration - frame);
-    m_context.state.addCut({QUuid::createUuid(), start, std::min(duration, start + length)}, &m_context.undo);
-    m_context.state.selectedMarkerID = std::nullopt;
+    AppState& state = m_context.state;
+    const double playhead = std::clamp(state.currentTime.value(), 0.0, duration);
+    const CutStep step = cutStepAt(state.cuts.value(), playhead, length, frame, duration);
+    if (step.kind == CutStep::Kind::added)
+        state.addCut(step.cut, &m_context.undo);
+    else
+        state.updateCut(step.cut, &m_context.undo);
+    state.selectedMarkerID = std::nullopt;
+    state.selectedCutID = step.cut.id;
+    const auto keys = m_context.keys.shown(Command::addCut);
+    if (step.kind == CutStep::Kind::ended || keys.isEmpty())
+        m_canvas->tellAboutCut(step.cut, m_context.text(L10nKey::timelineCutIsNoteLong));
+    else
+        m_canvas->tellAboutCut(step.cut, format(m_context.text(L10nKey::timelineCutEndsWith),
+                                                keyLabel(keys.first(), state.language)));
 }
 
 void TimelineView::removeSelection() {

@@ -28,8 +28,9 @@ public:
     void trimStartAtPlayhead();
     void trimEndAtPlayhead();
 
-    /// Adds and selects a cut from the playhead over a tenth of the visible part.
-    void addCutAtPlayhead();
+    /// Adds a cut from the playhead over a tenth of the visible part, or ends the one around the playhead
+    /// there; selects it and tells about it.
+    void cutAtPlayhead();
 
     /// Removes the selected cut, or else the selected marker.
     void removeSelection();

@@ -65,9 +65,10 @@ TEST(Commands, ChosenKeysReplaceThoseOfTheTable) {
             return t(Language::english, line.does) == QLatin1String(text);
         };
     };
-    EXPECT_EQ(std::ranges::find_if(lines, isFor("Mark a cut at the playhead"))->keys,
-              QStringList(QStringLiteral("X")));
-    EXPECT_EQ(std::ranges::find_if(lines, isFor("Remove the selected marker or cut")), lines.end());
+    EXPECT_EQ(
+        std::ranges::find_if(lines, isFor("Note a cut from here on; inside the note: up to here"))->keys,
+        QStringList(QStringLiteral("X")));
+    EXPECT_EQ(std::ranges::find_if(lines, isFor("Remove the selected marker or cut note")), lines.end());
 }
 
 // The tables between these lines of docs/guide/keyboard.md are written by

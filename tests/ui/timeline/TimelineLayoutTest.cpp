@@ -1,8 +1,10 @@
 // Positions on the timeline: arithmetic without a window.
 #include "support/Sessions.h"
 #include "ui/common/MarkerText.h"
+#include "ui/timeline/CutStep.h"
 #include "ui/timeline/FlagRow.h"
 #include "ui/timeline/Gestures.h"
+#include "ui/timeline/MarkerDrop.h"
 #include "ui/timeline/ThumbnailStrip.h"
 #include "ui/timeline/WaveformStore.h"
 
@@ -114,6 +116,41 @@ TEST(Snapping, TargetsWinWithinReachAndFramesElsewhere) {
                 << "a frame's own time is its start";
 }
 
+TEST(Cuts, ANewOneTakesTheSpaceThatIsThere) {
+    const auto rangeAt = [](const std::vector<CutZone>& cuts, double playhead) {
+        const CutStep step = cutStepAt(cuts, playhead, 10, 0.04, 100);
+        EXPECT_EQ(step.kind, CutStep::Kind::added);
+        return std::pair(step.cut.start, step.cut.end);
+    };
+    const CutZone backward{QUuid::createUuid(), 30, 24};
+    EXPECT_EQ(rangeAt({}, 50), std::pair(50.0, 60.0));
+    EXPECT_EQ(rangeAt({}, 95), std::pair(95.0, 100.0));
+    EXPECT_EQ(rangeAt({}, 100), std::pair(99.96, 100.0)) << "one frame at least";
+    EXPECT_EQ(rangeAt({backward}, 20), std::pair(20.0, 24.0));
+    EXPECT_EQ(rangeAt({backward}, 30), std::pair(30.0, 40.0)) << "beside the one that ends there";
+}
+
+TEST(Cuts, TheOneAroundThePlayheadIsEnded) {
+    const CutZone outer{QUuid::createUuid(), 20, 60};
+    const CutZone inner{QUuid::createUuid(), 30, 50};
+    const CutStep step = cutStepAt(std::vector{outer, inner}, 41.5, 10, 0.04, 100);
+    EXPECT_EQ(step.kind, CutStep::Kind::ended);
+    EXPECT_EQ(step.cut, (CutZone{inner.id, 30, 41.5}));
+    EXPECT_EQ(cutStepAt(std::vector{outer, inner}, 30.01, 10, 0.04, 100).kind, CutStep::Kind::chosen);
+}
+
+TEST(Markers, FindTheFreeFrameBesideOthers) {
+    const std::vector markers{markerAt(0), markerAt(3.7), markerAt(3.74), markerAt(9)};
+    const ClipFrames clip{0.04, 9.04};
+    const auto beside = [&](std::size_t other, bool isBefore) {
+        return frameBeside(markers, markers[3].id, markers[other], isBefore, clip);
+    };
+    EXPECT_DOUBLE_EQ(beside(1, true), 3.66);
+    EXPECT_DOUBLE_EQ(beside(1, false), 3.78) << "past the next one too";
+    EXPECT_DOUBLE_EQ(beside(0, true), 0.04) << "there is nothing before the first frame";
+    EXPECT_EQ(markerAtFrame(markers, markers[1].id, 3.705, clip), nullptr) << "the moved one is no obstacle";
+}
+
 TEST(Flags, SayLessAsTheyComeCloserAndNeverOverlap) {
     const std::vector<FlagWidths> widths(3, {30, 80});
     const auto details = [&](const std::vector<double>& positions, int lanes, double end = 1000) {
@@ -198,16 +235,15 @@ TEST(Flags, SayWhatTheirMarkersSayAfterEveryEdit) {
     EXPECT_THAT(shows(), ElementsAre("1: 1-0", "5: 5-0", "3: 3-0", "2: 9-0", "6: 1-0"));
 }
 
-TEST(Rows, FoldFromPicturesToSoundAndNeverOverlap) {
+TEST(Rows, FoldFromSoundToPicturesAndNeverOverlap) {
     constexpr double line = 14;
     const double smallest = smallestTimelineHeight(line);
+    EXPECT_LT(smallest, 130) << "of a window of 480 points";
     const RowLayout least = layOutRows(800, smallest, line, true);
-    EXPECT_TRUE(least.thumbnails.isEmpty());
+    EXPECT_GE(least.thumbnails.height(), 40);
     EXPECT_TRUE(least.waveform.isEmpty());
-    EXPECT_LE(least.trim.bottom(), smallest);
-    const RowLayout some = layOutRows(800, smallest + 40, line, true);
-    EXPECT_TRUE(some.thumbnails.isEmpty());
-    EXPECT_FALSE(some.waveform.isEmpty());
+    EXPECT_TRUE(layOutRows(800, smallest - 1, line, true).thumbnails.isEmpty()) << "no strip too low to see";
+    EXPECT_FALSE(layOutRows(800, smallest + 40, line, true).waveform.isEmpty());
     for (double height = smallest; height < 600; height += 3) {
         for (const bool hasSound : {true, false}) {
             const RowLayout rows = layOutRows(800, height, line, hasSound);

@@ -7,13 +7,17 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QToolTip>
 #include <QWheelEvent>
 
 namespace pointloom::test {
 
+using testing::DoubleEq;
 using testing::ElementsAre;
 
 namespace {
@@ -52,6 +56,23 @@ struct Timeline : testing::Test {
         move((from + to) / 2, modifiers);
         move(to, modifiers);
         release(to);
+    }
+    // The player's part: the playhead goes where it is asked to.
+    void follow() {
+        QObject::connect(&view, &TimelineView::seekRequested,
+                         [this](double seconds, bool) { state.currentTime = seconds; });
+    }
+    // Chooses an entry of the menu that opens next, or closes it when there is no such entry.
+    void choose(const QString& beginning) {
+        QTimer::singleShot(0, &view, [beginning] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            for (QAction* action : menu->actions()) {
+                if (action->text().startsWith(beginning))
+                    menu->setActiveAction(action);
+            }
+            QTest::keyClick(menu, menu->activeAction() ? Qt::Key_Return : Qt::Key_Escape);
+        });
     }
     void turnWheel(QPoint place, int notches, Qt::KeyboardModifiers modifiers) {
         QWheelEvent event(place, canvas().mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
@@ -128,10 +149,70 @@ TEST_F(Timeline, ADraggedMarkerHoldsOnToPlayheadAndMarkersUnlessAltIsDown) {
     EXPECT_EQ(timesOf(state)[1], 70.017);
     undo.undo();
     drag(onFlag(1), onFlag(1) + QPoint(-395, 0));
-    EXPECT_THAT(timesOf(state), ElementsAre(10, 10));
+    EXPECT_THAT(timesOf(state), ElementsAre(10, DoubleEq(10 + 1 / frameRate))) << "both can be seen";
     undo.undo();
     drag(onFlag(1), onFlag(1) + QPoint(-395, 0), Qt::AltModifier);
     EXPECT_NEAR(timesOf(state)[1], 10.5, 1e-6);
+}
+
+TEST_F(Timeline, TheFilmFollowsWhatIsDragged) {
+    follow();
+    state.markers = std::vector{markerAt(50)};
+    state.cuts = std::vector{CutZone{QUuid::createUuid(), 60, 70}};
+    state.currentTime = 20;
+    QSignalSpy seeks(&view, &TimelineView::seekRequested);
+    QSignalSpy scrubbing(&view, &TimelineView::scrubbingChanged);
+    const QPoint grip = onFlag(0);
+    press(grip);
+    move(grip + QPoint(30, 0));
+    EXPECT_NEAR(state.currentTime, 53, 0.02);
+    EXPECT_FALSE(seeks.last()[1].toBool()) << "a long way is shown by key frames";
+    move(grip + QPoint(32, 0));
+    EXPECT_NEAR(state.currentTime, 53.2, 0.02);
+    EXPECT_TRUE(seeks.last()[1].toBool()) << "a short one frame by frame";
+    move(grip + QPoint(62, 0));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return seeks.last()[1].toBool(); })) << "a rest shows the frame";
+    EXPECT_NEAR(state.currentTime, 56.2, 0.02);
+    EXPECT_EQ(scrubbing.count(), 1);
+    QTest::keyClick(&canvas(), Qt::Key_Escape);
+    EXPECT_EQ(state.currentTime, 20) << "as before";
+    EXPECT_FALSE(scrubbing.last()[0].toBool());
+
+    drag(onFlag(0), onFlag(0) + QPoint(33, 0));
+    EXPECT_EQ(state.currentTime, timesOf(state)[0]);
+    EXPECT_TRUE(seeks.last()[1].toBool());
+    drag(scene().trimStartHandle().center().toPoint(), onTrim(30));
+    EXPECT_EQ(state.currentTime, state.trimStart);
+    EXPECT_GT(state.trimStart, 28);
+    drag(onTrim(70) - QPoint(1, 0), onTrim(80));
+    EXPECT_EQ(state.currentTime, state.cuts.value()[0].end);
+    EXPECT_GT(state.currentTime, 78);
+}
+
+TEST_F(Timeline, AMarkerDroppedOnAnotherAsksWhichToKeep) {
+    state.markers = std::vector{markerAt(10), markerAt(50)};
+    const QUuid first = state.markers.value()[0].id;
+    const QUuid second = state.markers.value()[1].id;
+    const auto dropOnFirst = [&](const char* answer) {
+        choose(QLatin1String(answer));
+        drag(onFlag(1), onFlag(1) + QPoint(-400, 0));
+    };
+    dropOnFirst("no such entry");
+    EXPECT_THAT(timesOf(state), ElementsAre(10, 50)) << "closed without an answer";
+    EXPECT_FALSE(undo.canUndo().value());
+    dropOnFirst("Keep both");
+    EXPECT_THAT(timesOf(state), ElementsAre(10, DoubleEq(10 + 1 / frameRate)));
+    undo.undo();
+    dropOnFirst("Keep the one moved");
+    EXPECT_THAT(timesOf(state), ElementsAre(10));
+    EXPECT_EQ(state.markers.value()[0].id, second);
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoMoveMarker);
+    undo.undo();
+    EXPECT_THAT(timesOf(state), ElementsAre(10, 50)) << "one step";
+    dropOnFirst("Keep the one that was");
+    EXPECT_THAT(timesOf(state), ElementsAre(10));
+    EXPECT_EQ(state.markers.value()[0].id, first);
+    EXPECT_EQ(state.selectedMarkerID.value(), first);
 }
 
 TEST_F(Timeline, EscapeLeavesADraggedMarkerWhereItWas) {
@@ -206,10 +287,29 @@ TEST_F(Timeline, CutsAreDrawnMovedResizedAndRemoved) {
     EXPECT_EQ(store.saves, 10);
 }
 
+TEST_F(Timeline, EveryPressOfTheScissorsIsAnswered) {
+    state.currentTime = 20;
+    view.cutAtPlayhead();
+    const CutZone begun = state.cuts.value().at(0);
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("press C"))) << qPrintable(QToolTip::text());
+    state.selectedCutID = std::nullopt;
+    QToolTip::hideText();
+    view.cutAtPlayhead();
+    EXPECT_THAT(state.cuts.value(), ElementsAre(begun)) << "nothing lies hidden under it";
+    EXPECT_EQ(state.selectedCutID.value(), begun.id);
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("press C"))) << qPrintable(QToolTip::text());
+    state.currentTime = 26;
+    view.cutAtPlayhead();
+    EXPECT_THAT(state.cuts.value(), ElementsAre(CutZone{begun.id, 20, 26}));
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("stays in the exported video")));
+    undo.undo();
+    EXPECT_THAT(state.cuts.value(), ElementsAre(begun));
+}
+
 TEST_F(Timeline, DeleteRemovesTheOneThingThatIsSelected) {
     state.markers = std::vector{markerAt(50)};
     state.currentTime = 20;
-    view.addCutAtPlayhead();
+    view.cutAtPlayhead();
     ASSERT_EQ(state.cuts.value().size(), 1U);
     QTest::mouseClick(&canvas(), Qt::LeftButton, {}, onFlag(0));
     EXPECT_FALSE(state.selectedCutID.value());
