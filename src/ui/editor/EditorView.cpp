@@ -58,6 +58,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     setFocusPolicy(Qt::ClickFocus); // a click beside every control gives the keys back to the editor
     m_rows->addWidget(makePictureColumn());
     m_rows->addWidget(m_timeline);
+    m_rows->installEventFilter(this);
     m_rows->setStretchFactor(0, 1);
     m_columns->addWidget(m_rows);
     m_columns->addWidget(m_sidebar);
@@ -115,9 +116,11 @@ void EditorView::showEvent(QShowEvent*) {
     arrange();
 }
 
-void EditorView::resizeEvent(QResizeEvent*) {
-    if (m_isArranged && !m_timelineHeight)
+// Not at the editor's own resize: one that was resized while hidden has its splitters resized later.
+bool EditorView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_rows && event->type() == QEvent::Resize && !m_timelineHeight)
         giveTimelineWhatThePictureLeaves();
+    return QWidget::eventFilter(watched, event);
 }
 
 // Lengths that were chosen in a larger window are limited to half of this one.
@@ -126,7 +129,7 @@ void EditorView::arrange() {
     const int sidebar = std::min(m_sidebarWidth.value_or(usual), std::max(usual, width() / 2));
     m_columns->setSizes({width() - sidebar, sidebar});
     if (!m_timelineHeight)
-        return giveTimelineWhatThePictureLeaves();
+        return;
     const int timeline = std::min(*m_timelineHeight, height() / 2);
     m_rows->setSizes({height() - timeline, timeline});
 }
@@ -134,11 +137,10 @@ void EditorView::arrange() {
 // Most clips are wide: the timeline gets the height that would be black above and below the picture.
 void EditorView::giveTimelineWhatThePictureLeaves() {
     constexpr double usualShape = 16.0 / 9;
-    const int picture =
-        static_cast<int>(m_columns->sizes().front() / usualShape) + m_transport->sizeHint().height();
-    const int timeline = std::clamp(height() - picture, m_timeline->minimumSizeHint().height(),
+    const int picture = static_cast<int>(m_rows->width() / usualShape) + m_transport->sizeHint().height();
+    const int timeline = std::clamp(m_rows->height() - picture, m_timeline->minimumSizeHint().height(),
                                     m_timeline->sizeHint().height());
-    m_rows->setSizes({height() - timeline, timeline});
+    m_rows->setSizes({m_rows->height() - timeline, timeline});
 }
 
 // Playback pauses when another screen is shown, not when the window is minimised.

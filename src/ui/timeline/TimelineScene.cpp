@@ -32,14 +32,19 @@ double trimHeight(double lineHeight) {
     return std::max(20.0, lineHeight + 4);
 }
 
+// Of ruler, one lane of flags and trims.
+double unfoldedHeight(double lineHeight) {
+    return rulerHeight(lineHeight) + laneHeight(lineHeight) + trimHeight(lineHeight) + rowGap;
+}
+
 }
 
 double smallestTimelineHeight(double lineHeight) {
-    return rulerHeight(lineHeight) + laneHeight(lineHeight) + trimHeight(lineHeight) + 2 * rowGap;
+    return unfoldedHeight(lineHeight) + smallestThumbnails + rowGap;
 }
 
 RowLayout layOutRows(double width, double height, double lineHeight, bool hasSound) {
-    double rest = std::max(0.0, height - smallestTimelineHeight(lineHeight) - rowGap);
+    double rest = std::max(0.0, height - unfoldedHeight(lineHeight));
     RowLayout rows;
     rows.laneHeight = laneHeight(lineHeight);
     while (rows.flagLanes < mostLanes && rest - rows.laneHeight >= comfortableClip * rows.flagLanes) {
@@ -47,16 +52,15 @@ RowLayout layOutRows(double width, double height, double lineHeight, bool hasSou
         rest -= rows.laneHeight;
     }
 
-    double waveform = hasSound && rest >= smallestWaveform ? smallestWaveform : 0;
-    double thumbnails = 0;
-    const double between = waveform > 0 ? rowGap : 0;
-    if (rest - waveform - between >= smallestThumbnails) {
-        thumbnails = rest - between;
-        if (waveform > 0)
-            thumbnails = std::clamp((rest - between) * thumbnailShare, smallestThumbnails, largestThumbnails);
-        waveform = waveform > 0 ? rest - between - thumbnails : 0;
-    } else if (waveform > 0) {
-        waveform = rest;
+    const bool hasThumbnails = rest >= smallestThumbnails + rowGap;
+    const bool hasWaveform = hasSound && rest >= smallestThumbnails + smallestWaveform + 2 * rowGap;
+    double thumbnails = hasThumbnails ? rest - rowGap : 0;
+    double waveform = 0;
+    if (hasWaveform) {
+        const double both = rest - 2 * rowGap;
+        thumbnails = std::clamp(both * thumbnailShare, smallestThumbnails,
+                                std::min(largestThumbnails, both - smallestWaveform));
+        waveform = both - thumbnails;
     }
 
     double top = 0;
@@ -126,6 +130,16 @@ TimelineHit TimelineScene::hitAt(QPointF point) const {
     if (rows.trim.contains(point))
         return trimLaneAt(point);
     return {TimelineHit::Kind::time, {}};
+}
+
+QPointF TimelineScene::placeOf(const TimelineHit& hit) const {
+    QPointF place(scale.x(playhead), rows.flags.bottom());
+    if (const Flag* flag = flags.find(hit.id))
+        place = boxOf(*flag).bottomLeft();
+    else if (const auto cut = std::ranges::find(cuts, hit.id, &CutZone::id); cut != cuts.end())
+        place = boxOf(*cut).bottomLeft();
+    place.setX(std::clamp(place.x(), 0.0, scale.width()));
+    return place;
 }
 
 TimelineHit TimelineScene::flagAt(QPointF point) const {

@@ -27,8 +27,8 @@ struct RowLayout {
     QRectF clip() const { return thumbnails.united(waveform); }
 };
 
-/// Divides the height among the rows. Ruler, one lane of flags and trims never fold: `smallestTimelineHeight`
-/// is theirs. Thumbnails fold first, then the waveform. `lineHeight` is that of a line of small text.
+/// Divides the height among the rows. The waveform folds first; at `smallestTimelineHeight` there are ruler,
+/// one lane of flags, thumbnails and trims. `lineHeight` is that of a line of small text.
 RowLayout layOutRows(double width, double height, double lineHeight, bool hasSound);
 
 double smallestTimelineHeight(double lineHeight);
@@ -74,6 +74,9 @@ struct TimelineScene {
     QRectF boxOf(const CutZone& cut) const;
 
     TimelineHit hitAt(QPointF point) const;
+
+    /// The visible point nearest to the lower left corner of a marker's flag or a cut, or to the playhead.
+    QPointF placeOf(const TimelineHit& hit) const;
 
 private:
     TimelineHit flagAt(QPointF point) const;

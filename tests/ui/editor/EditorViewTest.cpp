@@ -65,6 +65,18 @@ TEST_F(EditorViewTest, WhatIsNoLengthIsNotTaken) {
     }
 }
 
+TEST_F(EditorViewTest, TheTimelineHasItsHeightWhenTheWindowWasResizedOnAnotherScreen) {
+    openEditor({1600, 900});
+    editor->hide();
+    editor->resize(1300, 780);
+    editor->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(editor.get()));
+    const int height = timelineHeight();
+    editor->resize(1310, 780);
+    editor->resize(1300, 780);
+    EXPECT_EQ(height, timelineHeight());
+}
+
 TEST_F(EditorViewTest, TheTimelineZoomsByKeysWhereverTheFocusIs) {
     openEditor();
     state.videoDuration = 600;
