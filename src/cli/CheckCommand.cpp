@@ -72,11 +72,22 @@ void reportNumberOfSets(ProjectReport& report, const MatchConfig& config) {
                                .arg(config.numberOfSets);
 }
 
+// The editor enters the points of a match with unknown rules by hand.
+void reportRules(ProjectReport& report, const MatchConfig& config, const std::vector<std::string>& rules) {
+    try {
+        rulesOfMatch(config, rules);
+    } catch (const FormatError& error) {
+        report.warnings += QStringLiteral("rules: ") + QString::fromUtf8(error.what());
+    }
+}
+
 void reportSettings(ProjectReport& report, const ProjectFile& project) {
-    if (!project.matchConfig)
+    if (!project.matchConfig) {
         report.unset += QStringLiteral("the match is not set up: no teams, no sets");
-    else
+    } else {
         reportNumberOfSets(report, *project.matchConfig);
+        reportRules(report, *project.matchConfig, project.rules.value_or(std::vector<std::string>()));
+    }
     if (!project.selectedTemplate)
         report.unset += QStringLiteral("no scoreboard template is chosen");
     if (project.trimEnd && *project.trimEnd <= project.trimStart)

@@ -147,10 +147,12 @@ TEST_F(CheckCommandTest, SaysOnOneLineEachWhatIsOddInADocument) {
     ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
     project.matchConfig->team1.player1 = QStringLiteral("A\x1b[31m\nB");
     project.matchConfig->numberOfSets = -5;
+    project.rules = {"beach"};
     project.save(path(QStringLiteral("m.plp")));
     const QString report = QString::fromUtf8(run("check m.plp").out);
     EXPECT_TRUE(report.contains(u"match       A?[31m?B  -  ")) << report.toStdString();
     EXPECT_TRUE(report.contains(u"warning     Tennis is not played over -5 sets\n")) << report.toStdString();
+    EXPECT_TRUE(report.contains(u"warning     rules: \"beach\" is no rule of tennis\n")) << report.toStdString();
 }
 
 TEST_F(ScoreboardCommandTest, DrawsTheScoreOfAMoment) {

@@ -4,6 +4,7 @@
 #include "ui/style/Tokens.h"
 #include "ui/wizard/BoardPanel.h"
 #include "ui/wizard/LogoField.h"
+#include "ui/wizard/RulesField.h"
 
 #include <algorithm>
 #include <QButtonGroup>
@@ -103,6 +104,7 @@ MatchPage::MatchPage(const UiContext& context, WizardFlow& flow, QWidget* parent
                 writeDraft();
         });
     }
+    connect(m_rules, &RulesField::edited, this, [this] { m_flow.setRules(m_rules->rules()); });
     connect(m_logo, &LogoField::logoPicked, this, &MatchPage::writeDraft);
     connect(m_logo, &LogoField::pictureChanged, this, &MatchPage::showBoard);
     connect(&m_flow, &WizardFlow::draftReplaced, this, &MatchPage::readDraft);
@@ -117,6 +119,7 @@ QWidget* MatchPage::makeForm() {
     QWidget* choices = makeChoices(form);
     m_team1 = new TeamForm(m_context, Side::first, form);
     m_team2 = new TeamForm(m_context, Side::second, form);
+    m_rules = new RulesField(m_context, form);
     m_logo = new LogoField(m_context, form);
     auto* lines = new QVBoxLayout(form);
     lines->setContentsMargins(cardMargin, 0, cardMargin, Space::l);
@@ -127,6 +130,7 @@ QWidget* MatchPage::makeForm() {
     teams->addWidget(m_team1, 1);
     teams->addWidget(m_team2, 1);
     lines->addLayout(teams);
+    lines->addWidget(m_rules);
     lines->addWidget(m_logo);
     lines->addStretch(1);
     return form;
@@ -161,6 +165,7 @@ void MatchPage::readDraft() {
         team->setKind(match.sport, match.format);
     m_team1->setTeam(match.team1);
     m_team2->setTeam(match.team2);
+    m_rules->setRules(match, m_flow.rules());
     m_logo->setLogo(match.logoURL);
     showTexts();
     showBoard();
@@ -190,6 +195,7 @@ void MatchPage::writeDraft() {
     match.team2 = m_team2->team();
     match.logoURL = m_logo->logo();
     m_flow.setDraft(match);
+    m_rules->setRules(match, m_flow.rules());
     for (TeamForm* team : {m_team1, m_team2})
         team->setKind(match.sport, match.format);
     showBoard();

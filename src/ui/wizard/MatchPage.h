@@ -8,6 +8,7 @@ namespace pointloom {
 
 class BoardPanel;
 class LogoField;
+class RulesField;
 class SegmentedControl;
 
 class MatchPage final : public WizardPage {
@@ -42,6 +43,7 @@ private:
     std::vector<int> m_offeredSets;
     TeamForm* m_team1 = nullptr;
     TeamForm* m_team2 = nullptr;
+    RulesField* m_rules = nullptr;
     LogoField* m_logo = nullptr;
 };
 

@@ -66,6 +66,32 @@ MatchConfig withinLimits(MatchConfig match) {
     return match;
 }
 
+std::string rulesKey(SportID sport) {
+    return "rules." + std::string(rawValue(sport));
+}
+
+// Usual rules while none are remembered that this version knows.
+std::vector<std::string> rememberedRules(const UserDefaults& defaults, SportID sport) {
+    std::vector<std::string> rules;
+    for (const QByteArray& word : Preferences::remembered(defaults, rulesKey(sport)).split(',')) {
+        if (!word.isEmpty())
+            rules.push_back(word.toStdString());
+    }
+    try {
+        rulesOfMatch(emptyMatch(sport), rules);
+        return rules;
+    } catch (const FormatError&) {
+        return {};
+    }
+}
+
+void rememberRules(UserDefaults& defaults, SportID sport, const std::vector<std::string>& rules) {
+    QByteArrayList words;
+    for (const std::string& word : rules)
+        words << QByteArray::fromStdString(word);
+    Preferences::remember(defaults, rulesKey(sport), words.join(','));
+}
+
 }
 
 L10nKey sportName(SportID sport) {
@@ -111,7 +137,7 @@ WizardFlow::WizardFlow(const UiContext& context, QObject* parent)
     : QObject(parent)
     , m_context(context) {
     AppState& state = m_context.state;
-    m_bindings.watchAll([this] { followSession(); }, state.matchConfig, state.selectedTemplate,
+    m_bindings.watchAll([this] { followSession(); }, state.matchConfig, state.rules, state.selectedTemplate,
                         state.selectedSport);
 }
 
@@ -122,9 +148,11 @@ void WizardFlow::followSession() {
 
 void WizardFlow::readSession() {
     const auto& match = m_context.state.matchConfig.value();
-    m_draft = match ? withinLimits(*match) : emptyMatch(m_context.state.selectedSport);
+    const SportID sport = m_context.state.selectedSport;
+    m_draft = match ? withinLimits(*match) : emptyMatch(sport);
     if (!match)
-        m_draft.numberOfSets = firstNumberOfSets(m_draft.sport);
+        m_draft.numberOfSets = firstNumberOfSets(sport);
+    m_rules = match ? m_context.state.rules.value() : rememberedRules(m_context.defaults, sport);
     Q_EMIT draftReplaced();
 }
 
@@ -157,10 +185,13 @@ bool WizardFlow::pickSport(SportID sport, QWidget* window) {
         chosen && std::ranges::find(fitting, *chosen) == fitting.end())
         state.selectedTemplate = std::nullopt;
     m_draft = matchIn(sport, m_draft);
-    if (const auto match = state.matchConfig.value())
+    m_rules = rememberedRules(m_context.defaults, sport);
+    if (const auto match = state.matchConfig.value()) {
         state.matchConfig = matchIn(sport, *match);
-    else
+        state.rules = m_rules;
+    } else {
         m_draft.numberOfSets = firstNumberOfSets(sport);
+    }
     state.selectedSport = sport;
     state.save();
     Q_EMIT draftReplaced();
@@ -196,6 +227,9 @@ void WizardFlow::confirmMatch() {
     match.team1 = confirmed(m_draft.team1, m_draft.format);
     match.team2 = confirmed(m_draft.team2, m_draft.format);
     m_context.state.matchConfig = match;
+    m_context.state.rules = m_rules;
+    if (m_rules != rememberedRules(m_context.defaults, match.sport))
+        rememberRules(m_context.defaults, match.sport, m_rules);
     m_context.state.save();
     Preferences::remember(m_context.defaults, numberOfSetsKey(match.sport),
                           QByteArray::number(static_cast<qlonglong>(match.numberOfSets)));

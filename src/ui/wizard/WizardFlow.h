@@ -40,11 +40,16 @@ public:
     const MatchConfig& draft() const { return m_draft; }
     void setDraft(const MatchConfig& match) { m_draft = match; }
 
+    /// As `AppState::rules`; for a new match those that were chosen last in its sport.
+    const std::vector<std::string>& rules() const { return m_rules; }
+    void setRules(const std::vector<std::string>& rules) { m_rules = rules; }
+
     /// Replaces the draft by the session's match or an empty one. Called when the session was replaced: the
     /// fields notify only when their values differ.
     void readSession();
 
-    /// Copies the draft, which is complete, to the session and saves.
+    /// Copies the draft, which is complete, and its rules to the session, saves, and remembers the rules for
+    /// the sport.
     void confirmMatch();
 
     /// Shows the editor and saves.
@@ -68,6 +73,7 @@ private:
 
     UiContext m_context;
     MatchConfig m_draft;
+    std::vector<std::string> m_rules;
     bool m_isOwnChange = false;
     Bindings m_bindings;
 };

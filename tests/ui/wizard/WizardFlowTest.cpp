@@ -40,6 +40,26 @@ TEST_F(WizardFlowTest, AnotherSportTakesOverWhatFitsAndNothingElse) {
     EXPECT_TRUE(screen.dialogs.shown.isEmpty());
 }
 
+TEST_F(WizardFlowTest, RulesAreRememberedForEachSport) {
+    const std::vector<std::string> beach{"beach"};
+    ASSERT_TRUE(flow.pickSport(SportID::volleyball, nullptr));
+    EXPECT_TRUE(flow.rules().empty());
+    flow.setRules(beach);
+    flow.confirmMatch();
+    EXPECT_EQ(screen.state.rules.value(), beach);
+
+    ASSERT_TRUE(flow.pickSport(SportID::badminton, nullptr));
+    EXPECT_TRUE(screen.state.rules.value().empty());
+    flow.setRules({std::string(byHand)});
+    flow.confirmMatch();
+    screen.state.reset();
+    screen.state.selectedSport = SportID::volleyball;
+    EXPECT_EQ(flow.rules(), beach) << "a new match begins with them";
+    screen.defaults.setData("rules.volleyball", "beach,moon");
+    WizardFlow later(screen.context);
+    EXPECT_TRUE(later.rules().empty()) << "words that this version does not know";
+}
+
 TEST_F(WizardFlowTest, ScoresThatTheSportCannotCountAreAskedAbout) {
     screen.state.addMarker(test::markerAt(1), &screen.undo);
     EXPECT_TRUE(flow.pickSport(SportID::padel, nullptr));

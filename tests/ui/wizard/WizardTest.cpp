@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 #include <QAbstractItemView>
+#include <QComboBox>
 #include <QCompleter>
 #include <QDropEvent>
 #include <QLabel>
@@ -213,6 +214,33 @@ TEST_F(WizardTest, TeamSportsAskForTeams) {
     for (const QString& text : visibleTexts())
         EXPECT_FALSE(text.contains(QStringLiteral("player"), Qt::CaseInsensitive)) << text.toStdString();
     EXPECT_TRUE(button(L10nKey::bestOf5)->isChecked());
+}
+
+TEST_F(WizardTest, RulesAreChosenAmongThoseOfTheSport) {
+    enterMatch();
+    const auto list = [&](const char* name) { return view.findChild<QComboBox*>(QString::fromUtf8(name)); };
+    const auto choose = [&](const char* name, int row) {
+        list(name)->setCurrentIndex(row);
+        Q_EMIT list(name)->activated(row);
+    };
+    button(L10nKey::oneSet)->click();
+    EXPECT_FALSE(list("rules-deciding")->isVisible()) << "a single set decides nothing";
+    button(L10nKey::bestOf3)->click();
+    EXPECT_TRUE(list("rules-deciding")->isVisible());
+    choose("rules-game", 1);
+    choose("rules-deciding", 4);
+    for (TeamForm* team : view.findChildren<TeamForm*>()) {
+        team->firstName()->setFocus();
+        type(QStringLiteral("Ana"));
+    }
+    button(L10nKey::continueBtn)->click();
+    EXPECT_EQ(screen.state.rules.value(), (std::vector<std::string>{"no-ad", "deciding=match-tiebreak-10"}));
+
+    button(L10nKey::back)->click();
+    choose("rulesCounting", 1);
+    EXPECT_FALSE(list("rules-game")->isVisible());
+    button(L10nKey::continueBtn)->click();
+    EXPECT_EQ(screen.state.rules.value(), std::vector<std::string>{"by-hand"});
 }
 
 TEST_F(WizardTest, BoardFollowsEveryKey) {
