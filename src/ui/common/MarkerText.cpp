@@ -22,7 +22,7 @@ QStringList begunSets(const SportScoreState& score, QChar dash) {
     return words;
 }
 
-QStringList lines(const UiContext& context, const Marker& marker) {
+QStringList lines(const UiContext& context, const Marker& marker, bool isEntered) {
     const QString colon = QStringLiteral(": ");
     QStringList result{shortTime(marker.startTime, true)};
     if (marker.label && !marker.label->isEmpty())
@@ -31,6 +31,8 @@ QStringList lines(const UiContext& context, const Marker& marker) {
         result << context.text(L10nKey::sets) + colon + sets;
     result << context.text(L10nKey::gameScore) + colon + gameText(marker.score);
     result << context.text(L10nKey::serving) + colon + sideName(context, servingSide(marker.score));
+    if (isEntered)
+        result << context.text(L10nKey::countEntered);
     return result;
 }
 
@@ -65,12 +67,43 @@ ShortScore shortScore(const SportScoreState& score) {
     return {words.join(u' '), words.back()};
 }
 
-QString markerAsToolTip(const UiContext& context, const Marker& marker) {
-    return plainToolTip(lines(context, marker));
+namespace {
+
+L10nKey endedByPoint(Over over, bool hasGames) {
+    switch (over) {
+    case Over::nothing:
+        return L10nKey::countPoint;
+    case Over::game:
+        return L10nKey::countGame;
+    case Over::set:
+        return hasGames ? L10nKey::countGameSet : L10nKey::countSet;
+    case Over::match:
+        return hasGames ? L10nKey::countGameSetMatch : L10nKey::countSetMatch;
+    }
+    Q_UNREACHABLE();
 }
 
-QString markerAsSpoken(const UiContext& context, const Marker& marker) {
-    return lines(context, marker).join(QStringLiteral(", "));
+}
+
+QString countText(const UiContext& context, const CountedMatch& match, std::size_t marker) {
+    const CountedScore before = scoreBefore(match, marker);
+    const CountedScore after = scoreBefore(match, marker + 1);
+    const CountStep step = stepBetween(match.rules, before, after);
+    if (step.kind == CountStep::Kind::repeat)
+        return {};
+    if (step.kind == CountStep::Kind::entered)
+        return context.text(L10nKey::countEntered);
+    const bool scores = step.over != Over::nothing || gameTexts(before.score) != gameTexts(after.score);
+    const L10nKey text = scores ? endedByPoint(step.over, match.rules.format.hasGames) : L10nKey::countRally;
+    return format(context.text(text), sideName(context, step.winner));
+}
+
+QString markerAsToolTip(const UiContext& context, const Marker& marker, bool isEntered) {
+    return plainToolTip(lines(context, marker, isEntered));
+}
+
+QString markerAsSpoken(const UiContext& context, const Marker& marker, bool isEntered) {
+    return lines(context, marker, isEntered).join(QStringLiteral(", "));
 }
 
 }

@@ -28,10 +28,15 @@ struct ShortScore {
 
 ShortScore shortScore(const SportScoreState& score);
 
-/// Time and label, sets, game and serve, each on a line; plain text in markup that shows it as it is.
-QString markerAsToolTip(const UiContext& context, const Marker& marker);
+/// What a marker is in the count: "Point: Dravnik", "Game, set: Moreau", "Entered by hand"; empty when it
+/// repeats the score before it.
+QString countText(const UiContext& context, const CountedMatch& match, std::size_t marker);
+
+/// Time and label, sets, game and serve, each on a line, and that it was entered by hand; plain text in
+/// markup that shows it as it is.
+QString markerAsToolTip(const UiContext& context, const Marker& marker, bool isEntered = false);
 
 /// The same in one line, for screen readers.
-QString markerAsSpoken(const UiContext& context, const Marker& marker);
+QString markerAsSpoken(const UiContext& context, const Marker& marker, bool isEntered = false);
 
 }

@@ -1,6 +1,7 @@
 #include "ui/editor/EditorCommands.h"
 
 #include "model/ScoringEngine.h"
+#include "session/PointEdits.h"
 
 #include <algorithm>
 
@@ -41,6 +42,16 @@ void addMarker(const UiContext& context, const ShownFrame& frame) {
         addNewMarker(context, *score);
 }
 
+bool countPoint(const UiContext& context, const ShownFrame& frame, Side side) {
+    AppState& state = context.state;
+    const Marker* marker = markerAt(state, frame);
+    const auto result = marker ? PointEdits::changeWinner(state, QUuid(marker->id), side, &context.undo)
+                               : PointEdits::addPoint(state, state.currentTime, side, &context.undo);
+    if (result == PointEdits::Result::notCounted)
+        stepPoint(context, frame, side, StepDirection::next);
+    return result != PointEdits::Result::matchIsOver;
+}
+
 void stepPoint(const UiContext& context, const ShownFrame& frame, Side side, StepDirection direction) {
     AppState& state = context.state;
     if (const Marker* marker = markerAt(state, frame)) {
@@ -55,8 +66,12 @@ void stepPoint(const UiContext& context, const ShownFrame& frame, Side side, Ste
 
 void swapServeOfSelectedMarker(const UiContext& context) {
     AppState& state = context.state;
-    if (const Marker* marker = selectedMarker(state))
-        state.updateMarkerScore(QUuid(marker->id), withServeSwapped(marker->score), &context.undo);
+    if (const Marker* marker = selectedMarker(state)) {
+        PointEdits::typeScore(state, marker->id, withServeSwapped(marker->score), &context.undo);
+    } else if (PointEdits::countedMatch(state) &&
+               !ScoringEngine::markerAtTime(state.markers.value(), state.currentTime)) {
+        PointEdits::typeScore(state, std::nullopt, withServeSwapped(*state.liveScore()), &context.undo);
+    }
 }
 
 const Marker* neighbour(const AppState& state, const ShownFrame& frame, Neighbour which) {

@@ -30,10 +30,16 @@ const Marker* markerAt(const AppState& state, const ShownFrame& frame);
 /// there is selected instead.
 void addMarker(const UiContext& context, const ShownFrame& frame);
 
-/// Steps the score at the playhead for `team` along its list of values: into a new marker there, or into the
+/// Counts a point by the rules of the match: into a new marker at the playhead, or the marker that is already
+/// there becomes a point of `side`. The markers after it follow. By hand, and where the score cannot be
+/// counted on from, steps it instead. False when the match is over.
+[[nodiscard]] bool countPoint(const UiContext& context, const ShownFrame& frame, Side side);
+
+/// Steps the score at the playhead for `side` along its list of values: into a new marker there, or into the
 /// one that is already there, so that a key pressed twice makes no second marker at the same frame.
 void stepPoint(const UiContext& context, const ShownFrame& frame, Side side, StepDirection direction);
 
+/// In a match that is counted, before its first point, who serves first.
 void swapServeOfSelectedMarker(const UiContext& context);
 
 enum class Neighbour { previous, next };

@@ -33,6 +33,7 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     , m_scoreboardView(new ScoreboardView(this))
     , m_markers(new MarkerListView(context, this))
     , m_messages(new MessageBar(context, this))
+    , m_count(new CountBar(context, this))
     , m_panel(new ScorePanel(context, this)) {
     setProperty("background", QStringLiteral("surface"));
     setAttribute(Qt::WA_StyledBackground);
@@ -40,6 +41,7 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     listArea->setContentsMargins(Space::xs, 0, Space::xs, Space::xs);
     listArea->setSpacing(Space::xs);
     listArea->addWidget(m_messages);
+    listArea->addWidget(m_count);
     listArea->addWidget(m_markers, 1);
     auto* column = Controls::layout<QVBoxLayout>(this, {0, 0, 0, 0}, 0);
     column->addWidget(makeLiveScore());
@@ -60,6 +62,7 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
 
     connect(m_markers, &MarkerListView::seekRequested, this, &EditorSidebar::seekRequested);
     connect(m_markers, &MarkerListView::addMarkerRequested, this, &EditorSidebar::addMarkerRequested);
+    connect(m_count, &CountBar::seekRequested, this, &EditorSidebar::seekRequested);
     connect(m_editInitial, &QToolButton::clicked, m_panel, &ScorePanel::editInitialScore);
     connect(&m_scoreboard, &LiveScoreboard::changed, this, &EditorSidebar::showLiveScore);
     showLiveScore();

@@ -4,6 +4,7 @@
 #include "ui/common/LiveScoreboard.h"
 #include "ui/common/ScoreboardView.h"
 #include "ui/common/UiContext.h"
+#include "ui/editor/CountBar.h"
 #include "ui/editor/MarkerListView.h"
 #include "ui/editor/MessageBar.h"
 #include "ui/editor/ScorePanel.h"
@@ -23,6 +24,7 @@ public:
 
     MarkerListView& markers() { return *m_markers; }
     MessageBar& messages() { return *m_messages; }
+    CountBar& count() { return *m_count; }
     ScorePanel& panel() { return *m_panel; }
 
     /// Asks for a CSV file and imports its markers; an error is shown above the list.
@@ -52,6 +54,7 @@ private:
     ScoreboardView* m_scoreboardView;
     MarkerListView* m_markers;
     MessageBar* m_messages;
+    CountBar* m_count;
     ScorePanel* m_panel;
     QToolButton* m_editInitial = nullptr;
     QToolButton* m_import = nullptr;

@@ -158,9 +158,16 @@ EditorCommands::ShownFrame EditorView::shownFrame() const {
 
 EditorKeys::Actions EditorView::actions() {
     using enum Command;
-    const auto step = [this](Side side, StepDirection direction) {
-        return
-            [this, side, direction] { EditorCommands::stepPoint(m_context, shownFrame(), side, direction); };
+    const auto count = [this](Side side) {
+        return [this, side] {
+            if (!EditorCommands::countPoint(m_context, shownFrame(), side))
+                m_sidebar->count().sayThatMatchIsOver();
+        };
+    };
+    const auto stepBack = [this](Side side) {
+        return [this, side] {
+            EditorCommands::stepPoint(m_context, shownFrame(), side, StepDirection::previous);
+        };
     };
     return {
         {playPause, [this] { m_playback.togglePlaying(); }},
@@ -177,10 +184,10 @@ EditorKeys::Actions EditorView::actions() {
         {goToEnd, [this] { m_playback.goToEnd(); }},
         {goToTime, [this] { m_transport->typeTime(); }},
         {addMarker, [this] { EditorCommands::addMarker(m_context, shownFrame()); }},
-        {pointFirst, step(Side::first, StepDirection::next)},
-        {pointSecond, step(Side::second, StepDirection::next)},
-        {pointBackFirst, step(Side::first, StepDirection::previous)},
-        {pointBackSecond, step(Side::second, StepDirection::previous)},
+        {pointFirst, count(Side::first)},
+        {pointSecond, count(Side::second)},
+        {pointBackFirst, stepBack(Side::first)},
+        {pointBackSecond, stepBack(Side::second)},
         {swapServe, [this] { EditorCommands::swapServeOfSelectedMarker(m_context); }},
         {trimStart, [this] { m_timeline->trimStartAtPlayhead(); }},
         {trimEnd, [this] { m_timeline->trimEndAtPlayhead(); }},

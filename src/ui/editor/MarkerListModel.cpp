@@ -1,6 +1,7 @@
 #include "ui/editor/MarkerListModel.h"
 
 #include "model/ScoringEngine.h"
+#include "session/PointEdits.h"
 #include "ui/common/MarkerText.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ MarkerListModel::MarkerListModel(const UiContext& context, QObject* parent)
     , m_context(context) {
     AppState& state = m_context.state;
     m_bindings.watch(state.markers, [this] { followMarkers(); });
+    m_bindings.watchAll([this] { followCount(); }, state.initialScore, state.matchConfig, state.rules);
     m_bindings.watch(state.currentTime, [this] { followPlayhead(); });
 }
 
@@ -33,11 +35,13 @@ QVariant MarkerListModel::data(const QModelIndex& index, int role) const {
         return marker.label.value_or(QString());
     case Qt::AccessibleTextRole:
     case Qt::DisplayRole:
-        return markerAsSpoken(m_context, marker);
+        return markerAsSpoken(m_context, marker, m_entered.contains(marker.id));
     case Qt::ToolTipRole:
-        return markerAsToolTip(m_context, marker);
+        return markerAsToolTip(m_context, marker, m_entered.contains(marker.id));
     case HoldsRole:
         return m_holding == marker.id;
+    case EnteredRole:
+        return m_entered.contains(marker.id);
     default:
         return {};
     }
@@ -90,6 +94,25 @@ void MarkerListModel::followMarkers() {
         Q_EMIT dataChanged(changed, changed);
     }
     followPlayhead();
+    followCount();
+}
+
+void MarkerListModel::followCount() {
+    QSet<QUuid> entered;
+    if (const auto match = PointEdits::countedMatch(m_context.state)) {
+        const auto steps = stepsOf(*match);
+        for (std::size_t i = 0; i < steps.size(); ++i) {
+            if (steps[i].kind == CountStep::Kind::entered)
+                entered.insert(match->markers[i].id);
+        }
+    }
+    m_entered.swap(entered);
+    for (std::size_t row = 0; row < m_markers.size(); ++row) {
+        const QUuid& id = m_markers[row].id;
+        const QModelIndex changed = index(static_cast<int>(row));
+        if (entered.contains(id) != m_entered.contains(id))
+            Q_EMIT dataChanged(changed, changed, {EnteredRole});
+    }
 }
 
 void MarkerListModel::followPlayhead() {

@@ -5,6 +5,7 @@
 #include "ui/style/Bindings.h"
 
 #include <QAbstractListModel>
+#include <QSet>
 
 namespace pointloom {
 
@@ -16,6 +17,7 @@ class MarkerListModel : public QAbstractListModel {
 public:
     enum Role {
         HoldsRole = Qt::UserRole, // whether it is the marker whose score holds at the playhead
+        EnteredRole,              // whether it was entered by hand, so that the count begins anew with it
     };
 
     explicit MarkerListModel(const UiContext& context, QObject* parent = nullptr);
@@ -32,10 +34,12 @@ public:
 private:
     void followMarkers();
     void followPlayhead();
+    void followCount();
 
     UiContext m_context;
     std::vector<Marker> m_markers; // what the rows show now
     std::optional<QUuid> m_holding;
+    QSet<QUuid> m_entered;
     Bindings m_bindings;
 };
 

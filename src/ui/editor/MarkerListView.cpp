@@ -1,9 +1,11 @@
 #include "ui/editor/MarkerListView.h"
 
+#include "session/PointEdits.h"
 #include "ui/common/CommandMenu.h"
 #include "ui/common/MarkerText.h"
 #include "ui/common/TimeCode.h"
 #include "ui/editor/EditorCommands.h"
+#include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
 #include <QContextMenuEvent>
@@ -17,7 +19,8 @@ namespace pointloom {
 
 namespace {
 
-constexpr int dotSide = 5; // of the serving side's ball, points
+constexpr int dotSide = 5;     // of the serving side's ball, points
+constexpr int pencilSide = 14; // of the sign of what was entered by hand
 
 // Rows of the list: time, game, sets and label on one line.
 class MarkerRowDelegate : public QStyledItemDelegate {
@@ -131,11 +134,25 @@ MarkerRowDelegate::Columns MarkerRowDelegate::columnsOf(const QStyleOptionViewIt
     return columns;
 }
 
+// A dashed line before the row and a pencil at its end: the count begins anew with it.
+void paintBreak(QPainter& painter, const QStyleOptionViewItem& option) {
+    const QRectF row = QRectF(option.rect).adjusted(Space::m, 0, -Space::s, 0);
+    painter.setPen(QPen(tokens().quietText, 1, Qt::DashLine));
+    painter.drawLine(row.topLeft() + QPointF(0, 0.5), row.topRight() + QPointF(0, 0.5));
+    const double ratio = option.widget ? option.widget->devicePixelRatioF() : 1;
+    painter.drawPixmap(QPointF(row.right() - pencilSide, row.center().y() - pencilSide / 2.0),
+                       Icons::pixmap(QStringLiteral("edit"), pencilSide, tokens().quietText, ratio));
+}
+
 void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const {
     const ColorTokens& colors = tokens();
     const Marker& marker = m_model.marker(index.row());
-    const Columns columns = columnsOf(option);
+    const bool isEntered = index.data(MarkerListModel::EnteredRole).toBool();
+    QStyleOptionViewItem content = option;
+    if (isEntered)
+        content.rect.setRight(content.rect.right() - pencilSide - Space::xs);
+    const Columns columns = columnsOf(content);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const bool isHovered = option.state.testFlag(QStyle::State_MouseOver);
     painter->save();
@@ -157,6 +174,9 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
         const QRectF bar(option.rect.left() + 4, option.rect.top() + 8, 3, option.rect.height() - 16);
         painter->drawRoundedRect(bar, 1.5, 1.5);
     }
+
+    if (isEntered)
+        paintBreak(*painter, option);
 
     const auto write = [&](const QRect& place, const QString& text, const QFont& font, const QColor& color,
                            Qt::Alignment alignment) {
@@ -281,7 +301,7 @@ void MarkerListView::contextMenuEvent(QContextMenuEvent* event) {
         menu->add(Command::swapServe, [this] { EditorCommands::swapServeOfSelectedMarker(m_context); });
         menu->addSeparator();
         menu->add(Command::deleteSelection,
-                  [this, id] { m_context.state.removeMarker(id, &m_context.undo); });
+                  [this, id] { PointEdits::removeMarker(m_context.state, id, &m_context.undo); });
     } else {
         menu->add(Command::addMarker, [this] { Q_EMIT addMarkerRequested(); });
     }

@@ -52,6 +52,7 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     connect(m_firstAction, &QPushButton::clicked, this, &MessageBar::firstActionChosen);
     connect(m_secondAction, &QPushButton::clicked, this, &MessageBar::secondActionChosen);
     connect(m_close, &QToolButton::clicked, this, &QWidget::hide);
+    connect(m_close, &QToolButton::clicked, this, &MessageBar::closed);
     m_bindings.watch(context.state.language, [this, context] {
         Controls::setName(m_close, context.text(L10nKey::editorCloseMessage));
     });

@@ -26,6 +26,7 @@ public:
 Q_SIGNALS:
     void firstActionChosen();
     void secondActionChosen();
+    void closed();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

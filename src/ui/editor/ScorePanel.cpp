@@ -1,12 +1,14 @@
 #include "ui/editor/ScorePanel.h"
 
 #include "model/ScoringEngine.h"
-#include "session/AppState.h"
+#include "session/PointEdits.h"
+#include "ui/common/MarkerText.h"
 #include "ui/common/TimeCode.h"
 #include "ui/editor/EditorCommands.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
+#include <algorithm>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -22,10 +24,13 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     m_time = Controls::label(Controls::TextRole::quiet, content);
     m_swap = Controls::iconButton(QStringLiteral("swap"), content);
     m_remove = Controls::iconButton(QStringLiteral("trash"), content);
+    m_point = Controls::label(Controls::TextRole::body, content);
+    m_point->setObjectName(QStringLiteral("countedPoint"));
     m_hint = Controls::label(Controls::TextRole::quiet, content);
     m_label = new QLineEdit(content);
     m_editor = new ScoreEditor(context, content);
-    m_hint->setWordWrap(true);
+    for (QLabel* text : {m_point, m_hint})
+        text->setWordWrap(true);
     constexpr int longestLabel = 200;
     m_label->setMaxLength(longestLabel);
     m_label->setObjectName(QStringLiteral("markerLabel"));
@@ -38,6 +43,7 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     head->addWidget(m_remove);
     auto* column = Controls::layout<QVBoxLayout>(content, {Space::m, Space::s, Space::m, Space::s}, Space::s);
     column->addLayout(head);
+    column->addWidget(m_point);
     column->addWidget(m_hint);
     column->addWidget(m_label);
     column->addWidget(m_editor);
@@ -65,7 +71,8 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
             m_isInitial = false;
         refresh();
     });
-    m_bindings.watchAll([this] { refresh(); }, state.markers, state.initialScore, state.matchConfig);
+    m_bindings.watchAll([this] { refresh(); }, state.markers, state.initialScore, state.matchConfig,
+                        state.rules);
     m_bindings.watch(state.language, [this] { showTexts(); });
 }
 
@@ -101,9 +108,21 @@ void ScorePanel::showMarker(const Marker& marker) {
         m_label->setText(marker.label.value_or(QString()));
     m_shown = marker.id;
     m_editor->setScore(marker.score);
+    showPoint(marker);
     for (QWidget* part : std::initializer_list<QWidget*>{m_swap, m_remove, m_label, m_editor})
         part->show();
     m_hint->hide();
+}
+
+void ScorePanel::showPoint(const Marker& marker) {
+    const auto match = PointEdits::countedMatch(m_context.state);
+    QString text;
+    if (match) {
+        const auto found = std::ranges::find(match->markers, marker.id, &Marker::id);
+        text = countText(m_context, *match, static_cast<std::size_t>(found - match->markers.begin()));
+    }
+    m_point->setText(text);
+    m_point->setVisible(!text.isEmpty());
 }
 
 void ScorePanel::showInitialScore() {
@@ -117,6 +136,7 @@ void ScorePanel::showInitialScore() {
     m_remove->setVisible(state.initialScore.value().has_value());
     m_editor->show();
     m_label->hide();
+    m_point->hide();
     m_hint->hide();
 }
 
@@ -126,16 +146,16 @@ void ScorePanel::showNothing() {
     m_time->clear();
     m_hint->setText(
         m_context.text(hasMarkers ? L10nKey::selectMarkerToEdit : L10nKey::addMarkerToDefineScore));
-    for (QWidget* part : std::initializer_list<QWidget*>{m_swap, m_remove, m_label, m_editor})
+    for (QWidget* part : std::initializer_list<QWidget*>{m_swap, m_remove, m_label, m_point, m_editor})
         part->hide();
     m_hint->show();
 }
 
 void ScorePanel::storeScore(const SportScoreState& score) {
     if (m_isInitial)
-        m_context.state.setInitialScore(score, &m_context.undo);
+        PointEdits::typeScore(m_context.state, std::nullopt, score, &m_context.undo);
     else if (const Marker* marker = EditorCommands::selectedMarker(m_context.state))
-        m_context.state.updateMarkerScore(QUuid(marker->id), score, &m_context.undo);
+        PointEdits::typeScore(m_context.state, marker->id, score, &m_context.undo);
 }
 
 void ScorePanel::storeLabel() {
@@ -150,9 +170,9 @@ void ScorePanel::storeLabel() {
 
 void ScorePanel::removeShown() {
     if (m_isInitial)
-        m_context.state.setInitialScore(std::nullopt, &m_context.undo);
+        PointEdits::typeScore(m_context.state, std::nullopt, std::nullopt, &m_context.undo);
     else if (const Marker* marker = EditorCommands::selectedMarker(m_context.state))
-        m_context.state.removeMarker(QUuid(marker->id), &m_context.undo);
+        PointEdits::removeMarker(m_context.state, QUuid(marker->id), &m_context.undo);
 }
 
 void ScorePanel::showTexts() {

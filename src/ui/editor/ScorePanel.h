@@ -39,6 +39,7 @@ private:
     void storeScore(const SportScoreState& score);
     void storeLabel();
     void removeShown();
+    void showPoint(const Marker& marker);
     void showTexts();
 
     UiContext m_context;
@@ -48,6 +49,7 @@ private:
     QLabel* m_time;
     QToolButton* m_swap;
     QToolButton* m_remove;
+    QLabel* m_point; // what the marker is in the count
     QLabel* m_hint;
     QLineEdit* m_label;
     ScoreEditor* m_editor;

@@ -1,6 +1,7 @@
 #include "ui/timeline/MarkerDrop.h"
 
 #include "model/ScoringEngine.h"
+#include "session/PointEdits.h"
 #include "ui/common/MarkerText.h"
 #include "ui/common/TimeCode.h"
 
@@ -76,7 +77,7 @@ bool dropMarker(const UiContext& context, const QUuid& id, double time, const Cl
     const auto found = std::ranges::find(markers, id, &Marker::id);
     const Marker* there = markerAtFrame(markers, id, time, clip);
     if (found == markers.end() || !there) {
-        context.state.updateMarkerTime(id, time, &context.undo);
+        PointEdits::moveMarker(context.state, id, time, &context.undo);
         return true;
     }
     const Marker moved = *found;
@@ -85,12 +86,13 @@ bool dropMarker(const UiContext& context, const QUuid& id, double time, const Cl
     if (kept == Kept::moved) {
         moveInPlaceOf(context, id, other.id, time);
     } else if (kept == Kept::other) {
-        context.state.removeMarker(id, &context.undo);
+        PointEdits::removeMarker(context.state, id, &context.undo);
         context.state.selectedMarkerID = other.id;
     } else if (kept == Kept::both) {
         const bool isBefore = moved.startTime < other.startTime;
-        context.state.updateMarkerTime(
-            id, frameBeside(context.state.markers.value(), id, other, isBefore, clip), &context.undo);
+        PointEdits::moveMarker(context.state, id,
+                               frameBeside(context.state.markers.value(), id, other, isBefore, clip),
+                               &context.undo);
     }
     return kept.has_value();
 }

@@ -1,5 +1,6 @@
 #include "ui/timeline/TimelineView.h"
 
+#include "session/PointEdits.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 #include "ui/timeline/CutStep.h"
@@ -158,7 +159,7 @@ void TimelineView::removeSelection() {
     if (const auto cut = state.selectedCutID.value())
         state.removeCut(*cut, &m_context.undo);
     else if (const auto marker = state.selectedMarkerID.value())
-        state.removeMarker(*marker, &m_context.undo);
+        PointEdits::removeMarker(state, *marker, &m_context.undo);
 }
 
 void TimelineView::zoomIn() {

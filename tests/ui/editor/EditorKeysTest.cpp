@@ -21,7 +21,75 @@ protected:
 
 }
 
-TEST_F(EditorKeysTest, OneKeyMakesTheNextPointAndASecondPressStepsTheSameMarker) {
+TEST_F(EditorKeysTest, KeysCountAWholeGameAndSayWhoseItIs) {
+    const auto* said = find<QLabel>("countedPoint");
+    const auto point = [&](double time, Qt::Key key) {
+        state.currentTime = time;
+        press(key);
+    };
+    press(Qt::Key_S);
+    EXPECT_EQ(servingSide(*state.liveScore()), Side::second) << "serves first";
+    for (double time = 10; time <= 40; time += 10)
+        point(time, Qt::Key_1);
+    EXPECT_EQ(setsOf(marker(3).score).front(), (SetScore{1, 0, {}}));
+    EXPECT_EQ(gameOf(3), GameScore());
+    EXPECT_EQ(servingSide(marker(3).score), Side::first);
+    EXPECT_EQ(said->text(), QStringLiteral("Game: Dravnik"));
+
+    point(25, Qt::Key_2); // missed before
+    EXPECT_EQ(gameOf(3), (GameScore{forty, fifteen}));
+    EXPECT_EQ(said->text(), QStringLiteral("Point: Solvane"));
+    point(10, Qt::Key_2);
+    EXPECT_EQ(gameOf(4), (GameScore{forty, thirty})) << "the other side's point";
+    state.selectedMarkerID = marker(2).id;
+    press(Qt::Key_Delete);
+    EXPECT_EQ(gameOf(3), (GameScore{forty, fifteen}));
+    EXPECT_FALSE(editor->sidebar().count().isVisible());
+}
+
+TEST_F(EditorKeysTest, WhatWasTypedIsKeptAndToldFromWhereOn) {
+    for (const double time : {10, 20, 30, 40}) {
+        state.currentTime = time;
+        press(Qt::Key_2);
+    }
+    const CountBar& bar = editor->sidebar().count();
+    const auto isEntered = [&](int row) {
+        const auto* model = editor->sidebar().markers().model();
+        return model->data(model->index(row, 0), MarkerListModel::EnteredRole).toBool();
+    };
+    state.selectedMarkerID = marker(1).id;
+    press(Qt::Key_S);
+    EXPECT_TRUE(isEntered(1));
+    EXPECT_FALSE(isEntered(0));
+    EXPECT_TRUE(bar.isVisible()) << "offers to carry it on";
+    Q_EMIT editor->sidebar().count().firstActionChosen();
+    EXPECT_EQ(servingSide(marker(2).score), Side::second);
+    EXPECT_FALSE(bar.isVisible());
+
+    const SportScoreState typed = marker(1).score;
+    state.currentTime = 10;
+    press(Qt::Key_1);
+    EXPECT_EQ(gameOf(0), (GameScore{fifteen, zero}));
+    EXPECT_EQ(marker(1).score, typed);
+    EXPECT_TRUE(bar.message().contains(QStringLiteral("0:20.00"))) << bar.message().toStdString();
+    EXPECT_TRUE(bar.isVisible());
+    undo.undo();
+    EXPECT_EQ(gameOf(0), (GameScore{zero, fifteen}));
+}
+
+TEST_F(EditorKeysTest, AfterTheEndOfTheMatchKeysOnlySaySo) {
+    state.initialScore = ScoreState{{{6, 0, {}}, {5, 0, {}}, {}}, {forty, zero}, 1};
+    state.currentTime = 5;
+    press(Qt::Key_1);
+    EXPECT_EQ(find<QLabel>("countedPoint")->text(), QStringLiteral("Game, set, match: Dravnik"));
+    state.currentTime = 6;
+    press(Qt::Key_1);
+    EXPECT_EQ(state.markers.value().size(), 1U);
+    EXPECT_TRUE(editor->sidebar().count().isVisible());
+}
+
+TEST_F(EditorKeysTest, ByHandOneKeyStepsAValueAndASecondPressTheSameMarker) {
+    state.rules = {std::string(byHand)};
     state.currentTime = 5;
     press(Qt::Key_1);
     ASSERT_EQ(state.markers.value().size(), 1U);

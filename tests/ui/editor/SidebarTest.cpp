@@ -95,8 +95,10 @@ TEST_F(SidebarTest, TheInitialScoreIsSetAndClearedUndoably) {
     EXPECT_EQ(state.initialScore.value(), SportScoreState(ScoreState{{{3, 0, {}}}, {}, 1}));
     EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoEditInitialScore);
     EXPECT_EQ(setsOf(marker(0).score)[0], SetScore()) << "the marker stays as it was";
+    EXPECT_TRUE(editor->sidebar().count().isVisible()) << "and the user is asked";
     undo.undo();
     EXPECT_EQ(state.initialScore.value(), std::nullopt);
+    EXPECT_FALSE(editor->sidebar().count().isVisible());
 }
 
 TEST_F(SidebarTest, ALabelIsEditedInPlace) {
