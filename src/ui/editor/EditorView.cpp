@@ -78,6 +78,7 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     connect(m_transport, &TransportBar::previewFrameRequested, this, &EditorView::previewFrameRequested);
     connect(m_timeline, &TimelineView::seekRequested, &m_playback, &EditorPlayback::seek);
     connect(m_timeline, &TimelineView::scrubbingChanged, this, &EditorView::holdWhileScrubbing);
+    connect(m_timeline, &TimelineView::commandRequested, this, &EditorView::run);
     connect(m_sidebar, &EditorSidebar::exportRequested, this, &EditorView::exportRequested);
     connect(m_sidebar, &EditorSidebar::addMarkerRequested, this,
             [this] { EditorCommands::addMarker(m_context, shownFrame()); });

@@ -4,11 +4,13 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/ThumbnailStrip.h"
+#include "ui/timeline/TimelineMenu.h"
 #include "ui/timeline/TimelineToolTip.h"
 
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <QContextMenuEvent>
 #include <QFontMetricsF>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -431,6 +433,28 @@ void TimelineCanvas::keyPressEvent(QKeyEvent* event) {
         m_drag.end(false);
     else
         QWidget::keyPressEvent(event);
+}
+
+// By the keyboard for what is selected, or for the playhead.
+void TimelineCanvas::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isMouse = event->reason() == QContextMenuEvent::Mouse;
+    const TimelineHit hit = isMouse ? m_scene.hitAt(event->pos()) : m_scene.selectedItem();
+    if (m_drag.isPressed() || hit.kind == Hit::nothing)
+        return;
+    select(hit);
+    auto* menu = new CommandMenu(m_context, this);
+    connect(menu, &QMenu::aboutToHide, this, [this] { Q_EMIT scrubbingChanged(false); });
+    Q_EMIT scrubbingChanged(true);
+    if (isMouse && (hit.kind == Hit::time || hit.kind == Hit::trimLane))
+        seekTo(event->pos().x()); // the commands are for that moment
+    fillTimelineMenu(*menu, m_context, m_scene, hit,
+                     [this](Command command) { Q_EMIT commandRequested(command); });
+    menu->popup(isMouse ? event->globalPos() : mapToGlobal(m_scene.placeOf(hit).toPoint()));
+}
+
+void TimelineCanvas::seekTo(double x) {
+    const double time = std::clamp(m_scene.scale.time(x), 0.0, m_scene.scale.duration());
+    Q_EMIT seekRequested(frameStart(time, m_scene.frameRate), true);
 }
 
 void TimelineCanvas::tellAboutCut(const CutZone& cut, const QString& note) {

@@ -39,6 +39,7 @@ public:
 Q_SIGNALS:
     void seekRequested(double seconds, bool exact);
     void scrubbingChanged(bool isScrubbing);
+    void commandRequested(pointloom::Command command);
     void viewChanged(); // zoom or scroll position
 
 protected:
@@ -54,6 +55,7 @@ protected:
     void leaveEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
@@ -77,6 +79,7 @@ private:
     void paintWhatMoves(QPainter& painter);
 
     void select(const TimelineHit& hit);
+    void seekTo(double x);
     void setHover(const TimelineHit& hit);
 
     UiContext m_context;

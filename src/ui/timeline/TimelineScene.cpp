@@ -132,6 +132,14 @@ TimelineHit TimelineScene::hitAt(QPointF point) const {
     return {TimelineHit::Kind::time, {}};
 }
 
+TimelineHit TimelineScene::selectedItem() const {
+    if (selectedMarker)
+        return {TimelineHit::Kind::marker, *selectedMarker};
+    if (selectedCut)
+        return {TimelineHit::Kind::cut, *selectedCut};
+    return {scale.duration() > 0 ? TimelineHit::Kind::time : TimelineHit::Kind::nothing, {}};
+}
+
 QPointF TimelineScene::placeOf(const TimelineHit& hit) const {
     QPointF place(scale.x(playhead), rows.flags.bottom());
     if (const Flag* flag = flags.find(hit.id))

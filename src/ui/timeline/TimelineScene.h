@@ -75,6 +75,9 @@ struct TimelineScene {
 
     TimelineHit hitAt(QPointF point) const;
 
+    /// The marker or the cut that is selected, else a time.
+    TimelineHit selectedItem() const;
+
     /// The visible point nearest to the lower left corner of a marker's flag or a cut, or to the playhead.
     QPointF placeOf(const TimelineHit& hit) const;
 

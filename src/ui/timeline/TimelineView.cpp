@@ -50,6 +50,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
 
     connect(m_canvas, &TimelineCanvas::seekRequested, this, &TimelineView::seekRequested);
     connect(m_canvas, &TimelineCanvas::scrubbingChanged, this, &TimelineView::scrubbingChanged);
+    connect(m_canvas, &TimelineCanvas::commandRequested, this, &TimelineView::commandRequested);
     connect(m_canvas, &TimelineCanvas::viewChanged, this, &TimelineView::showView);
     connect(m_scrollBar, &QScrollBar::valueChanged, m_canvas,
             [this](int offset) { m_canvas->scrollTo(offset); });

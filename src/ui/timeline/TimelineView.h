@@ -42,6 +42,8 @@ public:
 Q_SIGNALS:
     void seekRequested(double seconds, bool exact);
     void scrubbingChanged(bool isScrubbing);
+    /// A command of the editor was chosen in a menu.
+    void commandRequested(pointloom::Command command);
 
 private:
     template <class Change>

@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <QContextMenuEvent>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -73,6 +74,24 @@ struct Timeline : testing::Test {
             }
             QTest::keyClick(menu, menu->activeAction() ? Qt::Key_Return : Qt::Key_Escape);
         });
+    }
+    QMenu* openMenu(QPoint place, QContextMenuEvent::Reason reason = QContextMenuEvent::Mouse) {
+        QContextMenuEvent event(reason, place, canvas().mapToGlobal(place));
+        QApplication::sendEvent(&canvas(), &event);
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
+    static std::string entriesOf(const QMenu* menu) {
+        QStringList entries;
+        for (const QAction* action : menu ? menu->actions() : QList<QAction*>()) {
+            if (!action->isSeparator())
+                entries << (action->isEnabled() ? action->text() : QStringLiteral("-"));
+        }
+        return entries.join(u'|').replace(u'\t', u' ').toStdString();
+    }
+    static void run(QMenu* menu, int entry) {
+        QAction* action = menu->actions().at(entry);
+        menu->close();
+        action->trigger();
     }
     void turnWheel(QPoint place, int notches, Qt::KeyboardModifiers modifiers) {
         QWheelEvent event(place, canvas().mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
@@ -304,6 +323,40 @@ TEST_F(Timeline, EveryPressOfTheScissorsIsAnswered) {
     EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("stays in the exported video")));
     undo.undo();
     EXPECT_THAT(state.cuts.value(), ElementsAre(begun));
+}
+
+TEST_F(Timeline, MenusOfferWhatCanBeDoneWithTheThingUnderThePointer) {
+    follow();
+    state.markers = std::vector{markerAt(50)};
+    state.currentTime = 20;
+    QMenu* menu = openMenu(onFlag(0));
+    EXPECT_EQ(entriesOf(menu), "Move to the Playhead|Swap Serve S|Rename Marker F2|Remove Delete");
+    EXPECT_EQ(state.currentTime, 20);
+    run(menu, 0);
+    EXPECT_THAT(timesOf(state), ElementsAre(20));
+    menu = openMenu({}, QContextMenuEvent::Keyboard);
+    EXPECT_EQ(entriesOf(menu), "-|Swap Serve S|Rename Marker F2|Remove Delete") << "for what is selected";
+    menu->close();
+
+    state.cuts = std::vector{CutZone{QUuid::createUuid(), 60, 70}};
+    menu = openMenu(onTrim(65));
+    EXPECT_EQ(entriesOf(menu), "-|Remove Delete") << "the playhead is not in it";
+    menu->close();
+    state.trimStart = 5;
+    menu = openMenu(scene().trimStartHandle().center().toPoint());
+    EXPECT_EQ(entriesOf(menu), "Start Here I|Export from the Start of the Clip");
+    run(menu, 1);
+    EXPECT_EQ(state.trimStart, 0);
+    EXPECT_EQ(entriesOf(openMenu(scene().trimEndHandle().center().toPoint())), "End Here O|-");
+    QApplication::activePopupWidget()->close();
+
+    QSignalSpy commands(&view, &TimelineView::commandRequested);
+    menu = openMenu(onRuler(80));
+    EXPECT_EQ(entriesOf(menu), "Add Marker M|Start Here I|End Here O|Note a Cut C|Zoom In Ctrl++|-|-");
+    EXPECT_NEAR(state.currentTime, 80, 0.1) << "the place that was clicked";
+    run(menu, 0);
+    ASSERT_EQ(commands.count(), 1);
+    EXPECT_EQ(commands[0][0].value<Command>(), Command::addMarker);
 }
 
 TEST_F(Timeline, DeleteRemovesTheOneThingThatIsSelected) {
