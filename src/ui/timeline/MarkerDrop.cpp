@@ -1,6 +1,5 @@
 #include "ui/timeline/MarkerDrop.h"
 
-#include "model/ScoringEngine.h"
 #include "session/PointEdits.h"
 #include "ui/common/MarkerText.h"
 #include "ui/common/TimeCode.h"
@@ -41,23 +40,22 @@ std::optional<Kept> askWhichToKeep(const UiContext& context, const Marker& moved
     return chosen ? std::optional(static_cast<Kept>(chosen->data().toInt())) : std::nullopt;
 }
 
+// Two edits as one step to undo.
 void moveInPlaceOf(const UiContext& context, const QUuid& id, const QUuid& other, double time) {
-    std::vector<Marker> edited = context.state.markers;
-    std::erase_if(edited, [&](const Marker& marker) { return marker.id == other; });
-    for (Marker& marker : edited) {
-        if (marker.id == id)
-            marker.startTime = time;
-    }
-    context.state.replaceMarkers(ScoringEngine::sortedByTime(std::move(edited)), id, &context.undo);
-    context.undo.setActionName(L10nKey::undoMoveMarker);
+    AppState& state = context.state;
+    const std::vector<Marker> before = state.markers;
+    PointEdits::removeMarker(state, other, nullptr);
+    PointEdits::moveMarker(state, id, time, nullptr);
+    std::vector<Marker> after = state.markers;
+    state.markers = before;
+    state.replaceMarkers(std::move(after), id, L10nKey::undoMoveMarker, &context.undo);
 }
 
 }
 
 const Marker* markerAtFrame(std::span<const Marker> markers, const QUuid& moved, double time,
                             const ClipFrames& clip) {
-    constexpr double nearlyHalf =
-        0.499; // markers a whole frame apart are not at one, however they are rounded
+    constexpr double nearlyHalf = 0.499; // so that rounding makes no neighbours meet
     const auto found = std::ranges::find_if(markers, [&](const Marker& marker) {
         return marker.id != moved && std::abs(marker.startTime - time) < clip.frame * nearlyHalf;
     });
