@@ -240,7 +240,7 @@ TEST(Rows, FoldFromSoundToPicturesAndNeverOverlap) {
     const double smallest = smallestTimelineHeight(line);
     EXPECT_LT(smallest, 130) << "of a window of 480 points";
     const RowLayout least = layOutRows(800, smallest, line, true);
-    EXPECT_GE(least.thumbnails.height(), 40);
+    EXPECT_GE(least.thumbnails.height(), 36);
     EXPECT_TRUE(least.waveform.isEmpty());
     EXPECT_TRUE(layOutRows(800, smallest - 1, line, true).thumbnails.isEmpty()) << "no strip too low to see";
     EXPECT_FALSE(layOutRows(800, smallest + 40, line, true).waveform.isEmpty());
