@@ -1,6 +1,7 @@
 #include "cli/ExportArguments.h"
 
 #include "cli/Arguments.h"
+#include "persistence/DecimalNumber.h"
 
 namespace pointloom::cli {
 
@@ -13,6 +14,40 @@ constexpr auto presetWords = std::to_array<std::pair<ExportPreset, std::string_v
     {ExportPreset::twitter1080p, "twitter1080p"},
     {ExportPreset::instagram916, "instagram916"},
 });
+
+// Two numbers of seconds, 0 or more, around `separator`.
+std::optional<TimeSpan> parseSeconds(const std::string& text, char separator) {
+    const std::size_t at = std::min(text.find(separator), text.size());
+    const auto first = parseDecimal<double>(std::string_view(text).substr(0, at));
+    const auto second = parseDecimal<double>(std::string_view(text).substr(std::min(at + 1, text.size())));
+    if (!first || !second || !(*first >= 0) || !(*second >= 0))
+        return std::nullopt;
+    return TimeSpan{*first, *second};
+}
+
+void addPartOptions(CLI::App& app, ExportRequest& request) {
+    const auto takeRallies = [&request](const std::string& text) {
+        const auto seconds = parseSeconds(text, ',');
+        if (!seconds)
+            throw CLI::ValidationError("--rallies", "give two numbers of seconds, as 10,2");
+        request.settings.rallies = {seconds->start, seconds->end};
+    };
+    app.add_option_function<std::string>("--rallies", takeRallies,
+                                         "Keep only so many seconds before and after each marker")
+        ->type_name("BEFORE,AFTER");
+    const auto takeLeftOut = [&request](const std::vector<std::string>& spans) {
+        for (const std::string& text : spans) {
+            const auto span = parseSeconds(text, '-');
+            if (!span || !(span->start < span->end))
+                throw CLI::ValidationError("--leave-out", "give two numbers of seconds, as 61.5-90");
+            request.leftOut.push_back(*span);
+        }
+    };
+    app.add_option_function<std::vector<std::string>>(
+           "--leave-out", takeLeftOut, "Leave out a stretch of the video, in seconds; can be repeated")
+        ->type_name("FROM-TO")
+        ->allow_extra_args(false);
+}
 
 }
 
@@ -33,6 +68,7 @@ void addRequestOptions(CLI::App& app, ExportRequest& request, Pictures pictures)
     addEncodingOptions(app, request, pictures);
     addTimeOption(app, "--trim-start", request.trimStart, "Start of the range, in place of the project's");
     addTimeOption(app, "--trim-end", request.trimEnd, "End of the range, in place of the project's");
+    addPartOptions(app, request);
     addPath(app, "--watermark", request.watermarkPath, imageFile,
             "Logo in a corner, in place of the project's");
     addChoice(app, "--watermark-corner", request.watermarkCorner, RawValues<WatermarkCorner>::table,

@@ -6,6 +6,7 @@
 #include "cli/LicenceCommand.h"
 #include "export/Chapters.h"
 #include "export/ExportManager.h"
+#include "export/ExportTimeline.h"
 #include "export/OverlayExport.h"
 #include "export/segments/ParallelExport.h"
 #include "media/MediaError.h"
@@ -65,18 +66,18 @@ ExportCommand::ExportCommand(CLI::App& root)
         "Ctrl-C stops the export and removes what was written; the exit status is then 130.");
 }
 
-double endOfRange(const ExportJob& job) {
+media::MediaInfo infoOf(const ExportJob& job) {
     try {
-        const double duration = media::readMediaInfo(job.videoPath).duration;
-        requireRange(job, duration);
-        return pointloom::endOfRange(job.trimEnd, duration);
+        media::MediaInfo info = media::readMediaInfo(job.videoPath);
+        requireRange(job, info.duration);
+        return info;
     } catch (const media::MediaError& error) {
         throw CommandError(job.videoPath + QStringLiteral(": ") + QString::fromUtf8(error.what()));
     }
 }
 
 void printChapters(const ExportJob& job) {
-    const auto chapters = chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, endOfRange(job));
+    const auto chapters = chaptersOf(job, exportTimeline(job, infoOf(job)).map);
     if (chapters.empty())
         throw CommandError("no marker of the project has a label, so there are no chapters");
     print(chapterList(chapters).toStdString());

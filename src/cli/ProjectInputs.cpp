@@ -114,6 +114,7 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     const WatermarkCorner corner = request.watermarkCorner.value_or(job.settings.watermarkCorner);
     job.settings = request.settings;
     job.settings.watermarkCorner = corner;
+    job.leftOut = request.leftOut;
     job.projectPath = projectPath;
     job.outputPath = request.outputPath;
     return inputs;

@@ -15,7 +15,8 @@ struct ExportRequest {
     std::optional<WatermarkCorner> watermarkCorner;
     std::optional<double> trimStart; // seconds
     std::optional<double> trimEnd;
-    ExportSettings settings; // the watermark's corner apart
+    std::vector<TimeSpan> leftOut;
+    ExportSettings settings;    // the watermark's corner apart
     QString outputPath;
 };
 

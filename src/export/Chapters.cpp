@@ -32,19 +32,20 @@ QString clock(double seconds) {
 }
 
 std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const MatchConfig& match,
-                                       double from, double to) {
+                                       const TimeMap& map) {
     using ScoringEngine::frameTimeTolerance;
+    const double end = map.parts().back().end;
     std::vector<media::Chapter> chapters;
     double lastTime = -std::numeric_limits<double>::infinity();
     for (const Marker& marker : ScoringEngine::sortedByTime(markers)) {
         const QString title = titleOf(marker);
         // The first of several at one time holds, as it does for the score.
-        if (title.isEmpty() || !(marker.startTime > lastTime && marker.startTime < to))
+        if (title.isEmpty() || !(marker.startTime > lastTime && marker.startTime < end))
             continue;
         lastTime = marker.startTime;
         // The last marker before the range holds at its start; of several within one frame's tolerance, the
         // last one.
-        const double start = std::max(0.0, marker.startTime - from);
+        const double start = map.newTime(marker.startTime);
         if (!chapters.empty() && start <= chapters.back().start + frameTimeTolerance)
             chapters.back().title = title;
         else
@@ -53,7 +54,7 @@ std::vector<media::Chapter> chaptersOf(const std::vector<Marker>& markers, const
     if (!chapters.empty() && chapters.front().start > frameTimeTolerance)
         chapters.insert(chapters.begin(), {.start = 0, .end = 0, .title = matchTitle(match)});
     for (std::size_t i = 0; i < chapters.size(); ++i)
-        chapters[i].end = i + 1 < chapters.size() ? chapters[i + 1].start : to - from;
+        chapters[i].end = i + 1 < chapters.size() ? chapters[i + 1].start : map.length();
     return chapters;
 }
 

@@ -115,8 +115,10 @@ struct ExportJob {
     QString outputPath;
     ExportSettings settings;
     OverlayDescription overlay;
-    double trimStart = 0;          // seconds of the source's timeline
-    std::optional<double> trimEnd; // none: to the end of the video
+    double trimStart = 0;             // seconds of the source's timeline
+    std::optional<double> trimEnd;    // none: to the end of the video
+    std::vector<TimeSpan> leftOut;    // of the range, in any order
+    std::vector<FrameWindow> windows; // of the range, settled for a plan; empty: see `frameWindows`
 
     // These are not in the JSON of a job.
     QString projectPath;                   // the document that the job was made of; empty when there is none
@@ -132,11 +134,9 @@ struct ExportJob {
         return std::tuple{
             json::field("videoPath", &Self::videoPath), json::field("outputPath", &Self::outputPath),
             json::field("settings", &Self::settings),   json::field("overlay", &Self::overlay),
-            json::field("trimStart", &Self::trimStart), json::field("trimEnd", &Self::trimEnd)};
+            json::field("trimStart", &Self::trimStart), json::field("trimEnd", &Self::trimEnd),
+            json::field("leftOut", &Self::leftOut),     json::field("windows", &Self::windows)};
     }
-
-    /// The frames that are exported of the range.
-    FrameWindow window() const { return segment ? segment->window : FrameWindow{}; }
 };
 
 /// The files that the job reads: none is ever replaced.

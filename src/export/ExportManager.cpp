@@ -1,7 +1,9 @@
 #include "export/ExportManager.h"
 
 #include "crash/CrashReporter.h"
+#include "export/ExportSound.h"
 #include "export/ExportSource.h"
+#include "export/ExportTimeline.h"
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
 #include "export/UprightImage.h"
@@ -15,24 +17,24 @@ namespace pointloom {
 
 namespace {
 
-using media::AudioReader;
 using media::MediaError;
 using media::MediaWriter;
 
-std::optional<AudioReader> openAudio(const ExportJob& job, const TrimRange& range) {
+std::optional<ExportSound> openSound(const ExportJob& job, const ExportTimeline& timeline,
+                                     media::Rational timeBase) {
     if (job.segment)
         return std::nullopt;
     try {
-        return AudioReader::open(job.videoPath, range.start(), range.end());
+        return ExportSound::open(job.videoPath, timeline.parts, timeBase);
     } catch (const MediaError&) {
         return std::nullopt; // trouble with the sound never fails an export
     }
 }
 
 MediaWriter openWriter(const QString& path, const ExportJob& job, const ResolvedExport& resolved,
-                       bool withAudio) {
+                       const TimeMap& map, bool withAudio) {
     try {
-        return MediaWriter::create(path, resolved.encoder, withAudio, resolved.chapters,
+        return MediaWriter::create(path, resolved.encoder, withAudio, chaptersOf(job, map),
                                    job.segment ? job.segment->comment : QString());
     } catch (const std::exception&) {
         throw ExportError::fromWriter();
@@ -42,7 +44,7 @@ MediaWriter openWriter(const QString& path, const ExportJob& job, const Resolved
 // Feeds the writer sound so that it keeps just ahead of the frames.
 class SoundTrack {
 public:
-    SoundTrack(std::optional<AudioReader> reader, MediaWriter& writer, const ExportControl& control)
+    SoundTrack(std::optional<ExportSound> reader, MediaWriter& writer, const ExportControl& control)
         : m_reader(writer.hasAudio() ? std::move(reader) : std::nullopt)
         , m_writer(writer)
         , m_control(control) {}
@@ -70,7 +72,7 @@ private:
         m_reader.reset();
     }
 
-    std::optional<AudioReader> m_reader;
+    std::optional<ExportSound> m_reader;
     MediaWriter& m_writer;
     const ExportControl& m_control;
     double m_writtenUntil = 0; // seconds of the new file
@@ -107,16 +109,17 @@ ExportReport exportFile(const ExportJob& job, const ExportControl& control) {
     requireOtherFile(job, job.outputPath);
     requireRange(job, info.duration);
     const ResolvedExport resolved = resolveExport(job, info);
-    auto audio = openAudio(job, resolved.range);
+    const ExportTimeline timeline = exportTimeline(job, info);
+    auto audio = openSound(job, timeline, info.video->timeBase);
     FrameOverlay overlay(job, resolved.layout, resolved.encoder.format);
-    media::FrameConverter converter(*info.video, resolved.target);
+    ConvertedFrames converted(std::move(reader), resolved.target);
 
     const auto file = withExportErrors(
         "Writer failed: ", [&] { return std::make_unique<NewFile>(job.outputPath, job.ifExists); });
-    MediaWriter writer = openWriter(file->temporaryPath(), job, resolved, audio.has_value());
+    MediaWriter writer = openWriter(file->temporaryPath(), job, resolved, timeline.map, audio.has_value());
     SoundTrack sound(std::move(audio), writer, control);
-    ProgressMeter progress(control, resolved.expectedFrames);
-    FrameSource frames({std::move(reader), std::move(converter)}, resolved.range);
+    ProgressMeter progress(control, timeline.expectedFrames);
+    FrameSource frames(std::move(converted), timeline.parts);
     writeFrames(frames, overlay, writer, sound, progress, control);
     const QString path = withExportErrors("Writer error: ", [&] {
         writer.finish();
@@ -167,7 +170,7 @@ QImage ExportManager::renderStill(const ExportJob& job, double time) {
     const ResolvedExport resolved = resolveExport(job, info);
     return withExportErrors("Reader error: ", [&] {
         reader.seek(time);
-        auto frame = ConvertedFrames(std::move(reader), {*info.video, resolved.target}).next();
+        auto frame = ConvertedFrames(std::move(reader), resolved.target).next();
         if (!frame)
             throw MediaError("there is no picture at that time", media::MediaFault::nothingInRange);
         frame->makeWritable();

@@ -2,6 +2,7 @@
 // file.
 #pragma once
 
+#include "export/TimeMap.h"
 #include "media/EncodingChoices.h"
 #include "json/JsonFields.h"
 
@@ -100,7 +101,8 @@ struct ExportSettings {
     media::EncoderKind encoder = media::EncoderKind::software; // see settleEncoder for those in hardware
     QString encoderPreset = {}; // of x264 or x265; empty for the encoder's default
     WatermarkCorner watermarkCorner = WatermarkCorner::bottomRight;
-    bool withChapters = true; // labelled markers become chapters
+    bool withChapters = true;                 // labelled markers become chapters
+    std::optional<RallyMargins> rallies = {}; // absent: the whole range
 
     bool operator==(const ExportSettings&) const = default;
 
@@ -112,7 +114,8 @@ struct ExportSettings {
                           json::field("encoder", &Self::encoder),
                           json::field("encoderPreset", &Self::encoderPreset),
                           json::field("watermarkCorner", &Self::watermarkCorner),
-                          json::field("withChapters", &Self::withChapters)};
+                          json::field("withChapters", &Self::withChapters),
+                          json::field("rallies", &Self::rallies)};
     }
 };
 

@@ -1,6 +1,5 @@
 #include "export/ExportSource.h"
 
-#include "export/Chapters.h"
 #include "media/EncoderProbe.h"
 
 #include <new>
@@ -10,16 +9,6 @@ namespace pointloom {
 namespace {
 
 using media::EncoderKind;
-
-// Seconds of video that are exported.
-double lengthOf(const ExportJob& job, const media::MediaInfo& info) {
-    const FrameWindow window = job.window();
-    const double tick = info.video->timeBase.value();
-    const double from = window.from ? static_cast<double>(*window.from) * tick : job.trimStart;
-    return (window.until ? static_cast<double>(*window.until) * tick
-                         : endOfRange(job.trimEnd, info.duration)) -
-           from;
-}
 
 media::VideoReader openReader(const QString& path) {
     try {
@@ -53,16 +42,8 @@ ResolvedExport resolveExport(const ExportJob& job, const media::MediaInfo& info)
     const media::FrameFormat format = media::encodableFormat(
         codecOf(settings.format),
         track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color}));
-    const double length = lengthOf(job, info);
-    const double frameRate = track.frameRate.value() > 0 ? track.frameRate.value() : 30;
-    const bool withChapters = settings.withChapters && !job.segment;
     return {
         .layout = layout,
-        .range = TrimRange(job.trimStart, job.trimEnd, job.window()),
-        .expectedFrames = static_cast<std::int64_t>(length * frameRate),
-        .chapters = withChapters ? chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart,
-                                              job.trimStart + length)
-                                 : std::vector<media::Chapter>(),
         .target =
             {
                 .size = layout.frameSize,

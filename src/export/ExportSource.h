@@ -14,9 +14,6 @@ media::VideoReader openSource(const QString& path);
 
 struct ResolvedExport {
     PictureLayout layout;
-    TrimRange range;
-    std::int64_t expectedFrames = 0;
-    std::vector<media::Chapter> chapters;
     media::FrameTarget target;    // of the conversion of decoded frames
     media::VideoSettings encoder; // `encoder.format` is the layout of the encoded frames
 };

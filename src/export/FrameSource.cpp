@@ -26,9 +26,16 @@ std::optional<media::VideoFrame> ConvertedFrames::next() {
     }
 }
 
-FrameSource::FrameSource(ConvertedFrames frames, const TrimRange& range)
+// The filters are made anew: they keep frames from before the seek.
+void ConvertedFrames::seek(double time, const std::function<bool()>& isStopped) {
+    m_reader.seek(time, isStopped);
+    m_converter = media::FrameConverter(m_reader.track(), m_target);
+    m_readerIsDone = false;
+}
+
+FrameSource::FrameSource(ConvertedFrames frames, std::vector<ExportPart> parts)
     : m_frames(std::move(frames))
-    , m_range(range)
+    , m_parts(std::move(parts))
     , m_thread([this] { run(); }) {}
 
 FrameSource::~FrameSource() {
@@ -71,7 +78,8 @@ bool FrameSource::push(TrimmedFrame frame) {
 
 void FrameSource::run() {
     try {
-        decode();
+        for (auto part = m_parts.begin(); part != m_parts.end() && !m_isStopped; ++part)
+            decode(*part);
     } catch (...) {
         m_failure = std::current_exception();
     }
@@ -81,50 +89,58 @@ void FrameSource::run() {
 }
 
 // Each frame waits for the one after it, which tells how long it is shown.
-void FrameSource::decode() {
-    m_frames.reader().seek(decodingStart(), [this] { return m_isStopped.load(); });
+void FrameSource::decode(const ExportPart& part) {
+    const TrimRange& range = part.range;
+    m_frames.seek(decodingStart(range), [this] { return m_isStopped.load(); });
     std::optional<double> lastTime;
     auto current = m_frames.next();
     while (current && !m_isStopped) {
         auto following = m_frames.next();
         const auto nextTimestamp = following ? std::optional(following->timestamp()) : std::nullopt;
         const auto stay =
-            m_range.place(current->timestamp(), current->duration(), nextTimestamp, current->timeBase());
-        if (!stay && m_range.isAfter(current->timestamp(), current->timeBase()))
+            range.place(current->timestamp(), current->duration(), nextTimestamp, current->timeBase());
+        if (!stay && range.isAfter(current->timestamp(), current->timeBase()))
             break;
         lastTime = current->time();
-        if (stay && (following || !isLostBefore(*current))) {
-            const double sourceTime = m_range.shownFrom(current->time());
+        if (stay && (following || !isLostBefore(range, *current))) {
+            const double sourceTime = range.shownFrom(current->time());
             current->makeWritable();
-            current->setTimestamp(stay->timestamp, stay->duration);
+            current->setTimestamp(part.offset + stay->timestamp, stay->duration);
             if (!push({std::move(*current), sourceTime}))
                 return;
         }
         current = std::move(following);
     }
-    assessDamage(lastTime);
+    assessDamage(range, lastTime);
 }
 
 // True for the last frame of a video that was cut short before the range: it must not be extended over all
 // that is missing.
-bool FrameSource::isLostBefore(const media::VideoFrame& last) {
+bool FrameSource::isLostBefore(const TrimRange& range, const media::VideoFrame& last) const {
     const double end = last.time() + static_cast<double>(last.duration()) * last.timeBase().value();
-    return end <= m_range.start() && m_frames.reader().damage().secondsMissing > 0;
+    return end <= range.start() && m_frames.reader().damage().secondsMissing > 0;
 }
 
-void FrameSource::assessDamage(std::optional<double> lastTime) {
-    m_damage = m_frames.reader().damage();
-    const auto end = m_range.decodingEnd(m_frames.reader().track().timeBase);
-    if (end && lastTime) // frames after the range do not count as missing
-        m_damage.secondsMissing = std::min(m_damage.secondsMissing, std::max(0.0, *end - *lastTime));
+void FrameSource::assessDamage(const TrimRange& range, std::optional<double> lastTime) {
+    media::Damage damage = m_frames.reader().damage();
+    const media::Rational timeBase = m_frames.reader().track().timeBase;
+    const auto end = range.decodingEnd(timeBase);
+    if (end && lastTime) { // frames after the part, and those before it, do not count as missing
+        const double from =
+            m_parts.size() > 1 ? std::max(*lastTime, range.decodingStart(timeBase)) : *lastTime;
+        damage.secondsMissing = std::min(damage.secondsMissing, std::max(0.0, *end - from));
+    }
+    m_damage.lostFrames += damage.lostFrames;
+    m_damage.faultyFrames += damage.faultyFrames;
+    m_damage.secondsMissing += damage.secondsMissing;
 }
 
 // Seconds. A deinterlaced frame takes lines from those around it.
-double FrameSource::decodingStart() {
+double FrameSource::decodingStart(const TrimRange& range) const {
     const media::VideoTrackInfo& track = m_frames.reader().track();
-    const double start = m_range.decodingStart(track.timeBase);
+    const double start = range.decodingStart(track.timeBase);
     const double lead =
-        track.interlaced && m_range.windowStart(track.timeBase) > 0 ? 2 / track.frameRate.value() : 0;
+        track.interlaced && range.windowStart(track.timeBase) > 0 ? 2 / track.frameRate.value() : 0;
     return std::max(start - lead, 0.0);
 }
 

@@ -1,7 +1,7 @@
 // Decodes and converts ahead of the encoder, on a thread of its own.
 #pragma once
 
-#include "export/ExportJob.h"
+#include "export/ExportTimeline.h"
 #include "media/FrameConverter.h"
 #include "media/VideoReader.h"
 
@@ -14,20 +14,26 @@
 
 namespace pointloom {
 
-/// The frames of a reader, from where it is, as a converter makes them.
+/// The frames of a reader, from where it is, converted.
 class ConvertedFrames {
 public:
-    ConvertedFrames(media::VideoReader reader, media::FrameConverter converter)
+    /// Throws MediaError when frames cannot be converted to the target.
+    ConvertedFrames(media::VideoReader reader, const media::FrameTarget& target)
         : m_reader(std::move(reader))
-        , m_converter(std::move(converter)) {}
+        , m_target(target)
+        , m_converter(m_reader.track(), target) {}
 
-    media::VideoReader& reader() { return m_reader; }
+    const media::VideoReader& reader() const { return m_reader; }
+
+    /// As VideoReader::seek.
+    void seek(double time, const std::function<bool()>& isStopped);
 
     /// Empty at the end. Throws MediaError.
     std::optional<media::VideoFrame> next();
 
 private:
     media::VideoReader m_reader;
+    media::FrameTarget m_target;
     media::FrameConverter m_converter;
     bool m_readerIsDone = false;
 };
@@ -40,29 +46,29 @@ struct TrimmedFrame {
 
 class FrameSource {
 public:
-    FrameSource(ConvertedFrames frames, const TrimRange& range);
+    FrameSource(ConvertedFrames frames, std::vector<ExportPart> parts);
     ~FrameSource();
 
     FrameSource(const FrameSource&) = delete;
     FrameSource& operator=(const FrameSource&) = delete;
 
-    /// The next frame; empty at the end of the range. Polls `control` while it waits for one. Throws what
+    /// The next frame; empty at the end of the last part. Polls `control` while it waits for one. Throws what
     /// decoding threw, and ExportCancelled.
     std::optional<TrimmedFrame> next(const ExportControl& control);
 
-    /// The damage of the range. Complete when `next` has come to the end.
+    /// The damage of the parts. Complete when `next` has come to the end.
     const media::Damage& damage() const { return m_damage; }
 
 private:
     void run();
-    void decode();
+    void decode(const ExportPart& part);
     bool push(TrimmedFrame frame);
-    bool isLostBefore(const media::VideoFrame& last);
-    void assessDamage(std::optional<double> lastTime);
-    double decodingStart();
+    bool isLostBefore(const TrimRange& range, const media::VideoFrame& last) const;
+    void assessDamage(const TrimRange& range, std::optional<double> lastTime);
+    double decodingStart(const TrimRange& range) const;
 
     ConvertedFrames m_frames;
-    TrimRange m_range;
+    std::vector<ExportPart> m_parts;
     std::exception_ptr m_failure; // this and the damage are complete when `m_isDone` is set
     media::Damage m_damage;
 

@@ -2,6 +2,7 @@
 
 #include "export/Compositor.h"
 #include "export/ExportSource.h"
+#include "export/ExportTimeline.h"
 #include "media/AlphaMovie.h"
 #include "media/FrameTimes.h"
 
@@ -122,26 +123,33 @@ ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const Exp
     const QSize size = resolved.layout.canvas.toSize();
     const Compositor compositor(job, {size, resolved.layout.nativeVideoSize});
     ScoreCursor score(job.overlay);
-    ProgressMeter progress(control, resolved.expectedFrames);
+    const ExportTimeline timeline = exportTimeline(job, info);
+    ProgressMeter progress(control, timeline.expectedFrames);
     const auto sink = makeSink(job, format, size, *info.video);
     return withExportErrors("Writer error: ", [&]() -> ExportReport {
-        auto times = media::FrameTimes::open(job.videoPath, job.trimStart);
+        auto times = media::FrameTimes::open(
+            job.videoPath, timeline.parts.front().range.decodingStart(info.video->timeBase));
         const media::Rational timeBase = times.timeBase();
-        auto current = times.next();
-        while (current) {
-            control.throwIfCancelled();
-            const auto following = times.next();
-            const auto stay = resolved.range.place(*current, 0, following, timeBase);
-            if (!stay && resolved.range.isAfter(*current, timeBase))
-                break;
-            if (stay) {
-                const double time = static_cast<double>(*current) * timeBase.value();
-                if (const SportScoreState* changed = score.changedAt(resolved.range.shownFrom(time)))
-                    sink->setImage(drawnOverlay(compositor, size, *changed));
-                sink->write(*stay);
-                progress.countFrame();
+        for (const ExportPart& part : timeline.parts) {
+            if (&part != &timeline.parts.front())
+                times.seek(part.range.decodingStart(timeBase));
+            auto current = times.next();
+            while (current) {
+                control.throwIfCancelled();
+                const auto following = times.next();
+                auto stay = part.range.place(*current, 0, following, timeBase);
+                if (!stay && part.range.isAfter(*current, timeBase))
+                    break;
+                if (stay) {
+                    const double time = static_cast<double>(*current) * timeBase.value();
+                    if (const SportScoreState* changed = score.changedAt(part.range.shownFrom(time)))
+                        sink->setImage(drawnOverlay(compositor, size, *changed));
+                    stay->timestamp += part.offset;
+                    sink->write(*stay);
+                    progress.countFrame();
+                }
+                current = following;
             }
-            current = following;
         }
         if (progress.frames() == 0)
             throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "media/FrameFormat.h"
+#include "json/JsonFields.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <tuple>
 
 namespace pointloom {
 
@@ -16,6 +18,10 @@ struct FrameWindow {
     std::optional<std::int64_t> until;
 
     bool operator==(const FrameWindow&) const = default;
+
+    static constexpr auto jsonFields() {
+        return std::tuple{json::field("from", &FrameWindow::from), json::field("until", &FrameWindow::until)};
+    }
 };
 
 /// From `start` up to, not including, `end`; both in seconds, held in units of 1/600 s. With a window, only

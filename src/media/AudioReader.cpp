@@ -268,6 +268,17 @@ std::span<const float> AudioFrame::channel(int index) const {
             static_cast<std::size_t>(sampleCount)};
 }
 
+std::span<float> AudioFrame::channel(int index) {
+    return {reinterpret_cast<float*>(frame->extended_data[index]), static_cast<std::size_t>(sampleCount)};
+}
+
+void AudioFrame::place(std::int64_t first, int count) {
+    firstSample = first;
+    sampleCount = std::min(sampleCount, count);
+    frame->pts = first;
+    frame->nb_samples = sampleCount;
+}
+
 struct AudioReader::State {
     std::vector<std::unique_ptr<AudioTrack>> tracks;
     std::int64_t position = 0;

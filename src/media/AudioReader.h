@@ -21,6 +21,10 @@ struct AudioFrame {
 
     /// The samples of one channel, 0 or 1; -1 to 1.
     std::span<const float> channel(int index) const;
+    std::span<float> channel(int index);
+
+    /// Counts the samples from another start, and leaves out all after the first `count`.
+    void place(std::int64_t first, int count);
 };
 
 /// A frame of `sampleCount` silent samples in the format of AudioFrame. Throws MediaError when memory is

@@ -14,6 +14,7 @@ namespace pointloom::media {
 namespace {
 
 constexpr std::size_t deepestReordering = 32; // frames; codecs allow half of it
+constexpr double reordering = 2;              // seconds by which decoding times may run ahead
 constexpr int mostFailuresInARow = 1000;      // as many packets may be missing of a file that was cut short
 
 }
@@ -31,6 +32,7 @@ struct FrameTimes::State {
 
 FrameTimes::FrameTimes(std::unique_ptr<State> state)
     : m_state(std::move(state)) {}
+FrameTimes::FrameTimes(FrameTimes&&) noexcept = default;
 FrameTimes::~FrameTimes() = default;
 
 FrameTimes FrameTimes::open(const QString& path, double start) {
@@ -39,14 +41,21 @@ FrameTimes FrameTimes::open(const QString& path, double start) {
     if (!stream)
         throw NoVideoTrackError("the file has no video track");
     file.keepOnly(*stream);
-    constexpr double reordering = 2; // seconds by which decoding times may run ahead
-    if (start > reordering) {
-        const double tick = av_q2d(file.context()->streams[*stream]->time_base);
-        const auto ticks = static_cast<std::int64_t>((start - reordering) / tick);
-        av_seek_frame(file.context(), *stream, ticks,
-                      AVSEEK_FLAG_BACKWARD); // else they begin with the file's first
-    }
-    return FrameTimes(std::make_unique<State>(State{std::move(file), *stream}));
+    FrameTimes times(std::make_unique<State>(State{std::move(file), *stream}));
+    if (start > reordering)
+        times.seek(start); // else they begin with the file's first
+    return times;
+}
+
+void FrameTimes::seek(double time) {
+    AVFormatContext* context = m_state->file.context();
+    const double tick = av_q2d(context->streams[m_state->stream]->time_base);
+    const auto ticks = static_cast<std::int64_t>(std::max(time - reordering, 0.0) / tick);
+    if (av_seek_frame(context, m_state->stream, ticks, AVSEEK_FLAG_BACKWARD) < 0)
+        return;
+    m_state->waiting = {};
+    m_state->last.reset();
+    m_state->isAtEnd = false;
 }
 
 Rational FrameTimes::timeBase() const {

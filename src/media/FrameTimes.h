@@ -16,7 +16,12 @@ public:
     /// that is shown at `start` (seconds), where the file can be searched. Throws MediaError.
     static FrameTimes open(const QString& path, double start);
 
+    FrameTimes(FrameTimes&&) noexcept;
     ~FrameTimes();
+
+    /// Continues `next` at or before the frame that is shown at `time` (seconds), or where it is in a file
+    /// that cannot be searched.
+    void seek(double time);
 
     /// The time of the next frame, in ticks, strictly rising; empty at the end.
     std::optional<std::int64_t> next();

@@ -31,11 +31,11 @@ TEST(Chapters, RunFromLabelToLabelWithinTheRange) {
     const std::vector<media::Chapter> whole{{0, 10, QStringLiteral("Ana - Eva")},
                                             {10, 20, QStringLiteral("Set 1")},
                                             {20, 60, QStringLiteral("Break point")}};
-    EXPECT_EQ(chaptersOf(markers, match(), 0, 60), whole);
+    EXPECT_EQ(chaptersOf(markers, match(), TimeMap({{0, 60}})), whole);
     const std::vector<media::Chapter> trimmed{{0, 8, QStringLiteral("Set 1")},
                                               {8, 13, QStringLiteral("Break point")}};
-    EXPECT_EQ(chaptersOf(markers, match(), 12, 25), trimmed);
-    EXPECT_TRUE(chaptersOf({labelled(3, ""), labelled(4, "  ")}, match(), 0, 60).empty());
+    EXPECT_EQ(chaptersOf(markers, match(), TimeMap({{12, 25}})), trimmed);
+    EXPECT_TRUE(chaptersOf({labelled(3, ""), labelled(4, "  ")}, match(), TimeMap({{0, 60}})).empty());
 }
 
 TEST(Chapters, AreInOrderWhateverTheListIsAndHoldWhenTheirScoreDoes) {
@@ -44,7 +44,7 @@ TEST(Chapters, AreInOrderWhateverTheListIsAndHoldWhenTheirScoreDoes) {
                                       labelled(frame, "Earlier"), labelled(20, "Second of two")};
     const std::vector<media::Chapter> expected{{0, 16.3, QStringLiteral("Later")},
                                                {16.3, 26.3, QStringLiteral("Late")}};
-    const auto chapters = chaptersOf(markers, match(), 3.7, 30);
+    const auto chapters = chaptersOf(markers, match(), TimeMap({{3.7, 30}}));
     ASSERT_EQ(chapters.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
         EXPECT_EQ(chapters[i].title, expected[i].title);

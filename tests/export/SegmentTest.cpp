@@ -165,6 +165,14 @@ TEST_F(Segments, OfAnUnevenRateReorderedAndInterlacedComeOutAlike) {
     expectSameAsSingleRun(job, 3, joinOneByOne);
 }
 
+TEST_F(Segments, OfRalliesComeOutAlike) {
+    ExportJob job =
+        markedJob(makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p"), folder.path(QStringLiteral("x")));
+    job.settings.rallies = {2, 2};
+    job.leftOut = {{2, 2.52}};
+    expectSameAsSingleRun(job, 2, joinOneByOne);
+}
+
 TEST_F(Segments, MadeAtTheSameTimeAreTimedAndSoundLikeASingleRun) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
     // Remains of a process that was killed.
@@ -305,7 +313,7 @@ TEST_F(Segments, ABadPlanIsRefusedInWords) {
         std::string::npos);
     EXPECT_NE(errorWith("\"segments\": [", "\"segments\": [7,").find("segments[0]: expected an object"),
               std::string::npos);
-    EXPECT_NE(errorWith("\"version\": 3", "\"version\": 9").find("form 9"), std::string::npos);
+    EXPECT_NE(errorWith("\"version\": 4", "\"version\": 9").find("form 9"), std::string::npos);
     EXPECT_NE(errorWith("1.2.3", "1.2.2").find("version 1.2.2"), std::string::npos);
     EXPECT_NE(errorWith("{", "[").find("match.json: "), std::string::npos);
 }

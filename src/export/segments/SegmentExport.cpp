@@ -1,9 +1,8 @@
 #include "export/segments/SegmentExport.h"
 
-#include "export/Chapters.h"
 #include "export/ExportManager.h"
-#include "media/AudioReader.h"
-#include "media/MediaInfo.h"
+#include "export/ExportSound.h"
+#include "export/ExportSource.h"
 #include "media/MediaWriter.h"
 #include "media/SegmentJoin.h"
 
@@ -53,14 +52,8 @@ void requireAllSegments(const SegmentPlan& plan, const SegmentFolder& folder) {
     }
 }
 
-std::vector<media::Chapter> chaptersFor(const ExportJob& job) {
-    if (!job.settings.withChapters)
-        return {};
-    const double end = endOfRange(job.trimEnd, media::readMediaInfo(job.videoPath).duration);
-    return chaptersOf(job.overlay.markers, job.overlay.config, job.trimStart, end);
-}
-
 media::JoinRequest requestFor(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output) {
+    const media::MediaInfo info = openSource(plan.job.videoPath).info();
     media::JoinRequest request{
         .outputPath = output,
         .isQuickTime = plan.job.settings.format == ExportFormat::prores,
@@ -69,7 +62,7 @@ media::JoinRequest requestFor(const SegmentPlan& plan, const SegmentFolder& fold
         .soundPath = plan.hasSound && holds(folder.sound(), soundComment(plan))
                          ? std::optional(folder.sound())
                          : std::nullopt,
-        .chapters = chaptersFor(plan.job),
+        .chapters = chaptersOf(plan.job, exportTimeline(plan.job, info).map),
     };
     for (int number = 1; number <= plan.count(); ++number)
         request.segments.push_back({folder.segment(number), plan.offset(number)});
@@ -117,8 +110,9 @@ bool encodeSound(const SegmentPlan& plan, const QString& path, const ExportContr
     requireOtherFile(plan.job, path);
     return withExportErrors("the sound: ", [&] {
         NewFile file(path);
-        const TrimRange range(plan.job.trimStart, plan.job.trimEnd);
-        auto reader = media::AudioReader::open(plan.job.videoPath, range.start(), range.end());
+        const media::MediaInfo info = openSource(plan.job.videoPath).info();
+        auto reader =
+            ExportSound::open(plan.job.videoPath, exportTimeline(plan.job, info).parts, info.video->timeBase);
         if (!reader)
             throw ExportError::exportFailed(QStringLiteral("the sound of the video can no longer be read"));
         media::SoundWriter writer(file.temporaryPath(), soundComment(plan));

@@ -1,7 +1,7 @@
 #include "export/segments/SegmentPlan.h"
 
+#include "export/ExportSound.h"
 #include "export/ExportSource.h"
-#include "media/AudioReader.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
@@ -62,7 +62,7 @@ void FileFingerprint::requireUnchanged() const {
 
 namespace {
 
-constexpr std::int64_t formVersion = 3;
+constexpr std::int64_t formVersion = 4;
 
 [[noreturn]] void fail(const QString& path, const std::string& reason) {
     throw PlanError(path.toStdString() + ": " + reason);
@@ -74,9 +74,9 @@ QString checksumOf(SegmentPlan plan) {
     return QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex());
 }
 
-bool soundCanBeRead(const ExportJob& job, const TrimRange& range) {
+bool soundCanBeRead(const ExportJob& job, const ExportTimeline& timeline, media::Rational timeBase) {
     try {
-        return media::AudioReader::open(job.videoPath, range.start(), range.end()).has_value();
+        return ExportSound::open(job.videoPath, timeline.parts, timeBase).has_value();
     } catch (const media::MediaError&) {
         return false; // as in an export that is not cut
     }
@@ -89,28 +89,30 @@ double shortestSegment(const media::VideoTrackInfo& track) {
     return std::max(shortest, frames / track.frameRate.value());
 }
 
-// Times of key frames, ticks, rising, that cut `range` into at most `count` segments of about the same
+// Times of key frames, ticks, rising, that cut the new file into at most `count` segments of about the same
 // length. Throws MediaError.
-std::vector<std::int64_t> segmentCuts(media::VideoReader& reader, const TrimRange& range, int count) {
-    const media::MediaInfo info = reader.info();
-    const double shortest = shortestSegment(*info.video);
-    const double end = endOfRange(range.end(), info.duration);
-    const double step = (end - range.start()) / count;
+std::vector<std::int64_t> segmentCuts(media::VideoReader& reader, const TimeMap& map, int count) {
+    const double shortest = shortestSegment(reader.track());
+    const double end = map.length();
     std::vector<std::int64_t> cuts;
-    double last = range.start();
+    double last = 0;
     for (int i = 1; i < count; ++i) {
-        reader.seekToKeyFrame(range.start() + i * step);
+        reader.seekToKeyFrame(map.sourceTime(i * end / count));
         const auto frame = reader.read();
-        if (!frame || frame->time() < last + shortest || frame->time() > end - shortest)
+        const double time = frame ? map.newTime(frame->time()) : 0;
+        if (!frame || time < last + shortest || time > end - shortest)
             continue;
         cuts.push_back(frame->timestamp());
-        last = frame->time();
+        last = time;
     }
     return cuts;
 }
 
-std::vector<PlannedSegment> segmentsBetween(const std::vector<std::int64_t>& cuts, double start, double end,
-                                            double ticksPerSecond) {
+std::vector<PlannedSegment> segmentsBetween(const std::vector<std::int64_t>& cuts, const TimeMap& map,
+                                            media::Rational timeBase) {
+    const auto newTime = [&](std::int64_t cut) {
+        return map.newTime(static_cast<double>(cut) * timeBase.value());
+    };
     std::vector<PlannedSegment> segments(cuts.size() + 1);
     for (std::size_t i = 0; i < segments.size(); ++i) {
         PlannedSegment& segment = segments[i];
@@ -118,8 +120,8 @@ std::vector<PlannedSegment> segmentsBetween(const std::vector<std::int64_t>& cut
             segment.from = cuts[i - 1];
         if (i < cuts.size())
             segment.until = cuts[i];
-        const double from = segment.from ? static_cast<double>(*segment.from) / ticksPerSecond : start;
-        segment.seconds = (segment.until ? static_cast<double>(*segment.until) / ticksPerSecond : end) - from;
+        segment.seconds = (segment.until ? newTime(*segment.until) : map.length()) -
+                          (segment.from ? newTime(*segment.from) : 0);
     }
     return segments;
 }
@@ -174,6 +176,15 @@ void requireWholeChain(const SegmentPlan& plan, const QString& path) {
         fail(path, "segments: expected 1 to " + std::to_string(SegmentPlan::mostSegments));
     if (plan.ticksPerSecond < 1 || plan.ticksPerSecond > std::numeric_limits<int>::max())
         fail(path, "ticksPerSecond: out of range");
+    constexpr std::int64_t farthest = std::int64_t{1} << 53; // ticks
+    std::int64_t last = -farthest;
+    for (const FrameWindow& window : plan.job.windows) {
+        const std::int64_t from = window.from.value_or(last);
+        const std::int64_t until = window.until.value_or(farthest);
+        if (from < last || until <= from || until > farthest)
+            fail(path, "job.windows: not in order");
+        last = until;
+    }
     for (std::size_t i = 0; i < plan.segments.size(); ++i) {
         const PlannedSegment& segment = plan.segments[i];
         const bool isFirst = i == 0;
@@ -195,19 +206,19 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
     if (info.video->timeBase.numerator != 1)
         throw ExportError::exportFailed(
             QStringLiteral("the video's clock does not count in parts of a second"));
-    const TrimRange range(job.trimStart, job.trimEnd);
+    const ExportTimeline timeline = exportTimeline(job, info);
     SegmentPlan plan;
     plan.version = formVersion;
     plan.program = program;
     plan.job = withAbsolutePaths(job);
+    if (timeline.parts.size() > 1 || job.settings.rallies || !job.leftOut.empty())
+        plan.job.windows = frameWindows(job, info);
     plan.video = FileFingerprint::of(job.videoPath);
     plan.pictures = picturesOf(job.overlay);
-    plan.hasSound = soundCanBeRead(job, range);
+    plan.hasSound = soundCanBeRead(job, timeline, info.video->timeBase);
     plan.ticksPerSecond = info.video->timeBase.denominator;
     plan.segments = withExportErrors("Reader error: ", [&] {
-        return segmentsBetween(segmentCuts(reader, range, count), range.start(),
-                               endOfRange(range.end(), info.duration),
-                               static_cast<double>(plan.ticksPerSecond));
+        return segmentsBetween(segmentCuts(reader, timeline.map, count), timeline.map, info.video->timeBase);
     });
     plan.checksum = checksumOf(plan);
     return plan;
@@ -249,8 +260,10 @@ FrameWindow SegmentPlan::window(int number) const {
 }
 
 std::int64_t SegmentPlan::offset(int number) const {
-    return TrimRange(job.trimStart, job.trimEnd, window(number))
-        .windowStart({1, static_cast<int>(ticksPerSecond)});
+    const FrameWindow segment = window(number);
+    const auto windows = job.windows.empty() ? std::vector<FrameWindow>(1) : job.windows;
+    return segment.from ? newTicksBefore(*segment.from, job, windows, {1, static_cast<int>(ticksPerSecond)})
+                        : 0;
 }
 
 void SegmentPlan::requireUnchangedInputs() const {

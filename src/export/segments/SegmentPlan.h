@@ -51,7 +51,7 @@ struct PlannedSegment {
 struct SegmentPlan {
     static constexpr int mostSegments = 1000;
 
-    std::int64_t version = 3;
+    std::int64_t version = 4;
     QString program;                       // version of the program: all machines use the same
     QString checksum;                      // SHA-256 of all else, hexadecimal
     ExportJob job;                         // the whole export, with absolute paths
