@@ -70,7 +70,7 @@ void EditorKeys::run(Command command) const {
 }
 
 void EditorKeys::endTyping() const {
-    QWidget* focus = QApplication::focusWidget();
+    QWidget* focus = m_editor.window()->focusWidget();
     const QKeyEvent digit(QEvent::KeyPress, Qt::Key_1, Qt::NoModifier, QStringLiteral("1"));
     if (focus && m_editor.isAncestorOf(focus) && keeps(focus, digit))
         focus->clearFocus();
@@ -84,7 +84,7 @@ bool EditorKeys::eventFilter(QObject* watched, QEvent* event) {
     const auto& key = *static_cast<QKeyEvent*>(event);
     const CommandRow* command = m_keys.editorCommand(pressed(key));
     const auto action = command ? m_actions.find(command->id) : m_actions.end();
-    if (action == m_actions.end() || keeps(QApplication::focusWidget(), key))
+    if (action == m_actions.end() || keeps(m_editor.window()->focusWidget(), key))
         return false;
     if (command->repeats || !key.isAutoRepeat())
         action->second();
