@@ -5,6 +5,7 @@
 #include "ui/wizard/FlagField.h"
 #include "ui/wizard/PickerGrid.h"
 #include "ui/wizard/StepBar.h"
+#include "ui/wizard/TeamForm.h"
 #include "ui/wizard/TemplatePage.h"
 #include "ui/wizard/VideoPage.h"
 #include "ui/wizard/WizardView.h"
