@@ -231,8 +231,9 @@ void WizardFlow::confirmMatch() {
     if (m_rules != rememberedRules(m_context.defaults, match.sport))
         rememberRules(m_context.defaults, match.sport, m_rules);
     m_context.state.save();
-    Preferences::remember(m_context.defaults, numberOfSetsKey(match.sport),
-                          QByteArray::number(static_cast<qlonglong>(match.numberOfSets)));
+    if (match.numberOfSets != firstNumberOfSets(match.sport))
+        Preferences::remember(m_context.defaults, numberOfSetsKey(match.sport),
+                              QByteArray::number(static_cast<qlonglong>(match.numberOfSets)));
 }
 
 void WizardFlow::openEditor() {
