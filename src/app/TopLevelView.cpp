@@ -25,7 +25,7 @@ namespace pointloom {
 namespace {
 
 constexpr std::string_view consentAskedKey = "crashConsentAsked";
-constexpr QSize smallestContent(760, 560);
+constexpr QSize smallestContent(760, 440); // leaves a frame and a menu bar of 800 by 480
 
 bool isProject(const QString& path) {
     return QFileInfo(path).suffix().compare(QStringLiteral("plp"), Qt::CaseInsensitive) == 0;

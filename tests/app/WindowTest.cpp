@@ -67,7 +67,13 @@ TEST_F(WindowTest, HoldsAtItsSmallestSizeInEveryLanguage) {
             state->step = static_cast<Screen>(screen);
             window->resize(1, 1);
             QCoreApplication::processEvents();
-            EXPECT_EQ(window->content().size(), QSize(760, 560)) << screen;
+            EXPECT_LE(window->width(), 800) << screen;
+            EXPECT_LE(window->height(), 480) << screen;
+            for (const QWidget* part : window->content().currentWidget()->findChildren<QWidget*>()) {
+                const bool isPart = part->isVisible() && part->parentWidget()->layout() && !part->isWindow();
+                EXPECT_TRUE(!isPart || part->height() >= part->minimumSizeHint().height())
+                    << part->metaObject()->className() << " on screen " << screen;
+            }
         }
     }
 }

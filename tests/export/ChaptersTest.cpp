@@ -26,8 +26,9 @@ Marker labelled(double time, const char* label) {
 }
 
 TEST(Chapters, RunFromLabelToLabelWithinTheRange) {
-    const std::vector<Marker> markers{labelled(10, "Set 1"), labelled(15, "Tie-break 5–4"), labelled(20, "Break\n point, Server 2"),
-                                      labelled(20, "Set 2"), labelled(90, "After the end")};
+    const std::vector<Marker> markers{labelled(10, "Set 1"), labelled(15, "Tie-break 5–4"),
+                                      labelled(20, "Break\n point, Server 2"), labelled(20, "Set 2"),
+                                      labelled(90, "After the end")};
     const std::vector<media::Chapter> whole{{0, 10, QStringLiteral("Ana - Eva")},
                                             {10, 20, QStringLiteral("Set 1")},
                                             {20, 60, QStringLiteral("Break point")}};

@@ -185,13 +185,15 @@ void EditorSidebar::resizeEvent(QResizeEvent*) {
     fitScoreboard();
 }
 
-// The height at which the scoreboard fills this width.
+// The height at which the scoreboard fills this width, within limits.
 void EditorSidebar::fitScoreboard() {
     const QSize natural = m_scoreboardView->sizeHint();
     const int available = width() - 2 * Space::m;
     const int height =
         natural.width() > available ? natural.height() * available / natural.width() : natural.height();
-    m_scoreboardView->setFixedHeight(std::min(height, largestScoreboardHeight));
+    constexpr int shareOfHeight = 7; // a low sidebar needs the rest
+    m_scoreboardView->setFixedHeight(
+        std::min({height, largestScoreboardHeight, this->height() / shareOfHeight}));
 }
 
 void EditorSidebar::showLiveScore() {

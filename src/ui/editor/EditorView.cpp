@@ -13,7 +13,7 @@ namespace pointloom {
 
 namespace {
 
-constexpr QSize smallest{760, 520};
+constexpr QSize smallest{760, 440};
 constexpr int narrowSidebar = 260;
 constexpr int roomySidebar = 304;
 constexpr int roomyWindow = 1000;

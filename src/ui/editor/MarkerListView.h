@@ -20,7 +20,7 @@ public:
 
     QSize sizeHint() const override { return minimumSizeHint(); }
     /// A few rows.
-    QSize minimumSizeHint() const override { return {200, 4 * (fontMetrics().height() + 2 * Space::s)}; }
+    QSize minimumSizeHint() const override { return {200, 2 * (fontMetrics().height() + 2 * Space::s)}; }
 
 Q_SIGNALS:
     /// The user chose a marker; `seconds` is its time.

@@ -14,7 +14,7 @@ namespace {
 using Stage = AppState::ExportStatus::Stage;
 
 constexpr QSize usualSize(960, 660);
-constexpr QSize smallestSize(700, 500);
+constexpr QSize smallestSize(700, 400);
 constexpr int optionsWidth = 58; // letters
 
 }

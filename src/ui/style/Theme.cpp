@@ -136,7 +136,7 @@ QListView { background: transparent; border: none; outline: none; }
 QListView::item { border-radius: @fieldRadiuspx; padding: 4px; }
 QListView::item:selected { background: @raised; color: @text; }
 QListView:focus { border: none; }
-QListView[kind="popup"] { background: @raised; border: 1px solid @line; padding: 4px; }
+QListView[kind="popup"] { background: @raised; border: 1px solid @line; padding: 2px; }
 QListView[kind="popup"]::item:selected { background: @line; }
 QSplitter::handle { background: @line; }
 QSplitter::handle:hover { background: @accent; }

@@ -249,10 +249,10 @@ void MatchPage::submit() {
 }
 
 void MatchPage::resizeEvent(QResizeEvent* event) {
-    constexpr int lowest = 108;
+    constexpr int lowest = 72;
     constexpr int highest = 200;
     WizardPage::resizeEvent(event);
-    m_board->setFixedHeight(std::clamp(height() / 4, lowest, highest));
+    m_board->setFixedHeight(height() < lowPage ? lowest : std::min(height() / 4, highest));
 }
 
 }

@@ -89,6 +89,8 @@ QComboBox* RulesField::addList(QWidget*& box) {
     auto* list = new QComboBox(box);
     list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     list->setFocusPolicy(Qt::StrongFocus);
+    constexpr int narrowest = 120; // points; all lists fit into a narrow window
+    list->setMinimumWidth(narrowest);
     column->addWidget(Controls::label(Controls::TextRole::quiet, box));
     column->addWidget(list);
     m_row->insertWidget(m_row->count() - 1, box);

@@ -78,12 +78,10 @@ TeamForm::PlayerRow TeamForm::makeRow(QVBoxLayout* column) {
         lines->addWidget(field);
         return lines;
     };
-    constexpr int nameShare = 3;
-    constexpr int flagShare = 2;
     auto* fields = new QHBoxLayout;
     fields->setSpacing(Space::m);
-    fields->addLayout(labelled(player.nameLabel, player.name), nameShare);
-    fields->addLayout(labelled(player.flagLabel, player.flag), flagShare);
+    fields->addLayout(labelled(player.nameLabel, player.name), 1);
+    fields->addLayout(labelled(player.flagLabel, player.flag), 1);
     auto* lines = new QVBoxLayout(player.row);
     lines->setContentsMargins(0, 0, 0, 0);
     lines->setSpacing(Space::xs);

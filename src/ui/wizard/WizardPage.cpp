@@ -65,6 +65,10 @@ WizardPage::WizardPage(const UiContext& context, WizardFlow& flow, L10nKey title
     });
 }
 
+void WizardPage::resizeEvent(QResizeEvent*) {
+    m_subtitleLabel->setVisible(height() >= lowPage);
+}
+
 void WizardPage::setSubtitle(L10nKey subtitle) {
     m_subtitle = subtitle;
     m_subtitleLabel->setText(m_context.text(subtitle));

@@ -14,6 +14,9 @@ namespace pointloom {
 /// Kept free around every card for its focus ring; all that is above and below cards is indented by it.
 constexpr int cardMargin = 4; // points
 
+/// Pages lower than this leave out what is not needed.
+constexpr int lowPage = 400; // points
+
 /// A column of limited width under a title and a subtitle.
 class WizardPage : public QWidget {
     Q_OBJECT
@@ -35,6 +38,8 @@ Q_SIGNALS:
 
 protected:
     WizardPage(const UiContext& context, WizardFlow& flow, L10nKey title, L10nKey subtitle, QWidget* parent);
+
+    void resizeEvent(QResizeEvent* event) override;
 
     void setSubtitle(L10nKey subtitle);
 
