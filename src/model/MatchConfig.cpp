@@ -111,4 +111,8 @@ QString TeamConfig::flagDisplayName(MatchFormat format) const {
     return first + QStringLiteral(" / ") + flagEmoji(flag2) + *player2;
 }
 
+QString displayName(const MatchConfig& match) {
+    return match.team1.displayName() + QStringLiteral(" – ") + match.team2.displayName();
+}
+
 }

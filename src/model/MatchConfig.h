@@ -76,6 +76,9 @@ struct MatchConfig {
     }
 };
 
+/// "Dravnik – Solvane", as in titles and names of files.
+QString displayName(const MatchConfig& match);
+
 /// The largest set count for which an empty score is built and a scoreboard drawn.
 constexpr std::int64_t largestNumberOfSets = 99;
 

@@ -2,7 +2,9 @@
 
 #include "json/JsonDocument.h"
 
+#include <algorithm>
 #include <limits>
+#include <ranges>
 
 namespace pointloom {
 
@@ -77,6 +79,16 @@ SportScoreState steppedScore(SportScoreState score, Side side, StepDirection dir
         },
         score);
     return score;
+}
+
+SportScoreState withNumberOfSets(SportScoreState score, std::int64_t count) {
+    std::visit([&](auto& state) { state.sets.resize(static_cast<std::size_t>(count)); }, score);
+    return score;
+}
+
+bool hasScoreAfterSet(const SportScoreState& score, std::int64_t count) {
+    return std::ranges::any_of(setsOf(score) | std::views::drop(count),
+                               [](const SetScore& set) { return set != SetScore{}; });
 }
 
 SportScoreState withServeSwapped(SportScoreState score) {

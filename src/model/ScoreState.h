@@ -112,6 +112,12 @@ enum class StepDirection { next, previous };
 /// family. Stays at the ends of the list. Games and sets keep their values.
 SportScoreState steppedScore(SportScoreState score, Side side, StepDirection direction);
 
+/// The score with that many sets (0..99): empty ones are added at the end, or sets removed there.
+SportScoreState withNumberOfSets(SportScoreState score, std::int64_t count);
+
+/// Whether anything is entered in the sets after the first `count`.
+bool hasScoreAfterSet(const SportScoreState& score, std::int64_t count);
+
 /// The score with the other side serving.
 SportScoreState withServeSwapped(SportScoreState score);
 

@@ -124,6 +124,33 @@ void AppState::setTrim(const TrimTimes& trim, UndoStack* undoManager) {
                  [this, previous, undoManager] { setTrim(previous, undoManager); });
 }
 
+void AppState::setNumberOfSets(std::int64_t count, UndoStack* undoManager) {
+    const auto& match = matchConfig.value();
+    if (!match || match->numberOfSets == count)
+        return;
+    const bool canScoresComeBack =
+        undoManager && (undoManager->canUndo().value() || undoManager->canRedo().value());
+    if (markers.value().empty() && !initialScore.value() && !canScoresComeBack)
+        undoManager = nullptr; // no score is touched
+    Sets resized{count, markers, initialScore};
+    for (Marker& marker : resized.markers)
+        marker.score = withNumberOfSets(std::move(marker.score), count);
+    if (resized.initialScore)
+        resized.initialScore = withNumberOfSets(*std::move(resized.initialScore), count);
+    replaceSets(std::move(resized), undoManager);
+}
+
+void AppState::replaceSets(Sets replacement, UndoStack* undoManager) {
+    MatchConfig match = *matchConfig.value();
+    const Sets previous{match.numberOfSets, markers, initialScore};
+    match.numberOfSets = replacement.number;
+    matchConfig = std::move(match);
+    markers = std::move(replacement.markers);
+    initialScore = std::move(replacement.initialScore);
+    concludeEdit(L10nKey::undoChangeSets, undoManager,
+                 [this, previous, undoManager] { replaceSets(previous, undoManager); });
+}
+
 void AppState::addCut(const CutZone& cut, UndoStack* undoManager) {
     auto edited = cuts.value();
     edited.insert(std::ranges::upper_bound(edited, cut.start, {}, &CutZone::start), cut);

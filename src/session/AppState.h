@@ -96,8 +96,9 @@ public:
     QProperty<std::vector<std::string>> rules;         // as for `rulesOfMatch`: words, or `byHand`
 
     QProperty<std::optional<QUrl>> videoURL;
-    QProperty<double> videoDuration{0}; // seconds
-    QProperty<int> videoWidth{0};       // pixels, upright
+    QProperty<std::optional<QString>> absentVideo; // path of the film of this match while it is not open
+    QProperty<double> videoDuration{0};            // seconds
+    QProperty<int> videoWidth{0};                  // pixels, upright
     QProperty<int> videoHeight{0};
     QProperty<double> currentTime{0}; // playhead, seconds from the start of the source
     QProperty<bool> isPlaying{false};
@@ -162,6 +163,9 @@ public:
     /// Absent: the empty score of the match holds before the first marker.
     void setInitialScore(const std::optional<SportScoreState>& score, UndoStack* undoManager);
     void setTrim(const TrimTimes& trim, UndoStack* undoManager);
+    /// Gives the match and all of its scores that many sets (0..99), as `withNumberOfSets` does. No step where
+    /// no score is touched; without a match nothing happens.
+    void setNumberOfSets(std::int64_t count, UndoStack* undoManager);
 
     /// Selects the cut zone.
     void addCut(const CutZone& cut, UndoStack* undoManager);
@@ -196,6 +200,7 @@ private:
                           &S::matchConfig,
                           &S::rules,
                           &S::videoURL,
+                          &S::absentVideo,
                           &S::videoDuration,
                           &S::videoWidth,
                           &S::videoHeight,
@@ -219,6 +224,14 @@ private:
                           &S::currentProjectURL,
                           &S::showLicenseSheet};
     }
+
+    /// What a number of sets touches.
+    struct Sets {
+        std::int64_t number = 0;
+        std::vector<Marker> markers;
+        std::optional<SportScoreState> initialScore;
+    };
+    void replaceSets(Sets replacement, UndoStack* undoManager);
 
     void concludeEdit(L10nKey name, UndoStack* undoManager, std::function<void()> inverse) const;
 

@@ -120,4 +120,16 @@ TEST(SteppedScore, SwappingTheServeTwiceChangesNothing) {
     EXPECT_EQ(withServeSwapped(withServeSwapped(score)), score);
 }
 
+TEST(SportScoreState, AnotherNumberOfSetsKeepsThoseThatItHas) {
+    const SportScoreState two = tennisScore();
+    const SportScoreState four =
+        ScoreState{{{6, 3, {}}, {6, 7, 4}, {}, {}}, {GamePoint::thirty, GamePoint::forty}, 2};
+    EXPECT_EQ(withNumberOfSets(two, 4), four);
+    EXPECT_EQ(withNumberOfSets(four, 2), two);
+    EXPECT_FALSE(hasScoreAfterSet(four, 2));
+    EXPECT_TRUE(hasScoreAfterSet(two, 1));
+    EXPECT_FALSE(hasScoreAfterSet(two, 9));
+    EXPECT_TRUE(hasScoreAfterSet(PointScoreState{{{}, {0, 0, 1}}, {}, 1}, 1)) << "a tie-break alone";
+}
+
 }

@@ -89,4 +89,33 @@ TEST_F(RangeEdits, CutsComeAndGoByUndoInTheirOrderAndSelected) {
     EXPECT_EQ(state.cuts.value(), std::vector{late});
 }
 
+TEST_F(RangeEdits, AnotherNumberOfSetsReachesEveryScoreAndIsOneStep) {
+    const auto setsAt = [this](std::size_t marker) { return setsOf(state.markers.value().at(marker).score); };
+    state.setNumberOfSets(5, &undo); // there is no match
+    EXPECT_FALSE(undo.canUndo().value());
+    state.matchConfig = tennisMatch();
+    state.markers = std::vector{markerAt(6), markerAt(7)};
+    state.initialScore = PointScoreState{{{25, 20, {}}, {3, 1, {}}, {1, 0, {}}}, {9, 8}, 2};
+    const auto markers = state.markers.value();
+    const auto initial = state.initialScore.value();
+    state.setNumberOfSets(2, &undo);
+    EXPECT_EQ(undo.undoActionName().value(), L10nKey::undoChangeSets);
+    EXPECT_EQ(state.matchConfig.value()->numberOfSets, 2);
+    EXPECT_EQ(setsAt(1), (std::vector<SetScore>{{7, 0, {}}, {}}));
+    EXPECT_EQ(state.initialScore.value(),
+              SportScoreState(PointScoreState{{{25, 20, {}}, {3, 1, {}}}, {9, 8}, 2}));
+
+    MatchConfig renamed = *state.matchConfig.value();
+    renamed.team1.player1 = QStringLiteral("Ana");
+    state.matchConfig = renamed;
+    undo.undo();
+    EXPECT_EQ(state.markers.value(), markers);
+    EXPECT_EQ(state.initialScore.value(), initial);
+    EXPECT_EQ(state.matchConfig.value()->numberOfSets, 3);
+    EXPECT_EQ(state.matchConfig.value()->team1.player1, QStringLiteral("Ana")) << "a name is no part of it";
+    undo.redo();
+    EXPECT_EQ(setsAt(0).size(), 2U);
+    EXPECT_EQ(store.saves, 3);
+}
+
 }
