@@ -73,7 +73,7 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     loadSession(persistence ? &*persistence : nullptr, defaults, state);
     const QtTexts qtTexts(state);
     UndoStack undo;
-    DesktopDialogs dialogs;
+    DesktopDialogs dialogs(state, defaults);
     LicenceManager licence(LicenceManager::partsOfThisMachine(info));
     MainWindow window({state, undo, defaults, dialogs}, licence);
 
@@ -109,8 +109,8 @@ constexpr std::chrono::seconds timeToEnd(10);
 
 int explainSilence() {
     const Language language = languageAtStart(UserDefaults());
-    DesktopDialogs().alert(nullptr, t(language, L10nKey::appAlreadyRunningTitle),
-                           t(language, L10nKey::appAlreadyRunningMessage));
+    showAlert(nullptr, t(language, L10nKey::appAlreadyRunningTitle),
+              t(language, L10nKey::appAlreadyRunningMessage));
     return EXIT_FAILURE;
 }
 

@@ -1,6 +1,8 @@
 #include "ui/common/Dialogs.h"
 
 #include "l10n/Format.h"
+#include "persistence/UserDefaults.h"
+#include "ui/common/Preferences.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
@@ -11,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QStandardPaths>
 #include <QVBoxLayout>
@@ -21,11 +24,16 @@ namespace {
 
 constexpr int messageWidth = 52; // average letters
 
-// A title, a message, and one or two buttons; Escape is the second.
+// A title, a message and buttons; the last one is for Escape.
 class MessageDialog : public QDialog {
 public:
-    MessageDialog(QWidget* parent, const QString& title, const QString& message, const QString& accept,
-                  const std::optional<QString>& refuse)
+    struct Choice {
+        QString text;
+        bool isForEnter = false;
+    };
+
+    MessageDialog(QWidget* parent, const QString& title, const QString& message,
+                  const std::vector<Choice>& choices)
         : QDialog(parent) {
         setWindowTitle(title);
         QLabel* heading = Controls::label(Controls::TextRole::section, this);
@@ -39,12 +47,9 @@ public:
         auto* buttons = new QHBoxLayout;
         buttons->setSpacing(Space::s);
         buttons->addStretch();
-        if (refuse)
-            buttons->addWidget(button(Controls::ButtonKind::normal, *refuse, &QDialog::reject));
-        QPushButton* accepting = button(Controls::ButtonKind::primary, accept, &QDialog::accept);
-        buttons->addWidget(accepting);
-        accepting->setDefault(true);
-        accepting->setFocus();
+        for (int index = static_cast<int>(choices.size()) - 1; index >= 0; --index)
+            buttons->addWidget(makeButton(index, choices[static_cast<std::size_t>(index)]));
+        m_chosen = static_cast<int>(choices.size()) - 1;
 
         auto* layout =
             Controls::layout<QVBoxLayout>(this, {Space::xl, Space::xl, Space::xl, Space::l}, Space::m);
@@ -59,45 +64,107 @@ public:
         placeOverWindow(*this);
     }
 
-private:
-    QPushButton* button(Controls::ButtonKind kind, const QString& words, void (QDialog::*pressed)()) {
-        QPushButton* result = Controls::button(kind, this);
-        result->setText(words);
-        connect(result, &QPushButton::clicked, this, pressed);
-        return result;
+    /// The index of the choice made.
+    int ask() {
+        exec();
+        return m_chosen;
     }
+
+private:
+    QPushButton* makeButton(int index, const Choice& choice) {
+        using Controls::ButtonKind;
+        QPushButton* button =
+            Controls::button(choice.isForEnter ? ButtonKind::primary : ButtonKind::normal, this);
+        button->setText(choice.text);
+        connect(button, &QPushButton::clicked, this, [this, index] {
+            m_chosen = index;
+            accept();
+        });
+        if (choice.isForEnter) {
+            button->setDefault(true);
+            button->setFocus();
+        }
+        return button;
+    }
+
+    int m_chosen;
 };
 
 std::optional<QString> chosen(const QString& path) {
     return path.isEmpty() ? std::nullopt : std::optional(path);
 }
 
+// "folder.plp" for "Project (*.plp *.PLP)"; empty for files of any ending.
+std::string folderKey(const QString& filter) {
+    static const QRegularExpression ending(QStringLiteral("\\*\\.(\\w+)"));
+    const auto found = ending.match(filter);
+    return found.hasMatch() ? "folder." + found.captured(1).toLower().toStdString() : std::string();
+}
+
+}
+
+QString firstFolder(const AppState& session, const UserDefaults& defaults, const QString& filter) {
+    QStringList candidates;
+    if (const std::string key = folderKey(filter); !key.empty())
+        candidates << QString::fromUtf8(Preferences::remembered(defaults, key));
+    if (const auto& video = session.videoURL.value())
+        candidates << QFileInfo(video->toLocalFile()).absolutePath();
+    if (const auto& video = session.absentVideo.value())
+        candidates << QFileInfo(*video).absolutePath();
+    const auto found = std::ranges::find_if(
+        candidates, [](const QString& folder) { return !folder.isEmpty() && QFileInfo(folder).isDir(); });
+    return found != candidates.end() ? *found
+                                     : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+void rememberFolder(UserDefaults& defaults, const QString& filter, const QString& chosenFile) {
+    if (const std::string key = folderKey(filter); !key.empty())
+        Preferences::remember(defaults, key, QFileInfo(chosenFile).absolutePath().toUtf8());
 }
 
 std::optional<QString> DesktopDialogs::chooseFileToOpen(QWidget* parent, const QString& title,
                                                         const QStringList& filters) {
-    return chosen(QFileDialog::getOpenFileName(parent, title, {}, filters.join(QStringLiteral(";;"))));
+    const QString folder = firstFolder(m_session, m_defaults, filters.first());
+    auto path =
+        chosen(QFileDialog::getOpenFileName(parent, title, folder, filters.join(QStringLiteral(";;"))));
+    if (path)
+        rememberFolder(m_defaults, filters.first(), *path);
+    return path;
 }
 
 std::optional<QString> DesktopDialogs::chooseFileToSave(QWidget* parent, const QString& title,
                                                         const QString& proposedName,
                                                         const QStringList& filters) {
+    const bool hasFolder = QFileInfo(proposedName).isAbsolute(); // its caller keeps track of it
+    const QString folder = hasFolder ? QFileInfo(proposedName).absolutePath()
+                                     : firstFolder(m_session, m_defaults, filters.first());
     // Not the static function: it knows no ending to add before it asks whether to replace a file.
-    QFileDialog dialog(parent, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
-                       filters.join(QStringLiteral(";;")));
+    QFileDialog dialog(parent, title, folder, filters.join(QStringLiteral(";;")));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QFileInfo(proposedName).suffix());
     dialog.selectFile(proposedName);
-    return dialog.exec() == QDialog::Accepted ? chosen(dialog.selectedFiles().value(0)) : std::nullopt;
+    auto path = dialog.exec() == QDialog::Accepted ? chosen(dialog.selectedFiles().value(0)) : std::nullopt;
+    if (path && !hasFolder)
+        rememberFolder(m_defaults, filters.first(), *path);
+    return path;
+}
+
+void showAlert(QWidget* parent, const QString& title, const QString& message) {
+    MessageDialog(parent, title, message, {{QStringLiteral("OK"), true}}).ask();
 }
 
 void DesktopDialogs::alert(QWidget* parent, const QString& title, const QString& message) {
-    MessageDialog(parent, title, message, QStringLiteral("OK"), std::nullopt).exec();
+    showAlert(parent, title, message);
 }
 
 bool DesktopDialogs::confirm(QWidget* parent, const QString& title, const QString& message,
                              const QString& confirm, const QString& cancel) {
-    return MessageDialog(parent, title, message, confirm, cancel).exec() == QDialog::Accepted;
+    return MessageDialog(parent, title, message, {{confirm}, {cancel, true}}).ask() == 0;
+}
+
+Dialogs::Answer DesktopDialogs::offerToSave(QWidget* parent, const QString& title, const QString& message,
+                                            const QString& save, const QString& goOn, const QString& cancel) {
+    return static_cast<Answer>(MessageDialog(parent, title, message, {{save, true}, {goOn}, {cancel}}).ask());
 }
 
 std::optional<QString> chooseFileToSave(const UiContext& context, QWidget* parent, const QString& title,

@@ -17,10 +17,11 @@ public:
     std::optional<QString> fileToOpen;
     std::optional<QString> fileToSave;
     bool confirms = true;
-    QStringList shown;    // titles and messages
-    QString proposedName; // by the last dialog that saves
-    QStringList filters;  // of the last dialog for a file
-    QStringList buttons;  // of the last question
+    Answer answer = Answer::goOn; // to offers to save
+    QStringList shown;            // titles and messages
+    QString proposedName;         // by the last dialog that saves
+    QStringList filters;          // of the last dialog for a file
+    QStringList buttons;          // of the last question
 
     std::optional<QString> chooseFileToOpen(QWidget*, const QString& title,
                                             const QStringList& given) override {
@@ -41,6 +42,12 @@ public:
         shown << title << message;
         buttons = {accept, refuse};
         return confirms;
+    }
+    Answer offerToSave(QWidget*, const QString& title, const QString& message, const QString& save,
+                       const QString& goOn, const QString& cancel) override {
+        shown << title << message;
+        buttons = {save, goOn, cancel};
+        return answer;
     }
 };
 

@@ -104,7 +104,7 @@ struct Timeline : testing::Test {
     AppState state{&store};
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
-    DesktopDialogs dialogs;
+    DesktopDialogs dialogs{state, defaults};
     TimelineView view{UiContext{state, undo, defaults, dialogs}, nullptr,
                       folder.filePath(QStringLiteral("cache"))};
 };
