@@ -1,6 +1,7 @@
 #include "app/AppCommands.h"
 
 #include "ui/common/CommandMenu.h"
+#include "ui/wizard/WizardFlow.h"
 
 #include <QApplication>
 #include <QMenuBar>
@@ -27,6 +28,8 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
             context.undo.undoActionName(), &UndoStack::undo);
     addUndo(edit, Command::redo, L10nKey::commandRedoNamed, context.undo.canRedo(),
             context.undo.redoActionName(), &UndoStack::redo);
+    edit.addSeparator();
+    addScreens(edit);
     edit.addSeparator();
     add(edit, Command::showPreferences, &CommandBridge::showPreferences)
         ->setMenuRole(QAction::PreferencesRole);
@@ -95,6 +98,25 @@ void AppCommands::addInEditor(QMenu& menu, std::initializer_list<Command> comman
                 action->setEnabled(m_context.state.step == Screen::editor);
             },
             m_context.state.language, m_context.state.step);
+    }
+}
+
+// The pages of the wizard and the editor, enabled when what comes before them is done.
+void AppCommands::addScreens(QMenu& menu) {
+    constexpr std::pair<Command, Screen> screens[] = {{Command::goToSport, Screen::sport},
+                                                      {Command::goToScoreboard, Screen::scoreboard},
+                                                      {Command::goToMatch, Screen::match},
+                                                      {Command::goToVideo, Screen::video},
+                                                      {Command::goToEditor, Screen::editor}};
+    AppState& state = m_context.state;
+    for (const auto& [command, screen] : screens) {
+        QAction* action = add(menu, command, [this, target = screen] {
+            if (m_bridge.goTo)
+                m_bridge.goTo(target);
+        });
+        m_bindings.watchAll(
+            [this, action, target = screen] { action->setEnabled(isReachable(m_context.state, target)); },
+            state.step, state.selectedTemplate, state.matchConfig, state.videoURL);
     }
 }
 

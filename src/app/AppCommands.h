@@ -31,6 +31,7 @@ private:
     QAction* add(QMenu& menu, Command command, std::function<void()> run);
     QAction* add(QMenu& menu, Command command, BridgeAction action);
     void addInEditor(QMenu& menu, std::initializer_list<Command> commands);
+    void addScreens(QMenu& menu);
     void addUndo(QMenu& menu, Command command, L10nKey withName, QBindable<bool> isPossible,
                  QBindable<std::optional<L10nKey>> name, void (UndoStack::*run)());
 

@@ -1,6 +1,7 @@
 // Actions of the menu commands, filled in by the window's content.
 #pragma once
 
+#include "session/AppState.h"
 #include "ui/common/Commands.h"
 
 #include <functional>
@@ -29,6 +30,7 @@ public:
     Action downloadSampleCSV;
     Action showPreferences;
     std::function<void(Command)> runInEditor; // for commands of the group `editor`
+    std::function<void(Screen)> goTo;
 
     static void call(const Action& action) {
         if (action)

@@ -4,11 +4,13 @@
 #include "persistence/DocumentFile.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/Preferences.h"
+#include "ui/wizard/WizardFlow.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
 #include <QCryptographicHash>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace pointloom {
 
@@ -27,6 +29,24 @@ QByteArray fingerprint(ProjectFile project) {
     return QCryptographicHash::hash(json::compact(json::encode(project)), QCryptographicHash::Sha256).toHex();
 }
 
+Screen furthestReachable(const AppState& state) {
+    Screen screen = Screen::editor;
+    while (!isReachable(state, screen))
+        screen = static_cast<Screen>(static_cast<int>(screen) - 1);
+    return screen;
+}
+
+// The names of the match, without what names of files cannot hold.
+QString proposedName(const AppState& state) {
+    constexpr qsizetype longest = 80; // letters; file systems allow 255 bytes
+    static const QRegularExpression forbidden(QStringLiteral(R"([\s/\\:*?"<>|[:cntrl:]]+)"));
+    const auto& match = state.matchConfig.value();
+    const QString names =
+        match ? displayName(*match).replace(forbidden, QStringLiteral(" ")).trimmed().left(longest)
+              : QString();
+    return (names.isEmpty() ? QStringLiteral("project") : names) + QStringLiteral(".plp");
+}
+
 QString projectFilter() {
     return QStringLiteral("Pointloom (*.plp *.PLP)");
 }
@@ -38,16 +58,87 @@ DocumentCommands::DocumentCommands(const UiContext& context, QWidget* window)
     , m_window(window)
     , m_saved(projectFrom(AppState())) {
     const ProjectFile restored = projectFrom(context.state);
+    m_isRestored = restored.matchConfig.has_value();
     if (Preferences::remembered(context.defaults, savedKey) == fingerprint(restored))
         m_saved = restored;
+    if (const auto last = lastMatch(); last && m_isRestored)
+        m_context.state.absentVideo = last->videoPath;
+    m_bindings.watch(m_context.state.videoURL, [this] {
+        if (m_context.state.videoURL.value())
+            rememberMatch();
+    });
 }
 
 void DocumentCommands::newSession() {
-    if (!mayThrowAway(m_context.text(L10nKey::resetDialogTitle), m_context.text(L10nKey::resetDialogMessage),
-                      m_context.text(L10nKey::resetConfirm)))
+    const auto cuts = static_cast<qint64>(m_context.state.cuts.value().size());
+    const QString cutsStay = cuts > 0 ? format(m_context.text(L10nKey::documentCutsStay), cuts) : QString();
+    const QString title = m_context.text(L10nKey::resetDialogTitle);
+    const QString message = m_context.text(L10nKey::resetDialogMessage) + u' ' + cutsStay;
+    const QString confirm = m_context.text(L10nKey::resetConfirm);
+    const bool isOnlyAboutCuts = cuts > 0 && !isModified();
+    if (isOnlyAboutCuts
+            ? !m_context.dialogs.confirm(m_window, title, cutsStay, confirm, m_context.text(L10nKey::cancel))
+            : !mayThrowAway(title, message.trimmed(), confirm))
         return;
     m_context.state.reset();
+    forgetMatchWithoutDocument();
     becomeDocument();
+}
+
+// It is gone with the stored session.
+void DocumentCommands::forgetMatchWithoutDocument() {
+    if (const auto last = readLastMatch(m_context.defaults); last && !last->projectPath)
+        storeLastMatch(m_context.defaults, std::nullopt);
+}
+
+std::optional<LastMatch> DocumentCommands::lastMatch() const {
+    const AppState& state = m_context.state;
+    if (state.videoURL.value())
+        return std::nullopt;
+    auto last = readLastMatch(m_context.defaults);
+    if (const auto& match = state.matchConfig.value()) {
+        if (!m_isRestored)
+            return std::nullopt; // it is being entered
+        last = last.value_or(LastMatch());
+        last->names = displayName(*match);
+        return last;
+    }
+    return last && last->projectPath ? last : std::nullopt;
+}
+
+void DocumentCommands::goOn() {
+    AppState& state = m_context.state;
+    if (!state.matchConfig.value()) {
+        if (const auto last = lastMatch())
+            openProjectFile(*last->projectPath);
+        return;
+    }
+    resume();
+    state.step = furthestReachable(state);
+    Q_EMIT documentChanged();
+}
+
+// Gives a restored session what is not stored with it. Its document still counts as unchanged.
+void DocumentCommands::resume() {
+    const auto last = lastMatch();
+    AppState& state = m_context.state;
+    if (!last || !state.matchConfig.value())
+        return;
+    const bool wasModified = isModified();
+    if (last->projectPath && QFileInfo(*last->projectPath).isFile())
+        state.currentProjectURL = QUrl::fromLocalFile(*last->projectPath);
+    state.scoreboardUserScale = last->scoreboardUserScale;
+    if (last->videoPath && QFileInfo(*last->videoPath).isFile())
+        state.videoURL = QUrl::fromLocalFile(*last->videoPath);
+    if (!wasModified)
+        setSaved(projectFrom(state));
+    m_isRestored = false;
+    Q_EMIT opened();
+}
+
+void DocumentCommands::rememberMatch() {
+    if (m_context.state.videoURL.value() || m_context.state.currentProjectURL.value())
+        storeLastMatch(m_context.defaults, LastMatch::of(m_context.state));
 }
 
 void DocumentCommands::openProject() {
@@ -82,22 +173,23 @@ void DocumentCommands::openProjectFile(const QString& path) {
     }
 }
 
-void DocumentCommands::saveProject() {
-    if (const auto& url = m_context.state.currentProjectURL.value())
-        writeTo(url->toLocalFile());
-    else
-        saveProjectAs();
+bool DocumentCommands::saveProject() {
+    resume();
+    const auto& url = m_context.state.currentProjectURL.value();
+    return url ? writeTo(url->toLocalFile()) : saveProjectAs();
 }
 
-void DocumentCommands::saveProjectAs() {
-    const auto path =
-        chooseFileToSave(m_context, m_window, m_context.text(L10nKey::documentSaveDialog),
-                         QStringLiteral("project.plp"), projectFilter(), QStringLiteral(".plp"));
-    if (path)
-        writeTo(*path);
+// Another copy is proposed beside the document.
+bool DocumentCommands::saveProjectAs() {
+    resume();
+    const auto& current = m_context.state.currentProjectURL.value();
+    const auto path = chooseFileToSave(m_context, m_window, m_context.text(L10nKey::documentSaveDialog),
+                                       current ? current->toLocalFile() : proposedName(m_context.state),
+                                       projectFilter(), QStringLiteral(".plp"));
+    return path && writeTo(*path);
 }
 
-void DocumentCommands::writeTo(const QString& path) {
+bool DocumentCommands::writeTo(const QString& path) {
     const ProjectFile project = projectFrom(m_context.state);
     try {
         auto inputs = inputFiles(m_context.state);
@@ -107,12 +199,14 @@ void DocumentCommands::writeTo(const QString& path) {
         project.save(path);
     } catch (const DocumentError& error) {
         alert(m_context.text(L10nKey::documentCannotSave), QString::fromUtf8(error.what()));
-        return;
+        return false;
     }
     setSaved(project);
     m_context.state.currentProjectURL = QUrl::fromLocalFile(path);
     remember(path);
+    rememberMatch();
     Q_EMIT documentChanged();
+    return true;
 }
 
 void DocumentCommands::downloadSampleCSV() {
@@ -134,14 +228,27 @@ bool DocumentCommands::isModified() const {
 }
 
 bool DocumentCommands::mayThrowAway(const QString& title, const QString& message, const QString& confirm) {
-    return !isModified() ||
-           m_context.dialogs.confirm(m_window, title, message, confirm, m_context.text(L10nKey::cancel));
+    if (!isModified())
+        return true;
+    switch (m_context.dialogs.offerToSave(m_window, title, message,
+                                          m_context.text(L10nKey::documentSaveFirst), confirm,
+                                          m_context.text(L10nKey::cancel))) {
+    case Dialogs::Answer::save:
+        return saveProject();
+    case Dialogs::Answer::goOn:
+        return true;
+    case Dialogs::Answer::cancel:
+        return false;
+    }
+    Q_UNREACHABLE();
 }
 
 // The session has been replaced by a document, or by a fresh one.
 void DocumentCommands::becomeDocument() {
+    m_isRestored = false;
     m_context.undo.removeAllActions();
     setSaved(projectFrom(m_context.state));
+    rememberMatch();
     Q_EMIT sessionReplaced();
     Q_EMIT documentChanged();
 }

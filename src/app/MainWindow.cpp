@@ -107,6 +107,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     m_context.state.retrySave();
+    m_content->documents().rememberMatch();
     Preferences::remember(m_context.defaults, placeKey, saveGeometry());
     event->accept();
 }

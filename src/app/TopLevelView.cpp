@@ -46,17 +46,19 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Co
     , m_bridge(bridge)
     , m_documents(context, this) {
     setMinimumSize(smallestContent);
-    connect(&m_documents, &DocumentCommands::documentChanged, this, [this] { m_import.reset(); });
     connect(&m_documents, &DocumentCommands::sessionReplaced, this, [this] {
+        m_import.reset();
         if (m_wizard)
             m_wizard->readSession();
     });
     connect(&m_documents, &DocumentCommands::opened, this, [this] {
         if (const auto& url = m_context.state.videoURL.value())
-            readVideo(url->toLocalFile(), [] {});
+            describeVideo(url->toLocalFile());
     });
+    connect(&m_documents, &DocumentCommands::documentChanged, this, &TopLevelView::offerLastMatch);
     fillBridge();
     m_bindings.watch(m_context.state.step, [this] { route(); });
+    m_bindings.watchAll([this] { offerLastMatch(); }, m_context.state.videoURL, m_context.state.matchConfig);
     bindDialog(showHelpSheet, [this] {
         auto* help = new HelpDialog(m_context, this);
         connect(help, &HelpDialog::sampleRequested, &m_documents, &DocumentCommands::downloadSampleCSV);
@@ -99,17 +101,41 @@ void TopLevelView::fillBridge() {
         if (m_editor && m_context.state.step == Screen::editor)
             m_editor->run(command);
     };
+    m_bridge.goTo = [this](Screen screen) { goTo(screen); };
 }
 
 void TopLevelView::route() {
     const bool isWizard = m_context.state.step != Screen::editor;
     if (isWizard && !m_wizard)
-        addWidget(m_wizard = new WizardView(m_context, this));
+        addWidget(m_wizard = makeWizard());
     if (!isWizard && !m_editor)
         addWidget(m_editor = makeEditor());
     setCurrentWidget(isWizard ? static_cast<QWidget*>(m_wizard) : m_editor);
     if (!isWizard)
         m_editor->setFocus(); // its keys work at once, rather than those of the first thing on it
+}
+
+WizardView* TopLevelView::makeWizard() {
+    auto* wizard = new WizardView(m_context, this);
+    wizard->offerMatch(m_documents.lastMatch());
+    connect(wizard, &WizardView::goOnRequested, &m_documents, &DocumentCommands::goOn);
+    connect(wizard, &WizardView::newMatchRequested, &m_documents, &DocumentCommands::newSession);
+    return wizard;
+}
+
+void TopLevelView::offerLastMatch() {
+    if (m_wizard)
+        m_wizard->offerMatch(m_documents.lastMatch());
+}
+
+// The wizard confirms the page that is left; the editor has nothing to confirm.
+void TopLevelView::goTo(Screen screen) {
+    if (!isReachable(m_context.state, screen))
+        return;
+    if (m_context.state.step == Screen::editor)
+        m_context.state.step = screen;
+    else
+        m_wizard->goTo(screen);
 }
 
 EditorView* TopLevelView::makeEditor() {
@@ -118,6 +144,12 @@ EditorView* TopLevelView::makeEditor() {
     connect(editor, &EditorView::previewFrameRequested, this,
             [this] { openDialog(new FramePreview(m_context, this)); });
     connect(editor, &EditorView::importRequested, this, &TopLevelView::chooseVideo);
+    connect(editor, &EditorView::screenRequested, this, &TopLevelView::goTo);
+    connect(editor, &EditorView::editNamesRequested, this, [this] { goTo(Screen::match); });
+    connect(editor, &EditorView::nameRequested, this, [this](Side side) {
+        goTo(Screen::match);
+        m_wizard->editName(side);
+    });
     return editor;
 }
 
@@ -150,25 +182,32 @@ void TopLevelView::chooseVideo() {
 }
 
 void TopLevelView::importVideo(const QString& path) {
-    readVideo(path, [this, before = m_context.state.videoURL.value()] {
+    makeImport();
+    connect(m_import.get(), &VideoImport::imported, this, [this] {
         AppState& state = m_context.state;
         // When the pages before are complete, the wizard shows the imported video.
-        if (state.step < Screen::video && state.selectedTemplate.value() && state.matchConfig.value())
-            state.step = Screen::video;
-        // The file of that name may be another one by now.
-        if (m_editor && state.videoURL.value() == before)
-            m_editor->reloadVideo();
+        if (state.step < Screen::video && isReachable(state, Screen::video))
+            m_wizard->goTo(Screen::video);
+        else if (state.step == Screen::editor)
+            m_editor->setFocus();
+        else if (state.step == Screen::video)
+            m_wizard->takeFocus();
     });
+    m_import->start(path);
+}
+
+// Length and size of the video of a document.
+void TopLevelView::describeVideo(const QString& path) {
+    makeImport();
+    m_import->describe(path);
 }
 
 // A later video or another document replaces one that is still being read.
-void TopLevelView::readVideo(const QString& path, const std::function<void()>& done) {
+void TopLevelView::makeImport() {
     m_import = std::make_unique<VideoImport>(m_context);
-    connect(m_import.get(), &VideoImport::imported, this, done);
     connect(m_import.get(), &VideoImport::failed, this, [this](const QString& message) {
         m_context.dialogs.alert(this, m_context.text(L10nKey::couldNotReadMetadata), message);
     });
-    m_import->start(path);
 }
 
 bool TopLevelView::canOpen(const QString& path) {

@@ -57,13 +57,17 @@ protected:
 private:
     void fillBridge();
     void route();
+    WizardView* makeWizard();
     EditorView* makeEditor();
+    void goTo(Screen screen);
+    void offerLastMatch();
     void bindDialog(QProperty<bool>& isShown, std::function<QDialog*()> make);
     static void openDialog(QDialog* dialog);
 
     void chooseVideo();
     void importVideo(const QString& path);
-    void readVideo(const QString& path, const std::function<void()>& done);
+    void describeVideo(const QString& path);
+    void makeImport();
     void exportVideo();
     void askForCrashConsent();
     void openWaitingFiles();

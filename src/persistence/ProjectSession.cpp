@@ -114,6 +114,7 @@ OpenReport openProject(const QString& path, AppState& state) {
     apply(project, state, QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
     if (files.video && !files.video->path) {
         state.videoURL = std::nullopt;
+        state.absentVideo = files.video->storedPath;
         state.step = Screen::video;
     }
     return report;

@@ -1,7 +1,7 @@
 // Every command of the menus, with the dialogs answered by the test.
 #include "app/Shell.h"
 #include "persistence/CSVParser.h"
-#include "persistence/ProjectFile.h"
+#include "persistence/ProjectSession.h"
 #include "support/Sessions.h"
 #include "ui/editor/PictureStage.h"
 #include "ui/export/ExportSheet.h"
@@ -18,8 +18,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
+#include <QToolButton>
 
 namespace pointloom::test {
 namespace {
@@ -33,7 +35,8 @@ TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
     EXPECT_EQ(titlesIn(QStringLiteral("&File")).join(u'|').toStdString(),
               "New Session|Open Project…|Open Recent|Open Video…|-|Save Project|Save Project As…|"
               "Export Video…|-|Quit");
-    EXPECT_EQ(titlesIn(QStringLiteral("&Edit")).join(u'|').toStdString(), "Undo|Redo|-|Preferences…");
+    EXPECT_EQ(titlesIn(QStringLiteral("&Edit")).join(u'|').toStdString(),
+              "Undo|Redo|-|Sport|Template|Match|Video|Editor|-|Preferences…");
     EXPECT_EQ(titlesIn(QStringLiteral("&View")).join(u'|').toStdString(),
               "Zoom In\tCtrl++|Zoom Out\tCtrl+-|Show the Whole Clip\tCtrl+0|-|Preview Frame");
     EXPECT_EQ(titlesIn(QStringLiteral("&Playback")).join(u'|').toStdString(),
@@ -68,7 +71,8 @@ TEST_F(MenuTest, TitlesFollowTheLanguageAtOnce) {
               "Neue Sitzung|Projekt öffnen…|Zuletzt benutzt|Video öffnen…|-|Projekt sichern|"
               "Projekt sichern unter…|Video exportieren…|-|Beenden");
     EXPECT_EQ(titlesIn(QStringLiteral("&Bearbeiten")).join(u'|').toStdString(),
-              "„Marker hinzufügen“ rückgängig machen|Wiederholen|-|Einstellungen…");
+              "„Marker hinzufügen“ rückgängig "
+              "machen|Wiederholen|-|Sportart|Vorlage|Match|Video|Editor|-|Einstellungen…");
     EXPECT_EQ(titlesIn(QStringLiteral("&Hilfe")).join(u'|').toStdString(),
               "Hilfe…|CSV-Beispiel herunterladen…|-|Über Pointloom|Lizenz…");
 }
@@ -120,13 +124,22 @@ TEST_F(MenuTest, NewSessionAsksBeforeItThrowsWorkAway) {
     EXPECT_TRUE(dialogs.shown.isEmpty()); // nothing to lose
     configure();
     state->addMarker(markerAt(3), undo.get());
-    dialogs.confirms = false;
+    dialogs.answer = Dialogs::Answer::cancel;
     choose(QStringLiteral("New Session"));
-    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Start over?"));
+    EXPECT_EQ(dialogs.shown,
+              QStringList({QStringLiteral("Start over?"), QStringLiteral("All data will be erased.")}));
     EXPECT_EQ(state->markers.value().size(), 3U);
-    dialogs.confirms = true;
+    dialogs.answer = Dialogs::Answer::save; // and the dialog for the file is cancelled
     choose(QStringLiteral("New Session"));
+    EXPECT_EQ(state->markers.value().size(), 3U);
+    dialogs.fileToSave = path(QStringLiteral("kept.plp"));
+    state->cuts = std::vector{CutZone{QUuid::createUuid(), 1, 2}};
+    choose(QStringLiteral("New Session"));
+    EXPECT_TRUE(dialogs.shown.contains(
+        QStringLiteral("All data will be erased. The cuts on the timeline stay (1).")));
+    EXPECT_EQ(ProjectFile::load(path(QStringLiteral("kept.plp"))).markers.size(), 3U);
     EXPECT_TRUE(state->markers.value().empty());
+    EXPECT_EQ(state->cuts.value().size(), 1U);
     EXPECT_FALSE(action(QStringLiteral("Undo")).isEnabled());
     EXPECT_FALSE(defaults.data(Persistence::sessionKey));
 }
@@ -202,11 +215,11 @@ TEST_F(MenuTest, OpeningAsksOnlyWhenWorkWouldBeLostAndCancellingKeepsTheSession)
     configure();
     choose(QStringLiteral("Open Project…")); // cancelled in the file dialog
     dialogs.fileToOpen = makeProject(QStringLiteral("match.plp"));
-    dialogs.confirms = false;
+    dialogs.answer = Dialogs::Answer::cancel;
     choose(QStringLiteral("Open Project…"));
     EXPECT_EQ(dialogs.shown.value(2), QStringLiteral("Open another project?"));
     EXPECT_EQ(state->selectedTemplate.value(), TemplateID::broadcast);
-    dialogs.confirms = true;
+    dialogs.answer = Dialogs::Answer::goOn;
     choose(QStringLiteral("Open Project…"));
     EXPECT_EQ(state->selectedTemplate.value(), TemplateID::wimbledon);
 }
@@ -262,7 +275,7 @@ TEST_F(MenuTest, SavingAsksForAPlaceOnce) {
     EXPECT_FALSE(state->currentProjectURL.value());
     dialogs.fileToSave = path(QStringLiteral("mine"));
     choose(QStringLiteral("Save Project"));
-    EXPECT_EQ(dialogs.proposedName, QStringLiteral("project.plp"));
+    EXPECT_EQ(dialogs.proposedName, QStringLiteral("Dravnik – Solvane.plp"));
     EXPECT_EQ(dialogs.shown.last(), QStringLiteral("Save Pointloom Project"));
     const QString saved = path(QStringLiteral("mine.plp"));
     EXPECT_EQ(ProjectFile::load(saved).markers.size(), 2U);
@@ -285,6 +298,24 @@ TEST_F(MenuTest, SavingAsksForAPlaceOnce) {
     dialogs.confirms = false; // there is an other.plp
     choose(QStringLiteral("Save Project As…"));
     EXPECT_EQ(state->currentProjectURL.value(), dated);
+}
+
+TEST_F(MenuTest, TheProposedNameHoldsOnlyWhatAFileNameCan) {
+    const auto proposed = [this] {
+        choose(QStringLiteral("Save Project As…"));
+        return dialogs.proposedName;
+    };
+    EXPECT_EQ(proposed(), QStringLiteral("project.plp"));
+    MatchConfig match = tennisMatch();
+    match.team1 = {QStringLiteral("Ana \"Ace\" Dravnik"), QStringLiteral("Bia"), {}, {}};
+    match.team2.player1 = QString(300, QChar(u'w'));
+    state->matchConfig = match;
+    EXPECT_EQ(proposed().first(26), QStringLiteral("Ana Ace Dravnik Bia – wwww"));
+    EXPECT_LT(proposed().toUtf8().size(), 255);
+    match.team1 = {QStringLiteral("?"), {}, {}, {}};
+    match.team2.player1 = QStringLiteral("B");
+    state->matchConfig = match;
+    EXPECT_EQ(proposed(), QStringLiteral("– B.plp"));
 }
 
 TEST_F(MenuTest, AProjectThatCannotBeWrittenIsNotTheCurrentOne) {
@@ -361,6 +392,97 @@ TEST_F(MenuTest, RecentProjectsComeBackAtTheNextStart) {
     EXPECT_EQ(state->currentProjectURL.value(), QUrl::fromLocalFile(path(QStringLiteral("b.plp"))));
     recent.actions().at(3)->trigger();
     EXPECT_TRUE(window->content().documents().recentProjects().isEmpty());
+}
+
+// The button of the first page that goes on with the match that was edited last; null without an offer.
+QPushButton* goOnButton(const MainWindow& window) {
+    for (QPushButton* button : window.findChildren<QPushButton*>()) {
+        if (button->text() == QStringLiteral("Go On") && button->isVisible())
+            return button;
+    }
+    return nullptr;
+}
+
+TEST_F(MenuTest, TheNextStartGoesOnWithOneClick) {
+    EXPECT_FALSE(goOnButton(*window));
+    configure();
+    EXPECT_FALSE(goOnButton(*window)) << "it is being entered";
+    window->content().openFile(makeClip(QStringLiteral("final.mp4")));
+    ASSERT_TRUE(eventually([this] { return state->videoURL.value().has_value(); }));
+    dialogs.fileToSave = path(QStringLiteral("final.plp"));
+    choose(QStringLiteral("Save Project"));
+    const CutZone cut{QUuid::createUuid(), 0.5, 1};
+    state->addCut(cut, undo.get());
+    state->scoreboardUserScale = 2;
+    choose(QStringLiteral("Save Project"));
+    window->close();
+
+    start();
+    ASSERT_TRUE(goOnButton(*window));
+    EXPECT_TRUE(goOnButton(*window)->hasFocus());
+    EXPECT_EQ(goOnButton(*window)->accessibleDescription(), QStringLiteral("Dravnik – Solvane"));
+    goOnButton(*window)->click();
+    EXPECT_EQ(state->step, Screen::editor);
+    ASSERT_TRUE(eventually([this] { return state->videoDuration > 0; }));
+    EXPECT_EQ(state->videoURL.value(), QUrl::fromLocalFile(path(QStringLiteral("final.mp4"))));
+    EXPECT_EQ(state->currentProjectURL.value(), QUrl::fromLocalFile(path(QStringLiteral("final.plp"))));
+    EXPECT_EQ(state->scoreboardUserScale, 2);
+    EXPECT_EQ(state->cuts.value(), std::vector{cut});
+    EXPECT_EQ(state->markers.value().size(), 2U);
+    EXPECT_FALSE(window->isWindowModified());
+
+    choose(QStringLiteral("New Session")); // the document is still offered
+    ASSERT_TRUE(goOnButton(*window));
+    goOnButton(*window)->click();
+    EXPECT_EQ(state->step, Screen::editor);
+    EXPECT_EQ(state->markers.value().size(), 2U);
+    EXPECT_FALSE(goOnButton(*window));
+}
+
+TEST_F(MenuTest, GoingOnWithoutTheFilmAsksForItAndKeepsTheScores) {
+    configure();
+    const QString film = makeClip(QStringLiteral("final.mp4"));
+    window->content().openFile(film);
+    ASSERT_TRUE(eventually([this] { return state->videoURL.value().has_value(); }));
+    window->close();
+    ASSERT_TRUE(QFile::rename(film, path(QStringLiteral("moved.mp4"))));
+    start();
+    goOnButton(*window)->click();
+    EXPECT_EQ(state->step, Screen::video);
+    EXPECT_EQ(state->absentVideo.value(), film);
+    EXPECT_EQ(state->markers.value().size(), 2U);
+    window->content().openFile(path(QStringLiteral("moved.mp4")));
+    ASSERT_TRUE(eventually([this] { return state->videoURL.value().has_value(); }));
+    ASSERT_TRUE(eventually([this] {
+        const auto* next = qobject_cast<QPushButton*>(window->focusWidget());
+        return next && next->text() == QStringLiteral("Open Editor");
+    })) << "Enter goes on";
+
+    dialogs.answer = Dialogs::Answer::goOn;
+    choose(QStringLiteral("New Session"));
+    start();
+    EXPECT_FALSE(goOnButton(*window)) << "nothing was saved";
+}
+
+TEST_F(MenuTest, ThePagesAreReachedFromTheEditorAndLeaveItAsItWas) {
+    window->content().openFile(
+        makeProject(QStringLiteral("match.plp"), makeClip(QStringLiteral("match.mp4"))));
+    ASSERT_TRUE(eventually([this] { return state->videoDuration > 0; }));
+    state->currentTime = 1.25;
+    const ProjectFile before = projectFrom(*state);
+    for (const char* page : {"Sport", "Template", "Match", "Video"}) {
+        choose(QString::fromUtf8(page));
+        EXPECT_NE(state->step, Screen::editor);
+        choose(QStringLiteral("Editor"));
+        EXPECT_EQ(state->step, Screen::editor) << page;
+    }
+    EXPECT_EQ(projectFrom(*state), before);
+    EXPECT_NEAR(state->currentTime, 1.25, 0.1);
+    window->findChild<QToolButton*>(QStringLiteral("backToVideo"))->click();
+    EXPECT_EQ(state->step, Screen::video);
+    dialogs.answer = Dialogs::Answer::goOn;
+    choose(QStringLiteral("New Session"));
+    EXPECT_FALSE(action(QStringLiteral("Match")).isEnabled());
 }
 
 TEST_F(MenuTest, SheetsOpenOnceAndComeAgain) {

@@ -4,6 +4,7 @@
 #include "render/ScoreboardTemplate.h"
 
 #include <algorithm>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace pointloom {
@@ -51,6 +52,15 @@ void ScoreboardView::paintEvent(QPaintEvent*) {
     image.setDevicePixelRatio(devicePixelRatioF());
     const QSizeF shown = image.deviceIndependentSize();
     QPainter(this).drawImage(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2), image);
+}
+
+// The sides are rows, or columns of the template that stacks the sets.
+void ScoreboardView::mouseReleaseEvent(QMouseEvent* event) {
+    if (!m_scoreboard || event->button() != Qt::LeftButton || !rect().contains(event->pos()))
+        return;
+    const bool isFirst = m_scoreboard->templateID == TemplateID::stacked ? event->pos().x() < width() / 2
+                                                                         : event->pos().y() < height() / 2;
+    Q_EMIT sideClicked(isFirst ? Side::first : Side::second);
 }
 
 namespace {

@@ -35,8 +35,13 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+Q_SIGNALS:
+    void sideClicked(Side side);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent*) override {} // accepted
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     QSizeF naturalSize() const;

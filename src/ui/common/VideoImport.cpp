@@ -13,13 +13,23 @@ VideoImport::VideoImport(const UiContext& context, QObject* parent)
     , m_context(context) {}
 
 void VideoImport::start(const QString& path) {
+    m_isAgain = true;
+    read(path);
+}
+
+void VideoImport::describe(const QString& path) {
+    m_isAgain = false;
+    read(path);
+}
+
+void VideoImport::read(const QString& path) {
     const QString absolutePath = QFileInfo(path).absoluteFilePath();
-    m_reading.start([absolutePath] { return read(absolutePath); },
+    m_reading.start([absolutePath] { return open(absolutePath); },
                     [this, absolutePath](const Outcome& outcome) { finish(absolutePath, outcome); });
 }
 
 // Opens the decoder too, since some files can be opened but not decoded.
-VideoImport::Outcome VideoImport::read(const QString& path) {
+VideoImport::Outcome VideoImport::open(const QString& path) {
     try {
         const auto reader = media::VideoReader::open(path);
         return {true, reader.info().duration, reader.track().uprightSize(), {}, {}};
@@ -50,9 +60,12 @@ std::optional<QString> VideoImport::complaint(const QString& path, const Outcome
     return std::nullopt;
 }
 
-// The URL is set last: its readers find length and size already set.
+// The URL is set last: its readers find length and size already set. A file that is imported again may be
+// another one by now: its readers open it again.
 void VideoImport::takeIn(const QString& path, const Outcome& outcome) {
     AppState& state = m_context.state;
+    if (m_isAgain && state.videoURL.value() == QUrl::fromLocalFile(path))
+        state.videoURL = std::nullopt;
     state.isPlaying = false;
     state.currentTime = 0;
     if (state.trimStart >= outcome.duration)

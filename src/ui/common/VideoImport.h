@@ -21,6 +21,9 @@ public:
     /// the new end; failure leaves the session as it was.
     void start(const QString& path);
 
+    /// The same for a video that a document has just put into the session: its readers do not open it again.
+    void describe(const QString& path);
+
     /// Cancels without a signal.
     void cancel() { m_reading.cancel(); }
 
@@ -40,12 +43,14 @@ private:
         QString reason;
     };
 
-    static Outcome read(const QString& path);
+    void read(const QString& path);
+    static Outcome open(const QString& path);
     void finish(const QString& path, const Outcome& outcome);
     std::optional<QString> complaint(const QString& path, const Outcome& outcome) const;
     void takeIn(const QString& path, const Outcome& outcome);
 
     UiContext m_context;
+    bool m_isAgain = false; // the file may be one that the session has
     BackgroundTask<Outcome> m_reading;
 };
 

@@ -55,6 +55,8 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeButtons());
 
+    setTabOrder(m_back, m_editMatch);
+    setTabOrder(m_editMatch, m_editInitial);
     setTabOrder(m_editInitial, m_import);
     setTabOrder(m_import, m_markers);
     setTabOrder(m_add, m_export);
@@ -76,12 +78,29 @@ QWidget* EditorSidebar::makeLiveScore() {
     auto* area = new QWidget(this);
     QLabel* title = Controls::label(Controls::TextRole::strong, area);
     m_scoreboardView->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    auto* column = Controls::layout<QVBoxLayout>(area, {Space::m, Space::m, Space::m, Space::xs}, Space::xs);
-    column->addWidget(title);
+    m_back = Controls::iconButton(QStringLiteral("chevron-left"), area);
+    m_back->setObjectName(QStringLiteral("backToVideo"));
+    m_editMatch = Controls::iconButton(QStringLiteral("edit"), area);
+    m_editMatch->setIconSize(QSize(16, 16));
+    m_editMatch->setObjectName(QStringLiteral("editMatch"));
+    auto* head = new QHBoxLayout;
+    head->setSpacing(Space::xs);
+    head->addWidget(m_back);
+    head->addWidget(title, 1);
+    head->addWidget(m_editMatch);
+    auto* column = Controls::layout<QVBoxLayout>(area, {Space::s, Space::s, Space::s, Space::xs}, Space::xs);
+    column->addLayout(head);
     column->addWidget(m_scoreboardView);
+    connect(m_back, &QToolButton::clicked, this, [this] { Q_EMIT screenRequested(Screen::video); });
+    connect(m_editMatch, &QToolButton::clicked, this, [this] { Q_EMIT screenRequested(Screen::match); });
+    connect(m_scoreboardView, &ScoreboardView::sideClicked, this, &EditorSidebar::nameRequested);
+    m_scoreboardView->setCursor(Qt::PointingHandCursor);
     m_bindings.watch(m_context.state.language, [this, title] {
         title->setText(m_context.text(L10nKey::liveScore));
         m_scoreboardView->setAccessibleName(m_context.text(L10nKey::liveScore));
+        m_scoreboardView->setToolTip(m_context.text(L10nKey::editorEditMatch));
+        Controls::setName(m_back, m_context.text(L10nKey::backToVideoImport));
+        Controls::setName(m_editMatch, m_context.text(L10nKey::editorEditMatch));
     });
     return area;
 }

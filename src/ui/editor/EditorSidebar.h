@@ -35,6 +35,8 @@ public:
 Q_SIGNALS:
     void addMarkerRequested();
     void exportRequested();
+    void screenRequested(Screen screen);
+    void nameRequested(Side side); // pressed on the scoreboard
     void seekRequested(double seconds);
 
 protected:
@@ -52,6 +54,8 @@ private:
     Bindings m_bindings; // before the parts that are made with it
     LiveScoreboard m_scoreboard;
     ScoreboardView* m_scoreboardView;
+    QToolButton* m_back = nullptr;
+    QToolButton* m_editMatch = nullptr;
     MarkerListView* m_markers;
     MessageBar* m_messages;
     CountBar* m_count;

@@ -80,6 +80,8 @@ EditorView::EditorView(const UiContext& context, QWidget* parent)
     connect(m_timeline, &TimelineView::scrubbingChanged, this, &EditorView::holdWhileScrubbing);
     connect(m_timeline, &TimelineView::commandRequested, this, &EditorView::run);
     connect(m_sidebar, &EditorSidebar::exportRequested, this, &EditorView::exportRequested);
+    connect(m_sidebar, &EditorSidebar::screenRequested, this, &EditorView::screenRequested);
+    connect(m_sidebar, &EditorSidebar::nameRequested, this, &EditorView::nameRequested);
     connect(m_sidebar, &EditorSidebar::addMarkerRequested, this,
             [this] { EditorCommands::addMarker(m_context, shownFrame()); });
     connect(m_sidebar, &EditorSidebar::seekRequested, this,

@@ -31,9 +31,6 @@ public:
     /// Carries out a command of the group `editor`.
     void run(Command command) { m_keys->run(command); }
 
-    /// Opens the session's video again, after the same file was imported a second time.
-    void reloadVideo() { m_playback.reload(); }
-
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
@@ -42,6 +39,8 @@ Q_SIGNALS:
     void importRequested();
     /// The user wants to change the names of the match.
     void editNamesRequested();
+    void screenRequested(Screen screen);
+    void nameRequested(Side side); // to be edited
 
 protected:
     void showEvent(QShowEvent* event) override;

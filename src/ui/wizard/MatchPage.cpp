@@ -227,8 +227,7 @@ QString MatchPage::obstacle() const {
 }
 
 bool MatchPage::confirm() {
-    m_flow.confirmMatch();
-    return true;
+    return m_flow.confirmMatch(window());
 }
 
 void MatchPage::takeFocus() {
@@ -239,6 +238,12 @@ void MatchPage::takeFocus() {
         }
     }
     m_team1->firstName()->setFocus(Qt::OtherFocusReason);
+}
+
+void MatchPage::editName(Side side) {
+    QLineEdit* name = (side == Side::first ? m_team1 : m_team2)->firstName();
+    name->setFocus(Qt::OtherFocusReason);
+    name->selectAll();
 }
 
 void MatchPage::submit() {

@@ -21,6 +21,9 @@ public:
     bool confirm() override;
     void takeFocus() override;
 
+    /// Selects the name of the side, for an edit.
+    void editName(Side side);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 

@@ -1,7 +1,11 @@
 #include "ui/wizard/SportPage.h"
 
 #include "l10n/Format.h"
+#include "ui/style/Tokens.h"
 
+#include <QDateTime>
+#include <QFileInfo>
+#include <QHBoxLayout>
 #include <QPainter>
 #include <QScrollArea>
 #include <QSvgRenderer>
@@ -46,6 +50,7 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
         m_cards.push_back(new SportCard(sport, m_grid));
     m_grid->setCards(m_cards);
 
+    addUnscrolled(makeOffer());
     QScrollArea* scroll = addScrolled(m_grid);
     connect(m_grid, &PickerGrid::picked, this, &SportPage::pick);
     connect(m_grid, &PickerGrid::chosen, this, [this](int index) {
@@ -56,6 +61,7 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
             [scroll](QWidget* card) { scroll->ensureWidgetVisible(card); });
     m_bindings.watch(m_context.state.selectedSport, [this] { showPicked(); });
     m_bindings.watch(m_context.state.language, [this] {
+        showOffer();
         for (int index = 0; index < static_cast<int>(m_cards.size()); ++index) {
             const auto count = static_cast<qint64>(filteredTemplates(sportAt(index)).size());
             m_cards[static_cast<std::size_t>(index)]->setTexts(
@@ -79,7 +85,62 @@ bool SportPage::confirm() {
 }
 
 void SportPage::takeFocus() {
-    m_grid->takeFocus();
+    if (m_offered)
+        m_goOn->setFocus(Qt::OtherFocusReason);
+    else
+        m_grid->takeFocus();
+}
+
+QWidget* SportPage::makeOffer() {
+    m_offer = Controls::card(this);
+    m_offerTitle = Controls::label(Controls::TextRole::quiet, m_offer);
+    m_names = new ElidedLabel(m_offer);
+    m_facts = new ElidedLabel(m_offer);
+    Controls::setRole(m_names, Controls::TextRole::section);
+    Controls::setRole(m_facts, Controls::TextRole::quiet);
+    for (QLabel* label : {m_names, m_facts})
+        label->setTextFormat(Qt::PlainText);
+    m_newMatch = Controls::button(Controls::ButtonKind::normal, m_offer);
+    m_goOn = Controls::button(Controls::ButtonKind::primary, m_offer);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(Space::xs);
+    words->addWidget(m_offerTitle);
+    words->addWidget(m_names);
+    words->addWidget(m_facts);
+    auto* row = Controls::layout<QHBoxLayout>(m_offer, {Space::l, Space::m, Space::l, Space::m}, Space::s);
+    row->addLayout(words, 1);
+    row->addWidget(m_newMatch);
+    row->addWidget(m_goOn);
+    connect(m_newMatch, &QPushButton::clicked, this, &SportPage::newMatchRequested);
+    connect(m_goOn, &QPushButton::clicked, this, &SportPage::goOnRequested);
+    return m_offer;
+}
+
+void SportPage::offerMatch(const std::optional<LastMatch>& match) {
+    m_offered = match;
+    showOffer();
+}
+
+// Names, film and day of the match.
+void SportPage::showOffer() {
+    m_offer->setVisible(m_offered.has_value());
+    if (!m_offered)
+        return;
+    const Language language = m_context.state.language;
+    QStringList facts;
+    if (m_offered->videoPath)
+        facts << QFileInfo(*m_offered->videoPath).fileName();
+    if (m_offered->editedAt) {
+        const QDate day = QDateTime::fromSecsSinceEpoch(*m_offered->editedAt).date();
+        facts << localeOf(language).toString(day, QLocale::LongFormat);
+    }
+    m_offerTitle->setText(m_context.text(L10nKey::lastMatchTitle));
+    m_names->setFullText(m_offered->names);
+    m_facts->setFullText(facts.join(QStringLiteral("   ·   ")));
+    m_facts->setVisible(!facts.isEmpty());
+    m_newMatch->setText(m_context.text(L10nKey::lastMatchNew));
+    m_goOn->setText(m_context.text(L10nKey::lastMatchGoOn));
+    m_goOn->setAccessibleDescription(m_offered->names);
 }
 
 }

@@ -20,6 +20,8 @@ namespace {
 
 constexpr int circleSize = 24;
 
+constexpr std::array steps{Screen::sport, Screen::scoreboard, Screen::match, Screen::video, Screen::editor};
+
 // Shown in every language.
 const QString languageMenuText = QStringLiteral("Language / Langue / Idioma");
 
@@ -89,7 +91,7 @@ void StepButton::paintEvent(QPaintEvent*) {
         painter.setPen(isCurrent ? colors.onAccent : colors.quietText);
         painter.drawText(circle, Qt::AlignCenter, QString::number(m_number));
     }
-    painter.setPen(m_mark == Mark::upcoming ? colors.quietText : colors.text);
+    painter.setPen(m_mark == Mark::upcoming && !canBePressed ? colors.quietText : colors.text);
     painter.drawText(QRectF(circle.right() + Space::s, 0, width(), height()),
                      Qt::AlignLeft | Qt::AlignVCenter, text());
 }
@@ -101,7 +103,7 @@ StepBar::StepBar(const UiContext& context, WizardFlow& flow, QWidget* parent)
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(Space::l, Space::s, Space::l, Space::s);
     row->setSpacing(Space::xs);
-    for (const Screen screen : wizardScreens) {
+    for (const Screen screen : steps) {
         if (!m_steps.empty()) {
             QFrame* connection = Controls::separator(Qt::Horizontal, this);
             connection->setMinimumWidth(Space::s);
@@ -123,7 +125,6 @@ QToolButton* StepBar::makeLanguageMenu() {
     QToolButton* button = Controls::iconButton(QStringLiteral("globe"), this);
     button->setText(languageMenuText);
     button->setAccessibleName(languageMenuText);
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setPopupMode(QToolButton::InstantPopup);
     auto* menu = new QMenu(button);
     auto* group = new QActionGroup(menu);
@@ -147,16 +148,29 @@ QToolButton* StepBar::makeLanguageMenu() {
 }
 
 void StepBar::showTexts() {
-    const QString texts[wizardScreens.size()] = {
+    const QString texts[steps.size()] = {
         m_context.text(L10nKey::stepSport), m_context.text(L10nKey::templateLabel),
-        m_context.text(L10nKey::stepMatch), m_context.text(L10nKey::stepVideo)};
+        m_context.text(L10nKey::stepMatch), m_context.text(L10nKey::stepVideo),
+        m_context.text(L10nKey::stepEditor)};
     for (std::size_t i = 0; i < m_steps.size(); ++i)
         m_steps[i]->setText(texts[i]);
     showProgress();
+    fitLanguageMenu();
+}
+
+// Beside long names of steps a narrow window has no place for its text.
+void StepBar::fitLanguageMenu() {
+    m_languageMenu->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    if (layout()->sizeHint().width() > width())
+        m_languageMenu->setToolButtonStyle(Qt::ToolButtonIconOnly);
+}
+
+void StepBar::resizeEvent(QResizeEvent*) {
+    fitLanguageMenu();
 }
 
 void StepBar::showProgress() {
-    for (const Screen screen : wizardScreens) {
+    for (const Screen screen : steps) {
         auto mark = m_flow.isDone(screen) ? StepButton::Mark::done : StepButton::Mark::upcoming;
         if (m_context.state.step == screen)
             mark = StepButton::Mark::current;

@@ -1,4 +1,4 @@
-// The bar of the wizard's steps, with a menu of languages.
+// The bar of the wizard's steps to the editor, with a menu of languages.
 #pragma once
 
 #include "ui/style/Bindings.h"
@@ -47,8 +47,12 @@ public:
 Q_SIGNALS:
     void stepPicked(Screen screen);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QToolButton* makeLanguageMenu();
+    void fitLanguageMenu();
     void showTexts();
 
     UiContext m_context;

@@ -33,6 +33,17 @@ VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent
     m_card = makeVideoCard();
     m_states->addWidget(m_target);
     m_states->addWidget(m_card);
+    m_absent = Controls::card(this);
+    m_absentName = Controls::label(Controls::TextRole::strong, m_absent);
+    m_absentPlace = Controls::label(Controls::TextRole::quiet, m_absent);
+    auto* absent =
+        Controls::layout<QVBoxLayout>(m_absent, {Space::l, Space::m, Space::l, Space::m}, Space::xs);
+    for (QLabel* label : {m_absentName, m_absentPlace}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        absent->addWidget(label);
+    }
+    addUnscrolled(m_absent);
     addUnscrolled(m_states, 1);
     m_column->addSpacing(Space::s);
 
@@ -47,7 +58,10 @@ VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent
         m_import.cancel();
         showError({});
     });
-    m_bindings.watch(m_context.state.videoURL, [this] { showVideo(); });
+    // The video of a document is there before its length and, last, its height are known.
+    m_bindings.watchAll([this] { showVideo(); }, m_context.state.videoURL, m_context.state.videoHeight);
+    m_bindings.watchAll([this] { showAbsentVideo(); }, m_context.state.absentVideo, m_context.state.videoURL,
+                        m_context.state.language);
     m_bindings.watch(m_context.state.language, [this] { showTexts(); });
 }
 
@@ -116,6 +130,17 @@ void VideoPage::showVideo() {
     Q_EMIT obstacleChanged();
 }
 
+// Names the video that the match had before, while another one is asked for.
+void VideoPage::showAbsentVideo() {
+    const auto& path = m_context.state.absentVideo.value();
+    m_absent->setVisible(path && !m_context.state.videoURL.value());
+    if (!path)
+        return;
+    const QFileInfo file(*path);
+    m_absentName->setText(format(m_context.text(L10nKey::videoAbsentTitle), file.fileName()));
+    m_absentPlace->setText(format(m_context.text(L10nKey::videoAbsentMessage), file.path()));
+}
+
 void VideoPage::showTexts() {
     const QString reading =
         m_reading.isEmpty() ? QString() : format(m_context.text(L10nKey::videoReading), m_reading);
@@ -146,8 +171,7 @@ QString VideoPage::obstacle() const {
 }
 
 bool VideoPage::confirm() {
-    m_flow.openEditor();
-    return false; // the step is set already
+    return true;
 }
 
 void VideoPage::takeFocus() {

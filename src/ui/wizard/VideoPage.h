@@ -33,12 +33,16 @@ private:
     void browse();
     void import(const QString& path);
     void showVideo();
+    void showAbsentVideo();
     void showFacts();
     void showTexts();
     void showError(const QString& message);
 
     VideoImport m_import;
-    QString m_reading; // name of the file that is being read
+    QString m_reading;           // name of the file that is being read
+    QWidget* m_absent = nullptr; // note on the video of the match
+    QLabel* m_absentName = nullptr;
+    QLabel* m_absentPlace = nullptr;
     QStackedWidget* m_states;
     DropTarget* m_target;
     QWidget* m_card = nullptr;

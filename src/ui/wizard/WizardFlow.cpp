@@ -92,6 +92,27 @@ void rememberRules(UserDefaults& defaults, SportID sport, const std::vector<std:
     Preferences::remember(defaults, rulesKey(sport), words.join(','));
 }
 
+bool isDoneIn(const AppState& state, Screen screen) {
+    switch (screen) {
+    case Screen::sport:
+        return state.step > Screen::sport || state.selectedTemplate.value();
+    case Screen::scoreboard:
+        return state.selectedTemplate.value().has_value();
+    case Screen::match:
+        return state.matchConfig.value().has_value();
+    case Screen::video:
+        return state.videoURL.value().has_value();
+    case Screen::editor:
+        return false;
+    }
+    Q_UNREACHABLE();
+}
+
+}
+
+bool isReachable(const AppState& state, Screen screen) {
+    return std::ranges::all_of(wizardScreens,
+                               [&](Screen earlier) { return earlier >= screen || isDoneIn(state, earlier); });
 }
 
 L10nKey sportName(SportID sport) {
@@ -187,7 +208,11 @@ bool WizardFlow::pickSport(SportID sport, QWidget* window) {
     m_draft = matchIn(sport, m_draft);
     m_rules = rememberedRules(m_context.defaults, sport);
     if (const auto match = state.matchConfig.value()) {
-        state.matchConfig = matchIn(sport, *match);
+        MatchConfig moved = matchIn(sport, *match);
+        if (hasScoreAfterSet(moved.numberOfSets)) // the form offers the number that there is, too
+            moved.numberOfSets = m_draft.numberOfSets = match->numberOfSets;
+        state.setNumberOfSets(moved.numberOfSets, &m_context.undo);
+        state.matchConfig = moved;
         state.rules = m_rules;
     } else {
         m_draft.numberOfSets = firstNumberOfSets(sport);
@@ -221,19 +246,43 @@ void WizardFlow::pickTemplate(TemplateID templateID) {
     m_context.state.save();
 }
 
-void WizardFlow::confirmMatch() {
+bool WizardFlow::hasScoreAfterSet(std::int64_t count) const {
+    const auto hasMore = [&](const SportScoreState& score) {
+        return pointloom::hasScoreAfterSet(score, count);
+    };
+    const auto& initial = m_context.state.initialScore.value();
+    return (initial && hasMore(*initial)) ||
+           std::ranges::any_of(m_context.state.markers.value(), hasMore, &Marker::score);
+}
+
+bool WizardFlow::confirmsLossOfSets(QWidget* window) const {
+    return m_context.dialogs.confirm(
+        window, m_context.text(L10nKey::wizardRemoveSetsTitle),
+        format(m_context.text(L10nKey::wizardRemoveSetsMessage), m_draft.numberOfSets + 1),
+        m_context.text(L10nKey::wizardRemoveSetsConfirm), m_context.text(L10nKey::cancel));
+}
+
+bool WizardFlow::confirmMatch(QWidget* window) {
+    AppState& state = m_context.state;
+    const auto& before = state.matchConfig.value();
+    const bool changesSets = before && withinLimits(*before).numberOfSets != m_draft.numberOfSets;
+    if (changesSets && hasScoreAfterSet(m_draft.numberOfSets) && !confirmsLossOfSets(window))
+        return false;
     const QScopedValueRollback guard(m_isOwnChange, true);
+    if (changesSets)
+        state.setNumberOfSets(m_draft.numberOfSets, &m_context.undo);
     MatchConfig match = m_draft;
     match.team1 = confirmed(m_draft.team1, m_draft.format);
     match.team2 = confirmed(m_draft.team2, m_draft.format);
-    m_context.state.matchConfig = match;
-    m_context.state.rules = m_rules;
+    state.matchConfig = match;
+    state.rules = m_rules;
     if (m_rules != rememberedRules(m_context.defaults, match.sport))
         rememberRules(m_context.defaults, match.sport, m_rules);
-    m_context.state.save();
+    state.save();
     if (match.numberOfSets != firstNumberOfSets(match.sport))
         Preferences::remember(m_context.defaults, numberOfSetsKey(match.sport),
                               QByteArray::number(static_cast<qlonglong>(match.numberOfSets)));
+    return true;
 }
 
 void WizardFlow::openEditor() {
@@ -242,20 +291,10 @@ void WizardFlow::openEditor() {
 }
 
 bool WizardFlow::isDone(Screen screen) const {
-    const AppState& state = m_context.state;
-    switch (screen) {
-    case Screen::sport:
-        return state.step > Screen::sport || state.selectedTemplate.value();
-    case Screen::scoreboard:
-        return state.selectedTemplate.value().has_value();
-    case Screen::match:
-        return state.matchConfig.value().has_value();
-    case Screen::video:
-        return state.videoURL.value().has_value();
-    case Screen::editor:
-        return false;
-    }
-    Q_UNREACHABLE();
+    const auto& match = m_context.state.matchConfig.value();
+    if (screen == Screen::match && match)
+        return isComplete(m_draft) || m_draft == withinLimits(*match);
+    return isDoneIn(m_context.state, screen);
 }
 
 bool WizardFlow::isReachable(Screen screen) const {

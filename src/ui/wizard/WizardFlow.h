@@ -12,6 +12,9 @@ namespace pointloom {
 /// The wizard's screens in their order.
 inline constexpr std::array wizardScreens{Screen::sport, Screen::scoreboard, Screen::match, Screen::video};
 
+/// True when the session holds what every screen before this one asks for.
+bool isReachable(const AppState& state, Screen screen);
+
 L10nKey sportName(SportID sport);
 
 /// True when a side of the sport is a team, which has a name of its own.
@@ -49,13 +52,15 @@ public:
     void readSession();
 
     /// Copies the draft, which is complete, and its rules to the session, saves, and remembers the rules for
-    /// the sport.
-    void confirmMatch();
+    /// the sport. Another number of sets is given to all scores; when that removes entered ones, a question
+    /// over `window` comes first. False when the user declines, and then nothing changes.
+    bool confirmMatch(QWidget* window);
 
     /// Shows the editor and saves.
     void openEditor();
 
-    /// True when the user has made the choice of the screen.
+    /// True when the user has made the choice of the screen. A match that was confirmed and is being edited
+    /// is done when it can be confirmed again.
     bool isDone(Screen screen) const;
 
     /// True when every screen before this one is done.
@@ -70,6 +75,8 @@ private:
     std::int64_t firstNumberOfSets(SportID sport) const;
     bool losesScores(SportID sport) const;
     bool confirmsLossOfScores(SportID sport, QWidget* window) const;
+    bool hasScoreAfterSet(std::int64_t count) const;
+    bool confirmsLossOfSets(QWidget* window) const;
 
     UiContext m_context;
     MatchConfig m_draft;

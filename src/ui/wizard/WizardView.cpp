@@ -14,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace pointloom {
@@ -66,6 +67,16 @@ private:
     Bindings m_bindings;
 };
 
+// One button of a page is filled: that which is pressed first.
+void setFilled(QPushButton& button, bool isFilled) {
+    const QString kind = isFilled ? QStringLiteral("primary") : QStringLiteral("normal");
+    if (button.property("kind") == kind)
+        return;
+    button.setProperty("kind", kind);
+    button.style()->unpolish(&button);
+    button.style()->polish(&button);
+}
+
 Screen neighbour(Screen screen, int distance) {
     return static_cast<Screen>(static_cast<int>(screen) + distance);
 }
@@ -80,9 +91,9 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     , m_stack(new QStackedWidget(this)) {
     setProperty("background", QStringLiteral("window"));
     setAttribute(Qt::WA_StyledBackground);
-    addPage(new SportPage(context, m_flow, m_stack)); // in the order of `wizardScreens`
+    addPage(m_sport = new SportPage(context, m_flow, m_stack)); // in the order of `wizardScreens`
     addPage(new TemplatePage(context, m_flow, m_stack));
-    addPage(new MatchPage(context, m_flow, m_stack));
+    addPage(m_match = new MatchPage(context, m_flow, m_stack));
     addPage(new VideoPage(context, m_flow, m_stack));
 
     auto* column = new QVBoxLayout(this);
@@ -94,11 +105,9 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     column->addWidget(Controls::separator(Qt::Horizontal, this));
     column->addWidget(makeFooter());
 
-    connect(m_bar, &StepBar::stepPicked, this, [this](Screen screen) {
-        // A form is confirmed on the way forward only, as by the button.
-        if (screen <= m_context.state.step || leavePage())
-            m_context.state.step = screen;
-    });
+    connect(m_bar, &StepBar::stepPicked, this, &WizardView::goTo);
+    connect(m_sport, &SportPage::goOnRequested, this, &WizardView::goOnRequested);
+    connect(m_sport, &SportPage::newMatchRequested, this, &WizardView::newMatchRequested);
     auto* backKey = new QShortcut(QKeySequence::Back, this);
     connect(backKey, &QShortcut::activated, this, &WizardView::goBack);
     AppState& state = m_context.state;
@@ -157,10 +166,8 @@ void WizardView::showEvent(QShowEvent* event) {
 }
 
 void WizardView::showTexts() {
-    const bool isLast = m_stack->currentIndex() == m_stack->count() - 1;
     m_back->setText(m_context.text(L10nKey::back));
     m_back->setVisible(m_stack->currentIndex() > 0);
-    m_continue->setText(m_context.text(isLast ? L10nKey::openEditor : L10nKey::continueBtn));
     showProgress();
 }
 
@@ -168,24 +175,57 @@ void WizardView::showProgress() {
     if (!m_continue)
         return;
     const QString obstacle = currentPage()->obstacle();
+    const bool isLast = m_context.state.step == Screen::video || m_flow.isReachable(Screen::editor);
+    m_continue->setText(m_context.text(isLast ? L10nKey::openEditor : L10nKey::continueBtn));
+    setFilled(*m_continue, currentPage() != m_sport || !m_sport->offersMatch());
     m_hint->setText(obstacle);
     m_continue->setEnabled(obstacle.isEmpty());
     m_continue->setAccessibleDescription(obstacle);
     m_bar->showProgress();
 }
 
-bool WizardView::leavePage() {
-    return currentPage()->obstacle().isEmpty() && currentPage()->confirm();
+// On the way back a page may be left as it is, but one that was done is confirmed: the editor may be next.
+bool WizardView::mayLeaveFor(Screen screen) {
+    const Screen current = m_context.state.step;
+    const bool isForward = screen > current;
+    if (!currentPage()->obstacle().isEmpty())
+        return !isForward;
+    return (!isForward && !m_flow.isDone(current)) || currentPage()->confirm();
 }
 
+void WizardView::goTo(Screen screen) {
+    const Screen current = m_context.state.step;
+    if (screen == current || !mayLeaveFor(screen))
+        return;
+    if (screen != neighbour(current, 1) && !m_flow.isReachable(screen))
+        return;
+    if (screen == Screen::editor)
+        m_flow.openEditor();
+    else
+        m_context.state.step = screen;
+}
+
+// With nothing left to do the editor is next, whichever page is shown.
 void WizardView::goOn() {
-    if (leavePage())
-        m_context.state.step = neighbour(m_context.state.step, 1);
+    goTo(m_flow.isReachable(Screen::editor) ? Screen::editor : neighbour(m_context.state.step, 1));
 }
 
 void WizardView::goBack() {
     if (m_context.state.step > Screen::sport)
-        m_context.state.step = neighbour(m_context.state.step, -1);
+        goTo(neighbour(m_context.state.step, -1));
+}
+
+void WizardView::takeFocus() {
+    currentPage()->takeFocus();
+}
+
+void WizardView::offerMatch(const std::optional<LastMatch>& match) {
+    m_sport->offerMatch(match);
+    showProgress();
+}
+
+void WizardView::editName(Side side) {
+    m_match->editName(side);
 }
 
 }

@@ -13,6 +13,9 @@ class QStackedWidget;
 
 namespace pointloom {
 
+struct LastMatch;
+class MatchPage;
+class SportPage;
 class StepBar;
 class WizardPage;
 
@@ -26,6 +29,20 @@ public:
     /// Discards input that is not confirmed. Called when the session was replaced.
     void readSession() { m_flow.readSession(); }
 
+    /// Shows a screen as the bar of steps does: the current page must allow to be left.
+    void goTo(Screen screen);
+    /// Selects the name of the side on the page of the match, which is shown.
+    void editName(Side side);
+    /// Moves the focus to what comes next on the current page.
+    void takeFocus();
+
+    /// Offers to go on with this match on the first page; empty for no offer.
+    void offerMatch(const std::optional<LastMatch>& match);
+
+Q_SIGNALS:
+    void goOnRequested(); // with the match that is offered
+    void newMatchRequested();
+
 protected:
     void showEvent(QShowEvent* event) override;
 
@@ -36,8 +53,7 @@ private:
     void showStep();
     void showTexts();
     void showProgress();
-    /// Confirms the page; false when that is not possible yet.
-    bool leavePage();
+    bool mayLeaveFor(Screen screen);
     void goOn();
     void goBack();
 
@@ -45,6 +61,8 @@ private:
     WizardFlow m_flow;
     StepBar* m_bar;
     QStackedWidget* m_stack;
+    SportPage* m_sport = nullptr;
+    MatchPage* m_match = nullptr;
     QPushButton* m_back = nullptr;
     QLabel* m_hint = nullptr;
     QPushButton* m_continue = nullptr;

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QSignalSpy>
 
 namespace pointloom {
 
@@ -75,6 +76,24 @@ TEST_F(SidebarTest, ARallyScoreIsEnteredByTabAndDigitsAlone) {
     type("set1team1", {Qt::Key_2, Qt::Key_5});
     const PointScoreState expected{{{25, 0, {}}, {}, {}}, {24, 10}, 1};
     EXPECT_EQ(marker(0).score, SportScoreState(expected));
+}
+
+TEST_F(SidebarTest, ANamePressedOnTheScoreboardIsAskedFor) {
+    state.selectedTemplate = TemplateID::wimbledon;
+    openMatch(SportID::tennis, 3);
+    QSignalSpy names(editor.get(), &EditorView::nameRequested);
+    auto* board = editor->findChild<ScoreboardView*>();
+    const auto pressAt = [&](double x, double y) {
+        QTest::mouseClick(board, Qt::LeftButton, {},
+                          QPointF(board->width() * x, board->height() * y).toPoint());
+        return names.isEmpty() ? std::optional<Side>() : names.takeLast().front().value<Side>();
+    };
+    EXPECT_EQ(pressAt(0.3, 0.35), Side::first);
+    EXPECT_EQ(pressAt(0.3, 0.65), Side::second);
+    state.selectedTemplate = TemplateID::stacked; // names side by side
+    QTest::qWait(1);
+    EXPECT_EQ(pressAt(0.35, 0.3), Side::first);
+    EXPECT_EQ(pressAt(0.65, 0.3), Side::second);
 }
 
 TEST_F(SidebarTest, ButtonsOfAStepperCount) {

@@ -298,11 +298,53 @@ TEST_F(WizardTest, StepsOfTheBarTakeTheFormAlongOnTheWayForward) {
     EXPECT_EQ(screen.state.step, Screen::video) << "it is there already";
 }
 
+TEST_F(WizardTest, EveryPageLeadsToTheEditorWithWhatWasTyped) {
+    screen.state.matchConfig = test::tennisMatch();
+    screen.state.videoURL = QUrl::fromLocalFile(clips.path(QStringLiteral("final.mp4")));
+    enterMatch();
+    view.editName(Side::second);
+    type(QStringLiteral("Eva"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(screen.state.step, Screen::editor);
+    EXPECT_EQ(screen.state.matchConfig.value()->team2.player1, QStringLiteral("Eva"));
+
+    screen.state.step = Screen::match;
+    view.editName(Side::first);
+    type(QStringLiteral("Ida"));
+    button(L10nKey::back)->click(); // to the templates, and from there past the match
+    EXPECT_EQ(screen.state.step, Screen::scoreboard);
+    QTest::mouseClick(shown<StepButton>()[4], Qt::LeftButton);
+    EXPECT_EQ(screen.state.step, Screen::editor);
+    EXPECT_EQ(screen.state.matchConfig.value()->team1.player1, QStringLiteral("Ida"));
+
+    screen.state.step = Screen::match;
+    view.editName(Side::first);
+    press(Qt::Key_Delete);
+    button(L10nKey::back)->click();
+    EXPECT_FALSE(shown<StepButton>()[4]->isEnabled()) << "a name is missing";
+    EXPECT_EQ(screen.state.matchConfig.value()->team1.player1, QStringLiteral("Ida"));
+}
+
+TEST_F(WizardTest, TheVideoThatIsGoneIsNamedWhereItIsAskedFor) {
+    enterMatch();
+    screen.state.matchConfig = test::tennisMatch();
+    screen.state.absentVideo = QStringLiteral("/media/stick/final.mp4");
+    screen.state.step = Screen::video;
+    const auto lines = visibleTexts();
+    EXPECT_EQ(lines.filter(QStringLiteral("final.mp4")).size(), 1);
+    EXPECT_EQ(lines.filter(QStringLiteral("/media/stick")).filter(QStringLiteral("markers")).size(), 1);
+    screen.state.videoURL = QUrl::fromLocalFile(clips.path(QStringLiteral("other.mp4")));
+    EXPECT_TRUE(visibleTexts().filter(QStringLiteral("final.mp4")).isEmpty());
+}
+
 TEST_F(WizardTest, LanguageChangesEveryTextOnEveryScreen) {
     // Spelled alike in both languages, or the same for everybody.
-    const QStringList alike = {QStringLiteral("Language / Langue / Idioma"), QStringLiteral("Padel"),
-                               QStringLiteral("Badminton"), QStringLiteral("Squash"),
-                               QStringLiteral("Pickleball")};
+    const QStringList alike = {QStringLiteral("Language / Langue / Idioma"),
+                               QStringLiteral("Padel"),
+                               QStringLiteral("Badminton"),
+                               QStringLiteral("Squash"),
+                               QStringLiteral("Pickleball"),
+                               QStringLiteral("Editor")};
     screen.state.selectedTemplate = TemplateID::classic;
     for (const Screen shown : wizardScreens) {
         screen.state.step = shown;
