@@ -20,6 +20,7 @@ namespace {
 
 constexpr int flagSpace = 34; // points, at the start of the field
 constexpr int nameRole = Qt::UserRole;
+const QString showAllIcon = QStringLiteral("chevron-down");
 
 QString flagOf(const QString& code) {
     return TeamConfig{{}, {}, code, {}}.flagDisplayName(MatchFormat::singles).trimmed();
@@ -58,7 +59,7 @@ FlagField::FlagField(const UiContext& context, QWidget* parent)
     , m_context(context)
     , m_language(context.state.language)
     , m_flag(new QLabel(this))
-    , m_showAll(addAction(Icons::icon(QStringLiteral("chevron-down")), QLineEdit::TrailingPosition))
+    , m_showAll(addAction(Icons::icon(showAllIcon), QLineEdit::TrailingPosition))
     , m_countries(new QStandardItemModel(this)) {
     constexpr int mostRows = 8;
     constexpr int narrowestList = 240; // points
