@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace pointloom::cli {
@@ -42,6 +43,14 @@ QString toText(const std::string& argument) {
 
 QString toPath(const std::string& argument) {
     return toText(argument.starts_with(':') ? "./" + argument : argument);
+}
+
+std::vector<std::string> ruleWords(const std::string& argument) {
+    std::vector<std::string> words;
+    for (const QString& word :
+         toText(argument).split(QRegularExpression(QStringLiteral("[,\\s]+")), Qt::SkipEmptyParts))
+        words.push_back(word.toStdString());
+    return words;
 }
 
 CLI::Option* addProjectArgument(CLI::App& app, QString& path) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/MatchConfig.h"
+#include "model/ScoreState.h"
 #include "json/JsonFields.h"
 
 #include <CLI/CLI.hpp>
@@ -26,11 +27,19 @@ constexpr PathKind videoFile{"VIDEO", "mp4 m4v mov"};
 constexpr PathKind imageFile{"IMAGE", "png jpg jpeg"};
 constexpr PathKind pngFile{"PICTURE.png", "png"};
 constexpr PathKind csvFile{"FILE.csv", "csv"};
+constexpr PathKind pointsFile{"FILE", "csv tsv txt dvw"};
 constexpr PathKind licenceFile{"FILE.json", "json"};
 constexpr PathKind planFile{"PLAN.json", "json"};
 constexpr PathKind folderPath{"FOLDER", ""};
-inline constexpr std::array pathKinds{projectFile, videoFile,   imageFile, pngFile,
-                                      csvFile,     licenceFile, planFile,  folderPath};
+inline constexpr std::array pathKinds{projectFile, videoFile,   imageFile, pngFile,   csvFile,
+                                      pointsFile,  licenceFile, planFile,  folderPath};
+
+/// Choices of a side.
+constexpr auto sideNumbers =
+    std::to_array<std::pair<Side, std::string_view>>({{Side::first, "1"}, {Side::second, "2"}});
+
+/// Rules of a match: words joined by commas or spaces.
+std::vector<std::string> ruleWords(const std::string& argument);
 
 /// The placeholder of an argument that is a template's identifier.
 constexpr auto templatePlaceholder = "TEMPLATE";

@@ -1,11 +1,10 @@
 // pointloom-cli templates, markers: the catalogue of scoreboards, and the markers of a table.
 #include "cli/Arguments.h"
 #include "cli/Command.h"
+#include "cli/MarkerInputs.h"
 #include "cli/Messages.h"
 #include "persistence/CSVParser.h"
 #include "render/TemplateID.h"
-
-#include <QFileInfo>
 
 namespace pointloom::cli {
 
@@ -99,12 +98,7 @@ ExitStatus MarkersCommand::run() {
         return ExitStatus::done;
     }
 
-    std::int64_t lineCount = 0;
-    const auto markers =
-        CSVParser::readMarkersFile(m_file, [&](const CSVParseError& error) { lineCount = error.lineCount; });
-    if (markers.empty())
-        throw CommandError(QFileInfo(m_file).fileName() +
-                           QStringLiteral(": no valid markers in %1 lines of data").arg(lineCount));
+    const std::vector<Marker> markers = readTable(m_file, MatchStart::of(MatchConfig())).markersAlone();
     if (m_asJson)
         printJson(json::encode(markers));
     else

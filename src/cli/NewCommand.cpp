@@ -1,12 +1,14 @@
 // pointloom-cli new: writes a project document.
 #include "cli/Arguments.h"
 #include "cli/Command.h"
+#include "cli/MarkerInputs.h"
 #include "cli/ProjectInputs.h"
-#include "persistence/CSVParser.h"
+#include "model/ScoringEngine.h"
 #include "render/OverlayPlacement.h"
 
 #include <algorithm>
 #include <QFileInfo>
+#include <utility>
 
 namespace pointloom::cli {
 
@@ -21,7 +23,9 @@ private:
     MatchConfig matchConfig() const;
     MatchFormat formatOf(const MatchConfig& config) const;
     std::int64_t numberOfSets() const;
-    std::vector<Marker> markers() const;
+    MatchStart matchStart(const ProjectFile& project) const;
+    MarkerFile markerFile(ProjectFile& project) const;
+    void settleNumberOfSets(ProjectFile& project) const;
 
     QString m_output;
     bool m_mayReplace = false;
@@ -35,6 +39,10 @@ private:
     std::optional<std::int64_t> m_sets;
     std::optional<QString> m_video;
     std::optional<QString> m_markers;
+    std::optional<QString> m_points;
+    std::optional<double> m_firstPoint; // seconds
+    std::optional<Side> m_serving;
+    std::string m_rules;
     std::optional<QString> m_logo;
     std::optional<std::string> m_position;
     std::optional<double> m_scale;
@@ -48,8 +56,10 @@ NewCommand::NewCommand(CLI::App& root)
     addChoice(app(), "--template", m_template, RawValues<TemplateID>::table,
               "The scoreboard; see \"pointloom-cli templates\"", templatePlaceholder)
         ->required();
-    app().add_option("--team1", m_team1, "Player, or a pair as A/B")->type_name("NAMES")->required();
-    app().add_option("--team2", m_team2, "Player, or a pair as A/B")->type_name("NAMES")->required();
+    app()
+        .add_option("--team1", m_team1, "Player, or a pair as A/B; required unless --points names the teams")
+        ->type_name("NAMES");
+    app().add_option("--team2", m_team2, "Player, or a pair as A/B")->type_name("NAMES");
     app().add_option("--flags1", m_flags1, "Country codes of team 1, as FR or FR,GB")->type_name("CODES");
     app().add_option("--flags2", m_flags2, "Country codes of team 2")->type_name("CODES");
     addChoice(app(), "--format", m_format, RawValues<MatchFormat>::table,
@@ -59,6 +69,16 @@ NewCommand::NewCommand(CLI::App& root)
         ->type_name("NUMBER");
     addPath(app(), "--video", m_video, videoFile, "The video of the match");
     addPath(app(), "--markers", m_markers, csvFile, "Score markers, tennis and padel only");
+    addPath(app(), "--points", m_points, pointsFile,
+            "Who won each point and when, or a DataVolley file (.dvw)");
+    limitNumber(app()
+                    .add_option("--first-point", m_firstPoint, "Move all points so that the first is here")
+                    ->type_name("SECONDS"),
+                -std::numeric_limits<double>::max());
+    addChoice(app(), "--serving", m_serving, sideNumbers, "The side that serves first; without it 1");
+    app()
+        .add_option("--rules", m_rules, "Words joined by commas; see \"pointloom-cli score --list-rules\"")
+        ->type_name("WORDS");
     addPath(app(), "--logo", m_logo, imageFile, "Logo of the club or tournament");
     app()
         .add_option("--position", m_position, "Centre of the scoreboard, fractions of the picture")
@@ -83,6 +103,39 @@ void sayWhatDoesNotShow(const MatchConfig& config) {
         sayNote(QStringLiteral("a singles match: the scoreboard shows the first name of each team"));
 }
 
+// Best of how many sets a match is at least that came to this score.
+std::int64_t leastNumberOfSets(const SportScoreState& score) {
+    const bool isInPlay = gameTexts(score) != std::pair(QStringLiteral("0"), QStringLiteral("0"));
+    std::array<std::int64_t, 2> won{};
+    for (const SetScore& set : setsOf(score)) {
+        won[0] += set.team1 > set.team2 ? 1 : 0;
+        won[1] += set.team2 > set.team1 ? 1 : 0;
+    }
+    return std::max(won[0] + won[1] + (isInPlay ? 1 : 0), 2 * std::ranges::max(won) - 1);
+}
+
+// Names that the command line does not give are those of the file.
+void nameTeams(MatchConfig& config, const MarkerFile& file) {
+    for (const Side side : bothSides) {
+        QString& name = ofSide(config, side).player1;
+        if (name.isEmpty())
+            name = file.teams[side == Side::first ? 0 : 1];
+        if (name.isEmpty())
+            throw UsageError(QStringLiteral("--team%1 is required").arg(teamNumber(side)));
+    }
+}
+
+std::vector<Marker> markersFrom(const MarkerFile& file, std::optional<double> firstPoint) {
+    std::vector<Marker> markers = file.markersAlone();
+    const auto first = std::ranges::find(markers, file.firstPoint, &Marker::id);
+    if (!firstPoint || first == markers.end())
+        return markers;
+    const double shift = *firstPoint - first->startTime;
+    for (Marker& marker : markers)
+        marker.startTime += shift;
+    return markers;
+}
+
 ExitStatus NewCommand::run() {
     const auto fitting = filteredTemplates(*m_sport);
     if (std::find(fitting.begin(), fitting.end(), *m_template) == fitting.end()) {
@@ -95,6 +148,13 @@ ExitStatus NewCommand::run() {
     project.selectedSport = m_sport;
     project.selectedTemplate = m_template;
     project.matchConfig = matchConfig();
+    if (!m_rules.empty())
+        project.rules = ruleWords(m_rules);
+    const MarkerFile file = markerFile(project);
+    nameTeams(*project.matchConfig, file);
+    project.markers = markersFrom(file, m_firstPoint);
+    if (m_serving)
+        project.initialScore = matchStart(project).score.score;
     const QPointF position = m_position ? parsePosition(*m_position) : AppState::defaultScoreboardPosition;
     project.scoreboardPositionX = position.x();
     project.scoreboardPositionY = position.y();
@@ -105,10 +165,10 @@ ExitStatus NewCommand::run() {
         project.videoPath = absolutePath(*m_video, QStringLiteral("--video"));
         inputs.push_back({*project.videoPath, QStringLiteral("the video")});
     }
-    if (m_markers) {
-        project.markers = markers();
+    if (m_markers)
         inputs.push_back({*m_markers, QStringLiteral("the table of markers")});
-    }
+    if (m_points)
+        inputs.push_back({*m_points, QStringLiteral("the list of points")});
     if (const auto& logo = project.matchConfig->logoURL)
         inputs.push_back({logo->toLocalFile(), QStringLiteral("the logo")});
 
@@ -123,8 +183,15 @@ ExitStatus NewCommand::run() {
 MatchConfig NewCommand::matchConfig() const {
     MatchConfig config;
     config.sport = *m_sport;
-    config.team1 = parseTeam(toText(m_team1), toText(m_flags1), 1);
-    config.team2 = parseTeam(toText(m_team2), toText(m_flags2), 2);
+    const auto team = [&](const std::string& names, const std::string& flags, int number) {
+        if (!names.empty())
+            return parseTeam(toText(names), toText(flags), number);
+        TeamConfig unnamed = parseTeam(QStringLiteral("-"), toText(flags), number);
+        unnamed.player1.clear();
+        return unnamed;
+    };
+    config.team1 = team(m_team1, m_flags1, 1);
+    config.team2 = team(m_team2, m_flags2, 2);
     config.format = formatOf(config);
     config.numberOfSets = numberOfSets();
     if (m_logo)
@@ -160,15 +227,52 @@ std::int64_t NewCommand::numberOfSets() const {
                          .arg(*m_sets));
 }
 
-std::vector<Marker> NewCommand::markers() const {
-    if (!usesTennisScoring(*m_sport))
+MatchStart NewCommand::matchStart(const ProjectFile& project) const {
+    const MatchConfig& config = *project.matchConfig;
+    std::optional<SportScoreState> initial;
+    if (m_serving) {
+        initial = ScoringEngine::getInitialScore(config);
+        if (!isServing(*initial, *m_serving))
+            initial = withServeSwapped(*initial);
+    }
+    try {
+        return MatchStart::of(config, project.rules.value_or(std::vector<std::string>()), initial);
+    } catch (const FormatError& error) {
+        throw UsageError(std::string("--rules: ") + error.what());
+    }
+}
+
+MarkerFile NewCommand::markerFile(ProjectFile& project) const {
+    if (m_markers && m_points)
+        throw UsageError("give either --markers or --points");
+    if (m_markers && !usesTennisScoring(*m_sport))
         throw UsageError(
             QStringLiteral("--markers: a table gives tennis scores only, which a scoreboard of ") +
             displayName(*m_sport) + QStringLiteral(" does not show"));
-    auto parsed = CSVParser::readMarkersFile(*m_markers);
-    if (parsed.empty())
-        throw CommandError(QFileInfo(*m_markers).fileName() + QStringLiteral(": no valid markers"));
-    return parsed;
+    const MatchStart start = matchStart(project);
+    if (m_markers)
+        return readTable(*m_markers, start);
+    if (!m_points)
+        return {};
+    if (!m_sets)
+        settleNumberOfSets(project);
+    return readPoints(*m_points, matchStart(project));
+}
+
+// A scout file does not say over how many sets its match goes: the usual number, or more when more were
+// played.
+void NewCommand::settleNumberOfSets(ProjectFile& project) const {
+    const auto options = numberOfSetsOptions(*m_sport);
+    std::int64_t& sets = project.matchConfig->numberOfSets;
+    const std::int64_t usual = std::exchange(sets, std::ranges::max(options));
+    const MarkerFile file = MarkerFile::read(*m_points, matchStart(project));
+    const bool isScout = file.kind == MarkerFile::Kind::scout && !file.markers.empty();
+    const std::int64_t needed =
+        std::max(usual, isScout ? leastNumberOfSets(file.markers.back().marker.score) : usual);
+    for (const std::int64_t option : options) {
+        if (option >= needed)
+            sets = std::min(sets, option);
+    }
 }
 
 }

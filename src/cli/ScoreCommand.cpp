@@ -7,7 +7,6 @@
 
 #include <cstdio>
 #include <QFile>
-#include <QRegularExpression>
 
 namespace pointloom::cli {
 
@@ -41,9 +40,7 @@ ScoreCommand::ScoreCommand(CLI::App& root)
     app()
         .add_option("--rules", m_rules, "Words joined by commas, as no-ad,short-sets; see --list-rules")
         ->type_name("WORDS");
-    constexpr auto sides =
-        std::to_array<std::pair<Side, std::string_view>>({{Side::first, "1"}, {Side::second, "2"}});
-    addChoice(app(), "--serving", m_serving, sides, "The side that serves first; without it 1");
+    addChoice(app(), "--serving", m_serving, sideNumbers, "The side that serves first; without it 1");
     app().add_flag("--list-rules", m_lists, "List the words of the sport, or of all sports");
     addPath(app(), "points", m_file, {.placeholder = "POINTS", .extensions = ""},
             "Who won each point, 1 or 2, one a line; without it standard input");
@@ -64,12 +61,8 @@ MatchRules ScoreCommand::rules() const {
     if (sets < 1 || sets > largestNumberOfSets || sets % 2 == 0)
         throw UsageError(
             QStringLiteral("--sets: %1 is no odd number from 1 to %2").arg(sets).arg(largestNumberOfSets));
-    std::vector<std::string> words;
-    for (const QString& word :
-         toText(m_rules).split(QRegularExpression(QStringLiteral("[,\\s]+")), Qt::SkipEmptyParts))
-        words.push_back(word.toStdString());
     try {
-        return {formatOf(sport, words), sets, m_serving.value_or(Side::first)};
+        return {formatOf(sport, ruleWords(m_rules)), sets, m_serving.value_or(Side::first)};
     } catch (const FormatError& error) {
         throw UsageError(std::string("--rules: ") + error.what());
     }

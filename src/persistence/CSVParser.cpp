@@ -1,14 +1,9 @@
 #include "persistence/CSVParser.h"
 
-#include "l10n/Format.h"
-#include "l10n/L10nKey.h"
 #include "persistence/DecimalNumber.h"
-#include "persistence/DocumentFile.h"
-#include "session/AppState.h"
 
 #include <algorithm>
 #include <QList>
-#include <QStringDecoder>
 
 namespace pointloom {
 
@@ -20,54 +15,26 @@ namespace CSVParser {
 
 namespace {
 
-constexpr char16_t byteOrderMark = 0xFEFF;
+constexpr QChar comma = u',';
 constexpr std::size_t firstSetColumn = 5;
 constexpr std::size_t fewestColumns = 7;
 
-bool isNewline(char16_t character) {
-    return (character >= u'\n' && character <= u'\r') // LF, VT, FF, CR
-           || character == 0x0085 || character == 0x2028 || character == 0x2029;
-}
-
-QStringView trimmed(QStringView text) {
-    const auto isSpace = [](QChar character) { return character == u' ' || character == u'\t'; };
-    while (!text.isEmpty() && isSpace(text.front()))
-        text = text.sliced(1);
-    while (!text.isEmpty() && isSpace(text.back()))
-        text.chop(1);
-    return text;
-}
-
-// Visits the lines without building a list of them.
-template <class Consumer>
-void forEachDataLine(QStringView text, const Consumer& consume) {
-    if (text.startsWith(QChar(byteOrderMark)))
-        text = text.sliced(1);
-    while (!text.isEmpty()) {
-        const auto lineEnd =
-            std::find_if(text.begin(), text.end(), [](QChar c) { return isNewline(c.unicode()); });
-        const QStringView line = trimmed(QStringView(text.begin(), lineEnd));
-        const bool isHeader = line.startsWith(QStringLiteral("starttime"), Qt::CaseInsensitive);
-        if (!line.isEmpty() && !line.startsWith(u'#') && !isHeader)
-            consume(line);
-        text = lineEnd == text.end() ? QStringView() : QStringView(lineEnd + 1, text.end());
-    }
-}
-
-std::vector<QStringView> fieldsOf(QStringView line) {
-    std::vector<QStringView> fields;
-    for (const QStringView field : line.split(u','))
-        fields.push_back(trimmed(field));
+std::vector<QString> fieldsOf(QStringView line, QChar separator) {
+    if (separator != comma)
+        return DelimitedText::quotedFields(line, separator);
+    std::vector<QString> fields;
+    for (const QStringView field : line.split(separator))
+        fields.push_back(DelimitedText::trimmed(field).toString());
     return fields;
 }
 
 template <class Number>
-std::optional<Number> parseNumber(QStringView field) {
-    return parseDecimal<Number>(field.toUtf8().toStdString());
+std::optional<Number> parseNumber(const QString& field) {
+    return parseDecimal<Number>(field.toStdString());
 }
 
-GamePoint gamePoint(QStringView field) {
-    const QString word = field.toString().toLower();
+GamePoint gamePoint(const QString& field) {
+    const QString word = field.toLower();
     if (word == u"15")
         return GamePoint::fifteen;
     if (word == u"30")
@@ -81,7 +48,7 @@ GamePoint gamePoint(QStringView field) {
     return GamePoint::zero;
 }
 
-std::vector<SetScore> setScores(const std::vector<QStringView>& fields) {
+std::vector<SetScore> setScores(const std::vector<QString>& fields) {
     std::vector<SetScore> sets;
     for (std::size_t column = firstSetColumn; column + 1 < fields.size(); column += 2) {
         const auto games = [&](std::size_t at) { return parseNumber<std::int64_t>(fields[at]).value_or(0); };
@@ -90,54 +57,62 @@ std::vector<SetScore> setScores(const std::vector<QStringView>& fields) {
     return sets;
 }
 
-std::optional<Marker> parseRow(QStringView line) {
-    const std::vector<QStringView> fields = fieldsOf(line);
+std::variant<Marker, L10nKey> parseRow(const std::vector<QString>& fields, QChar separator) {
     if (fields.size() < fewestColumns)
-        return std::nullopt;
-    const auto time = parseNumber<double>(fields[0]);
+        return L10nKey::importFewFields;
+    const auto time =
+        separator == comma ? parseNumber<double>(fields[0]) : DelimitedText::parseTime(fields[0]);
+    if (!time)
+        return L10nKey::importNoTime;
     const auto servingTeam = parseNumber<std::int64_t>(fields[2]);
-    if (!time || !servingTeam || (*servingTeam != 1 && *servingTeam != 2))
-        return std::nullopt;
+    if (!servingTeam || (*servingTeam != 1 && *servingTeam != 2))
+        return L10nKey::importNoServer;
 
     Marker marker;
     marker.id = QUuid::createUuid();
     marker.startTime = *time;
     if (!fields[1].isEmpty())
-        marker.label = fields[1].toString();
+        marker.label = fields[1];
     marker.score = ScoreState{setScores(fields), {gamePoint(fields[3]), gamePoint(fields[4])}, *servingTeam};
     return marker;
 }
 
+bool isNamedHeading(QStringView line) {
+    return line.startsWith(QStringLiteral("starttime"), Qt::CaseInsensitive);
+}
+
+}
+
+Table parseTable(QStringView text, QChar separator) {
+    Table table;
+    DelimitedText::forEachLine(text, [&](QStringView line, qint64 number) {
+        const QStringView words = DelimitedText::trimmed(line);
+        if (words.startsWith(u'#') || isNamedHeading(words))
+            return;
+        const std::vector<QString> fields = fieldsOf(separator == comma ? words : line, separator);
+        if (separator != comma && isNamedHeading(fields.front()))
+            return;
+        const bool isFirst = ++table.lineCount == 1;
+        const auto row = parseRow(fields, separator);
+        if (const auto* marker = std::get_if<Marker>(&row))
+            table.markers.push_back({*marker, number});
+        else if (!isFirst || !DelimitedText::isHeading(fields.front()))
+            table.leftOut.push_back({number, std::get<L10nKey>(row)});
+    });
+    std::ranges::stable_sort(table.markers, {}, [](const MarkerOfLine& row) { return row.marker.startTime; });
+    return table;
 }
 
 std::vector<Marker> parseMarkers(QStringView csv, const ErrorReport& reportError) {
+    if (csv.startsWith(QChar(QChar::ByteOrderMark)))
+        csv = csv.sliced(1);
+    const Table table = parseTable(csv);
+    if (table.markers.empty() && table.lineCount > 0 && reportError)
+        reportError({table.lineCount});
     std::vector<Marker> markers;
-    std::int64_t lineCount = 0;
-    forEachDataLine(csv, [&](QStringView line) {
-        ++lineCount;
-        if (auto marker = parseRow(line))
-            markers.push_back(*std::move(marker));
-    });
-    std::stable_sort(markers.begin(), markers.end(),
-                     [](const Marker& a, const Marker& b) { return a.startTime < b.startTime; });
-    if (markers.empty() && lineCount > 0 && reportError)
-        reportError({lineCount});
+    for (const auto& [marker, line] : table.markers)
+        markers.push_back(marker);
     return markers;
-}
-
-std::vector<Marker> readMarkersFile(const QString& path, const ErrorReport& reportError) {
-    // A line of nine bytes becomes a marker of 405 bytes in a document: all that is imported can be saved.
-    constexpr qint64 byteLimit = 1024 * 1024;
-    return decodeMarkers(readDocument(path, byteLimit), path, reportError);
-}
-
-std::vector<Marker> decodeMarkers(const QByteArray& bytes, const QString& path,
-                                  const ErrorReport& reportError) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder(bytes);
-    if (decoder.hasError())
-        throw DocumentError(path, QStringLiteral("not UTF-8 text; save it as \"CSV UTF-8\""));
-    return parseMarkers(text, reportError);
 }
 
 QString sampleText() {
@@ -150,21 +125,6 @@ QString sampleText() {
                           "60,Match point,1,40,0,6,3,5,4,0,0");
 }
 
-}
-
-std::optional<QString> importMarkers(const QString& path, AppState& state, UndoStack* undoManager,
-                                     const CSVParser::ErrorReport& reportError) {
-    std::vector<Marker> markers;
-    try {
-        markers = CSVParser::readMarkersFile(path, reportError);
-    } catch (const DocumentError& error) {
-        return format(state.t(L10nKey::couldNotReadFile), QString::fromUtf8(error.what()));
-    }
-    if (markers.empty())
-        return state.t(L10nKey::noValidMarkersInCSV);
-    const QUuid first = markers.front().id;
-    state.replaceMarkers(std::move(markers), first, undoManager);
-    return std::nullopt;
 }
 
 }

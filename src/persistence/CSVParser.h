@@ -1,13 +1,11 @@
-// Markers from comma-separated text, as matches are logged in a spreadsheet. Tennis scores only.
+// Markers from tables as matches are logged in a spreadsheet. Tennis scores only.
 #pragma once
 
 #include "model/Marker.h"
+#include "persistence/DelimitedText.h"
 
 #include <functional>
-#include <optional>
-#include <QString>
 #include <QStringView>
-#include <vector>
 
 namespace pointloom {
 
@@ -18,37 +16,33 @@ struct CSVParseError {
     QString description() const;
 };
 
+/// A marker and the number of its line in the file.
+struct MarkerOfLine {
+    Marker marker;
+    qint64 line = 0;
+};
+
 namespace CSVParser {
+
+struct Table {
+    std::vector<MarkerOfLine> markers; // sorted by time, of the same time in the order of the text
+    std::vector<LineFault> leftOut;    // a heading in words of its own is none
+    std::int64_t lineCount = 0;        // as in CSVParseError
+};
+
+/// One marker for each valid row. Columns by position: startTime, label, servingTeam, game_team1, game_team2,
+/// then the games of both teams for each set. A comma always separates: there is no quoting. With another
+/// separator fields may be quoted, and times be written with a decimal comma or with colons.
+Table parseTable(QStringView text, QChar separator = u',');
 
 using ErrorReport = std::function<void(const CSVParseError&)>;
 
-/// One marker for each valid row, sorted by time, rows of the same time in the order of the text. Columns
-/// by position: startTime, label, servingTeam, game_team1, game_team2, then the games of both teams for
-/// each set. Rows that are not valid are left out; `reportError` is called when that leaves none.
-/// A comma always separates: there is no quoting.
+/// `parseTable` with commas; `reportError` is called when it has lines but no marker.
 std::vector<Marker> parseMarkers(QStringView csv, const ErrorReport& reportError = {});
-
-/// `parseMarkers` of a UTF-8 file. Throws DocumentError: unreadable, not a regular file, larger than 1 MB,
-/// not UTF-8.
-std::vector<Marker> readMarkersFile(const QString& path, const ErrorReport& reportError = {});
-
-/// `readMarkersFile` of a file's content. `path` is only named in errors.
-std::vector<Marker> decodeMarkers(const QByteArray& bytes, const QString& path,
-                                  const ErrorReport& reportError = {});
 
 /// A file to start from: a header and five markers, lines separated by LF, no line break at the end.
 QString sampleText();
 
 }
-
-class AppState;
-class UndoStack;
-
-/// The first imported marker is selected and the session saved. On failure nothing changes, and the
-/// message to show is returned in the session's language. `reportError` is called when the file has lines
-/// but no marker.
-[[nodiscard]] std::optional<QString> importMarkers(const QString& path, AppState& state,
-                                                   UndoStack* undoManager,
-                                                   const CSVParser::ErrorReport& reportError = {});
 
 }

@@ -53,8 +53,57 @@ TEST_F(MarkersCommandTest, LabelsLeaveTheTerminalAlone) {
 TEST_F(MarkersCommandTest, ATableWithoutMarkersIsAFault) {
     write(QStringLiteral("h.csv"), "startTime,label\nx,y\n");
     EXPECT_EQ(faultOf("markers h.csv --json"), "h.csv: no valid markers in 1 lines of data");
-    write(QStringLiteral("l.csv"), "1,\xE9,1,0,0,0,0");
-    EXPECT_EQ(faultOf("markers l.csv"), "l.csv: not UTF-8 text; save it as \"CSV UTF-8\"");
+    write(QStringLiteral("l.csv"), QByteArray("1,\0,1,0,0,0,0", 14));
+    EXPECT_EQ(faultOf("markers l.csv"), "l.csv: not a text file (save a spreadsheet as CSV)");
+    write(QStringLiteral("p.csv"), "1,1\n");
+    EXPECT_EQ(faultOf("markers p.csv"), "p.csv: no table of markers; \"new --points\" reads it");
+}
+
+TEST_F(MarkersCommandTest, LinesThatWereLeftOutAreNoted) {
+    write(QStringLiteral("t.csv"), "1;;1;0;0;0;0\n2;;3;0;0;0;0\n");
+    const Outcome outcome = run("markers t.csv");
+    EXPECT_EQ(outcome.out.count('\n'), 1);
+    EXPECT_EQ(outcome.errText(),
+              "pointloom-cli: note: t.csv: left out, line 2: neither 1 nor 2 in the third field\n");
+}
+
+TEST_F(NewCommandTest, PointsBecomeMarkers) {
+    write(QStringLiteral("p.txt"), "10;1\n20,5;2\n");
+    const std::string squash = "new -o p.plp --sport squash --template squashDark --points p.txt ";
+    ASSERT_EQ(run((squash + "--team1 A --team2 B --first-point 2.5 --serving 2").c_str()).status, 0);
+    const ProjectFile project = ProjectFile::load(path(QStringLiteral("p.plp")));
+    ASSERT_EQ(project.markers.size(), 2U);
+    EXPECT_EQ(project.markers[0].startTime, 2.5);
+    EXPECT_EQ(project.markers[1].startTime, 13);
+    EXPECT_EQ(std::get<PointScoreState>(project.markers[1].score).currentGame, (PointGameScore{1, 1}));
+    ASSERT_TRUE(project.initialScore);
+    EXPECT_EQ(servingSide(*project.initialScore), Side::second);
+
+    write(QStringLiteral("p.txt"), "10;1\n20,5;0\nx;1\n30;2\n");
+    EXPECT_EQ(faultOf((squash + "--team1 A --team2 B --force").c_str()),
+              "p.txt: line 2: neither 1 nor 2 in the second field; line 3: no time that can be read");
+    EXPECT_EQ(faultOf((squash + "--team1 A").c_str(), 2), "--team2 is required");
+}
+
+TEST_F(NewCommandTest, AScoutFileNamesTheTeamsAndShowsHowManySetsThereWere) {
+    QByteArray scout = "[3DATAVOLLEYSCOUT]\n[3TEAMS]\nBLE;Bled;3;\nNOR;Nord/S\xC3\xBC"
+                       "d;0;\n[3SCOUT]\n";
+    for (const char* set : {"1", "2", "3"})
+        scout += QByteArray("*p25:20;;;;;;;;") + set + ";;;1;" + set + "00;\n**" + set + "set;;\n";
+    write(QStringLiteral("m.dvw"), scout);
+    const Outcome outcome = run("new -o v.plp --sport volleyball --template volleyNeon --points m.dvw");
+    ASSERT_EQ(outcome.status, 0) << outcome.errText();
+    const ProjectFile project = ProjectFile::load(path(QStringLiteral("v.plp")));
+    EXPECT_EQ(project.matchConfig->team1.player1, QStringLiteral("Bled"));
+    EXPECT_EQ(project.matchConfig->team2.player1, QStringLiteral("Nord/S\u00fcd"));
+    EXPECT_EQ(project.matchConfig->numberOfSets, 5) << "three won sets";
+    const SetScore won{25, 20, {}};
+    EXPECT_EQ(setsOf(project.markers.back().score), (std::vector<SetScore>{won, won, won, {}, {}}));
+    EXPECT_EQ(
+        faultOf("new -o w.plp --sport volleyball --template volleyNeon --points m.dvw --team1 A/B --sets 3 "
+                "--markers m.csv",
+                2),
+        "give either --markers or --points");
 }
 
 TEST_F(NewCommandTest, WritesADocumentWithAbsolutePaths) {

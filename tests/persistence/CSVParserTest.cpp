@@ -1,8 +1,6 @@
 #include "persistence/CSVParser.h"
-#include "DocumentSupport.h"
 
-#include <QTemporaryDir>
-#include <sys/stat.h>
+#include <gtest/gtest.h>
 
 namespace pointloom {
 namespace {
@@ -114,32 +112,6 @@ TEST(CSVParser, OnlyLinesThatMeantToBeMarkersAreReported) {
     CSVParser::parseMarkers(u"startTime\nnot a row\n1,,9,0,0,0,0", report);
     EXPECT_EQ(reports,
               std::vector{QStringLiteral("CSV contained 2 lines but no valid markers were parsed.")});
-}
-
-TEST(CSVParser, FilesMustBeRegularSmallAndUtf8) {
-    const QTemporaryDir folder;
-    const auto fault = [](const QString& path) {
-        return documentFault([&] { CSVParser::readMarkersFile(path); });
-    };
-    const QString file = folder.filePath(QStringLiteral("match.csv"));
-    EXPECT_EQ(fault(file), "match.csv: no such file");
-
-    writeFile(file, "\xEF\xBB\xBF"
-                    "1,\xC3\x89t\xC3\xA9,1,0,0,0,0");
-    const auto markers = CSVParser::readMarkersFile(file);
-    ASSERT_EQ(markers.size(), 1U);
-    EXPECT_EQ(markers[0].label, QStringLiteral("\u00c9t\u00e9"));
-
-    for (const char* latin1 : {"1,\xC9t\xE9,1,0,0,0,0", "1,,1,0,0,0,0\n\xC3"}) {
-        writeFile(file, latin1);
-        EXPECT_EQ(fault(file), "match.csv: not UTF-8 text; save it as \"CSV UTF-8\"");
-    }
-    writeFile(file, QByteArray(1024 * 1024 + 1, '\n'));
-    EXPECT_EQ(fault(file), "match.csv: larger than 1 MB");
-
-    const QString pipe = folder.filePath(QStringLiteral("pipe.csv"));
-    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    EXPECT_EQ(fault(pipe), "pipe.csv: is not a regular file");
 }
 
 }

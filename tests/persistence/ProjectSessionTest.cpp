@@ -1,7 +1,6 @@
 #include "persistence/ProjectSession.h"
 
 #include "l10n/L10nKey.h"
-#include "persistence/CSVParser.h"
 #include "persistence/DocumentFile.h"
 #include "session/UndoStack.h"
 #include "support/Sessions.h"
@@ -182,35 +181,6 @@ TEST_F(ProjectInSession, AnUnreadableDocumentLeavesTheSession) {
     EXPECT_THROW(openProject(at("project.plp"), state), DocumentError);
     EXPECT_EQ(projectFrom(state), before);
     EXPECT_EQ(store.saves + store.clears, 0);
-}
-
-TEST_F(ProjectInSession, AnImportReplacesTheMarkersSelectsTheFirstAndSaves) {
-    state.addMarker(markerAt(500), nullptr);
-    UndoStack undo;
-    const QString file = write("match.csv", "\xEF\xBB\xBF"
-                                            "startTime,label\r\n30,Break,2,0,0,2,1\r\n15,,1,adv,40,1,1\r\n");
-    EXPECT_EQ(importMarkers(file, state, &undo), std::nullopt);
-    EXPECT_EQ(timesOf(state), (std::vector<double>{15, 30}));
-    EXPECT_EQ(state.selectedMarkerID.value(), state.markers.value().front().id);
-    EXPECT_EQ(store.saves, 2);
-    undo.undo();
-    EXPECT_EQ(timesOf(state), std::vector<double>{500});
-}
-
-TEST_F(ProjectInSession, AFailedImportSaysWhyInTheSessionsLanguage) {
-    state.addMarker(markerAt(500), nullptr);
-    state.language = Language::french;
-    EXPECT_EQ(importMarkers(write("empty.csv", "startTime,label\n"), state, nullptr),
-              state.t(L10nKey::noValidMarkersInCSV));
-    for (const QString& file : {write("latin.csv", "15,Ren\xE9,1,0,0,1,1\n"), at("absent.csv")}) {
-        const auto message = importMarkers(file, state, nullptr);
-        ASSERT_TRUE(message);
-        EXPECT_TRUE(message->startsWith(QStringLiteral("Impossible de lire le fichier : ")))
-            << message->toStdString();
-        EXPECT_TRUE(message->contains(QStringLiteral(".csv"))) << message->toStdString();
-    }
-    EXPECT_EQ(timesOf(state), std::vector<double>{500});
-    EXPECT_EQ(store.saves, 1);
 }
 
 }

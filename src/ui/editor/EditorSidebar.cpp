@@ -3,7 +3,6 @@
 #include "crash/CrashReporter.h"
 #include "l10n/Format.h"
 #include "model/ScoringEngine.h"
-#include "persistence/CSVParser.h"
 #include "ui/common/MarkerText.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -65,8 +64,13 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     connect(m_markers, &MarkerListView::seekRequested, this, &EditorSidebar::seekRequested);
     connect(m_markers, &MarkerListView::addMarkerRequested, this, &EditorSidebar::addMarkerRequested);
     connect(m_count, &CountBar::seekRequested, this, &EditorSidebar::seekRequested);
+    connect(m_messages, &MessageBar::firstActionChosen, this, [this] {
+        shiftMarkers(m_imported.firstPoint, m_context.state.currentTime, m_context.state, &m_context.undo);
+    });
+    connect(m_messages, &MessageBar::secondActionChosen, this, &EditorSidebar::takeNames);
     connect(m_editInitial, &QToolButton::clicked, m_panel, &ScorePanel::editInitialScore);
     connect(&m_scoreboard, &LiveScoreboard::changed, this, &EditorSidebar::showLiveScore);
+    m_bindings.watch(m_context.state.markers, [this] { forgetImport(); });
     showLiveScore();
 }
 
@@ -191,13 +195,52 @@ QWidget* EditorSidebar::makeButtons() {
 }
 
 void EditorSidebar::importMarkersFromFile() {
-    const auto path = m_context.dialogs.chooseFileToOpen(this, m_context.text(L10nKey::importMarkersCSV),
-                                                         {QStringLiteral("CSV (*.csv *.CSV)")});
+    const QString filter = m_context.text(L10nKey::importFiles) +
+                           QStringLiteral(" (*.csv *.CSV *.tsv *.TSV *.txt *.TXT *.dvw *.DVW)");
+    const auto path =
+        m_context.dialogs.chooseFileToOpen(this, m_context.text(L10nKey::importMarkersCSV), {filter});
     if (!path)
         return;
+    m_imported = importMarkers(*path, m_context.state, &m_context.undo, reportImport);
+    showImport();
+}
+
+void EditorSidebar::showImport() {
+    if (m_imported.message.isEmpty())
+        return m_messages->hide();
+    QStringList details = m_imported.details;
+    const bool hasNames = !m_imported.teams.front().isEmpty();
+    if (hasNames)
+        details += format(m_context.text(L10nKey::importNames),
+                          m_imported.teams.front() + QStringLiteral(" – ") + m_imported.teams.back());
+    const bool hasPoints = !m_imported.firstPoint.isNull();
+    if (hasPoints)
+        details += m_context.text(L10nKey::importShiftHint);
+    m_messages->showMessage(m_imported.message, details.join(u'\n'),
+                            hasPoints ? m_context.text(L10nKey::importFirstHere) : QString(),
+                            hasNames ? m_context.text(L10nKey::importUseNames) : QString());
+}
+
+// Once the imported points are gone, as after undo, nothing can be done with them.
+void EditorSidebar::forgetImport() {
+    const QUuid& first = m_imported.firstPoint;
+    const auto& markers = m_context.state.markers.value();
+    if (first.isNull() || std::ranges::find(markers, first, &Marker::id) != markers.end())
+        return;
+    m_imported = {};
     m_messages->hide();
-    if (const auto error = importMarkers(*path, m_context.state, &m_context.undo, reportImport))
-        m_messages->showMessage(*error);
+}
+
+void EditorSidebar::takeNames() {
+    AppState& state = m_context.state;
+    if (auto config = state.matchConfig.value()) {
+        config->team1.player1 = m_imported.teams.front();
+        config->team2.player1 = m_imported.teams.back();
+        state.matchConfig = config;
+        state.save();
+    }
+    m_imported.teams = {};
+    showImport();
 }
 
 void EditorSidebar::resizeEvent(QResizeEvent*) {

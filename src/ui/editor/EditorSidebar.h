@@ -1,6 +1,7 @@
 // The editor's sidebar: the score at the playhead, the markers, and the score of the selected one.
 #pragma once
 
+#include "persistence/MarkerImport.h"
 #include "ui/common/LiveScoreboard.h"
 #include "ui/common/ScoreboardView.h"
 #include "ui/common/UiContext.h"
@@ -27,7 +28,7 @@ public:
     CountBar& count() { return *m_count; }
     ScorePanel& panel() { return *m_panel; }
 
-    /// Asks for a CSV file and imports its markers; an error is shown above the list.
+    /// Asks for a file and imports its markers; what became of them is said above the list.
     void importMarkersFromFile();
 
     QSize minimumSizeHint() const override;
@@ -47,6 +48,9 @@ private:
     QWidget* makeInitialScore();
     QWidget* makeListHead();
     QWidget* makeButtons();
+    void showImport();
+    void takeNames();
+    void forgetImport();
     void showLiveScore();
     void fitScoreboard();
 
@@ -60,6 +64,7 @@ private:
     MessageBar* m_messages;
     CountBar* m_count;
     ScorePanel* m_panel;
+    ImportOutcome m_imported; // the latest
     QToolButton* m_editInitial = nullptr;
     QToolButton* m_import = nullptr;
     QPushButton* m_add = nullptr;

@@ -22,11 +22,14 @@ struct Section {
     L10nKey detail;
 };
 
-constexpr Section steps[] = {
-    {L10nKey::helpStep0, L10nKey::helpStep0Detail},   {L10nKey::helpStep1, L10nKey::helpStep1Detail},
-    {L10nKey::helpStep2, L10nKey::helpStep2Detail},   {L10nKey::helpStep3, L10nKey::helpStep3Detail},
-    {L10nKey::helpStep4, L10nKey::helpStep4Detail},   {L10nKey::helpTipsSection, L10nKey::helpTipsDetail},
-    {L10nKey::helpCSVSection, L10nKey::helpCSVDetail}};
+constexpr Section steps[] = {{L10nKey::helpStep0, L10nKey::helpStep0Detail},
+                             {L10nKey::helpStep1, L10nKey::helpStep1Detail},
+                             {L10nKey::helpStep2, L10nKey::helpStep2Detail},
+                             {L10nKey::helpStep3, L10nKey::helpStep3Detail},
+                             {L10nKey::helpStep4, L10nKey::helpStep4Detail},
+                             {L10nKey::helpTipsSection, L10nKey::helpTipsDetail},
+                             {L10nKey::helpCSVSection, L10nKey::helpCSVDetail},
+                             {L10nKey::helpPointsSection, L10nKey::helpPointsDetail}};
 
 }
 

@@ -237,4 +237,25 @@ TEST_F(SidebarTest, MarkersComeFromAFileInOneStepOrASentenceSaysWhyNot) {
     EXPECT_EQ(state.markers.value().size(), 1U);
 }
 
+TEST_F(SidebarTest, ImportedPointsCanBeMovedToThePlayheadAndNamesBeTaken) {
+    openMatch(SportID::volleyball, 3);
+    MessageBar& message = editor->sidebar().messages();
+    dialogs.fileToOpen =
+        folder.write(QStringLiteral("match.dvw"), "[3DATAVOLLEYSCOUT]\n[3TEAMS]\nB;Bled;\nN;Nord;\n[3SCOUT]\n"
+                                                  "*p01:00;;;;;;;;1;;;1;50;\nap01:01;;;;;;;;1;;;1;70;\n");
+    find<QToolButton>("importMarkers")->click();
+    EXPECT_EQ(message.message(), QStringLiteral("Markers imported: 2"));
+    state.currentTime = 1.5;
+    Q_EMIT message.firstActionChosen();
+    EXPECT_EQ(marker(0).startTime, 1.5);
+    EXPECT_EQ(marker(1).startTime, 21.5);
+    Q_EMIT message.secondActionChosen();
+    EXPECT_EQ(state.matchConfig.value()->team2.player1, QStringLiteral("Nord"));
+    EXPECT_TRUE(message.isVisible());
+    undo.undo();
+    EXPECT_TRUE(message.isVisible());
+    undo.undo();
+    EXPECT_FALSE(message.isVisible()) << "the imported markers are gone";
+}
+
 }
