@@ -236,9 +236,12 @@ void paintCutWords(QPainter& painter, const TimelineScene& scene, const QRectF& 
     if (!fits(text)) {
         if (!isSelected)
             return;
+        constexpr double gap = 3; // points
         label.setWidth(widthOf(text));
-        label.moveLeft(std::max(0.0, std::min(plate.left(), scene.scale.width() - label.width())));
-        painter.setPen(QPen(tokens().accent, 1));
+        label.moveLeft(plate.right() + gap);
+        if (label.right() > scene.scale.width())
+            label.moveRight(plate.left() - gap);
+        painter.setPen(Qt::NoPen);
         painter.setBrush(tokens().raised);
         painter.drawRoundedRect(label, corner, corner);
     }
