@@ -6,6 +6,7 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -54,6 +55,13 @@ bool keeps(QWidget* focus, const QKeyEvent& event) {
     return question.isAccepted();
 }
 
+// Qt does it for the Menu key, which many keyboards lack.
+void openContextMenu(QWidget& focus) {
+    const QPoint place = focus.rect().center();
+    QContextMenuEvent request(QContextMenuEvent::Keyboard, place, focus.mapToGlobal(place));
+    QApplication::sendEvent(&focus, &request);
+}
+
 }
 
 EditorKeys::EditorKeys(QWidget& editor, const CommandKeys& keys, Actions actions)
@@ -82,6 +90,10 @@ bool EditorKeys::eventFilter(QObject* watched, QEvent* event) {
     if (!concernsEditor(*static_cast<QWidget*>(watched)))
         return false;
     const auto& key = *static_cast<QKeyEvent*>(event);
+    if (pressed(key) == (Qt::SHIFT | Qt::Key_F10)) {
+        openContextMenu(*static_cast<QWidget*>(watched));
+        return true;
+    }
     const CommandRow* command = m_keys.editorCommand(pressed(key));
     const auto action = command ? m_actions.find(command->id) : m_actions.end();
     if (action == m_actions.end() || keeps(m_editor.window()->focusWidget(), key))

@@ -3,8 +3,11 @@
 #include "ui/common/Preferences.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
+#include "ui/timeline/TimelineCanvas.h"
 
 #include <algorithm>
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QHideEvent>
 #include <QVBoxLayout>
 #include <utility>
@@ -124,6 +127,12 @@ bool EditorView::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_rows && event->type() == QEvent::Resize && !m_timelineHeight)
         giveTimelineWhatThePictureLeaves();
     return QWidget::eventFilter(watched, event);
+}
+
+// By a key, where the focus has no menu of its own: for what is selected.
+void EditorView::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        QApplication::sendEvent(&m_timeline->canvas(), event);
 }
 
 // Lengths that were chosen in a larger window are limited to half of this one.

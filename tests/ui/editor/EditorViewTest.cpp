@@ -1,6 +1,9 @@
 #include "ui/editor/EditorFixture.h"
 #include "ui/timeline/TimelineCanvas.h"
 
+#include <QApplication>
+#include <QMenu>
+
 namespace pointloom {
 
 namespace {
@@ -75,6 +78,21 @@ TEST_F(EditorViewTest, TheTimelineHasItsHeightWhenTheWindowWasResizedOnAnotherSc
     editor->resize(1310, 780);
     editor->resize(1300, 780);
     EXPECT_EQ(height, timelineHeight());
+}
+
+TEST_F(EditorViewTest, AKeyOpensTheMenuOfTheSelectedMarker) {
+    state.videoDuration = 10;
+    state.markers = std::vector{test::markerAt(2)};
+    openEditor();
+    state.selectedMarkerID = marker(0).id;
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    QAction* remove = menu->actions().last();
+    EXPECT_EQ(remove->text(), QStringLiteral("Remove\tDelete"));
+    menu->close();
+    remove->trigger();
+    EXPECT_TRUE(state.markers.value().empty());
 }
 
 TEST_F(EditorViewTest, TheTimelineZoomsByKeysWhereverTheFocusIs) {
