@@ -55,7 +55,7 @@ private:
     AppState m_state;
     UndoStack m_undo;
     UserDefaults m_defaults;
-    DesktopDialogs m_dialogs;
+    DesktopDialogs m_dialogs{m_state, m_defaults};
     UiContext m_context{m_state, m_undo, m_defaults, m_dialogs};
     LicenceManager m_licence;
 };

@@ -157,6 +157,8 @@ TEST(Counting, SetsOfEveryLengthEndWithTheirTieBreak) {
     EXPECT_EQ(setAfter("short-sets", 4, "111 2222222"), (SetScore{4, 5, 3}));
     EXPECT_EQ(setAfter("pro-set-8", 8, "1111111"), (SetScore{9, 8, 0}));
     EXPECT_EQ(setAfter("pro-set-9", 9, "2222222"), (SetScore{9, 10, 0}));
+    EXPECT_EQ(Match(rulesOf(SportID::tennis, 1, {"pro-set-9"})).levelGames(7).games("11").over(),
+              Over::match);
     EXPECT_EQ(setAfter("fast4", 3, "1111 2222 2"), (SetScore{3, 4, 4}));
     EXPECT_EQ(setAfter("deciding=tiebreak-7", 6, "222222 11111111"), (SetScore{7, 6, 6}));
     EXPECT_EQ(setAfter("deciding=tiebreak-10", 6, "2222222 1111111111"), (SetScore{7, 6, 7}));
@@ -201,6 +203,7 @@ TEST(Counting, BadmintonEndsAtThirtyAndTheWinnerServesOn) {
     EXPECT_EQ(end("to-15", 14, "11"), "16-14 0*-0");
     EXPECT_EQ(end("to-15", 20, "2"), "20-21 0-0*");
     EXPECT_EQ(end("to-11", 14, "1"), "15-14 0*-0");
+    EXPECT_EQ(end("to-11", 9, "22"), "9-11 0-0*");
 }
 
 TEST(Counting, TableTennisServesChangeEveryTwoPoints) {
