@@ -58,6 +58,7 @@ TEST_F(Autosave, EverythingButVideoScreenAndScaleComesBack) {
     before->selectedSport = SportID::padel;
     before->selectedTemplate = TemplateID::retro;
     before->matchConfig = tennisMatch();
+    before->rules = {"short-sets", "no-ad"};
     before->videoURL = QUrl::fromLocalFile(QStringLiteral("/videos/match.mp4"));
     before->trimStart = 1.5;
     before->trimEnd = 99.25;

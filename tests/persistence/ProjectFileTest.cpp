@@ -144,6 +144,8 @@ TEST_F(ProjectFileTest, FaultsOfACurrentDocumentAreNotHiddenByTheLegacyAttempt) 
               "match.plp: markers[1].startTime: expected a number");
     EXPECT_EQ(faultOf(smallDocument(R"(,"scoreboardUserScale":"1")", '[' + good + ']')),
               "match.plp: scoreboardUserScale: expected a number");
+    EXPECT_EQ(faultOf(smallDocument(R"(,"rules":["no-ad",7])", '[' + good + ']')),
+              "match.plp: rules[1]: expected a text");
 }
 
 TEST_F(ProjectFileTest, OtherFaultsAreThoseOfTheLegacyAttempt) {

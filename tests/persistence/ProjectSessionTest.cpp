@@ -35,6 +35,7 @@ protected:
         state.selectedSport = SportID::padel;
         state.selectedTemplate = TemplateID::retro;
         state.matchConfig = tennisMatch();
+        state.rules = {std::string(byHand)};
         state.markers = std::vector{markerAt(1), markerAt(2)};
         state.initialScore = tennisScore(3);
         state.scoreboardPosition = QPointF(0.7, 0.8);

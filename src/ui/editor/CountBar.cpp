@@ -10,19 +10,26 @@ namespace pointloom {
 
 namespace {
 
-/// The marker at which the last recount stopped, as long as it does not follow the one before.
-const Marker* unfollowedMarker(const AppState& state) {
+struct Stop {
+    Marker marker;
+    bool isAfterEnd; // of the match
+};
+
+/// Where the last recount stopped, as long as the marker there does not follow the one before.
+std::optional<Stop> stopOfRecount(const AppState& state) {
     const auto& id = state.recountStoppedAt.value();
     const auto match = id ? PointEdits::countedMatch(state) : std::nullopt;
     if (!match)
-        return nullptr;
-    const auto& markers = state.markers.value();
-    const auto found = std::ranges::find(markers, *id, &Marker::id);
-    if (found == markers.end())
-        return nullptr;
-    const auto steps = stepsOf(*match);
-    const auto& step = steps[static_cast<std::size_t>(found - markers.begin())];
-    return step.kind == CountStep::Kind::entered ? &*found : nullptr;
+        return std::nullopt;
+    const auto found = std::ranges::find(match->markers, *id, &Marker::id);
+    if (found == match->markers.end())
+        return std::nullopt;
+    const auto place = static_cast<std::size_t>(found - match->markers.begin());
+    const CountedScore before = scoreBefore(*match, place);
+    const CountStep step = stepBetween(match->rules, before, scoreBefore(*match, place + 1));
+    if (step.kind != CountStep::Kind::entered)
+        return std::nullopt;
+    return Stop{*found, isMatchOver(match->rules, before.score)};
 }
 
 /// Words of the session's rules that its sport does not have.
@@ -53,9 +60,10 @@ void CountBar::refresh() {
     const AppState& state = m_context.state;
     if (PointEdits::carriedOn(state)) {
         say(m_context.text(L10nKey::countOffer), {}, m_context.text(L10nKey::countCarryOn));
-    } else if (const Marker* stopped = unfollowedMarker(state)) {
-        say(format(m_context.text(L10nKey::countStopped), shortTime(stopped->startTime, true)),
-            m_context.text(L10nKey::countStoppedDetail), m_context.text(L10nKey::countShow));
+    } else if (const auto stop = stopOfRecount(state)) {
+        const L10nKey text = stop->isAfterEnd ? L10nKey::countStoppedAtEnd : L10nKey::countStopped;
+        say(format(m_context.text(text), shortTime(stop->marker.startTime, true)), {},
+            m_context.text(L10nKey::countShow));
     } else if (const QString fault = unknownRules(state); !fault.isEmpty()) {
         say(m_context.text(L10nKey::countUnknownRules), fault, {});
     } else {
@@ -81,10 +89,9 @@ void CountBar::act() {
     AppState& state = m_context.state;
     if (PointEdits::carriedOn(state)) {
         PointEdits::carryOn(state, &m_context.undo);
-    } else if (const Marker* stopped = unfollowedMarker(state)) {
-        const double time = stopped->startTime;
-        state.selectedMarkerID = stopped->id;
-        Q_EMIT seekRequested(time);
+    } else if (const auto stop = stopOfRecount(state)) {
+        state.selectedMarkerID = stop->marker.id;
+        Q_EMIT seekRequested(stop->marker.startTime);
     }
 }
 

@@ -56,7 +56,7 @@ void stepPoint(const UiContext& context, const ShownFrame& frame, Side side, Ste
     AppState& state = context.state;
     if (const Marker* marker = markerAt(state, frame)) {
         const QUuid id = marker->id;
-        state.updateMarkerScore(id, steppedScore(marker->score, side, direction), &context.undo);
+        PointEdits::typeScore(state, id, steppedScore(marker->score, side, direction), &context.undo);
         state.selectedMarkerID = id;
         return;
     }

@@ -35,13 +35,13 @@ QVariant MarkerListModel::data(const QModelIndex& index, int role) const {
         return marker.label.value_or(QString());
     case Qt::AccessibleTextRole:
     case Qt::DisplayRole:
-        return markerAsSpoken(m_context, marker, m_entered.contains(marker.id));
+        return markerAsSpoken(m_context, marker, m_breaks.contains(marker.id));
     case Qt::ToolTipRole:
-        return markerAsToolTip(m_context, marker, m_entered.contains(marker.id));
+        return markerAsToolTip(m_context, marker, m_breaks.contains(marker.id));
     case HoldsRole:
         return m_holding == marker.id;
-    case EnteredRole:
-        return m_entered.contains(marker.id);
+    case BreaksRole:
+        return m_breaks.contains(marker.id);
     default:
         return {};
     }
@@ -98,20 +98,23 @@ void MarkerListModel::followMarkers() {
 }
 
 void MarkerListModel::followCount() {
-    QSet<QUuid> entered;
+    QSet<QUuid> breaks;
     if (const auto match = PointEdits::countedMatch(m_context.state)) {
         const auto steps = stepsOf(*match);
+        const auto isPoint = [&](std::size_t i) {
+            return i < steps.size() && steps[i].kind == CountStep::Kind::point;
+        };
         for (std::size_t i = 0; i < steps.size(); ++i) {
-            if (steps[i].kind == CountStep::Kind::entered)
-                entered.insert(match->markers[i].id);
+            if (steps[i].kind == CountStep::Kind::entered && (isPoint(i - 1) || isPoint(i + 1)))
+                breaks.insert(match->markers[i].id);
         }
     }
-    m_entered.swap(entered);
+    m_breaks.swap(breaks);
     for (std::size_t row = 0; row < m_markers.size(); ++row) {
         const QUuid& id = m_markers[row].id;
         const QModelIndex changed = index(static_cast<int>(row));
-        if (entered.contains(id) != m_entered.contains(id))
-            Q_EMIT dataChanged(changed, changed, {EnteredRole});
+        if (breaks.contains(id) != m_breaks.contains(id))
+            Q_EMIT dataChanged(changed, changed, {BreaksRole});
     }
 }
 

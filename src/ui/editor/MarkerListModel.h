@@ -17,7 +17,7 @@ class MarkerListModel : public QAbstractListModel {
 public:
     enum Role {
         HoldsRole = Qt::UserRole, // whether it is the marker whose score holds at the playhead
-        EnteredRole,              // whether it was entered by hand, so that the count begins anew with it
+        BreaksRole,               // whether it was entered by hand next to counted points
     };
 
     explicit MarkerListModel(const UiContext& context, QObject* parent = nullptr);
@@ -39,7 +39,7 @@ private:
     UiContext m_context;
     std::vector<Marker> m_markers; // what the rows show now
     std::optional<QUuid> m_holding;
-    QSet<QUuid> m_entered;
+    QSet<QUuid> m_breaks;
     Bindings m_bindings;
 };
 

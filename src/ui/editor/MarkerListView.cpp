@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <QResizeEvent>
 #include <QScopeGuard>
 #include <QStyledItemDelegate>
 
@@ -148,9 +149,9 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
                               const QModelIndex& index) const {
     const ColorTokens& colors = tokens();
     const Marker& marker = m_model.marker(index.row());
-    const bool isEntered = index.data(MarkerListModel::EnteredRole).toBool();
+    const bool isBreak = index.data(MarkerListModel::BreaksRole).toBool();
     QStyleOptionViewItem content = option;
-    if (isEntered)
+    if (isBreak)
         content.rect.setRight(content.rect.right() - pencilSide - Space::xs);
     const Columns columns = columnsOf(content);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
@@ -175,7 +176,7 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
         painter->drawRoundedRect(bar, 1.5, 1.5);
     }
 
-    if (isEntered)
+    if (isBreak)
         paintBreak(*painter, option);
 
     const auto write = [&](const QRect& place, const QString& text, const QFont& font, const QColor& color,
@@ -333,6 +334,14 @@ void MarkerListView::showSelection() {
         return;
     setCurrentIndex(index);
     scrollTo(index);
+}
+
+// The selected row stays in sight when a message above the list takes a part of it.
+void MarkerListView::resizeEvent(QResizeEvent* event) {
+    const bool wasSeen = QRect(QPoint(), event->oldSize()).intersects(visualRect(currentIndex()));
+    QListView::resizeEvent(event);
+    if (wasSeen)
+        scrollTo(currentIndex());
 }
 
 // A hint while the list is empty.

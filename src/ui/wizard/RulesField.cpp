@@ -88,6 +88,7 @@ QComboBox* RulesField::addList(QWidget*& box) {
     auto* column = Controls::layout<QVBoxLayout>(box, {0, 0, 0, 0}, Space::xs);
     auto* list = new QComboBox(box);
     list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    list->setMinimumWidth(100); // elided in a narrow window, points
     list->setFocusPolicy(Qt::StrongFocus);
     constexpr int narrowest = 120; // points; all lists fit into a narrow window
     list->setMinimumWidth(narrowest);

@@ -53,14 +53,14 @@ TEST_F(EditorKeysTest, WhatWasTypedIsKeptAndToldFromWhereOn) {
         press(Qt::Key_2);
     }
     const CountBar& bar = editor->sidebar().count();
-    const auto isEntered = [&](int row) {
+    const auto isBreak = [&](int row) {
         const auto* model = editor->sidebar().markers().model();
-        return model->data(model->index(row, 0), MarkerListModel::EnteredRole).toBool();
+        return model->data(model->index(row, 0), MarkerListModel::BreaksRole).toBool();
     };
     state.selectedMarkerID = marker(1).id;
     press(Qt::Key_S);
-    EXPECT_TRUE(isEntered(1));
-    EXPECT_FALSE(isEntered(0));
+    EXPECT_TRUE(isBreak(1));
+    EXPECT_FALSE(isBreak(0));
     EXPECT_TRUE(bar.isVisible()) << "offers to carry it on";
     Q_EMIT editor->sidebar().count().firstActionChosen();
     EXPECT_EQ(servingSide(marker(2).score), Side::second);
