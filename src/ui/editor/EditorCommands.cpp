@@ -45,8 +45,12 @@ void addMarker(const UiContext& context, const ShownFrame& frame) {
 bool countPoint(const UiContext& context, const ShownFrame& frame, Side side) {
     AppState& state = context.state;
     const Marker* marker = markerAt(state, frame);
-    const auto result = marker ? PointEdits::changeWinner(state, QUuid(marker->id), side, &context.undo)
-                               : PointEdits::addPoint(state, state.currentTime, side, &context.undo);
+    ShownFrame place = frame;
+    while (state.isPlaying && place.duration > 0 && markerAt(state, place))
+        place.time += place.duration;
+    const auto result = marker && place.time == frame.time
+                            ? PointEdits::changeWinner(state, QUuid(marker->id), side, &context.undo)
+                            : PointEdits::addPoint(state, place.time, side, &context.undo);
     if (result == PointEdits::Result::notCounted)
         stepPoint(context, frame, side, StepDirection::next);
     return result != PointEdits::Result::matchIsOver;

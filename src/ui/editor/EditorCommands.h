@@ -31,8 +31,9 @@ const Marker* markerAt(const AppState& state, const ShownFrame& frame);
 void addMarker(const UiContext& context, const ShownFrame& frame);
 
 /// Counts a point by the rules of the match: into a new marker at the playhead, or the marker that is already
-/// there becomes a point of `side`. The markers after it follow. By hand, and where the score cannot be
-/// counted on from, steps it instead. False when the match is over.
+/// there becomes a point of `side`. During playback every point is a new one, where the picture stalls at the
+/// next frame without a marker. The markers after it follow. By hand, and where the score cannot be counted
+/// on from, steps it instead. False when the match is over.
 [[nodiscard]] bool countPoint(const UiContext& context, const ShownFrame& frame, Side side);
 
 /// Steps the score at the playhead for `side` along its list of values: into a new marker there, or into the

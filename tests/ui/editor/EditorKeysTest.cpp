@@ -47,6 +47,17 @@ TEST_F(EditorKeysTest, KeysCountAWholeGameAndSayWhoseItIs) {
     EXPECT_FALSE(editor->sidebar().count().isVisible());
 }
 
+TEST_F(EditorKeysTest, DuringPlaybackNoPointIsLostWhereThePictureStalls) {
+    state.isPlaying = true;
+    state.currentTime = 5;
+    press(Qt::Key_1);
+    press(Qt::Key_1);
+    press(Qt::Key_2);
+    ASSERT_EQ(state.markers.value().size(), 3U);
+    EXPECT_EQ(gameOf(2), (GameScore{thirty, fifteen}));
+    EXPECT_NEAR(marker(2).startTime, 5.08, 1e-9);
+}
+
 TEST_F(EditorKeysTest, WhatWasTypedIsKeptAndToldFromWhereOn) {
     for (const double time : {10, 20, 30, 40}) {
         state.currentTime = time;
