@@ -27,6 +27,7 @@ constexpr Section steps[] = {{L10nKey::helpStep0, L10nKey::helpStep0Detail},
                              {L10nKey::helpStep2, L10nKey::helpStep2Detail},
                              {L10nKey::helpStep3, L10nKey::helpStep3Detail},
                              {L10nKey::helpStep4, L10nKey::helpStep4Detail},
+                             {L10nKey::helpCounting, L10nKey::helpCountingDetail},
                              {L10nKey::helpTipsSection, L10nKey::helpTipsDetail},
                              {L10nKey::helpCSVSection, L10nKey::helpCSVDetail},
                              {L10nKey::helpPointsSection, L10nKey::helpPointsDetail}};
