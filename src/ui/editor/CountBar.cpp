@@ -64,7 +64,7 @@ void CountBar::refresh() {
         const L10nKey text = stop->isAfterEnd ? L10nKey::countStoppedAtEnd : L10nKey::countStopped;
         say(format(m_context.text(text), shortTime(stop->marker.startTime, true)), {},
             m_context.text(L10nKey::countShow));
-    } else if (const QString fault = unknownRules(state); !fault.isEmpty()) {
+    } else if (const QString fault = unknownRules(state); !fault.isEmpty() && fault != m_closedFault) {
         say(m_context.text(L10nKey::countUnknownRules), fault, {});
     } else {
         hide();
@@ -96,6 +96,7 @@ void CountBar::act() {
 }
 
 void CountBar::forget() {
+    m_closedFault = unknownRules(m_context.state);
     m_context.state.typedScore = std::nullopt;
     m_context.state.recountStoppedAt = std::nullopt;
     hide();

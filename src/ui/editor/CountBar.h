@@ -25,6 +25,7 @@ private:
     void forget();
 
     UiContext m_context;
+    QString m_closedFault; // of rules, after its message was closed
     Bindings m_bindings;
 };
 
