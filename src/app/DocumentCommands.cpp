@@ -36,14 +36,15 @@ Screen furthestReachable(const AppState& state) {
     return screen;
 }
 
-// The names of the match, without what names of files cannot hold.
-QString proposedName(const AppState& state) {
+// Where the user prefers them the names of the match, without what names of files cannot hold.
+QString proposedName(const AppState& state, const UserDefaults& defaults) {
     constexpr qsizetype longest = 80; // letters; file systems allow 255 bytes
     static const QRegularExpression forbidden(QStringLiteral(R"([\s/\\:*?"<>|[:cntrl:]]+)"));
     const auto& match = state.matchConfig.value();
     const QString names =
-        match ? displayName(*match).replace(forbidden, QStringLiteral(" ")).trimmed().left(longest)
-              : QString();
+        match && Preferences::isSet(defaults, Preferences::namesOfMatchKey)
+            ? displayName(*match).replace(forbidden, QStringLiteral(" ")).trimmed().left(longest)
+            : QString();
     return (names.isEmpty() ? QStringLiteral("project") : names) + QStringLiteral(".plp");
 }
 
@@ -182,9 +183,13 @@ bool DocumentCommands::saveProject() {
 // Another copy is proposed beside the document.
 bool DocumentCommands::saveProjectAs() {
     resume();
-    const auto& current = m_context.state.currentProjectURL.value();
-    const auto path = chooseFileToSave(m_context, m_window, m_context.text(L10nKey::documentSaveDialog),
-                                       current ? current->toLocalFile() : proposedName(m_context.state),
+    QString name = proposedName(m_context.state, m_context.defaults);
+    if (const auto& current = m_context.state.currentProjectURL.value()) {
+        const QFileInfo file(current->toLocalFile());
+        const bool keepsName = Preferences::isSet(m_context.defaults, Preferences::namesOfMatchKey);
+        name = file.absolutePath() + u'/' + (keepsName ? file.fileName() : name);
+    }
+    const auto path = chooseFileToSave(m_context, m_window, m_context.text(L10nKey::documentSaveDialog), name,
                                        projectFilter(), QStringLiteral(".plp"));
     return path && writeTo(*path);
 }

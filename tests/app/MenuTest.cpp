@@ -3,6 +3,7 @@
 #include "persistence/CSVParser.h"
 #include "persistence/ProjectSession.h"
 #include "support/Sessions.h"
+#include "ui/common/Preferences.h"
 #include "ui/editor/PictureStage.h"
 #include "ui/export/ExportSheet.h"
 #include "ui/settings/AboutDialog.h"
@@ -275,7 +276,7 @@ TEST_F(MenuTest, SavingAsksForAPlaceOnce) {
     EXPECT_FALSE(state->currentProjectURL.value());
     dialogs.fileToSave = path(QStringLiteral("mine"));
     choose(QStringLiteral("Save Project"));
-    EXPECT_EQ(dialogs.proposedName, QStringLiteral("Dravnik – Solvane.plp"));
+    EXPECT_EQ(dialogs.proposedName, QStringLiteral("project.plp"));
     EXPECT_EQ(dialogs.shown.last(), QStringLiteral("Save Pointloom Project"));
     const QString saved = path(QStringLiteral("mine.plp"));
     EXPECT_EQ(ProjectFile::load(saved).markers.size(), 2U);
@@ -305,6 +306,7 @@ TEST_F(MenuTest, TheProposedNameHoldsOnlyWhatAFileNameCan) {
         choose(QStringLiteral("Save Project As…"));
         return dialogs.proposedName;
     };
+    defaults.setBoolean(Preferences::namesOfMatchKey, true);
     EXPECT_EQ(proposed(), QStringLiteral("project.plp"));
     MatchConfig match = tennisMatch();
     match.team1 = {QStringLiteral("Ana \"Ace\" Dravnik"), QStringLiteral("Bia"), {}, {}};

@@ -18,6 +18,7 @@ namespace Preferences {
 constexpr std::string_view languageKey = "language"; // raw value of a Language
 constexpr std::string_view themeKey = "theme";       // raw value of a ThemeChoice
 constexpr std::string_view hardwareDecodingKey = "hardwareDecoding";
+constexpr std::string_view namesOfMatchKey = "namesOfMatch"; // name new projects after their match
 constexpr std::string_view crashReportsKey = "crashReportingEnabled";
 
 // Values that cannot be read are the defaults; none of these functions throws.

@@ -86,6 +86,9 @@ QWidget* PreferencesDialog::makeSwitches() {
     addSwitch(*layout, new QCheckBox(card), Preferences::hardwareDecodingKey, L10nKey::preferencesDecoding,
               L10nKey::preferencesDecodingDetail);
     layout->addSpacing(Space::m);
+    addSwitch(*layout, new QCheckBox(card), Preferences::namesOfMatchKey, L10nKey::preferencesNames,
+              L10nKey::preferencesNamesDetail);
+    layout->addSpacing(Space::m);
     addSwitch(*layout, new QCheckBox(card), Preferences::crashReportsKey, L10nKey::preferencesCrashReports,
               L10nKey::preferencesCrashReportsDetail);
     return card;
@@ -99,7 +102,7 @@ void PreferencesDialog::addSwitch(QVBoxLayout& layout, QCheckBox* box, std::stri
     explanation->setIndent(0);
     layout.addWidget(box);
     layout.addWidget(explanation);
-    inEachLanguage([this, box, explanation, &title, &detail] {
+    inEachLanguage([this, box, explanation, title, detail] {
         box->setText(context().text(title));
         explanation->setText(context().text(detail));
         box->setAccessibleDescription(explanation->text());
