@@ -51,6 +51,20 @@ void addPartOptions(CLI::App& app, ExportRequest& request) {
 
 }
 
+void addSizeOptions(CLI::App& app, ExportRequest& request) {
+    static constexpr std::optional middle = 0.5;
+    const auto takeFill = [&request](const std::string& position) {
+        request.settings.fill = position.empty() ? middle : parseDecimal<double>(position);
+    };
+    addChoice(app, "--preset", request.settings.preset, presetWords, "Size of the picture");
+    limitNumber(app.add_option_function<std::string>(
+                    "--fill", takeFill,
+                    "Crop to its shape instead of black bars: 0 left or top, 1 right or bottom"),
+                0, 1)
+        ->expected(0, 1)
+        ->type_name("[POSITION]");
+}
+
 void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures) {
     std::vector<std::pair<ExportFormat, std::string_view>> formatWords{
         {ExportFormat::h264, "h264"}, {ExportFormat::hevc, "hevc"}, {ExportFormat::prores, "prores"}};
@@ -58,7 +72,7 @@ void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures
         formatWords.emplace_back(ExportFormat::h264, pngWord);
     addChoice(app, "--format", request.settings.format, formatWords,
               "Codec: H.264 and HEVC in MP4, ProRes in MOV");
-    addChoice(app, "--preset", request.settings.preset, presetWords, "Size of the picture");
+    addSizeOptions(app, request);
     addChoice(app, "--quality", request.settings.quality, RawValues<media::EncodingQuality>::table,
               "Smaller files, or pictures nearer to the source's");
 }

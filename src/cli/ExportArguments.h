@@ -13,7 +13,10 @@ namespace pointloom::cli {
 enum class Pictures { no, too };
 constexpr std::string_view pngWord = "png";
 
-/// --format, --preset, --quality.
+/// --preset, --fill.
+void addSizeOptions(CLI::App& app, ExportRequest& request);
+
+/// These and --format, --quality.
 void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures = Pictures::no);
 
 /// These and the others that `export` and `plan` have in common.

@@ -1,6 +1,7 @@
 // pointloom-cli still, scoreboard: one frame of the export, and the scoreboard alone, as pictures.
 #include "cli/Arguments.h"
 #include "cli/Command.h"
+#include "cli/ExportArguments.h"
 #include "cli/LicenceCommand.h"
 #include "cli/ProjectInputs.h"
 #include "export/ExportManager.h"
@@ -34,6 +35,7 @@ StillCommand::StillCommand(CLI::App& root)
     addTimeOption(app(), "--at", m_time, "Time of the frame, from the start of the video")->required();
     addOutputOption(app(), m_request.outputPath, pngFile, "The picture to write");
     addPath(app(), "--video", m_request.videoPath, videoFile, "The source, in place of the project's video");
+    addSizeOptions(app(), m_request);
     app().footer("Example:\n  pointloom-cli still final.plp --at 12.5 -o frame.png");
 }
 

@@ -26,6 +26,11 @@ void requireTemplate(const ProjectFile& project, const QString& projectPath) {
         fail(projectPath, QStringLiteral("no scoreboard template is chosen"));
 }
 
+void requireSizeToFill(const ExportSettings& settings) {
+    if (settings.fill && !targetSize(settings.preset))
+        throw UsageError("--fill: the original size has no bars; name another one with --preset");
+}
+
 void noteIfBeside(const NamedFile& file, const QString& role, Remarks& remarks) {
     if (file.isBesideDocument)
         remarks.notes += QStringLiteral("the %1 was found beside the project: %2").arg(role, *file.path);
@@ -102,6 +107,7 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     ProjectInputs inputs;
     requireMatch(project, projectPath);
     requireTemplate(project, projectPath);
+    requireSizeToFill(request.settings);
     settleTrim(project, projectPath, request);
     const ProjectFiles files = locateFiles(project, projectPath);
     project.videoPath = settleVideo(files.video, projectPath, request, inputs.remarks);

@@ -26,8 +26,9 @@ struct ProjectInputs {
 };
 
 /// Throws CommandError: no match, no template, no video, or an empty range; UsageError when the range is
-/// empty because of `request`. A missing logo is left out with a warning, and so is a watermark that is
-/// missing or cannot be read, whether the document or `request` names it.
+/// empty because of `request`, or the original size is to be filled. A missing logo is left out with a
+/// warning, and so is a watermark that is missing or cannot be read, whether the document or `request` names
+/// it.
 ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, const ExportRequest& request);
 
 /// Takes the software encoder where the requested one does not work on this machine, and notes why. Throws

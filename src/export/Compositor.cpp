@@ -57,7 +57,8 @@ OverlayPart licenceMarkPart(QSizeF canvas) {
 
 Compositor::Compositor(const ExportJob& job, const Canvas& canvas)
     : m_overlay(job.overlay)
-    , m_canvas(canvas) {
+    , m_canvas(canvas)
+    , m_scale(scale()) {
     if (const auto& logo = m_overlay.config.logoURL; logo && logo->isLocalFile())
         m_logo = loadPictureFile(logo->toLocalFile());
     if (m_overlay.watermarkPath) {
@@ -68,17 +69,32 @@ Compositor::Compositor(const ExportJob& job, const Canvas& canvas)
         m_marks.push_back(licenceMarkPart(canvas.size));
 }
 
+// A filled canvas has space for the widest scoreboard of all scores.
+double Compositor::scale() const {
+    const double scale = OverlayPlacement::exportScale(
+        m_canvas.size.width(), m_canvas.nativeVideoSize.width(), m_overlay.scoreboardUserScale);
+    if (!m_canvas.isFilled)
+        return scale;
+    auto setCount = static_cast<std::int64_t>(setsOf(m_overlay.initialScore).size());
+    for (const Marker& marker : m_overlay.markers)
+        setCount = std::max(setCount, static_cast<std::int64_t>(setsOf(marker.score).size()));
+    const ScoreboardTemplate& scoreboard = TemplateRegistry::templateFor(m_overlay.templateID);
+    return OverlayPlacement::fittingScale(m_canvas.size, scoreboard.boardSize(setCount, m_overlay.config),
+                                          scale);
+}
+
 OverlayPart Compositor::scoreboard(const SportScoreState& score) const {
     constexpr double shadowReach = 40; // template units around the scoreboard that its shadow can darken
     const ScoreboardTemplate& scoreboard = TemplateRegistry::templateFor(m_overlay.templateID);
-    const double scale = OverlayPlacement::exportScale(
-        m_canvas.size.width(), m_canvas.nativeVideoSize.width(), m_overlay.scoreboardUserScale);
+    const double scale = m_scale;
     const auto setCount = static_cast<std::int64_t>(setsOf(score).size());
-    const QPointF origin =
-        OverlayPlacement::exportOrigin(m_canvas.size, m_overlay.scoreboardPosition,
-                                       scoreboard.canvasSize(setCount, m_overlay.config), scale);
-    const QRectF reached = QRectF(origin, scoreboard.boardSize(setCount, m_overlay.config))
-                               .adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
+    const QSizeF board = scoreboard.boardSize(setCount, m_overlay.config);
+    QPointF origin = OverlayPlacement::exportOrigin(m_canvas.size, m_overlay.scoreboardPosition,
+                                                    scoreboard.canvasSize(setCount, m_overlay.config), scale);
+    if (m_canvas.isFilled)
+        origin = OverlayPlacement::originInside(m_canvas.size, origin, board, scale);
+    const QRectF reached =
+        QRectF(origin, board).adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
     return {{reached.topLeft() * scale, reached.size() * scale},
             [this, &scoreboard, &score, scale, origin](QPainter& painter) {
                 painter.save();

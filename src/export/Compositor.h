@@ -29,7 +29,8 @@ OverlayPart licenceMarkPart(QSizeF canvas);
 /// The canvas, and the size that gives templates their unit.
 struct Canvas {
     QSizeF size;            // the frame as it is shown, pixels
-    QSizeF nativeVideoSize; // the source as it is shown, pixels
+    QSizeF nativeVideoSize; // what is seen of the source, in its own pixels
+    bool isFilled = false;  // by a part of the source's picture: the scoreboard is kept inside
 };
 
 class Compositor {
@@ -47,8 +48,11 @@ public:
     void draw(QPainter& painter, const SportScoreState& score) const;
 
 private:
+    double scale() const;
+
     const OverlayDescription& m_overlay;
     Canvas m_canvas;
+    double m_scale; // of templates: the same for all scores
     QImage m_logo;
     std::vector<OverlayPart> m_marks;
 };

@@ -1,5 +1,5 @@
-// The settings of one export: size, format, quality, encoder, watermark corner; the name and the size of its
-// file.
+// The settings of one export: size, format, quality, encoder, watermark corner, filling; the name and the
+// size of its file.
 #pragma once
 
 #include "export/TimeMap.h"
@@ -103,6 +103,9 @@ struct ExportSettings {
     WatermarkCorner watermarkCorner = WatermarkCorner::bottomRight;
     bool withChapters = true;                 // labelled markers become chapters
     std::optional<RallyMargins> rallies = {}; // absent: the whole range
+    // Crops the picture where its shape is not the frame's, in place of black bars: the part that is left out
+    // at the left or the top, [0, 1] of all that is left out; 0.5 keeps the middle. None: bars.
+    std::optional<double> fill = {};
 
     bool operator==(const ExportSettings&) const = default;
 
@@ -115,7 +118,8 @@ struct ExportSettings {
                           json::field("encoderPreset", &Self::encoderPreset),
                           json::field("watermarkCorner", &Self::watermarkCorner),
                           json::field("withChapters", &Self::withChapters),
-                          json::field("rallies", &Self::rallies)};
+                          json::field("rallies", &Self::rallies),
+                          json::field("fill", &Self::fill)};
     }
 };
 

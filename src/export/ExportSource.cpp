@@ -38,7 +38,7 @@ media::VideoReader openSource(const QString& path) {
 ResolvedExport resolveExport(const ExportJob& job, const media::MediaInfo& info) {
     const media::VideoTrackInfo& track = *info.video;
     const ExportSettings& settings = job.settings;
-    const PictureLayout layout = planPicture(track, settings.preset);
+    const PictureLayout layout = planPicture(track, settings.preset, settings.fill);
     const media::FrameFormat format = media::encodableFormat(
         codecOf(settings.format),
         track.format.value_or(media::FrameFormat{media::Subsampling::s420, track.bitDepth, track.color}));
@@ -47,6 +47,7 @@ ResolvedExport resolveExport(const ExportJob& job, const media::MediaInfo& info)
         .target =
             {
                 .size = layout.frameSize,
+                .seen = layout.seen,
                 .picture = layout.picture,
                 .orientation = layout.keepsStoredPicture ? media::Orientation{} : track.orientation,
                 .sampleAspectRatio = layout.sampleAspectRatio,

@@ -44,7 +44,7 @@ FrameOverlay::FrameOverlay(const ExportJob& job, const PictureLayout& layout,
                            const media::FrameFormat& format)
     : m_layout(layout)
     , m_format(format)
-    , m_compositor(job, {layout.canvas, layout.nativeVideoSize})
+    , m_compositor(job, {layout.canvas, layout.nativeVideoSize, layout.isFilled()})
     , m_score(job.overlay) {
     for (const OverlayPart& mark : m_compositor.marks())
         m_marks.push_back(makeLayer(mark));

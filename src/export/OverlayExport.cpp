@@ -121,7 +121,7 @@ ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const Exp
     requireRange(job, info.duration);
     const ResolvedExport resolved = resolveExport(job, info);
     const QSize size = resolved.layout.canvas.toSize();
-    const Compositor compositor(job, {size, resolved.layout.nativeVideoSize});
+    const Compositor compositor(job, {size, resolved.layout.nativeVideoSize, resolved.layout.isFilled()});
     ScoreCursor score(job.overlay);
     const ExportTimeline timeline = exportTimeline(job, info);
     ProgressMeter progress(control, timeline.expectedFrames);

@@ -1,5 +1,6 @@
 #include "export/PictureLayout.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace pointloom {
@@ -33,7 +34,8 @@ QSize PictureLayout::uprightFrameSize() const {
     return orientation.swapsSides() ? frameSize.transposed() : frameSize;
 }
 
-PictureLayout planPicture(const media::VideoTrackInfo& track, ExportPreset preset) {
+PictureLayout planPicture(const media::VideoTrackInfo& track, ExportPreset preset,
+                          std::optional<double> fill) {
     const auto target = targetSize(preset);
     const bool squarePixels = track.sampleAspectRatio.value() == 1;
     if (!target || (squarePixels && *target == track.uprightSize()))
@@ -44,20 +46,43 @@ PictureLayout planPicture(const media::VideoTrackInfo& track, ExportPreset prese
     layout.nativeVideoSize = track.uprightSize();
     layout.picture = fittedPicture(layout.nativeVideoSize, *target);
     layout.keepsStoredPicture = false;
+    if (fill && leavesBars(layout.nativeVideoSize, *target)) {
+        layout.picture = QRect(QPoint(0, 0), *target);
+        layout.seen = fillingPart(layout.nativeVideoSize, *target, *fill);
+        layout.nativeVideoSize = {layout.nativeVideoSize.width() * layout.seen.width(),
+                                  layout.nativeVideoSize.height() * layout.seen.height()};
+    }
     return layout;
 }
 
-QRect fittedPicture(QSizeF source, QSize target) {
+namespace {
+
+double aspectOf(QSizeF size) {
+    return size.width() / size.height();
+}
+
+}
+
+bool leavesBars(QSizeF source, QSize target) {
     constexpr double nearlyEqual = 0.02; // of the aspect ratio: stretched rather than barred
-    const double sourceAspect = source.width() / source.height();
-    const double targetAspect = static_cast<double>(target.width()) / target.height();
-    if (std::abs(sourceAspect - targetAspect) < nearlyEqual)
+    return std::abs(aspectOf(source) - aspectOf(target)) >= nearlyEqual;
+}
+
+QRectF fillingPart(QSizeF source, QSize target, double position) {
+    const double narrowing = aspectOf(target) / aspectOf(source);
+    const QSizeF part = narrowing < 1 ? QSizeF(narrowing, 1) : QSizeF(1, 1 / narrowing);
+    const double moved = std::clamp(position, 0.0, 1.0);
+    return {QPointF((1 - part.width()) * moved, (1 - part.height()) * moved), part};
+}
+
+QRect fittedPicture(QSizeF source, QSize target) {
+    if (!leavesBars(source, target))
         return {QPoint(0, 0), target};
     QSize size = target;
-    if (sourceAspect <= targetAspect)
-        size.setWidth(std::max(2, nearestEven(target.height() * sourceAspect)));
+    if (aspectOf(source) <= aspectOf(target))
+        size.setWidth(std::max(2, nearestEven(target.height() * aspectOf(source))));
     else
-        size.setHeight(std::max(2, nearestEven(target.width() / sourceAspect)));
+        size.setHeight(std::max(2, nearestEven(target.width() / aspectOf(source))));
     const QPoint corner(nearestEven((target.width() - size.width()) / 2.0),
                         nearestEven((target.height() - size.height()) / 2.0));
     return {corner, size};

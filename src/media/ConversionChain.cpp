@@ -48,6 +48,13 @@ std::string sizeText(QSize size) {
     return "w=" + std::to_string(size.width()) + ":h=" + std::to_string(size.height());
 }
 
+std::string crop(QRect part) {
+    if (part.isNull())
+        return {};
+    return "crop=" + sizeText(part.size()) + ":x=" + std::to_string(part.x()) +
+           ":y=" + std::to_string(part.y()) + ",";
+}
+
 std::string layoutText(AVPixelFormat layout) {
     return std::string("format=") + av_get_pix_fmt_name(layout);
 }
@@ -175,7 +182,8 @@ bool mapsTones(const Conversion& conversion) {
 }
 
 ConversionChain conversionChain(const Conversion& conversion) {
-    const std::string start = conversion.deinterlace ? "yadif=deint=interlaced," : "";
+    const std::string start =
+        (conversion.deinterlace ? "yadif=deint=interlaced," : "") + crop(conversion.crop);
     if (!changesLight(conversion))
         return {start + convertLevels(conversion), {}, {}};
     const auto peak =

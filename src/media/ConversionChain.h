@@ -5,6 +5,7 @@
 #include "media/LightMapping.h"
 
 #include <optional>
+#include <QRect>
 #include <QSize>
 #include <string>
 
@@ -16,6 +17,7 @@ struct Conversion {
     double sourcePeak = 1000; // cd/m2, brightest light of an HDR source
 
     bool deinterlace = false; // frames that are marked as interlaced
+    QRect crop;               // of the stored picture, before turning; null: all of it
     Orientation orientation;  // applied before scaling
 
     QSize size; // after turning

@@ -4,6 +4,7 @@
 #include "media/ConversionGraph.h"
 
 #include <algorithm>
+#include <cmath>
 #include <deque>
 
 namespace pointloom::media {
@@ -64,6 +65,36 @@ VideoFrame placePicture(VideoFrame picture, QSize size, QRect place, const Frame
                         to[i].data + (top + y) * to[i].bytesPerRow + left * bytesPerSample);
     }
     return frame;
+}
+
+/// A part of the upright picture as the part of the stored one that becomes it; both in fractions.
+QRectF unturned(const QRectF& upright, const Orientation& orientation) {
+    QRectF part = upright;
+    for (int turn = 0; turn < orientation.quarterTurns; ++turn)
+        part = {part.y(), 1 - part.x() - part.width(), part.height(), part.width()};
+    if (orientation.mirrored)
+        part.moveLeft(1 - part.x() - part.width());
+    return part;
+}
+
+/// Whole chroma samples, the nearest to `begin` and `length`, which are fractions of `whole` samples.
+Span croppedSpan(double begin, double length, int whole) {
+    const auto even = [whole](double fraction) {
+        return 2 * static_cast<int>(std::lround(fraction * whole / 2));
+    };
+    const int limit = whole & ~1;
+    const int size = std::clamp(even(length), 2, std::max(limit, 2));
+    return {std::clamp(even(begin), 0, std::max(limit - size, 0)), size};
+}
+
+/// Null where all of the picture is seen.
+QRect cropOf(const AVFrame& stored, const FrameTarget& target) {
+    if (target.seen == wholePicture)
+        return {};
+    const QRectF part = unturned(target.seen, target.orientation);
+    const Span across = croppedSpan(part.x(), part.width(), stored.width);
+    const Span down = croppedSpan(part.y(), part.height(), stored.height);
+    return {across.begin, down.begin, across.length, down.length};
 }
 
 Conversion conversionFrom(const AVFrame& stored) {
@@ -139,7 +170,7 @@ void FrameConverter::State::cutOddEdge(AVFrame& frame) const {
 }
 
 bool FrameConverter::State::isAlreadyRight(const VideoFrame& frame) const {
-    return !source.interlaced && target.orientation.isIdentity() &&
+    return !source.interlaced && target.orientation.isIdentity() && target.seen == wholePicture &&
            QSize(frame.width(), frame.height()) == target.size && picture == QRect(QPoint(), target.size) &&
            frame.format() == target.format;
 }
@@ -164,6 +195,7 @@ void FrameConverter::State::prepareGraph(const VideoFrame& frame) {
     drainGraph();
 
     conversion.deinterlace = source.interlaced;
+    conversion.crop = cropOf(stored, target);
     conversion.orientation = target.orientation;
     conversion.size = picture.size();
     conversion.layout = pixelFormat(target.format.subsampling, target.format.bitDepth);

@@ -1,5 +1,5 @@
-// Brings frames to one size, orientation and sample layout: deinterlaces, turns upright, fits with black
-// bars, converts depth, subsampling and colours, tone-maps HDR to SDR.
+// Brings frames to one size, orientation and sample layout: deinterlaces, crops, turns upright, fits with
+// black bars, converts depth, subsampling and colours, tone-maps HDR to SDR.
 #pragma once
 
 #include "media/MediaInfo.h"
@@ -13,10 +13,13 @@
 
 namespace pointloom::media {
 
+constexpr QRectF wholePicture(0, 0, 1, 1);
+
 struct FrameTarget {
-    QSize size;              // of the output frames, both sides even
-    QRect picture;           // its place inside of the frame; black around it
-    Orientation orientation; // applied to the picture before it is fitted; identity keeps it as stored
+    QSize size;                 // of the output frames, both sides even
+    QRectF seen = wholePicture; // the part of the upright source that is kept, fractions of it
+    QRect picture;              // its place inside of the frame; black around it
+    Orientation orientation;    // applied to the picture before it is fitted; identity keeps it as stored
     Rational sampleAspectRatio{1, 1}; // of the output frames
     FrameFormat format;               // of the output frames
 };

@@ -18,6 +18,7 @@ QPointF half(QSizeF size) {
 }
 
 constexpr QPointF margin(canvasMargin, canvasMargin);
+constexpr double closestToEdge = 0.02; // as a fraction
 
 }
 
@@ -44,7 +45,6 @@ QPointF movedPosition(QPointF position, QSizeF translation, const QRectF& videoR
 }
 
 double clampNorm(double fraction) {
-    constexpr double closestToEdge = 0.02;
     return std::clamp(fraction, closestToEdge, 1 - closestToEdge);
 }
 
@@ -65,6 +65,29 @@ double exportScale(double frameWidth, double nativeVideoWidth, double userScale)
 QPointF exportOrigin(QSizeF frame, QPointF position, QSizeF canvas, double scale) {
     const QPointF center(position.x() * frame.width() / scale, position.y() * frame.height() / scale);
     return center - half(canvas) + margin;
+}
+
+namespace {
+
+double frameMargin(QSizeF frame) {
+    return closestToEdge * std::min(frame.width(), frame.height());
+}
+
+}
+
+double fittingScale(QSizeF frame, QSizeF board, double scale) {
+    const double margins = 2 * frameMargin(frame);
+    return std::min(
+        {scale, (frame.width() - margins) / board.width(), (frame.height() - margins) / board.height()});
+}
+
+QPointF originInside(QSizeF frame, QPointF origin, QSizeF board, double scale) {
+    const double least = frameMargin(frame) / scale;
+    const auto inside = [&](double place, double length, double whole) {
+        return std::clamp(place, least, std::max(least, whole / scale - length - least));
+    };
+    return {inside(origin.x(), board.width(), frame.width()),
+            inside(origin.y(), board.height(), frame.height())};
 }
 
 }

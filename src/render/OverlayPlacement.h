@@ -39,4 +39,12 @@ double exportScale(double frameWidth, double nativeVideoWidth, double userScale)
 /// The origin to draw a template at in a frame (pixels), in template units of `scale` pixels each.
 QPointF exportOrigin(QSizeF frame, QPointF position, QSizeF canvas, double scale);
 
+/// `scale`, or the largest one below it at which a scoreboard of `board` size (template units) is whole
+/// inside the frame (pixels), with a margin of 0.02 of the frame's shorter side.
+double fittingScale(QSizeF frame, QSizeF board, double scale);
+
+/// The origin nearest to `origin` at which the scoreboard is whole inside the frame, with the same margin;
+/// `scale` is at most the fitting one.
+QPointF originInside(QSizeF frame, QPointF origin, QSizeF board, double scale);
+
 }

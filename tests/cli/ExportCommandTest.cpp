@@ -282,6 +282,26 @@ TEST_F(ExportCommandTest, AStillShowsTheVideoWithItsScoreboard) {
     EXPECT_LT(brightest({400, 0, 240, 200}), 20) << "the picture beside it";
 }
 
+TEST_F(ExportCommandTest, FillingGoesIntoStillsPlansAndOverlays) {
+    makeProject(1);
+    ASSERT_EQ(run("still m.plp --at 0.5 --preset instagram916 --fill 0 -o left.png").status, 0);
+    ASSERT_EQ(run("still m.plp --at 0.5 --preset instagram916 --fill=1 -o right.png").status, 0);
+    const QImage left(path(QStringLiteral("left.png")));
+    EXPECT_EQ(left.size(), QSize(1080, 1920));
+    EXPECT_NE(left.pixel(20, 1500), QImage(path(QStringLiteral("right.png"))).pixel(20, 1500));
+    EXPECT_NE(left.pixel(540, 5), qRgb(0, 0, 0)) << "no bar";
+
+    ASSERT_EQ(run("plan m.plp --segments 1 --preset instagram916 --fill -o m.json").status, 0);
+    QFile plan(path(QStringLiteral("m.json")));
+    ASSERT_TRUE(plan.open(QIODevice::ReadOnly));
+    EXPECT_EQ(json::Value::parse(plan.readAll().toStdString())["job"]["settings"]["fill"], 0.5);
+
+    EXPECT_EQ(faultOf("export m.plp --fill -o x.mp4", 2),
+              "--fill: the original size has no bars; name another one with --preset");
+    EXPECT_NE(faultOf("still m.plp --at 0 --preset instagram916 --fill 1.5 -o x.png", 2).find("above 1"),
+              std::string::npos);
+}
+
 TEST_F(ExportCommandTest, CheckIsContentWithACompleteProject) {
     makeProject(1);
     const Outcome outcome = run("check m.plp --json");

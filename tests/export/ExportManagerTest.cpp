@@ -215,6 +215,41 @@ TEST(Export, FitsIntoAPresetWithBlackBarsAndAScaledScoreboard) {
     EXPECT_TRUE(stream(job.outputPath, "audio").is_null());
 }
 
+TEST(Export, FillsAPresetWithTheRequestedPartAndKeepsTheScoreboardWhole) {
+    const ClipFolder folder;
+    // Odd sides, pixels that are not square, a colour for each third.
+    const QString wide = folder.make(
+        QStringLiteral("wide.mp4"),
+        "-f lavfi -i color=0x9050b0:s=641x361:r=25:d=0.08,drawbox=x=214:w=214:h=361:c=0x30a060:t=fill,"
+        "drawbox=x=428:w=213:h=361:c=0x4060c0:t=fill,setsar=4/3 -c:v libx264 -pix_fmt yuv444p");
+    const QString turned =
+        folder.make(QStringLiteral("turned.mp4"),
+                    {QStringLiteral("-i"), wide, QStringLiteral("-c"), QStringLiteral("copy"),
+                     QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=270")});
+    const std::pair<double, QRgb> parts[] = {
+        {0, qRgb(0x90, 0x50, 0xb0)}, {0.5, qRgb(0x30, 0xa0, 0x60)}, {1, qRgb(0x40, 0x60, 0xc0)}};
+    for (const auto& [clip, preset] :
+         {std::pair(wide, ExportPreset::instagram916), std::pair(turned, ExportPreset::twitter1080p)}) {
+        ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+        job.settings.preset = preset;
+        job.overlay.scoreboardPosition = {0.02, 0.02};
+        job.overlay.scoreboardUserScale = 5;
+        for (const auto& [position, color] : parts) {
+            SCOPED_TRACE(position);
+            job.settings.fill = position;
+            const QImage frame = ExportManager::renderStill(job, 0);
+            ASSERT_EQ(frame.size(), *targetSize(preset));
+            for (const QPoint corner : {frame.rect().bottomLeft() + QPoint(5, -5),
+                                        frame.rect().bottomRight() - QPoint(5, 5), QPoint(5, 5)})
+                EXPECT_LE(distance(frame.pixel(corner), color), 8) << corner.x() << ' ' << corner.y();
+            EXPECT_GT(distance(frame.pixel(60, 60), color), 30) << "the scoreboard's upper left part";
+        }
+        run(job);
+        const QImage exported = frameAt(job.outputPath, 0);
+        EXPECT_LE(distance(exported.pixel(20, exported.height() - 20), parts[2].second), 8);
+    }
+}
+
 TEST(Export, ScoreboardStandsWhereItsPositionSaysInItsOwnColours) {
     const ClipFolder folder;
     const QString clip =

@@ -91,6 +91,28 @@ TEST(PictureLayout, OriginalKeepsTheStoredTurnAndAnyOtherSizeTurnsThePicture) {
     EXPECT_EQ(planPicture(track({1920, 1080}, 1), ExportPreset::instagram916).orientation.quarterTurns, 1);
 }
 
+TEST(PictureLayout, AFilledFrameShowsThePartOfThePictureThatHasItsShape) {
+    const auto upright = planPicture(track({1920, 1080}), ExportPreset::instagram916, 0.25);
+    EXPECT_EQ(upright.picture, QRect(0, 0, 1080, 1920));
+    EXPECT_NEAR(upright.seen.width() * 1920, 607.5, 1e-9);
+    EXPECT_NEAR(upright.seen.x() * 1920, (1920 - 607.5) / 4, 1e-9);
+    EXPECT_EQ(upright.seen.height(), 1);
+    EXPECT_NEAR(upright.nativeVideoSize.width(), 607.5, 1e-9) << "templates grow with the picture";
+
+    // A phone's: stored on its side, shown 1080 by 1920.
+    const auto wide = planPicture(track({1920, 1080}, 1), ExportPreset::twitter1080p, 1);
+    EXPECT_NEAR(wide.seen.height() * 1920, 607.5, 1e-9);
+    EXPECT_NEAR(wide.seen.bottom(), 1, 1e-9);
+    EXPECT_EQ(wide.seen.width(), 1);
+
+    EXPECT_FALSE(planPicture(track({1920, 1088}), ExportPreset::youtube4k, 0).isFilled())
+        << "nearly the same shape, which is stretched";
+    EXPECT_TRUE(planPicture(track({1920, 1080}), ExportPreset::original, 0).keepsStoredPicture);
+    // 4:3 on the screen by its pixels, however it is stored.
+    EXPECT_NEAR(planPicture(track({720, 576}, 0, {16, 15}), ExportPreset::youtube4k, 0).seen.height(), 0.75,
+                1e-9);
+}
+
 TEST(PictureLayout, PixelShapeCountsInTheCanvasAndOddSidesLoseTheirLastLine) {
     const auto wide = planPicture(track({720, 576}, 0, {64, 45}), ExportPreset::original);
     EXPECT_EQ(wide.frameSize, QSize(720, 576));

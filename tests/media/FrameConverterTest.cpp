@@ -111,6 +111,27 @@ TEST(FrameConverter, TheMarginsAreBlackInEveryRange) {
     }
 }
 
+TEST(FrameConverter, ThePartThatIsSeenIsCountedOnTheUprightPicture) {
+    const FrameFormat format{Subsampling::s420, 8, hd};
+    const auto seen = [&](Orientation orientation, const QRectF& part) {
+        FrameTarget target = targetOf(QSize(40, 80), format);
+        target.orientation = orientation;
+        target.seen = part;
+        return quarters(convert(quarteredFrame(QSize(65, 47), format), target)); // odd: loses a line
+    };
+    const QRectF left(0, 0, 0.5, 1);
+    const QRectF lower(0, 0.5, 1, 0.5);
+    EXPECT_THAT(seen({false, 0}, left), ElementsAre(40, 40, 140, 140));
+    EXPECT_THAT(seen({false, 0}, lower), ElementsAre(140, 190, 140, 190));
+    EXPECT_THAT(seen({false, 1}, left), ElementsAre(140, 140, 190, 190));
+    EXPECT_THAT(seen({false, 1}, lower), ElementsAre(190, 90, 190, 90));
+    EXPECT_THAT(seen({false, 2}, left), ElementsAre(190, 190, 90, 90));
+    EXPECT_THAT(seen({false, 3}, left), ElementsAre(90, 90, 40, 40));
+    EXPECT_THAT(seen({true, 0}, left), ElementsAre(90, 90, 190, 190));
+    EXPECT_THAT(seen({true, 1}, lower), ElementsAre(140, 40, 140, 40));
+    EXPECT_THAT(seen({true, 3}, left), ElementsAre(40, 40, 90, 90));
+}
+
 TEST(FrameConverter, PicturesAreTurnedClockwiseAfterMirroring) {
     const FrameFormat format{Subsampling::s420, 8, hd};
     const auto turned = [&](Orientation orientation) {

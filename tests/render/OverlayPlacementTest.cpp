@@ -60,3 +60,17 @@ TEST(OverlayPlacement, PreviewAndExportAgree) {
     EXPECT_NEAR((inPreview.x() - 100) * 2, inFrame.x(), 1e-9);
     EXPECT_NEAR((inPreview.y() - 50) * 2, inFrame.y(), 1e-9);
 }
+
+TEST(OverlayPlacement, AScoreboardThatIsKeptInsideIsWholeAndHasAMargin) {
+    constexpr QSizeF frame(1080, 1920); // margins of 21.6
+    constexpr QSizeF board(345.6, 60);
+    EXPECT_DOUBLE_EQ(fittingScale(frame, board, 1.5), 1.5) << "it fits already";
+    EXPECT_DOUBLE_EQ(fittingScale(frame, board, 4), 3) << "1036.8 pixels wide";
+    EXPECT_DOUBLE_EQ(fittingScale(frame, {10, 1876.8}, 4), 1) << "by its height";
+
+    EXPECT_EQ(originInside(frame, {100, 200}, board, 1), QPointF(100, 200));
+    EXPECT_EQ(originInside(frame, {-50, 1900}, board, 1), QPointF(21.6, 1920 - 60 - 21.6));
+    const QPointF right = originInside(frame, {900, 0}, board, 2);
+    EXPECT_DOUBLE_EQ((right.x() + board.width()) * 2, 1080 - 21.6);
+    EXPECT_DOUBLE_EQ(right.y() * 2, 21.6);
+}
