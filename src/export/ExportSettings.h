@@ -1,5 +1,5 @@
-// The settings of one export: size, format, quality, encoder, watermark corner, filling; the name and the
-// size of its file.
+// The settings of one export: size, format, quality, encoder, watermark corner, filling; the name of its
+// file.
 #pragma once
 
 #include "export/TimeMap.h"
@@ -130,16 +130,5 @@ QString defaultOutputPath(ExportFormat format, const QDateTime& now = QDateTime:
 
 /// The same for an export that starts: makes the folder, and takes the temporary one when that fails.
 QString newDefaultOutputPath(ExportFormat format, const QDateTime& now = QDateTime::currentDateTime());
-
-struct SourceRate {
-    QSize size;                // upright pixels
-    double frameRate = 30;     // frames a second
-    double bytesPerSecond = 0; // of the whole file
-};
-
-/// Bytes of `seconds` of video with these settings; 0 when the source's size is unknown. H.264 and HEVC are
-/// judged by the source's own rate, ProRes LT, 422 and HQ by their nominal rates of 102, 147 and 220 Mbit/s
-/// at 1920x1080 and 29.97 Hz (Apple ProRes White Paper, "Target Data Rates").
-std::int64_t estimatedBytes(const SourceRate& source, const ExportSettings& settings, double seconds);
 
 }

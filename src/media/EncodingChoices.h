@@ -1,8 +1,6 @@
 // The encoders of video and their qualities.
 #pragma once
 
-#include <cmath>
-
 namespace pointloom::media {
 
 enum class VideoCodec { h264, hevc, prores };
@@ -23,14 +21,6 @@ enum class EncodingQuality { standard, smaller, better };
 constexpr int rateFactor(VideoCodec codec, EncodingQuality quality) {
     constexpr int offsets[] = {0, 4, -5}; // by EncodingQuality
     return (codec == VideoCodec::hevc ? 28 : 23) + offsets[static_cast<int>(quality)];
-}
-
-/// Size of a file of H.264 or HEVC in relation to the standard quality: a rate factor lower by 6 roughly
-/// doubles it.
-inline double dataRatio(VideoCodec codec, EncodingQuality quality) {
-    constexpr double factorsPerDoubling = 6;
-    return std::exp2((rateFactor(codec, EncodingQuality::standard) - rateFactor(codec, quality)) /
-                     factorsPerDoubling);
 }
 
 }

@@ -1,7 +1,6 @@
 #include "ui/export/DestinationRow.h"
 
-#include "media/MediaError.h"
-#include "media/MediaInfo.h"
+#include "export/SizeEstimate.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -34,18 +33,6 @@ QString withExtensionSwapped(const QString& path, ExportFormat from, ExportForma
     return withExtension(path.endsWith(old, Qt::CaseInsensitive) ? path.chopped(old.size()) : path, to);
 }
 
-std::optional<SourceRate> rateOf(const QString& path) {
-    try {
-        const media::MediaInfo info = media::readMediaInfo(path);
-        if (!info.video || info.duration <= 0)
-            return std::nullopt;
-        return SourceRate{info.video->uprightSize(), info.video->frameRate.value(),
-                          static_cast<double>(QFileInfo(path).size()) / info.duration};
-    } catch (const media::MediaError&) {
-        return std::nullopt; // the shown frame says why
-    }
-}
-
 std::optional<std::int64_t> freeBytesAt(QString folder) {
     while (!QFileInfo(folder).isDir() && QFileInfo(folder).absolutePath() != folder)
         folder = QFileInfo(folder).absolutePath();
@@ -56,9 +43,9 @@ std::optional<std::int64_t> freeBytesAt(QString folder) {
 }
 
 // Reads the disk: for a background thread, as disks may sleep.
-ExportFacts gatherFacts(const QString& videoPath, const QString& outputPath) {
+ExportFacts gatherFacts(const QString& outputPath) {
     const QString folder = QFileInfo(outputPath).absolutePath();
-    return {rateOf(videoPath), QFileInfo(folder).isDir(), freeBytesAt(folder)};
+    return {QFileInfo(folder).isDir(), freeBytesAt(folder)};
 }
 
 }
@@ -107,7 +94,6 @@ void DestinationRow::bind() {
     connect(&Theme::shared(), &Theme::changed, this, showIcon);
     connect(m_change, &QPushButton::clicked, this, &DestinationRow::choose);
     m_bindings.watch(m_context.state.language, [this] { showWords(); });
-    m_bindings.watch(m_context.state.videoURL, [this] { gather(); });
 }
 
 void DestinationRow::showWords() {
@@ -119,15 +105,29 @@ void DestinationRow::showWords() {
 
 void DestinationRow::proposeNewFile() {
     m_isProposed = true;
-    setPath(defaultOutputPath(m_settings.format));
+    setPath(defaultOutputPath(m_format));
 }
 
-void DestinationRow::setExport(const ExportSettings& settings, double seconds) {
-    const ExportFormat former = std::exchange(m_settings, settings).format;
-    m_seconds = seconds;
-    if (settings.format != former)
-        setPath(withExtensionSwapped(m_path, former, settings.format));
+void DestinationRow::setFormat(ExportFormat format) {
+    const ExportFormat former = std::exchange(m_format, format);
+    if (format != former)
+        setPath(withExtensionSwapped(m_path, former, format));
+}
+
+void DestinationRow::estimate(const std::optional<ExportJob>& job) {
+    m_estimating.cancel();
+    m_needed.reset();
     showSpace();
+    if (!job)
+        return;
+    const auto measure = [this, job = *job](BackgroundWorker::Link link) {
+        const auto bytes = estimatedBytes(job, [&link] { return link.isCancelled(); });
+        link.post([this, bytes] {
+            m_needed = bytes;
+            showSpace();
+        });
+    };
+    m_estimating.start(measure, BackgroundWorker::Priority::low);
 }
 
 void DestinationRow::setPath(const QString& path) {
@@ -151,21 +151,18 @@ void DestinationRow::resizeEvent(QResizeEvent* event) {
 }
 
 void DestinationRow::gather() {
-    const auto& video = m_context.state.videoURL.value();
-    const auto read = [video = video ? video->toLocalFile() : QString(), output = m_path] {
-        return gatherFacts(video, output);
-    };
-    m_gathering.start(read, [this](const ExportFacts& facts) {
-        m_facts = facts;
-        showSpace();
-    });
+    m_gathering.start([output = m_path] { return gatherFacts(output); },
+                      [this](const ExportFacts& facts) {
+                          m_facts = facts;
+                          showSpace();
+                      });
 }
 
 void DestinationRow::showSpace() {
     if (!m_facts)
         return;
     const ExportFacts& facts = *m_facts;
-    const std::int64_t needed = facts.source ? estimatedBytes(*facts.source, m_settings, m_seconds) : 0;
+    const std::int64_t needed = m_needed.value_or(0);
     const bool isShort = facts.freeBytes && needed > *facts.freeBytes;
     const bool isFolderMissing = !facts.isFolderThere && !m_isProposed;
     const Language language = m_context.state.language;
@@ -190,20 +187,20 @@ void DestinationRow::showSpace() {
 
 void DestinationRow::choose() {
     const QString filter =
-        QStringLiteral("%1 (*.%2)").arg(m_context.text(L10nKey::stepVideo), fileExtension(m_settings.format));
+        QStringLiteral("%1 (*.%2)").arg(m_context.text(L10nKey::stepVideo), fileExtension(m_format));
     const auto chosen = m_context.dialogs.chooseFileToSave(
         this, m_context.text(L10nKey::exportChooseDestination), m_path, {filter});
     if (!chosen)
         return;
     m_isProposed = false;
-    setPath(withExtension(*chosen, m_settings.format));
+    setPath(withExtension(*chosen, m_format));
     // The dialog has asked before it returned a file that exists.
     m_isReplacingAgreed = m_path == *chosen && QFileInfo::exists(m_path);
 }
 
 bool DestinationRow::prepare() {
     if (m_isProposed) {
-        setPath(newDefaultOutputPath(m_settings.format));
+        setPath(newDefaultOutputPath(m_format));
         return true;
     }
     if (m_isReplacingAgreed || !QFileInfo::exists(m_path))

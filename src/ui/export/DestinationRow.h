@@ -1,8 +1,7 @@
 // The path of the new video, and whether the disk has space for it.
 #pragma once
 
-#include "export/ExportSettings.h"
-#include "files/NewFile.h"
+#include "export/ExportJob.h"
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
@@ -15,7 +14,6 @@ namespace pointloom {
 
 /// The disk facts of an export.
 struct ExportFacts {
-    std::optional<SourceRate> source;      // absent when the video cannot be read
     bool isFolderThere = false;            // that the output goes into
     std::optional<std::int64_t> freeBytes; // where that folder is or would be
 };
@@ -30,8 +28,10 @@ public:
     /// A new file named after this moment.
     void proposeNewFile();
 
-    /// Names the file anew and estimates its size; `seconds` of video are written.
-    void setExport(const ExportSettings& settings, double seconds);
+    /// Gives the file the format's ending.
+    void setFormat(ExportFormat format);
+    /// Measures the size of the export in the background and shows it then; none stops that.
+    void estimate(const std::optional<ExportJob>& job);
 
     /// True when the file may be written: it does not exist, or the user agrees that it is replaced. A
     /// proposed file is named after this moment, and its folder is made when it is missing.
@@ -63,10 +63,11 @@ private:
     QString m_path;
     bool m_isProposed = true;         // the user did not choose another
     bool m_isReplacingAgreed = false; // the user chose a file that was there
-    ExportSettings m_settings;
-    double m_seconds = 0;
-    std::optional<ExportFacts> m_facts; // absent until they are gathered
+    ExportFormat m_format = ExportFormat::h264;
+    std::optional<ExportFacts> m_facts;   // absent until they are gathered
+    std::optional<std::int64_t> m_needed; // bytes; absent until they are measured
     BackgroundTask<ExportFacts> m_gathering;
+    BackgroundWorker m_estimating;
     Bindings m_bindings; // ends first
 };
 

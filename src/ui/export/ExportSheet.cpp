@@ -139,10 +139,12 @@ void ExportSheet::showStage() {
 
 void ExportSheet::showOptions() {
     m_context.state.exportStatus = AppState::ExportStatus{};
+    updateExport();
 }
 
 void ExportSheet::updateExport() {
-    m_destination->setExport(m_options->settings(), exportedRangeOf(m_context.state).length());
+    m_destination->setFormat(m_options->settings().format);
+    m_destination->estimate(job());
 }
 
 void ExportSheet::requestStill() {
@@ -178,6 +180,7 @@ void ExportSheet::start() {
     if (!job() || !m_destination->prepare())
         return;
     m_closesWhenStopped = false;
+    m_destination->estimate(std::nullopt); // the export has the processors
     m_runner.start(*job());
 }
 

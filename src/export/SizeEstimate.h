@@ -1,0 +1,17 @@
+// The size of an export's file, judged by encoding some of its frames.
+#pragma once
+
+#include "export/ExportJob.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace pointloom {
+
+/// Bytes of the file that the export would write. Encodes up to 128 frames from all over the range to
+/// memory, which may take seconds: for a background thread. `isStopped` is polled at each of them. Empty when
+/// it was stopped, or the export would fail.
+std::optional<std::int64_t> estimatedBytes(const ExportJob& job, const std::function<bool()>& isStopped = {});
+
+}
