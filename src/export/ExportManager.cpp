@@ -6,6 +6,7 @@
 #include "export/ExportTimeline.h"
 #include "export/FrameOverlay.h"
 #include "export/FrameSource.h"
+#include "export/OverlayExport.h"
 #include "export/UprightImage.h"
 
 #include <limits>
@@ -164,19 +165,43 @@ ExportReport ExportManager::exportVideo(const ExportJob& job, const ExportContro
     }
 }
 
+namespace {
+
+media::VideoFrame frameAt(media::VideoReader reader, const ResolvedExport& resolved, double time) {
+    reader.seek(time);
+    auto frame = ConvertedFrames(std::move(reader), resolved.target).next();
+    if (!frame)
+        throw MediaError("there is no picture at that time", media::MediaFault::nothingInRange);
+    return std::move(*frame);
+}
+
+QImage shownImage(const media::VideoFrame& frame, const PictureLayout& layout) {
+    return uprightImage(media::toRgb(frame), layout.orientation)
+        .scaled(layout.canvas.toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+}
+
 QImage ExportManager::renderStill(const ExportJob& job, double time) {
     media::VideoReader reader = openSource(job.videoPath);
-    const media::MediaInfo info = reader.info();
-    const ResolvedExport resolved = resolveExport(job, info);
+    const ResolvedExport resolved = resolveExport(job, reader.info());
     return withExportErrors("Reader error: ", [&] {
-        reader.seek(time);
-        auto frame = ConvertedFrames(std::move(reader), resolved.target).next();
-        if (!frame)
-            throw MediaError("there is no picture at that time", media::MediaFault::nothingInRange);
-        frame->makeWritable();
-        FrameOverlay(job, resolved.layout, resolved.encoder.format).drawInto(*frame, frame->time());
-        return uprightImage(media::toRgb(*frame), resolved.layout.orientation)
-            .scaled(resolved.layout.canvas.toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        media::VideoFrame frame = frameAt(std::move(reader), resolved, time);
+        frame.makeWritable();
+        FrameOverlay(job, resolved.layout, resolved.encoder.format).drawInto(frame, frame.time());
+        return shownImage(frame, resolved.layout);
+    });
+}
+
+ExportManager::StillLayers ExportManager::renderStillLayers(const ExportJob& job, double time) {
+    media::VideoReader reader = openSource(job.videoPath);
+    const PictureLayout layout = resolveExport(job, reader.info()).layout;
+    ExportJob whole = job;
+    whole.settings.preset = ExportPreset::original;
+    const ResolvedExport resolved = resolveExport(whole, reader.info());
+    return withExportErrors("Reader error: ", [&]() -> StillLayers {
+        const media::VideoFrame frame = frameAt(std::move(reader), resolved, time);
+        return {shownImage(frame, resolved.layout), renderOverlay(job, layout, frame.time())};
     });
 }
 

@@ -17,4 +17,13 @@ ExportReport exportVideo(const ExportJob& job, const ExportControl& control = {}
 /// Throws ExportError.
 QImage renderStill(const ExportJob& job, double time);
 
+/// A still whose picture is not cropped yet.
+struct StillLayers {
+    QImage picture; // the whole source, upright, without overlay
+    QImage overlay; // of the exported frame, in its size
+};
+
+/// Throws ExportError.
+StillLayers renderStillLayers(const ExportJob& job, double time);
+
 }

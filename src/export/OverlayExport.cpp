@@ -113,6 +113,15 @@ QImage drawnOverlay(const Compositor& compositor, QSize size, const SportScoreSt
     return image.convertToFormat(QImage::Format_RGBA8888);
 }
 
+Compositor compositorFor(const ExportJob& job, const PictureLayout& layout) {
+    return {job, {layout.canvas.toSize(), layout.nativeVideoSize, layout.isFilled()}};
+}
+
+}
+
+QImage renderOverlay(const ExportJob& job, const PictureLayout& layout, double time) {
+    const Compositor compositor = compositorFor(job, layout);
+    return drawnOverlay(compositor, layout.canvas.toSize(), *ScoreCursor(job.overlay).changedAt(time));
 }
 
 ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const ExportControl& control) {
@@ -121,7 +130,7 @@ ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const Exp
     requireRange(job, info.duration);
     const ResolvedExport resolved = resolveExport(job, info);
     const QSize size = resolved.layout.canvas.toSize();
-    const Compositor compositor(job, {size, resolved.layout.nativeVideoSize, resolved.layout.isFilled()});
+    const Compositor compositor = compositorFor(job, resolved.layout);
     ScoreCursor score(job.overlay);
     const ExportTimeline timeline = exportTimeline(job, info);
     ProgressMeter progress(control, timeline.expectedFrames);

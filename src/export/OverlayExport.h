@@ -2,6 +2,9 @@
 #pragma once
 
 #include "export/ExportJob.h"
+#include "export/PictureLayout.h"
+
+#include <QImage>
 
 namespace pointloom {
 
@@ -15,5 +18,8 @@ enum class OverlayFormat {
 /// replaced, or for PNG a folder that is empty or does not exist yet. Throws ExportError, and
 /// ExportCancelled; what was there stays in both cases. The report tells no damage.
 ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const ExportControl& control = {});
+
+/// One picture of it, with the score that holds at `time` (seconds of the source).
+QImage renderOverlay(const ExportJob& job, const PictureLayout& layout, double time);
 
 }

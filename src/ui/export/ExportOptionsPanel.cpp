@@ -1,6 +1,7 @@
 #include "ui/export/ExportOptionsPanel.h"
 
 #include "export/ExportSource.h"
+#include "export/PictureLayout.h"
 #include "l10n/Format.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -186,7 +187,9 @@ ExportOptionsPanel::ExportOptionsPanel(const UiContext& context, QWidget* parent
     , m_qualityName(Controls::label(Controls::TextRole::quiet, this))
     , m_quality(new QComboBox(this))
     , m_encoderName(Controls::label(Controls::TextRole::quiet, this))
-    , m_encoder(new QComboBox(this)) {
+    , m_encoder(new QComboBox(this))
+    , m_fill(new QCheckBox(this))
+    , m_fillDetail(Controls::label(Controls::TextRole::quiet, this)) {
     build();
     bind();
 }
@@ -210,6 +213,7 @@ void ExportOptionsPanel::build() {
     whole->setSpacing(Space::s);
     whole->addWidget(m_sizeHeading);
     whole->addLayout(presets);
+    whole->addLayout(makeFillRow());
     whole->addSpacing(Space::s);
     whole->addWidget(m_formatHeading);
     whole->addLayout(formats);
@@ -218,6 +222,21 @@ void ExportOptionsPanel::build() {
     whole->addWidget(m_watermarkHeading);
     whole->addWidget(m_watermark = new WatermarkBox(m_context, this));
     whole->addStretch();
+}
+
+// Keeps its space when it is hidden: what is below stays where it is.
+QLayout* ExportOptionsPanel::makeFillRow() {
+    m_fill->setObjectName(QStringLiteral("fill"));
+    auto* row = new QHBoxLayout;
+    row->setSpacing(Space::s);
+    row->addWidget(m_fill);
+    row->addWidget(m_fillDetail, 1);
+    for (QWidget* widget : {static_cast<QWidget*>(m_fill), static_cast<QWidget*>(m_fillDetail)}) {
+        QSizePolicy policy = widget->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        widget->setSizePolicy(policy);
+    }
+    return row;
 }
 
 QLayout* ExportOptionsPanel::makeEncodingGrid() {
@@ -244,13 +263,16 @@ void ExportOptionsPanel::bind() {
         if (!isChecked)
             return;
         m_watermark->setShape(shapeOf(preset()));
+        showFill();
         Q_EMIT presetChanged();
     });
+    connect(m_fill, &QCheckBox::toggled, this, &ExportOptionsPanel::fillChanged);
     connect(&m_formats, &QButtonGroup::idToggled, this, [this](int, bool isChecked) {
         if (isChecked)
             Q_EMIT formatChanged();
     });
     connect(m_quality, &QComboBox::currentIndexChanged, this, &ExportOptionsPanel::qualityChanged);
+    connect(m_encoder, &QComboBox::activated, this, &ExportOptionsPanel::qualityChanged);
     m_bindings.watchAll([this] { showShapes(); }, state.videoWidth, state.videoHeight);
     m_bindings.watchAll([this] { showWords(); }, state.language, state.videoWidth, state.videoHeight);
 }
@@ -262,6 +284,7 @@ ExportSettings ExportOptionsPanel::settings() const {
         .quality = static_cast<EncodingQuality>(m_quality->currentData().toInt()),
         .encoder = encoder(),
         .watermarkCorner = m_context.state.watermarkCorner,
+        .fill = leavesBars() && m_fill->isChecked() ? std::optional(m_fillPosition) : std::nullopt,
     };
 }
 
@@ -280,6 +303,8 @@ void ExportOptionsPanel::showWords() {
         cardOf(m_formats, static_cast<int>(format))
             ->setWords(QString::fromUtf8(name), m_context.text(formatUses[id]));
     }
+    m_fill->setText(m_context.text(L10nKey::exportFill));
+    m_fillDetail->setText(m_context.text(L10nKey::exportFillDetail));
     m_qualityName->setText(m_context.text(L10nKey::exportQualityHeading));
     m_quality->setAccessibleName(m_qualityName->text());
     for (int i = 0; i < m_quality->count(); ++i)
@@ -318,6 +343,18 @@ void ExportOptionsPanel::showShapes() {
     for (const auto& [preset, name] : RawValues<ExportPreset>::table)
         cardOf(m_presets, static_cast<int>(preset))->setShape(shapeOf(preset));
     m_watermark->setShape(shapeOf(preset()));
+    showFill();
+}
+
+void ExportOptionsPanel::showFill() {
+    m_fill->setVisible(leavesBars());
+    m_fillDetail->setVisible(leavesBars());
+}
+
+bool ExportOptionsPanel::leavesBars() const {
+    const auto target = targetSize(preset());
+    const QSizeF source(m_context.state.videoWidth, m_context.state.videoHeight);
+    return target && !source.isEmpty() && pointloom::leavesBars(source, *target);
 }
 
 QSizeF ExportOptionsPanel::shapeOf(ExportPreset preset) const {

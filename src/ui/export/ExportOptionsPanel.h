@@ -1,4 +1,4 @@
-// The choices of an export: size, format, quality, encoder and watermark.
+// The choices of an export: size, filling, format, quality, encoder and watermark.
 #pragma once
 
 #include "export/ExportJob.h"
@@ -8,6 +8,7 @@
 #include "ui/style/Bindings.h"
 
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QWidget>
@@ -26,23 +27,30 @@ public:
     /// The encoder is software for the automatic choice.
     ExportSettings settings() const;
 
+    /// The part of the picture that fills the frame; `position` as ExportSettings::fill.
+    void setFillPosition(double position) { m_fillPosition = position; }
+
     /// Offers the hardware encoders that work for this export. They are tried in the background.
     void offerEncodersFor(const ExportJob& job);
 
 Q_SIGNALS:
     void presetChanged();
+    void fillChanged();
     void formatChanged();
     void qualityChanged();
 
 private:
     void build();
+    QLayout* makeFillRow();
     QLayout* makeEncodingGrid();
     void bind();
     void showWords();
     void showEncoders();
     void showShapes();
+    void showFill();
     ExportPreset preset() const { return static_cast<ExportPreset>(m_presets.checkedId()); }
     media::EncoderKind encoder() const;
+    bool leavesBars() const;
     QSizeF shapeOf(ExportPreset preset) const;
     QString detailOf(ExportPreset preset) const;
 
@@ -55,6 +63,9 @@ private:
     QLabel* m_encoderName;
     QComboBox* m_encoder; // the data of each row is its encoder
     WatermarkBox* m_watermark = nullptr;
+    QCheckBox* m_fill; // shown for sizes of another shape than the source's
+    QLabel* m_fillDetail;
+    double m_fillPosition = 0.5;
     QButtonGroup m_presets; // numbers are the presets
     QButtonGroup m_formats;
     std::vector<media::EncoderKind> m_working; // in hardware

@@ -6,6 +6,7 @@
 #include "ui/style/Tokens.h"
 
 #include <QHBoxLayout>
+#include <QShowEvent>
 
 namespace pointloom {
 
@@ -25,6 +26,7 @@ ExportSheet::ExportSheet(const UiContext& context, QWidget* parent)
     , m_runner(context.state)
     , m_title(Controls::label(Controls::TextRole::title, this))
     , m_still(new StillView(this))
+    , m_moveHint(Controls::label(Controls::TextRole::quiet, this))
     , m_summary(new ExportSummary(context, this))
     , m_options(new ExportOptionsPanel(context, this))
     , m_optionsArea(new QScrollArea(this))
@@ -53,6 +55,7 @@ void ExportSheet::build() {
     auto* picture = new QVBoxLayout;
     picture->setSpacing(Space::m);
     picture->addWidget(m_still, 1);
+    picture->addWidget(m_moveHint, 0, Qt::AlignHCenter);
     picture->addWidget(m_summary);
     auto* middle = new QHBoxLayout;
     middle->setSpacing(Space::xl);
@@ -67,7 +70,21 @@ void ExportSheet::build() {
     whole->addWidget(m_setup);
     whole->addWidget(m_stage);
     setMinimumSize(smallestSize);
+}
+
+void ExportSheet::showEvent(QShowEvent* event) {
+    if (!event->spontaneous())
+        fitToOptions();
+    QDialog::showEvent(event);
+}
+
+// As tall as all options are, on a screen that has the space.
+void ExportSheet::fitToOptions() {
     resize(usualSize.boundedTo(availableSize(*this)));
+    layout()->activate();
+    const int options = m_options->layout()->totalHeightForWidth(m_optionsArea->viewport()->width());
+    const int missing = std::max(0, options - m_optionsArea->viewport()->height());
+    resize((size() + QSize(0, missing)).boundedTo(availableSize(*this)));
     placeOverWindow(*this);
 }
 
@@ -92,6 +109,9 @@ void ExportSheet::bind() {
     connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::updateExport);
     connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::requestStill);
     connect(m_options, &ExportOptionsPanel::presetChanged, this, &ExportSheet::offerEncoders);
+    connect(m_options, &ExportOptionsPanel::fillChanged, this, &ExportSheet::updateExport);
+    connect(m_options, &ExportOptionsPanel::fillChanged, this, &ExportSheet::requestStill);
+    connect(m_still, &StillView::moved, m_options, &ExportOptionsPanel::setFillPosition);
     connect(m_options, &ExportOptionsPanel::formatChanged, this, &ExportSheet::updateExport);
     connect(m_options, &ExportOptionsPanel::formatChanged, this, &ExportSheet::offerEncoders);
     connect(m_options, &ExportOptionsPanel::qualityChanged, this, &ExportSheet::updateExport);
@@ -125,6 +145,7 @@ void ExportSheet::showWords() {
     m_cancel->setText(m_context.text(L10nKey::cancel));
     m_start->setText(m_context.text(L10nKey::startExport));
     m_still->setAccessibleName(m_context.text(L10nKey::exportFrameName));
+    m_moveHint->setText(m_context.text(L10nKey::exportMoveHint));
 }
 
 void ExportSheet::showStage() {
@@ -132,6 +153,8 @@ void ExportSheet::showStage() {
     m_optionsArea->setVisible(isChoosing);
     m_summary->setVisible(isChoosing);
     m_setup->setVisible(isChoosing);
+    m_still->setEnabled(isChoosing);
+    m_moveHint->setVisible(isChoosing && m_options->settings().fill);
     m_stage->setVisible(!isChoosing);
     if (isChoosing)
         m_start->setFocus();
@@ -145,6 +168,7 @@ void ExportSheet::showOptions() {
 void ExportSheet::updateExport() {
     m_destination->setFormat(m_options->settings().format);
     m_destination->estimate(job());
+    m_moveHint->setVisible(m_options->settings().fill.has_value());
 }
 
 void ExportSheet::requestStill() {

@@ -27,6 +27,9 @@ public:
     bool isExporting() const { return m_runner.isRunning(); }
     void reject() override;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void build();
     QWidget* makeSetup();
@@ -36,6 +39,7 @@ private:
     void showOptions();
     void updateExport();
     void requestStill();
+    void fitToOptions();
     void offerEncoders();
     std::optional<ExportJob> job() const;
     void start();
@@ -45,6 +49,7 @@ private:
     ExportRunner m_runner;
     QLabel* m_title;
     StillView* m_still;
+    QLabel* m_moveHint; // where the picture can be moved
     ExportSummary* m_summary;
     ExportOptionsPanel* m_options;
     QScrollArea* m_optionsArea;

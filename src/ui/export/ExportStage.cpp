@@ -5,12 +5,13 @@
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
-#include <QCoreApplication>
+#include <functional>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QUrl>
@@ -23,11 +24,12 @@ constexpr int iconSize = 22;
 constexpr int barSteps = 1000;
 constexpr int refreshInterval = 200; // milliseconds
 
-// Shows the file selected in its folder, where the file manager can; opens the folder elsewhere. Returns at
-// once.
-void showInFileManager(const QString& path) {
-    const auto openFolder = [folder = QUrl::fromLocalFile(QFileInfo(path).absolutePath())] {
-        QDesktopServices::openUrl(folder);
+// Shows the file selected in its folder, where the file manager can; opens the folder elsewhere, and calls
+// `onFailure` where nothing does. Returns at once; `receiver` gets the failure while it lives.
+void showInFileManager(const QString& path, QObject* receiver, const std::function<void()>& onFailure) {
+    const auto openFolder = [folder = QUrl::fromLocalFile(QFileInfo(path).absolutePath()), onFailure] {
+        if (!QDesktopServices::openUrl(folder))
+            onFailure();
     };
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
@@ -39,11 +41,11 @@ void showInFileManager(const QString& path) {
         service, QStringLiteral("/org/freedesktop/FileManager1"), service, QStringLiteral("ShowItems"));
     const QStringList items{QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded())};
     message.setArguments({items, QString()});
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), QCoreApplication::instance());
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), receiver);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, openFolder] {
+        watcher->deleteLater();
         if (QDBusPendingReply<>(*watcher).isError())
             openFolder();
-        watcher->deleteLater();
     });
 }
 
@@ -219,11 +221,19 @@ void ExportStage::showStopping() {
 }
 
 void ExportStage::play() {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(m_runner.report().outputPath));
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(m_runner.report().outputPath)))
+        tellNothingOpens();
 }
 
 void ExportStage::showInFolder() {
-    showInFileManager(m_runner.report().outputPath);
+    showInFileManager(m_runner.report().outputPath, this, [this] { tellNothingOpens(); });
+}
+
+void ExportStage::tellNothingOpens() {
+    const QFileInfo file(m_runner.report().outputPath);
+    m_context.dialogs.alert(this, m_context.text(L10nKey::exportNoOpenerTitle),
+                            format(m_context.text(L10nKey::exportNoOpener), file.fileName(),
+                                   QDir::toNativeSeparators(file.absolutePath())));
 }
 
 }

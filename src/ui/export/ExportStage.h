@@ -42,6 +42,7 @@ private:
     void showProgress();
     void play();
     void showInFolder();
+    void tellNothingOpens();
 
     UiContext m_context;
     const ExportRunner& m_runner;

@@ -36,6 +36,7 @@ ExportSummary::ExportSummary(const UiContext& context, QWidget* parent)
     , m_markers(makeFact())
     , m_template(makeFact())
     , m_noMarkers(makeNotice())
+    , m_cuts(makeNotice())
     , m_unlicensed(makeNotice())
     , m_licence(Controls::button(Controls::ButtonKind::normal, this)) {
     build();
@@ -62,6 +63,7 @@ ExportSummary::Notice ExportSummary::makeNotice() {
 
 void ExportSummary::build() {
     m_noMarkers.row->setObjectName(QStringLiteral("noMarkersNotice"));
+    m_cuts.row->setObjectName(QStringLiteral("cutsNotice"));
     m_unlicensed.row->setObjectName(QStringLiteral("unlicensedNotice"));
     m_licence->setObjectName(QStringLiteral("enterLicence"));
     m_licence->setAutoDefault(false);
@@ -82,6 +84,7 @@ void ExportSummary::build() {
     whole->setSpacing(Space::s);
     whole->addLayout(facts);
     whole->addWidget(m_noMarkers.row);
+    whole->addWidget(m_cuts.row);
     whole->addWidget(m_unlicensed.row);
 }
 
@@ -91,7 +94,8 @@ void ExportSummary::bind() {
     connect(&Theme::shared(), &Theme::changed, this, &ExportSummary::showNotices);
     m_bindings.watchAll([this] { showFacts(); }, state.language, state.trimStart, state.trimEnd,
                         state.videoDuration, state.markers, state.selectedTemplate);
-    m_bindings.watchAll([this] { showNotices(); }, state.language, state.markers, state.isLicensed);
+    m_bindings.watchAll([this] { showNotices(); }, state.language, state.markers, state.isLicensed,
+                        state.cuts, state.trimStart, state.trimEnd, state.videoDuration);
 }
 
 void ExportSummary::showFacts() {
@@ -118,6 +122,14 @@ void ExportSummary::showNotices() {
     m_noMarkers.row->setVisible(m_context.state.markers.value().empty());
     m_noMarkers.icon->setPixmap(icon("warning", tokens().warning));
     m_noMarkers.text->setText(m_context.text(L10nKey::noMarkersWarning));
+    const ExportedRange range = exportedRangeOf(m_context.state);
+    const auto& cuts = m_context.state.cuts.value();
+    const auto exported = std::count_if(cuts.begin(), cuts.end(), [&](const CutZone& cut) {
+        return cut.start < range.end && cut.end > range.start;
+    });
+    m_cuts.row->setVisible(exported > 0);
+    m_cuts.icon->setPixmap(icon("cut", tokens().warning));
+    m_cuts.text->setText(format(m_context.text(L10nKey::exportCutsStay), QString::number(exported)));
     m_unlicensed.row->setVisible(!m_context.state.isLicensed);
     m_unlicensed.icon->setPixmap(icon("key", tokens().quietText));
     m_unlicensed.text->setText(m_context.text(L10nKey::exportUnlicensed));

@@ -52,6 +52,7 @@ private:
     Fact m_markers;
     Fact m_template;
     Notice m_noMarkers;
+    Notice m_cuts;
     Notice m_unlicensed;
     QPushButton* m_licence;
     Bindings m_bindings; // ends first

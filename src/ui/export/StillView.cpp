@@ -1,11 +1,14 @@
 #include "ui/export/StillView.h"
 
 #include "export/ExportManager.h"
+#include "export/PictureLayout.h"
 #include "l10n/L10nKey.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -33,6 +36,7 @@ StillView::StillView(QWidget* parent)
 void StillView::request(const ExportJob& job, double time, Language language) {
     m_busyNote = t(language, L10nKey::generating);
     m_next = Request{job, time, language};
+    m_position = job.settings.fill.value_or(m_position);
     m_moment.start();
     update();
 }
@@ -47,9 +51,12 @@ void StillView::startNext() {
 
 StillView::Outcome StillView::render(const Request& request) {
     try {
-        return {ExportManager::renderStill(request.job, request.time), {}};
+        if (!request.job.settings.fill)
+            return {ExportManager::renderStill(request.job, request.time), {}, {}};
+        const ExportManager::StillLayers layers = ExportManager::renderStillLayers(request.job, request.time);
+        return {layers.picture, layers.overlay, {}};
     } catch (const std::exception& error) {
-        return {{}, ExportWords::fault(error, request.job, false, request.language)};
+        return {{}, {}, ExportWords::fault(error, request.job, false, request.language)};
     }
 }
 
@@ -65,8 +72,11 @@ void StillView::take(const Outcome& outcome) {
         Q_EMIT failed();
         return;
     }
-    m_still = outcome.still;
-    m_scaled = {};
+    m_still = {outcome.still, {}};
+    m_overlay = {outcome.overlay, {}};
+    m_drag.reset();
+    setFocusPolicy(isMovable() ? Qt::StrongFocus : Qt::NoFocus);
+    setCursor(isMovable() ? Qt::OpenHandCursor : Qt::ArrowCursor);
     updateGeometry();
     Q_EMIT rendered();
 }
@@ -75,6 +85,7 @@ void StillView::setFault(const QString& fault) {
     m_fault = fault;
     if (!fault.isEmpty()) {
         m_still = {};
+        m_overlay = {};
         m_busyNote.clear();
     }
     setAccessibleDescription(fault);
@@ -88,8 +99,8 @@ void StillView::setActualSize(bool isActualSize) {
 }
 
 QSize StillView::sizeHint() const {
-    if (m_isActualSize && !m_still.isNull())
-        return (QSizeF(m_still.size()) / devicePixelRatioF()).toSize();
+    if (m_isActualSize && !still().isNull())
+        return (QSizeF(still().size()) / devicePixelRatioF()).toSize();
     return emptySize;
 }
 
@@ -97,9 +108,11 @@ QSize StillView::minimumSizeHint() const {
     return m_isActualSize ? sizeHint() : smallestSize;
 }
 
-QRectF StillView::pictureRectangle() const {
-    QSizeF size = m_still.isNull() ? QSizeF(emptySize) : QSizeF(m_still.size());
-    if (m_isActualSize && !m_still.isNull())
+// The exported frame.
+QRectF StillView::frameRectangle() const {
+    const QImage& frame = isMovable() ? m_overlay.image : still();
+    QSizeF size = frame.isNull() ? QSizeF(emptySize) : QSizeF(frame.size());
+    if (m_isActualSize && !frame.isNull())
         size /= devicePixelRatioF();
     else
         size.scale(QSizeF(this->size()), Qt::KeepAspectRatio);
@@ -108,11 +121,81 @@ QRectF StillView::pictureRectangle() const {
     return rectangle;
 }
 
-const QPixmap& StillView::scaledStill(QSize pixels) {
-    if (m_scaled.size() != pixels)
-        m_scaled =
-            QPixmap::fromImage(m_still.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    return m_scaled;
+// The picture, which reaches beyond the frame where it is cropped.
+QRectF StillView::pictureRectangle() const {
+    const QRectF frame = frameRectangle();
+    if (!isMovable())
+        return frame;
+    const QRectF seen = fillingPart(still().size(), m_overlay.image.size(), m_position);
+    const QSizeF size(frame.width() / seen.width(), frame.height() / seen.height());
+    return {frame.topLeft() - QPointF(seen.x() * size.width(), seen.y() * size.height()), size};
+}
+
+void StillView::moveTo(double position) {
+    m_position = std::clamp(position, 0.0, 1.0);
+    update();
+    Q_EMIT moved(m_position);
+}
+
+void StillView::keyPressEvent(QKeyEvent* event) {
+    const double step = event->modifiers() & Qt::ShiftModifier ? 0.1 : 0.01;
+    const int key = isMovable() ? event->key() : Qt::Key_unknown;
+    if (key == Qt::Key_Left || key == Qt::Key_Up)
+        moveTo(m_position - step);
+    else if (key == Qt::Key_Right || key == Qt::Key_Down)
+        moveTo(m_position + step);
+    else if (key == Qt::Key_Home || key == Qt::Key_End)
+        moveTo(key == Qt::Key_End ? 1 : 0);
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void StillView::mousePressEvent(QMouseEvent* event) {
+    if (!isMovable() || event->button() != Qt::LeftButton)
+        return QWidget::mousePressEvent(event);
+    m_drag = Drag{event->position(), m_position};
+    setCursor(Qt::ClosedHandCursor);
+}
+
+void StillView::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_drag)
+        return;
+    const QSizeF spare = pictureRectangle().size() - frameRectangle().size();
+    const QPointF way = event->position() - m_drag->from;
+    moveTo(m_drag->position -
+           (spare.width() > spare.height() ? way.x() / spare.width() : way.y() / spare.height()));
+}
+
+void StillView::mouseReleaseEvent(QMouseEvent*) {
+    if (std::exchange(m_drag, std::nullopt))
+        setCursor(Qt::OpenHandCursor);
+}
+
+const QPixmap& StillView::ScaledImage::at(QSize pixels) {
+    if (scaled.size() != pixels)
+        scaled = QPixmap::fromImage(image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    return scaled;
+}
+
+void StillView::drawStill(QPainter& painter, ScaledImage& still, const QRectF& place) {
+    const QPixmap& scaled = still.at((place.size() * devicePixelRatioF()).toSize());
+    painter.drawPixmap(place, scaled, QRectF(scaled.rect()));
+}
+
+// Over the picture: what is cropped under a veil, the overlay, an edge.
+void StillView::drawFrame(QPainter& painter) {
+    constexpr float veil = 0.72F;
+    const QRectF frame = frameRectangle();
+    QPainterPath cropped;
+    cropped.addRect(rect());
+    cropped.addRect(frame);
+    QColor shade = tokens().window.darker(canvasDarkness);
+    shade.setAlphaF(veil);
+    painter.fillPath(cropped, shade);
+    drawStill(painter, m_overlay, frame);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(hasFocus() ? tokens().accent : tokens().quietText, hasFocus() ? 2 : 1));
+    painter.drawRect(frame.adjusted(0.5, 0.5, -0.5, -0.5));
 }
 
 void StillView::paintEvent(QPaintEvent*) {
@@ -124,14 +207,14 @@ void StillView::paintEvent(QPaintEvent*) {
 
     painter.setClipPath(canvas);
     painter.fillPath(canvas, tokens().window.darker(canvasDarkness));
-    if (!m_still.isNull()) {
-        const QPixmap& scaled = scaledStill((picture.size() * devicePixelRatioF()).toSize());
-        painter.drawPixmap(picture, scaled, QRectF(scaled.rect()));
-    }
+    if (!still().isNull())
+        drawStill(painter, m_still, picture);
+    if (isMovable())
+        drawFrame(painter);
     if (!m_fault.isEmpty())
         drawFault(painter);
     else if (!m_busyNote.isEmpty())
-        drawBusyNote(painter, picture);
+        drawBusyNote(painter, frameRectangle());
     painter.setClipping(false);
     painter.setPen(tokens().line);
     painter.drawPath(canvas);

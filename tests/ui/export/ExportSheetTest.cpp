@@ -6,6 +6,7 @@
 #include "persistence/ProjectSession.h"
 
 #include <cmath>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDir>
@@ -126,6 +127,42 @@ TEST(ExportSheet, QualityAndEncoderReachTheFile) {
     ASSERT_TRUE(waitForStage(open, Stage::done));
     const QString file = QFileInfo(open.output).path() + QStringLiteral("/result.mov");
     EXPECT_EQ(test::probe(file)["streams"][0]["codec_tag_string"], "apcs");
+}
+
+TEST(ExportSheet, APictureThatFillsTheFrameIsMovedByHandAndByKeys) {
+    ExportScreen screen;
+    screen.state.videoURL = QUrl::fromLocalFile(
+        screen.clips.make(QStringLiteral("halves.mp4"),
+                          "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=1,drawbox=x=320:w=320:h=360:"
+                          "c=0x30a060:t=fill -c:v libx264 -pix_fmt yuv420p"));
+    ExportSheet sheet(screen.context, nullptr);
+    test::show(sheet);
+    click(sheet, "changeDestination");
+    const auto* fill = named<QWidget>(sheet, "fill");
+    EXPECT_FALSE(fill->isVisible()) << "the original size has no bars";
+    click(sheet, "Instagram 9:16");
+    settledStill(sheet, {1080, 1920});
+    ASSERT_TRUE(fill->isVisible());
+    named<QCheckBox>(sheet, "fill")->click();
+    settledStill(sheet, {640, 360});
+
+    auto* view = named<StillView>(sheet, "still");
+    const QPoint middle = view->rect().center();
+    const auto redAt = [&](QPoint place) { return view->grab().toImage().pixelColor(place).red(); };
+    QTest::mousePress(view, Qt::LeftButton, {}, middle);
+    QTest::mouseMove(view, middle + QPoint(2000, 0));
+    QTest::mouseRelease(view, Qt::LeftButton, {}, middle + QPoint(2000, 0));
+    EXPECT_NEAR(redAt(middle + QPoint(0, 50)), 0x90, 10) << "its left end";
+    QTest::keyClick(view, Qt::Key_End);
+    EXPECT_NEAR(redAt(middle + QPoint(0, 50)), 0x30, 10) << "its right end";
+    QTest::keyClick(view, Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_NEAR(redAt(middle + QPoint(0, 50)), 0x30, 10);
+
+    click(sheet, "startExport");
+    ASSERT_TRUE(waitForStage(screen, Stage::done));
+    const QImage exported = firstPicture(screen.output, {1080, 1920});
+    EXPECT_NEAR(exported.pixelColor(540, 20).red(), 0x30, 10);
+    EXPECT_NEAR(exported.pixelColor(540, 1900).red(), 0x30, 10);
 }
 
 // A machine with such a graphics card gets what was requested.
@@ -307,6 +344,29 @@ TEST(ExportSheet, SpeaksAnotherLanguageAtOnce) {
     EXPECT_EQ(named(open.sheet, "startExport")->text(), QStringLiteral("Export starten"));
     EXPECT_EQ(named<QWidget>(open.sheet, "Original")->accessibleDescription(),
               QStringLiteral("640 × 360\nWie gefilmt"));
+}
+
+TEST(ExportSheet, CutsInTheExportedRangeAreSaidToStay) {
+    OpenSheet open;
+    const auto* notice = named<QWidget>(open.sheet, "cutsNotice");
+    EXPECT_FALSE(notice->isVisible());
+    open.state.cuts = std::vector{CutZone{QUuid(), 0.2, 0.4}, CutZone{QUuid(), 1.5, 1.8}};
+    EXPECT_TRUE(notice->isVisible());
+    const auto labels = notice->findChildren<QLabel*>();
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+        return label->text() == QStringLiteral("Cuts that stay in the video: 2");
+    }));
+    open.state.trimEnd = 0.2;
+    EXPECT_FALSE(notice->isVisible());
+}
+
+TEST(ExportSheet, WhereNothingOpensTheResultItsPlaceIsTold) {
+    OpenSheet open;
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::done));
+    open.dialogs.shown.clear();
+    click(open.sheet, "play"); // no services of a desktop in tests
+    EXPECT_EQ(open.dialogs.shown.value(0), QStringLiteral("Nothing to Open It With"));
 }
 
 class Opened : public QObject {
