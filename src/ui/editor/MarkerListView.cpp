@@ -8,6 +8,8 @@
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
+#include <algorithm>
+#include <cmath>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -73,6 +75,11 @@ QFont gameFont(const QFont& font) {
     return result;
 }
 
+// Rounded up: a text that is wider by a fraction of a point would be cut.
+int textWidth(const QFont& font, const QString& text) {
+    return static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(text)));
+}
+
 MarkerRowDelegate::MarkerRowDelegate(const UiContext& context, const MarkerListModel& model, QObject* parent)
     : QStyledItemDelegate(parent)
     , m_context(context)
@@ -90,20 +97,19 @@ const MarkerRowDelegate::Widths& MarkerRowDelegate::widths(const QFont& font) co
     if (m_widths && m_measured == font)
         return *m_widths;
     m_measured = font;
-    const QFontMetrics game(gameFont(font));
-    const QFontMetrics set(timeFont(font));
+    const QFont game = gameFont(font);
+    const QFont set = timeFont(font);
     Widths widest;
-    widest.side =
-        std::max(game.horizontalAdvance(QStringLiteral("40")), game.horizontalAdvance(QStringLiteral("Ad")));
+    widest.side = std::max(textWidth(game, QStringLiteral("40")), textWidth(game, QStringLiteral("Ad")));
     for (int row = 0; row < m_model.rowCount(); ++row) {
         const SportScoreState& score = m_model.marker(row).score;
         const auto [first, second] = gameTexts(score);
-        widest.side = std::max({widest.side, game.horizontalAdvance(first), game.horizontalAdvance(second)});
+        widest.side = std::max({widest.side, textWidth(game, first), textWidth(game, second)});
         const QStringList sets = setTexts(score);
         widest.sets.resize(std::max<std::size_t>(widest.sets.size(), static_cast<std::size_t>(sets.size())));
         for (qsizetype i = 0; i < sets.size(); ++i) {
             int& width = widest.sets[static_cast<std::size_t>(i)];
-            width = std::max(width, set.horizontalAdvance(sets[i]));
+            width = std::max(width, textWidth(set, sets[i]));
         }
     }
     return m_widths.emplace(widest);
@@ -111,9 +117,8 @@ const MarkerRowDelegate::Widths& MarkerRowDelegate::widths(const QFont& font) co
 
 MarkerRowDelegate::Columns MarkerRowDelegate::columnsOf(const QStyleOptionViewItem& option) const {
     const double longest = m_context.state.videoDuration;
-    const int timeWidth =
-        QFontMetrics(timeFont(option.font)).horizontalAdvance(shortTime(std::max(longest, 600.0), true));
-    const int dashWidth = QFontMetrics(gameFont(option.font)).horizontalAdvance(u'–');
+    const int timeWidth = textWidth(timeFont(option.font), shortTime(std::max(longest, 600.0), true));
+    const int dashWidth = textWidth(gameFont(option.font), QStringLiteral("–"));
     const Widths& widest = widths(option.font);
     QRect row = option.rect.adjusted(Space::m, 0, -Space::s, 0);
     const auto take = [&row](int width, int gap) {
@@ -196,8 +201,15 @@ void MarkerRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     for (qsizetype i = 0; i < sets.size(); ++i)
         write(columns.sets[static_cast<std::size_t>(i)], sets[i], timeFont(option.font), colors.text,
               Qt::AlignLeft);
-    if (marker.label && columns.label.width() > Space::xl)
-        write(columns.label, *marker.label, quietFont(option.font), colors.quietText, Qt::AlignLeft);
+    // Where the sets leave little of the row, a label follows those of its own marker.
+    constexpr int roomForLabel = 70; // points
+    QRect label = columns.label;
+    if (label.width() < roomForLabel && !columns.sets.empty())
+        label.setLeft(sets.isEmpty()
+                          ? columns.sets.front().left()
+                          : columns.sets[static_cast<std::size_t>(sets.size() - 1)].right() + Space::s);
+    if (marker.label && label.width() > Space::xl)
+        write(label, *marker.label, quietFont(option.font), colors.quietText, Qt::AlignLeft);
 
     const QRect& dot = servingSide(marker.score) == Side::second ? columns.secondDot : columns.firstDot;
     painter->setPen(Qt::NoPen);
@@ -264,7 +276,8 @@ MarkerListView::MarkerListView(const UiContext& context, QWidget* parent)
         setAccessibleName(m_context.text(L10nKey::markers));
         viewport()->update();
     });
-    m_bindings.watch(state.matchConfig, [this] { viewport()->update(); }); // names in the hint
+    // The names in the hint, and the width of the longest time.
+    m_bindings.watchAll([this] { viewport()->update(); }, state.matchConfig, state.videoDuration);
 }
 
 void MarkerListView::jumpTo(const QModelIndex& index) {
