@@ -62,12 +62,12 @@ ImportOutcome importMarkers(const QString& path, AppState& state, UndoStack* und
         return outcome;
     }
     if (const auto late = linesAfter(state.videoDuration, file.markers); !late.empty())
-        outcome.details += format(state.t(L10nKey::importAfterEnd), joinLines(late));
+        outcome.afterEnd = format(state.t(L10nKey::importAfterEnd), joinLines(late));
     if (file.kind != MarkerFile::Kind::table) {
         outcome.firstPoint = file.firstPoint;
         outcome.teams = otherNames(file.teams, state);
     }
-    if (!outcome.details.isEmpty() || !outcome.firstPoint.isNull())
+    if (!outcome.details.isEmpty() || !outcome.afterEnd.isEmpty() || !outcome.firstPoint.isNull())
         outcome.message = format(state.t(L10nKey::importDone), static_cast<qint64>(file.markers.size()));
     state.replaceMarkers(file.markersAlone(), file.markers.front().marker.id, undoManager);
     return outcome;

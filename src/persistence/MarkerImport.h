@@ -11,7 +11,8 @@ class UndoStack;
 /// Texts are in the session's language.
 struct ImportOutcome {
     QString message{};              // what became of the file; empty when there is nothing to say
-    QStringList details{};          // lines that were left out, lines after the end of the video
+    QStringList details{};          // lines that were left out
+    QString afterEnd{};             // lines of markers after the end of the video
     QUuid firstPoint{};             // of points whose times may be those of another video; else null
     std::array<QString, 2> teams{}; // names in the file, when they are others than the match's; else empty
 };

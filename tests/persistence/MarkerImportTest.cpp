@@ -60,8 +60,8 @@ TEST_F(MarkerImport, WhatWasLeftOutOrLiesBehindTheVideoIsSaid) {
     const ImportOutcome outcome =
         import("match.csv", "31,,1,0,0,0,0\n0:03,,1,0,0,0,0\n20,,1,15,0,0,0\n21,,1,15,0,0,0\n");
     EXPECT_EQ(outcome.message, QStringLiteral("Markers imported: 3"));
-    EXPECT_EQ(outcome.details, (QStringList{QStringLiteral("Left out, line 2: no time that can be read"),
-                                            QStringLiteral("After the end of the video, line 1, 4")}));
+    EXPECT_EQ(outcome.details, QStringList{QStringLiteral("Left out, line 2: no time that can be read")});
+    EXPECT_EQ(outcome.afterEnd, QStringLiteral("After the end of the video, line 1, 4"));
     EXPECT_TRUE(outcome.firstPoint.isNull()) << "a table's times are those of this video";
 }
 

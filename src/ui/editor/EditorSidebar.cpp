@@ -66,6 +66,8 @@ EditorSidebar::EditorSidebar(const UiContext& context, QWidget* parent)
     connect(m_count, &CountBar::seekRequested, this, &EditorSidebar::seekRequested);
     connect(m_messages, &MessageBar::firstActionChosen, this, [this] {
         shiftMarkers(m_imported.firstPoint, m_context.state.currentTime, m_context.state, &m_context.undo);
+        m_imported.afterEnd.clear(); // of the times before
+        showImport();
     });
     connect(m_messages, &MessageBar::secondActionChosen, this, &EditorSidebar::takeNames);
     connect(m_editInitial, &QToolButton::clicked, m_panel, &ScorePanel::editInitialScore);
@@ -209,6 +211,8 @@ void EditorSidebar::showImport() {
     if (m_imported.message.isEmpty())
         return m_messages->hide();
     QStringList details = m_imported.details;
+    if (!m_imported.afterEnd.isEmpty())
+        details += m_imported.afterEnd;
     const bool hasNames = !m_imported.teams.front().isEmpty();
     if (hasNames)
         details += format(m_context.text(L10nKey::importNames),

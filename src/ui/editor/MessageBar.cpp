@@ -17,7 +17,8 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     , m_detail(Controls::label(Controls::TextRole::quiet, this))
     , m_firstAction(Controls::button(Controls::ButtonKind::normal, this))
     , m_secondAction(Controls::button(Controls::ButtonKind::plain, this))
-    , m_close(Controls::iconButton(QStringLiteral("close"), this)) {
+    , m_close(Controls::iconButton(QStringLiteral("close"), this))
+    , m_actions(new QBoxLayout(QBoxLayout::LeftToRight)) {
     auto* words = new QVBoxLayout;
     words->setSpacing(2);
     for (QLabel* label : {m_message, m_detail}) {
@@ -33,14 +34,13 @@ MessageBar::MessageBar(const UiContext& context, QWidget* parent)
     head->addWidget(m_close, 0, Qt::AlignTop);
     for (QPushButton* action : {m_firstAction, m_secondAction})
         action->setFocusPolicy(Qt::TabFocus); // a click leaves the keys with the editor
-    auto* actions = new QHBoxLayout;
-    actions->setSpacing(Space::s);
-    actions->addStretch(1);
-    actions->addWidget(m_secondAction);
-    actions->addWidget(m_firstAction);
+    m_actions->setSpacing(Space::s);
+    m_actions->addStretch(1);
+    m_actions->addWidget(m_secondAction);
+    m_actions->addWidget(m_firstAction);
     auto* column = Controls::layout<QVBoxLayout>(this, {Space::m, Space::s, Space::s, Space::s}, Space::s);
     column->addLayout(head);
-    column->addLayout(actions);
+    column->addLayout(m_actions);
 
     const auto tint = [this] {
         constexpr int side = 20;
@@ -68,9 +68,23 @@ void MessageBar::showMessage(const QString& message, const QString& detail, cons
     m_firstAction->setVisible(!firstAction.isEmpty());
     m_secondAction->setText(secondAction);
     m_secondAction->setVisible(!secondAction.isEmpty());
+    arrangeActions();
     show();
     QAccessibleEvent alert(m_message, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
+}
+
+void MessageBar::resizeEvent(QResizeEvent*) {
+    arrangeActions();
+}
+
+// Side by side where both fit.
+void MessageBar::arrangeActions() {
+    const QMargins margins = layout()->contentsMargins();
+    const int room = width() - margins.left() - margins.right();
+    const int needed = m_firstAction->sizeHint().width() + Space::s + m_secondAction->sizeHint().width();
+    const bool isWide = m_secondAction->text().isEmpty() || needed <= room;
+    m_actions->setDirection(isWide ? QBoxLayout::LeftToRight : QBoxLayout::BottomToTop);
 }
 
 void MessageBar::paintEvent(QPaintEvent*) {

@@ -4,6 +4,7 @@
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
 
+#include <QBoxLayout>
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
@@ -29,15 +30,19 @@ Q_SIGNALS:
     void closed();
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void arrangeActions();
+
     QLabel* m_icon;
     QLabel* m_message;
     QLabel* m_detail;
     QPushButton* m_firstAction;
     QPushButton* m_secondAction;
     QToolButton* m_close;
+    QBoxLayout* m_actions;
     Bindings m_bindings;
 };
 
