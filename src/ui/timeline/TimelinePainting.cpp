@@ -179,16 +179,6 @@ void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look)
     const auto isElsewhere = [&](const Flag& flag) {
         return flag.id == scene.selectedMarker || flag.id == scene.movingMarker;
     };
-    constexpr double mergeDistance = 2; // points
-    double lastTick = -std::numeric_limits<double>::infinity();
-    for (const Flag& flag : visible) {
-        const double x = scene.scale.x(flag.time);
-        if (isElsewhere(flag) || !isTick(flag) || x - lastTick < mergeDistance)
-            continue;
-        lastTick = x;
-        paintVerticalLine(painter, x, scene.rows.flags.bottom() - scene.rows.laneHeight * 0.55,
-                          scene.rows.flags.bottom(), faded(tokens().quietText, 0.8F), look.devicePixelRatio);
-    }
     const auto isHovered = [&](const Flag& flag) {
         return scene.hover == TimelineHit{TimelineHit::Kind::marker, flag.id};
     };
@@ -199,6 +189,23 @@ void paintFlags(QPainter& painter, const TimelineScene& scene, const Look& look)
     for (const Flag& flag : visible) {
         if (!isTick(flag) && !isElsewhere(flag))
             paint(flag, false);
+    }
+    // Above the flags that would hide them; those that stand alone have a pole too.
+    constexpr double mergeDistance = 2; // points
+    constexpr double poleDistance = 12;
+    double lastTick = -std::numeric_limits<double>::infinity();
+    for (const Flag& flag : visible) {
+        const double x = scene.scale.x(flag.time);
+        if (isElsewhere(flag) || !isTick(flag) || x - lastTick < mergeDistance)
+            continue;
+        const bool hasPole = x - lastTick >= poleDistance;
+        lastTick = x;
+        paintVerticalLine(painter, x, scene.rows.flags.bottom() - scene.tickHeight(),
+                          scene.rows.flags.bottom(), isHovered(flag) ? tokens().accent : tokens().quietText,
+                          look.devicePixelRatio);
+        if (hasPole)
+            paintVerticalLine(painter, x, scene.rows.flags.bottom(), scene.rows.clip().bottom(),
+                              colorsOf(false, false).pole, look.devicePixelRatio);
     }
     for (const Flag& flag : visible) {
         if (flag.id == scene.selectedMarker && flag.id != scene.movingMarker)

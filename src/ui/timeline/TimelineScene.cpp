@@ -10,6 +10,7 @@ namespace pointloom {
 namespace {
 
 constexpr double reachOfPole = 5;   // points
+constexpr double reachOfTick = 3;   // points
 constexpr double reachOfEdge = 5;   // points
 constexpr double reachOfHandle = 3; // points beyond its box
 constexpr double rowGap = 2;        // points
@@ -153,10 +154,17 @@ QPointF TimelineScene::placeOf(const TimelineHit& hit) const {
 TimelineHit TimelineScene::flagAt(QPointF point) const {
     const auto hit = [](const Flag& flag) { return TimelineHit{TimelineHit::Kind::marker, flag.id}; };
     const auto isHit = [&](const Flag& flag) { return boxOf(flag).contains(point); };
+    const auto near = flags.between(scale, point.x(), point.x() + reachOfPole);
+    const auto isTickHit = [&](const Flag& flag) {
+        return detailOf(flag) == FlagDetail::tick && std::abs(scale.x(flag.time) - point.x()) <= reachOfTick;
+    };
+    if (point.y() >= rows.flags.bottom() - tickHeight()) {
+        if (const auto tick = std::ranges::find_if(near, isTickHit); tick != near.end())
+            return hit(*tick);
+    }
     if (const Flag* selected = selectedMarker ? flags.find(*selectedMarker) : nullptr;
         selected && isHit(*selected))
         return hit(*selected);
-    const auto near = flags.between(scale, point.x(), point.x() + reachOfPole);
     if (const auto box = std::ranges::find_if(near, isHit); box != near.end())
         return hit(*box);
     const Flag* nearest = nullptr;

@@ -66,6 +66,9 @@ struct TimelineScene {
     QRectF trimStartHandle() const;
     QRectF trimEndHandle() const;
 
+    /// Ticks are at the lower edge of the flags, where their neighbours' words leave space. Points.
+    double tickHeight() const { return rows.laneHeight * 0.32; }
+
     /// The box of a tick is empty. The selected flag is never a tick.
     QRectF boxOf(const Flag& flag) const;
     FlagDetail detailOf(const Flag& flag) const;

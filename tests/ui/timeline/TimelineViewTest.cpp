@@ -144,6 +144,19 @@ TEST_F(Timeline, AClickedMarkerIsSelectedAndSought) {
     EXPECT_EQ(store.saves, 0) << "looking is no edit";
 }
 
+TEST_F(Timeline, AMarkerBehindTheFlagOfAnotherIsReachedByItsTick) {
+    view.resize(1028, 140);
+    state.markers = std::vector{markerAt(10), markerAt(12)};
+    ASSERT_EQ(scene().rows.flagLanes, 1);
+    const QPoint place = at(12, scene().rows.flags);
+    QTest::mouseClick(&canvas(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(state.selectedMarkerID.value(), state.markers.value()[0].id);
+    state.selectedMarkerID = std::nullopt;
+    QTest::mouseClick(&canvas(), Qt::LeftButton, {},
+                      QPoint(place.x(), static_cast<int>(scene().rows.flags.bottom()) - 2));
+    EXPECT_EQ(state.selectedMarkerID.value(), state.markers.value()[1].id);
+}
+
 TEST_F(Timeline, ADraggedMarkerSnapsToFramesAndIsOneStep) {
     state.markers = std::vector{markerAt(10), markerAt(50)};
     const QPoint grip = onFlag(1);
