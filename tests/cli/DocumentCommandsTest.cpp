@@ -79,10 +79,10 @@ TEST_F(NewCommandTest, PointsBecomeMarkers) {
     ASSERT_TRUE(project.initialScore);
     EXPECT_EQ(servingSide(*project.initialScore), Side::second);
 
+    EXPECT_EQ(faultOf((squash + "--team1 A --force").c_str(), 2), "--team2 is required");
     write(QStringLiteral("p.txt"), "10;1\n20,5;0\nx;1\n30;2\n");
     EXPECT_EQ(faultOf((squash + "--team1 A --team2 B --force").c_str()),
               "p.txt: line 2: neither 1 nor 2 in the second field; line 3: no time that can be read");
-    EXPECT_EQ(faultOf((squash + "--team1 A").c_str(), 2), "--team2 is required");
 }
 
 TEST_F(NewCommandTest, AScoutFileNamesTheTeamsAndShowsHowManySetsThereWere) {
