@@ -69,6 +69,7 @@ void DestinationRow::build() {
     m_shownPath->setObjectName(QStringLiteral("destination"));
     m_space->setObjectName(QStringLiteral("space"));
     m_space->setWordWrap(true);
+    m_space->setMinimumHeight(m_space->fontMetrics().lineSpacing()); // its text comes later
     // A long path is shortened rather than pushing the buttons out.
     m_shownPath->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 

@@ -6,6 +6,7 @@
 #include "ui/style/Tokens.h"
 
 #include <QHBoxLayout>
+#include <QScrollBar>
 #include <QShowEvent>
 
 namespace pointloom {
@@ -83,7 +84,8 @@ void ExportSheet::fitToOptions() {
     resize(usualSize.boundedTo(availableSize(*this)));
     layout()->activate();
     const int options = m_options->layout()->totalHeightForWidth(m_optionsArea->viewport()->width());
-    const int missing = std::max(0, options - m_optionsArea->viewport()->height());
+    const int missing = std::max(options - m_optionsArea->viewport()->height(),
+                                 m_optionsArea->verticalScrollBar()->maximum());
     resize((size() + QSize(0, missing)).boundedTo(availableSize(*this)));
     placeOverWindow(*this);
 }
