@@ -6,7 +6,6 @@
 #include "ui/style/Tokens.h"
 
 #include <QHBoxLayout>
-#include <QScrollBar>
 #include <QShowEvent>
 
 namespace pointloom {
@@ -46,6 +45,8 @@ ExportSheet::ExportSheet(const UiContext& context, QWidget* parent)
 
 void ExportSheet::build() {
     m_optionsArea->setWidget(m_options);
+    m_options->setMinimumHeight(
+        1); // else its texts count as narrow as they may become, and a scroll bar shows
     m_optionsArea->setWidgetResizable(true);
     m_optionsArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_optionsArea->setFixedWidth(fontMetrics().averageCharWidth() * optionsWidth);
@@ -84,8 +85,7 @@ void ExportSheet::fitToOptions() {
     resize(usualSize.boundedTo(availableSize(*this)));
     layout()->activate();
     const int options = m_options->layout()->totalHeightForWidth(m_optionsArea->viewport()->width());
-    const int missing = std::max(options - m_optionsArea->viewport()->height(),
-                                 m_optionsArea->verticalScrollBar()->maximum());
+    const int missing = std::max(0, options - m_optionsArea->viewport()->height());
     resize((size() + QSize(0, missing)).boundedTo(availableSize(*this)));
     placeOverWindow(*this);
 }
