@@ -68,7 +68,7 @@ void openProject(benchmark::State& run) {
     Persistence persistence(defaults, *lock);
     AppState state(&persistence);
     UndoStack undo;
-    DesktopDialogs dialogs;
+    DesktopDialogs dialogs{state, defaults};
     LicenceManager licence(
         {.info = {},
          .store = std::make_unique<FileRecordStore>(folder.filePath(QStringLiteral("licence"))),

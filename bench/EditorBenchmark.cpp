@@ -35,7 +35,7 @@ struct Stage {
     AppState state;
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
-    DesktopDialogs dialogs;
+    DesktopDialogs dialogs{state, defaults};
     MarkerListView list{UiContext{state, undo, defaults, dialogs}};
     QImage picture{304, 700, QImage::Format_ARGB32_Premultiplied};
 };

@@ -25,7 +25,7 @@ struct Stage {
     AppState state;
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
-    DesktopDialogs dialogs;
+    DesktopDialogs dialogs{state, defaults};
     TimelineCanvas canvas{UiContext{state, undo, defaults, dialogs}, folder.path()};
     QImage picture{1600, 260, QImage::Format_ARGB32_Premultiplied};
 };
