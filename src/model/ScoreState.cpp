@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <ranges>
+#include <span>
 
 namespace pointloom {
 
@@ -87,8 +87,9 @@ SportScoreState withNumberOfSets(SportScoreState score, std::int64_t count) {
 }
 
 bool hasScoreAfterSet(const SportScoreState& score, std::int64_t count) {
-    return std::ranges::any_of(setsOf(score) | std::views::drop(count),
-                               [](const SetScore& set) { return set != SetScore{}; });
+    const std::span sets(setsOf(score));
+    const auto after = sets.subspan(std::min(static_cast<std::size_t>(count), sets.size()));
+    return std::ranges::any_of(after, [](const SetScore& set) { return set != SetScore{}; });
 }
 
 SportScoreState withServeSwapped(SportScoreState score) {
