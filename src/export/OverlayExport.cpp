@@ -113,6 +113,24 @@ QImage drawnOverlay(const Compositor& compositor, QSize size, const SportScoreSt
     return image.convertToFormat(QImage::Format_RGBA8888);
 }
 
+// Calls `use` with the stay of each frame of the range and the source's time from which it is shown.
+template <class Use>
+void forEachFrame(media::FrameTimes& times, const TrimRange& range, const ExportControl& control,
+                  const Use& use) {
+    const media::Rational timeBase = times.timeBase();
+    auto current = times.next();
+    while (current) {
+        control.throwIfCancelled();
+        const auto following = times.next();
+        const auto stay = range.place(*current, 0, following, timeBase);
+        if (stay)
+            use(*stay, range.shownFrom(static_cast<double>(*current) * timeBase.value()));
+        else if (range.isAfter(*current, timeBase))
+            return;
+        current = following;
+    }
+}
+
 Compositor compositorFor(const ExportJob& job, const PictureLayout& layout) {
     return {job, {layout.canvas.toSize(), layout.nativeVideoSize, layout.isFilled()}};
 }
@@ -142,23 +160,13 @@ ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const Exp
         for (const ExportPart& part : timeline.parts) {
             if (&part != &timeline.parts.front())
                 times.seek(part.range.decodingStart(timeBase));
-            auto current = times.next();
-            while (current) {
-                control.throwIfCancelled();
-                const auto following = times.next();
-                auto stay = part.range.place(*current, 0, following, timeBase);
-                if (!stay && part.range.isAfter(*current, timeBase))
-                    break;
-                if (stay) {
-                    const double time = static_cast<double>(*current) * timeBase.value();
-                    if (const SportScoreState* changed = score.changedAt(part.range.shownFrom(time)))
-                        sink->setImage(drawnOverlay(compositor, size, *changed));
-                    stay->timestamp += part.offset;
-                    sink->write(*stay);
-                    progress.countFrame();
-                }
-                current = following;
-            }
+            forEachFrame(times, part.range, control, [&](TrimRange::Stay stay, double sourceTime) {
+                if (const SportScoreState* changed = score.changedAt(sourceTime))
+                    sink->setImage(drawnOverlay(compositor, size, *changed));
+                stay.timestamp += part.offset;
+                sink->write(stay);
+                progress.countFrame();
+            });
         }
         if (progress.frames() == 0)
             throw ExportError::exportFailed(QStringLiteral("the trim range holds no frame of the video"));
