@@ -16,13 +16,13 @@ constexpr auto presetWords = std::to_array<std::pair<ExportPreset, std::string_v
 });
 
 // Two numbers of seconds, 0 or more, around `separator`.
-std::optional<TimeSpan> parseSeconds(const std::string& text, char separator) {
+std::optional<std::pair<double, double>> parseSeconds(const std::string& text, char separator) {
     const std::size_t at = std::min(text.find(separator), text.size());
     const auto first = parseDecimal<double>(std::string_view(text).substr(0, at));
     const auto second = parseDecimal<double>(std::string_view(text).substr(std::min(at + 1, text.size())));
     if (!first || !second || !(*first >= 0) || !(*second >= 0))
         return std::nullopt;
-    return TimeSpan{*first, *second};
+    return std::pair(*first, *second);
 }
 
 void addPartOptions(CLI::App& app, ExportRequest& request) {
@@ -30,7 +30,7 @@ void addPartOptions(CLI::App& app, ExportRequest& request) {
         const auto seconds = parseSeconds(text, ',');
         if (!seconds)
             throw CLI::ValidationError("--rallies", "give two numbers of seconds, as 10,2");
-        request.settings.rallies = {seconds->start, seconds->end};
+        request.settings.rallies = {seconds->first, seconds->second};
     };
     app.add_option_function<std::string>("--rallies", takeRallies,
                                          "Keep only so many seconds before and after each marker")
@@ -38,9 +38,9 @@ void addPartOptions(CLI::App& app, ExportRequest& request) {
     const auto takeLeftOut = [&request](const std::vector<std::string>& spans) {
         for (const std::string& text : spans) {
             const auto span = parseSeconds(text, '-');
-            if (!span || !(span->start < span->end))
+            if (!span || !(span->first < span->second))
                 throw CLI::ValidationError("--leave-out", "give two numbers of seconds, as 61.5-90");
-            request.leftOut.push_back(*span);
+            request.leftOut.push_back({span->first, span->second});
         }
     };
     app.add_option_function<std::vector<std::string>>(
@@ -57,10 +57,10 @@ void addSizeOptions(CLI::App& app, ExportRequest& request) {
         request.settings.fill = position.empty() ? middle : parseDecimal<double>(position);
     };
     addChoice(app, "--preset", request.settings.preset, presetWords, "Size of the picture");
-    limitNumber(app.add_option_function<std::string>(
-                    "--fill", takeFill,
-                    "Crop to its shape instead of black bars: 0 left or top, 1 right or bottom"),
-                0, 1)
+    limitNumber(
+        app.add_option_function<std::string>(
+            "--fill", takeFill, "Crop to its shape instead of black bars: 0 left or top, 1 right or bottom"),
+        0, 1)
         ->expected(0, 1)
         ->type_name("[POSITION]");
 }
