@@ -118,7 +118,7 @@ struct ExportJob {
     double trimStart = 0;             // seconds of the source's timeline
     std::optional<double> trimEnd;    // none: to the end of the video
     std::vector<TimeSpan> leftOut;    // of the range, in any order
-    std::vector<FrameWindow> windows; // of the range, settled for a plan; empty: see `frameWindows`
+    std::vector<FrameWindow> windows; // of the range, settled in a plan; else empty: see `frameWindows`
 
     // These are not in the JSON of a job.
     QString projectPath;                   // the document that the job was made of; empty when there is none

@@ -171,20 +171,25 @@ SegmentPlan parse(const QByteArray& bytes, const QString& path) {
     }
 }
 
-void requireWholeChain(const SegmentPlan& plan, const QString& path) {
-    if (plan.segments.empty() || plan.count() > SegmentPlan::mostSegments)
-        fail(path, "segments: expected 1 to " + std::to_string(SegmentPlan::mostSegments));
-    if (plan.ticksPerSecond < 1 || plan.ticksPerSecond > std::numeric_limits<int>::max())
-        fail(path, "ticksPerSecond: out of range");
+void requireWindowsInOrder(const std::vector<FrameWindow>& windows, const QString& path) {
     constexpr std::int64_t farthest = std::int64_t{1} << 53; // ticks
+    if (windows.empty())
+        fail(path, "job.windows: expected at least one");
     std::int64_t last = -farthest;
-    for (const FrameWindow& window : plan.job.windows) {
+    for (const FrameWindow& window : windows) {
         const std::int64_t from = window.from.value_or(last);
         const std::int64_t until = window.until.value_or(farthest);
         if (from < last || until <= from || until > farthest)
             fail(path, "job.windows: not in order");
         last = until;
     }
+}
+
+void requireWholeChain(const SegmentPlan& plan, const QString& path) {
+    if (plan.segments.empty() || plan.count() > SegmentPlan::mostSegments)
+        fail(path, "segments: expected 1 to " + std::to_string(SegmentPlan::mostSegments));
+    if (plan.ticksPerSecond < 1 || plan.ticksPerSecond > std::numeric_limits<int>::max())
+        fail(path, "ticksPerSecond: out of range");
     for (std::size_t i = 0; i < plan.segments.size(); ++i) {
         const PlannedSegment& segment = plan.segments[i];
         const bool isFirst = i == 0;
@@ -206,13 +211,12 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
     if (info.video->timeBase.numerator != 1)
         throw ExportError::exportFailed(
             QStringLiteral("the video's clock does not count in parts of a second"));
-    const ExportTimeline timeline = exportTimeline(job, info);
     SegmentPlan plan;
     plan.version = formVersion;
     plan.program = program;
     plan.job = withAbsolutePaths(job);
-    if (timeline.parts.size() > 1 || job.settings.rallies || !job.leftOut.empty())
-        plan.job.windows = frameWindows(job, info);
+    plan.job.windows = frameWindows(job, info);
+    const ExportTimeline timeline = exportTimeline(plan.job, info);
     plan.video = FileFingerprint::of(job.videoPath);
     plan.pictures = picturesOf(job.overlay);
     plan.hasSound = soundCanBeRead(job, timeline, info.video->timeBase);
@@ -235,6 +239,7 @@ SegmentPlan SegmentPlan::decode(const QByteArray& bytes, const QString& path, co
                        " of the program, this is version " + program.toStdString());
     if (plan.checksum != checksumOf(plan))
         fail(path, "the plan was changed after it was made");
+    requireWindowsInOrder(plan.job.windows, path);
     requireWholeChain(plan, path);
     return plan;
 }
@@ -261,9 +266,8 @@ FrameWindow SegmentPlan::window(int number) const {
 
 std::int64_t SegmentPlan::offset(int number) const {
     const FrameWindow segment = window(number);
-    const auto windows = job.windows.empty() ? std::vector<FrameWindow>(1) : job.windows;
-    return segment.from ? newTicksBefore(*segment.from, job, windows, {1, static_cast<int>(ticksPerSecond)})
-                        : 0;
+    const media::Rational timeBase{1, static_cast<int>(ticksPerSecond)};
+    return segment.from ? newTicksBefore(*segment.from, job, job.windows, timeBase) : 0;
 }
 
 void SegmentPlan::requireUnchangedInputs() const {
