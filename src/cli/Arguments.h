@@ -30,9 +30,10 @@ constexpr PathKind csvFile{"FILE.csv", "csv"};
 constexpr PathKind pointsFile{"FILE", "csv tsv txt dvw"};
 constexpr PathKind licenceFile{"FILE.json", "json"};
 constexpr PathKind planFile{"PLAN.json", "json"};
+constexpr PathKind captionsFile{"CAPTIONS", "srt vtt csv json"};
 constexpr PathKind folderPath{"FOLDER", ""};
-inline constexpr std::array pathKinds{projectFile, videoFile,   imageFile, pngFile,   csvFile,
-                                      pointsFile,  licenceFile, planFile,  folderPath};
+inline constexpr std::array pathKinds{projectFile, videoFile,   imageFile, pngFile,      csvFile,
+                                      pointsFile,  licenceFile, planFile,  captionsFile, folderPath};
 
 /// Choices of a side.
 constexpr auto sideNumbers =

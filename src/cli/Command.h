@@ -39,6 +39,7 @@ std::unique_ptr<Command> makeSegmentCommand(CLI::App& root);
 std::unique_ptr<Command> makeJoinCommand(CLI::App& root);
 std::unique_ptr<Command> makeStillCommand(CLI::App& root);
 std::unique_ptr<Command> makeScoreboardCommand(CLI::App& root);
+std::unique_ptr<Command> makeCaptionsCommand(CLI::App& root);
 std::unique_ptr<Command> makeScoreCommand(CLI::App& root);
 std::unique_ptr<Command> makeNewCommand(CLI::App& root);
 std::unique_ptr<Command> makeCheckCommand(CLI::App& root);

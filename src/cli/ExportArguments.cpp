@@ -77,12 +77,16 @@ void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures
               "Smaller files, or pictures nearer to the source's");
 }
 
-void addRequestOptions(CLI::App& app, ExportRequest& request, Pictures pictures) {
+void addRangeOptions(CLI::App& app, ExportRequest& request) {
     addPath(app, "--video", request.videoPath, videoFile, "The source, in place of the project's video");
-    addEncodingOptions(app, request, pictures);
     addTimeOption(app, "--trim-start", request.trimStart, "Start of the range, in place of the project's");
     addTimeOption(app, "--trim-end", request.trimEnd, "End of the range, in place of the project's");
     addPartOptions(app, request);
+}
+
+void addRequestOptions(CLI::App& app, ExportRequest& request, Pictures pictures) {
+    addRangeOptions(app, request);
+    addEncodingOptions(app, request, pictures);
     addPath(app, "--watermark", request.watermarkPath, imageFile,
             "Logo in a corner, in place of the project's");
     addChoice(app, "--watermark-corner", request.watermarkCorner, RawValues<WatermarkCorner>::table,

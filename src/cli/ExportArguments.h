@@ -19,7 +19,10 @@ void addSizeOptions(CLI::App& app, ExportRequest& request);
 /// These and --format, --quality.
 void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures = Pictures::no);
 
-/// These and the others that `export` and `plan` have in common.
+/// --video, --trim-start, --trim-end, --rallies, --leave-out.
+void addRangeOptions(CLI::App& app, ExportRequest& request);
+
+/// All of these and the others that `export` and `plan` have in common.
 void addRequestOptions(CLI::App& app, ExportRequest& request, Pictures pictures = Pictures::no);
 
 /// "auto" is software: its quality is what the defaults promise.

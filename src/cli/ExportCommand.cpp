@@ -9,8 +9,6 @@
 #include "export/ExportTimeline.h"
 #include "export/OverlayExport.h"
 #include "export/segments/ParallelExport.h"
-#include "media/MediaError.h"
-#include "media/MediaInfo.h"
 
 #include <utility>
 
@@ -66,18 +64,8 @@ ExportCommand::ExportCommand(CLI::App& root)
         "Ctrl-C stops the export and removes what was written; the exit status is then 130.");
 }
 
-media::MediaInfo infoOf(const ExportJob& job) {
-    try {
-        media::MediaInfo info = media::readMediaInfo(job.videoPath);
-        requireRange(job, info.duration);
-        return info;
-    } catch (const media::MediaError& error) {
-        throw CommandError(job.videoPath + QStringLiteral(": ") + QString::fromUtf8(error.what()));
-    }
-}
-
 void printChapters(const ExportJob& job) {
-    const auto chapters = chaptersOf(job, exportTimeline(job, infoOf(job)).map);
+    const auto chapters = chaptersOf(job, exportTimeline(job, videoInfo(job)).map);
     if (chapters.empty())
         throw CommandError("no marker of the project has a label, so there are no chapters");
     print(chapterList(chapters).toStdString());

@@ -126,6 +126,16 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     return inputs;
 }
 
+media::MediaInfo videoInfo(const ExportJob& job) {
+    try {
+        media::MediaInfo info = media::readMediaInfo(job.videoPath);
+        requireRange(job, info.duration);
+        return info;
+    } catch (const media::MediaError& error) {
+        throw CommandError(job.videoPath + QStringLiteral(": ") + QString::fromUtf8(error.what()));
+    }
+}
+
 void settleEncoder(ProjectInputs& inputs) {
     if (const auto fallback = settleEncoder(inputs.job))
         inputs.remarks.notes +=

@@ -16,7 +16,7 @@ struct ExportRequest {
     std::optional<double> trimStart; // seconds
     std::optional<double> trimEnd;
     std::vector<TimeSpan> leftOut;
-    ExportSettings settings;    // the watermark's corner apart
+    ExportSettings settings; // the watermark's corner apart
     QString outputPath;
 };
 
@@ -30,6 +30,9 @@ struct ProjectInputs {
 /// warning, and so is a watermark that is missing or cannot be read, whether the document or `request` names
 /// it.
 ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, const ExportRequest& request);
+
+/// Facts about the job's video, of which its range is one. Throws CommandError and ExportError.
+media::MediaInfo videoInfo(const ExportJob& job);
 
 /// Takes the software encoder where the requested one does not work on this machine, and notes why. Throws
 /// ExportError.

@@ -18,9 +18,9 @@ std::vector<std::unique_ptr<Command>> makeCommands(CLI::App& root) {
     std::vector<std::unique_ptr<Command>> commands; // in the order of help
     for (const auto make :
          {makeExportCommand, makeBatchCommand, makePlanCommand, makeSegmentCommand, makeJoinCommand,
-          makeStillCommand, makeScoreboardCommand, makeScoreCommand, makeNewCommand, makeCheckCommand,
-          makeTemplatesCommand, makeMarkersCommand, makeLicenceCommand, makeCompletionCommand,
-          makeCompleteCommand, makeManualCommand})
+          makeStillCommand, makeScoreboardCommand, makeCaptionsCommand, makeScoreCommand, makeNewCommand,
+          makeCheckCommand, makeTemplatesCommand, makeMarkersCommand, makeLicenceCommand,
+          makeCompletionCommand, makeCompleteCommand, makeManualCommand})
         commands.push_back(make(root));
     return commands;
 }

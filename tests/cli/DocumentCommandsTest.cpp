@@ -14,6 +14,7 @@ using CheckCommandTest = ProgramTest;
 using ScoreboardCommandTest = ProgramTest;
 using MarkersCommandTest = ProgramTest;
 using TemplatesCommandTest = ProgramTest;
+using CaptionsCommandTest = ProgramTest;
 
 TEST_F(TemplatesCommandTest, ListsTheCatalogueOrOneSport) {
     const auto ids = [&](const char* arguments) {
@@ -43,6 +44,35 @@ TEST_F(MarkersCommandTest, ThePrintedSampleReadsBack) {
     EXPECT_EQ(markers[4].label, QStringLiteral("Match point"));
     EXPECT_EQ(run("markers s.csv").out.split('\n').at(3),
               "     45.00 s  serving 1  game 15-0  sets 6-3 0-0 0-0  Second set");
+}
+
+TEST_F(CaptionsCommandTest, MarkersGoOutAndComeBack) {
+    write(QStringLiteral("in.csv"), "1.5;\"Set; \"\"1\"\"\";2;adv;40;6;4;1;0\n3;;1;0;15;6;4;1;0\n");
+    ASSERT_EQ(run((std::string(newTennis) + " --markers in.csv").c_str()).status, 0);
+    ASSERT_EQ(run("captions m.plp -o out.csv").status, 0);
+    ASSERT_EQ(run("captions m.plp -o out.json").status, 0);
+    const auto read = [&](const char* name) {
+        auto markers = json::decode<std::vector<Marker>>(run(name).outJson());
+        for (Marker& marker : markers)
+            marker.id = {};
+        return markers;
+    };
+    const auto markers = read("markers in.csv --json");
+    ASSERT_EQ(markers.size(), 2U);
+    EXPECT_EQ(markers[0].label, QStringLiteral("Set; \"1\""));
+    EXPECT_EQ(read("markers out.csv --json"), markers);
+    QFile written(path(QStringLiteral("out.json")));
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(json::decode<std::vector<Marker>>(json::parse(written.readAll())).size(), 2U);
+}
+
+TEST_F(CaptionsCommandTest, RefusesWhatItCannotWrite) {
+    ASSERT_EQ(run(newTennis).status, 0);
+    EXPECT_EQ(faultOf("captions m.plp -o m.txt", 2),
+              "--output: the name must end in .srt, .vtt, .csv or .json");
+    EXPECT_EQ(faultOf("captions m.plp -o m.srt"), "m.plp: no video is chosen; name one with --video");
+    EXPECT_FALSE(exists(QStringLiteral("m.srt")));
+    ASSERT_EQ(run("captions m.plp -o m.json").status, 0);
 }
 
 TEST_F(MarkersCommandTest, LabelsLeaveTheTerminalAlone) {
@@ -201,7 +231,8 @@ TEST_F(CheckCommandTest, SaysOnOneLineEachWhatIsOddInADocument) {
     const QString report = QString::fromUtf8(run("check m.plp").out);
     EXPECT_TRUE(report.contains(u"match       A?[31m?B  -  ")) << report.toStdString();
     EXPECT_TRUE(report.contains(u"warning     Tennis is not played over -5 sets\n")) << report.toStdString();
-    EXPECT_TRUE(report.contains(u"warning     rules: \"beach\" is no rule of tennis\n")) << report.toStdString();
+    EXPECT_TRUE(report.contains(u"warning     rules: \"beach\" is no rule of tennis\n"))
+        << report.toStdString();
 }
 
 TEST_F(ScoreboardCommandTest, DrawsTheScoreOfAMoment) {

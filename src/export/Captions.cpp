@@ -1,0 +1,145 @@
+#include "export/Captions.h"
+
+#include "model/ScoringEngine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QStringList>
+
+namespace pointloom {
+
+namespace {
+
+QString between(const QString& first, const QString& second) {
+    return first + u'–' + second;
+}
+
+bool isEmpty(const SetScore& set) {
+    return set.team1 == 0 && set.team2 == 0;
+}
+
+// A set at 0 to 0 after the others has not begun.
+QString setsText(const std::vector<SetScore>& sets) {
+    const auto last = std::find_if_not(sets.rbegin(), sets.rend(), isEmpty).base();
+    QStringList texts;
+    for (auto set = sets.begin(); set != last; ++set)
+        texts += between(set->display(Side::first), set->display(Side::second));
+    return texts.join(u' ');
+}
+
+QString scoreText(const SportScoreState& score) {
+    const QString zero = QStringLiteral("0");
+    const auto [game1, game2] = gameTexts(score);
+    const QString sets = setsText(setsOf(score));
+    if (game1 == zero && game2 == zero)
+        return sets.isEmpty() ? between(zero, zero) : sets;
+    const QString game = between(game1, game2);
+    if (!sets.isEmpty())
+        return sets + QStringLiteral(" · ") + game;
+    // Points of the first game are not games of the first set.
+    return std::holds_alternative<ScoreState>(score) ? between(zero, zero) + QStringLiteral(" · ") + game
+                                                     : game;
+}
+
+QString asCueText(QString text) {
+    return text.replace(u'&', QStringLiteral("&amp;"))
+        .replace(u'<', QStringLiteral("&lt;"))
+        .replace(u'>', QStringLiteral("&gt;"));
+}
+
+QString captionText(const OverlayDescription& overlay, double sourceTime) {
+    const Marker* marker = ScoringEngine::markerAtTime(overlay.markers, sourceTime);
+    const MatchConfig& match = overlay.config;
+    const QString names =
+        between(match.team1.displayName().simplified() + u' ', u' ' + match.team2.displayName().simplified());
+    QString text = names + QStringLiteral("  ") + scoreText(marker ? marker->score : overlay.initialScore);
+    if (marker && marker->label && !marker->label->trimmed().isEmpty())
+        text += u'\n' + marker->label->simplified();
+    return text;
+}
+
+// "00:01:02,500"
+QString timeText(double seconds, QChar decimalSign) {
+    constexpr int perSecond = 1000;
+    constexpr int sixty = 60;
+    const qint64 milliseconds = std::llround(seconds * perSecond);
+    const qint64 whole = milliseconds / perSecond;
+    return QStringLiteral("%1:%2:%3%4%5")
+        .arg(whole / sixty / sixty, 2, 10, QLatin1Char('0'))
+        .arg(whole / sixty % sixty, 2, 10, QLatin1Char('0'))
+        .arg(whole % sixty, 2, 10, QLatin1Char('0'))
+        .arg(decimalSign)
+        .arg(milliseconds % perSecond, 3, 10, QLatin1Char('0'));
+}
+
+QString spanText(const Caption& caption, QChar decimalSign) {
+    return timeText(caption.start, decimalSign) + QStringLiteral(" --> ") +
+           timeText(caption.end, decimalSign);
+}
+
+QString quoted(QString field) {
+    return u'"' + field.simplified().replace(u'"', QStringLiteral("\"\"")) + u'"';
+}
+
+}
+
+std::vector<Caption> captionsOf(const OverlayDescription& overlay, const TimeMap& map) {
+    std::vector<double> times{0};
+    for (const Marker& marker : overlay.markers)
+        times.push_back(map.newTime(marker.startTime));
+    double seam = 0;
+    for (const TimeSpan& part : map.parts())
+        times.push_back(seam += part.end - part.start);
+    std::ranges::sort(times);
+
+    std::vector<Caption> captions;
+    for (const double time : times) {
+        if (time < 0 || time >= map.length())
+            continue;
+        const QString text = captionText(overlay, map.sourceTime(time));
+        if (captions.empty() || captions.back().text != text)
+            captions.push_back({time, map.length(), text});
+        if (captions.size() > 1)
+            captions[captions.size() - 2].end = captions.back().start;
+    }
+    return captions;
+}
+
+QByteArray asSubRip(const std::vector<Caption>& captions) {
+    QString text;
+    int number = 0;
+    for (const Caption& caption : captions)
+        text += QStringLiteral("%1\n%2\n%3\n\n").arg(++number).arg(spanText(caption, u','), caption.text);
+    return text.toUtf8();
+}
+
+QByteArray asWebVtt(const std::vector<Caption>& captions) {
+    QString text = QStringLiteral("WEBVTT\n\n");
+    for (const Caption& caption : captions)
+        text += QStringLiteral("%1\n%2\n\n").arg(spanText(caption, u'.'), asCueText(caption.text));
+    return text.toUtf8();
+}
+
+QByteArray asTable(const std::vector<Marker>& markers) {
+    std::size_t mostSets = 0;
+    for (const Marker& marker : markers)
+        mostSets = std::max(mostSets, setsOf(marker.score).size());
+    QString text = QStringLiteral("startTime;label;servingTeam;game_team1;game_team2");
+    for (std::size_t set = 1; set <= mostSets; ++set)
+        text += QStringLiteral(";set%1_t1;set%1_t2").arg(set);
+    text += u'\n';
+    for (const Marker& marker : markers) {
+        const auto [game1, game2] = gameTexts(marker.score);
+        QStringList fields{QString::number(marker.startTime, 'g', QLocale::FloatingPointShortest),
+                           quoted(marker.label.value_or(QString())),
+                           QString::number(teamNumber(servingSide(marker.score))), game1, game2};
+        auto sets = setsOf(marker.score);
+        sets.resize(mostSets);
+        for (const SetScore& set : sets)
+            fields += {QString::number(set.team1), QString::number(set.team2)};
+        text += fields.join(u';') + u'\n';
+    }
+    return text.toUtf8();
+}
+
+}
