@@ -80,15 +80,14 @@ void Persistence::load(AppState& into) noexcept {
         const auto stored = m_defaults.data(sessionKey);
         if (!stored)
             return;
-        const auto restore = [&](Snapshot session) {
-            session.selectedSport = session.selectedSport.value_or(SportID::tennis);
+        const auto restore = [&](const Snapshot& session) {
             restoreRecord(session, into);
             into.step = Screen::sport;
         };
         if (auto snapshot = decodeIfFits<Snapshot>(*stored)) {
             m_isStoredValueOurs = true;
             snapshot->scoreboardUserScale = 1.0;
-            restore(*std::move(snapshot));
+            restore(*snapshot);
         } else if (const auto legacy = decodeIfFits<LegacySnapshot>(*stored)) {
             restore(legacy->migrated());
             save(into);

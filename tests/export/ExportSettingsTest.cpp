@@ -4,6 +4,8 @@
 #include "export/TrimRange.h"
 
 #include <gtest/gtest.h>
+#include <QDir>
+#include <QTemporaryDir>
 
 namespace pointloom {
 
@@ -56,6 +58,16 @@ TEST(ExportSettings, OutputIsNamedByLocalTimeAndFormat) {
     EXPECT_TRUE(defaultOutputPath(ExportFormat::h264, time)
                     .endsWith(QStringLiteral("/scoreboard_2025-03-07_18-04-59.mp4")));
     EXPECT_TRUE(defaultOutputPath(ExportFormat::prores, time).endsWith(QStringLiteral("_18-04-59.mov")));
+}
+
+TEST(ExportSettings, OutputGoesToTheDownloadsOfAUserThatHasAHome) {
+    const QByteArray home = qgetenv("HOME");
+    const auto restore = qScopeGuard([&] { qputenv("HOME", home); });
+    const QTemporaryDir user;
+    qputenv("HOME", QFile::encodeName(user.path()));
+    EXPECT_TRUE(defaultOutputPath(ExportFormat::h264).startsWith(user.path() + u'/'));
+    qputenv("HOME", "/");
+    EXPECT_TRUE(defaultOutputPath(ExportFormat::h264).startsWith(QDir::tempPath() + u'/'));
 }
 
 TEST(ExportSettings, ErrorsReadAsAUserExpects) {

@@ -250,6 +250,18 @@ TEST(FrameOverlay, NoTemplateReachesBeyondItsLayer) {
     }
 }
 
+TEST(FrameOverlay, AScoreboardOverTheEdgeIsCutThere) {
+    ExportJob job = jobWith({});
+    const PictureLayout layout = layoutOf({});
+    for (const QPointF place : {QPointF(0, 0.5), QPointF(1, 0.5), QPointF(0.5, 0), QPointF(0.5, 1)}) {
+        job.overlay.scoreboardPosition = place;
+        VideoFrame frame = flatFrame(layout.frameSize, {});
+        FrameOverlay(job, layout, {}).drawInto(frame, 0);
+        EXPECT_LE(largestDifference(frame, reference(job, layout), {}), 2.5)
+            << place.x() << ", " << place.y();
+    }
+}
+
 TEST(FrameOverlay, DrawsEachScoreAtItsTimeAndLeavesTheRestOfTheFrameUntouched) {
     ExportJob job = jobWith({});
     OverlayDescription& description = job.overlay;

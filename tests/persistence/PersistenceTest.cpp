@@ -114,6 +114,12 @@ TEST_F(Autosave, PositionsAboveOneAreOldOnesInPoints) {
     EXPECT_EQ(positionOf("-3", "0.5"), QPointF(-3, 0.5));
 }
 
+TEST_F(Autosave, ASessionThatNamesNoSportIsTennis) {
+    const QByteArray stored(
+        R"({"markers":[],"cuts":[],"scoreboardPositionX":0.5,"scoreboardPositionY":0.5,"trimStart":0})");
+    EXPECT_EQ(restored(stored)->selectedSport.value(), SportID::tennis);
+}
+
 TEST_F(Autosave, ALegacySessionIsRestoredAsTennisAndRewrittenAtOnce) {
     const QByteArray legacy(
         R"({"selectedTemplate":"wimbledon","markers":[{"id":"6F9619FF-8B86-D011-B42D-00C04FC964FF",)"

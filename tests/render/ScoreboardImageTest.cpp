@@ -46,6 +46,25 @@ TEST(ScoreboardImage, GrowsForABoardLargerThanItsCanvas) {
     EXPECT_NEAR(drawn.right(), 10 + board.width(), 1.5) << "the game cell is whole";
 }
 
+TEST(ScoreboardImage, KeepsTheRoomAroundABoardSmallerThanItsCanvas) {
+    const QImage image = renderScoreboardImage(TemplateID::minimal, tennisScore(), shortMatch(), {}, 1);
+    EXPECT_EQ(image.size(), QSize(270, 97)) << "as the others, though its board is 240 x 73";
+}
+
+TEST(ScoreboardImage, TemplatesLeaveThePainterAsItWas) {
+    for (const TemplateID id : allCases<TemplateID>()) {
+        QImage image = transparentImage(400, 300);
+        QPainter painter(&image);
+        painter.translate(3, 4);
+        const auto before = std::tuple(painter.transform(), painter.renderHints(), painter.hasClipping());
+        const SportScoreState score = scoreFor(id);
+        TemplateRegistry::templateFor(id).draw(painter, {score, shortMatch(), QSizeF(400, 300), {}},
+                                               {10, 10});
+        EXPECT_EQ(before, std::tuple(painter.transform(), painter.renderHints(), painter.hasClipping()))
+            << rawValue(id);
+    }
+}
+
 TEST(ScoreboardImage, BoundsScaleAndSize) {
     EXPECT_TRUE(renderScoreboardImage(TemplateID::classic, tennisScore(), shortMatch(), {}, 0).isNull());
     EXPECT_TRUE(renderScoreboardImage(TemplateID::classic, tennisScore(), shortMatch(), {}, -1).isNull());
@@ -53,6 +72,10 @@ TEST(ScoreboardImage, BoundsScaleAndSize) {
         renderScoreboardImage(TemplateID::classic, tennisScore(), shortMatch(), {}, std::nan("")).isNull());
     EXPECT_EQ(renderScoreboardImage(TemplateID::classic, tennisScore({}), shortMatch(), {}, 1e9).height(),
               97 * 16);
+    const QImage tall = renderScoreboardImage(TemplateID::stacked, tennisScore(std::vector<SetScore>(40)),
+                                              shortMatch(), {}, 1e9);
+    EXPECT_NEAR(static_cast<double>(tall.width()) * tall.height(), 64e6, 1e6)
+        << "pixels of a card of 40 sets";
     const MatchConfig endless = matchBetween(QString(100'000, u'x'), {});
     const QImage image = renderScoreboardImage(TemplateID::classic, tennisScore(), endless, {}, 2);
     ASSERT_FALSE(image.isNull());

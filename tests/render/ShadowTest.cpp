@@ -36,6 +36,19 @@ TEST(Shadow, IsAGaussianOfHalfTheBlur) {
     EXPECT_NEAR(alphaAt(image, 100, 100), 0.25, 0.06) << "a corner is the product of two edges";
 }
 
+TEST(Shadow, IsTheSameAlongTheWholeOfALongShape) {
+    QImage image = transparentImage(300, 40);
+    QPainter painter(&image);
+    QPainterPath bar;
+    bar.addRect(20, 10, 260, 20);
+    drawShadow(painter, bar, {{0, 0, 0, 1}, 8, {}}, 1);
+    painter.end();
+    for (int x = 40; x < 260; ++x)
+        ASSERT_EQ(image.pixel(x, 31), image.pixel(150, 31)) << x;
+    EXPECT_EQ(image.pixel(18, 20), image.pixel(281, 20)) << "both ends";
+    EXPECT_GT(alphaAt(image, 281, 20), 0.1);
+}
+
 TEST(Shadow, ScalesWithThePainter) {
     const Shadow shadow{{0, 0, 0, 0.5}, 8, {3, 5}};
     const QImage once = shadowOnly(1, shadow);
