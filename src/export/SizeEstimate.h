@@ -9,9 +9,9 @@
 
 namespace pointloom {
 
-/// Bytes of the file that the export would write. Encodes up to 128 frames from all over the range to
-/// memory, which may take seconds: for a background thread. `isStopped` is polled at each of them. Empty when
-/// it was stopped, or the export would fail.
+/// Bytes of the file that the export would write, mostly within a quarter. Encodes up to 192 frames and 16 s
+/// of sound from all over the range, which takes seconds: for a background thread. `isStopped` is polled at
+/// each frame. Empty when it was stopped, or the export would fail.
 std::optional<std::int64_t> estimatedBytes(const ExportJob& job, const std::function<bool()>& isStopped = {});
 
 }

@@ -34,6 +34,16 @@ TEST(SizeEstimate, IsNearTheSizeOfTheFileWhateverTheSettings) {
     EXPECT_NEAR(ratioToTruth(job), 1, 0.3);
 }
 
+TEST(SizeEstimate, SilenceAndPicturesThatBeginLateTakeLittle) {
+    const test::ClipFolder folder;
+    const QString clip =
+        folder.make(QStringLiteral("late.mp4"),
+                    "-itsoffset 10 -f lavfi -i testsrc2=s=320x180:r=25:d=4 -f lavfi -i anullsrc=d=14 "
+                    "-shortest -c:v libx264 -pix_fmt yuv420p -c:a aac");
+    ExportJob job = test::jobFor(clip, folder.path(QStringLiteral("out.mp4")));
+    EXPECT_NEAR(ratioToTruth(job), 1, 0.3);
+}
+
 TEST(SizeEstimate, NothingIsSaidOfWhatCannotBeExportedOrWasStopped) {
     const test::ClipFolder folder;
     ExportJob job = test::jobFor(folder.path(QStringLiteral("none.mp4")), {});
