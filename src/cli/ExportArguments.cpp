@@ -26,6 +26,7 @@ std::optional<std::pair<double, double>> parseSeconds(const std::string& text, c
 }
 
 void addPartOptions(CLI::App& app, ExportRequest& request) {
+    app.add_flag("--whole-range", request.keepsWholeRange, "Keep what the project leaves out of its range");
     const auto takeRallies = [&request](const std::string& text) {
         const auto seconds = parseSeconds(text, ',');
         if (!seconds)

@@ -118,9 +118,14 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     job = exportJobFor(project).value(); // all that it needs was required above
     warnOfScoresNotDrawn(job.overlay, inputs.remarks);
     const WatermarkCorner corner = request.watermarkCorner.value_or(job.settings.watermarkCorner);
+    const auto rallies = job.settings.rallies;
     job.settings = request.settings;
     job.settings.watermarkCorner = corner;
-    job.leftOut = request.leftOut;
+    if (request.keepsWholeRange)
+        job.leftOut.clear();
+    else if (!job.settings.rallies)
+        job.settings.rallies = rallies;
+    job.leftOut.insert(job.leftOut.end(), request.leftOut.begin(), request.leftOut.end());
     job.projectPath = projectPath;
     job.outputPath = request.outputPath;
     return inputs;

@@ -15,6 +15,7 @@ struct ExportRequest {
     std::optional<WatermarkCorner> watermarkCorner;
     std::optional<double> trimStart; // seconds
     std::optional<double> trimEnd;
+    bool keepsWholeRange = false; // whatever the project leaves out
     std::vector<TimeSpan> leftOut;
     ExportSettings settings; // the watermark's corner apart
     QString outputPath;

@@ -59,6 +59,7 @@ struct Persistence::Snapshot : StoredProject<SportScoreState> {
     std::optional<double> scoreboardUserScale;
     std::optional<Language> language;
     std::optional<std::vector<std::string>> rules{}; // as in documents
+    std::optional<PartChoice> parts{};               // as in documents
 
     bool operator==(const Snapshot&) const = default;
 

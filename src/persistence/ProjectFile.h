@@ -14,13 +14,16 @@ struct LegacyProjectFile : StoredProject<ScoreState> {
     static constexpr auto jsonFields() { return storedFields<LegacyProjectFile>(); }
 };
 
-/// The current document format. It holds neither cut zones nor the interface language.
+/// The current document format. It holds no interface language, and cut zones only where the export leaves
+/// them out.
 struct ProjectFile : StoredProject<SportScoreState> {
     std::int64_t version = 1; // not checked on reading
     std::optional<SportID> selectedSport;
     std::optional<double> scoreboardUserScale;
     std::optional<QString> videoPath;
     std::optional<std::vector<std::string>> rules{}; // words, or "by-hand"; absent: the sport's usual rules
+    std::optional<PartChoice> parts{};               // absent: all of the range is exported
+    std::optional<std::vector<CutZone>> cuts{};
 
     bool operator==(const ProjectFile&) const = default;
 

@@ -69,12 +69,15 @@ QString settled(OpenReport::Role role, const NamedFile& file, OpenReport& report
 }
 
 ProjectFile projectFrom(const AppState& state) {
-    return recordOf<ProjectFile>(state);
+    auto project = recordOf<ProjectFile>(state);
+    if (!state.parts.value().withoutCuts)
+        project.cuts = std::nullopt;
+    return project;
 }
 
 void apply(const ProjectFile& project, AppState& state, const QUrl& sourceURL) {
     state.reset();
-    state.cuts = std::vector<CutZone>{}; // a document has none, and a reset keeps those of the session
+    state.cuts = std::vector<CutZone>{}; // a reset keeps those of the session
     state.selectedCutID = std::nullopt;
     restoreRecord(project, state);
     state.currentProjectURL = sourceURL;
@@ -127,6 +130,10 @@ std::optional<ExportJob> exportJobFor(const ProjectFile& project) {
     job.videoPath = *project.videoPath;
     job.trimStart = project.trimStart;
     job.trimEnd = project.trimEnd;
+    const PartChoice parts = project.parts.value_or(PartChoice());
+    job.settings.rallies = parts.margins();
+    if (project.cuts)
+        job.leftOut = parts.leftOut(*project.cuts);
 
     OverlayDescription& overlay = job.overlay;
     overlay.markers = project.markers;

@@ -31,7 +31,7 @@ struct ProjectFiles {
 /// count from the document's folder. A picture on another machine is never found.
 ProjectFiles locateFiles(const ProjectFile& project, const QString& documentPath);
 
-/// The session as a document. The cut zones and the interface language are not part of it.
+/// The session as a document.
 ProjectFile projectFrom(const AppState& state);
 
 /// Replaces the whole session by the document, which becomes the current project, goes to the first screen
@@ -81,9 +81,9 @@ OpenReport openProject(const QString& path, AppState& state);
 /// The document of the session and the files that it names, which no other new file may replace.
 std::vector<InputFile> inputFiles(const AppState& state);
 
-/// The export of the document: its video, its range, its whole overlay, without a licence; settings
-/// other than the watermark's corner and the output are the defaults. Empty while match, template or video
-/// are missing. Whether files exist is not checked.
+/// The export of the document: its video, its range and the parts of it, its whole overlay, without a
+/// licence; settings other than the rallies, the watermark's corner and the output are the defaults. Empty
+/// while match, template or video are missing. Whether files exist is not checked.
 std::optional<ExportJob> exportJobFor(const ProjectFile& project);
 
 /// The score before the first marker.

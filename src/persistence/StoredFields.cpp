@@ -19,6 +19,10 @@ void StoredValue::read(const std::vector<std::string>& value,
     field = value.empty() ? std::nullopt : std::optional(value);
 }
 
+void StoredValue::read(const PartChoice& value, std::optional<PartChoice>& field) {
+    field = value == PartChoice() ? std::nullopt : std::optional(value);
+}
+
 void StoredValue::restore(const std::vector<Marker>& field, QProperty<std::vector<Marker>>& property) {
     property = ScoringEngine::sortedByTime(field);
 }

@@ -81,7 +81,8 @@ constexpr auto storedFields() {
         POINTLOOM_STORED_FIELD(scoreboardPositionX, scoreboardPosition), POINTLOOM_FIELD(scoreboardPositionY),
         POINTLOOM_STORED_FIELD(scoreboardUserScale, scoreboardUserScale),
         POINTLOOM_STORED_FIELD(trimStart, trimStart), POINTLOOM_STORED_FIELD(trimEnd, trimEnd),
-        POINTLOOM_STORED_FIELD(language, language), POINTLOOM_STORED_FIELD(watermarkPath, watermarkURL),
+        POINTLOOM_STORED_FIELD(parts, parts), POINTLOOM_STORED_FIELD(language, language),
+        POINTLOOM_STORED_FIELD(watermarkPath, watermarkURL),
         POINTLOOM_STORED_FIELD(watermarkCorner, watermarkCorner),
         POINTLOOM_STORED_FIELD(videoPath, videoURL));
 #undef POINTLOOM_STORED_FIELD
@@ -113,7 +114,8 @@ void read(const Value& value, std::optional<Value>& field) {
 }
 void read(const std::optional<QUrl>& value, std::optional<QString>& field);
 void read(const std::vector<std::string>& value,
-          std::optional<std::vector<std::string>>& field); // none: absent
+          std::optional<std::vector<std::string>>& field);            // none: absent
+void read(const PartChoice& value, std::optional<PartChoice>& field); // the default: absent
 inline void read(const QPointF&, double&) {}
 
 template <class Value>

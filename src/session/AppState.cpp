@@ -12,6 +12,7 @@ namespace pointloom {
 AppState::AppState(SessionStore* store)
     : m_store(store) {
     m_liveScore.setBinding([this] { return resolveLiveScore(); });
+    m_keptParts.setBinding([this] { return resolveKeptParts(); });
 }
 
 std::optional<SportScoreState> AppState::resolveLiveScore() const {
@@ -23,6 +24,20 @@ std::optional<SportScoreState> AppState::resolveLiveScore() const {
     if (const auto& initial = initialScore.value())
         return initial;
     return ScoringEngine::getInitialScore(*config);
+}
+
+TimeSpan AppState::exportedRange() const {
+    const double start = trimStart;
+    const double duration = videoDuration;
+    const double end = trimEnd.value().value_or(duration);
+    return {start, std::max(start, duration > 0 ? std::min(end, duration) : end)};
+}
+
+std::vector<TimeSpan> AppState::resolveKeptParts() const {
+    const TimeSpan range = exportedRange();
+    if (range.start == range.end)
+        return {range};
+    return parts.value().keptParts(range, markers.value(), cuts.value());
 }
 
 QString AppState::t(L10nKey key) const {
@@ -98,7 +113,8 @@ void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUu
                               UndoStack* undoManager) {
     const std::vector<Marker> previous = markers;
     const std::optional<QUuid> previousSelection = selectedMarkerID;
-    selectedMarkerID = selection; // before its marker is there: the timeline scrolls to one chosen, not to this
+    selectedMarkerID =
+        selection; // before its marker is there: the timeline scrolls to one chosen, not to this
     markers = std::move(replacement);
     concludeEdit(name, undoManager, [this, previous, previousSelection, name, undoManager] {
         replaceMarkers(previous, previousSelection, name, undoManager);

@@ -8,6 +8,7 @@
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"
 #include "rules/MatchCount.h"
+#include "session/PartChoice.h"
 
 #include <functional>
 #include <optional>
@@ -104,6 +105,7 @@ public:
     QProperty<bool> isPlaying{false};
     QProperty<double> trimStart{0};           // seconds
     QProperty<std::optional<double>> trimEnd; // seconds; absent: the end of the video
+    QProperty<PartChoice> parts;              // of the range between them
 
     QProperty<QPointF> scoreboardPosition{defaultScoreboardPosition}; // centre, fractions of the picture
     QProperty<double> scoreboardUserScale{1.0};
@@ -118,7 +120,7 @@ public:
     QProperty<std::optional<QUuid>> recountStoppedAt; // the marker that kept its score
     QProperty<std::optional<TypedScore>> typedScore;  // could be carried on through the markers after it
 
-    QProperty<std::vector<CutZone>> cuts; // an editing aid; export does not apply them
+    QProperty<std::vector<CutZone>> cuts; // an export leaves them out only when `parts` says so
     QProperty<std::optional<QUuid>> selectedCutID;
 
     QProperty<double> exportProgress{0}; // 0..1
@@ -133,6 +135,13 @@ public:
     /// absent without a match configuration. Readers inside a binding register themselves.
     const std::optional<SportScoreState>& liveScore() const { return m_liveScore.value(); }
     QBindable<std::optional<SportScoreState>> bindableLiveScore() const { return &m_liveScore; }
+
+    /// The range to export, between the trims and within the video.
+    TimeSpan exportedRange() const;
+
+    /// The parts of it that are exported, as `PartChoice::keptParts`; all of it while its length is unknown.
+    const std::vector<TimeSpan>& keptParts() const { return m_keptParts.value(); }
+    QBindable<std::vector<TimeSpan>> bindableKeptParts() const { return &m_keptParts; }
 
     /// The text of a key in the session's language.
     QString t(L10nKey key) const;
@@ -163,8 +172,8 @@ public:
     /// Absent: the empty score of the match holds before the first marker.
     void setInitialScore(const std::optional<SportScoreState>& score, UndoStack* undoManager);
     void setTrim(const TrimTimes& trim, UndoStack* undoManager);
-    /// Gives the match and all of its scores that many sets (0..99), as `withNumberOfSets` does. No step where
-    /// no score is touched; without a match nothing happens.
+    /// Gives the match and all of its scores that many sets (0..99), as `withNumberOfSets` does. No step
+    /// where no score is touched; without a match nothing happens.
     void setNumberOfSets(std::int64_t count, UndoStack* undoManager);
 
     /// Selects the cut zone.
@@ -190,6 +199,7 @@ public:
 
 private:
     std::optional<SportScoreState> resolveLiveScore() const;
+    std::vector<TimeSpan> resolveKeptParts() const;
 
     /// The fields that `reset` gives their start values, in its order.
     static constexpr auto resetFields() {
@@ -208,6 +218,7 @@ private:
                           &S::isPlaying,
                           &S::trimStart,
                           &S::trimEnd,
+                          &S::parts,
                           &S::scoreboardPosition,
                           &S::scoreboardUserScale,
                           &S::scoreboardDrawOrigin,
@@ -241,6 +252,7 @@ private:
 
     SessionStore* m_store;
     QProperty<std::optional<SportScoreState>> m_liveScore;
+    QProperty<std::vector<TimeSpan>> m_keptParts;
 };
 
 }

@@ -92,6 +92,22 @@ TEST_F(ProjectInputsTest, TheCommandLineGoesFirst) {
     EXPECT_TRUE(remarks.warnings.isEmpty());
 }
 
+TEST_F(ProjectInputsTest, WhatTheProjectLeavesOutCanBeReplacedOrKept) {
+    project.parts = PartChoice{.onlyRallies = true, .rallies = {7, 3}, .withoutCuts = true};
+    project.cuts = std::vector{CutZone{QUuid::createUuid(), 30, 20}};
+    ExportRequest request;
+    EXPECT_EQ(inputs().job.settings.rallies, (RallyMargins{7, 3}));
+    EXPECT_EQ(inputs().job.leftOut, (std::vector<TimeSpan>{{20, 30}}));
+    request.settings.rallies = {1, 2};
+    request.leftOut = {{5, 6}};
+    EXPECT_EQ(inputs(request).job.settings.rallies, (RallyMargins{1, 2}));
+    EXPECT_EQ(inputs(request).job.leftOut, (std::vector<TimeSpan>{{20, 30}, {5, 6}}));
+    request.settings.rallies.reset();
+    request.keepsWholeRange = true;
+    EXPECT_FALSE(inputs(request).job.settings.rallies);
+    EXPECT_EQ(inputs(request).job.leftOut, (std::vector<TimeSpan>{{5, 6}}));
+}
+
 TEST_F(ProjectInputsTest, FilesThatMovedWithTheirDocumentAreFound) {
     project.videoPath = QStringLiteral("/elsewhere/match.mp4");
     project.matchConfig->logoURL = QUrl::fromLocalFile(QStringLiteral("/elsewhere/my logo.png"));

@@ -1,5 +1,6 @@
 #include "persistence/ProjectSession.h"
 
+#include "export/ExportJob.h"
 #include "l10n/L10nKey.h"
 #include "persistence/DocumentFile.h"
 #include "session/UndoStack.h"
@@ -68,6 +69,27 @@ TEST_F(ProjectInSession, ASessionSurvivesADocumentButItsCutsDoNot) {
     apply(saved, state, source);
     EXPECT_TRUE(state.cuts.value().empty());
     EXPECT_FALSE(state.selectedCutID.value());
+}
+
+TEST_F(ProjectInSession, TheChoiceOfPartsIsKeptAndItsCutsWithIt) {
+    fillState();
+    state.cuts = std::vector{CutZone{QUuid::createUuid(), 3, 4}};
+    EXPECT_FALSE(projectFrom(state).parts) << "documents without the choice are as they were";
+    state.parts = PartChoice{.onlyRallies = true, .rallies = {8, 1.5}};
+    EXPECT_FALSE(projectFrom(state).cuts);
+    state.parts = PartChoice{.onlyRallies = true, .rallies = {8, 1.5}, .withoutCuts = true};
+    projectFrom(state).save(at("project.plp"));
+
+    AppState fresh(&store);
+    fresh.cuts = std::vector{CutZone{QUuid::createUuid(), 7, 9}};
+    openProject(at("project.plp"), fresh);
+    EXPECT_EQ(fresh.parts.value(), state.parts.value());
+    EXPECT_EQ(fresh.cuts.value(), state.cuts.value());
+    const ExportJob job = exportJobFor(projectFrom(fresh)).value();
+    EXPECT_EQ(job.settings.rallies, (RallyMargins{8, 1.5}));
+    EXPECT_EQ(job.leftOut, (std::vector<TimeSpan>{{3, 4}}));
+    fresh.reset();
+    EXPECT_EQ(fresh.parts.value(), PartChoice());
 }
 
 TEST_F(ProjectInSession, MarkersOfAnUnsortedDocumentComeInOrder) {

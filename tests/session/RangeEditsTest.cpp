@@ -89,6 +89,29 @@ TEST_F(RangeEdits, CutsComeAndGoByUndoInTheirOrderAndSelected) {
     EXPECT_EQ(state.cuts.value(), std::vector{late});
 }
 
+TEST_F(RangeEdits, TheKeptPartsFollowMarkersTrimsAndCuts) {
+    using Parts = std::vector<TimeSpan>;
+    state.videoDuration = 100;
+    state.trimStart = 5;
+    EXPECT_EQ(state.keptParts(), (Parts{{5, 100}}));
+    state.parts = PartChoice{.onlyRallies = true, .rallies = {10, 2}};
+    EXPECT_TRUE(state.keptParts().empty()) << "there is no marker";
+    state.markers = std::vector{markerAt(9), markerAt(60), markerAt(50), markerAt(99)};
+    EXPECT_EQ(state.keptParts(), (Parts{{5, 11}, {40, 62}, {89, 100}})) << "joined, and within the range";
+    state.cuts = std::vector{CutZone{QUuid::createUuid(), 58, 45}};
+    EXPECT_EQ(state.keptParts().size(), 3U) << "a cut stays unless cuts are left out";
+    state.parts = PartChoice{.onlyRallies = true, .rallies = {10, 2}, .withoutCuts = true};
+    EXPECT_EQ(state.keptParts(), (Parts{{5, 11}, {40, 45}, {58, 62}, {89, 100}}));
+
+    const Parts& parts = state.keptParts();
+    EXPECT_EQ(nextKept(parts, 41.5), 41.5);
+    EXPECT_EQ(nextKept(parts, 0), 5);
+    EXPECT_EQ(nextKept(parts, 11), 40) << "the end of a part is no longer in it";
+    EXPECT_EQ(nextKept(parts, 50), 58);
+    EXPECT_NEAR(nextKept(parts, 100), 99.96, 1e-9);
+    EXPECT_EQ(partFrom(parts, 100), nullptr);
+}
+
 TEST_F(RangeEdits, AnotherNumberOfSetsReachesEveryScoreAndIsOneStep) {
     const auto setsAt = [this](std::size_t marker) { return setsOf(state.markers.value().at(marker).score); };
     state.setNumberOfSets(5, &undo); // there is no match
