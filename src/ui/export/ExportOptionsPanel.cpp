@@ -284,6 +284,7 @@ ExportSettings ExportOptionsPanel::settings() const {
         .quality = static_cast<EncodingQuality>(m_quality->currentData().toInt()),
         .encoder = encoder(),
         .watermarkCorner = m_context.state.watermarkCorner,
+        .rallies = m_context.state.parts.value().margins(),
         .fill = leavesBars() && m_fill->isChecked() ? std::optional(m_fillPosition) : std::nullopt,
     };
 }

@@ -2,6 +2,7 @@
 
 #include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
+#include "ui/common/PartsBox.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -134,7 +135,9 @@ void ExportSheet::bind() {
     m_bindings.watch(state.language, [this] { showWords(); });
     m_bindings.watch(state.exportStatus, [this] { showStage(); });
     m_bindings.watch(state.videoURL, [this] { offerEncoders(); });
-    m_bindings.watchAll([this] { updateExport(); }, state.trimStart, state.trimEnd, state.videoDuration);
+    auto kept = state.bindableKeptParts();
+    m_bindings.watchAll([this] { updateExport(); }, state.trimStart, state.trimEnd, state.videoDuration,
+                        kept);
     const auto watch = [&](auto&... stored) {
         m_bindings.watchAll([this] { requestStill(); }, stored..., state.currentTime, state.isLicensed);
     };
@@ -177,10 +180,10 @@ void ExportSheet::requestStill() {
     const auto requested = job();
     m_start->setEnabled(requested.has_value());
     if (!requested) {
-        m_still->setFault(m_context.text(L10nKey::exportNotReady));
+        m_still->setFault(whyNothingStays(m_context).value_or(m_context.text(L10nKey::exportNotReady)));
         return;
     }
-    m_still->request(*requested, exportedRangeOf(m_context.state).nearest(m_context.state.currentTime),
+    m_still->request(*requested, nextKept(m_context.state.keptParts(), m_context.state.currentTime),
                      m_context.state.language);
 }
 
@@ -191,7 +194,7 @@ void ExportSheet::offerEncoders() {
 
 std::optional<ExportJob> ExportSheet::job() const {
     auto job = exportJobFor(projectFrom(m_context.state));
-    if (!job)
+    if (!job || m_context.state.keptParts().empty())
         return std::nullopt;
     job->overlay.isLicensed = m_context.state.isLicensed;
     job->settings = m_options->settings();

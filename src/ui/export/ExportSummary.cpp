@@ -1,5 +1,6 @@
 #include "ui/export/ExportSummary.h"
 
+#include "ui/common/PartsBox.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -14,18 +15,6 @@ namespace {
 
 constexpr int noticeIconSize = 18;
 
-}
-
-double ExportedRange::nearest(double time) const {
-    constexpr double oneFrame = 0.04; // seconds; the frame that starts at the end is not exported
-    return std::clamp(time, start, std::max(start, end - oneFrame));
-}
-
-ExportedRange exportedRangeOf(const AppState& state) {
-    const double start = state.trimStart;
-    const double duration = state.videoDuration;
-    const double end = state.trimEnd.value().value_or(duration);
-    return {start, std::max(start, duration > 0 ? std::min(end, duration) : end)};
 }
 
 ExportSummary::ExportSummary(const UiContext& context, QWidget* parent)
@@ -83,6 +72,7 @@ void ExportSummary::build() {
     whole->setContentsMargins(0, 0, 0, 0);
     whole->setSpacing(Space::s);
     whole->addLayout(facts);
+    whole->addWidget(new PartsBox(m_context, this));
     whole->addWidget(m_noMarkers.row);
     whole->addWidget(m_cuts.row);
     whole->addWidget(m_unlicensed.row);
@@ -92,22 +82,23 @@ void ExportSummary::bind() {
     AppState& state = m_context.state;
     connect(m_licence, &QPushButton::clicked, this, [this] { m_context.state.showLicenseSheet = true; });
     connect(&Theme::shared(), &Theme::changed, this, &ExportSummary::showNotices);
+    auto kept = state.bindableKeptParts();
     m_bindings.watchAll([this] { showFacts(); }, state.language, state.trimStart, state.trimEnd,
-                        state.videoDuration, state.markers, state.selectedTemplate);
+                        state.videoDuration, state.markers, state.selectedTemplate, kept);
     m_bindings.watchAll([this] { showNotices(); }, state.language, state.markers, state.isLicensed,
-                        state.cuts, state.trimStart, state.trimEnd, state.videoDuration);
+                        state.cuts, state.trimStart, state.trimEnd, state.videoDuration, kept);
 }
 
 void ExportSummary::showFacts() {
     const AppState& state = m_context.state;
-    const ExportedRange range = exportedRangeOf(state);
+    const TimeSpan range = state.exportedRange();
     const bool isWhole = range.start <= 0 && range.end >= state.videoDuration;
     m_range.name->setText(m_context.text(L10nKey::exportRange));
     m_range.value->setText(isWhole ? m_context.text(L10nKey::exportWholeClip)
                                    : ExportWords::place(range.start) + QStringLiteral(" – ") +
                                          ExportWords::place(range.end));
     m_duration.name->setText(m_context.text(L10nKey::duration));
-    m_duration.value->setText(ExportWords::place(range.length()));
+    m_duration.value->setText(ExportWords::place(TimeMap(state.keptParts()).length()));
     m_markers.name->setText(m_context.text(L10nKey::markers));
     m_markers.value->setText(QString::number(state.markers.value().size()));
     m_template.name->setText(m_context.text(L10nKey::templateLabel));
@@ -119,18 +110,19 @@ void ExportSummary::showNotices() {
     const auto icon = [&](const char* name, const QColor& color) {
         return Icons::pixmap(QString::fromUtf8(name), noticeIconSize, color, devicePixelRatioF());
     };
-    m_noMarkers.row->setVisible(m_context.state.markers.value().empty());
+    const AppState& state = m_context.state;
+    m_noMarkers.row->setVisible(state.markers.value().empty() && !state.keptParts().empty());
     m_noMarkers.icon->setPixmap(icon("warning", tokens().warning));
     m_noMarkers.text->setText(m_context.text(L10nKey::noMarkersWarning));
-    const ExportedRange range = exportedRangeOf(m_context.state);
-    const auto& cuts = m_context.state.cuts.value();
+    const TimeSpan range = state.exportedRange();
+    const auto& cuts = state.cuts.value();
     const auto exported = std::count_if(cuts.begin(), cuts.end(), [&](const CutZone& cut) {
         return cut.start < range.end && cut.end > range.start;
     });
-    m_cuts.row->setVisible(exported > 0);
+    m_cuts.row->setVisible(exported > 0 && !state.parts.value().withoutCuts);
     m_cuts.icon->setPixmap(icon("cut", tokens().warning));
     m_cuts.text->setText(format(m_context.text(L10nKey::exportCutsStay), QString::number(exported)));
-    m_unlicensed.row->setVisible(!m_context.state.isLicensed);
+    m_unlicensed.row->setVisible(!state.isLicensed);
     m_unlicensed.icon->setPixmap(icon("key", tokens().quietText));
     m_unlicensed.text->setText(m_context.text(L10nKey::exportUnlicensed));
     m_licence->setText(m_context.text(L10nKey::commandLicence));

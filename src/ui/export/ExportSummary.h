@@ -1,4 +1,5 @@
-// Summary of an export before it starts: its range, its markers, what the user should know.
+// Summary of an export before it starts: its range, the parts of it that stay, its markers, what the user
+// should know.
 #pragma once
 
 #include "ui/common/UiContext.h"
@@ -9,18 +10,6 @@
 #include <QWidget>
 
 namespace pointloom {
-
-/// The exported range of the session's clip, seconds from the start of the source.
-struct ExportedRange {
-    double start = 0;
-    double end = 0;
-
-    double length() const { return end - start; }
-    /// The place nearest to `time` whose frame is exported.
-    double nearest(double time) const;
-};
-
-ExportedRange exportedRangeOf(const AppState& state);
 
 class ExportSummary : public QWidget {
     Q_OBJECT

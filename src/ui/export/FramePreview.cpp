@@ -116,7 +116,7 @@ void FramePreview::showZoom(bool isActualSize) {
 void FramePreview::requestStill() {
     m_save->setEnabled(false);
     m_retry->hide();
-    m_facts->setText(ExportWords::place(m_context.state.currentTime));
+    m_facts->setText(place());
     auto job = exportJobFor(projectFrom(m_context.state));
     if (!job) {
         m_still->setFault(m_context.text(L10nKey::exportNotReady));
@@ -128,12 +128,19 @@ void FramePreview::requestStill() {
     m_still->request(*job, m_context.state.currentTime, m_context.state.language);
 }
 
+// Where the playhead is, and whether the export shows it.
+QString FramePreview::place() const {
+    const AppState& state = m_context.state;
+    const QString place = ExportWords::place(state.currentTime);
+    const TimeSpan* part = partFrom(state.keptParts(), state.currentTime);
+    return part && part->start <= state.currentTime
+               ? place
+               : place + QStringLiteral(" · ") + m_context.text(L10nKey::exportNotInVideo);
+}
+
 void FramePreview::showStill() {
     const QImage& still = m_still->still();
-    m_facts->setText(QStringLiteral("%1 · %2 × %3")
-                         .arg(ExportWords::place(m_context.state.currentTime))
-                         .arg(still.width())
-                         .arg(still.height()));
+    m_facts->setText(QStringLiteral("%1 · %2 × %3").arg(place()).arg(still.width()).arg(still.height()));
     m_save->setEnabled(true);
     showZoom(m_actualSize->isChecked());
 }

@@ -25,6 +25,7 @@ private:
     void showWords();
     void showZoom(bool isActualSize);
     void requestStill();
+    QString place() const;
     void showStill();
     void offerRetry();
     void save();

@@ -84,7 +84,10 @@ QLineEdit[kind="plain"] { background: transparent; border: 1px solid transparent
 QLineEdit[kind="plain"]:hover { background: @raised; }
 QLineEdit[kind="plain"]:focus { background: @raised; border: 2px solid @accent; padding: 2px 3px; }
 QLineEdit[refused="true"]:focus { border-color: @danger; }
-QLineEdit:disabled, QSpinBox:disabled, QComboBox:disabled { color: @quietText; background: @surface; }
+QLineEdit:disabled, QSpinBox:disabled, QDoubleSpinBox:disabled, QComboBox:disabled { color: @quietText; background: @surface; }
+QDoubleSpinBox::up-button, QDoubleSpinBox::down-button { border: none; background: transparent; width: 18px; }
+QDoubleSpinBox::up-arrow { image: url(:/icons/@mode/chevron-up.svg); width: 11px; height: 11px; }
+QDoubleSpinBox::down-arrow { image: url(:/icons/@mode/chevron-down.svg); width: 11px; height: 11px; }
 QComboBox::drop-down { border: none; width: 22px; }
 QComboBox::down-arrow { image: url(:/icons/@mode/chevron-down.svg); width: 12px; height: 12px; }
 QComboBox { combobox-popup: 0; } /* a list under the box; the other kind, over it, cuts its last row */

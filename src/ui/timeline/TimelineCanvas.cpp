@@ -88,7 +88,7 @@ void TimelineCanvas::bind() {
     m_bindings.watch(state.videoURL, [this] { takeClip(); });
     m_bindings.watchAll([this] { takeShape(); }, state.videoWidth, state.videoHeight);
     m_bindings.watch(state.markers, [this] { takeMarkers(); });
-    m_bindings.watchAll([this] { takeRanges(); }, state.trimStart, state.trimEnd, state.cuts);
+    m_bindings.watchAll([this] { takeRanges(); }, state.trimStart, state.trimEnd, state.cuts, state.parts);
     m_bindings.watchAll([this] { takeSelection(); }, state.selectedMarkerID, state.selectedCutID);
     m_bindings.watch(state.currentTime, [this] { takePlayhead(); });
     m_bindings.watch(state.language, [this] {
@@ -130,6 +130,7 @@ void TimelineCanvas::takeFrameRate(double frameRate) {
 
 void TimelineCanvas::takeDuration() {
     m_scene.scale.setClip(m_context.state.videoDuration, m_scene.frameRate);
+    takeParts();
     changeView();
 }
 
@@ -143,6 +144,7 @@ void TimelineCanvas::takeShape() {
 void TimelineCanvas::takeMarkers() {
     m_scene.flags.setMarkers(m_context.state.markers.value());
     m_scene.flags.arrange(m_scene.scale, m_scene.rows.flagLanes);
+    takeParts();
     refresh();
 }
 
@@ -157,7 +159,21 @@ void TimelineCanvas::takeRanges() {
         else
             *same = *preview.cut;
     }
+    takeParts();
     refresh();
+}
+
+// Those of the session, or those that the drag would leave.
+void TimelineCanvas::takeParts() {
+    const PartChoice choice = m_context.state.parts;
+    auto markers = m_context.state.markers.value();
+    if (const auto& preview = m_drag.preview(); preview && preview->marker) {
+        if (const auto moved = std::ranges::find(markers, *preview->marker, &Marker::id);
+            moved != markers.end())
+            moved->startTime = preview->moment;
+    }
+    m_scene.leavesCutsOut = choice.withoutCuts;
+    m_scene.parts = choice.keptParts({m_scene.trim.start, m_scene.trimEnd()}, markers, m_scene.cuts);
 }
 
 void TimelineCanvas::takeDrag() {
@@ -308,9 +324,9 @@ void TimelineCanvas::paintLayer() {
     QPainter painter(&m_layer);
     painter.setFont(look().font);
     if (m_scene.scale.duration() > 0) {
-        TimelinePainting::paintRows(
-            painter, m_scene, m_thumbnails, m_waveform.peaks(),
-            {m_context.text(L10nKey::timelineCut), m_context.text(L10nKey::timelineCutIsNote)}, look());
+        const L10nKey cut = m_scene.leavesCutsOut ? L10nKey::timelineCutGoes : L10nKey::timelineCutStays;
+        TimelinePainting::paintRows(painter, m_scene, m_thumbnails, m_waveform.peaks(),
+                                    {m_context.text(L10nKey::timelineCut), m_context.text(cut)}, look());
     } else {
         painter.setPen(tokens().quietText);
         painter.drawText(rect(), Qt::AlignCenter, m_context.text(L10nKey::timelineNoVideo));

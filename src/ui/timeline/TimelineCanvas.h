@@ -66,6 +66,7 @@ private:
     void takeShape();
     void takeMarkers();
     void takeRanges();
+    void takeParts();
     void takeSelection();
     void takePlayhead();
     void takeDrag();

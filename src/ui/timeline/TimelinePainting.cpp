@@ -269,14 +269,18 @@ void paintCut(QPainter& painter, const TimelineScene& scene, const CutZone& cut,
     const bool isHovered = scene.hover.id == cut.id;
     const QColor ink = isSelected ? colors.accent : (isHovered ? colors.text : colors.quietText);
 
-    // Framed, not dimmed: the export keeps it, unlike what is outside of the trims.
+    // Framed where the export keeps it; hatched where it does not, over what is dimmed.
     const QRectF clip = scene.rows.clip();
-    painter.fillRect(QRectF(box.left(), clip.top(), box.width(), clip.height()), faded(ink, 0.14F));
+    const QRectF film(box.left(), clip.top(), box.width(), clip.height());
+    if (scene.leavesCutsOut)
+        painter.fillRect(film, QBrush(faded(ink, 0.5F), Qt::BDiagPattern));
+    else
+        painter.fillRect(film, faded(ink, 0.14F));
     for (const double edge : {box.left(), box.right()})
         paintVerticalLine(painter, edge, clip.top(), clip.bottom(), faded(ink, 0.8F), look.devicePixelRatio);
 
     const QRectF plate = box.adjusted(0.5, 2.5, -0.5, -2.5);
-    painter.setPen(QPen(ink, isSelected ? 1.5 : 1, Qt::DashLine));
+    painter.setPen(QPen(ink, isSelected ? 1.5 : 1, scene.leavesCutsOut ? Qt::SolidLine : Qt::DashLine));
     painter.setBrush(mixed(colors.raised, colors.window, 0.2F));
     painter.drawRoundedRect(plate, corner, corner);
     paintCutWords(painter, scene, plate, words, isSelected, QFontMetricsF(look.font));
@@ -298,8 +302,12 @@ void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look) 
         if (to > from)
             painter.fillRect(outside, faded(colors.window, 0.72F));
     };
-    dim(clipStart, start);
-    dim(end, clipEnd);
+    double from = clipStart;
+    for (const TimeSpan& part : scene.parts) {
+        dim(from, scene.scale.x(part.start));
+        from = scene.scale.x(part.end);
+    }
+    dim(from, clipEnd);
     const bool isTrimmed = start > clipStart || end < clipEnd;
     if (isTrimmed) {
         for (const double edge : {start, end})
@@ -311,14 +319,19 @@ void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look) 
     painter.fillRect(
         QRectF(whole.left(), onPixel(lane.center().y(), look.devicePixelRatio), whole.width(), 1),
         colors.line);
-    const QRectF kept = visiblePart(QRectF(start, lane.top(), end - start, lane.height()), scene);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.raised);
-    painter.drawRect(kept.adjusted(0, 3, 0, -3));
-    for (const double edge : {kept.top() + 2, kept.bottom() - 3})
-        painter.fillRect(QRectF(kept.left(), edge, kept.width(), 1),
-                         mixed(colors.line, colors.quietText, 0.4F));
-
+    for (const TimeSpan& part : scene.parts) {
+        const double left = scene.scale.x(part.start);
+        const QRectF kept =
+            visiblePart(QRectF(left, lane.top(), scene.scale.x(part.end) - left, lane.height()), scene);
+        if (kept.isEmpty())
+            continue;
+        painter.drawRect(kept.adjusted(0, 3, 0, -3));
+        for (const double edge : {kept.top() + 2, kept.bottom() - 3})
+            painter.fillRect(QRectF(kept.left(), edge, kept.width(), 1),
+                             mixed(colors.line, colors.quietText, 0.4F));
+    }
     painter.restore();
 }
 

@@ -56,6 +56,8 @@ struct TimelineScene {
     std::optional<QUuid> movingMarker; // being dragged: shown at another time
     TrimTimes trim;
     std::vector<CutZone> cuts;
+    bool leavesCutsOut = false;
+    std::vector<TimeSpan> parts; // that are exported
     std::optional<QUuid> selectedCut;
     TimelineHit hover;
 

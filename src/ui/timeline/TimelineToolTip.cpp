@@ -29,9 +29,7 @@ QString timelineToolTip(const UiContext& context, const TimelineScene& scene, co
     case Hit::cutStart:
     case Hit::cutEnd: {
         const auto cut = std::ranges::find(scene.cuts, hit.id, &CutZone::id);
-        return cut == scene.cuts.end()
-                   ? QString()
-                   : cutToolTip(context, *cut, context.text(L10nKey::timelineCutIsNoteLong));
+        return cut == scene.cuts.end() ? QString() : cutToolTip(context, *cut, fateOfCuts(context));
     }
     case Hit::trimStart:
         return trimToolTip(context, L10nKey::timelineExportStart, scene.trim.start);
@@ -43,6 +41,11 @@ QString timelineToolTip(const UiContext& context, const TimelineScene& scene, co
         break;
     }
     return {};
+}
+
+QString fateOfCuts(const UiContext& context) {
+    return context.text(context.state.parts.value().withoutCuts ? L10nKey::timelineCutGoesLong
+                                                                : L10nKey::timelineCutStaysLong);
 }
 
 QString cutToolTip(const UiContext& context, const CutZone& cut, const QString& note) {

@@ -9,6 +9,9 @@ namespace pointloom {
 /// Empty where there is nothing to say.
 QString timelineToolTip(const UiContext& context, const TimelineScene& scene, const TimelineHit& hit);
 
+/// What an export makes of the cuts.
+QString fateOfCuts(const UiContext& context);
+
 /// The range of a cut, and `note` below it.
 QString cutToolTip(const UiContext& context, const CutZone& cut, const QString& note);
 

@@ -1,10 +1,12 @@
 #include "ui/timeline/TimelineView.h"
 
 #include "session/PointEdits.h"
+#include "ui/common/PartsBox.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 #include "ui/timeline/CutStep.h"
 #include "ui/timeline/TimelineCanvas.h"
+#include "ui/timeline/TimelineToolTip.h"
 
 #include <algorithm>
 #include <QHBoxLayout>
@@ -29,6 +31,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     , m_trimStart(addButton(QStringLiteral("trim-start"), &TimelineView::trimStartAtPlayhead))
     , m_trimEnd(addButton(QStringLiteral("trim-end"), &TimelineView::trimEndAtPlayhead))
     , m_addCut(addButton(QStringLiteral("cut"), &TimelineView::cutAtPlayhead))
+    , m_parts(addButton(QStringLiteral("parts"), &TimelineView::chooseParts))
     , m_zoomOut(addButton(QStringLiteral("zoom-out"), &TimelineView::zoomOut))
     , m_zoomIn(addButton(QStringLiteral("zoom-in"), &TimelineView::zoomIn))
     , m_fit(addButton(QStringLiteral("fit"), &TimelineView::zoomToFit)) {
@@ -37,7 +40,9 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     auto* controls = new QHBoxLayout; // owned by the column below
     controls->setContentsMargins(Space::s, 2, Space::s, 2);
     controls->setSpacing(2);
-    for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut})
+    m_parts->setObjectName(QStringLiteral("parts"));
+    m_parts->setCheckable(true);
+    for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut, m_parts})
         controls->addWidget(button);
     controls->addSpacing(Space::s);
     controls->addWidget(m_scrollBar, 1);
@@ -59,7 +64,7 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     place.setRetainSizeWhenHidden(true);
     m_scrollBar->setSizePolicy(place);
     setFocusProxy(m_canvas);
-    m_bindings.watch(context.state.language, [this] { showTexts(); });
+    m_bindings.watchAll([this] { showTexts(); }, context.state.language, context.state.parts);
     showView();
 }
 
@@ -79,7 +84,7 @@ void TimelineView::showView() {
     m_scrollBar->setValue(static_cast<int>(scale.offset()));
     m_scrollBar->setVisible(scale.largestOffset() > 0);
     const bool hasClip = scale.duration() > 0;
-    for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut, m_zoomIn})
+    for (QToolButton* button : {m_trimStart, m_trimEnd, m_addCut, m_parts, m_zoomIn})
         button->setEnabled(hasClip);
     for (QToolButton* button : {m_zoomOut, m_fit})
         button->setEnabled(hasClip && !scale.isFitted());
@@ -93,7 +98,9 @@ void TimelineView::showTexts() {
     name(m_trimStart, L10nKey::timelineTrimStart, Command::trimStart);
     name(m_trimEnd, L10nKey::timelineTrimEnd, Command::trimEnd);
     name(m_addCut, L10nKey::timelineAddCut, Command::addCut);
-    m_addCut->setToolTip(plainToolTip({m_addCut->toolTip(), m_context.text(L10nKey::timelineCutIsNoteLong)}));
+    m_addCut->setToolTip(plainToolTip({m_addCut->toolTip(), fateOfCuts(m_context)}));
+    Controls::setName(m_parts, m_context.text(L10nKey::partsHeading));
+    m_parts->setChecked(m_context.state.parts.value().isMade());
     name(m_zoomOut, L10nKey::timelineZoomOut, Command::zoomOut);
     name(m_zoomIn, L10nKey::timelineZoomIn, Command::zoomIn);
     name(m_fit, L10nKey::timelineFit, Command::zoomToFit);
@@ -149,10 +156,27 @@ void TimelineView::cutAtPlayhead() {
     state.selectedCutID = step.cut.id;
     const auto keys = m_context.keys.shown(Command::addCut);
     if (step.kind == CutStep::Kind::ended || keys.isEmpty())
-        m_canvas->tellAboutCut(step.cut, m_context.text(L10nKey::timelineCutIsNoteLong));
+        m_canvas->tellAboutCut(step.cut, fateOfCuts(m_context));
     else
         m_canvas->tellAboutCut(step.cut, format(m_context.text(L10nKey::timelineCutEndsWith),
                                                 keyLabel(keys.first(), state.language)));
+}
+
+// In a surface over the timeline, which shows what it does.
+void TimelineView::chooseParts() {
+    m_parts->setChecked(m_context.state.parts.value().isMade()); // a click alone chooses nothing
+    QFrame* surface = Controls::card(this);
+    surface->setWindowFlags(Qt::Popup);
+    surface->setAttribute(Qt::WA_DeleteOnClose);
+    auto* heading = Controls::label(Controls::TextRole::section, surface);
+    heading->setText(m_context.text(L10nKey::partsHeading));
+    auto* column = Controls::layout<QVBoxLayout>(surface, {Space::l, Space::m, Space::l, Space::m}, Space::m);
+    column->addWidget(heading);
+    column->addWidget(new PartsBox(m_context, surface));
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    surface->adjustSize();
+    surface->move(mapToGlobal(QPoint(m_parts->x(), -surface->height() - Space::xs)));
+    surface->show();
 }
 
 void TimelineView::removeSelection() {

@@ -32,6 +32,9 @@ public:
     /// there; selects it and tells about it.
     void cutAtPlayhead();
 
+    /// Shows the choice of what stays in the exported video.
+    void chooseParts();
+
     /// Removes the selected cut, or else the selected marker.
     void removeSelection();
 
@@ -58,6 +61,7 @@ private:
     QToolButton* m_trimStart;
     QToolButton* m_trimEnd;
     QToolButton* m_addCut;
+    QToolButton* m_parts;
     QToolButton* m_zoomOut;
     QToolButton* m_zoomIn;
     QToolButton* m_fit;

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QProgressBar>
 
 namespace pointloom {
@@ -344,6 +345,41 @@ TEST(ExportSheet, SpeaksAnotherLanguageAtOnce) {
     EXPECT_EQ(named(open.sheet, "startExport")->text(), QStringLiteral("Export starten"));
     EXPECT_EQ(named<QWidget>(open.sheet, "Original")->accessibleDescription(),
               QStringLiteral("640 × 360\nWie gefilmt"));
+}
+
+TEST(ExportSheet, OnlyWhatStaysIsShownMeasuredAndExported) {
+    OpenSheet open(6);
+    open.state.markers = std::vector{test::markerAt(2), test::markerAt(5)};
+    open.state.currentTime = 3.2;
+    QTest::keyClick(named<QWidget>(open.sheet, "onlyRallies"), Qt::Key_Space);
+    named<QDoubleSpinBox>(open.sheet, "secondsBefore")->setValue(1);
+    named<QDoubleSpinBox>(open.sheet, "secondsAfter")->setValue(0.5);
+    EXPECT_EQ(named<QLabel>(open.sheet, "keptLength")->text(), QStringLiteral("0:03 of 0:06"));
+    auto job = exportJobFor(projectFrom(open.state)).value();
+    job.overlay.isLicensed = true;
+    const QImage next = ExportManager::renderStill(job, 4); // the score of 2, then that of 5
+    const auto* view = named<StillView>(open.sheet, "still");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->still() == next; }, longest));
+
+    open.state.parts = PartChoice{.onlyRallies = true, .rallies = {1, 0.5}, .withoutCuts = true};
+    open.state.cuts = std::vector{CutZone{QUuid::createUuid(), 0, 3}};
+    EXPECT_FALSE(named<QWidget>(open.sheet, "cutsNotice")->isVisible()) << "they do not stay";
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::done));
+    EXPECT_EQ(test::probePackets(open.output).size(), 38U) << "4 to 5.5 s, 25 frames a second";
+}
+
+TEST(ExportSheet, NothingIsExportedWhereNothingStays) {
+    OpenSheet open;
+    open.state.parts = PartChoice{.onlyRallies = true};
+    EXPECT_TRUE(named(open.sheet, "startExport")->isEnabled());
+    open.state.trimEnd = 0.5;
+    open.state.parts = PartChoice{.onlyRallies = true, .rallies = {0.2, 1}};
+    EXPECT_FALSE(named(open.sheet, "startExport")->isEnabled());
+    EXPECT_EQ(named<QLabel>(open.sheet, "keptLength")->text(),
+              QStringLiteral("Nothing stays: no marker in the range"));
+    open.state.parts = PartChoice();
+    EXPECT_TRUE(named(open.sheet, "startExport")->isEnabled());
 }
 
 TEST(ExportSheet, CutsInTheExportedRangeAreSaidToStay) {

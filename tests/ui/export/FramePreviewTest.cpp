@@ -34,6 +34,22 @@ TEST(FramePreview, ShowsTheExactFrameZoomsAndSavesIt) {
               view->still());
 }
 
+TEST(FramePreview, SaysWhenTheFrameIsNotExported) {
+    ExportScreen screen;
+    screen.state.parts = PartChoice{.onlyRallies = true, .rallies = {0.4, 0.2}};
+    FramePreview preview(screen.context, nullptr);
+    test::show(preview);
+    const auto says = [&] {
+        const auto labels = preview.findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [](const QLabel* label) {
+            return label->text().contains(QStringLiteral("not in the exported"));
+        });
+    };
+    EXPECT_TRUE(says());
+    screen.state.currentTime = 0.8;
+    EXPECT_FALSE(says());
+}
+
 TEST(FramePreview, AVideoThatIsGoneGivesAReasonAndAnotherTry) {
     ExportScreen screen;
     const QString clip = screen.state.videoURL.value()->toLocalFile();

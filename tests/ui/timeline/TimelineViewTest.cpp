@@ -7,12 +7,16 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <QCheckBox>
 #include <QContextMenuEvent>
+#include <QDoubleSpinBox>
+#include <QLabel>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -317,6 +321,56 @@ TEST_F(Timeline, CutsAreDrawnMovedResizedAndRemoved) {
     undo.undo();
     EXPECT_TRUE(state.cuts.value().empty());
     EXPECT_EQ(store.saves, 10);
+}
+
+TEST_F(Timeline, WhatGoesIsDimmedAndFollowsADrag) {
+    // Lightness of the film's row, away from the flags' poles.
+    const auto lightness = [&](double time) {
+        const QPoint place = at(time, scene().rows.clip());
+        return qGray(canvas().grab().toImage().pixel(place));
+    };
+    state.markers = std::vector{markerAt(30), markerAt(60)};
+    EXPECT_EQ(lightness(25), lightness(45));
+    state.parts = PartChoice{.onlyRallies = true};
+    EXPECT_NE(lightness(25), lightness(45));
+    EXPECT_EQ(lightness(25), lightness(55));
+    EXPECT_EQ(lightness(45), lightness(70));
+
+    press(onFlag(0));
+    move(onFlag(0) + QPoint(100, 0));
+    move(onFlag(0) + QPoint(130, 0));
+    EXPECT_EQ(lightness(25), lightness(70)) << "dragged away";
+    EXPECT_EQ(lightness(38), lightness(55)) << "to around 43";
+    release(onFlag(0) + QPoint(130, 0));
+
+    state.cuts = std::vector{CutZone{QUuid::createUuid(), 52, 58}};
+    view.cutAtPlayhead();
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("stays in the exported video")));
+    state.parts = PartChoice{.withoutCuts = true};
+    state.currentTime = 80;
+    view.cutAtPlayhead();
+    state.currentTime = 85;
+    view.cutAtPlayhead();
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("left out"))) << qPrintable(QToolTip::text());
+}
+
+TEST_F(Timeline, TheChoiceOfPartsOpensFromItsButton) {
+    state.markers = std::vector{markerAt(50)};
+    auto* button = view.findChild<QToolButton*>(QStringLiteral("parts"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    QWidget* popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr);
+    EXPECT_FALSE(button->isChecked()) << "looking is not choosing";
+    QTest::keyClick(popup->findChild<QCheckBox*>(QStringLiteral("onlyRallies")), Qt::Key_Space);
+    EXPECT_TRUE(button->isChecked());
+    popup->findChild<QDoubleSpinBox*>(QStringLiteral("secondsAfter"))->setValue(5);
+    EXPECT_EQ(state.parts.value(), (PartChoice{.onlyRallies = true, .rallies = {10, 5}}));
+    const auto* length = popup->findChild<QLabel*>(QStringLiteral("keptLength"));
+    EXPECT_EQ(length->text(), QStringLiteral("0:15 of 1:40"));
+    EXPECT_GT(store.saves, 0);
+    state.markers = std::vector<Marker>{};
+    EXPECT_EQ(length->text(), QStringLiteral("Nothing stays: no marker in the range"));
+    popup->close();
 }
 
 TEST_F(Timeline, EveryPressOfTheScissorsIsAnswered) {
