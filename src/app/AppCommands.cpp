@@ -40,7 +40,7 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
     addInEditor(view, {Command::previewFrame});
 
     QMenu& playback = addMenu(menuBar, L10nKey::commandPlaybackMenu);
-    addInEditor(playback, {Command::playPause, Command::playFaster, Command::jumpBack});
+    addInEditor(playback, {Command::playPause, Command::playFaster, Command::jumpBack, Command::playKept});
     playback.addSeparator();
     addInEditor(playback, {Command::goToTime, Command::goToStart, Command::goToEnd});
     playback.addSeparator();

@@ -41,7 +41,8 @@ TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
     EXPECT_EQ(titlesIn(QStringLiteral("&View")).join(u'|').toStdString(),
               "Zoom In\tCtrl++|Zoom Out\tCtrl+-|Show the Whole Clip\tCtrl+0|-|Preview Frame");
     EXPECT_EQ(titlesIn(QStringLiteral("&Playback")).join(u'|').toStdString(),
-              "Play/Pause\tSpace|Play Faster\tL|Back 5 Seconds\tJ|-|Go to Time…\tG|Go to Start\tHome|"
+              "Play/Pause\tSpace|Play Faster\tL|Back 5 Seconds\tJ|Play Only What Stays\tP|-|Go to "
+              "Time…\tG|Go to Start\tHome|"
               "Go to End\tEnd|-|One Frame Back\t←|One Frame Forward\t→|Previous Marker\t↑|Next Marker\t↓");
     EXPECT_EQ(titlesIn(QStringLiteral("&Help")).join(u'|').toStdString(),
               "Help…|Download Sample CSV…|-|About Pointloom|Licence…");

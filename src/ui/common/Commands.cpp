@@ -29,6 +29,7 @@ constexpr CommandRow rows[] = {
     {.id = Command::goToStart, .group = editor, .does = L10nKey::helpStartEnd, .title = L10nKey::editorGoToStart, .keys = {Qt::Key_Home}},
     {.id = Command::goToEnd, .group = editor, .does = L10nKey::helpStartEnd, .title = L10nKey::editorGoToEnd, .keys = {Qt::Key_End}},
     {.id = Command::goToTime, .group = editor, .does = L10nKey::helpGoToTime, .title = L10nKey::commandGoToTime, .keys = {Qt::Key_G}},
+    {.id = Command::playKept, .group = editor, .does = L10nKey::helpPlayKept, .title = L10nKey::editorPlayKept, .keys = {Qt::Key_P}},
     {.id = Command::addMarker, .group = editor, .does = L10nKey::helpAddMarker, .title = L10nKey::addMarker, .keys = {Qt::Key_M, Qt::Key_Plus}, .hiddenKeys = {Qt::SHIFT | Qt::Key_Plus}},
     {.id = Command::pointFirst, .group = editor, .does = L10nKey::helpPoint, .keys = {Qt::Key_1}},
     {.id = Command::pointSecond, .group = editor, .does = L10nKey::helpPoint, .keys = {Qt::Key_2}},

@@ -27,6 +27,7 @@ enum class Command {
     goToStart,
     goToEnd,
     goToTime,
+    playKept,
     addMarker,
     pointFirst,
     pointSecond,

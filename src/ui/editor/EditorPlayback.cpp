@@ -96,8 +96,11 @@ void EditorPlayback::followPlayer() {
     Player* player = m_player.get();
     connect(player, &Player::timeChanged, this, &EditorPlayback::publishTime);
     connect(player, &Player::playingChanged, this, [this](bool playing) {
-        const QScopedValueRollback publishing(m_isPublishing, true);
-        m_context.state.isPlaying = playing;
+        {
+            const QScopedValueRollback publishing(m_isPublishing, true);
+            m_context.state.isPlaying = playing;
+        }
+        skipWhatIsLeftOut(true);
     });
     connect(player, &Player::fileLoaded, this, [this] {
         AppState& state = m_context.state;
@@ -118,8 +121,29 @@ void EditorPlayback::publishTime() {
     // A file that goes away leaves the playhead where it was.
     if (!isLoaded())
         return;
-    const QScopedValueRollback publishing(m_isPublishing, true);
-    m_context.state.currentTime = m_player->time();
+    {
+        const QScopedValueRollback publishing(m_isPublishing, true);
+        m_context.state.currentTime = m_player->time();
+    }
+    skipWhatIsLeftOut(false);
+}
+
+// Goes by the frame after the shown one. After the last part playback pauses; when it `begins` there, it
+// begins with the first part.
+void EditorPlayback::skipWhatIsLeftOut(bool begins) {
+    constexpr double rounding = 0.001; // seconds, of the player's times
+    const AppState& state = m_context.state;
+    const auto& parts = state.keptParts();
+    if (!m_playsOnlyKept || !state.isPlaying || !state.parts.value().isMade() || parts.empty() || !isLoaded())
+        return;
+    const double next = m_player->time() + frameDuration() + rounding;
+    const TimeSpan* part = partFrom(parts, next);
+    if (!part && !begins)
+        m_player->pause();
+    else if (!part)
+        m_player->seek(parts.front().start);
+    else if (part->start > next)
+        m_player->seek(part->start);
 }
 
 void EditorPlayback::followSession() {
@@ -187,6 +211,12 @@ void EditorPlayback::applySpeed(double speed) {
     if (m_player)
         m_player->setSpeed(m_speed);
     Q_EMIT speedChanged();
+}
+
+void EditorPlayback::setPlaysOnlyKept(bool enabled) {
+    m_playsOnlyKept = enabled;
+    skipWhatIsLeftOut(true);
+    Q_EMIT playsOnlyKeptChanged();
 }
 
 void EditorPlayback::setVolume(double volume) {

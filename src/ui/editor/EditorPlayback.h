@@ -50,6 +50,9 @@ public:
     void setSpeed(double speed);
     /// The speed at which it plays now.
     double speed() const { return m_speed; }
+    /// When on, playback jumps over what the session's choice of parts leaves out. Off at first.
+    void setPlaysOnlyKept(bool enabled);
+    bool playsOnlyKept() const { return m_playsOnlyKept; }
     /// 0..1
     void setVolume(double volume);
     double volume() const { return m_volume; }
@@ -70,6 +73,7 @@ Q_SIGNALS:
     void unavailable(const QString& reason);
     void soundChanged();
     void speedChanged();
+    void playsOnlyKeptChanged();
 
 private:
     void openVideo();
@@ -77,6 +81,7 @@ private:
     void followPlayer();
     void publishTime();
     void followSession();
+    void skipWhatIsLeftOut(bool begins);
     void applySpeed(double speed);
 
     UiContext m_context;
@@ -87,6 +92,7 @@ private:
     double m_speed = 1;
     double m_volume = 1;
     bool m_isMuted = false;
+    bool m_playsOnlyKept = false;
     bool m_hardwareDecoding = false;
     Bindings m_bindings;
 };

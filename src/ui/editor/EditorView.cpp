@@ -195,6 +195,13 @@ EditorKeys::Actions EditorView::actions() {
         {goToStart, [this] { m_playback.seek(0); }},
         {goToEnd, [this] { m_playback.goToEnd(); }},
         {goToTime, [this] { m_transport->typeTime(); }},
+        {playKept,
+         [this] {
+             if (m_context.state.parts.value().isMade())
+                 m_playback.setPlaysOnlyKept(!m_playback.playsOnlyKept());
+             else
+                 m_timeline->chooseParts(); // there is nothing to skip yet
+         }},
         {addMarker, [this] { EditorCommands::addMarker(m_context, shownFrame()); }},
         {pointFirst, count(Side::first)},
         {pointSecond, count(Side::second)},

@@ -34,6 +34,7 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     , m_end(makeButton(QStringLiteral("skip-end"), L10nKey::editorGoToEnd, Command::goToEnd))
     , m_time(new TimeField(context, this))
     , m_total(Controls::label(Controls::TextRole::quiet, this))
+    , m_playsOnlyKept(makeButton(QStringLiteral("play-kept"), L10nKey::editorPlayKept, Command::playKept))
     , m_speed(new QToolButton(this))
     , m_speedMenu(new QMenu(m_speed))
     , m_mute(Controls::iconButton(QStringLiteral("volume"), this))
@@ -47,6 +48,8 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     m_play->setIconSize(QSize(24, 24));
     m_time->setObjectName(QStringLiteral("timeCode"));
     makeSpeedMenu();
+    m_playsOnlyKept->setObjectName(QStringLiteral("playsOnlyKept"));
+    m_playsOnlyKept->setCheckable(true);
     m_volume->setRange(0, fullVolume);
     m_volume->setFixedWidth(60);
     m_volume->setFocusPolicy(Qt::TabFocus);
@@ -61,6 +64,7 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     row->addWidget(m_time);
     row->addWidget(m_total);
     row->addStretch(1);
+    row->addWidget(m_playsOnlyKept);
     row->addWidget(m_speed);
     row->addWidget(m_mute);
     row->addWidget(m_volume);
@@ -73,6 +77,9 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     connect(m_end, &QToolButton::clicked, &m_playback, &EditorPlayback::goToEnd);
     connect(m_time, &TimeField::timeEntered, &m_playback,
             [this](double seconds) { m_playback.seek(seconds); });
+    connect(m_playsOnlyKept, &QToolButton::toggled, &m_playback, &EditorPlayback::setPlaysOnlyKept);
+    connect(&m_playback, &EditorPlayback::playsOnlyKeptChanged, this,
+            [this] { m_playsOnlyKept->setChecked(m_playback.playsOnlyKept()); });
     connect(m_mute, &QToolButton::clicked, this, [this] { m_playback.setMuted(!m_playback.isMuted()); });
     connect(m_volume, &QSlider::valueChanged, this,
             [this](int value) { m_playback.setVolume(static_cast<double>(value) / fullVolume); });
@@ -82,6 +89,8 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
 
     AppState& state = m_context.state;
     m_bindings.watchAll([this] { showPlaying(); }, state.isPlaying, state.language);
+    m_bindings.watch(state.parts,
+                     [this] { m_playsOnlyKept->setVisible(m_context.state.parts.value().isMade()); });
     m_bindings.watch(state.videoDuration, [this] {
         m_time->setEnabled(m_context.state.videoDuration > 0);
         showTotal();

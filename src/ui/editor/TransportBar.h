@@ -48,6 +48,7 @@ private:
     QToolButton* m_end;
     TimeField* m_time;
     QLabel* m_total;
+    QToolButton* m_playsOnlyKept; // shown where something is left out
     QToolButton* m_speed;
     QMenu* m_speedMenu;
     QToolButton* m_mute;

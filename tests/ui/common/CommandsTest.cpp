@@ -49,7 +49,7 @@ TEST(Commands, EveryKeyIsListedWithAMeaningInEveryLanguage) {
                 listed += static_cast<int>(keys.size());
             }
         }
-        EXPECT_EQ(listed, 48) << "46 keys, and two lines for the arrows on the scoreboard";
+        EXPECT_EQ(listed, 49) << "47 keys, and two lines for the arrows on the scoreboard";
     }
 }
 
@@ -65,10 +65,9 @@ TEST(Commands, ChosenKeysReplaceThoseOfTheTable) {
             return t(Language::english, line.does) == QLatin1String(text);
         };
     };
-    EXPECT_EQ(
-        std::ranges::find_if(lines, isFor("Note a cut from here on; inside the note: up to here"))->keys,
-        QStringList(QStringLiteral("X")));
-    EXPECT_EQ(std::ranges::find_if(lines, isFor("Remove the selected marker or cut note")), lines.end());
+    EXPECT_EQ(std::ranges::find_if(lines, isFor("Mark a cut from here on; inside the cut: up to here"))->keys,
+              QStringList(QStringLiteral("X")));
+    EXPECT_EQ(std::ranges::find_if(lines, isFor("Remove the selected marker or cut")), lines.end());
 }
 
 // The tables between these lines of docs/guide/keyboard.md are written by

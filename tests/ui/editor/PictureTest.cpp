@@ -50,6 +50,41 @@ TEST_F(PictureTest, PlayheadAndPlayerFollowEachOther) {
     EXPECT_TRUE(waitFor([this] { return !state.isPlaying.value(); }));
 }
 
+TEST_F(PictureTest, PlayingSkipsWhatIsLeftOut) {
+    openEditor();
+    openClip(6);
+    state.markers = std::vector{test::markerAt(1), test::markerAt(4)};
+    press(Qt::Key_P);
+    QWidget* choice = QApplication::activePopupWidget();
+    ASSERT_NE(choice, nullptr) << "as long as all stays, the key leads to the choice";
+    choice->close();
+    state.parts = PartChoice{.onlyRallies = true, .rallies = {0.4, 0.4}};
+    press(Qt::Key_P);
+    EXPECT_TRUE(find<QToolButton>("playsOnlyKept")->isChecked());
+
+    state.currentTime = 2.52; // by hand, where nothing stays
+    ASSERT_TRUE(waitFor([this] { return std::abs(editor->playback().player()->time() - 2.52) < 1e-3; }));
+    EXPECT_FALSE(state.isPlaying);
+    std::vector<double> shown;
+    const auto record = state.currentTime.addNotifier([&] { shown.push_back(state.currentTime); });
+    const auto play = [&] {
+        shown.clear();
+        press(Qt::Key_Space);
+        ASSERT_TRUE(waitFor([this] { return state.isPlaying.value(); }));
+        ASSERT_TRUE(waitFor([this] { return !state.isPlaying.value(); })) << "it pauses after the last part";
+    };
+    const auto countIn = [&](double from, double to) {
+        return std::ranges::count_if(shown, [&](double time) { return time > from && time < to; });
+    };
+    play();
+    EXPECT_EQ(countIn(0, 2.5) + countIn(2.7, 3.59) + countIn(4.5, 6), 0) << "on from the next part";
+    EXPECT_GT(countIn(3.59, 4.4), 0);
+    play();
+    EXPECT_GT(countIn(0.59, 1.4), 0) << "again from the first part";
+    EXPECT_GT(countIn(3.59, 4.4), 0);
+    EXPECT_EQ(countIn(1.6, 3.59), 0);
+}
+
 TEST_F(PictureTest, AVideoThatVanishesIsNamedAndThePlayheadStays) {
     openEditor();
     openClip();

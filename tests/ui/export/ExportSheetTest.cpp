@@ -371,7 +371,7 @@ TEST(ExportSheet, OnlyWhatStaysIsShownMeasuredAndExported) {
 
 TEST(ExportSheet, NothingIsExportedWhereNothingStays) {
     OpenSheet open;
-    open.state.parts = PartChoice{.onlyRallies = true};
+    open.state.parts = PartChoice{.onlyRallies = true, .rallies = {}};
     EXPECT_TRUE(named(open.sheet, "startExport")->isEnabled());
     open.state.trimEnd = 0.5;
     open.state.parts = PartChoice{.onlyRallies = true, .rallies = {0.2, 1}};

@@ -331,7 +331,7 @@ TEST_F(Timeline, WhatGoesIsDimmedAndFollowsADrag) {
     };
     state.markers = std::vector{markerAt(30), markerAt(60)};
     EXPECT_EQ(lightness(25), lightness(45));
-    state.parts = PartChoice{.onlyRallies = true};
+    state.parts = PartChoice{.onlyRallies = true, .rallies = {}};
     EXPECT_NE(lightness(25), lightness(45));
     EXPECT_EQ(lightness(25), lightness(55));
     EXPECT_EQ(lightness(45), lightness(70));
@@ -343,10 +343,7 @@ TEST_F(Timeline, WhatGoesIsDimmedAndFollowsADrag) {
     EXPECT_EQ(lightness(38), lightness(55)) << "to around 43";
     release(onFlag(0) + QPoint(130, 0));
 
-    state.cuts = std::vector{CutZone{QUuid::createUuid(), 52, 58}};
-    view.cutAtPlayhead();
-    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("stays in the exported video")));
-    state.parts = PartChoice{.withoutCuts = true};
+    state.parts = PartChoice{.rallies = {}, .withoutCuts = true};
     state.currentTime = 80;
     view.cutAtPlayhead();
     state.currentTime = 85;
@@ -419,7 +416,7 @@ TEST_F(Timeline, MenusOfferWhatCanBeDoneWithTheThingUnderThePointer) {
 
     QSignalSpy commands(&view, &TimelineView::commandRequested);
     menu = openMenu(onRuler(80));
-    EXPECT_EQ(entriesOf(menu), "Add Marker M|Start Here I|End Here O|Note a Cut C|Zoom In Ctrl++|-|-");
+    EXPECT_EQ(entriesOf(menu), "Add Marker M|Start Here I|End Here O|Mark a Cut C|Zoom In Ctrl++|-|-");
     EXPECT_NEAR(state.currentTime, 80, 0.1) << "the place that was clicked";
     run(menu, 0);
     ASSERT_EQ(commands.count(), 1);
