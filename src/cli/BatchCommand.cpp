@@ -5,6 +5,7 @@
 #include "cli/ExportArguments.h"
 #include "cli/LicenceCommand.h"
 #include "export/ExportManager.h"
+#include "export/ExportQueue.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -126,6 +127,7 @@ private:
     ExportRequest m_request;
     ProgressMode m_progress = ProgressMode::automatic;
     std::unique_ptr<LicenceManager> m_licence;
+    ExportQueue m_queue{{ExportManager::exportVideo, {}, {}, {}}};
     std::vector<InputFile> m_protected; // the inputs of all documents, and the videos of those that are done
 };
 
@@ -215,11 +217,17 @@ void BatchCommand::exportOne(const QString& document, Summary& summary, const Ca
     ProgressDisplay display(m_progress);
     display.begin(document);
     inputs.job.overlay.isLicensed = isLicensed(*m_licence);
-    const ExportReport report = ExportManager::exportVideo(inputs.job, display.control(cancellation));
+    m_queue.add({.name = document, .job = inputs.job});
+    const auto ended = m_queue.runNext(display.control(cancellation)).value();
+    m_queue.removeEnded();
+    if (ended.state == QueueState::cancelled)
+        throw ExportCancelled();
+    if (ended.state == QueueState::failed)
+        throw CommandError(ended.message);
     display.finish(output);
     m_protected.push_back({output, QStringLiteral("the new video of ") + document});
     ++summary.done;
-    say(report.damage, prefix);
+    say(ended.report.damage, prefix);
 }
 
 ProjectInputs BatchCommand::inputsOf(const QString& document) const {

@@ -160,7 +160,7 @@ struct ExportProgress {
 
 /// The control of a running export. All members may be empty.
 struct ExportControl {
-    std::function<bool()> isCancelled = {};                     // polled often, on the calling thread
+    std::function<bool()> isCancelled = {}; // polled by the calling thread; a pause blocks it
     std::function<void(const ExportProgress&)> onProgress = {}; // called at each whole per cent, as above
     std::atomic<std::int64_t>* framesWritten = nullptr;         // set to their number at each frame
 
@@ -219,10 +219,16 @@ struct ExportPace {
 /// Empty until there is something to judge by.
 std::optional<ExportPace> paceOf(const ExportProgress& progress, double elapsedSeconds);
 
+struct EncoderFallback {
+    media::EncoderKind requested = media::EncoderKind::software;
+    QString reason; // why it does not work here
+};
+
 /// The result of an export that was completed.
 struct ExportReport {
-    media::Damage damage; // of the source in the exported range
-    QString outputPath;   // where the file is
+    media::Damage damage;                         // of the source in the exported range
+    QString outputPath;                           // where the file is
+    std::optional<EncoderFallback> fallback = {}; // for the requested encoder, where it did not work
 };
 
 }

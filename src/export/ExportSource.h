@@ -26,11 +26,6 @@ ResolvedExport resolveExport(const ExportJob& job, const media::MediaInfo& info)
 /// Throws ExportError when the video cannot be opened.
 std::vector<media::EncoderKind> workingHardwareEncoders(const ExportJob& job);
 
-struct EncoderFallback {
-    media::EncoderKind requested = media::EncoderKind::software;
-    QString reason; // why it does not work here
-};
-
 /// Sets the software encoder when the job's encoder does not work here, and returns why. Throws as above.
 std::optional<EncoderFallback> settleEncoder(ExportJob& job);
 
