@@ -10,6 +10,7 @@
 #include "persistence/Persistence.h"
 #include "persistence/SessionLock.h"
 #include "ui/common/Preferences.h"
+#include "ui/export/ExportRunner.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
 
@@ -60,6 +61,13 @@ void loadSession(Persistence* persistence, const UserDefaults& defaults, AppStat
         persistence->load(state);
 }
 
+Trouble troubleOf(const ExportQueue::Damage& damage, const AppState& state) {
+    const QString place = damage.setAside.isEmpty()
+                              ? QString()
+                              : u'\n' + format(state.t(L10nKey::queueSetAside), damage.setAside);
+    return {L10nKey::queueDamagedTitle, damage.reason + place};
+}
+
 // Runs in the instance that owns the stored session, or in one that can keep none.
 int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
               std::optional<Trouble> trouble) {
@@ -75,7 +83,10 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     UndoStack undo;
     DesktopDialogs dialogs(state, defaults);
     LicenceManager licence(LicenceManager::partsOfThisMachine(info));
-    MainWindow window({state, undo, defaults, dialogs}, licence);
+    ExportRunner exports(state, lock ? lock->folder() + QStringLiteral("/exports.json") : QString());
+    if (const auto damage = exports.queue().restore())
+        trouble = troubleOf(*damage, state);
+    MainWindow window({state, undo, defaults, dialogs}, licence, exports);
 
     std::optional<InstanceServer> server;
     const auto takeOver = [&window](const QStringList& handedOver) {
@@ -93,7 +104,7 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     window.show();
     if (hasAddressForReports(info))
         window.content().askForCrashConsentOnce();
-    const BackgroundLicence licenceFollower(licence, state);
+    const BackgroundLicence licenceFollower(licence, state, [&exports] { exports.begin(); });
     QTimer::singleShot(0, &window, [&] {
         if (trouble)
             dialogs.alert(&window, state.t(trouble->title), trouble->message);

@@ -20,6 +20,7 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
     add(file, Command::saveProject, &CommandBridge::saveProject);
     add(file, Command::saveProjectAs, &CommandBridge::saveProjectAs);
     add(file, Command::exportVideo, &CommandBridge::exportVideo);
+    add(file, Command::showQueue, &CommandBridge::showQueue);
     file.addSeparator();
     add(file, Command::quit, &QApplication::closeAllWindows)->setMenuRole(QAction::QuitRole);
 

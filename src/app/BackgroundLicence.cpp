@@ -5,9 +5,10 @@
 
 namespace pointloom {
 
-BackgroundLicence::BackgroundLicence(LicenceManager& manager, AppState& state)
+BackgroundLicence::BackgroundLicence(LicenceManager& manager, AppState& state, std::function<void()> onLoaded)
     : m_manager(manager)
     , m_state(state)
+    , m_onLoaded(std::move(onLoaded))
     , m_worker([this](const std::stop_token& stop) { work(stop); }) {}
 
 void BackgroundLicence::work(const std::stop_token& stop) {
@@ -25,12 +26,19 @@ void BackgroundLicence::work(const std::stop_token& stop) {
         updateSession();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "[Licence] %s\n", error.what());
+        updateSession();
     }
 }
 
 void BackgroundLicence::updateSession() {
     QMetaObject::invokeMethod(
-        &m_context, [this] { m_state.isLicensed = m_manager.isLicensed(); }, Qt::QueuedConnection);
+        &m_context,
+        [this] {
+            m_state.isLicensed = m_manager.isLicensed();
+            if (const auto onLoaded = std::exchange(m_onLoaded, nullptr))
+                onLoaded();
+        },
+        Qt::QueuedConnection);
 }
 
 }

@@ -4,6 +4,7 @@
 #include "licensing/LicenceManager.h"
 #include "session/AppState.h"
 
+#include <functional>
 #include <QObject>
 #include <thread>
 
@@ -13,8 +14,8 @@ namespace pointloom {
 class BackgroundLicence {
 public:
     /// Loads the licence, trying again while the keychain is locked, then renews it when that is due and sets
-    /// `isLicensed` of the session. Both outlive this.
-    BackgroundLicence(LicenceManager& manager, AppState& state);
+    /// `isLicensed` of the session. Both outlive this. `onLoaded` follows when it was set for the first time.
+    BackgroundLicence(LicenceManager& manager, AppState& state, std::function<void()> onLoaded = {});
 
 private:
     void work(const std::stop_token& stop);
@@ -22,6 +23,7 @@ private:
 
     LicenceManager& m_manager;
     AppState& m_state;
+    std::function<void()> m_onLoaded;
     QObject m_context; // of the session's thread; queued updates end with it
     std::jthread m_worker;
 };

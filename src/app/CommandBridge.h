@@ -20,6 +20,7 @@ public:
 
     Action openVideo;
     Action exportVideo;
+    Action showQueue;
     Action reset;
     Action openProject;
     Action saveProject;

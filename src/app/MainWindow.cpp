@@ -3,6 +3,7 @@
 #include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
 #include "ui/common/Preferences.h"
+#include "ui/export/QueueIndicator.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -31,15 +32,26 @@ QStringList filesIn(const QMimeData& data) {
 
 }
 
-MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, CommandBridge& bridge)
+MainWindow::MainWindow(const UiContext& context, LicenceManager& licence, ExportRunner& exports,
+                       CommandBridge& bridge)
     : m_context(context)
-    , m_content(new TopLevelView(context, licence, bridge, this))
-    , m_commands(*menuBar(), context, bridge) {
+    , m_exports(exports)
+    , m_content(new TopLevelView(context, licence, exports, bridge, this))
+    , m_commands(*menuBar(), context, bridge)
+    , m_taskBar(exports) {
     setCentralWidget(m_content);
     setAcceptDrops(true);
     connect(&m_commands.recentProjects(), &QMenu::aboutToShow, this, &MainWindow::fillRecentProjects);
     restorePlace();
     watchDocument();
+    watchExports();
+}
+
+void MainWindow::watchExports() {
+    auto* indicator = new QueueIndicator(m_context, m_exports, menuBar());
+    menuBar()->setCornerWidget(indicator);
+    connect(indicator, &QueueIndicator::clicked, m_content, [this] { m_content->showQueueSheet = true; });
+    connect(&m_exports, &ExportRunner::changed, this, [this] { m_titleUpdate.start(0); });
 }
 
 // Without a place from the run before the window keeps its first size.
@@ -48,7 +60,8 @@ void MainWindow::restorePlace() {
     restoreGeometry(Preferences::remembered(m_context.defaults, placeKey));
 }
 
-// The title names the document and marks unsaved changes.
+// The title names the document and marks unsaved changes; while exports are left it begins with their
+// progress, which task bars show.
 void MainWindow::watchDocument() {
     m_titleUpdate.setSingleShot(true);
     connect(&m_titleUpdate, &QTimer::timeout, this, &MainWindow::updateTitle);
@@ -67,8 +80,13 @@ void MainWindow::updateTitle() {
     const bool isModified = m_content->documents().isModified();
     const QString name =
         document ? QFileInfo(document->toLocalFile()).fileName() : m_context.text(L10nKey::documentUntitled);
-    setWindowTitle(document || isModified ? QStringLiteral("%1[*] — Pointloom").arg(name) // not translated
-                                          : QStringLiteral("Pointloom"));
+    const QueueStatus exports = m_exports.queue().status();
+    const QString progress = exports.left > 0
+                                 ? QStringLiteral("%1 % · ").arg(static_cast<int>(exports.fraction * 100))
+                                 : QString();
+    setWindowTitle(progress + (document || isModified
+                                   ? QStringLiteral("%1[*] — Pointloom").arg(name) // not translated
+                                   : QStringLiteral("Pointloom")));
     setWindowFilePath(document ? document->toLocalFile() : QString());
     setWindowModified(isModified);
 }

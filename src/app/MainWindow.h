@@ -3,6 +3,8 @@
 
 #include "app/AppCommands.h"
 #include "app/TopLevelView.h"
+#include "ui/export/ExportRunner.h"
+#include "ui/export/TaskBarProgress.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -14,7 +16,7 @@ class MainWindow : public QMainWindow {
 
 public:
     /// The arguments outlive the window.
-    MainWindow(const UiContext& context, LicenceManager& licence,
+    MainWindow(const UiContext& context, LicenceManager& licence, ExportRunner& exports,
                CommandBridge& bridge = CommandBridge::shared());
 
     TopLevelView& content() { return *m_content; }
@@ -31,11 +33,14 @@ private:
     void restorePlace();
     void fillRecentProjects();
     void watchDocument();
+    void watchExports();
     void updateTitle();
 
     UiContext m_context;
+    ExportRunner& m_exports;
     TopLevelView* m_content;
     AppCommands m_commands;
+    TaskBarProgress m_taskBar;
     QTimer m_titleUpdate; // one for all changes of a moment
     Bindings m_bindings;
 };

@@ -8,6 +8,7 @@
 #include "ui/editor/EditorView.h"
 #include "ui/export/ExportSheet.h"
 #include "ui/export/FramePreview.h"
+#include "ui/export/QueueDialog.h"
 #include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
@@ -38,11 +39,12 @@ bool isVideo(const QString& path) {
 
 }
 
-TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, CommandBridge& bridge,
-                           QWidget* parent)
+TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, ExportRunner& exports,
+                           CommandBridge& bridge, QWidget* parent)
     : QStackedWidget(parent)
     , m_context(context)
     , m_licence(licence)
+    , m_exports(exports)
     , m_bridge(bridge)
     , m_documents(context, this) {
     setMinimumSize(smallestContent);
@@ -73,6 +75,7 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Co
         });
         return preferences;
     });
+    bindDialog(showQueueSheet, [this] { return new QueueDialog(m_context, m_exports, this); });
     bindDialog(m_context.state.showLicenseSheet,
                [this] { return new LicenceDialog(m_context, m_licence, this); });
     m_bindings.watch(showCrashConsentDialog, [this] {
@@ -96,6 +99,7 @@ void TopLevelView::fillBridge() {
     m_bridge.showHelp = [this] { showHelpSheet = true; };
     m_bridge.showAbout = [this] { showAboutSheet = true; };
     m_bridge.downloadSampleCSV = [this] { m_documents.downloadSampleCSV(); };
+    m_bridge.showQueue = [this] { showQueueSheet = true; };
     m_bridge.showPreferences = [this] { showPreferencesSheet = true; };
     m_bridge.runInEditor = [this](Command command) {
         if (m_editor && m_context.state.step == Screen::editor)
@@ -257,14 +261,24 @@ void TopLevelView::exportVideo() {
                                 m_context.text(L10nKey::cannotExportMessage) + missing);
         return;
     }
-    openDialog(new ExportSheet(m_context, this));
+    openDialog(new ExportSheet(m_context, m_exports, this));
 }
 
 bool TopLevelView::mayClose() {
-    return m_context.state.exportStatus.value().stage != AppState::ExportStatus::Stage::exporting ||
-           m_context.dialogs.confirm(
-               this, m_context.text(L10nKey::stopExportTitle), m_context.text(L10nKey::stopExportMessage),
-               m_context.text(L10nKey::stopExportConfirm), m_context.text(L10nKey::cancel));
+    ExportQueue& queue = m_exports.queue();
+    if (queue.status().left == 0)
+        return true;
+    if (!queue.isKept())
+        return m_context.dialogs.confirm(
+            this, m_context.text(L10nKey::stopExportTitle), m_context.text(L10nKey::stopExportMessage),
+            m_context.text(L10nKey::stopExportConfirm), m_context.text(L10nKey::cancel));
+    const auto answer = m_context.dialogs.offerToSave(
+        this, m_context.text(L10nKey::queueCloseTitle), m_context.text(L10nKey::queueCloseMessage),
+        m_context.text(L10nKey::queueCloseLater), m_context.text(L10nKey::queueCloseCancel),
+        m_context.text(L10nKey::exportKeepExporting));
+    if (answer == Dialogs::Answer::goOn)
+        queue.cancelAll();
+    return answer != Dialogs::Answer::cancel;
 }
 
 void TopLevelView::askForCrashConsentOnce() {

@@ -18,6 +18,7 @@ class QDialog;
 namespace pointloom {
 
 class EditorView;
+class ExportRunner;
 class LicenceManager;
 class VideoImport;
 class WizardView;
@@ -27,12 +28,14 @@ class TopLevelView : public QStackedWidget {
 
 public:
     /// The arguments outlive the view; `bridge` is filled while it exists.
-    TopLevelView(const UiContext& context, LicenceManager& licence, CommandBridge& bridge, QWidget* parent);
+    TopLevelView(const UiContext& context, LicenceManager& licence, ExportRunner& exports,
+                 CommandBridge& bridge, QWidget* parent);
     ~TopLevelView() override;
 
     QProperty<bool> showHelpSheet{false};
     QProperty<bool> showAboutSheet{false};
     QProperty<bool> showPreferencesSheet{false};
+    QProperty<bool> showQueueSheet{false};
     QProperty<bool> showCrashConsentDialog{false};
 
     DocumentCommands& documents() { return m_documents; }
@@ -41,7 +44,8 @@ public:
     /// there is an address to send them to.
     void askForCrashConsentOnce();
 
-    /// False when an export is under way that the user does not want to end.
+    /// False when exports are left and the user stays for them. Otherwise they go on at the next start, or
+    /// are cancelled.
     [[nodiscard]] bool mayClose();
 
     /// A project opens, a video imports, anything else is refused with a message. Where a dialog is open,
@@ -74,6 +78,7 @@ private:
 
     UiContext m_context;
     LicenceManager& m_licence;
+    ExportRunner& m_exports;
     CommandBridge& m_bridge;
     DocumentCommands m_documents;
     std::unique_ptr<VideoImport> m_import; // there while a video is being read

@@ -35,7 +35,7 @@ const Qt::KeyboardModifiers ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
 TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
     EXPECT_EQ(titlesIn(QStringLiteral("&File")).join(u'|').toStdString(),
               "New Session|Open Project…|Open Recent|Open Video…|-|Save Project|Save Project As…|"
-              "Export Video…|-|Quit");
+              "Export Video…|Exports…|-|Quit");
     EXPECT_EQ(titlesIn(QStringLiteral("&Edit")).join(u'|').toStdString(),
               "Undo|Redo|-|Sport|Template|Match|Video|Editor|-|Preferences…");
     EXPECT_EQ(titlesIn(QStringLiteral("&View")).join(u'|').toStdString(),
@@ -71,7 +71,7 @@ TEST_F(MenuTest, TitlesFollowTheLanguageAtOnce) {
     state->language = Language::german;
     EXPECT_EQ(titlesIn(QStringLiteral("&Datei")).join(u'|').toStdString(),
               "Neue Sitzung|Projekt öffnen…|Zuletzt benutzt|Video öffnen…|-|Projekt sichern|"
-              "Projekt sichern unter…|Video exportieren…|-|Beenden");
+              "Projekt sichern unter…|Video exportieren…|Exporte…|-|Beenden");
     EXPECT_EQ(titlesIn(QStringLiteral("&Bearbeiten")).join(u'|').toStdString(),
               "„Marker hinzufügen“ rückgängig "
               "machen|Wiederholen|-|Sportart|Vorlage|Match|Video|Editor|-|Einstellungen…");

@@ -19,6 +19,7 @@ Shell::Shell() {
 
 void Shell::start() {
     window.reset();
+    exports.reset();
     undo.reset();
     state.reset();
     persistence = std::make_unique<Persistence>(defaults, *lock);
@@ -30,7 +31,9 @@ void Shell::start() {
         .info = {},
         .store = std::make_unique<FileRecordStore>(path(QStringLiteral("licence.json"))),
         .machineId = "machine"});
-    window = std::make_unique<MainWindow>(context(), *licence, bridge);
+    exports = std::make_unique<ExportRunner>(*state, path(QStringLiteral("data/exports.json")));
+    exports->queue().restore();
+    window = std::make_unique<MainWindow>(context(), *licence, *exports, bridge);
     window->show();
     QCoreApplication::processEvents();
 }

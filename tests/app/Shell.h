@@ -47,6 +47,7 @@ protected:
     std::unique_ptr<AppState> state;
     std::unique_ptr<UndoStack> undo;
     std::unique_ptr<LicenceManager> licence;
+    std::unique_ptr<ExportRunner> exports;
     std::unique_ptr<MainWindow> window;
 };
 

@@ -4,10 +4,12 @@
 #include "support/Sessions.h"
 #include "ui/common/Dialogs.h"
 #include "ui/common/Preferences.h"
+#include "ui/export/QueueDialog.h"
 
 #include <algorithm>
 #include <QAction>
 #include <QDialog>
+#include <QDir>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QTest>
@@ -128,19 +130,42 @@ TEST_F(WindowTest, SheetsOpenOverItsMiddle) {
     EXPECT_LE(distance.manhattanLength(), 2) << distance.x() << ", " << distance.y();
 }
 
-TEST_F(WindowTest, ClosingAsksOnlyWhileAnExportRuns) {
-    configure();
-    state->exportStatus = AppState::ExportStatus{AppState::ExportStatus::Stage::exporting, {}};
+TEST_F(WindowTest, ClosingAsksOnlyWhileExportsAreLeftAndTheNextStartHasThem) {
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(dialogs.shown.isEmpty());
+    window->show();
+    exports->queue().add({.name = QStringLiteral("Dravnik – Solvane")});
+    const auto title = QStringLiteral("0 % · Pointloom");
+    EXPECT_TRUE(eventually([&] { return window->windowTitle() == title; }));
+
+    dialogs.answer = Dialogs::Answer::cancel;
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Exports Are Not Finished"));
+    EXPECT_EQ(dialogs.buttons.value(0), QStringLiteral("Go on at the next start"));
+    dialogs.answer = Dialogs::Answer::save;
+    EXPECT_TRUE(window->close());
+    start();
+    EXPECT_EQ(exports->queue().status().left, 1);
+    EXPECT_EQ(window->findChild<QWidget*>(QStringLiteral("queueIndicator"))->toolTip(),
+              QStringLiteral("Exports left: 1"));
+    choose(QStringLiteral("Exports…"));
+    EXPECT_TRUE(sheet<QueueDialog>());
+
+    dialogs.answer = Dialogs::Answer::goOn;
+    EXPECT_TRUE(window->close());
+    start();
+    EXPECT_TRUE(exports->queue().entries().empty());
+}
+
+TEST_F(WindowTest, WhereTheQueueCannotBeKeptClosingAsksWhetherToStopIt) {
+    ASSERT_TRUE(QFile::remove(path(QStringLiteral("data/exports.json"))));
+    ASSERT_TRUE(QDir().mkpath(path(QStringLiteral("data/exports.json"))));
+    exports->queue().add({.name = QStringLiteral("Dravnik – Solvane")});
     dialogs.confirms = false;
     EXPECT_FALSE(window->close());
     EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Stop the export?"));
     dialogs.confirms = true;
     EXPECT_TRUE(window->close());
-    state->exportStatus = AppState::ExportStatus{};
-    window->show();
-    dialogs.shown.clear();
-    EXPECT_TRUE(window->close());
-    EXPECT_TRUE(dialogs.shown.isEmpty());
 }
 
 TEST_F(WindowTest, TheFirstSizeFitsTheScreen) {

@@ -63,6 +63,7 @@ constexpr CommandRow rows[] = {
     {.id = Command::saveProject, .does = L10nKey::helpSaveProject, .title = L10nKey::commandSaveProject, .keys = {Qt::CTRL | Qt::Key_S}},
     {.id = Command::saveProjectAs, .does = L10nKey::helpSaveProjectAs, .title = L10nKey::commandSaveProjectAs, .keys = {ctrlShift | Qt::Key_S}},
     {.id = Command::exportVideo, .does = L10nKey::helpExport, .title = L10nKey::commandExportVideo, .keys = {ctrlShift | Qt::Key_E}},
+    {.id = Command::showQueue, .title = L10nKey::commandShowQueue},
     {.id = Command::showPreferences, .does = L10nKey::preferencesTitle, .title = L10nKey::commandPreferences, .keys = {Qt::CTRL | Qt::Key_Comma}},
     {.id = Command::showHelp, .does = L10nKey::helpThisHelp, .title = L10nKey::commandHelp, .keys = {Qt::CTRL | Qt::Key_Question, Qt::Key_F1}},
     {.id = Command::quit, .does = L10nKey::commandQuit, .title = L10nKey::commandQuit, .keys = {Qt::CTRL | Qt::Key_Q}},

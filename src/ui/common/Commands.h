@@ -61,6 +61,7 @@ enum class Command {
     saveProject,
     saveProjectAs,
     exportVideo,
+    showQueue,
     showPreferences,
     showHelp,
     quit,

@@ -1,4 +1,4 @@
-#include "ui/settings/TitledDialog.h"
+#include "ui/common/TitledDialog.h"
 
 #include "ui/common/Dialogs.h"
 #include "ui/style/Controls.h"

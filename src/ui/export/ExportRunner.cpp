@@ -1,15 +1,19 @@
 #include "ui/export/ExportRunner.h"
 
 #include "export/ExportManager.h"
+#include "export/ExportSource.h"
 #include "l10n/L10nKey.h"
 #include "ui/export/ExportWords.h"
 
-#include <algorithm>
+#include <mutex>
 #include <optional>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
+#include <QFileInfo>
+#include <QStorageInfo>
 #include <QString>
+#include <sys/resource.h>
 
 namespace pointloom {
 
@@ -74,87 +78,145 @@ SleepInhibitor::~SleepInhibitor() {
         callScreenSaver(QStringLiteral("UnInhibit"), {*m_screenSaverCookie});
 }
 
+using Stage = AppState::ExportStatus::Stage;
+
+ExportReport exportOnThisMachine(ExportJob job, const ExportControl& control) {
+    const auto fallback = settleEncoder(job);
+    ExportReport report = ExportManager::exportVideo(job, control);
+    report.fallback = fallback;
+    return report;
 }
 
-ExportRunner::ExportRunner(AppState& state, QObject* parent)
+std::int64_t freeBytesFor(const QString& outputPath) {
+    return QStorageInfo(QFileInfo(outputPath).absolutePath()).bytesAvailable(); // -1: there is no such folder
+}
+
+}
+
+ExportRunner::ExportRunner(AppState& state, const QString& queueFile, Work work, QObject* parent)
     : QObject(parent)
-    , m_state(state) {}
+    , m_state(state)
+    , m_work(work ? std::move(work) : Work(exportOnThisMachine))
+    , m_queue(
+          {.work = [this](const ExportJob& job, const ExportControl& control) { return run(job, control); },
+           .freeBytes = freeBytesFor,
+           .words = [this](const std::exception& error,
+                           const ExportJob& job) { return ExportWords::fault(error, job, true, m_language); },
+           .onChange = [this] { post(); }},
+          queueFile) {
+    m_bindings.watch(state.language, [this] { m_language = m_state.language; });
+    m_bindings.watch(state.isLicensed, [this] { m_isLicensed = m_state.isLicensed; });
+}
 
 ExportRunner::~ExportRunner() {
-    if (!m_isRunning)
-        return;
-    m_worker.request_stop();
-    m_worker.join();
-    m_state.exportStatus = AppState::ExportStatus{};
+    m_queue.stop();
+    m_worker = {};
+    if (m_shown)
+        m_state.exportStatus = AppState::ExportStatus{};
 }
 
-void ExportRunner::start(const ExportJob& job) {
-    if (m_isRunning)
-        return;
-    m_isRunning = true;
-    m_isStopping = false;
-    m_language = m_state.language;
-    m_frames = 0;
-    m_expectedFrames = 0;
-    m_clock.start();
+void ExportRunner::begin() {
+    if (!m_worker.joinable())
+        m_worker = std::jthread([this](const std::stop_token& stop) { work(stop); });
+}
+
+void ExportRunner::start(QueuedExport entry) {
+    release();
+    m_shown = entry.id;
     m_state.exportProgress = 0;
-    m_state.exportStatus = AppState::ExportStatus{AppState::ExportStatus::Stage::exporting, {}};
-    m_worker = std::jthread([this, job](const std::stop_token& stop) { run(job, stop); });
+    m_state.exportStatus = AppState::ExportStatus{Stage::exporting, {}};
+    m_queue.add(std::move(entry));
+    begin();
+}
+
+void ExportRunner::add(QueuedExport entry) {
+    m_queue.add(std::move(entry));
+    begin();
 }
 
 void ExportRunner::cancel() {
     m_isStopping = true;
-    m_worker.request_stop();
+    if (m_shown)
+        m_queue.cancel(*m_shown);
+}
+
+void ExportRunner::release() {
+    if (!m_shown)
+        return;
+    if (const auto shown = m_queue.entry(*m_shown); shown && !shown->isLeft())
+        m_queue.remove(*m_shown);
+    m_shown.reset();
+    m_isStopping = false;
+    m_state.exportStatus = AppState::ExportStatus{};
+}
+
+bool ExportRunner::isRunning() const {
+    return m_state.exportStatus.value().stage == Stage::exporting;
 }
 
 ExportProgress ExportRunner::progress() const {
-    const std::int64_t expected = m_expectedFrames;
-    if (expected == 0)
-        return {};
-    const std::int64_t frames = m_frames;
-    return {std::min(1.0, static_cast<double>(frames) / static_cast<double>(expected)), frames, expected};
+    const QueueStatus status = m_queue.status();
+    return m_shown && status.running == m_shown ? status.progress : ExportProgress{};
 }
 
-double ExportRunner::elapsedSeconds() const {
-    return static_cast<double>(m_clock.elapsed()) / 1000;
+// Several changes in a row are followed once.
+void ExportRunner::post() {
+    if (!m_isPosted.exchange(true))
+        QMetaObject::invokeMethod(this, &ExportRunner::follow, Qt::QueuedConnection);
 }
 
-// On the background thread from here on.
-void ExportRunner::run(ExportJob job, const std::stop_token& stop) {
-    using Stage = AppState::ExportStatus::Stage;
-    const ExportControl control{
-        .isCancelled = [&] { return stop.stop_requested(); },
-        .onProgress =
-            [&](const ExportProgress& progress) {
-                m_expectedFrames = progress.expectedFrames;
-                QMetaObject::invokeMethod(
-                    this, [this, fraction = progress.fraction] { m_state.exportProgress = fraction; },
-                    Qt::QueuedConnection);
-            },
-        .framesWritten = &m_frames,
-    };
-    try {
-        const SleepInhibitor awake(t(m_language, L10nKey::exporting));
-        const auto fallback = settleEncoder(job);
-        const ExportReport report = ExportManager::exportVideo(job, control);
-        post({Stage::done, {}}, report, fallback);
-    } catch (const ExportCancelled&) {
-        post({Stage::idle, {}});
-    } catch (const std::exception& error) {
-        post({Stage::error, ExportWords::fault(error, job, true, m_language)});
+// The session has the state of the export that the sheet shows.
+void ExportRunner::follow() {
+    m_isPosted = false;
+    const auto shown = m_shown ? m_queue.entry(*m_shown) : std::nullopt;
+    if (shown && shown->state == QueueState::running) {
+        m_state.exportProgress = m_queue.status().progress.fraction;
+    } else if (shown && isRunning() && !shown->isLeft()) {
+        const bool isDone = shown->state == QueueState::done;
+        m_report = shown->report;
+        m_isStopping = false;
+        if (isDone)
+            m_state.exportProgress = 1;
+        if (shown->state == QueueState::cancelled)
+            release();
+        else
+            m_state.exportStatus =
+                AppState::ExportStatus{isDone ? Stage::done : Stage::error, shown->message};
     }
+    Q_EMIT changed();
 }
 
-void ExportRunner::post(AppState::ExportStatus status, const ExportReport& report,
-                        const std::optional<EncoderFallback>& fallback) {
-    const auto take = [this, status = std::move(status), report, fallback] {
-        m_isRunning = false;
-        m_report = report;
-        m_fallback = fallback;
-        m_state.exportStatus = status;
-        Q_EMIT finished();
+// On the background thread from here on. Its threads inherit the niceness, so that what the user does with
+// another match comes first.
+void ExportRunner::work(const std::stop_token& stop) {
+    constexpr int niceness = 10;
+    (void)setpriority(PRIO_PROCESS, 0, niceness);
+    while (m_queue.waitForWork(stop))
+        m_queue.runNext();
+}
+
+// The desktop may sleep while the queue is paused.
+ExportReport ExportRunner::run(ExportJob job, const ExportControl& control) {
+    job.overlay.isLicensed = m_isLicensed;
+    const QString reason = t(m_language, L10nKey::exporting);
+    std::mutex mutex; // guards the next
+    std::optional<SleepInhibitor> awake(reason);
+    ExportControl own = control;
+    own.isCancelled = [&] {
+        const bool isHeld = m_queue.status().isHeld();
+        const auto keepAwake = [&](bool isOn) {
+            const std::scoped_lock lock(mutex);
+            if (isOn != awake.has_value())
+                isOn ? (void)awake.emplace(reason) : awake.reset();
+        };
+        if (isHeld)
+            keepAwake(false);
+        const bool isCancelled = control.isCancelled();
+        if (isHeld)
+            keepAwake(true);
+        return isCancelled;
     };
-    QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);
+    return m_work(job, own);
 }
 
 }

@@ -21,10 +21,10 @@ constexpr int optionsWidth = 58; // letters
 
 }
 
-ExportSheet::ExportSheet(const UiContext& context, QWidget* parent)
+ExportSheet::ExportSheet(const UiContext& context, ExportRunner& runner, QWidget* parent)
     : QDialog(parent)
     , m_context(context)
-    , m_runner(context.state)
+    , m_runner(runner)
     , m_title(Controls::label(Controls::TextRole::title, this))
     , m_still(new StillView(this))
     , m_moveHint(Controls::label(Controls::TextRole::quiet, this))
@@ -36,12 +36,15 @@ ExportSheet::ExportSheet(const UiContext& context, QWidget* parent)
     , m_cancel(Controls::button(Controls::ButtonKind::normal, this))
     , m_start(Controls::button(Controls::ButtonKind::primary, this))
     , m_stage(new ExportStage(context, m_runner, this)) {
-    m_context.state.exportStatus = AppState::ExportStatus{};
     build();
     bind();
     m_destination->proposeNewFile();
     updateExport();
     m_start->setFocus();
+}
+
+ExportSheet::~ExportSheet() {
+    m_runner.release();
 }
 
 void ExportSheet::build() {
@@ -128,10 +131,9 @@ void ExportSheet::bind() {
         m_destination->proposeNewFile();
         showOptions();
     });
-    connect(&m_runner, &ExportRunner::finished, this, [this] {
-        if (m_closesWhenStopped)
-            QDialog::reject();
-    });
+    connect(m_stage, &ExportStage::resumeRequested, this, [this] { m_runner.queue().resume(); });
+    connect(&m_runner, &ExportRunner::changed, this, &ExportSheet::showWords);
+    connect(this, &QDialog::finished, this, [this] { m_runner.release(); });
     m_bindings.watch(state.language, [this] { showWords(); });
     m_bindings.watch(state.exportStatus, [this] { showStage(); });
     m_bindings.watch(state.videoURL, [this] { offerEncoders(); });
@@ -148,7 +150,7 @@ void ExportSheet::showWords() {
     setWindowTitle(m_context.text(L10nKey::exportVideoTitle));
     m_title->setText(m_context.text(L10nKey::exportVideoTitle));
     m_cancel->setText(m_context.text(L10nKey::cancel));
-    m_start->setText(m_context.text(L10nKey::startExport));
+    m_start->setText(m_context.text(isQueueBusy() ? L10nKey::queueAdd : L10nKey::startExport));
     m_still->setAccessibleName(m_context.text(L10nKey::exportFrameName));
     m_moveHint->setText(m_context.text(L10nKey::exportMoveHint));
 }
@@ -166,7 +168,7 @@ void ExportSheet::showStage() {
 }
 
 void ExportSheet::showOptions() {
-    m_context.state.exportStatus = AppState::ExportStatus{};
+    m_runner.release();
     updateExport();
 }
 
@@ -205,33 +207,34 @@ std::optional<ExportJob> ExportSheet::job() const {
     return job;
 }
 
+// How many pictures a second has is not known here.
+QueuedExport ExportSheet::entry(const ExportJob& job) const {
+    const AppState& state = m_context.state;
+    const QSize size = targetSize(job.settings.preset).value_or(QSize(state.videoWidth, state.videoHeight));
+    return {.name = displayName(job.overlay.config),
+            .job = job,
+            .work = TimeMap(state.keptParts()).length() * size.width() * size.height()};
+}
+
+bool ExportSheet::isQueueBusy() const {
+    return !m_runner.isRunning() && m_runner.queue().status().left > 0;
+}
+
 void ExportSheet::start() {
     if (!job() || !m_destination->prepare())
         return;
-    m_closesWhenStopped = false;
     m_destination->estimate(std::nullopt); // the export has the processors
-    m_runner.start(*job());
+    if (!isQueueBusy()) {
+        m_runner.start(entry(*job()));
+        return;
+    }
+    m_runner.add(entry(*job()));
+    accept();
 }
 
 void ExportSheet::stop() {
     m_runner.cancel();
     m_stage->showStopping();
-}
-
-void ExportSheet::reject() {
-    if (!m_runner.isRunning()) {
-        QDialog::reject();
-        return;
-    }
-    const bool agreed = m_context.dialogs.confirm(
-        this, m_context.text(L10nKey::exportStopTitle), m_context.text(L10nKey::exportStopMessage),
-        m_context.text(L10nKey::exportStopConfirm), m_context.text(L10nKey::exportKeepExporting));
-    if (!agreed)
-        return;
-    if (!m_runner.isRunning())
-        return; // it ended meanwhile; its result is shown
-    m_closesWhenStopped = true;
-    stop();
 }
 
 }

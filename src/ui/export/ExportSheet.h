@@ -16,16 +16,17 @@
 
 namespace pointloom {
 
-/// Closing it while it exports asks, and stops the export when the user agrees. Destroying it stops the
-/// export without a question.
+/// Its export goes on in the queue when it is closed. While the queue has exports that are left it adds one
+/// more and closes.
 class ExportSheet : public QDialog {
     Q_OBJECT
 
 public:
-    ExportSheet(const UiContext& context, QWidget* parent);
+    /// `runner` outlives the sheet.
+    ExportSheet(const UiContext& context, ExportRunner& runner, QWidget* parent);
+    ~ExportSheet() override;
 
     bool isExporting() const { return m_runner.isRunning(); }
-    void reject() override;
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -42,11 +43,13 @@ private:
     void fitToOptions();
     void offerEncoders();
     std::optional<ExportJob> job() const;
+    QueuedExport entry(const ExportJob& job) const;
+    bool isQueueBusy() const;
     void start();
     void stop();
 
     UiContext m_context;
-    ExportRunner m_runner;
+    ExportRunner& m_runner;
     QLabel* m_title;
     StillView* m_still;
     QLabel* m_moveHint; // where the picture can be moved
@@ -58,7 +61,6 @@ private:
     QPushButton* m_cancel;
     QPushButton* m_start;
     ExportStage* m_stage;
-    bool m_closesWhenStopped = false;
     Bindings m_bindings; // ends first
 };
 

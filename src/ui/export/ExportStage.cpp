@@ -1,20 +1,13 @@
 #include "ui/export/ExportStage.h"
 
 #include "ui/export/ExportWords.h"
+#include "ui/export/ResultFile.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
-#include <functional>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDesktopServices>
-#include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QUrl>
 
 namespace pointloom {
 
@@ -23,31 +16,6 @@ namespace {
 constexpr int iconSize = 22;
 constexpr int barSteps = 1000;
 constexpr int refreshInterval = 200; // milliseconds
-
-// Shows the file selected in its folder, where the file manager can; opens the folder elsewhere, and calls
-// `onFailure` where nothing does. Returns at once; `receiver` gets the failure while it lives.
-void showInFileManager(const QString& path, QObject* receiver, const std::function<void()>& onFailure) {
-    const auto openFolder = [folder = QUrl::fromLocalFile(QFileInfo(path).absolutePath()), onFailure] {
-        if (!QDesktopServices::openUrl(folder))
-            onFailure();
-    };
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        openFolder();
-        return;
-    }
-    const QString service = QStringLiteral("org.freedesktop.FileManager1");
-    QDBusMessage message = QDBusMessage::createMethodCall(
-        service, QStringLiteral("/org/freedesktop/FileManager1"), service, QStringLiteral("ShowItems"));
-    const QStringList items{QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded())};
-    message.setArguments({items, QString()});
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), receiver);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, openFolder] {
-        watcher->deleteLater();
-        if (QDBusPendingReply<>(*watcher).isError())
-            openFolder();
-    });
-}
 
 }
 
@@ -73,18 +41,20 @@ void ExportStage::build() {
 
     m_another = addButton("exportAnother", false, &ExportStage::anotherRequested);
     m_options = addButton("changeOptions", false, &ExportStage::optionsRequested);
-    m_folder = addButton("showInFolder", false, &ExportStage::showInFolder);
-    m_play = addButton("play", false, &ExportStage::play);
+    m_folder = addButton("showInFolder", false, &ExportStage::folderRequested);
+    m_play = addButton("play", false, &ExportStage::playRequested);
     m_cancel = addButton("cancelExport", false, &ExportStage::cancelRequested);
     m_retry = addButton("retry", true, &ExportStage::retryRequested);
     m_close = addButton("closeSheet", true, &ExportStage::closeRequested);
+    m_continue = addButton("continueEditing", true, &ExportStage::closeRequested);
+    m_resume = addButton("resumeExport", false, &ExportStage::resumeRequested);
 
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(Space::s);
     buttons->addWidget(m_another);
     buttons->addWidget(m_options);
     buttons->addStretch();
-    for (QPushButton* button : {m_folder, m_play, m_retry, m_close})
+    for (QPushButton* button : {m_folder, m_play, m_retry, m_close, m_continue})
         buttons->addWidget(button);
     auto* heading = new QHBoxLayout;
     heading->setSpacing(Space::s);
@@ -93,6 +63,7 @@ void ExportStage::build() {
     auto* detail = new QHBoxLayout;
     detail->setSpacing(Space::m);
     detail->addWidget(m_detail, 1);
+    detail->addWidget(m_resume);
     detail->addWidget(m_cancel);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
@@ -129,6 +100,9 @@ QPushButton* ExportStage::addButton(const char* name, bool isPrimary, void (Expo
 
 void ExportStage::bind() {
     AppState& state = m_context.state;
+    const auto result = [this] { return ResultFile{m_context, this, m_runner.report().outputPath}; };
+    connect(this, &ExportStage::playRequested, this, [result] { result().play(); });
+    connect(this, &ExportStage::folderRequested, this, [result] { result().showInFolder(); });
     m_refresh.setInterval(refreshInterval);
     connect(&m_refresh, &QTimer::timeout, this, &ExportStage::showProgress);
     connect(&Theme::shared(), &Theme::changed, this, &ExportStage::showStage);
@@ -144,6 +118,8 @@ void ExportStage::showWords() {
     m_cancel->setText(m_context.text(L10nKey::cancel));
     m_retry->setText(m_context.text(L10nKey::retry));
     m_close->setText(m_context.text(L10nKey::done));
+    m_continue->setText(m_context.text(L10nKey::queueContinue));
+    m_resume->setText(m_context.text(L10nKey::queueResumeAnyway));
     m_bar->setAccessibleName(m_context.text(L10nKey::exportProgressName));
 }
 
@@ -155,6 +131,8 @@ void ExportStage::showStage() {
     m_bar->setVisible(isExporting);
     m_cancel->setVisible(isExporting);
     m_cancel->setEnabled(true);
+    m_continue->setVisible(isExporting);
+    m_resume->hide();
     for (QPushButton* button : {m_another, m_folder, m_play, m_close})
         button->setVisible(isDone);
     m_retry->setVisible(isFailed);
@@ -169,7 +147,7 @@ void ExportStage::showStage() {
         m_heading->setText(m_context.text(L10nKey::exporting));
         m_refresh.start();
         showProgress();
-        m_cancel->setFocus();
+        m_continue->setFocus();
         return;
     }
     m_refresh.stop();
@@ -190,7 +168,7 @@ void ExportStage::showResult() {
     const QFileInfo file(m_runner.report().outputPath);
     QStringList lines{
         QStringLiteral("%1 · %2").arg(file.fileName(), ExportWords::bytes(file.size(), language))};
-    if (const auto& fallback = m_runner.fallback())
+    if (const auto& fallback = m_runner.report().fallback)
         lines += format(m_context.text(L10nKey::exportSoftwareUsed),
                         QString::fromUtf8(media::nameOf(fallback->requested)));
     m_detail->setText(lines.join(u'\n'));
@@ -202,38 +180,27 @@ void ExportStage::showResult() {
 }
 
 void ExportStage::showProgress() {
+    const QueueStatus status = m_runner.queue().status();
     const ExportProgress progress = m_runner.progress();
+    const Language language = m_context.state.language;
     m_bar->setValue(static_cast<int>(progress.fraction * barSteps));
+    m_resume->setVisible(status.lowSpace && !m_runner.isStopping());
     if (m_runner.isStopping())
         m_detail->setText(m_context.text(L10nKey::exportStopping));
+    else if (status.lowSpace)
+        m_detail->setText(
+            format(m_context.text(L10nKey::queueLowSpace), ExportWords::bytes(*status.lowSpace, language)));
     else if (progress.fraction <= 0)
         m_detail->setText(m_context.text(L10nKey::exportPreparing));
     else if (progress.fraction >= 1)
         m_detail->setText(m_context.text(L10nKey::exportFinishing));
     else
-        m_detail->setText(
-            ExportWords::progress(progress, m_runner.elapsedSeconds(), m_context.state.language));
+        m_detail->setText(ExportWords::progress(progress, status.elapsed, language));
 }
 
 void ExportStage::showStopping() {
     m_cancel->setEnabled(false);
     showProgress();
-}
-
-void ExportStage::play() {
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(m_runner.report().outputPath)))
-        tellNothingOpens();
-}
-
-void ExportStage::showInFolder() {
-    showInFileManager(m_runner.report().outputPath, this, [this] { tellNothingOpens(); });
-}
-
-void ExportStage::tellNothingOpens() {
-    const QFileInfo file(m_runner.report().outputPath);
-    m_context.dialogs.alert(this, m_context.text(L10nKey::exportNoOpenerTitle),
-                            format(m_context.text(L10nKey::exportNoOpener), file.fileName(),
-                                   QDir::toNativeSeparators(file.absolutePath())));
 }
 
 }

@@ -28,6 +28,9 @@ Q_SIGNALS:
     void optionsRequested();
     void retryRequested();
     void closeRequested();
+    void resumeRequested();
+    void playRequested();
+    void folderRequested();
 
 private:
     using Stage = AppState::ExportStatus::Stage;
@@ -40,9 +43,6 @@ private:
     QWidget* makeDamageRow();
     void showResult();
     void showProgress();
-    void play();
-    void showInFolder();
-    void tellNothingOpens();
 
     UiContext m_context;
     const ExportRunner& m_runner;
@@ -57,6 +57,8 @@ private:
     QPushButton* m_options = nullptr;
     QPushButton* m_folder = nullptr;
     QPushButton* m_close = nullptr;
+    QPushButton* m_continue = nullptr;
+    QPushButton* m_resume = nullptr;
     QPushButton* m_cancel = nullptr;
     QPushButton* m_play = nullptr;
     QPushButton* m_retry = nullptr;

@@ -27,6 +27,31 @@ QString progress(const ExportProgress& progress, double elapsedSeconds, Language
            format(t(language, L10nKey::exportTimeLeft), span(pace->secondsLeft));
 }
 
+QString queue(const QueueStatus& status, const QDateTime& now, Language language) {
+    const QLocale locale = localeOf(language);
+    const auto failed = [&] {
+        return format(t(language, L10nKey::queueFailed), locale.toString(status.failed));
+    };
+    if (status.left == 0 && status.failed > 0)
+        return failed();
+    if (status.left == 0)
+        return status.done > 0        ? t(language, L10nKey::queueAllDone)
+               : status.cancelled > 0 ? t(language, L10nKey::queueCancelled)
+                                      : QString();
+    if (status.lowSpace)
+        return format(t(language, L10nKey::queueLowSpace), bytes(*status.lowSpace, language));
+    QStringList parts{format(t(language, L10nKey::queueLeft), locale.toString(status.left))};
+    if (status.isPaused) {
+        parts += t(language, L10nKey::queuePaused);
+    } else if (constexpr double tooEarly = 5; status.secondsLeft && status.elapsed >= tooEarly) {
+        const QDateTime end = now.addSecs(std::llround(*status.secondsLeft));
+        parts += format(t(language, L10nKey::queueDoneAt), locale.toString(end.time(), QLocale::ShortFormat));
+    }
+    if (status.failed > 0)
+        parts += failed();
+    return parts.join(QStringLiteral(", "));
+}
+
 QStringList damage(const media::Damage& damage, Language language) {
     constexpr double shortest = 0.1; // seconds; that one decimal can say
     QStringList lines;

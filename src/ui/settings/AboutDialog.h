@@ -1,7 +1,7 @@
 // About: version, licence and libraries of the program.
 #pragma once
 
-#include "ui/settings/TitledDialog.h"
+#include "ui/common/TitledDialog.h"
 
 namespace pointloom {
 

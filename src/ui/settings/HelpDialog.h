@@ -1,7 +1,7 @@
 // Help: the steps of the program, the marker table, tips and all keys.
 #pragma once
 
-#include "ui/settings/TitledDialog.h"
+#include "ui/common/TitledDialog.h"
 
 namespace pointloom {
 

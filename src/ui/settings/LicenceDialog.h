@@ -3,7 +3,7 @@
 #pragma once
 
 #include "licensing/LicenceOperations.h"
-#include "ui/settings/TitledDialog.h"
+#include "ui/common/TitledDialog.h"
 
 class QLineEdit;
 class QProgressBar;

@@ -1,7 +1,7 @@
 // Preferences: each choice takes effect and is kept at once.
 #pragma once
 
-#include "ui/settings/TitledDialog.h"
+#include "ui/common/TitledDialog.h"
 
 class QCheckBox;
 class QComboBox;

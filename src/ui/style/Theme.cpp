@@ -108,6 +108,7 @@ QCheckBox::indicator:focus, QRadioButton::indicator:focus { border: 2px solid @a
 QMenuBar { background: @window; color: @text; }
 QMenuBar::item { padding: 4px 10px; background: transparent; border-radius: 4px; }
 QMenuBar::item:selected { background: @raised; }
+QMenuBar QToolButton, QMenuBar QToolButton:focus { padding: 2px 8px; } /* no higher than the menus */
 QMenu { background: @surface; color: @text; border: 1px solid @line; padding: 4px; }
 QMenu::item { padding: 6px 28px 6px 14px; border-radius: 4px; }
 QMenu::item:selected { background: @raised; }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/TestClips.h"
+#include "ui/export/ExportRunner.h"
 #include "ui/support/ScreenContext.h"
 
 #include <gtest/gtest.h>
@@ -36,6 +37,7 @@ struct ExportScreen : ScreenContext {
 
     ClipFolder clips;
     QString output = clips.path(QStringLiteral("result.mp4"));
+    ExportRunner runner{state};
 };
 
 template <class Widget = QPushButton>

@@ -37,7 +37,7 @@ QImage settledStill(ExportSheet& sheet, QSize size) {
 struct OpenSheet : ExportScreen {
     explicit OpenSheet(double seconds = 2)
         : ExportScreen(seconds)
-        , sheet(context, nullptr) {
+        , sheet(context, runner, nullptr) {
         test::show(sheet);
         click(sheet, "changeDestination");
     }
@@ -136,7 +136,7 @@ TEST(ExportSheet, APictureThatFillsTheFrameIsMovedByHandAndByKeys) {
         screen.clips.make(QStringLiteral("halves.mp4"),
                           "-f lavfi -i color=0x9050b0:s=640x360:r=25:d=1,drawbox=x=320:w=320:h=360:"
                           "c=0x30a060:t=fill -c:v libx264 -pix_fmt yuv420p"));
-    ExportSheet sheet(screen.context, nullptr);
+    ExportSheet sheet(screen.context, screen.runner, nullptr);
     test::show(sheet);
     click(sheet, "changeDestination");
     const auto* fill = named<QWidget>(sheet, "fill");
@@ -169,15 +169,15 @@ TEST(ExportSheet, APictureThatFillsTheFrameIsMovedByHandAndByKeys) {
 // A machine with such a graphics card gets what was requested.
 TEST(ExportRunner, AnEncoderThatDoesNotWorkIsReplacedAndNamedByTheResult) {
     ExportScreen screen;
-    ExportRunner runner(screen.state);
-    ExportStage stage(screen.context, runner, nullptr);
+    ExportStage stage(screen.context, screen.runner, nullptr);
     ExportJob job = exportJobFor(projectFrom(screen.state)).value();
     job.outputPath = screen.output;
     job.settings.encoder = media::EncoderKind::vaapi;
-    runner.start(job);
+    screen.runner.start({.job = job});
     ASSERT_TRUE(waitForStage(screen, Stage::done));
     const QString detail = named<QLabel>(stage, "stageDetail")->text();
-    EXPECT_EQ(detail.contains(QStringLiteral("VAAPI did not work")), runner.fallback().has_value());
+    EXPECT_EQ(detail.contains(QStringLiteral("VAAPI did not work")),
+              screen.runner.report().fallback.has_value());
     EXPECT_EQ(test::probe(screen.output)["streams"][0]["codec_name"], "h264");
 }
 
@@ -194,23 +194,46 @@ TEST(ExportSheet, CancelLeavesTheFileThatWasThereAndGoesBackToTheChoices) {
     EXPECT_TRUE(named(open.sheet, "startExport")->isVisible());
 }
 
-TEST(ExportSheet, ClosingWhileExportingAsksAndStops) {
+TEST(ExportSheet, ClosedWhileItExportsItGoesOnAndTheNextExportWaitsForIt) {
     OpenSheet open(60);
     click(open.sheet, "startExport");
     ASSERT_TRUE(QTest::qWaitFor([&] { return open.state.exportProgress.value() > 0; }, longest));
-
-    open.dialogs.confirms = false;
     open.dialogs.shown.clear();
     QTest::keyClick(&open.sheet, Qt::Key_Escape);
-    EXPECT_EQ(open.dialogs.shown.value(0), QStringLiteral("Stop the Export?"));
-    EXPECT_TRUE(open.sheet.isVisible());
-    EXPECT_TRUE(open.sheet.isExporting());
-
-    open.dialogs.confirms = true;
-    open.sheet.close();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !open.sheet.isVisible(); }, longest));
-    EXPECT_FALSE(QFile::exists(open.output));
+    EXPECT_FALSE(open.sheet.isVisible());
+    EXPECT_EQ(open.dialogs.shown, QStringList());
     EXPECT_EQ(open.state.exportStatus.value().stage, Stage::idle);
+    EXPECT_EQ(open.runner.queue().status().left, 1);
+
+    ExportSheet next(open.context, open.runner, nullptr);
+    test::show(next);
+    EXPECT_EQ(named<QPushButton>(next, "startExport")->text(), QStringLiteral("Add to Queue"));
+    open.state.markers = std::vector<Marker>(); // of another match
+    open.state.trimEnd = 0.7;
+    open.dialogs.fileToSave = open.clips.path(QStringLiteral("next.mp4"));
+    click(next, "changeDestination");
+    click(next, "startExport");
+    EXPECT_FALSE(next.isVisible());
+    const auto entries = open.runner.queue().entries();
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].state, QueueState::running);
+    EXPECT_EQ(entries[0].job.overlay.markers.size(), 1U);
+    EXPECT_EQ(entries[1].state, QueueState::waiting);
+    EXPECT_EQ(entries[1].name, QStringLiteral("Dravnik – Solvane"));
+
+    open.runner.queue().cancel(entries[0].id);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return open.runner.queue().status().done == 1; }, longest));
+    EXPECT_TRUE(QFile::exists(open.dialogs.fileToSave.value()));
+    EXPECT_FALSE(QFile::exists(open.output));
+}
+
+TEST(ExportSheet, AResultThatWasSeenLeavesTheQueue) {
+    OpenSheet open;
+    click(open.sheet, "startExport");
+    ASSERT_TRUE(waitForStage(open, Stage::done));
+    EXPECT_EQ(open.runner.queue().entries().size(), 1U);
+    click(open.sheet, "closeSheet");
+    EXPECT_TRUE(open.runner.queue().entries().empty());
 }
 
 TEST(ExportSheet, AVanishedVideoIsNamedAndRetryWorksOnceItIsBack) {
@@ -268,7 +291,7 @@ TEST(ExportSheet, WhatACutVideoHasLostStandsBelowTheResult) {
 TEST(ExportSheet, AFolderThatIsNotThereIsNamed) {
     ExportScreen screen;
     screen.dialogs.fileToSave = screen.clips.path(QStringLiteral("nowhere/result.mp4"));
-    ExportSheet sheet(screen.context, nullptr);
+    ExportSheet sheet(screen.context, screen.runner, nullptr);
     test::show(sheet);
     click(sheet, "changeDestination");
     click(sheet, "startExport");
@@ -333,7 +356,7 @@ TEST(ExportSheet, TheStillIsTheExportsOwnWithinTheTrimmedRange) {
     ExportScreen screen;
     screen.state.trimStart = 1.0;
     screen.state.currentTime = 0.2; // not exported: the nearest frame that is
-    ExportSheet sheet(screen.context, nullptr);
+    ExportSheet sheet(screen.context, screen.runner, nullptr);
     auto job = exportJobFor(projectFrom(screen.state)).value();
     job.overlay.isLicensed = true;
     EXPECT_EQ(settledStill(sheet, {640, 360}), ExportManager::renderStill(job, 1.0));
