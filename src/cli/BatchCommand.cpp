@@ -4,8 +4,8 @@
 #include "cli/Command.h"
 #include "cli/ExportArguments.h"
 #include "cli/LicenceCommand.h"
-#include "export/ExportManager.h"
 #include "export/ExportQueue.h"
+#include "persistence/KeptSegments.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -125,9 +125,15 @@ private:
     bool m_withSubfolders = false;
     bool m_again = false;
     ExportRequest m_request;
+    ReuseChoices m_reuse;
     ProgressMode m_progress = ProgressMode::automatic;
     std::unique_ptr<LicenceManager> m_licence;
-    ExportQueue m_queue{{ExportManager::exportVideo, {}, {}, {}}};
+    ExportQueue m_queue{{[this](const ExportJob& job, const ExportControl& control) {
+                             return exportReusing(job, KeptSegments::cache(), control, m_reuse);
+                         },
+                         {},
+                         {},
+                         {}}};
     std::vector<InputFile> m_protected; // the inputs of all documents, and the videos of those that are done
 };
 
@@ -140,12 +146,13 @@ BatchCommand::BatchCommand(CLI::App& root)
     app().add_flag("--again", m_again, "Export also what is up to date");
     addEncodingOptions(app(), m_request);
     addEncoderOption(app(), m_request);
+    addFreshOption(app(), m_reuse);
     addProgressOption(app(), m_progress);
     app().footer(
         "Example:\n  pointloom-cli batch tournament --recursive --output-dir videos\n\n"
         "court1.plp becomes court1_scoreboard.mp4. A video that is newer than its document and what\n"
-        "that names is kept, so that a batch that was stopped goes on where it was. Ctrl-C removes the\n"
-        "video that was being written. The exit status is 1 when any document failed.");
+        "that names is kept, so that a batch that was stopped goes on where it was, in the middle of a\n"
+        "video too. The exit status is 1 when any document failed.");
 }
 
 ExitStatus BatchCommand::run() {

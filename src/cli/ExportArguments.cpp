@@ -111,6 +111,10 @@ void addEncoderOption(CLI::App& app, ExportRequest& request) {
               "Software, or a graphics card where it works; auto: software");
 }
 
+void addFreshOption(CLI::App& app, ReuseChoices& choices) {
+    app.add_flag("--fresh", choices.isFresh, "Encode all anew, also what earlier exports have encoded");
+}
+
 void addProgressOption(CLI::App& app, ProgressMode& mode) {
     addChoice(app, "--progress", mode, RawValues<ProgressMode>::table,
               "How to show progress; auto: a bar on a terminal");

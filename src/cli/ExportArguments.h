@@ -3,6 +3,7 @@
 
 #include "cli/ProgressDisplay.h"
 #include "cli/ProjectInputs.h"
+#include "export/segments/ReusingExport.h"
 
 #include <CLI/CLI.hpp>
 #include <string_view>
@@ -27,6 +28,9 @@ void addRequestOptions(CLI::App& app, ExportRequest& request, Pictures pictures 
 
 /// "auto" is software: its quality is what the defaults promise.
 void addEncoderOption(CLI::App& app, ExportRequest& request);
+
+/// --fresh.
+void addFreshOption(CLI::App& app, ReuseChoices& choices);
 
 void addProgressOption(CLI::App& app, ProgressMode& mode);
 

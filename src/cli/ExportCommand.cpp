@@ -5,10 +5,9 @@
 #include "cli/ExportArguments.h"
 #include "cli/LicenceCommand.h"
 #include "export/Chapters.h"
-#include "export/ExportManager.h"
 #include "export/ExportTimeline.h"
 #include "export/OverlayExport.h"
-#include "export/segments/ParallelExport.h"
+#include "persistence/KeptSegments.h"
 
 #include <utility>
 
@@ -35,8 +34,7 @@ private:
     bool m_overlayOnly = false;
     bool m_asPictures = false; // an overlay as a folder of them
     bool m_chaptersText = false;
-    int m_jobs = 1;
-    std::optional<SegmentPlan> m_plan; // of an export by several jobs
+    ReuseChoices m_reuse;
 };
 
 ExportCommand::ExportCommand(CLI::App& root)
@@ -48,10 +46,10 @@ ExportCommand::ExportCommand(CLI::App& root)
     addRequestOptions(app(), m_request, Pictures::too);
     addEncoderOption(app(), m_request);
     app()
-        .add_option("--jobs", m_jobs, "Segments of the video to encode at the same time")
+        .add_option("--jobs", m_reuse.atOnce, "Segments of the video to encode at the same time")
         ->type_name("NUMBER")
-        ->check(CLI::Range(1, mostJobs))
-        ->capture_default_str();
+        ->check(CLI::Range(1, mostJobs));
+    addFreshOption(app(), m_reuse);
     app().add_flag(
         "--overlay-only", m_overlayOnly,
         "The scoreboard alone on a transparent ground: ProRes 4444, or with --format png a folder of "
@@ -61,7 +59,7 @@ ExportCommand::ExportCommand(CLI::App& root)
     addProgressOption(app(), m_progress);
     app().footer(
         "Example:\n  pointloom-cli export final.plp -o final.mp4 --preset youtube4k --trim-end 90\n\n"
-        "Ctrl-C stops the export and removes what was written; the exit status is then 130.");
+        "Ctrl-C stops the export; the exit status is then 130. The next export goes on where it was.");
 }
 
 void printChapters(const ExportJob& job) {
@@ -85,7 +83,7 @@ void ExportCommand::settleFormat() {
         m_request.settings.format = ExportFormat::prores;
     if (!m_asPictures && m_request.settings.format != ExportFormat::prores)
         throw UsageError("--overlay-only: " + word + " has no transparency; use --format prores or png");
-    if (m_jobs > 1 || m_request.settings.encoder != media::EncoderKind::software)
+    if (m_reuse.atOnce > 1 || m_request.settings.encoder != media::EncoderKind::software)
         throw UsageError("--overlay-only: is encoded by one job in software; leave out --jobs and --encoder");
 }
 
@@ -104,24 +102,17 @@ void ExportCommand::settleOutput(ExportJob& job) const {
         requireUsableOutput(job.outputPath, inputFiles(job));
 }
 
-// Needs to try the encoder and to read the video.
+// Needs to try the encoder.
 void ExportCommand::settleEncoding(ProjectInputs& inputs) {
     settleEncoder(inputs);
-    if (m_jobs == 1)
-        return;
-    if (inputs.job.settings.encoder != media::EncoderKind::software) {
+    if (m_reuse.atOnce > 1 && inputs.job.settings.encoder != media::EncoderKind::software)
         inputs.remarks.notes += QStringLiteral("one job: an encoder in hardware serves one at a time");
-        return;
-    }
-    m_plan = makePlan(inputs, m_jobs);
 }
 
 ExportReport ExportCommand::write(const ExportJob& job, const ExportControl& control) const {
-    if (m_plan)
-        return exportInParallel(*m_plan, control, job.ifExists);
     if (m_overlayOnly)
         return exportOverlay(job, m_asPictures ? OverlayFormat::png : OverlayFormat::prores, control);
-    return ExportManager::exportVideo(job, control);
+    return exportReusing(job, KeptSegments::cache(), control, m_reuse);
 }
 
 ExitStatus ExportCommand::run() {

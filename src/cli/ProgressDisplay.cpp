@@ -40,7 +40,8 @@ std::string progressLine(const ExportProgress& progress, double elapsedSeconds, 
     const double fraction = std::clamp(progress.fraction, 0.0, 1.0);
     const std::string percent = std::to_string(static_cast<int>(fraction * 100 + 1e-6)) + " %";
     std::string rest;
-    if (const auto pace = paceOf({fraction, progress.frames, progress.expectedFrames}, elapsedSeconds))
+    if (const auto pace = paceOf({fraction, progress.frames, progress.expectedFrames, progress.reusedFrames},
+                                 elapsedSeconds))
         rest = "  " + std::to_string(std::lround(pace->framesPerSecond)) + " fps  " +
                clockText(pace->secondsLeft) + " left";
 

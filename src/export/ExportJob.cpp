@@ -105,10 +105,12 @@ double endOfRange(std::optional<double> trimEnd, double videoDuration) {
 }
 
 std::optional<ExportPace> paceOf(const ExportProgress& progress, double elapsedSeconds) {
-    if (elapsedSeconds <= 0 || progress.fraction <= 0)
+    const auto reused = static_cast<double>(progress.reusedFrames);
+    const double encoded = progress.fraction - reused / static_cast<double>(progress.expectedFrames);
+    if (elapsedSeconds <= 0 || encoded <= 0)
         return std::nullopt;
-    return ExportPace{static_cast<double>(progress.frames) / elapsedSeconds,
-                      elapsedSeconds * (1 - progress.fraction) / progress.fraction};
+    return ExportPace{(static_cast<double>(progress.frames) - reused) / elapsedSeconds,
+                      elapsedSeconds * (1 - progress.fraction) / encoded};
 }
 
 }

@@ -156,6 +156,7 @@ struct ExportProgress {
     double fraction = 0; // 0..1; stays at or below 0.95 until the file is complete
     std::int64_t frames = 0;
     std::int64_t expectedFrames = 1;
+    std::int64_t reusedFrames = 0; // of `frames`, kept from an earlier export
 };
 
 /// The control of a running export. All members may be empty.
@@ -201,8 +202,9 @@ public:
 private:
     void send(double fraction) const {
         if (m_control.onProgress)
-            m_control.onProgress(
-                {fraction, m_progress.frames, std::max(m_progress.expectedFrames, m_progress.frames)});
+            m_control.onProgress({fraction, m_progress.frames,
+                                  std::max(m_progress.expectedFrames, m_progress.frames),
+                                  m_progress.reusedFrames});
     }
 
     const ExportControl& m_control;

@@ -1,20 +1,14 @@
 #include "export/FrameOverlay.h"
 
+#include <QCryptographicHash>
 #include <QPainter>
 #include <QTransform>
 
 namespace pointloom {
 
-namespace {
-
-struct PlacedImage {
-    QImage image;
-    QPoint position;
-};
-
 // An image at a place of the upright frame, turned to lie over the same spot of the stored frame.
-PlacedImage turnToStored(const PlacedImage& upright, QSize uprightSize,
-                         const media::Orientation& orientation) {
+FrameOverlay::PlacedImage FrameOverlay::turnToStored(const PlacedImage& upright, QSize uprightSize,
+                                                     const media::Orientation& orientation) {
     if (orientation.isIdentity())
         return upright;
     const QRect from(upright.position, upright.image.size());
@@ -38,8 +32,6 @@ PlacedImage turnToStored(const PlacedImage& upright, QSize uprightSize,
     return stored;
 }
 
-}
-
 FrameOverlay::FrameOverlay(const ExportJob& job, const PictureLayout& layout,
                            const media::FrameFormat& format)
     : m_layout(layout)
@@ -58,7 +50,7 @@ void FrameOverlay::drawInto(const media::VideoFrame& frame, double time) {
     m_scoreboard->blendInto(frame);
 }
 
-PlanarLayer FrameOverlay::makeLayer(const OverlayPart& part) const {
+FrameOverlay::PlacedImage FrameOverlay::draw(const OverlayPart& part) const {
     const QSize uprightSize = m_layout.uprightFrameSize();
     const double scaleX = uprightSize.width() / m_layout.canvas.width();
     const double scaleY = uprightSize.height() / m_layout.canvas.height();
@@ -67,7 +59,7 @@ PlanarLayer FrameOverlay::makeLayer(const OverlayPart& part) const {
     const QRectF visible = scaled & QRectF(QPointF(0, 0), uprightSize);
     const QRect place = visible.toAlignedRect() & QRect(QPoint(0, 0), uprightSize);
     if (place.isEmpty())
-        return {QImage(), QPoint(), m_layout.frameSize, m_format};
+        return {};
     QImage image(place.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     {
@@ -76,8 +68,33 @@ PlanarLayer FrameOverlay::makeLayer(const OverlayPart& part) const {
         painter.scale(scaleX, scaleY);
         part.draw(painter);
     }
-    const PlacedImage stored = turnToStored({image, place.topLeft()}, uprightSize, m_layout.orientation);
+    return turnToStored({image, place.topLeft()}, uprightSize, m_layout.orientation);
+}
+
+PlanarLayer FrameOverlay::makeLayer(const OverlayPart& part) const {
+    const PlacedImage stored = draw(part);
     return {stored.image, stored.position, m_layout.frameSize, m_format};
+}
+
+QByteArray FrameOverlay::marksDigest() const {
+    QByteArray digests;
+    for (const OverlayPart& mark : m_compositor.marks())
+        digests += digestOf(draw(mark));
+    return digests;
+}
+
+QByteArray FrameOverlay::scoreboardDigest(const SportScoreState& score) const {
+    return digestOf(draw(m_compositor.scoreboard(score)));
+}
+
+QByteArray FrameOverlay::digestOf(const PlacedImage& placed) {
+    const QImage& image = placed.image;
+    QCryptographicHash hash(QCryptographicHash::Blake2b_256);
+    for (const int number : {placed.position.x(), placed.position.y(), image.width(), image.height()})
+        hash.addData(QByteArray::number(number) + ' ');
+    for (int y = 0; y < image.height(); ++y)
+        hash.addData(QByteArrayView(image.constScanLine(y), image.width() * qsizetype{4}));
+    return hash.result();
 }
 
 }

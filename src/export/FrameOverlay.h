@@ -6,6 +6,7 @@
 #include "export/PlanarLayer.h"
 
 #include <optional>
+#include <QByteArray>
 
 namespace pointloom {
 
@@ -20,7 +21,20 @@ public:
     /// layout's size, stored orientation, whose buffer is writable.
     void drawInto(const media::VideoFrame& frame, double time);
 
+    /// A digest of the pixels and the places of the marks, and of the scoreboard with that score.
+    QByteArray marksDigest() const;
+    QByteArray scoreboardDigest(const SportScoreState& score) const;
+
 private:
+    struct PlacedImage {
+        QImage image; // null when nothing is seen
+        QPoint position;
+    };
+
+    static PlacedImage turnToStored(const PlacedImage& upright, QSize uprightSize,
+                                    const media::Orientation& orientation);
+    static QByteArray digestOf(const PlacedImage& placed);
+    PlacedImage draw(const OverlayPart& part) const;
     PlanarLayer makeLayer(const OverlayPart& part) const;
 
     PictureLayout m_layout;

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <link.h>
+#include <QFileInfo>
+#include <QStringList>
 
 namespace pointloom::media {
 
@@ -43,6 +46,26 @@ std::optional<QString> encoderFault(const VideoSettings& settings) {
 
 QString ffmpegVersion() {
     return QString::fromUtf8(av_version_info());
+}
+
+namespace {
+
+// The names of shared libraries end with the version of their interface, which for x264 and x265 is that of
+// the encoder: "libx264.so.164".
+int addEncoder(dl_phdr_info* library, std::size_t, void* names) {
+    const QString name = QFileInfo(QString::fromUtf8(library->dlpi_name)).fileName();
+    if (name.startsWith(QStringLiteral("libx26")))
+        *static_cast<QStringList*>(names) += name;
+    return 0;
+}
+
+}
+
+QString encodingLibraries() {
+    QStringList names;
+    dl_iterate_phdr(addEncoder, &names);
+    names.sort();
+    return (QStringList{ffmpegVersion()} + names).join(u' ');
 }
 
 }

@@ -15,4 +15,7 @@ std::optional<QString> encoderFault(const VideoSettings& settings);
 /// Version of the FFmpeg in use, such as "5.1.6-0+deb12u1".
 QString ffmpegVersion();
 
+/// The libraries that determine the bits of an encoding, with their versions: FFmpeg, x264 and x265.
+QString encodingLibraries();
+
 }

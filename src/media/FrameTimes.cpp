@@ -26,8 +26,11 @@ struct FrameTimes::State {
     std::priority_queue<std::int64_t, std::vector<std::int64_t>, std::greater<>> waiting{};
     std::optional<std::int64_t> last{};
     bool isAtEnd = false;
+    std::int64_t seekAhead = 0; // ticks by which the targets of seeks are later than decoding times
 
     void readPacket();
+    std::optional<std::int64_t> keyFrameDecodedAt(std::int64_t time);
+    bool readKeyFrameAt(std::int64_t time, std::int64_t target);
 };
 
 FrameTimes::FrameTimes(std::unique_ptr<State> state)
@@ -62,6 +65,31 @@ Rational FrameTimes::timeBase() const {
     return frameClock(*m_state->file.context()->streams[m_state->stream]);
 }
 
+std::vector<std::int64_t> FrameTimes::keyFramesFrom(const std::vector<double>& times) {
+    AVStream* track = m_state->file.context()->streams[m_state->stream];
+    const double tick = av_q2d(track->time_base);
+    std::vector<std::int64_t> found;
+    int entry = 0;
+    int last = -1;
+    const auto isKeyFrameFrom = [&](double time) {
+        const AVIndexEntry& frame = *avformat_index_get_entry(track, entry);
+        return (frame.flags & AVINDEX_KEYFRAME) != 0 && (frame.flags & AVINDEX_DISCARD_FRAME) == 0 &&
+               static_cast<double>(frame.timestamp) * tick >= time;
+    };
+    for (const double time : times) {
+        while (entry < avformat_index_get_entries_count(track) && !isKeyFrameFrom(time))
+            ++entry;
+        if (entry == avformat_index_get_entries_count(track))
+            break;
+        if (std::exchange(last, entry) == entry)
+            continue;
+        const auto shown = m_state->keyFrameDecodedAt(avformat_index_get_entry(track, entry)->timestamp);
+        if (shown && (found.empty() || *shown > found.back()))
+            found.push_back(*shown);
+    }
+    return found;
+}
+
 std::optional<std::int64_t> FrameTimes::next() {
     State& state = *m_state;
     while (true) {
@@ -76,6 +104,30 @@ std::optional<std::int64_t> FrameTimes::next() {
         state.last = time;
         return time;
     }
+}
+
+// The time at which the key frame of a decoding time is shown.
+std::optional<std::int64_t> FrameTimes::State::keyFrameDecodedAt(std::int64_t time) {
+    // Targets count as times of presentation, of which all are later than those of decoding by what the track
+    // reorders, which only trying tells.
+    const auto second = static_cast<std::int64_t>(1 / av_q2d(file.context()->streams[stream]->time_base));
+    bool isFound = readKeyFrameAt(time, time + seekAhead);
+    for (std::int64_t ahead = 0; !isFound && ahead < 2 * second;
+         ahead = std::max(2 * ahead, second / 100 + 1)) {
+        isFound = readKeyFrameAt(time, time + ahead);
+        if (isFound)
+            seekAhead = ahead;
+    }
+    if (!isFound)
+        return std::nullopt;
+    return refinedTicks(packet->pts, clockRefinement(*file.context()->streams[stream]));
+}
+
+bool FrameTimes::State::readKeyFrameAt(std::int64_t time, std::int64_t target) {
+    av_packet_unref(packet.get());
+    return av_seek_frame(file.context(), stream, target, AVSEEK_FLAG_BACKWARD) >= 0 &&
+           av_read_frame(file.context(), packet.get()) >= 0 && packet->stream_index == stream &&
+           packet->dts == time && (packet->flags & AV_PKT_FLAG_KEY) != 0 && packet->pts != AV_NOPTS_VALUE;
 }
 
 void FrameTimes::State::readPacket() {

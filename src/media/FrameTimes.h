@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <QString>
+#include <vector>
 
 namespace pointloom::media {
 
@@ -25,6 +26,11 @@ public:
 
     /// The time of the next frame, in ticks, strictly rising; empty at the end.
     std::optional<std::int64_t> next();
+
+    /// The times of the first key frames whose decoding times are at or after each of `times` (seconds,
+    /// rising), in ticks, none twice. Takes them from the file's index: empty for a file without one.
+    /// Afterwards `seek` before `next`.
+    std::vector<std::int64_t> keyFramesFrom(const std::vector<double>& times);
 
     Rational timeBase() const; // seconds a tick
 

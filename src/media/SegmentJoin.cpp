@@ -145,7 +145,7 @@ class VideoTrack {
 public:
     explicit VideoTrack(const JoinRequest& request)
         : m_request(request)
-        , m_reader(std::make_unique<SegmentReader>(request.segments.at(0).path, AVMEDIA_TYPE_VIDEO)) {
+        , m_reader(open(0)) {
         requireClock();
     }
 
@@ -171,9 +171,14 @@ public:
     }
 
 private:
+    std::unique_ptr<SegmentReader> open(std::size_t segment) const {
+        if (m_request.beforeSegment)
+            m_request.beforeSegment(segment);
+        return std::make_unique<SegmentReader>(m_request.segments.at(segment).path, AVMEDIA_TYPE_VIDEO);
+    }
+
     void openNext() {
-        auto reader =
-            std::make_unique<SegmentReader>(m_request.segments[m_segment + 1].path, AVMEDIA_TYPE_VIDEO);
+        auto reader = open(m_segment + 1);
         reader->requireAlike(*m_reader);
         m_reader = std::move(reader);
         ++m_segment;

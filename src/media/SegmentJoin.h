@@ -23,6 +23,8 @@ struct JoinRequest {
     std::vector<SegmentFile> segments; // in the order of their times
     std::optional<QString> soundPath;
     std::vector<Chapter> chapters;
+    // Called before a segment is opened, with its place in the list, from 0; what it throws ends the joining.
+    std::function<void(std::size_t)> beforeSegment = {};
 };
 
 /// The comment in a file; empty for none. Throws MediaError.

@@ -7,7 +7,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace pointloom {
 namespace {
@@ -133,7 +135,7 @@ TEST_F(ExportCommandTest, SeveralJobsAddUpToOneVideo) {
     const Outcome outcome =
         run("export m.plp -o out.mp4 --encoder-preset ultrafast --jobs 4 --progress json");
     ASSERT_EQ(outcome.status, 0) << outcome.errText();
-    EXPECT_EQ(outcome.errText(), "pointloom-cli: note: the video can be cut into 2 segments only\n");
+    EXPECT_EQ(outcome.errText(), "");
     double last = 0;
     for (const QByteArray& line : outcome.out.trimmed().split('\n')) {
         const double progress = json::Value::parse(line.toStdString()).value("progress", 1.0);
@@ -145,6 +147,50 @@ TEST_F(ExportCommandTest, SeveralJobsAddUpToOneVideo) {
                   test::probe(path(QStringLiteral("single.mp4")))["streams"][0][key])
             << key;
     EXPECT_EQ(faultOf("export m.plp --overlay-only --jobs 2 -o x.mov", 2).find("--overlay-only: "), 0U);
+}
+
+TEST_F(ExportCommandTest, AKilledExportGoesOnWhereItWas) {
+    makeProject(45); // with a key picture every ten seconds
+    const QString cache = path(QStringLiteral("cache"));
+    QProcessEnvironment own = QProcessEnvironment::systemEnvironment();
+    own.insert(QStringLiteral("XDG_CACHE_HOME"), cache);
+    const QDir kept(cache + QStringLiteral("/Pointloom/segments"));
+    const QStringList pattern{QStringLiteral("*.part")};
+    const auto start = [&](QProcess& process, const char* options) {
+        process.setProcessEnvironment(own);
+        process.setWorkingDirectory(folder.path());
+        process.start(program(),
+                      QProcess::splitCommand(QStringLiteral("export m.plp -o out.mp4 --progress json ") +
+                                             QLatin1String(options)));
+    };
+    QProcess killed;
+    start(killed, "--encoder-preset slow");
+    while (kept.entryList(pattern, QDir::Files).size() < 2 && killed.waitForReadyRead(patience))
+        killed.readAll();
+    killed.kill();
+    ASSERT_TRUE(killed.waitForFinished(patience));
+    EXPECT_FALSE(exists(QStringLiteral("out.mp4")));
+    const QStringList finished = kept.entryList(pattern, QDir::Files);
+    ASSERT_GE(finished.size(), 2);
+
+    // What was finished is not written again.
+    std::vector<ino_t> before;
+    const auto numberOf = [&](const QString& part) {
+        struct stat status {};
+        stat(QFile::encodeName(kept.filePath(part)).constData(), &status);
+        return status.st_ino;
+    };
+    for (const QString& part : finished)
+        before.push_back(numberOf(part));
+    QProcess next;
+    start(next, "--encoder-preset slow");
+    ASSERT_TRUE(next.waitForFinished(patience));
+    EXPECT_EQ(next.exitCode(), 0) << next.readAllStandardError().toStdString();
+    for (std::size_t i = 0; i < before.size(); ++i)
+        EXPECT_EQ(numberOf(finished[static_cast<qsizetype>(i)]), before[i]);
+    EXPECT_EQ(test::probe(path(QStringLiteral("out.mp4")))["streams"][0]["nb_frames"], "1125");
+    EXPECT_EQ(kept.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot), QStringList())
+        << "remains of the killed one";
 }
 
 TEST_F(ExportCommandTest, QualityMakesFilesSmallerOrLarger) {

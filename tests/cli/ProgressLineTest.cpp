@@ -11,6 +11,11 @@ TEST(ProgressLine, ShowsSpeedAndTimeLeft) {
     EXPECT_EQ(progressLine({0.5, 10, 20}, 4000, 36), "50 %  0 fps  1:06:40 left") << "no room for a bar";
 }
 
+TEST(ProgressLine, JudgesByTheFramesThatWereEncoded) {
+    // 100 frames in 10 s, after 800 that were kept: the last 100 take as long.
+    EXPECT_EQ(progressLine({0.9, 900, 1000, 800}, 10, 30), "90 %  10 fps  0:10 left");
+}
+
 TEST(ProgressLine, StaysWithinTheTerminal) {
     for (int columns = 0; columns < 200; ++columns) {
         const auto length = std::ssize(progressLine({0.95, 123456, 130000}, 1234.5, columns));

@@ -1,145 +1,12 @@
 // An export that is cut into segments and joined again, compared with a single run.
-#include "export/segments/ParallelExport.h"
-#include "export/segments/SegmentExport.h"
-#include "ExportJobs.h"
-#include "support/TestClips.h"
+#include "SegmentFixture.h"
 #include "json/JsonDocument.h"
 
-#include <algorithm>
 #include <csignal>
-#include <functional>
-#include <gtest/gtest.h>
-#include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <sys/resource.h>
 
 namespace pointloom {
-
-namespace {
-
-using test::ClipFolder;
-
-const QString version = QStringLiteral("1.2.3");
-
-ExportJob markedJob(const QString& video, const QString& output) {
-    ExportJob job = test::jobFor(video, output);
-    job.overlay.markers = {
-        {QUuid::createUuid(), 3.1, ScoreState{{{4, 0, {}}}, {}, 2}, QStringLiteral("break")}};
-    return job;
-}
-
-// Times of all pictures as ffprobe sees them: of showing in their order, or of decoding. Which picture is
-// decoded first is the encoder's choice.
-QList<qint64> pictureTimes(const QString& path, const char* which) {
-    QList<qint64> times;
-    for (const auto& packet : test::probePackets(path))
-        times.push_back(packet.at(which).get<qint64>());
-    if (QByteArrayView(which) == "pts")
-        std::sort(times.begin(), times.end());
-    return times;
-}
-
-// Times and check sums of all packets of sound.
-QByteArray soundPackets(const QString& path) {
-    return test::decode(path, QProcess::splitCommand(QStringLiteral("-map 0:a -c copy -f framecrc")));
-}
-
-// The smallest likeness, in decibel, of two pictures that are shown at the same time.
-double smallestLikeness(const QString& a, const QString& b) {
-    QProcess process;
-    process.start(QStringLiteral("ffmpeg"),
-                  QStringList{QStringLiteral("-i"), a, QStringLiteral("-i"), b} +
-                      QProcess::splitCommand(QStringLiteral("-lavfi psnr=stats_file=- -f null -")));
-    process.waitForFinished();
-    double smallest = 1000;
-    for (const QByteArray& line : process.readAllStandardOutput().split('\n')) {
-        const qsizetype at = line.indexOf("psnr_avg:");
-        if (at < 0)
-            continue;
-        const QByteArray number = line.mid(at + 9).split(' ').first();
-        smallest = std::min(smallest, number == "inf" ? 1000 : number.toDouble());
-    }
-    return smallest;
-}
-
-class Segments : public testing::Test {
-protected:
-    QString makeClip(const char* encoding) const {
-        const QString arguments =
-            QStringLiteral("-f lavfi -i testsrc2=s=320x180:r=25:d=6 -f lavfi -i sine=f=440:d=6 %1 -c:a aac");
-        return folder.make(QStringLiteral("clip.mov"),
-                           QProcess::splitCommand(arguments.arg(QLatin1String(encoding))));
-    }
-
-    SegmentPlan planFor(const ExportJob& job, int count) const {
-        SegmentPlan::make(job, count, version).save(planPath());
-        return SegmentPlan::load(planPath(), version);
-    }
-
-    QString planPath() const { return folder.path(QStringLiteral("match.json")); }
-
-    QString joinAll(const SegmentPlan& plan) const {
-        const SegmentFolder segments = SegmentFolder::beside(planPath(), plan);
-        segments.create();
-        for (int number = plan.count(); number >= 1; --number) // in any order
-            encodeSegment(plan, number, segments.segment(number));
-        const QString joined =
-            folder.path(QStringLiteral("joined.") + fileExtension(plan.job.settings.format));
-        joinSegments(plan, segments, joined);
-        return joined;
-    }
-
-    // The segments are joined by `make`, which names the file.
-    void expectSameAsSingleRun(ExportJob job, int count,
-                               const std::function<QString(const SegmentPlan&)>& make) const {
-        const SegmentPlan plan = planFor(job, count);
-        ASSERT_EQ(plan.count(), count);
-        const QString joined = make(plan);
-        job.outputPath = folder.path(QStringLiteral("single.") + fileExtension(job.settings.format));
-        ExportManager::exportVideo(job);
-
-        for (const char* which : {"pts", "dts"})
-            EXPECT_EQ(pictureTimes(joined, which), pictureTimes(job.outputPath, which)) << which;
-        EXPECT_GT(pictureTimes(joined, "pts").size(), 50);
-        EXPECT_EQ(soundPackets(joined), soundPackets(job.outputPath));
-        constexpr double encoderNoise = 28; // dB; a picture that is one frame off has less than 20
-        EXPECT_GT(smallestLikeness(joined, job.outputPath), encoderNoise);
-        const auto whole = test::probe(job.outputPath);
-        const auto again = test::probe(joined);
-        for (const char* key : {"codec_name", "codec_tag_string", "profile", "width", "height", "pix_fmt",
-                                "start_pts", "duration_ts", "nb_frames", "r_frame_rate", "color_space"})
-            EXPECT_EQ(again["streams"][0].value(key, nlohmann::json()),
-                      whole["streams"][0].value(key, nlohmann::json()))
-                << key;
-        EXPECT_EQ(again["format"]["duration"], whole["format"]["duration"]);
-        EXPECT_EQ(again["format"]["nb_streams"], whole["format"]["nb_streams"]);
-    }
-
-    const std::function<QString(const SegmentPlan&)> joinOneByOne = [this](const SegmentPlan& plan) {
-        return joinAll(plan);
-    };
-
-    // What does not belong to the clip, a plan or a finished export.
-    QStringList unfinished() const {
-        return QDir(folder.path(QString()))
-            .entryList({QStringLiteral("*.unfinished")}, QDir::Files | QDir::Dirs | QDir::Hidden);
-    }
-
-    template <class Call>
-    static QString errorOf(const Call& call) {
-        try {
-            call();
-        } catch (const std::runtime_error& error) {
-            return QString::fromUtf8(error.what());
-        }
-        return {};
-    }
-
-    ClipFolder folder;
-};
-
-}
 
 TEST_F(Segments, JoinedAreTimedAndSoundLikeASingleRunInEveryCodec) {
     const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
@@ -152,7 +19,7 @@ TEST_F(Segments, JoinedAreTimedAndSoundLikeASingleRunInEveryCodec) {
         job.trimEnd = 5.3;
         if (format == ExportFormat::hevc)
             job.settings.encoderPreset = QStringLiteral("fast"); // reorders pictures in a pyramid
-        expectSameAsSingleRun(job, 3, joinOneByOne);
+        expectJoinedLikeSingleRun(job, 3);
     }
 }
 
@@ -162,7 +29,7 @@ TEST_F(Segments, OfAnUnevenRateReorderedAndInterlacedComeOutAlike) {
                  "-flags +ildct+ilme -pix_fmt yuv420p -video_track_timescale 90000");
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("x")));
     job.settings.encoderPreset = QStringLiteral("medium"); // with reordered pictures
-    expectSameAsSingleRun(job, 3, joinOneByOne);
+    expectJoinedLikeSingleRun(job, 3);
 }
 
 TEST_F(Segments, OfRalliesComeOutAlike) {
@@ -170,60 +37,7 @@ TEST_F(Segments, OfRalliesComeOutAlike) {
         markedJob(makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p"), folder.path(QStringLiteral("x")));
     job.settings.rallies = {2, 2};
     job.leftOut = {{2, 2.52}};
-    expectSameAsSingleRun(job, 2, joinOneByOne);
-}
-
-TEST_F(Segments, MadeAtTheSameTimeAreTimedAndSoundLikeASingleRun) {
-    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
-    // Remains of a process that was killed.
-    const QString old = folder.path(
-        QStringLiteral("parallel.mp4.%1.999999999.1.unfinished").arg(QSysInfo::machineHostName()));
-    ASSERT_TRUE(QDir().mkpath(old + QStringLiteral("/0001.mp4.x")));
-    for (const ExportFormat format : {ExportFormat::h264, ExportFormat::hevc}) {
-        ExportJob job = markedJob(clip, folder.path(QStringLiteral("parallel.mp4")));
-        job.settings.format = format;
-        job.trimStart = 0.5;
-        double last = 0;
-        expectSameAsSingleRun(job, 3, [&](const SegmentPlan& plan) {
-            exportInParallel(plan, {{}, [&](const ExportProgress& progress) {
-                                        EXPECT_GE(progress.fraction, last);
-                                        EXPECT_TRUE(progress.fraction <= 0.95 || progress.fraction == 1)
-                                            << progress.fraction;
-                                        last = progress.fraction;
-                                    }});
-            return plan.job.outputPath;
-        });
-        EXPECT_EQ(last, 1.0);
-    }
-    EXPECT_EQ(unfinished(), QStringList());
-}
-
-TEST_F(Segments, MadeAtTheSameTimeEndTogetherAndLeaveNothing) {
-    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p");
-    const SegmentPlan plan = planFor(markedJob(clip, folder.path(QStringLiteral("parallel.mp4"))), 3);
-    int questions = 0;
-    EXPECT_THROW(exportInParallel(plan, {[&] { return ++questions > 1; }}), ExportCancelled);
-
-    SegmentPlan impossible = plan;
-    impossible.job.settings.encoderPreset = QStringLiteral("warp");
-    EXPECT_TRUE(
-        errorOf([&] { exportInParallel(impossible); }).contains(QStringLiteral("could not be opened")));
-    EXPECT_EQ(unfinished(), QStringList());
-    EXPECT_FALSE(QFile::exists(plan.job.outputPath));
-}
-
-TEST_F(Segments, MadeAtTheSameTimeOfAVideoCutShortTellTheDamageOnce) {
-    const QString clip = makeClip("-c:v libx264 -g 25 -pix_fmt yuv420p -movflags +faststart");
-    ASSERT_TRUE(QFile::resize(clip, QFileInfo(clip).size() * 2 / 3));
-    ExportJob job = markedJob(clip, folder.path(QStringLiteral("parallel.mp4")));
-    const SegmentPlan plan = planFor(job, 3);
-    ASSERT_GT(plan.count(), 1);
-    const ExportReport parallel = exportInParallel(plan);
-    job.outputPath = folder.path(QStringLiteral("single.mp4"));
-    const ExportReport single = ExportManager::exportVideo(job);
-    EXPECT_EQ(pictureTimes(plan.job.outputPath, "pts"), pictureTimes(job.outputPath, "pts"));
-    EXPECT_GT(single.damage.secondsMissing, 1);
-    EXPECT_NEAR(parallel.damage.secondsMissing, single.damage.secondsMissing, 0.05);
+    expectJoinedLikeSingleRun(job, 2);
 }
 
 TEST_F(Segments, AreCutAtKeyFramesAndNotTooShort) {

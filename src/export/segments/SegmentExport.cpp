@@ -4,7 +4,6 @@
 #include "export/ExportSound.h"
 #include "export/ExportSource.h"
 #include "media/MediaWriter.h"
-#include "media/SegmentJoin.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -52,23 +51,6 @@ void requireAllSegments(const SegmentPlan& plan, const SegmentFolder& folder) {
     }
 }
 
-media::JoinRequest requestFor(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output) {
-    const media::MediaInfo info = openSource(plan.job.videoPath).info();
-    media::JoinRequest request{
-        .outputPath = output,
-        .isQuickTime = plan.job.settings.format == ExportFormat::prores,
-        .timeBase = {1, static_cast<int>(plan.ticksPerSecond)},
-        .segments = {},
-        .soundPath = plan.hasSound && holds(folder.sound(), soundComment(plan))
-                         ? std::optional(folder.sound())
-                         : std::nullopt,
-        .chapters = chaptersOf(plan.job, exportTimeline(plan.job, info).map),
-    };
-    for (int number = 1; number <= plan.count(); ++number)
-        request.segments.push_back({folder.segment(number), plan.offset(number)});
-    return request;
-}
-
 }
 
 SegmentFolder SegmentFolder::beside(const QString& planPath, const SegmentPlan& plan) {
@@ -92,9 +74,8 @@ void SegmentFolder::create() const {
 }
 
 std::optional<ExportReport> encodeSegment(const SegmentPlan& plan, int number, const QString& path,
-                                          const ExportControl& control, int segmentsAtOnce) {
+                                          const ExportControl& control) {
     ExportJob job = plan.job;
-    job.exportsAtOnce = segmentsAtOnce;
     job.segment = ExportSegment{plan.window(number), segmentComment(plan, number)};
     plan.requireUnchangedInputs();
     if (isSegment(plan, number, path))
@@ -139,6 +120,23 @@ bool isSegment(const SegmentPlan& plan, int number, const QString& path) {
     return holds(path, segmentComment(plan, number));
 }
 
+media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output) {
+    const media::MediaInfo info = openSource(plan.job.videoPath).info();
+    media::JoinRequest request{
+        .outputPath = output,
+        .isQuickTime = plan.job.settings.format == ExportFormat::prores,
+        .timeBase = {1, static_cast<int>(plan.ticksPerSecond)},
+        .segments = {},
+        .soundPath = plan.hasSound && holds(folder.sound(), soundComment(plan))
+                         ? std::optional(folder.sound())
+                         : std::nullopt,
+        .chapters = chaptersOf(plan.job, exportTimeline(plan.job, info).map),
+    };
+    for (int number = 1; number <= plan.count(); ++number)
+        request.segments.push_back({folder.segment(number), plan.offset(number)});
+    return request;
+}
+
 QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output,
                      const ExportControl& control, IfExists ifExists) {
     requireOtherFile(plan.job, output);
@@ -149,7 +147,7 @@ QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const
     ProgressMeter progress(control);
     return withExportErrors("", [&] {
         NewFile file(output, ifExists);
-        media::joinSegments(requestFor(plan, folder, file.temporaryPath()),
+        media::joinSegments(joinRequest(plan, folder, file.temporaryPath()),
                             [&](std::int64_t copied, std::int64_t all) {
                                 if (all > 0)
                                     progress.update({static_cast<double>(copied) / static_cast<double>(all)});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/segments/SegmentPlan.h"
+#include "media/SegmentJoin.h"
 
 namespace pointloom {
 
@@ -27,11 +28,10 @@ private:
     ExportFormat m_format;
 };
 
-/// Encodes a segment, counted from 1, as one of `segmentsAtOnce` that share the processors. Empty when `path`
-/// held it already. The file appears when it is whole. Throws ExportError, also when an input has changed
-/// since the plan was made, PlanError and ExportCancelled.
+/// Encodes a segment, counted from 1. Empty when `path` held it already. The file appears when it is whole.
+/// Throws ExportError, also when an input has changed since the plan was made, PlanError and ExportCancelled.
 std::optional<ExportReport> encodeSegment(const SegmentPlan& plan, int number, const QString& path,
-                                          const ExportControl& control = {}, int segmentsAtOnce = 1);
+                                          const ExportControl& control = {});
 
 /// The same for the sound of the whole range; false when it was there already. The plan has sound.
 bool encodeSound(const SegmentPlan& plan, const QString& path, const ExportControl& control = {});
@@ -42,6 +42,9 @@ void encodeSoundIfPossible(const SegmentPlan& plan, const QString& path, const E
 
 /// Whether the file is that segment of this plan, complete.
 bool isSegment(const SegmentPlan& plan, int number, const QString& path);
+
+/// The request to join all segments of the folder, which may still be missing, and its sound.
+media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output);
 
 /// Joins all segments into one video: copies their packets, and encodes nothing but the sound when it is not
 /// there yet. The times of all frames are those of an export that was not cut. Returns the path of the video,

@@ -2,9 +2,11 @@
 
 #include "export/ExportSound.h"
 #include "export/ExportSource.h"
+#include "media/FrameTimes.h"
 #include "json/JsonDocument.h"
 
 #include <algorithm>
+#include <cmath>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QFile>
@@ -89,27 +91,48 @@ double shortestSegment(const media::VideoTrackInfo& track) {
     return std::max(shortest, frames / track.frameRate.value());
 }
 
-// Times of key frames, ticks, rising, that cut the new file into at most `count` segments of about the same
-// length. Throws MediaError.
-std::vector<std::int64_t> segmentCuts(media::VideoReader& reader, const TimeMap& map, int count) {
-    const double shortest = shortestSegment(reader.track());
-    const double end = map.length();
-    std::vector<std::int64_t> cuts;
-    double last = 0;
+// Times of key frames, in ticks and rising.
+using Cuts = std::vector<std::int64_t>;
+
+// Key frames that cut the new file into at most `count` segments of about the same length. Throws MediaError.
+Cuts evenCuts(media::VideoReader& reader, const TimeMap& map, int count) {
+    Cuts cuts;
     for (int i = 1; i < count; ++i) {
-        reader.seekToKeyFrame(map.sourceTime(i * end / count));
-        const auto frame = reader.read();
-        const double time = frame ? map.newTime(frame->time()) : 0;
-        if (!frame || time < last + shortest || time > end - shortest)
-            continue;
-        cuts.push_back(frame->timestamp());
-        last = time;
+        reader.seekToKeyFrame(map.sourceTime(i * map.length() / count));
+        if (const auto frame = reader.read())
+            cuts.push_back(frame->timestamp());
     }
     return cuts;
 }
 
-std::vector<PlannedSegment> segmentsBetween(const std::vector<std::int64_t>& cuts, const TimeMap& map,
-                                            media::Rational timeBase) {
+// Throws MediaError.
+Cuts gridCuts(const QString& path, double duration, const TimeMap& map, double spacing) {
+    while (duration / spacing >= SegmentPlan::mostSegments)
+        spacing *= 2;
+    constexpr double ahead = 0.25; // seconds by which frames may be decoded before they are shown
+    const double end = std::min(map.parts().back().end, duration);
+    std::vector<double> times;
+    for (double place = std::floor(map.parts().front().start / spacing) + 1; place * spacing < end; ++place)
+        times.push_back(place * spacing - ahead);
+    return media::FrameTimes::open(path, 0).keyFramesFrom(times);
+}
+
+// The cuts without those that would make a segment too short.
+Cuts farApart(const Cuts& cuts, const TimeMap& map, const media::VideoTrackInfo& track) {
+    const double shortest = shortestSegment(track);
+    Cuts kept;
+    double last = 0;
+    for (const std::int64_t cut : cuts) {
+        const double time = map.newTime(static_cast<double>(cut) * track.timeBase.value());
+        if (time < last + shortest || time > map.length() - shortest)
+            continue;
+        kept.push_back(cut);
+        last = time;
+    }
+    return kept;
+}
+
+std::vector<PlannedSegment> segmentsBetween(const Cuts& cuts, const TimeMap& map, media::Rational timeBase) {
     const auto newTime = [&](std::int64_t cut) {
         return map.newTime(static_cast<double>(cut) * timeBase.value());
     };
@@ -202,9 +225,9 @@ void requireWholeChain(const SegmentPlan& plan, const QString& path) {
     }
 }
 
-}
-
-SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& program) {
+// `cutsOf` chooses cuts for a reader and a map.
+template <class CutsOf>
+SegmentPlan makePlan(const ExportJob& job, const QString& program, const CutsOf& cutsOf) {
     media::VideoReader reader = openSource(job.videoPath);
     const media::MediaInfo info = reader.info();
     requireRange(job, info.duration);
@@ -222,10 +245,25 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
     plan.hasSound = soundCanBeRead(job, timeline, info.video->timeBase);
     plan.ticksPerSecond = info.video->timeBase.denominator;
     plan.segments = withExportErrors("Reader error: ", [&] {
-        return segmentsBetween(segmentCuts(reader, timeline.map, count), timeline.map, info.video->timeBase);
+        const Cuts cuts = farApart(cutsOf(reader, timeline.map), timeline.map, *info.video);
+        return segmentsBetween(cuts, timeline.map, info.video->timeBase);
     });
     plan.checksum = checksumOf(plan);
     return plan;
+}
+
+}
+
+SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& program) {
+    return makePlan(job, program, [&](media::VideoReader& reader, const TimeMap& map) {
+        return evenCuts(reader, map, count);
+    });
+}
+
+SegmentPlan SegmentPlan::onGrid(const ExportJob& job, double spacing, const QString& program) {
+    return makePlan(job, program, [&](const media::VideoReader& reader, const TimeMap& map) {
+        return gridCuts(job.videoPath, reader.info().duration, map, spacing);
+    });
 }
 
 SegmentPlan SegmentPlan::load(const QString& path, const QString& program) {

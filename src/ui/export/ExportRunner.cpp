@@ -1,8 +1,9 @@
 #include "ui/export/ExportRunner.h"
 
-#include "export/ExportManager.h"
 #include "export/ExportSource.h"
+#include "export/segments/ReusingExport.h"
 #include "l10n/L10nKey.h"
+#include "persistence/KeptSegments.h"
 #include "ui/export/ExportWords.h"
 
 #include <mutex>
@@ -82,13 +83,18 @@ using Stage = AppState::ExportStatus::Stage;
 
 ExportReport exportOnThisMachine(ExportJob job, const ExportControl& control) {
     const auto fallback = settleEncoder(job);
-    ExportReport report = ExportManager::exportVideo(job, control);
+    ExportReport report = exportReusing(job, KeptSegments::cache(), control);
     report.fallback = fallback;
     return report;
 }
 
 std::int64_t freeBytesFor(const QString& outputPath) {
-    return QStorageInfo(QFileInfo(outputPath).absolutePath()).bytesAvailable(); // -1: there is no such folder
+    const auto freeBytes = [&] { // -1: there is no such folder
+        return QStorageInfo(QFileInfo(outputPath).absolutePath()).bytesAvailable();
+    };
+    if (freeBytes() < ExportQueue::leastFree)
+        KeptSegments::cache(); // makes room
+    return freeBytes();
 }
 
 }
