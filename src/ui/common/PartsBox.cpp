@@ -5,6 +5,7 @@
 #include "ui/style/Tokens.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -22,6 +23,14 @@ public:
     // "10 s", not "10.0 s".
     QString textFromValue(double value) const override {
         return locale().toString(value, 'f', QLocale::FloatingPointShortest);
+    }
+
+protected:
+    // Enter ends typing; it does not press the default button of the dialog.
+    void keyPressEvent(QKeyEvent* event) override {
+        QDoubleSpinBox::keyPressEvent(event);
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            event->accept();
     }
 };
 
@@ -52,6 +61,7 @@ PartsBox::PartsBox(const UiContext& context, QWidget* parent)
     , m_length(Controls::label(Controls::TextRole::strong, this)) {
     m_onlyRallies->setObjectName(QStringLiteral("onlyRallies"));
     m_withoutCuts->setObjectName(QStringLiteral("withoutCuts"));
+    setFocusProxy(m_onlyRallies);
     m_length->setObjectName(QStringLiteral("keptLength"));
     QSizePolicy place = m_length->sizePolicy();
     place.setRetainSizeWhenHidden(true);

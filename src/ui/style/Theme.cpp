@@ -98,6 +98,7 @@ QComboBox QAbstractItemView::item { min-height: 28px; padding: 0 6px; border-rad
 QComboBox QAbstractItemView::item:selected { background: @line; color: @text; }
 
 QCheckBox, QRadioButton { spacing: 8px; background: transparent; }
+QCheckBox:disabled { color: @quietText; }
 QCheckBox::indicator, QRadioButton::indicator { width: 16px; height: 16px; border: 1px solid @quietText; background: @raised; }
 QCheckBox::indicator { border-radius: 4px; }
 QRadioButton::indicator { border-radius: 9px; }

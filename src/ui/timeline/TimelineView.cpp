@@ -172,11 +172,13 @@ void TimelineView::chooseParts() {
     heading->setText(m_context.text(L10nKey::partsHeading));
     auto* column = Controls::layout<QVBoxLayout>(surface, {Space::l, Space::m, Space::l, Space::m}, Space::m);
     column->addWidget(heading);
-    column->addWidget(new PartsBox(m_context, surface));
+    auto* box = new PartsBox(m_context, surface);
+    column->addWidget(box);
     column->setSizeConstraint(QLayout::SetFixedSize);
     surface->adjustSize();
     surface->move(mapToGlobal(QPoint(m_parts->x(), -surface->height() - Space::xs)));
     surface->show();
+    box->setFocus(Qt::PopupFocusReason);
 }
 
 void TimelineView::removeSelection() {

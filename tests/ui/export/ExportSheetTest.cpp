@@ -378,6 +378,8 @@ TEST(ExportSheet, OnlyWhatStaysIsShownMeasuredAndExported) {
     named<QDoubleSpinBox>(open.sheet, "secondsBefore")->setValue(1);
     named<QDoubleSpinBox>(open.sheet, "secondsAfter")->setValue(0.5);
     EXPECT_EQ(named<QLabel>(open.sheet, "keptLength")->text(), QStringLiteral("0:03 of 0:06"));
+    QTest::keyClick(named<QWidget>(open.sheet, "secondsAfter"), Qt::Key_Return);
+    EXPECT_EQ(open.state.exportStatus.value().stage, Stage::idle) << "Enter ends typing";
     auto job = exportJobFor(projectFrom(open.state)).value();
     job.overlay.isLicensed = true;
     const QImage next = ExportManager::renderStill(job, 4); // the score of 2, then that of 5
