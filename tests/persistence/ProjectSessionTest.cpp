@@ -85,7 +85,7 @@ TEST_F(ProjectInSession, TheChoiceOfPartsIsKeptAndItsCutsWithIt) {
     openProject(at("project.plp"), fresh);
     EXPECT_EQ(fresh.parts.value(), state.parts.value());
     EXPECT_EQ(fresh.cuts.value(), state.cuts.value());
-    const ExportJob job = exportJobFor(projectFrom(fresh)).value();
+    const ExportJob job = exportJobFor(ProjectFile::load(at("project.plp"))).value();
     EXPECT_EQ(job.settings.rallies, (RallyMargins{8, 1.5}));
     EXPECT_EQ(job.leftOut, (std::vector<TimeSpan>{{3, 4}}));
     fresh.reset();
