@@ -125,6 +125,7 @@ compare() {
 
 sound=(-c:a aac -b:a 192k -ar 44100 -ac 2)
 ff=(ffmpeg -nostdin -v error -y)
+as_ours=(-c:v libx264 -preset faster -crf 23 -x264-params rc-lookahead=40:subme=3)
 
 echo
 echo "Machine: $(nproc) cores, $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1); $pairs pairs a row"
@@ -141,12 +142,18 @@ for clip in "${clips[@]}"; do
     out=$work/ours.mp4
     export_to=("$cli" export --progress none -o)
 
-    ours=("${export_to[@]}" "$out" "$five"); theirs=("${ff[@]}" -i "$clip" -c:v libx264 "${sound[@]}" -movflags +faststart "$work/its.mp4")
+    ours=("${export_to[@]}" "$out" "$five")
+    theirs=("${ff[@]}" -i "$clip" "${as_ours[@]}" "${sound[@]}" -movflags +faststart "$work/its.mp4")
     compare "$name, 5 markers, plain transcode" "1.00"
+    theirs=("${ff[@]}" -i "$clip" -c:v libx264 -preset medium -crf 23 "${sound[@]}" -movflags +faststart "$work/its.mp4")
+    compare "$name, 5 markers, transcode with preset medium" "0.60"
+    ours+=(--quality fast)
+    compare "$name, 5 markers, fast, transcode with preset medium" "0.40"
+    theirs=("${ff[@]}" -i "$clip" "${as_ours[@]}" "${sound[@]}" -movflags +faststart "$work/its.mp4")
     ours=("${export_to[@]}" "$out" "$thousand")
     compare "$name, 1,000 markers, plain transcode" "1.02"
     ours=("${export_to[@]}" "$out" "$hundred")
-    theirs=("${ff[@]}" -i "$clip" -f concat -safe 0 -i "$list" -filter_complex "$overlay" -c:v libx264 "${sound[@]}" -movflags +faststart "$work/its.mp4")
+    theirs=("${ff[@]}" -i "$clip" -f concat -safe 0 -i "$list" -filter_complex "$overlay" "${as_ours[@]}" "${sound[@]}" -movflags +faststart "$work/its.mp4")
     compare "$name, 100 markers, overlay filter" "0.97"
     ours=("${export_to[@]}" "$out" "$hundred" --encoder-preset veryfast)
     theirs=("${ff[@]}" -i "$clip" -f concat -safe 0 -i "$list" -filter_complex "$overlay" -c:v libx264 -preset veryfast "${sound[@]}" -movflags +faststart "$work/its.mp4")
@@ -158,7 +165,7 @@ for clip in "${clips[@]}"; do
     theirs=("${ff[@]}" -i "$clip" -i "$work/board.100.0.png" -filter_complex '[0:v][1:v]overlay=30:20:format=yuv422p10' -c:v prores_ks -profile:v standard "${sound[@]}" "$work/its.mov")
     compare "$name, ProRes, prores_ks with overlay" "0.40"
     if command -v melt >/dev/null; then
-        ours=("${export_to[@]}" "$out" "$five")
+        ours=("${export_to[@]}" "$out" "$five" --encoder-preset medium)
         theirs=(melt -silent "$clip" -filter "watermark:$work/board.100.0.png" "composite.geometry=30/20:$(size_of "$work/board.100.0.png")"
             -consumer "avformat:$work/its.mp4" vcodec=libx264 acodec=aac ab=192k ar=44100 movflags=+faststart real_time=-2)
         compare "$name, 5 markers, melt with watermark filter" "0.75"
@@ -168,11 +175,11 @@ done
 # The same work on both sides, the scoreboard apart: decoding 4K, scaling it, encoding 1080p.
 hdr=$(project "$work/phone.mov" 5)
 ours=("${export_to[@]}" "$out" "$hdr" --format hevc --preset twitter1080p)
-theirs=("${ff[@]}" -i "$work/phone.mov" -vf scale=1920:1080 -c:v libx265 -x265-params log-level=error -tag:v hvc1
+theirs=("${ff[@]}" -i "$work/phone.mov" -vf scale=1920:1080 -c:v libx265 -preset veryfast -crf 27.5 -x265-params log-level=error -tag:v hvc1
     "${sound[@]}" -movflags +faststart "$work/its.mp4")
 compare "4K HLG to 1080p HEVC, HDR kept, plain ten-bit transcode" "1.05"
 ours=("${export_to[@]}" "$out" "$hdr" --preset twitter1080p)
-theirs=("${ff[@]}" -i "$work/phone.mov" -vf scale=1920:1080,format=yuv420p -c:v libx264 "${sound[@]}"
+theirs=("${ff[@]}" -i "$work/phone.mov" -vf scale=1920:1080,format=yuv420p "${as_ours[@]}" "${sound[@]}"
     -movflags +faststart "$work/its.mp4")
 compare "4K HLG to 1080p H.264, tone-mapped, plain eight-bit one" "1.25"
 if [ -n "$rows" ]; then

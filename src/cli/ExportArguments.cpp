@@ -75,7 +75,7 @@ void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures
               "Codec: H.264 and HEVC in MP4, ProRes in MOV");
     addSizeOptions(app, request);
     addChoice(app, "--quality", request.settings.quality, RawValues<media::EncodingQuality>::table,
-              "Smaller files, or pictures nearer to the source's");
+              "Less time, smaller files, or pictures nearer to the source's");
 }
 
 void addRangeOptions(CLI::App& app, ExportRequest& request) {

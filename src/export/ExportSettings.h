@@ -76,6 +76,7 @@ struct RawValues<media::EncodingQuality> {
     using Quality = media::EncodingQuality;
     static constexpr auto table = std::to_array<std::pair<Quality, std::string_view>>({
         {Quality::standard, "default"},
+        {Quality::fast, "fast"},
         {Quality::smaller, "smaller"},
         {Quality::better, "better"},
     });

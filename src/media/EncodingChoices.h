@@ -14,13 +14,6 @@ constexpr const char* nameOf(EncoderKind kind) {
     return names[static_cast<int>(kind)];
 }
 
-enum class EncodingQuality { standard, smaller, better };
-
-/// The rate factor of x264 and x265, the quantiser elsewhere, [0, 51]; smaller is better. The standard ones
-/// are the defaults of x264 and x265, whose scales differ. ProRes has none.
-constexpr int rateFactor(VideoCodec codec, EncodingQuality quality) {
-    constexpr int offsets[] = {0, 4, -5}; // by EncodingQuality
-    return (codec == VideoCodec::hevc ? 28 : 23) + offsets[static_cast<int>(quality)];
-}
+enum class EncodingQuality { standard, fast, smaller, better };
 
 }

@@ -30,8 +30,10 @@ int h264Threads(const VideoSettings& settings) {
     return settings.encodersAtOnce > 1 ? shareOf(processors() * 3 / 2, settings) : 0;
 }
 
-std::string x265Parameters(const VideoSettings& settings) {
+std::string x265Parameters(const VideoSettings& settings, const std::string& more) {
     std::string parameters = "log-level=none"; // it writes to standard error, not to FFmpeg's log
+    if (!more.empty())
+        parameters += ":" + more;
     if (settings.joinable)
         parameters += ":info=0"; // else the headers name its threads
     if (settings.encodersAtOnce > 1)
@@ -43,27 +45,70 @@ std::string x265Parameters(const VideoSettings& settings) {
     return parameters;
 }
 
-void chooseRateFactor(const VideoSettings& settings, Options& options) {
-    if (settings.quality != EncodingQuality::standard)
-        options.set("crf", rateFactor(settings.codec, settings.quality));
-}
+/// What x264 or x265 is told for a quality.
+struct SoftwareRate {
+    const char* preset; // of speed
+    const char* rateFactor;
+    const char* parameters = ""; // that differ from the preset's
+};
 
-/// Encodings of each quality by encoders without a rate factor.
-struct QualityRow {
-    EncodingQuality quality;
-    int proresProfile; // of FFmpeg's encoder: LT, 422, HQ
-    unsigned proresTag;
+struct HardwareRate {
+    int h264Quantiser; // [0, 51]; smaller is better
+    int hevcQuantiser;
     int videoToolboxQuality; // [1, 100]; larger is better
 };
 
+struct ProresProfile {
+    int profile; // of FFmpeg's encoder
+    unsigned tag;
+};
+
+constexpr ProresProfile lt{1, MKTAG('a', 'p', 'c', 's')};
+constexpr ProresProfile plain{2, MKTAG('a', 'p', 'c', 'n')};
+constexpr ProresProfile hq{3, MKTAG('a', 'p', 'c', 'h')};
+
+struct QualityRow {
+    EncodingQuality quality;
+    SoftwareRate h264;
+    SoftwareRate hevc;
+    HardwareRate hardware;
+    ProresProfile prores;
+};
+
+// Chosen by measuring, which docs/PERFORMANCE.md tells. A look further ahead saves data for a twentieth of
+// the time, and estimating motion less finely takes a tenth off and is hardly seen.
+constexpr SoftwareRate h264At(const char* rateFactor) {
+    return {"faster", rateFactor, "rc-lookahead=40:subme=3"};
+}
+
+constexpr SoftwareRate hevcAt(const char* rateFactor) {
+    return {"veryfast", rateFactor};
+}
+
+constexpr SoftwareRate h264Fast{"superfast", "22", "mbtree=1:rc-lookahead=20:subme=2:weightp=1"};
+constexpr SoftwareRate hevcFast{"superfast", "26"};
+
 constexpr std::array qualities{
-    QualityRow{EncodingQuality::smaller, 1, MKTAG('a', 'p', 'c', 's'), 45},
-    QualityRow{EncodingQuality::standard, 2, MKTAG('a', 'p', 'c', 'n'), 55},
-    QualityRow{EncodingQuality::better, 3, MKTAG('a', 'p', 'c', 'h'), 70},
+    QualityRow{EncodingQuality::standard, h264At("23"), hevcAt("27.5"), {23, 28, 55}, plain},
+    QualityRow{EncodingQuality::fast, h264Fast, hevcFast, {23, 28, 55}, plain},
+    QualityRow{EncodingQuality::smaller, h264At("27"), hevcAt("31.5"), {27, 32, 45}, lt},
+    QualityRow{EncodingQuality::better, h264At("18"), hevcAt("22.5"), {18, 23, 70}, hq},
 };
 
 const QualityRow& rowOf(EncodingQuality quality) {
     return *std::ranges::find(qualities, quality, &QualityRow::quality);
+}
+
+/// A preset that was asked for comes without the parameters of the other.
+void chooseRate(const SoftwareRate& rate, const VideoSettings& settings, Options& options) {
+    const bool isOwnPreset = settings.encoderPreset.empty();
+    options.set("preset", isOwnPreset ? rate.preset : settings.encoderPreset.c_str());
+    if (!settings.lossless)
+        options.set("crf", rate.rateFactor);
+    if (settings.codec == VideoCodec::hevc)
+        options.set("x265-params", x265Parameters(settings, isOwnPreset ? rate.parameters : "").c_str());
+    else if (isOwnPreset)
+        options.set("x264-params", rate.parameters);
 }
 
 void chooseSoftwareOptions(AVCodecContext& context, const VideoSettings& settings, Options& options) {
@@ -71,27 +116,26 @@ void chooseSoftwareOptions(AVCodecContext& context, const VideoSettings& setting
     switch (settings.codec) {
     case VideoCodec::h264:
         context.thread_count = h264Threads(settings);
-        chooseRateFactor(settings, options);
+        chooseRate(rowOf(settings.quality).h264, settings, options);
         if (settings.lossless)
             options.set("qp", "0");
         break;
     case VideoCodec::hevc:
-        chooseRateFactor(settings, options);
-        options.set("x265-params", x265Parameters(settings).c_str());
+        chooseRate(rowOf(settings.quality).hevc, settings, options);
         break;
     case VideoCodec::prores:
-        context.profile = rowOf(settings.quality).proresProfile;
+        context.profile = rowOf(settings.quality).prores.profile;
         if (settings.encodersAtOnce > 1)
             context.thread_count = shareOf(processors(), settings);
-        return;
+        break;
     }
-    if (!settings.encoderPreset.empty())
-        options.set("preset", settings.encoderPreset.c_str());
 }
 
-// Constant quality at any rate, as x264 and x265 do it.
+// Constant quality at any data rate, as x264 and x265 do it.
 void chooseHardwareOptions(AVCodecContext& context, const VideoSettings& settings, Options& options) {
-    const int quantiser = rateFactor(settings.codec, settings.quality);
+    const QualityRow& row = rowOf(settings.quality);
+    const int quantiser =
+        settings.codec == VideoCodec::hevc ? row.hardware.hevcQuantiser : row.hardware.h264Quantiser;
     context.max_b_frames = 0; // frames stay in order, whatever their times
     switch (settings.encoder) {
     case EncoderKind::vaapi:
@@ -108,7 +152,7 @@ void chooseHardwareOptions(AVCodecContext& context, const VideoSettings& setting
         break;
     case EncoderKind::videotoolbox:
         context.flags |= AV_CODEC_FLAG_QSCALE;
-        context.global_quality = rowOf(settings.quality).videoToolboxQuality * FF_QP2LAMBDA;
+        context.global_quality = row.hardware.videoToolboxQuality * FF_QP2LAMBDA;
         break;
     case EncoderKind::software:
         break;
@@ -139,7 +183,7 @@ unsigned codecTag(const VideoSettings& settings) {
     case VideoCodec::prores:
         break;
     }
-    return rowOf(settings.quality).proresTag;
+    return rowOf(settings.quality).prores.tag;
 }
 
 /// Sets only what was requested: rate and quality stay the encoder's own, except in hardware, whose defaults

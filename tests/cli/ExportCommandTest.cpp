@@ -206,6 +206,8 @@ TEST_F(ExportCommandTest, QualityMakesFilesSmallerOrLarger) {
         EXPECT_LT(static_cast<double>(sizeOf(format, "smaller")), standard * 0.9) << format;
         EXPECT_GT(static_cast<double>(sizeOf(format, "better")), standard * 1.1) << format;
     }
+    for (const char* format : {"h264", "hevc"})
+        EXPECT_NE(sizeOf(format, "fast"), sizeOf(format, "default")) << format;
     EXPECT_EQ(test::probe(path(QStringLiteral("out.mov")))["streams"][0]["codec_tag_string"], "apch");
 }
 

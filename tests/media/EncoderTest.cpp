@@ -38,8 +38,8 @@ TEST(Encoder, SoftwareWorksForEveryFormatAndQuality) {
     for (const VideoCodec codec : {VideoCodec::h264, VideoCodec::hevc, VideoCodec::prores}) {
         const FrameFormat format = encodableFormat(codec, tenBits);
         VideoSettings settings = test::settingsFor(test::solidFrame(size, format, {}), codec);
-        for (const auto quality :
-             {EncodingQuality::standard, EncodingQuality::smaller, EncodingQuality::better}) {
+        for (const auto quality : {EncodingQuality::standard, EncodingQuality::fast, EncodingQuality::smaller,
+                                   EncodingQuality::better}) {
             settings.quality = quality;
             EXPECT_EQ(encoderFault(settings), std::nullopt) << static_cast<int>(codec);
         }

@@ -23,8 +23,8 @@ using media::EncodingQuality;
 constexpr std::array presetUses{L10nKey::exportSameAsSource, L10nKey::exportYoutubeUse,
                                 L10nKey::exportTwitterUse, L10nKey::exportInstagramUse};
 constexpr std::array formatUses{L10nKey::exportH264Use, L10nKey::exportHevcUse, L10nKey::exportProresUse};
-constexpr std::array qualityNames{L10nKey::exportQualityStandard, L10nKey::exportQualitySmaller,
-                                  L10nKey::exportQualityBetter};
+constexpr std::array qualityNames{L10nKey::exportQualityStandard, L10nKey::exportQualityFast,
+                                  L10nKey::exportQualitySmaller, L10nKey::exportQualityBetter};
 static_assert(presetUses.size() == allCases<ExportPreset>().size() &&
               formatUses.size() == allCases<ExportFormat>().size() &&
               qualityNames.size() == allCases<EncodingQuality>().size());

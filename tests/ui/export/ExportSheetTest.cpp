@@ -117,6 +117,7 @@ TEST(ExportSheet, QualityAndEncoderReachTheFile) {
     auto* quality = named<QComboBox>(open.sheet, "quality");
     auto* encoder = named<QComboBox>(open.sheet, "encoder");
     EXPECT_EQ(quality->currentText(), QStringLiteral("Default"));
+    EXPECT_EQ(quality->itemText(1), QStringLiteral("Fast"));
     EXPECT_EQ(encoder->currentText(), QStringLiteral("Automatic"));
     click(open.sheet, "ProRes 422 (MOV)");
     quality->setCurrentText(QStringLiteral("Smaller file"));
