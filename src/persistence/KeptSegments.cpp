@@ -7,12 +7,13 @@ namespace pointloom::KeptSegments {
 namespace {
 
 constexpr std::string_view limitKey = "keptSegmentsLimit";
-constexpr int gigabyte = 30; // its power of two
+constexpr qint64 gigabyte = 1'000'000'000; // bytes
+constexpr int largestLimit = 100'000;      // gigabytes
 
 }
 
 int limit(const UserDefaults& defaults) noexcept {
-    constexpr int usual = static_cast<int>(SegmentCache::usualLimit >> gigabyte);
+    constexpr int usual = static_cast<int>(SegmentCache::usualLimit / gigabyte);
     try {
         bool isNumber = false;
         const int stored = defaults.data(limitKey).value_or(QByteArray()).toInt(&isNumber);
@@ -27,7 +28,7 @@ void setLimit(UserDefaults& defaults, int gigabytes) {
 }
 
 SegmentCache cache(const UserDefaults& defaults) {
-    return SegmentCache(SegmentCache::standardFolder(), qint64{limit(defaults)} << gigabyte);
+    return SegmentCache(SegmentCache::standardFolder(), limit(defaults) * gigabyte);
 }
 
 }

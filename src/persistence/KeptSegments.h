@@ -8,8 +8,6 @@ namespace pointloom {
 
 namespace KeptSegments {
 
-constexpr int largestLimit = 1000; // gigabytes of 2^30 bytes
-
 /// Gigabytes; 20 until another limit was chosen, and when the settings cannot be read. 0 keeps nothing.
 int limit(const UserDefaults& defaults) noexcept;
 

@@ -14,8 +14,8 @@ namespace pointloom {
 /// the same folder. Failures are silent: every part can be encoded again.
 class SegmentCache {
 public:
-    static constexpr qint64 usualLimit = 20LL << 30;  // bytes, all parts together
-    static constexpr qint64 usualReserve = 2LL << 30; // bytes of the disk that are left to others
+    static constexpr qint64 usualLimit = 20'000'000'000;  // bytes, all parts together
+    static constexpr qint64 usualReserve = 2'000'000'000; // bytes of the disk that are left to others
 
     /// Makes the folder. Parts beyond the limit are removed.
     explicit SegmentCache(QString folder = standardFolder(), qint64 limit = usualLimit,

@@ -2,6 +2,7 @@
 
 #include "files/FileDescriptor.h"
 #include "l10n/Format.h"
+#include "persistence/KeptSegments.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/Preferences.h"
 #include "ui/style/Controls.h"
@@ -32,11 +33,15 @@ PreferencesDialog::PreferencesDialog(const UiContext& context, QWidget* parent)
     : TitledDialog(context, 60, parent)
     , m_language(new QComboBox(this))
     , m_theme(new QComboBox(this))
+    , m_keptLimit(new QComboBox(this))
+    , m_keptBytes(Controls::label(Controls::TextRole::quiet, this))
+    , m_empty(Controls::button(Controls::ButtonKind::normal, this))
     , m_fault(paragraph(this)) {
     Controls::setRole(m_fault, Controls::TextRole::danger);
     m_fault->hide();
     body().addWidget(makeAppearance());
     body().addWidget(makeSwitches());
+    body().addWidget(makeKeptSegments());
     body().addWidget(m_fault);
     body().addStretch();
     inEachLanguage([this] { setTitle(this->context().text(L10nKey::preferencesTitle)); });
@@ -94,6 +99,57 @@ QWidget* PreferencesDialog::makeSwitches() {
     return card;
 }
 
+QWidget* PreferencesDialog::makeKeptSegments() {
+    QFrame* card = Controls::card(this);
+    auto* grid = new QGridLayout(card);
+    grid->setContentsMargins(Space::l, Space::l, Space::l, Space::l);
+    grid->setHorizontalSpacing(Space::l);
+    grid->setVerticalSpacing(Space::m);
+    grid->setColumnStretch(0, 1);
+    QLabel* name = Controls::label(Controls::TextRole::body, card);
+    name->setBuddy(m_keptLimit);
+    m_keptLimit->setObjectName(QStringLiteral("keptLimit"));
+    const int chosen = KeptSegments::limit(context().defaults);
+    for (const int gigabytes : {0, 5, 10, 20, 50, 100, 200}) {
+        if (m_keptLimit->findData(chosen) < 0 && gigabytes > chosen)
+            m_keptLimit->addItem(QString(), chosen); // of the settings' own
+        m_keptLimit->addItem(QString(), gigabytes);
+    }
+    if (m_keptLimit->findData(chosen) < 0)
+        m_keptLimit->addItem(QString(), chosen);
+    m_keptLimit->setCurrentIndex(m_keptLimit->findData(chosen));
+    m_empty->setObjectName(QStringLiteral("emptyKept"));
+    QLabel* explanation = paragraph(card, true);
+    grid->addWidget(name, 0, 0);
+    grid->addWidget(m_keptLimit, 0, 1);
+    grid->addWidget(explanation, 1, 0, 1, 2);
+    grid->addWidget(m_keptBytes, 2, 0);
+    grid->addWidget(m_empty, 2, 1);
+    inEachLanguage([this, name, explanation] {
+        name->setText(context().text(L10nKey::preferencesKept));
+        m_keptLimit->setAccessibleName(name->text());
+        explanation->setText(context().text(L10nKey::preferencesKeptDetail));
+        m_keptLimit->setAccessibleDescription(explanation->text());
+        m_empty->setText(context().text(L10nKey::preferencesKeptEmpty));
+        const QLocale locale = localeOf(context().state.language);
+        for (int i = 0; i < m_keptLimit->count(); ++i)
+            m_keptLimit->setItemText(i, locale.toString(m_keptLimit->itemData(i).toInt()) +
+                                            QStringLiteral(" GB"));
+        showKeptBytes();
+    });
+    connect(m_keptLimit, &QComboBox::activated, this, &PreferencesDialog::chooseKeptLimit);
+    connect(m_empty, &QPushButton::clicked, this, &PreferencesDialog::emptyKept);
+    return card;
+}
+
+void PreferencesDialog::showKeptBytes() {
+    const qint64 bytes = KeptSegments::cache(context().defaults).bytes();
+    const QString size =
+        localeOf(context().state.language).formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
+    m_keptBytes->setText(format(context().text(L10nKey::preferencesKeptUsed), size));
+    m_empty->setEnabled(bytes > 0);
+}
+
 void PreferencesDialog::addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key, L10nKey title,
                                   L10nKey detail) {
     box->setObjectName(QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())));
@@ -128,6 +184,22 @@ void PreferencesDialog::chooseTheme(int index) {
     } catch (const FileError& error) {
         showFault(QString::fromUtf8(error.what()));
     }
+}
+
+// Takes effect at once: what is beyond the limit is removed.
+void PreferencesDialog::chooseKeptLimit(int index) {
+    try {
+        KeptSegments::setLimit(context().defaults, m_keptLimit->itemData(index).toInt());
+    } catch (const FileError& error) {
+        showFault(QString::fromUtf8(error.what()));
+    }
+    showKeptBytes();
+}
+
+void PreferencesDialog::emptyKept() {
+    KeptSegments::cache(context().defaults).clear();
+    m_keptLimit->setFocus(); // the button is disabled next
+    showKeptBytes();
 }
 
 void PreferencesDialog::keep(std::string_view key, bool value) {

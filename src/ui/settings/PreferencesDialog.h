@@ -5,6 +5,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QPushButton;
 
 namespace pointloom {
 
@@ -20,14 +21,21 @@ Q_SIGNALS:
 private:
     QWidget* makeAppearance();
     QWidget* makeSwitches();
+    QWidget* makeKeptSegments();
+    void showKeptBytes();
     void addSwitch(QVBoxLayout& layout, QCheckBox* box, std::string_view key, L10nKey title, L10nKey detail);
     void chooseLanguage(int index);
     void chooseTheme(int index);
+    void chooseKeptLimit(int index);
+    void emptyKept();
     void keep(std::string_view key, bool value);
     void showFault(const QString& message);
 
     QComboBox* m_language;
     QComboBox* m_theme;
+    QComboBox* m_keptLimit;
+    QLabel* m_keptBytes;
+    QPushButton* m_empty;
     QLabel* m_fault;
 };
 

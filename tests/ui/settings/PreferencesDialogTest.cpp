@@ -1,13 +1,17 @@
 #include "ui/settings/PreferencesDialog.h"
 
+#include "persistence/KeptSegments.h"
 #include "ui/common/Preferences.h"
 #include "ui/support/ScreenContext.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
 #include <QLabel>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace pointloom::test {
@@ -45,6 +49,40 @@ TEST_F(PreferencesDialogTest, ChoicesHoldAtOnceAndAtTheNextStart) {
     EXPECT_TRUE(m_screen.defaults.boolean("crashReportingEnabled"));
     QTest::keyClick(&box("crashReportingEnabled"), Qt::Key_Space);
     EXPECT_FALSE(m_screen.defaults.boolean("crashReportingEnabled"));
+}
+
+TEST_F(PreferencesDialogTest, TheSpaceForExportingAgainIsLimitedShownAndEmptied) {
+    const SegmentCache cache = KeptSegments::cache(m_screen.defaults);
+    cache.clear();
+    const QTemporaryDir folder;
+    for (const char* key : {"a", "b"}) {
+        QFile part(folder.filePath(QString::fromUtf8(key)));
+        ASSERT_TRUE(part.open(QIODevice::WriteOnly));
+        part.write(QByteArray(1'500'000, 'x'));
+        part.close();
+        cache.keep(QString::fromUtf8(key), part.fileName(), {});
+    }
+    open();
+    const auto shows = [&](const char* text) {
+        const auto labels = m_dialog->findChildren<QLabel*>();
+        return std::ranges::any_of(
+            labels, [&](const QLabel* label) { return label->text() == QString::fromUtf8(text); });
+    };
+    auto& empty = *m_dialog->findChild<QPushButton*>(QStringLiteral("emptyKept"));
+    auto& limit = *m_dialog->findChild<QComboBox*>(QStringLiteral("keptLimit"));
+    EXPECT_EQ(limit.currentText(), QStringLiteral("20 GB"));
+    EXPECT_TRUE(shows("3.0 MB in use"));
+    QTest::keyClick(&limit, Qt::Key_Down);
+    EXPECT_EQ(KeptSegments::limit(m_screen.defaults), 50);
+    QTest::keyClick(&empty, Qt::Key_Space);
+    EXPECT_TRUE(shows("0 bytes in use"));
+    EXPECT_FALSE(empty.isEnabled());
+    EXPECT_EQ(cache.bytes(), 0);
+
+    m_screen.defaults.setData("keptSegmentsLimit", "7");
+    open();
+    EXPECT_EQ(m_dialog->findChild<QComboBox*>(QStringLiteral("keptLimit"))->currentText(),
+              QStringLiteral("7 GB"));
 }
 
 TEST_F(PreferencesDialogTest, WhatCannotBeKeptIsTold) {
