@@ -15,8 +15,10 @@ TEST_F(BackgroundLicenceTest, ALicenceCountsOnceTheKeychainIsUnlocked) {
     start(m_laptop)->activate(sell().text());
     m_laptop.lockedLoads = 2;
     const auto manager = startWithoutLoading(m_laptop);
-    const BackgroundLicence follower(*manager, m_state);
-    EXPECT_TRUE(eventually([&] { return m_state.isLicensed.value(); }));
+    bool isLicensedWhenLoaded = false;
+    const BackgroundLicence follower(*manager, m_state, [&] { isLicensedWhenLoaded = m_state.isLicensed; });
+    EXPECT_TRUE(eventually([&] { return isLicensedWhenLoaded; }));
+    EXPECT_TRUE(m_state.isLicensed);
 }
 
 TEST_F(BackgroundLicenceTest, QuittingDoesNotWaitForAKeychainThatIsSilent) {

@@ -6,7 +6,6 @@
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QStorageInfo>
@@ -16,11 +15,6 @@ namespace pointloom {
 namespace {
 
 constexpr int iconSize = 20;
-
-QString withHomeShortened(const QString& path) {
-    const QString home = QDir::homePath() + QLatin1Char('/');
-    return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
-}
 
 // The ending decides how the file is written, so a foreign one stays as a part of the name.
 QString withExtension(const QString& path, ExportFormat format) {
@@ -139,7 +133,7 @@ void DestinationRow::setPath(const QString& path) {
 }
 
 void DestinationRow::showPath() {
-    const QString whole = withHomeShortened(m_path);
+    const QString whole = ExportWords::path(m_path);
     m_shownPath->setText(m_shownPath->fontMetrics().elidedText(whole, Qt::ElideMiddle, m_shownPath->width()));
     m_shownPath->setAccessibleName(whole);
     m_shownPath->setToolTip(m_path);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <QDir>
 #include <QFileInfo>
 #include <QStorageInfo>
 
@@ -82,6 +83,11 @@ QString place(double seconds) {
     if (minutes >= 60)
         return QStringLiteral("%1:%2:%3").arg(minutes / 60).arg(minutes % 60, 2, 10, zero).arg(rest);
     return QStringLiteral("%1:%2").arg(minutes).arg(rest);
+}
+
+QString path(const QString& path) {
+    const QString home = QDir::homePath() + u'/';
+    return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
 }
 
 QString bytes(std::int64_t bytes, Language language) {

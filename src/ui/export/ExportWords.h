@@ -26,6 +26,9 @@ QString span(double seconds);
 /// "1:05.20" or "1:02:05.20": a place in the clip.
 QString place(double seconds);
 
+/// "~/Downloads/match.mp4" for a file in the user's home, otherwise the path as it is.
+QString path(const QString& path);
+
 /// "1.2 GB".
 QString bytes(std::int64_t bytes, Language language);
 

@@ -12,7 +12,7 @@ namespace pointloom {
 namespace {
 
 constexpr int indicatorSide = 16;    // of the icon
-constexpr int mostLetters = 46;      // of the text, beside the menus of a small window
+constexpr int mostLetters = 52;      // of the text, beside the menus of a small window
 constexpr int refreshPause = 10'000; // milliseconds; how often the end is told anew
 
 QPixmap ring(double fraction, double devicePixelRatio) {
@@ -66,8 +66,9 @@ void QueueIndicator::showQueue() {
             fontMetrics().elidedText(words, Qt::ElideRight, fontMetrics().averageCharWidth() * mostLetters));
     setToolTip(words);
     setAccessibleName(words);
-    // A menu bar gives its corner the width that it has when it appears.
-    if (!isHidden() && sizeHint().width() > width())
+    // A menu bar gives its corner the width that it has when it appears. While digits change it stays.
+    const int missing = sizeHint().width() - width();
+    if (!isHidden() && (missing > 0 || (missing < 0 && status.left == 0)))
         hide();
     if (isHidden())
         resize(sizeHint());

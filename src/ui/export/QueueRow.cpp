@@ -5,7 +5,6 @@
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
-#include <QDir>
 #include <QHBoxLayout>
 
 namespace pointloom {
@@ -87,7 +86,7 @@ void QueueRow::show(const QueuedExport& entry, const QueueStatus& status, Neighb
     m_outputPath = isDone ? entry.report.outputPath : entry.job.outputPath;
     setAccessibleName(entry.name);
     m_name->setFullText(entry.name);
-    m_path->setFullText(QDir::toNativeSeparators(m_outputPath));
+    m_path->setFullText(ExportWords::path(m_outputPath));
     m_bar->setAccessibleName(m_context.text(L10nKey::exportProgressName));
     m_bar->setVisible(isRunning);
     m_bar->setValue(isRunning ? static_cast<int>(status.progress.fraction * rowBarSteps) : 0);
@@ -114,9 +113,7 @@ void QueueRow::show(const QueuedExport& entry, const QueueStatus& status, Neighb
 
 QString QueueRow::progressText(const QueueStatus& status) const {
     const Language language = m_context.state.language;
-    if (status.lowSpace)
-        return format(m_context.text(L10nKey::queueLowSpace), ExportWords::bytes(*status.lowSpace, language));
-    if (status.isPaused)
+    if (status.isHeld())
         return m_context.text(L10nKey::queuePaused);
     return status.progress.fraction > 0 ? ExportWords::progress(status.progress, status.elapsed, language)
                                         : m_context.text(L10nKey::exportPreparing);

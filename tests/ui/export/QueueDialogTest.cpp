@@ -22,12 +22,14 @@ protected:
         QueuedExport entry{.name = QString::fromUtf8(name)};
         entry.job.videoPath = clips.path(entry.name + QStringLiteral(".mov"));
         entry.job.outputPath = clips.path(entry.name + QStringLiteral(".mp4"));
+        entry.job.overlay.isLicensed = true; // when it was added, in this or another run
         runner.add(entry);
         return entry.id;
     }
 
     ExportReport work(const ExportJob& job, const ExportControl& control) {
         control.onProgress({0.25, 100, 400});
+        isMarked = !job.overlay.isLicensed;
         while (!isReleased)
             control.throwIfCancelled();
         if (!QFile::exists(job.videoPath))
@@ -60,6 +62,7 @@ protected:
     test::ScreenContext screen;
     test::ClipFolder clips;
     std::atomic<bool> isReleased = false;
+    std::atomic<bool> isMarked = false;
     ExportRunner runner{screen.state, {}, [this](const ExportJob& job, const ExportControl& control) {
                             return work(job, control);
                         }};
@@ -123,6 +126,16 @@ TEST_F(QueueDialogTest, PausesAndGoesOnInEveryLanguage) {
     test::click(dialog, "pause");
     EXPECT_TRUE(becomes(dialog, {QStringLiteral("Ana: Fertig")}));
     EXPECT_EQ(indicator.toolTip(), QStringLiteral("Exporte fertig"));
+}
+
+TEST_F(QueueDialogTest, AnExportIsMarkedAsTheLicenceSaysWhenItStarts) {
+    isReleased = true;
+    for (const bool isLicensed : {false, true}) {
+        screen.state.isLicensed = isLicensed;
+        const QUuid id = add("Ana");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !runner.queue().entry(id)->isLeft(); }, longest));
+        EXPECT_EQ(isMarked, !isLicensed);
+    }
 }
 
 TEST(QueueWords, SayWhatIsLeftAndWhenItIsDone) {
