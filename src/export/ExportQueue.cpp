@@ -231,7 +231,7 @@ QueueStatus ExportQueue::status() const {
 std::optional<double> ExportQueue::secondsLeft() const {
     const double elapsed = secondsRun();
     const auto pace = m_running ? paceOf(m_progress, elapsed) : std::nullopt;
-    if (!pace)
+    if (!pace || m_progress.fraction >= 1)
         return std::nullopt;
     double running = 0;
     double waiting = 0;
@@ -241,7 +241,8 @@ std::optional<double> ExportQueue::secondsLeft() const {
         running += entry.id == m_running ? entry.work : 0;
         waiting += entry.state == QueueState::waiting ? entry.work : 0;
     }
-    return pace->secondsLeft + (elapsed + pace->secondsLeft) * waiting / running;
+    const double whole = pace->secondsLeft / (1 - m_progress.fraction); // all of it encoded
+    return pace->secondsLeft + whole * waiting / running;
 }
 
 double ExportQueue::secondsRun() const {

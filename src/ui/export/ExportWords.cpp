@@ -44,7 +44,7 @@ QString queue(const QueueStatus& status, const QDateTime& now, Language language
     QStringList parts{format(t(language, L10nKey::queueLeft), locale.toString(status.left))};
     if (status.isPaused) {
         parts += t(language, L10nKey::queuePaused);
-    } else if (constexpr double tooEarly = 5; status.secondsLeft && status.elapsed >= tooEarly) {
+    } else if (constexpr double tooEarly = 15; status.secondsLeft && status.elapsed >= tooEarly) {
         const QDateTime end = now.addSecs(std::llround(*status.secondsLeft));
         parts += format(t(language, L10nKey::queueDoneAt), locale.toString(end.time(), QLocale::ShortFormat));
     }
