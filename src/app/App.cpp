@@ -115,8 +115,8 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
 }
 
 // The lock of a killed process is released when its last thread exits; on a busy machine threads of low
-// priority take seconds.
-constexpr std::chrono::seconds timeToEnd(10);
+// priority take seconds, and those of an export, which are many, more than ten.
+constexpr std::chrono::seconds timeToEnd(30);
 
 int explainSilence() {
     const Language language = languageAtStart(UserDefaults());
