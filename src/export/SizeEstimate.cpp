@@ -36,7 +36,7 @@ std::vector<Trial> trialsOf(const ExportTimeline& timeline, double length) {
 }
 
 double lengthOfTrials(const ResolvedExport& resolved) {
-    constexpr double pixels = 24 * 1920.0 * 1080.0; // large frames take long
+    constexpr double pixels = 16 * 1920.0 * 1080.0; // of a trial: large frames take long
     const QSize size = resolved.target.size;
     const double frames = std::clamp(pixels / size.width() / size.height(), 8.0, 24.0);
     return frames / resolved.encoder.frameRate.value();
