@@ -1,24 +1,27 @@
 #!/usr/bin/env bash
 # Times exports against FFmpeg doing the same work, side by side, and prints ratios.
 #
-#   scripts/bench.sh [--pairs N] [--rows TEXT] [CLIP ...]
+#   scripts/bench.sh [--pairs N] [--rows TEXT] [--again SECONDS] [CLIP ...]
 #
 # Each row runs ours and theirs in turn N times (5 unless told) and shows the median of the pairs' ratios, so that
 # a machine whose speed drifts does not decide, and the least and the greatest of them, which tell how much it
 # drifted. One 1080p clip as a small handheld camera records it is made, and one of 4K HLG as a phone does; clips
 # given are measured beside the first. MLT's melt is measured where it is installed. With --rows, exports are run
-# only for rows whose title holds TEXT, and nothing else is measured. Nothing here passes or fails.
+# only for rows whose title holds TEXT, and nothing else is measured. --again is the length of the clip that is exported
+# again after a change (600 unless told). Nothing here passes or fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 pairs=5
 rows=
+again=600
 clips=()
 while [ $# -gt 0 ]; do
     case "$1" in
         --pairs) pairs=$2; shift 2 ;;
         --rows) rows=$2; shift 2 ;;
-        -h|--help) sed -n '2,10s/^# \{0,1\}//p' "$0"; exit 0 ;;
+        --again) again=$2; shift 2 ;;
+        -h|--help) sed -n '2,11s/^# \{0,1\}//p' "$0"; exit 0 ;;
         *) clips+=("$(realpath "$1")"); shift ;;
     esac
 done
@@ -55,9 +58,14 @@ project() {
             printf "%.4f,,%d,%s,%s,%d,%d,%d,%d,0,0\n", i * d / n, i % 2 + 1, point[i % 5 + 1], point[(i * 3) % 4 + 1], \
                    (i / 9) % 7, (i / 13) % 7, (i / 17) % 7, (i / 23) % 7;
     }' >"$csv"
-    "$cli" new --force -o "$file" --sport tennis --template classic --team1 "Dravnik" --team2 "Solvane" \
-        --flags1 FR --flags2 ES --sets 3 --video "$clip" --markers "$csv" >/dev/null
+    document "$file" "$clip" "$csv"
     echo "$file"
+}
+
+# document FILE CLIP CSV
+document() {
+    "$cli" new --force -o "$1" --sport tennis --template classic --team1 "Dravnik" --team2 "Solvane" \
+        --flags1 FR --flags2 ES --sets 3 --video "$2" --markers "$3" >/dev/null
 }
 
 # boards PROJECT MARKERS CLIP: the scoreboard's pictures as a list for FFmpeg's concat demuxer.
@@ -123,6 +131,14 @@ compare() {
         "$(spread <"$work/ratios")" "$target" "$(median <"$work/memory")" "$(median <"$work/ours")" "$(median <"$work/theirs")"
 }
 
+# exported_again TITLE TARGET COMMAND ...: seconds of one run against those of the first export, `first`.
+exported_again() {
+    local title=$1 target=$2 seconds
+    seconds=$(measured "${@:3}")
+    printf '| %-58s | %5s | %9s | %6s | %5s | %6.2f | %6.2f |\n' "$title" \
+        "$(awk -v a="${seconds% *}" -v b="$first" 'BEGIN { printf "%.3f", a / b }')" '' "$target" '' "${seconds% *}" "$first"
+}
+
 sound=(-c:a aac -b:a 192k -ar 44100 -ac 2)
 ff=(ffmpeg -nostdin -v error -y)
 as_ours=(-c:v libx264 -preset faster -crf 23 -x264-params rc-lookahead=40:subme=3)
@@ -182,6 +198,40 @@ ours=("${export_to[@]}" "$out" "$hdr" --preset twitter1080p)
 theirs=("${ff[@]}" -i "$work/phone.mov" -vf scale=1920:1080,format=yuv420p "${as_ours[@]}" "${sound[@]}"
     -movflags +faststart "$work/its.mp4")
 compare "4K HLG to 1080p H.264, tone-mapped, plain eight-bit one" "1.25"
+
+# Segments that are kept. A folder that cannot be made keeps none, and the export is one piece.
+kept=$PWD/$work/kept
+title="1080p, 40 s, first export against one piece"
+if [[ $title == *"$rows"* ]]; then
+    ffmpeg -nostdin -v error -y -stream_loop 3 -i "$work/action.mp4" -c copy "$work/forty.mp4"
+    forty=$(project "$work/forty.mp4" 100)
+    ours=(env "XDG_CACHE_HOME=$kept" "${export_to[@]}" "$out" "$forty" --fresh)
+    theirs=(env XDG_CACHE_HOME=/dev/null "${export_to[@]}" "$out" "$forty")
+    compare "$title" "1.03"
+fi
+title="1080p, $again s, 100 markers"
+if [[ "$title, exported again" == *"$rows"* ]]; then
+    clip=$work/again.mp4
+    ffmpeg -nostdin -v error -y -stream_loop $((again / 10 - 1)) -i "$work/action.mp4" -c copy "$clip"
+    hundred=$(project "$clip" 100)
+    awk -F, -v OFS=, 'NR == 52 { $6 = ($6 + 1) % 7 } 1' "$work/again.mp4.100.csv" >"$work/changed.csv"
+    document "$work/changed.plp" "$clip" "$work/changed.csv"
+    ours=(env "XDG_CACHE_HOME=$kept" "${export_to[@]}" "$out")
+    rm -rf "$kept"
+    first=$(measured "${ours[@]}" "$hundred")
+    first=${first% *}
+    exported_again "$title, again with nothing changed" 0.02 "${ours[@]}" "$hundred"
+    exported_again "$title, again with one changed" 0.05 "${ours[@]}" "$work/changed.plp"
+    rm -rf "$kept"
+    : >"$work/progress.json"
+    env "XDG_CACHE_HOME=$kept" "$cli" export --progress json -o "$out" "$hundred" >"$work/progress.json" 2>/dev/null &
+    half=$!
+    until tail -n 1 "$work/progress.json" | grep -q '"progress":0\.[5-9]'; do sleep 0.2; done
+    kill -9 "$half"
+    wait "$half" 2>/dev/null || true
+    exported_again "$title, again after kill -9 at half" 0.50 "${ours[@]}" "$hundred"
+fi
+rm -rf "$kept"
 if [ -n "$rows" ]; then
     rm -f "$work"/ours.* "$work"/its.*
     exit 0
