@@ -116,7 +116,7 @@ void ScreenTour::takeWindow() {
                                                              {Screen::match, QStringLiteral("match")},
                                                              {Screen::video, QStringLiteral("video")},
                                                              {Screen::editor, QStringLiteral("editor")}};
-    MainWindow window(m_context, m_licence);
+    MainWindow window(m_context, m_licence, m_exports);
     window.resize(m_options.window);
     window.show();
     for (const auto& [screen, name] : screens) {
@@ -157,7 +157,7 @@ void ScreenTour::takeExport() {
     const QByteArray home = qgetenv("HOME");
     qputenv("HOME", m_scratch.path().toUtf8());
     {
-        ExportSheet sheet(m_context, nullptr);
+        ExportSheet sheet(m_context, m_exports, nullptr);
         sheet.show();
         waitUntil(options, [&] { return hasStill(sheet); });
         if (wants(options))
@@ -199,7 +199,7 @@ void ScreenTour::takeConsent() {
     if (!wants(name))
         return;
     m_defaults.remove(consentAskedKey);
-    MainWindow window(m_context, m_licence);
+    MainWindow window(m_context, m_licence, m_exports);
     bool isTaken = false;
     QTimer::singleShot(2 * settleTime, &window, [&] {
         QWidget* question = QApplication::activeModalWidget();

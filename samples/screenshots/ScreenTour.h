@@ -4,6 +4,7 @@
 #include "licensing/LicenceManager.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/UiContext.h"
+#include "ui/export/ExportRunner.h"
 #include "ui/style/Theme.h"
 
 #include <functional>
@@ -53,6 +54,7 @@ private:
     ThemeChoice m_theme = ThemeChoice::dark;
     QTemporaryDir m_scratch;
     AppState m_state;
+    ExportRunner m_exports{m_state};
     UndoStack m_undo;
     UserDefaults m_defaults;
     DesktopDialogs m_dialogs{m_state, m_defaults};
