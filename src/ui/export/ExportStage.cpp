@@ -54,23 +54,18 @@ void ExportStage::build() {
     buttons->addWidget(m_another);
     buttons->addWidget(m_options);
     buttons->addStretch();
-    for (QPushButton* button : {m_folder, m_play, m_retry, m_close, m_continue})
+    for (QPushButton* button : {m_folder, m_play, m_retry, m_close, m_resume, m_cancel, m_continue})
         buttons->addWidget(button);
     auto* heading = new QHBoxLayout;
     heading->setSpacing(Space::s);
     heading->addWidget(m_icon);
     heading->addWidget(m_heading, 1);
-    auto* detail = new QHBoxLayout;
-    detail->setSpacing(Space::m);
-    detail->addWidget(m_detail, 1);
-    detail->addWidget(m_resume);
-    detail->addWidget(m_cancel);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->setSpacing(Space::s);
     whole->addLayout(heading);
     whole->addWidget(m_bar);
-    whole->addLayout(detail);
+    whole->addWidget(m_detail);
     whole->addWidget(m_damageRow = makeDamageRow());
     whole->addLayout(buttons);
 }
