@@ -18,8 +18,8 @@ struct PlaybackFault {
     QString reason; // the end of a sentence whose subject is the file
 };
 
-/// The reason why the file cannot be opened, as far as that shows without reading it; empty when it may. Anything but a
-/// regular file could make the player wait for ever.
+/// The reason why the file cannot be opened, as far as that shows without reading it; empty when it may.
+/// Anything but a regular file could make the player wait for ever.
 std::optional<PlaybackFault> faultOfFile(const QString& path);
 
 /// The fault of the file that libmpv was to open, from its error code.

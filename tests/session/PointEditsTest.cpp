@@ -1,5 +1,5 @@
-#include "l10n/L10nKey.h"
 #include "session/PointEdits.h"
+#include "l10n/L10nKey.h"
 #include "session/UndoStack.h"
 #include "support/Sessions.h"
 

@@ -1,4 +1,5 @@
-// Pseudo-random edits, each determined by its number: the same numbers in the same order give the same session.
+// Pseudo-random edits, each determined by its number: the same numbers in the same order give the same
+// session.
 #pragma once
 
 #include "session/AppState.h"

@@ -22,8 +22,8 @@ QThreadPool& lowPriorityPool() {
     return *pool;
 }
 
-// Niceness of the calling thread. Not SCHED_IDLE, Qt's lowest priority: on a busy machine such a thread is starved,
-// and its process cannot exit, which keeps the session locked.
+// Niceness of the calling thread. Not SCHED_IDLE, Qt's lowest priority: on a busy machine such a thread is
+// starved, and its process cannot exit, which keeps the session locked.
 void lowerPriority() {
     constexpr int niceness = 15;
     (void)setpriority(PRIO_PROCESS, 0, niceness);
