@@ -6,6 +6,7 @@
 #include "persistence/Persistence.h"
 #include "persistence/ProjectSession.h"
 #include "session/UndoStack.h"
+#include "ui/export/ExportRunner.h"
 #include "ui/style/Theme.h"
 
 #include <benchmark/benchmark.h>
@@ -74,7 +75,8 @@ void openProject(benchmark::State& run) {
          .store = std::make_unique<FileRecordStore>(folder.filePath(QStringLiteral("licence"))),
          .machineId = "bench"});
     Theme::shared().apply(*qApp, ThemeChoice::dark);
-    MainWindow window({state, undo, defaults, dialogs}, licence);
+    ExportRunner exports(state);
+    MainWindow window({state, undo, defaults, dialogs}, licence, exports);
     window.show();
     QCoreApplication::processEvents();
 
