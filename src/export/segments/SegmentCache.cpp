@@ -1,5 +1,7 @@
 #include "export/segments/SegmentCache.h"
 
+#include "files/FreeSpace.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -11,7 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QStorageInfo>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -172,7 +173,7 @@ bool SegmentCache::makeRoom(qint64 bytes) const {
     qint64 total = bytes;
     for (const QFileInfo& part : parts)
         total += part.size();
-    qint64 lacking = m_reserve - QStorageInfo(m_folder).bytesAvailable();
+    qint64 lacking = m_reserve - freeBytes(m_folder).value_or(m_reserve);
     for (const QFileInfo& part : parts) {
         const bool isBeyondLimit = total > m_limit && part.lastModified() < m_opened;
         if (!isBeyondLimit && lacking <= 0)

@@ -1,6 +1,7 @@
 #include "ui/export/DestinationRow.h"
 
 #include "export/SizeEstimate.h"
+#include "files/FreeSpace.h"
 #include "ui/export/ExportWords.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
@@ -8,7 +9,6 @@
 
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QStorageInfo>
 
 namespace pointloom {
 
@@ -30,10 +30,7 @@ QString withExtensionSwapped(const QString& path, ExportFormat from, ExportForma
 std::optional<std::int64_t> freeBytesAt(QString folder) {
     while (!QFileInfo(folder).isDir() && QFileInfo(folder).absolutePath() != folder)
         folder = QFileInfo(folder).absolutePath();
-    const QStorageInfo disk(folder);
-    if (!disk.isValid() || !disk.isReady())
-        return std::nullopt;
-    return disk.bytesAvailable();
+    return freeBytes(folder);
 }
 
 // Reads the disk: for a background thread, as disks may sleep.

@@ -2,6 +2,7 @@
 
 #include "export/ExportSource.h"
 #include "export/segments/ReusingExport.h"
+#include "files/FreeSpace.h"
 #include "l10n/L10nKey.h"
 #include "persistence/KeptSegments.h"
 #include "ui/export/ExportWords.h"
@@ -12,7 +13,6 @@
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
 #include <QFileInfo>
-#include <QStorageInfo>
 #include <QString>
 #include <sys/resource.h>
 
@@ -89,12 +89,11 @@ ExportReport exportOnThisMachine(ExportJob job, const ExportControl& control) {
 }
 
 std::int64_t freeBytesFor(const QString& outputPath) {
-    const auto freeBytes = [&] { // -1: there is no such folder
-        return QStorageInfo(QFileInfo(outputPath).absolutePath()).bytesAvailable();
-    };
-    if (freeBytes() < ExportQueue::leastFree)
+    const QString folder = QFileInfo(outputPath).absolutePath();
+    constexpr std::int64_t unknown = -1;
+    if (freeBytes(folder).value_or(unknown) < ExportQueue::leastFree)
         KeptSegments::cache(); // makes room
-    return freeBytes();
+    return freeBytes(folder).value_or(unknown);
 }
 
 }

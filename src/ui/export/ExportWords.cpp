@@ -1,5 +1,6 @@
 #include "ui/export/ExportWords.h"
 
+#include "files/FreeSpace.h"
 #include "l10n/Format.h"
 #include "l10n/L10nKey.h"
 #include "ui/common/FaultText.h"
@@ -9,7 +10,6 @@
 #include <optional>
 #include <QDir>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 namespace pointloom::ExportWords {
 
@@ -108,8 +108,7 @@ std::optional<QString> faultOfOutput(const ExportJob& job, Language language) {
         return format(t(language, L10nKey::exportFolderMissing), folder.filePath());
     if (!folder.isWritable())
         return format(t(language, L10nKey::exportFolderUnwritable), folder.filePath());
-    const QStorageInfo disk(folder.filePath());
-    if (disk.isValid() && disk.bytesAvailable() < hardlyAnything)
+    if (const auto free = freeBytes(folder.filePath()); free && *free < hardlyAnything)
         return faultText(media::MediaFault::diskFull, {}, {}, language).sentence;
     return std::nullopt;
 }
