@@ -2,8 +2,8 @@
 # Makes a folder and an archive that run on other Linux systems with everything but the C library, the graphics driver
 # and the display server in them: build/portable/pointloom-VERSION-x86_64.tar.xz.
 # Usage: scripts/portable.sh
-# The folder is laid out as an AppDir: "appimagetool FOLDER" packs it into one file where that tool is at hand. What runs
-# decides which C library is needed: made on Debian 12, it is glibc 2.36.
+# The folder is laid out as an AppDir: "appimagetool FOLDER" packs it into one file where that tool is at hand. It runs
+# where the C library is as new as on the machine that made it, or newer: glibc 2.36 for Debian 12.
 set -euo pipefail
 export LC_ALL=C.UTF-8
 umask 022
