@@ -1,5 +1,6 @@
 #include "export/Captions.h"
 
+#include "model/ScoreText.h"
 #include "model/ScoringEngine.h"
 
 #include <algorithm>
@@ -10,35 +11,17 @@ namespace pointloom {
 
 namespace {
 
-QString between(const QString& first, const QString& second) {
-    return first + u'–' + second;
-}
-
-bool isEmpty(const SetScore& set) {
-    return set.team1 == 0 && set.team2 == 0;
-}
-
-// A set at 0 to 0 after the others has not begun.
-QString setsText(const std::vector<SetScore>& sets) {
-    const auto last = std::find_if_not(sets.rbegin(), sets.rend(), isEmpty).base();
-    QStringList texts;
-    for (auto set = sets.begin(); set != last; ++set)
-        texts += between(set->display(Side::first), set->display(Side::second));
-    return texts.join(u' ');
-}
-
 QString scoreText(const SportScoreState& score) {
-    const QString zero = QStringLiteral("0");
-    const auto [game1, game2] = gameTexts(score);
-    const QString sets = setsText(setsOf(score));
-    if (game1 == zero && game2 == zero)
-        return sets.isEmpty() ? between(zero, zero) : sets;
-    const QString game = between(game1, game2);
+    const QString none = QStringLiteral("0–0");
+    const QString game = gameText(score);
+    const QString sets = setTexts(score).join(u' ');
+    if (game == none)
+        return sets.isEmpty() ? none : sets;
+    const QString separator = QStringLiteral(" · ");
     if (!sets.isEmpty())
-        return sets + QStringLiteral(" · ") + game;
+        return sets + separator + game;
     // Points of the first game are not games of the first set.
-    return std::holds_alternative<ScoreState>(score) ? between(zero, zero) + QStringLiteral(" · ") + game
-                                                     : game;
+    return std::holds_alternative<ScoreState>(score) ? none + separator + game : game;
 }
 
 QString asCueText(QString text) {
@@ -49,10 +32,8 @@ QString asCueText(QString text) {
 
 QString captionText(const OverlayDescription& overlay, double sourceTime) {
     const Marker* marker = ScoringEngine::markerAtTime(overlay.markers, sourceTime);
-    const MatchConfig& match = overlay.config;
-    const QString names =
-        between(match.team1.displayName().simplified() + u' ', u' ' + match.team2.displayName().simplified());
-    QString text = names + QStringLiteral("  ") + scoreText(marker ? marker->score : overlay.initialScore);
+    QString text = displayName(overlay.config).simplified() + QStringLiteral("  ") +
+                   scoreText(marker ? marker->score : overlay.initialScore);
     if (marker && marker->label && !marker->label->trimmed().isEmpty())
         text += u'\n' + marker->label->simplified();
     return text;

@@ -4,23 +4,10 @@
 #include "ui/style/Controls.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace pointloom {
 
 namespace {
-
-QStringList begunSets(const SportScoreState& score, QChar dash) {
-    const auto& sets = setsOf(score);
-    const auto hasBegun = [](const SetScore& set) {
-        return set.team1 != 0 || set.team2 != 0 || set.tiebreak;
-    };
-    const auto end = std::ranges::find_if(sets | std::views::reverse, hasBegun).base();
-    QStringList words;
-    for (auto set = sets.begin(); set != end; ++set)
-        words << set->display(Side::first) + dash + set->display(Side::second);
-    return words;
-}
 
 QStringList lines(const UiContext& context, const Marker& marker, bool isEntered) {
     const QString colon = QStringLiteral(": ");
@@ -44,21 +31,12 @@ QString sideName(const UiContext& context, Side side) {
     return name.isEmpty() ? context.text(side == Side::first ? L10nKey::team1 : L10nKey::team2) : name;
 }
 
-QString gameText(const SportScoreState& score) {
-    const auto [first, second] = gameTexts(score);
-    return first + u'–' + second;
-}
-
 QString setsText(const SportScoreState& score) {
     return setTexts(score).join(QStringLiteral("  "));
 }
 
-QStringList setTexts(const SportScoreState& score) {
-    return begunSets(score, u'–');
-}
-
 ShortScore shortScore(const SportScoreState& score) {
-    QStringList words = begunSets(score, u'-');
+    QStringList words = setTexts(score, u'-');
     const auto [first, second] = gameTexts(score);
     const QString none = QStringLiteral("0");
     const bool isGameOpen = first != none || second != none;

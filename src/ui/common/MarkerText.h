@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/Marker.h"
+#include "model/ScoreText.h"
 #include "ui/common/UiContext.h"
 
 namespace pointloom {
@@ -9,14 +10,8 @@ namespace pointloom {
 /// The name that the user gave to the side; "Team 1" or "Team 2" while it has none.
 QString sideName(const UiContext& context, Side side);
 
-/// "40–15"
-QString gameText(const SportScoreState& score);
-
-/// "6–4  2–1", the sets up to the last one that has begun, the loser's tie-break in brackets; empty before
-/// the first game.
+/// "6–4  2–1": `setTexts` in one line.
 QString setsText(const SportScoreState& score);
-/// The same, each set by itself.
-QStringList setTexts(const SportScoreState& score);
 
 /// A score in as few characters as it can be read in.
 struct ShortScore {
