@@ -87,7 +87,7 @@ StoredQueue readQueue(const QString& path) {
         throw FileError(path, "cannot be read", QStringLiteral("it is not a regular file"));
     if (!file.open(QIODevice::ReadOnly))
         throw FileError(path, "cannot be read", file.errorString());
-    const auto document = json::decode<QueueDocument>(json::parse(file.readAll()));
+    const auto document = json::decode<QueueDocument>(json::parse(file.read(json::ParseLimits{}.bytes + 1)));
     StoredQueue queue{.isPaused = document.paused, .entries = {}};
     for (const StoredExport& entry : document.exports)
         queue.entries.push_back(restored(entry));
