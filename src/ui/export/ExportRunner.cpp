@@ -208,17 +208,12 @@ ExportReport ExportRunner::run(ExportJob job, const ExportControl& control) {
     std::optional<SleepInhibitor> awake(reason);
     ExportControl own = control;
     own.isCancelled = [&] {
-        const bool isHeld = m_queue.status().isHeld();
-        const auto keepAwake = [&](bool isOn) {
-            const std::scoped_lock lock(mutex);
-            if (isOn != awake.has_value())
-                isOn ? (void)awake.emplace(reason) : awake.reset();
-        };
-        if (isHeld)
-            keepAwake(false);
-        const bool isCancelled = control.isCancelled();
-        if (isHeld)
-            keepAwake(true);
+        const std::scoped_lock lock(mutex);
+        if (!m_queue.status().isHeld())
+            return control.isCancelled();
+        awake.reset();
+        const bool isCancelled = control.isCancelled(); // waits for the end of the pause
+        awake.emplace(reason);
         return isCancelled;
     };
     return m_work(job, own);
