@@ -113,8 +113,8 @@ void AppState::replaceMarkers(std::vector<Marker> replacement, std::optional<QUu
                               UndoStack* undoManager) {
     const std::vector<Marker> previous = markers;
     const std::optional<QUuid> previousSelection = selectedMarkerID;
-    selectedMarkerID =
-        selection; // before its marker is there: the timeline scrolls to one chosen, not to this
+    // Before its marker is there: the timeline scrolls to one that is chosen, not to this.
+    selectedMarkerID = selection;
     markers = std::move(replacement);
     concludeEdit(name, undoManager, [this, previous, previousSelection, name, undoManager] {
         replaceMarkers(previous, previousSelection, name, undoManager);

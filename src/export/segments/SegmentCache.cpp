@@ -110,7 +110,8 @@ SegmentCache::SegmentCache(QString folder, qint64 limit, qint64 reserve)
     , m_limit(limit)
     , m_reserve(reserve)
     , m_opened(QDateTime::currentDateTimeUtc().addSecs(-1)) { // clocks of file systems are coarse
-    if (QDir().mkpath(m_folder)) {                            // pictures of the user's: nobody else's to see
+    if (QDir().mkpath(m_folder)) {
+        // Pictures of the user's, for no other user to see.
         QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         makeRoom(0);
     }
