@@ -29,14 +29,16 @@ int segmentsAtOnce(const ExportJob& job, const ReuseChoices& choices) {
     return std::max(2, static_cast<int>(std::thread::hardware_concurrency()) / processorsForOne);
 }
 
-// Empty when the video cannot be cut, or cannot be read at all.
+// Empty when the video cannot be cut, cannot be read at all, or is so short that its segments' ends would
+// cost more time than they save.
 std::optional<SegmentPlan> planOf(const ExportJob& job, const ReuseChoices& choices) {
+    constexpr int fewest = 4;
     constexpr double hardwareSteps = 4; // it encodes a segment faster than it starts the next
     const bool isSoftware = job.settings.encoder == media::EncoderKind::software;
     try {
         SegmentPlan plan = SegmentPlan::onGrid(job, choices.spacing * (isSoftware ? 1 : hardwareSteps),
                                                QStringLiteral(POINTLOOM_VERSION));
-        if (plan.count() > 1)
+        if (plan.count() >= fewest)
             return plan;
     } catch (const ExportError&) {
         // The export of the whole tells what is wrong.
