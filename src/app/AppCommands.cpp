@@ -45,8 +45,8 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
     playback.addSeparator();
     addInEditor(playback, {Command::goToTime, Command::goToStart, Command::goToEnd});
     playback.addSeparator();
-    addInEditor(playback,
-                {Command::frameBack, Command::frameForward, Command::previousMarker, Command::nextMarker});
+    addInEditor(playback, {Command::frameBack, Command::frameForward, Command::previousMarker,
+                           Command::nextMarker, Command::previousRallyEnd, Command::nextRallyEnd});
 
     QMenu& help = addMenu(menuBar, L10nKey::commandHelpMenu);
     add(help, Command::showHelp, &CommandBridge::showHelp);

@@ -23,6 +23,8 @@ constexpr CommandRow rows[] = {
     {.id = Command::secondForward, .group = editor, .does = L10nKey::helpStepSecond, .keys = {Qt::SHIFT | Qt::Key_Right}, .repeats = true},
     {.id = Command::previousMarker, .group = editor, .does = L10nKey::helpStepMarker, .title = L10nKey::commandPreviousMarker, .keys = {Qt::Key_Up}, .repeats = true},
     {.id = Command::nextMarker, .group = editor, .does = L10nKey::helpStepMarker, .title = L10nKey::commandNextMarker, .keys = {Qt::Key_Down}, .repeats = true},
+    {.id = Command::previousRallyEnd, .group = editor, .does = L10nKey::helpStepRallyEnd, .title = L10nKey::commandPreviousRallyEnd, .keys = {Qt::Key_B}, .repeats = true},
+    {.id = Command::nextRallyEnd, .group = editor, .does = L10nKey::helpStepRallyEnd, .title = L10nKey::commandNextRallyEnd, .keys = {Qt::Key_N}, .repeats = true},
     {.id = Command::jumpBack, .group = editor, .does = L10nKey::helpShuttle, .title = L10nKey::commandJumpBack, .keys = {Qt::Key_J}, .repeats = true},
     {.id = Command::pause, .group = editor, .does = L10nKey::helpShuttle, .keys = {Qt::Key_K}},
     {.id = Command::playFaster, .group = editor, .does = L10nKey::helpShuttle, .title = L10nKey::commandPlayFaster, .keys = {Qt::Key_L}},

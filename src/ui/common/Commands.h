@@ -21,6 +21,8 @@ enum class Command {
     secondForward,
     previousMarker,
     nextMarker,
+    previousRallyEnd,
+    nextRallyEnd,
     jumpBack,
     pause,
     playFaster,

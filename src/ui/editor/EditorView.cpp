@@ -189,6 +189,8 @@ EditorKeys::Actions EditorView::actions() {
         {secondForward, [this] { m_playback.seekBy(1); }},
         {previousMarker, [this] { goToNeighbour(EditorCommands::Neighbour::previous); }},
         {nextMarker, [this] { goToNeighbour(EditorCommands::Neighbour::next); }},
+        {previousRallyEnd, [this] { m_timeline->goToRallyEnd(TimelineView::Direction::back); }},
+        {nextRallyEnd, [this] { m_timeline->goToRallyEnd(TimelineView::Direction::forward); }},
         {jumpBack, [this] { m_playback.seekBy(-5); }},
         {pause, [this] { m_playback.pause(); }},
         {playFaster, [this] { m_playback.playFaster(); }},

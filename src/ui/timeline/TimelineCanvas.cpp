@@ -4,59 +4,22 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/ThumbnailStrip.h"
-#include "ui/timeline/TimelineMenu.h"
-#include "ui/timeline/TimelineToolTip.h"
 
 #include <algorithm>
 #include <cmath>
 #include <exception>
-#include <QContextMenuEvent>
 #include <QFontMetricsF>
-#include <QHelpEvent>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QNativeGestureEvent>
 #include <QPainter>
 #include <QPaintEvent>
-#include <QToolTip>
 #include <QUrl>
-#include <QWheelEvent>
 
 namespace pointloom {
 
 namespace {
 
-using Hit = TimelineHit::Kind;
-
 constexpr double usualFrameRate = 30;
 constexpr double usualAspectRatio = 16.0 / 9;
-constexpr double revealDistance = 60; // points from the edge
-constexpr double longestStep = 1;     // seconds that the playhead moves by itself
-constexpr double wheelNotch = 120;    // eighths of a degree
-constexpr double pointsPerNotch = 96;
-constexpr double zoomPerNotch = 1.25;
-
-bool snaps(const QMouseEvent& event) {
-    return !event.modifiers().testFlag(Qt::AltModifier);
-}
-
-Qt::CursorShape cursorFor(Hit kind) {
-    switch (kind) {
-    case Hit::trimStart:
-    case Hit::trimEnd:
-    case Hit::cutStart:
-    case Hit::cutEnd:
-        return Qt::SizeHorCursor;
-    case Hit::marker:
-    case Hit::cut:
-        return Qt::PointingHandCursor;
-    case Hit::nothing:
-    case Hit::time:
-    case Hit::trimLane:
-        break;
-    }
-    return Qt::ArrowCursor;
-}
+constexpr double longestStep = 1; // seconds that the playhead moves by itself
 
 }
 
@@ -325,7 +288,7 @@ void TimelineCanvas::paintLayer() {
     painter.setFont(look().font);
     if (m_scene.scale.duration() > 0) {
         const L10nKey cut = m_scene.leavesCutsOut ? L10nKey::timelineCutGoes : L10nKey::timelineCutStays;
-        TimelinePainting::paintRows(painter, m_scene, m_thumbnails, m_waveform.peaks(),
+        TimelinePainting::paintRows(painter, m_scene, m_thumbnails, m_waveform,
                                     {m_context.text(L10nKey::timelineCut), m_context.text(cut)}, look());
     } else {
         painter.setPen(tokens().quietText);
@@ -335,175 +298,6 @@ void TimelineCanvas::paintLayer() {
     const auto wanted = wantedThumbnails(m_scene);
     if (wanted != std::exchange(m_wantedThumbnails, wanted))
         m_thumbnails.want(wanted);
-}
-
-void TimelineCanvas::wheelEvent(QWheelEvent* event) {
-    event->accept();
-    const QPoint degrees = event->angleDelta();
-    if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        m_scene.scale.zoomBy(std::pow(zoomPerNotch, degrees.y() / wheelNotch), event->position().x());
-        changeView();
-        return;
-    }
-    // A plain wheel scrolls horizontally too.
-    const bool isFine = !event->pixelDelta().isNull();
-    const QPointF distance =
-        isFine ? QPointF(event->pixelDelta()) : QPointF(degrees) * (pointsPerNotch / wheelNotch);
-    scrollTo(m_scene.scale.offset() -
-             (std::abs(distance.x()) > std::abs(distance.y()) ? distance.x() : distance.y()));
-}
-
-bool TimelineCanvas::event(QEvent* event) {
-    if (event->type() == QEvent::NativeGesture) {
-        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
-        if (gesture->gestureType() == Qt::ZoomNativeGesture) {
-            m_scene.scale.zoomBy(std::max(0.1, 1 + gesture->value()), gesture->position().x());
-            changeView();
-            return true;
-        }
-    }
-    if (event->type() == QEvent::ToolTip && !m_drag.isDragging()) {
-        const auto* help = static_cast<QHelpEvent*>(event);
-        QToolTip::showText(help->globalPos(), timelineToolTip(m_context, m_scene, m_scene.hitAt(help->pos())),
-                           this);
-        return true;
-    }
-    if (event->type() == QEvent::ShortcutOverride && m_drag.isPressed() &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        event->accept();
-        return true;
-    }
-    return QWidget::event(event);
-}
-
-void TimelineCanvas::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || m_drag.isPressed())
-        return;
-    const TimelineHit hit = m_scene.hitAt(event->position());
-    if (hit.kind == Hit::nothing)
-        return;
-    QToolTip::hideText();
-    select(hit);
-    m_drag.begin(hit, event->position(), snaps(*event));
-}
-
-void TimelineCanvas::select(const TimelineHit& hit) {
-    AppState& state = m_context.state;
-    switch (hit.kind) {
-    case Hit::marker:
-        state.selectedMarkerID = hit.id;
-        state.selectedCutID = std::nullopt;
-        break;
-    case Hit::cut:
-    case Hit::cutStart:
-    case Hit::cutEnd:
-        state.selectedMarkerID = std::nullopt;
-        state.selectedCutID = hit.id;
-        break;
-    case Hit::trimLane:
-        state.selectedCutID = std::nullopt;
-        break;
-    case Hit::time:
-    case Hit::trimStart:
-    case Hit::trimEnd:
-    case Hit::nothing:
-        break;
-    }
-}
-
-void TimelineCanvas::mouseMoveEvent(QMouseEvent* event) {
-    if (m_drag.isPressed())
-        m_drag.moveTo(event->position(), snaps(*event));
-    else
-        setHover(m_scene.hitAt(event->position()));
-}
-
-void TimelineCanvas::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !m_drag.isPressed())
-        return;
-    const TimelineHit hit = m_drag.pressed();
-    const bool wasDragged = m_drag.end(true);
-    if (!wasDragged && hit.kind == Hit::marker) {
-        if (const Flag* flag = m_scene.flags.find(hit.id))
-            Q_EMIT seekRequested(std::clamp(flag->time, 0.0, m_scene.scale.duration()), true);
-    }
-    setHover(m_scene.hitAt(event->position()));
-}
-
-void TimelineCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton)
-        return;
-    const TimelineHit hit = m_scene.hitAt(event->position());
-    TrimTimes trim = m_context.state.trim();
-    if (hit.kind == Hit::trimStart)
-        trim.start = 0;
-    else if (hit.kind == Hit::trimEnd)
-        trim.end = std::nullopt;
-    else
-        return mousePressEvent(event);
-    m_context.state.setTrim(trim, &m_context.undo);
-}
-
-void TimelineCanvas::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && m_drag.isPressed())
-        m_drag.end(false);
-    else
-        QWidget::keyPressEvent(event);
-}
-
-// By the keyboard for what is selected, or for the playhead.
-void TimelineCanvas::contextMenuEvent(QContextMenuEvent* event) {
-    const bool isMouse = event->reason() == QContextMenuEvent::Mouse;
-    const TimelineHit hit = isMouse ? m_scene.hitAt(event->pos()) : m_scene.selectedItem();
-    if (m_drag.isPressed() || hit.kind == Hit::nothing)
-        return;
-    select(hit);
-    auto* menu = new CommandMenu(m_context, this);
-    connect(menu, &QMenu::aboutToHide, this, [this] { Q_EMIT scrubbingChanged(false); });
-    Q_EMIT scrubbingChanged(true);
-    if (isMouse && (hit.kind == Hit::time || hit.kind == Hit::trimLane))
-        seekTo(event->pos().x()); // the commands are for that moment
-    fillTimelineMenu(*menu, m_context, m_scene, hit,
-                     [this](Command command) { Q_EMIT commandRequested(command); });
-    menu->popup(isMouse ? event->globalPos() : mapToGlobal(m_scene.placeOf(hit).toPoint()));
-}
-
-void TimelineCanvas::seekTo(double x) {
-    const double time = std::clamp(m_scene.scale.time(x), 0.0, m_scene.scale.duration());
-    Q_EMIT seekRequested(frameStart(time, m_scene.frameRate), true);
-}
-
-void TimelineCanvas::tellAboutCut(const CutZone& cut, const QString& note) {
-    if (!m_scene.scale.shows(cut.start)) {
-        m_scene.scale.reveal(cut.start, revealDistance);
-        changeView();
-    }
-    const QPointF place = m_scene.placeOf({Hit::cut, cut.id});
-    QToolTip::showText(mapToGlobal(place.toPoint()), cutToolTip(m_context, cut, note), this);
-}
-
-void TimelineCanvas::leaveEvent(QEvent*) {
-    if (!m_drag.isPressed())
-        setHover({});
-}
-
-void TimelineCanvas::setHover(const TimelineHit& hit) {
-    setCursor(cursorFor(hit.kind));
-    const bool changes = hit != m_scene.hover;
-    m_scene.hover = hit;
-    if (changes)
-        refresh();
-}
-
-void TimelineCanvas::focusInEvent(QFocusEvent* event) {
-    m_showsFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
-                   event->reason() == Qt::ShortcutFocusReason;
-    update();
-}
-
-void TimelineCanvas::focusOutEvent(QFocusEvent*) {
-    m_showsFocus = false;
-    update();
 }
 
 }

@@ -24,6 +24,7 @@ public:
     TimelineCanvas(const UiContext& context, const QString& cacheRoot, QWidget* parent = nullptr);
 
     const TimelineScene& scene() const { return m_scene; }
+    const WaveformStore& sound() const { return m_waveform; }
 
     /// Around the playhead when it is visible, else around the middle.
     void zoomBy(double factor);
@@ -32,6 +33,9 @@ public:
 
     /// Shows the tool tip of a cut beside it, with `note` below its range.
     void tellAboutCut(const CutZone& cut, const QString& note);
+
+    /// Shows a tool tip at the playhead.
+    void tellAtPlayhead(const QString& text);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -82,6 +86,8 @@ private:
     void select(const TimelineHit& hit);
     void seekTo(double x);
     void setHover(const TimelineHit& hit);
+
+    static constexpr double revealDistance = 60; // points from the edge
 
     UiContext m_context;
     TimelineScene m_scene;

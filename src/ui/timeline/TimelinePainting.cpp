@@ -11,6 +11,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
+#include <span>
 
 namespace pointloom::TimelinePainting {
 
@@ -85,8 +86,24 @@ void paintRuler(QPainter& painter, const TimelineScene& scene, const Look& look)
     painter.restore();
 }
 
-void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformPyramid& peaks,
+// Points at the sound of a rally's end from below.
+void paintRallyEnds(QPainter& painter, const TimelineScene& scene, std::span<const double> ends,
+                    const QRectF& row) {
+    constexpr double width = 7; // points
+    constexpr double height = 5;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(tokens().accent);
+    const auto first = std::ranges::lower_bound(ends, scene.scale.time(row.left() - width));
+    for (auto end = first; end != ends.end() && scene.scale.x(*end) < row.right() + width; ++end) {
+        const QPointF tip(scene.scale.x(*end), row.bottom() - height);
+        painter.drawPolygon(
+            QPolygonF{tip, tip + QPointF(width / 2, height), tip + QPointF(-width / 2, height)});
+    }
+}
+
+void paintWaveform(QPainter& painter, const TimelineScene& scene, const WaveformStore& sound,
                    const Look& look) {
+    const WaveformPyramid& peaks = sound.peaks();
     const QRectF row = scene.clipPartOf(scene.rows.waveform);
     if (row.isEmpty())
         return;
@@ -97,7 +114,10 @@ void paintWaveform(QPainter& painter, const TimelineScene& scene, const Waveform
     const double middle = row.center().y();
     const double half = row.height() / 2 - 2;
     std::vector<QRectF> bars;
+    std::vector<QRectF> loudBars;
     bars.reserve(static_cast<std::size_t>(row.width() / bar) + 1);
+    auto moment =
+        std::ranges::upper_bound(sound.moments(), scene.scale.time(row.left()), {}, &media::LoudMoment::end);
     const double end = static_cast<double>(peaks.size()) / WaveformPyramid::peaksPerSecond;
     // Relative to the loudest peak, with quiet ones raised: a camera far from the court records quietly.
     constexpr double quietestFull = 20; // of 255; a quieter clip is drawn as silent
@@ -109,13 +129,19 @@ void paintWaveform(QPainter& painter, const TimelineScene& scene, const Waveform
             break;
         const double level = std::pow(peaks.loudest(time, scene.scale.time(x + bar)) / full, lift);
         const double height = std::max(0.5, level * half);
-        bars.emplace_back(x, middle - height, bar, 2 * height);
+        while (moment != sound.moments().end() && moment->end <= time)
+            ++moment;
+        const bool isLoud = moment != sound.moments().end() && moment->start < scene.scale.time(x + bar);
+        (isLoud ? loudBars : bars).emplace_back(x, middle - height, bar, 2 * height);
     }
     painter.save();
     painter.setClipRect(row);
     painter.setPen(Qt::NoPen);
     painter.setBrush(mixed(colors.quietText, colors.surface, 0.35F));
     painter.drawRects(bars.data(), static_cast<int>(bars.size()));
+    painter.setBrush(mixed(colors.accent, colors.surface, 0.25F));
+    painter.drawRects(loudBars.data(), static_cast<int>(loudBars.size()));
+    paintRallyEnds(painter, scene, sound.rallyEnds(), row);
     painter.restore();
 }
 
@@ -359,10 +385,10 @@ void paintCuts(QPainter& painter, const TimelineScene& scene, const CutWords& wo
 }
 
 void paintRows(QPainter& painter, const TimelineScene& scene, ThumbnailStore& thumbnails,
-               const WaveformPyramid& peaks, const CutWords& words, const Look& look) {
+               const WaveformStore& sound, const CutWords& words, const Look& look) {
     paintRuler(painter, scene, look);
     paintThumbnails(painter, scene, thumbnails);
-    paintWaveform(painter, scene, peaks, look);
+    paintWaveform(painter, scene, sound, look);
     paintTrim(painter, scene, look);
     paintCuts(painter, scene, words, look);
     paintFlags(painter, scene, look);

@@ -11,7 +11,7 @@ class QPainter;
 namespace pointloom {
 
 class ThumbnailStore;
-class WaveformPyramid;
+class WaveformStore;
 
 namespace TimelinePainting {
 
@@ -28,7 +28,7 @@ struct CutWords {
 
 /// All rows, without the playhead and without the marker that is being dragged.
 void paintRows(QPainter& painter, const TimelineScene& scene, ThumbnailStore& thumbnails,
-               const WaveformPyramid& peaks, const CutWords& words, const Look& look);
+               const WaveformStore& sound, const CutWords& words, const Look& look);
 
 /// A flag that is being dragged, at another time than its own.
 void paintMovingFlag(QPainter& painter, const TimelineScene& scene, const Flag& flag, double time,

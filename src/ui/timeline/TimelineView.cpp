@@ -21,6 +21,18 @@ namespace {
 
 constexpr double zoomStep = 1.5;
 
+// Not the one that is shown: its frame is a little beside it.
+std::optional<double> endOfRally(const std::vector<double>& ends, double playhead,
+                                 TimelineView::Direction direction) {
+    constexpr double moment = 0.25; // seconds
+    if (direction == TimelineView::Direction::forward) {
+        const auto next = std::ranges::upper_bound(ends, playhead + moment);
+        return next == ends.end() ? std::nullopt : std::optional(*next);
+    }
+    const auto after = std::ranges::lower_bound(ends, playhead - moment);
+    return after == ends.begin() ? std::nullopt : std::optional(*std::prev(after));
+}
+
 }
 
 TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QString& cacheRoot)
@@ -160,6 +172,14 @@ void TimelineView::cutAtPlayhead() {
     else
         m_canvas->tellAboutCut(step.cut, format(m_context.text(L10nKey::timelineCutEndsWith),
                                                 keyLabel(keys.first(), state.language)));
+}
+
+void TimelineView::goToRallyEnd(Direction direction) {
+    const auto end = endOfRally(m_canvas->sound().rallyEnds(), m_context.state.currentTime, direction);
+    if (end)
+        Q_EMIT seekRequested(*end, true);
+    else
+        m_canvas->tellAtPlayhead(m_context.text(L10nKey::timelineNoRallyEnd));
 }
 
 // In a surface over the timeline, which shows what it does.

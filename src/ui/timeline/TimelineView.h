@@ -32,6 +32,11 @@ public:
     /// there; selects it and tells about it.
     void cutAtPlayhead();
 
+    enum class Direction { back, forward };
+
+    /// Requests the next moment at which a rally ends, by its sound, or says that none is heard.
+    void goToRallyEnd(Direction direction);
+
     /// Shows the choice of what stays in the exported video.
     void chooseParts();
 

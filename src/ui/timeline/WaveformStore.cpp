@@ -5,16 +5,20 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <exception>
 #include <QElapsedTimer>
+#include <utility>
 
 namespace pointloom {
 
 namespace {
 
-constexpr auto cacheName = "waveform-1";       // the number changes with the meaning of the peaks
+constexpr auto peaksName = "waveform-1"; // the numbers change with the meaning of what is kept
+constexpr auto momentsName = "moments-1";
 constexpr qint64 largestWaveform = 32LL << 20; // bytes; more than a day
-constexpr qint64 tellAfter = 150;              // milliseconds between two deliveries of peaks
+constexpr qint64 largestMoments = 8LL << 20;
+constexpr qint64 tellAfter = 150; // milliseconds between two deliveries of peaks
 constexpr int samplesOfPeak = media::audioSampleRate / WaveformPyramid::peaksPerSecond;
 static_assert(samplesOfPeak * WaveformPyramid::peaksPerSecond == media::audioSampleRate,
               "peaks must not drift");
@@ -42,32 +46,78 @@ private:
     int m_samples = 0;
 };
 
-void readSound(const QString& path, ClipCache& cache, BackgroundWorker::Link link,
-               const std::function<void(QByteArray)>& tell) {
-    auto reader = media::AudioReader::open(path, 0, std::nullopt);
-    if (!reader)
-        return;
-    PeakCounter counter;
-    QByteArray all;
-    qsizetype told = 0;
-    QElapsedTimer sinceTold;
-    sinceTold.start();
-    while (!link.isCancelled() && all.size() < largestWaveform) {
-        const auto sound = reader->read();
-        if (!sound)
-            break;
-        counter.add(*sound, all);
-        if (sinceTold.elapsed() >= tellAfter) {
-            tell(all.mid(told));
-            told = all.size();
-            sinceTold.restart();
-        }
-    }
-    if (link.isCancelled())
-        return;
-    tell(all.mid(told));
-    cache.write(QLatin1String(cacheName), all);
+QByteArray bytesOf(const std::vector<media::LoudMoment>& moments) {
+    return {reinterpret_cast<const char*>(moments.data()),
+            static_cast<qsizetype>(moments.size() * sizeof(media::LoudMoment))};
 }
+
+/// Empty when the bytes are damaged.
+std::optional<std::vector<media::LoudMoment>> momentsFrom(const QByteArray& bytes) {
+    std::vector<media::LoudMoment> moments(static_cast<std::size_t>(bytes.size()) /
+                                           sizeof(media::LoudMoment));
+    std::memcpy(moments.data(), bytes.constData(), moments.size() * sizeof(media::LoudMoment));
+    double latest = 0; // seconds
+    for (const media::LoudMoment& moment : moments) {
+        if (!(moment.start >= latest && moment.end >= moment.start)) // NaN too
+            return std::nullopt;
+        latest = moment.end;
+    }
+    return bytesOf(moments).size() == bytes.size() ? std::optional(moments) : std::nullopt;
+}
+
+/// Reads the sound of one clip on a worker, from the cache where it is known.
+class SoundReading {
+public:
+    SoundReading(const QString& cacheRoot, QString path)
+        : m_path(std::move(path))
+        , m_cache(cacheRoot, m_path) {}
+
+    void run(const BackgroundWorker::Link& link, const std::function<void(SoundPiece)>& tell) {
+        const auto peaks = m_cache.read(QLatin1String(peaksName), largestWaveform);
+        const auto bytes = m_cache.read(QLatin1String(momentsName), largestMoments);
+        const auto moments = bytes ? momentsFrom(*bytes) : std::nullopt;
+        if (peaks && moments)
+            return tell({*peaks, *moments});
+        auto reader = media::AudioReader::open(m_path, 0, std::nullopt);
+        if (!reader)
+            return;
+        QElapsedTimer sinceTold;
+        sinceTold.start();
+        while (!link.isCancelled() && m_all.peaks.size() < largestWaveform) {
+            const auto sound = reader->read();
+            if (!sound)
+                break;
+            m_peaks.add(*sound, m_new.peaks);
+            m_moments.add(sound->channel(0), sound->channel(1));
+            if (sinceTold.elapsed() >= tellAfter) {
+                tell(flush());
+                sinceTold.restart();
+            }
+        }
+        if (link.isCancelled())
+            return;
+        m_moments.finish();
+        tell(flush());
+        m_cache.write(QLatin1String(peaksName), m_all.peaks);
+        m_cache.write(QLatin1String(momentsName), bytesOf(m_all.moments));
+    }
+
+private:
+    /// What was read since the last call.
+    SoundPiece flush() {
+        m_new.moments = m_moments.take();
+        m_all.peaks += m_new.peaks;
+        m_all.moments.insert(m_all.moments.end(), m_new.moments.begin(), m_new.moments.end());
+        return std::exchange(m_new, {});
+    }
+
+    QString m_path;
+    ClipCache m_cache;
+    PeakCounter m_peaks;
+    media::LoudMomentFinder m_moments;
+    SoundPiece m_new; // not told yet
+    SoundPiece m_all;
+};
 
 }
 
@@ -129,16 +179,12 @@ void WaveformStore::open(const QString& path) {
     close();
     m_hasSound = true;
     const auto work = [this, path, root = m_cacheRoot](BackgroundWorker::Link link) {
-        const auto tell = [&](const QByteArray& peaks) { link.post([this, peaks] { take(peaks); }); };
-        ClipCache cache(root, path);
-        if (const auto known = cache.read(QLatin1String(cacheName), largestWaveform)) {
-            tell(*known);
-        } else {
-            try {
-                readSound(path, cache, link, tell);
-            } catch (const std::exception&) {
-                // damaged after this time: the peaks before it stay
-            }
+        try {
+            SoundReading(root, path).run(link, [&](const SoundPiece& piece) {
+                link.post([this, piece] { take(piece); });
+            });
+        } catch (const std::exception&) {
+            // damaged after this time: what was read before it stays
         }
         link.post([this] { finish(); });
     };
@@ -148,17 +194,22 @@ void WaveformStore::open(const QString& path) {
 void WaveformStore::close() {
     m_worker.cancel();
     m_peaks.clear();
+    m_moments.clear();
+    m_rallyEnds.clear();
     m_hasSound = false;
     Q_EMIT changed();
 }
 
-void WaveformStore::take(const QByteArray& peaks) {
-    m_peaks.append(
-        {reinterpret_cast<const std::uint8_t*>(peaks.constData()), static_cast<std::size_t>(peaks.size())});
+void WaveformStore::take(const SoundPiece& piece) {
+    m_peaks.append({reinterpret_cast<const std::uint8_t*>(piece.peaks.constData()),
+                    static_cast<std::size_t>(piece.peaks.size())});
+    m_moments.insert(m_moments.end(), piece.moments.begin(), piece.moments.end());
+    m_rallyEnds = media::rallyEnds(m_moments, false);
     Q_EMIT changed();
 }
 
 void WaveformStore::finish() {
+    m_rallyEnds = media::rallyEnds(m_moments, true);
     m_hasSound = m_peaks.size() > 0;
     Q_EMIT changed();
 }

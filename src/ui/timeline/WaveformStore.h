@@ -1,6 +1,7 @@
-// The loudness of a clip's sound, read in the background from its start to its end.
+// The loudness of a clip's sound and its loud moments, read in the background from its start to its end.
 #pragma once
 
+#include "media/LoudMoments.h"
 #include "ui/common/BackgroundTask.h"
 
 #include <array>
@@ -37,19 +38,29 @@ private:
     std::uint8_t m_loudest = 0;
 };
 
-/// Used on the main thread. A file without sound, or one that cannot be read, has no peaks.
+/// Some of what is read, in order.
+struct SoundPiece {
+    QByteArray peaks; // one byte each
+    std::vector<media::LoudMoment> moments;
+};
+
+/// Used on the main thread. A file without sound, or one that cannot be read, has no peaks and no moments.
 class WaveformStore : public QObject {
     Q_OBJECT
 
 public:
-    /// Peaks are cached on disk below `cacheRoot`.
+    /// What was read is cached on disk below `cacheRoot`.
     explicit WaveformStore(const QString& cacheRoot);
 
-    /// Replaces the clip. Returns at once; peaks are added while they are read.
+    /// Replaces the clip. Returns at once; peaks and moments are added while they are read.
     void open(const QString& path);
     void close();
 
     const WaveformPyramid& peaks() const { return m_peaks; }
+    const std::vector<media::LoudMoment>& moments() const { return m_moments; }
+
+    /// Seconds, in order; those of `moments`.
+    const std::vector<double>& rallyEnds() const { return m_rallyEnds; }
 
     /// False once the clip is known to have no sound.
     bool hasSound() const { return m_hasSound; }
@@ -58,11 +69,13 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void take(const QByteArray& peaks);
+    void take(const SoundPiece& piece);
     void finish();
 
     QString m_cacheRoot;
     WaveformPyramid m_peaks;
+    std::vector<media::LoudMoment> m_moments;
+    std::vector<double> m_rallyEnds;
     bool m_hasSound = true;
     BackgroundWorker m_worker;
 };

@@ -13,6 +13,9 @@
 
 namespace pointloom::test {
 
+using testing::DoubleNear;
+using testing::ElementsAre;
+
 namespace {
 
 constexpr int patience = 120'000; // milliseconds; the work has a low priority
@@ -149,6 +152,24 @@ TEST_F(TimelineStores, LoudnessStandsWhereTheSoundIs) {
         EXPECT_NEAR(store.peaks().loudest(1.2, 1.8), 128, 12) << source;
         EXPECT_TRUE(store.hasSound());
     }
+}
+
+// Noise with strokes at 1, 2.1 and 9.5 s.
+TEST_F(TimelineStores, RalliesEndWithTheirLastStroke) {
+    const QString path =
+        clip(QStringLiteral("a.m4a"),
+             "-f lavfi -i aevalsrc=(0.004+0.6*between(t\\,1\\,1.01)+0.6*between(t\\,2.1\\,2.11)"
+             "+0.6*between(t\\,9.5\\,9.51))*(random(0)-0.5):d=12:s=44100 -c:a aac -b:a 192k");
+    WaveformStore store(cacheRoot());
+    for (const char* source : {"read", "cached"}) {
+        store.open(path);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return store.rallyEnds().size() == 2; }, patience)) << source;
+        EXPECT_THAT(store.rallyEnds(), ElementsAre(DoubleNear(2.1, 0.03), DoubleNear(9.5, 0.03))) << source;
+    }
+    ClipCache(cacheRoot(), path).write(QStringLiteral("moments-1"), QByteArray(64, '\xff'));
+    store.open(path);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return store.rallyEnds().size() == 2; }, patience))
+        << "what is damaged is read again";
 }
 
 TEST_F(TimelineStores, TheCacheForgetsTheClipsUsedLongestAgo) {

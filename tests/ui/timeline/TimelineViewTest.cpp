@@ -3,6 +3,7 @@
 
 #include "persistence/UserDefaults.h"
 #include "support/Sessions.h"
+#include "support/TestClips.h"
 #include "ui/timeline/TimelineCanvas.h"
 
 #include <gmock/gmock.h>
@@ -496,6 +497,30 @@ TEST_F(Timeline, StrangeTimesAreShownWithoutHarm) {
     state.videoDuration = 0;
     canvas().grab();
     QTest::mouseClick(&canvas(), Qt::LeftButton, {}, QPoint(100, 5));
+}
+
+TEST_F(Timeline, KeysGoFromOneRallysEndToTheNext) {
+    using Direction = TimelineView::Direction;
+    const ClipFolder clips;
+    follow();
+    view.goToRallyEnd(Direction::forward);
+    EXPECT_EQ(state.currentTime.value(), 0);
+    EXPECT_EQ(QToolTip::text(), QStringLiteral("No end of a rally is heard there"));
+
+    state.videoURL = QUrl::fromLocalFile(
+        clips.make(QStringLiteral("a.m4a"),
+                    "-f lavfi -i aevalsrc=(0.004+0.6*between(t\\,4\\,4.01)+0.6*between(t\\,5\\,5.01)"
+                    "+0.6*between(t\\,20\\,20.01))*(random(0)-0.5):d=30:s=44100 -c:a aac"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return canvas().sound().rallyEnds().size() == 2; }, 120'000));
+    view.goToRallyEnd(Direction::forward);
+    EXPECT_NEAR(state.currentTime, 5, 0.04);
+    state.currentTime = state.currentTime - 0.04; // as of a frame beside it
+    view.goToRallyEnd(Direction::forward);
+    EXPECT_NEAR(state.currentTime, 20, 0.04);
+    view.goToRallyEnd(Direction::back);
+    EXPECT_NEAR(state.currentTime, 5, 0.04);
+    view.goToRallyEnd(Direction::back);
+    EXPECT_NEAR(state.currentTime, 5, 0.04) << "there is none before";
 }
 
 }
