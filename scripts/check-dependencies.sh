@@ -19,6 +19,7 @@ declare -A allowed=(
     [l10n]="json"
     [render]="model l10n json"
     [media]=""
+    [sample]="media files"
     [crash]="http info json"
     [export]="render media crash rules model files json"
     [export/segments]="export render media model files json"
@@ -34,7 +35,7 @@ declare -A allowed=(
     [ui/export]="ui/common ui/style persistence session export/segments export render media model l10n files json"
     [ui/settings]="ui/common ui/style licensing persistence session export/segments media model l10n info files json"
     [cli]="persistence licensing session export/segments export render media crash rules model l10n info files json"
-    [app]="ui/settings ui/export ui/editor ui/wizard ui/common ui/style playback persistence licensing session export render media crash model l10n info files json"
+    [app]="sample ui/settings ui/export ui/editor ui/wizard ui/common ui/style playback persistence licensing session export render media crash model l10n info files json"
 )
 
 # Which modules may see an outside library: included header, CMake name (none: any module may link it), modules.

@@ -1,4 +1,4 @@
-#include "Figure.h"
+#include "sample/Figure.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <QPainterPath>
 #include <span>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 namespace {
 
 constexpr double pi = std::numbers::pi;

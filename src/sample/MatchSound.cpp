@@ -1,15 +1,15 @@
-#include "MatchSound.h"
+#include "sample/MatchSound.h"
+
+#include "media/AudioReader.h"
 
 #include <algorithm>
 #include <numbers>
-#include <QDataStream>
-#include <QIODevice>
 #include <random>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 namespace {
 
-constexpr int sampleRate = 48000; // Hz
+constexpr int sampleRate = media::audioSampleRate;
 constexpr double pi = std::numbers::pi;
 
 struct Track {
@@ -146,37 +146,23 @@ void addApplause(Track& track, const Match& match, double seconds) {
     }
 }
 
-QByteArray wavFile(const Track& track) {
-    constexpr quint16 channels = 2;
-    constexpr quint16 bytesPerSample = 2;
-    const auto dataSize = static_cast<quint32>(track.left.size()) * channels * bytesPerSample;
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setByteOrder(QDataStream::LittleEndian);
-    stream.writeRawData("RIFF", 4);
-    stream << quint32{dataSize + 36};
-    stream.writeRawData("WAVEfmt ", 8);
-    stream << quint32{16} << quint16{1} << channels << quint32{sampleRate}
-           << quint32{sampleRate * channels * bytesPerSample} << quint16{channels * bytesPerSample}
-           << quint16{bytesPerSample * 8};
-    stream.writeRawData("data", 4);
-    stream << dataSize;
-    for (std::size_t i = 0; i < track.left.size(); ++i) {
-        for (const double sample : {track.left[i], track.right[i]})
-            stream << static_cast<qint16>(std::lround(std::tanh(sample * 1.2) * 32000)); // no hard clipping
-    }
-    return bytes;
+// Bounded by -1 and 1, without hard clipping.
+std::vector<float> softened(const std::vector<double>& samples) {
+    std::vector<float> result(samples.size());
+    std::ranges::transform(samples, result.begin(),
+                           [](double sample) { return static_cast<float>(std::tanh(sample * 1.2) * 0.98); });
+    return result;
 }
 
 }
 
-QByteArray matchSound(const Match& match, double seconds) {
+MatchSound matchSound(const Match& match, double seconds) {
     const auto samples = static_cast<std::size_t>(seconds * sampleRate);
     Track track{std::vector<double>(samples), std::vector<double>(samples)};
     addMurmur(track, match);
     addApplause(track, match, seconds);
     addRallies(track, match);
-    return wavFile(track);
+    return {softened(track.left), softened(track.right)};
 }
 
 }

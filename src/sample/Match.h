@@ -1,13 +1,13 @@
 // The rally of the sample: hits with their times and places, the flight of the ball, and the score.
 #pragma once
 
-#include "Camera.h"
+#include "sample/Camera.h"
 
 #include <optional>
 #include <QByteArray>
 #include <vector>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 
 enum class Side { near, far }; // team 1 plays on the near side, team 2 on the far side
 

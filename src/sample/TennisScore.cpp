@@ -1,8 +1,8 @@
-#include "TennisScore.h"
+#include "sample/TennisScore.h"
 
 #include <cstdlib>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 namespace {
 
 bool isWon(const std::array<int, 2>& count, int needed) {

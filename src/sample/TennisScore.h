@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <vector>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 
 /// Advantage sets, best of three. Index 0 is team 1.
 class TennisScore {

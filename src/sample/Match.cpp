@@ -1,12 +1,12 @@
-#include "Match.h"
+#include "sample/Match.h"
 
-#include "TennisScore.h"
+#include "sample/TennisScore.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 namespace {
 
 constexpr double gravity = 9.81;           // m/s^2

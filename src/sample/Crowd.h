@@ -1,14 +1,15 @@
 // The spectators.
 #pragma once
 
-#include "Camera.h"
+#include "sample/Camera.h"
 
 #include <QColor>
+#include <random>
 #include <vector>
 
 class QPainter;
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 
 class Crowd {
 public:
@@ -30,6 +31,7 @@ private:
 
     void fillRow(Point3 from, Point3 to, double light);
 
+    std::mt19937 m_dice{20240607};       // the same crowd in every clip
     std::vector<Spectator> m_spectators; // farthest first
 };
 

@@ -1,14 +1,14 @@
 // Everything that stands still: the court, the walls, the umpire, the net; and the crowd in the stands.
 #pragma once
 
-#include "Camera.h"
+#include "sample/Camera.h"
 
 #include <QImage>
 #include <vector>
 
 class QPainter;
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 
 class Scenery {
 public:

@@ -1,4 +1,4 @@
-#include "Crowd.h"
+#include "sample/Crowd.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <random>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 namespace {
 
 constexpr std::array<QRgb, 12> shirts{0xffe9e6df, 0xffd9dde3, 0xffc9473f, 0xff2f5d9b, 0xff24364f, 0xffe0b64a,
@@ -14,18 +14,13 @@ constexpr std::array<QRgb, 12> shirts{0xffe9e6df, 0xffd9dde3, 0xffc9473f, 0xff2f
 constexpr std::array<QRgb, 5> skins{0xfff0c8a8, 0xffd9a47c, 0xffb9805a, 0xff8a5a3c, 0xff5d3b27};
 constexpr std::array<QRgb, 6> hairs{0xff2a1e18, 0xff4b3323, 0xff80552f, 0xffc9a15c, 0xff8d8d8d, 0xfff2f2ee};
 
-// The same crowd in every clip; std's distributions differ between libraries, so the engine is used raw.
-std::mt19937& dice() {
-    static std::mt19937 engine(20240607);
-    return engine;
+// In [0, 1). std's distributions differ between libraries, so the engine is used raw.
+double fraction(std::mt19937& dice) {
+    return static_cast<double>(dice()) / 4294967296.0;
 }
 
-double fraction() {
-    return static_cast<double>(dice()()) / 4294967296.0;
-}
-
-QColor pick(const auto& colors) {
-    return QColor(colors[dice()() % colors.size()]);
+QColor pick(const auto& colors, std::mt19937& dice) {
+    return QColor(colors[dice() % colors.size()]);
 }
 
 QColor lit(const QColor& color, double light) {
@@ -54,17 +49,17 @@ void Crowd::fillRow(Point3 from, Point3 to, double light) {
     constexpr double seatWidth = 0.56; // metres
     const int seats = static_cast<int>(length(to - from) / seatWidth);
     for (int i = 0; i < seats; ++i) {
-        if (fraction() < 0.07)
+        if (fraction(m_dice) < 0.07)
             continue;
         Spectator spectator;
-        spectator.seat = mix(from, to, (i + 0.35 + 0.3 * fraction()) / seats);
-        spectator.seat.z += 0.12 * (fraction() - 0.5);
-        spectator.phase = fraction();
-        spectator.clapsHigh = fraction() < 0.3;
-        spectator.light = light * (0.9 + 0.15 * fraction());
-        spectator.shirt = lit(pick(shirts), spectator.light * 0.92);
-        spectator.skin = lit(pick(skins), spectator.light);
-        spectator.hair = lit(pick(hairs), spectator.light);
+        spectator.seat = mix(from, to, (i + 0.35 + 0.3 * fraction(m_dice)) / seats);
+        spectator.seat.z += 0.12 * (fraction(m_dice) - 0.5);
+        spectator.phase = fraction(m_dice);
+        spectator.clapsHigh = fraction(m_dice) < 0.3;
+        spectator.light = light * (0.9 + 0.15 * fraction(m_dice));
+        spectator.shirt = lit(pick(shirts, m_dice), spectator.light * 0.92);
+        spectator.skin = lit(pick(skins, m_dice), spectator.light);
+        spectator.hair = lit(pick(hairs, m_dice), spectator.light);
         m_spectators.push_back(spectator);
     }
 }

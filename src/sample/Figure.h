@@ -1,15 +1,15 @@
 // Jointed figures: how a player stands, runs and swings, and how that is painted.
 #pragma once
 
-#include "Camera.h"
-#include "Match.h"
+#include "sample/Camera.h"
+#include "sample/Match.h"
 
 #include <QColor>
 #include <vector>
 
 class QPainter;
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 
 /// A rounded, tapered piece between two places.
 struct Limb {

@@ -1,7 +1,7 @@
-#include "Scenery.h"
+#include "sample/Scenery.h"
 
-#include "Crowd.h"
-#include "Figure.h"
+#include "sample/Crowd.h"
+#include "sample/Figure.h"
 
 #include <array>
 #include <QFont>
@@ -12,7 +12,7 @@
 #include <QTransform>
 #include <random>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 namespace {
 
 constexpr int movementSteps = 8; // pictures in one turn of the crowd's movements

@@ -8,7 +8,7 @@
 #include <QPolygonF>
 #include <QSize>
 
-namespace pointloom::samples {
+namespace pointloom::sample {
 
 /// Metres; x to the right, y away from the camera, z up; the origin is below the middle of the net.
 struct Point3 {
