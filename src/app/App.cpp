@@ -104,6 +104,7 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     window.show();
     if (hasAddressForReports(info))
         window.content().askForCrashConsentOnce();
+    window.content().showNewsOnce();
     const BackgroundLicence licenceFollower(licence, state, [&exports] { exports.begin(); });
     QTimer::singleShot(0, &window, [&] {
         if (trouble)

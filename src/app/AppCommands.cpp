@@ -50,8 +50,10 @@ AppCommands::AppCommands(QMenuBar& menuBar, const UiContext& context, const Comm
 
     QMenu& help = addMenu(menuBar, L10nKey::commandHelpMenu);
     add(help, Command::showHelp, &CommandBridge::showHelp);
+    add(help, Command::openSample, &CommandBridge::openSample);
     add(help, Command::downloadSampleCSV, &CommandBridge::downloadSampleCSV);
     help.addSeparator();
+    add(help, Command::showNews, &CommandBridge::showNews);
     add(help, Command::showAbout, &CommandBridge::showAbout)->setMenuRole(QAction::AboutRole);
     add(help, Command::showLicence, &CommandBridge::showLicense)
         ->setMenuRole(QAction::ApplicationSpecificRole);

@@ -29,6 +29,8 @@ public:
     Action showHelp;
     Action showAbout;
     Action downloadSampleCSV;
+    Action openSample;
+    Action showNews;
     Action showPreferences;
     std::function<void(Command)> runInEditor; // for commands of the group `editor`
     std::function<void(Screen)> goTo;

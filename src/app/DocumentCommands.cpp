@@ -149,10 +149,21 @@ void DocumentCommands::openProject() {
         openProjectFile(*path);
 }
 
+bool DocumentCommands::mayOpenAnother() {
+    return mayThrowAway(m_context.text(L10nKey::documentOpenTitle),
+                        m_context.text(L10nKey::documentOpenMessage),
+                        m_context.text(L10nKey::documentOpenConfirm));
+}
+
+void DocumentCommands::openWithoutDocument(const ProjectFile& project) {
+    apply(project, m_context.state, QUrl());
+    m_context.state.currentProjectURL = std::nullopt;
+    becomeDocument();
+    Q_EMIT opened();
+}
+
 void DocumentCommands::openProjectFile(const QString& path) {
-    if (!mayThrowAway(m_context.text(L10nKey::documentOpenTitle),
-                      m_context.text(L10nKey::documentOpenMessage),
-                      m_context.text(L10nKey::documentOpenConfirm)))
+    if (!mayOpenAnother())
         return;
     OpenReport report;
     try {

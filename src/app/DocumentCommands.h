@@ -27,6 +27,10 @@ public:
     void newSession();
     void openProject();
     void openProjectFile(const QString& path);
+    /// Offers to save before unsaved changes are lost to another match; false to keep the session.
+    [[nodiscard]] bool mayOpenAnother();
+    /// The session becomes this match, which has no document yet.
+    void openWithoutDocument(const ProjectFile& project);
     /// False when nothing was saved.
     bool saveProject();
     bool saveProjectAs();

@@ -101,6 +101,8 @@ void MainWindow::fillRecentProjects() {
         connect(action, &QAction::triggered, this,
                 [this, path] { m_content->documents().openProjectFile(path); });
     }
+    if (paths.isEmpty())
+        menu.addAction(m_context.text(L10nKey::commandNoRecent))->setEnabled(false);
     menu.setToolTipsVisible(true);
     menu.addSeparator();
     QAction* clear = menu.addAction(m_context.text(L10nKey::commandClearRecent));

@@ -12,6 +12,7 @@
 #include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
+#include "ui/settings/NewsDialog.h"
 #include "ui/settings/PreferencesDialog.h"
 #include "ui/wizard/WizardView.h"
 
@@ -26,7 +27,8 @@ namespace pointloom {
 namespace {
 
 constexpr std::string_view consentAskedKey = "crashConsentAsked";
-constexpr QSize smallestContent(760, 440); // leaves a frame and a menu bar of 800 by 480
+constexpr std::string_view newsSeenKey = "newsSeen"; // version of the program at its last start
+constexpr QSize smallestContent(760, 440);           // leaves a frame and a menu bar of 800 by 480
 
 bool isProject(const QString& path) {
     return QFileInfo(path).suffix().compare(QStringLiteral("plp"), Qt::CaseInsensitive) == 0;
@@ -46,7 +48,8 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Ex
     , m_licence(licence)
     , m_exports(exports)
     , m_bridge(bridge)
-    , m_documents(context, this) {
+    , m_documents(context, this)
+    , m_sample(context, this) {
     setMinimumSize(smallestContent);
     connect(&m_documents, &DocumentCommands::sessionReplaced, this, [this] {
         m_import.reset();
@@ -58,6 +61,8 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Ex
             describeVideo(url->toLocalFile());
     });
     connect(&m_documents, &DocumentCommands::documentChanged, this, &TopLevelView::offerLastMatch);
+    connect(&m_sample, &SampleMatch::ready, this,
+            [this] { m_documents.openWithoutDocument(SampleMatch::project()); });
     fillBridge();
     m_bindings.watch(m_context.state.step, [this] { route(); });
     m_bindings.watchAll([this] { offerLastMatch(); }, m_context.state.videoURL, m_context.state.matchConfig);
@@ -67,6 +72,9 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Ex
         return help;
     });
     bindDialog(showAboutSheet, [this] { return new AboutDialog(m_context, this); });
+    bindDialog(showNewsSheet, [this] {
+        return new NewsDialog(m_context, std::exchange(m_newsAfter, QVersionNumber()), this);
+    });
     bindDialog(showPreferencesSheet, [this] {
         auto* preferences = new PreferencesDialog(m_context, this);
         connect(preferences, &PreferencesDialog::hardwareDecodingChosen, this, [this](bool isOn) {
@@ -99,6 +107,8 @@ void TopLevelView::fillBridge() {
     m_bridge.showHelp = [this] { showHelpSheet = true; };
     m_bridge.showAbout = [this] { showAboutSheet = true; };
     m_bridge.downloadSampleCSV = [this] { m_documents.downloadSampleCSV(); };
+    m_bridge.openSample = [this] { openSample(); };
+    m_bridge.showNews = [this] { showNewsSheet = true; };
     m_bridge.showQueue = [this] { showQueueSheet = true; };
     m_bridge.showPreferences = [this] { showPreferencesSheet = true; };
     m_bridge.runInEditor = [this](Command command) {
@@ -124,6 +134,7 @@ WizardView* TopLevelView::makeWizard() {
     wizard->offerMatch(m_documents.lastMatch());
     connect(wizard, &WizardView::goOnRequested, &m_documents, &DocumentCommands::goOn);
     connect(wizard, &WizardView::newMatchRequested, &m_documents, &DocumentCommands::newSession);
+    connect(wizard, &WizardView::sampleRequested, this, &TopLevelView::openSample);
     return wizard;
 }
 
@@ -175,6 +186,11 @@ void TopLevelView::bindDialog(QProperty<bool>& isShown, std::function<QDialog*()
 void TopLevelView::openDialog(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
+}
+
+void TopLevelView::openSample() {
+    if (m_documents.mayOpenAnother())
+        m_sample.prepare();
 }
 
 void TopLevelView::chooseVideo() {
@@ -279,6 +295,16 @@ bool TopLevelView::mayClose() {
     if (answer == Dialogs::Answer::goOn)
         queue.cancelAll();
     return answer != Dialogs::Answer::cancel;
+}
+
+void TopLevelView::showNewsOnce() {
+    const QString version = QCoreApplication::applicationVersion();
+    const QString seen = QString::fromUtf8(Preferences::remembered(m_context.defaults, newsSeenKey));
+    if (seen == version)
+        return;
+    Preferences::remember(m_context.defaults, newsSeenKey, version.toUtf8());
+    m_newsAfter = QVersionNumber::fromString(seen);
+    showNewsSheet = !m_newsAfter.isNull() && NewsDialog::hasNewsAfter(m_newsAfter);
 }
 
 void TopLevelView::askForCrashConsentOnce() {

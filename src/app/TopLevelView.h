@@ -4,6 +4,7 @@
 
 #include "app/CommandBridge.h"
 #include "app/DocumentCommands.h"
+#include "app/SampleMatch.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"
 
@@ -12,6 +13,7 @@
 #include <QProperty>
 #include <QStackedWidget>
 #include <QStringList>
+#include <QVersionNumber>
 
 class QDialog;
 
@@ -34,6 +36,7 @@ public:
 
     QProperty<bool> showHelpSheet{false};
     QProperty<bool> showAboutSheet{false};
+    QProperty<bool> showNewsSheet{false};
     QProperty<bool> showPreferencesSheet{false};
     QProperty<bool> showQueueSheet{false};
     QProperty<bool> showCrashConsentDialog{false};
@@ -43,6 +46,9 @@ public:
     /// Asks whether crash reports may be sent, unless the question was answered before. Called only where
     /// there is an address to send them to.
     void askForCrashConsentOnce();
+
+    /// Shows what is new when the program is newer than at its last start, but not at its first.
+    void showNewsOnce();
 
     /// False when exports are left and the user stays for them. Otherwise they go on at the next start, or
     /// are cancelled.
@@ -68,6 +74,7 @@ private:
     void bindDialog(QProperty<bool>& isShown, std::function<QDialog*()> make);
     static void openDialog(QDialog* dialog);
 
+    void openSample();
     void chooseVideo();
     void importVideo(const QString& path);
     void describeVideo(const QString& path);
@@ -81,10 +88,12 @@ private:
     ExportRunner& m_exports;
     CommandBridge& m_bridge;
     DocumentCommands m_documents;
+    SampleMatch m_sample;
     std::unique_ptr<VideoImport> m_import; // there while a video is being read
     WizardView* m_wizard = nullptr;        // each screen is made when it is first shown
     EditorView* m_editor = nullptr;
     QStringList m_waitingFiles;
+    QVersionNumber m_newsAfter; // of the last start; what is new since is shown once
     Bindings m_bindings;
 };
 

@@ -1,4 +1,5 @@
 // Every command of the menus, with the dialogs answered by the test.
+#include "app/SampleMatch.h"
 #include "app/Shell.h"
 #include "persistence/CSVParser.h"
 #include "persistence/ProjectSession.h"
@@ -9,6 +10,7 @@
 #include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
 #include "ui/settings/LicenceDialog.h"
+#include "ui/settings/NewsDialog.h"
 #include "ui/settings/PreferencesDialog.h"
 #include "ui/wizard/DropTarget.h"
 #include "ui/wizard/SportPage.h"
@@ -19,6 +21,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
@@ -45,7 +48,7 @@ TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
               "Time…\tG|Go to Start\tHome|"
               "Go to End\tEnd|-|One Frame Back\t←|One Frame Forward\t→|Previous Marker\t↑|Next Marker\t↓");
     EXPECT_EQ(titlesIn(QStringLiteral("&Help")).join(u'|').toStdString(),
-              "Help…|Download Sample CSV…|-|About Pointloom|Licence…");
+              "Help…|Open Sample Match|Download Sample CSV…|-|What’s New…|About Pointloom|Licence…");
 }
 
 TEST_F(MenuTest, PlaybackAndViewAreForTheEditor) {
@@ -75,8 +78,9 @@ TEST_F(MenuTest, TitlesFollowTheLanguageAtOnce) {
     EXPECT_EQ(titlesIn(QStringLiteral("&Bearbeiten")).join(u'|').toStdString(),
               "„Marker hinzufügen“ rückgängig "
               "machen|Wiederholen|-|Sportart|Vorlage|Match|Video|Editor|-|Einstellungen…");
-    EXPECT_EQ(titlesIn(QStringLiteral("&Hilfe")).join(u'|').toStdString(),
-              "Hilfe…|CSV-Beispiel herunterladen…|-|Über Pointloom|Lizenz…");
+    EXPECT_EQ(
+        titlesIn(QStringLiteral("&Hilfe")).join(u'|').toStdString(),
+        "Hilfe…|Beispielmatch öffnen|CSV-Beispiel herunterladen…|-|Was ist neu…|Über Pointloom|Lizenz…");
 }
 
 TEST_F(MenuTest, ShortcutsReachTheActionsThatAreThereAndNoOthers) {
@@ -339,6 +343,67 @@ TEST_F(MenuTest, TheSampleTableIsWrittenWhereAsked) {
     dialogs.fileToSave = path(QStringLiteral("nowhere/sample.csv"));
     choose(QStringLiteral("Download Sample CSV…"));
     EXPECT_TRUE(dialogs.shown.contains(QStringLiteral("Could not save CSV")));
+}
+
+TEST_F(MenuTest, TheSampleMatchOpensWithItsScoresAndWithoutADocument) {
+    qputenv("XDG_DATA_HOME", path({}).toUtf8());
+    QDir().mkpath(path(QStringLiteral("Pointloom")));
+    ASSERT_TRUE(QFile::rename(makeClip(QStringLiteral("drawn.mp4"), 22), SampleMatch::videoPath()));
+    configure();
+    dialogs.answer = Dialogs::Answer::cancel;
+    choose(QStringLiteral("Open Sample Match"));
+    EXPECT_EQ(dialogs.shown.value(0), QStringLiteral("Open another project?"));
+    EXPECT_EQ(timesOf(*state), (std::vector<double>{1, 2}));
+
+    dialogs.answer = Dialogs::Answer::goOn;
+    choose(QStringLiteral("Open Sample Match"));
+    ASSERT_TRUE(eventually([this] { return state->videoDuration > 0; }));
+    EXPECT_EQ(state->step, Screen::editor);
+    EXPECT_FALSE(state->currentProjectURL.value());
+    EXPECT_FALSE(window->isWindowModified());
+    const auto& markers = state->markers.value();
+    ASSERT_EQ(markers.size(), 5U);
+    EXPECT_EQ(markers.back().score,
+              SportScoreState(ScoreState{
+                  {{6, 4, {}}, {5, 4, {}}, {0, 0, {}}}, {GamePoint::fifteen, GamePoint::zero}, 2}));
+    const MatchRules rules = rulesOfMatch(*state->matchConfig.value(), {}).value();
+    SportScoreState before = *state->initialScore.value();
+    for (const Marker& marker : markers)
+        EXPECT_TRUE(winnerBetween(rules, {std::exchange(before, marker.score), {}}, {marker.score, {}}))
+            << marker.startTime;
+    choose(QStringLiteral("Save Project"));
+    EXPECT_EQ(dialogs.shown.last(), QStringLiteral("Save Pointloom Project"));
+    qunsetenv("XDG_DATA_HOME");
+}
+
+TEST_F(MenuTest, DrawingTheSampleMatchCanBeCancelled) {
+    qputenv("XDG_DATA_HOME", path({}).toUtf8());
+    choose(QStringLiteral("Open Sample Match"));
+    auto* progress = sheet<QProgressDialog>();
+    ASSERT_TRUE(progress);
+    EXPECT_TRUE(progress->isVisible());
+    Q_EMIT progress->canceled();
+    EXPECT_EQ(state->step, Screen::sport);
+    EXPECT_TRUE(eventually([this] { return !sheet<QProgressDialog>(); }));
+    EXPECT_FALSE(QFile::exists(SampleMatch::videoPath()));
+    qunsetenv("XDG_DATA_HOME");
+}
+
+TEST_F(MenuTest, WhatIsNewIsShownOnceAfterAnUpdate) {
+    const QString version = QCoreApplication::applicationVersion();
+    QCoreApplication::setApplicationVersion(QStringLiteral("0.0.9"));
+    window->content().showNewsOnce();
+    EXPECT_FALSE(sheet<NewsDialog>()) << "it is the first start";
+    QCoreApplication::setApplicationVersion(QStringLiteral("0.1.0"));
+    start();
+    window->content().showNewsOnce();
+    EXPECT_TRUE(sheet<NewsDialog>());
+    start();
+    window->content().showNewsOnce();
+    EXPECT_FALSE(sheet<NewsDialog>());
+    QCoreApplication::setApplicationVersion(version);
+    choose(QStringLiteral("What’s New…"));
+    EXPECT_TRUE(sheet<NewsDialog>());
 }
 
 TEST_F(MenuTest, OpeningAVideoImportsItAndSaysWhyItCannot) {

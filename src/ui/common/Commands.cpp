@@ -72,6 +72,8 @@ constexpr CommandRow rows[] = {
     {.id = Command::showAbout, .title = L10nKey::commandAbout},
     {.id = Command::showLicence, .title = L10nKey::commandLicence},
     {.id = Command::downloadSampleCSV, .title = L10nKey::commandSampleCsv},
+    {.id = Command::openSample, .title = L10nKey::commandOpenSample},
+    {.id = Command::showNews, .title = L10nKey::commandShowNews},
 };
 // clang-format on
 

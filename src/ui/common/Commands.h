@@ -70,6 +70,8 @@ enum class Command {
     showAbout,
     showLicence,
     downloadSampleCSV,
+    openSample,
+    showNews,
 };
 
 enum class CommandGroup {

@@ -51,6 +51,7 @@ SportPage::SportPage(const UiContext& context, WizardFlow& flow, QWidget* parent
     m_grid->setCards(m_cards);
 
     addUnscrolled(makeOffer());
+    addBesideTitle(makeSampleOffer());
     QScrollArea* scroll = addScrolled(m_grid);
     connect(m_grid, &PickerGrid::picked, this, &SportPage::pick);
     connect(m_grid, &PickerGrid::chosen, this, [this](int index) {
@@ -116,6 +117,21 @@ QWidget* SportPage::makeOffer() {
     return m_offer;
 }
 
+QWidget* SportPage::makeSampleOffer() {
+    m_sampleOffer = new QWidget(this);
+    QLabel* words = Controls::label(Controls::TextRole::quiet, m_sampleOffer);
+    QPushButton* open = Controls::button(Controls::ButtonKind::normal, m_sampleOffer);
+    auto* row = Controls::layout<QHBoxLayout>(m_sampleOffer, {0, 0, 0, 0}, Space::s);
+    row->addWidget(words);
+    row->addWidget(open);
+    connect(open, &QPushButton::clicked, this, &SportPage::sampleRequested);
+    m_bindings.watch(m_context.state.language, [this, words, open] {
+        words->setText(m_context.text(L10nKey::sampleOffer));
+        open->setText(m_context.text(L10nKey::commandOpenSample));
+    });
+    return m_sampleOffer;
+}
+
 void SportPage::offerMatch(const std::optional<LastMatch>& match) {
     m_offered = match;
     showOffer();
@@ -124,6 +140,7 @@ void SportPage::offerMatch(const std::optional<LastMatch>& match) {
 // Names, film and day of the match.
 void SportPage::showOffer() {
     m_offer->setVisible(m_offered.has_value());
+    m_sampleOffer->setVisible(!m_offered);
     if (!m_offered)
         return;
     const Language language = m_context.state.language;

@@ -1,4 +1,5 @@
-// The first screen of the wizard: the sport, above it the match that was edited last.
+// The first screen of the wizard: the sport, above it the match that was edited last or,
+// without one, the way to the sample match.
 #pragma once
 
 #include "persistence/LastMatch.h"
@@ -24,9 +25,11 @@ public:
 Q_SIGNALS:
     void goOnRequested();
     void newMatchRequested();
+    void sampleRequested();
 
 private:
     QWidget* makeOffer();
+    QWidget* makeSampleOffer();
     void showOffer();
     void pick(int index);
     void showPicked();
@@ -37,6 +40,7 @@ private:
     ElidedLabel* m_names = nullptr;
     ElidedLabel* m_facts = nullptr;
     QPushButton* m_newMatch = nullptr;
+    QWidget* m_sampleOffer = nullptr; // while there is no match to go on with
     QPushButton* m_goOn = nullptr;
     PickerGrid* m_grid;
     std::vector<PickerCard*> m_cards; // in the order of the sports

@@ -53,12 +53,14 @@ WizardPage::WizardPage(const UiContext& context, WizardFlow& flow, L10nKey title
     QLabel* titleLabel = Controls::label(Controls::TextRole::title, this);
     m_subtitleLabel->setProperty("role", QStringLiteral("quiet"));
     m_subtitleLabel->setWordWrap(true);
-    auto* header = new QVBoxLayout;
-    header->setContentsMargins(cardMargin, 0, cardMargin, 0);
-    header->setSpacing(Space::xs);
-    header->addWidget(titleLabel);
-    header->addWidget(m_subtitleLabel);
-    m_column->addLayout(header);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(Space::xs);
+    words->addWidget(titleLabel);
+    words->addWidget(m_subtitleLabel);
+    m_header = new QHBoxLayout;
+    m_header->setContentsMargins(cardMargin, 0, cardMargin + scrollBarWidth, 0);
+    m_header->addLayout(words, 1);
+    m_column->addLayout(m_header);
     m_bindings.watch(context.state.language, [this, titleLabel, title] {
         titleLabel->setText(m_context.text(title));
         setSubtitle(m_subtitle);
@@ -72,6 +74,10 @@ void WizardPage::resizeEvent(QResizeEvent*) {
 void WizardPage::setSubtitle(L10nKey subtitle) {
     m_subtitle = subtitle;
     m_subtitleLabel->setText(m_context.text(subtitle));
+}
+
+void WizardPage::addBesideTitle(QWidget* widget) {
+    m_header->addWidget(widget, 0, Qt::AlignVCenter);
 }
 
 QScrollArea* WizardPage::addScrolled(QWidget* content) {

@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class QHBoxLayout;
 class QLabel;
 class QScrollArea;
 class QVBoxLayout;
@@ -43,6 +44,9 @@ protected:
 
     void setSubtitle(L10nKey subtitle);
 
+    /// Adds a widget at the end of the title's line.
+    void addBesideTitle(QWidget* widget);
+
     /// Adds `content` in a scroll area, which takes the rest of the height.
     QScrollArea* addScrolled(QWidget* content);
 
@@ -56,6 +60,7 @@ protected:
 
 private:
     L10nKey m_subtitle;
+    QHBoxLayout* m_header;
     QLabel* m_subtitleLabel;
 };
 

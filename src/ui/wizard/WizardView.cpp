@@ -108,6 +108,7 @@ WizardView::WizardView(const UiContext& context, QWidget* parent)
     connect(m_bar, &StepBar::stepPicked, this, &WizardView::goTo);
     connect(m_sport, &SportPage::goOnRequested, this, &WizardView::goOnRequested);
     connect(m_sport, &SportPage::newMatchRequested, this, &WizardView::newMatchRequested);
+    connect(m_sport, &SportPage::sampleRequested, this, &WizardView::sampleRequested);
     auto* backKey = new QShortcut(QKeySequence::Back, this);
     connect(backKey, &QShortcut::activated, this, &WizardView::goBack);
     AppState& state = m_context.state;

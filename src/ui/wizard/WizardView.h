@@ -42,6 +42,7 @@ public:
 Q_SIGNALS:
     void goOnRequested(); // with the match that is offered
     void newMatchRequested();
+    void sampleRequested();
 
 protected:
     void showEvent(QShowEvent* event) override;
