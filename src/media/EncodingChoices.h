@@ -14,6 +14,8 @@ constexpr const char* nameOf(EncoderKind kind) {
     return names[static_cast<int>(kind)];
 }
 
-enum class EncodingQuality { standard, fast, smaller, better };
+/// `preview` is for copies that are looked at while they are searched: coarse, and quick to encode, to decode
+/// and to seek in.
+enum class EncodingQuality { standard, fast, smaller, better, preview };
 
 }

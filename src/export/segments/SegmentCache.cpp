@@ -97,6 +97,10 @@ std::optional<media::Damage> damageIn(const QString& path, const QString& key) {
     return media::Damage{seal.lostFrames, seal.faultyFrames, seal.secondsMissing};
 }
 
+void markUsed(const QString& part) {
+    static_cast<void>(::utimensat(AT_FDCWD, QFile::encodeName(part).constData(), nullptr, 0));
+}
+
 // Two names of one file; a copy where the file system has no such names.
 bool nameToo(const QString& path, const QString& name) {
     return ::link(QFile::encodeName(path).constData(), QFile::encodeName(name).constData()) == 0 ||
@@ -140,8 +144,20 @@ std::optional<media::Damage> SegmentCache::take(const QString& key, const QStrin
         QFile::remove(part);
         return std::nullopt;
     }
-    static_cast<void>(::utimensat(AT_FDCWD, QFile::encodeName(part).constData(), nullptr, 0)); // used now
+    markUsed(part);
     return damage;
+}
+
+std::optional<QString> SegmentCache::find(const QString& key) const {
+    const QString part = pathOf(key);
+    if (!contains(key))
+        return std::nullopt;
+    if (!damageIn(part, key)) {
+        QFile::remove(part);
+        return std::nullopt;
+    }
+    markUsed(part);
+    return part;
 }
 
 void SegmentCache::keep(const QString& key, const QString& path, const media::Damage& damage) const {

@@ -33,6 +33,13 @@ public:
     /// damaged or has another key is removed.
     std::optional<media::Damage> take(const QString& key, const QString& path) const;
 
+    /// The place of a part that is whole, where it may be read until it is removed; empty when there is none.
+    /// One that is damaged or has another key is removed.
+    std::optional<QString> find(const QString& key) const;
+
+    /// Removes parts used longest ago until so many bytes more may be kept. False when they may not.
+    bool makeRoom(qint64 bytes) const;
+
     /// Keeps a finished file, which gets a few bytes more at its end, where players read none. Replaces a
     /// part with that key.
     void keep(const QString& key, const QString& path, const media::Damage& damage) const;
@@ -42,7 +49,6 @@ public:
 
 private:
     QString pathOf(const QString& key) const;
-    bool makeRoom(qint64 bytes) const;
 
     QString m_folder;
     qint64 m_limit;
