@@ -48,7 +48,8 @@ Player::Player(Sound sound, QObject* parent)
                                    ? QStringLiteral("was changed by another program")
                                    : QStringLiteral("was moved or deleted");
         fail(QStringLiteral("“%1” can no longer be played: it %2.").arg(fileName(m_path), reason), fault);
-    }) {
+    })
+    , m_copy(handle(), [this] { handleCopy(); }) {
     mpv_observe_property(handle(), noReply, "eof-reached", MPV_FORMAT_FLAG);
     // Observed without their values, which are requested when the answer is sure to be new.
     for (const char* property : {"time-pos", "duration", "video-params"})
@@ -95,6 +96,16 @@ void Player::unload() {
     setPlaying(false);
 }
 
+void Player::showCopy(const QString& path) {
+    m_copy.setPath(path);
+}
+
+// Paused, libmpv goes on showing the frame of the track before.
+void Player::handleCopy() {
+    if (!m_playing)
+        seek(m_time);
+}
+
 void Player::play() {
     if (m_stage == Stage::empty)
         return;
@@ -139,7 +150,7 @@ void Player::seek(double seconds, SeekMode mode) {
     m_atEnd = false;
     if (m_announced)
         setTime(target);
-    const auto kind = mode == SeekMode::exact ? Seek::Kind::exact : Seek::Kind::keyframe;
+    const auto kind = mode == SeekMode::exact || m_copy.isShown() ? Seek::Kind::exact : Seek::Kind::keyframe;
     if (const auto next = m_queue.request({kind, target}))
         sendSeek(*next);
 }
@@ -189,6 +200,7 @@ void Player::detachRenderer() {
     if (m_announced)
         resumed = Seek{Seek::Kind::exact, m_time};
     m_stage = Stage::waitingForRenderer;
+    m_copy.setFileIsOpen(false);
     m_entry = 0;
     ++m_generation;
     m_seekTimeout.stop();
@@ -212,6 +224,8 @@ void Player::open() {
 
 void Player::closeFile() {
     m_watch.stop();
+    m_copy.setFileIsOpen(false);
+    m_copy.setPath({});
     m_seekTimeout.stop();
     m_queue.clear();
     ++m_generation;
@@ -347,7 +361,7 @@ void Player::handleEvent(const mpv_event& event) {
         break;
     case MPV_EVENT_COMMAND_REPLY:
     case MPV_EVENT_GET_PROPERTY_REPLY:
-        if (event.reply_userdata >> requestBits == m_generation)
+        if (!m_copy.handleReply(event) && event.reply_userdata >> requestBits == m_generation)
             handleReply(event);
         break;
     default:
@@ -373,14 +387,15 @@ void Player::handleReply(const mpv_event& event) {
         m_duration = number.value_or(0);
         break;
     case Request::frameRate:
-        m_frameDuration = number.value_or(0) > 0 ? 1 / *number : 0;
+        if (!m_copy.mayBeSeen())
+            m_frameDuration = number.value_or(0) > 0 ? 1 / *number : 0;
         break;
     case Request::width:
         m_storedSize.setWidth(static_cast<int>(number.value_or(0)));
         break;
     case Request::height:
         m_storedSize.setHeight(static_cast<int>(number.value_or(0)));
-        if (m_stage == Stage::loaded)
+        if (m_stage == Stage::loaded && !m_copy.mayBeSeen())
             updateSize();
         break;
     case Request::rotation: {
@@ -505,6 +520,7 @@ void Player::announceFile(double time) {
     m_stage = Stage::loaded;
     m_firstTime = time;
     updateSize();
+    m_copy.setFileIsOpen(true);
     setTime(m_queue.waiting() ? m_queue.waiting()->time : time);
     const std::uint64_t generation = m_generation;
     if (!std::exchange(m_announced, true))

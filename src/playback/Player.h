@@ -4,6 +4,7 @@
 // outcome arrives as a signal from the event loop of the main thread, to which the player belongs.
 #pragma once
 
+#include "playback/CopyTrack.h"
 #include "playback/Mpv.h"
 #include "playback/SeekQueue.h"
 #include "playback/SourceFile.h"
@@ -39,6 +40,12 @@ public:
     void load(const QString& path);
     void unload();
 
+    /// Shows the pictures of a small copy, which has the file's frames at the file's times, in place of the
+    /// file's own, from the frame that is shown on; its sound stays. Until another file is loaded; an empty
+    /// path brings its own pictures back. Nothing happens when the copy cannot be played.
+    void showCopy(const QString& path);
+    bool showsCopy() const { return m_copy.isShown(); }
+
     /// True between `fileLoaded` and the next `load`, `unload` or `failed`.
     bool isLoaded() const { return m_announced; }
     const QString& path() const { return m_path; }
@@ -55,6 +62,7 @@ public:
 
     /// Goes to a time, in seconds on the source's timeline, limited to [0, duration()]. While one seek is
     /// under way only the newest further one is kept, so it may be called at every move of the mouse.
+    /// In a copy every seek is exact.
     void seek(double seconds, SeekMode mode = SeekMode::exact);
     bool isSeeking() const { return m_queue.busy(); }
 
@@ -138,6 +146,7 @@ private:
     void setRotationHandled(bool handled);
     const std::optional<SourceLight>& sourceLight() const { return m_sourceLight; }
     void setColorsHandled(bool handled);
+    void handleCopy();
     void attachRenderer();
     void detachRenderer();
 
@@ -178,6 +187,7 @@ private:
     MpvHandle m_handle;
     std::atomic<bool> m_wakeupPosted = false;
     SourceWatch m_watch;
+    CopyTrack m_copy;
     SeekQueue m_queue;
     QTimer m_seekTimeout; // for a seek whose end is not reported
 
