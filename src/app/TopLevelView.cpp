@@ -81,6 +81,10 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Ex
             if (m_editor)
                 m_editor->setHardwareDecoding(isOn);
         });
+        connect(preferences, &PreferencesDialog::quickPicturesChosen, this, [this](bool isOn) {
+            if (m_editor)
+                m_editor->setQuickPictures(isOn);
+        });
         return preferences;
     });
     bindDialog(showQueueSheet, [this] { return new QueueDialog(m_context, m_exports, this); });

@@ -51,7 +51,7 @@ ThemeChoice theme(const UserDefaults& defaults) noexcept {
 
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept {
     try {
-        return defaults.boolean(key);
+        return defaults.boolean(key) || (key == quickPicturesKey && !defaults.data(key));
     } catch (const std::exception&) {
         return false;
     }

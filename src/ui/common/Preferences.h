@@ -18,7 +18,8 @@ namespace Preferences {
 constexpr std::string_view languageKey = "language"; // raw value of a Language
 constexpr std::string_view themeKey = "theme";       // raw value of a ThemeChoice
 constexpr std::string_view hardwareDecodingKey = "hardwareDecoding";
-constexpr std::string_view namesOfMatchKey = "namesOfMatch"; // name new projects after their match
+constexpr std::string_view quickPicturesKey = "quickPictures"; // seek in small copies of slow clips
+constexpr std::string_view namesOfMatchKey = "namesOfMatch";   // name new projects after their match
 constexpr std::string_view crashReportsKey = "crashReportingEnabled";
 
 // Values that cannot be read are the defaults; none of these functions throws.
@@ -35,7 +36,7 @@ std::optional<Language> language(const UserDefaults& defaults) noexcept;
 Language firstLanguage(const UserDefaults& defaults, const QStringList& names);
 /// Dark by default.
 ThemeChoice theme(const UserDefaults& defaults) noexcept;
-/// Off by default.
+/// Off by default, but for the quick pictures.
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept;
 
 /// Switches the session to `language` and keeps it for every session to come. Throws FileError when it could

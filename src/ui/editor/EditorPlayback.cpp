@@ -17,7 +17,12 @@ constexpr double assumedFrame = 1.0 / 25; // seconds, while no video says otherw
 EditorPlayback::EditorPlayback(const UiContext& context, QObject* parent)
     : QObject(parent)
     , m_context(context)
+    , m_quickPictures(context)
     , m_hardwareDecoding(Preferences::isSet(context.defaults, Preferences::hardwareDecodingKey)) {
+    connect(&m_quickPictures, &QuickPictures::found, this, [this](const QString& copy) {
+        if (m_player)
+            m_player->showCopy(copy);
+    });
     AppState& state = m_context.state;
     m_bindings.watch(state.currentTime, [this] { followSession(); });
     m_bindings.watch(state.isPlaying, [this] {
@@ -50,6 +55,7 @@ void EditorPlayback::reload() {
 
 void EditorPlayback::openVideo() {
     const auto& url = m_context.state.videoURL.value();
+    m_quickPictures.close();
     Q_EMIT opening();
     if (!url) {
         if (m_player)
@@ -111,8 +117,10 @@ void EditorPlayback::followPlayer() {
             state.videoHeight = m_player->size().height();
         }
         publishTime();
+        m_quickPictures.open(m_player->path()); // not before the first picture is shown
         Q_EMIT loaded();
     });
+    connect(player, &Player::failed, &m_quickPictures, &QuickPictures::close);
     connect(player, &Player::failed, this, &EditorPlayback::failed);
     connect(player, &Player::soundDeviceChanged, this, &EditorPlayback::soundChanged);
 }

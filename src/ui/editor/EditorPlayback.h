@@ -4,6 +4,7 @@
 
 #include "playback/Player.h"
 #include "ui/common/UiContext.h"
+#include "ui/editor/QuickPictures.h"
 #include "ui/style/Bindings.h"
 
 #include <memory>
@@ -61,6 +62,8 @@ public:
     /// False when there is sound and nothing to play it on.
     bool hasSoundDevice() const { return !m_player || m_player->hasSoundDevice(); }
     void setHardwareDecoding(bool enabled);
+    const QuickPictures& quickPictures() const { return m_quickPictures; }
+    void setQuickPictures(bool enabled) { m_quickPictures.setEnabled(enabled); }
 
 Q_SIGNALS:
     /// The receiver creates a PlayerView in a direct connection, or calls `giveUp`.
@@ -86,6 +89,7 @@ private:
 
     UiContext m_context;
     std::unique_ptr<playback::Player> m_player;
+    QuickPictures m_quickPictures;
     QString m_whyUnavailable;    // empty as long as nothing speaks against a player
     bool m_isPublishing = false; // what changes in the session comes from the player
     double m_chosenSpeed = 1;

@@ -27,6 +27,7 @@ public:
     EditorSidebar& sidebar() { return *m_sidebar; }
 
     void setHardwareDecoding(bool enabled) { m_playback.setHardwareDecoding(enabled); }
+    void setQuickPictures(bool enabled) { m_playback.setQuickPictures(enabled); }
 
     /// Carries out a command of the group `editor`.
     void run(Command command) { m_keys->run(command); }

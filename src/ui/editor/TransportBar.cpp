@@ -17,6 +17,11 @@ namespace {
 constexpr double speeds[] = {0.25, 0.5, 0.75, 1, 1.5, 2, 4};
 constexpr int fullVolume = 100; // steps of the slider
 
+// With the space beside it.
+int widthOf(const QLabel* label) {
+    return label->sizeHint().width() + Space::xs;
+}
+
 QString speedName(double speed) {
     return QStringLiteral("%1×").arg(speed);
 }
@@ -34,6 +39,7 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     , m_end(makeButton(QStringLiteral("skip-end"), L10nKey::editorGoToEnd, Command::goToEnd))
     , m_time(new TimeField(context, this))
     , m_total(Controls::label(Controls::TextRole::quiet, this))
+    , m_quickPictures(Controls::label(Controls::TextRole::quiet, this))
     , m_playsOnlyKept(makeButton(QStringLiteral("play-kept"), L10nKey::editorPlayKept, Command::playKept))
     , m_speed(new QToolButton(this))
     , m_speedMenu(new QMenu(m_speed))
@@ -64,6 +70,7 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     row->addWidget(m_time);
     row->addWidget(m_total);
     row->addStretch(1);
+    row->addWidget(m_quickPictures);
     row->addWidget(m_playsOnlyKept);
     row->addWidget(m_speed);
     row->addWidget(m_mute);
@@ -87,6 +94,9 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
     connect(&m_playback, &EditorPlayback::soundChanged, this, &TransportBar::showSound);
     connect(&m_playback, &EditorPlayback::speedChanged, this, &TransportBar::showSpeed);
 
+    connect(&m_playback.quickPictures(), &QuickPictures::progressChanged, this,
+            &TransportBar::showQuickPictures);
+
     AppState& state = m_context.state;
     m_bindings.watchAll([this] { showPlaying(); }, state.isPlaying, state.language);
     m_bindings.watch(state.parts,
@@ -105,6 +115,7 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
         Controls::setName(m_volume, m_context.text(L10nKey::editorVolume));
         Controls::setName(m_preview, m_context.text(L10nKey::previewFrame));
         showSound();
+        showQuickPictures();
     });
     showSpeed();
 }
@@ -172,17 +183,36 @@ void TransportBar::showSpeed() {
         action->setChecked(action->data().toDouble() == m_playback.speed());
 }
 
-// The total is hidden in a narrow window.
+void TransportBar::showQuickPictures() {
+    if (const auto progress = m_playback.quickPictures().progress()) {
+        const int share = static_cast<int>(*progress * 100);
+        m_quickPictures->setText(format(m_context.text(L10nKey::editorQuickPictures), share));
+        m_quickPictures->setToolTip(m_context.text(L10nKey::editorQuickPicturesDetail));
+    }
+    fit();
+}
+
 void TransportBar::resizeEvent(QResizeEvent*) {
-    const int needed = m_total->sizeHint().width() + Space::xs;
-    const int others = layout()->sizeHint().width() - (m_total->isHidden() ? 0 : needed);
-    m_total->setVisible(width() >= others + needed);
+    fit();
+}
+
+// In a narrow window the total is hidden, and before it the progress of the quick preview.
+void TransportBar::fit() {
+    int free = width() - minimumSizeHint().width();
+    const auto showIf = [&](QLabel* label, bool isWanted) {
+        const bool fits = isWanted && free >= widthOf(label);
+        free -= fits ? widthOf(label) : 0;
+        label->setVisible(fits);
+    };
+    showIf(m_total, true);
+    showIf(m_quickPictures, m_playback.quickPictures().progress().has_value());
 }
 
 QSize TransportBar::minimumSizeHint() const {
-    const int total = m_total->isHidden() ? 0 : m_total->sizeHint().width() + Space::xs;
-    const QSize whole = layout()->sizeHint();
-    return {whole.width() - total, whole.height()};
+    QSize smallest = layout()->sizeHint();
+    for (const QLabel* label : {m_total, m_quickPictures})
+        smallest.rwidth() -= label->isHidden() ? 0 : widthOf(label);
+    return smallest;
 }
 
 }

@@ -37,6 +37,8 @@ private:
     void showTotal();
     void showSound();
     void showSpeed();
+    void showQuickPictures();
+    void fit();
 
     UiContext m_context;
     Bindings m_bindings; // before the parts that are made with it
@@ -48,6 +50,7 @@ private:
     QToolButton* m_end;
     TimeField* m_time;
     QLabel* m_total;
+    QLabel* m_quickPictures;      // shown while a copy is being made
     QToolButton* m_playsOnlyKept; // shown where something is left out
     QToolButton* m_speed;
     QMenu* m_speedMenu;

@@ -91,6 +91,9 @@ QWidget* PreferencesDialog::makeSwitches() {
     addSwitch(*layout, new QCheckBox(card), Preferences::hardwareDecodingKey, L10nKey::preferencesDecoding,
               L10nKey::preferencesDecodingDetail);
     layout->addSpacing(Space::m);
+    addSwitch(*layout, new QCheckBox(card), Preferences::quickPicturesKey, L10nKey::preferencesQuickPictures,
+              L10nKey::preferencesQuickPicturesDetail);
+    layout->addSpacing(Space::m);
     addSwitch(*layout, new QCheckBox(card), Preferences::namesOfMatchKey, L10nKey::preferencesNames,
               L10nKey::preferencesNamesDetail);
     layout->addSpacing(Space::m);
@@ -205,6 +208,8 @@ void PreferencesDialog::emptyKept() {
 void PreferencesDialog::keep(std::string_view key, bool value) {
     if (key == Preferences::hardwareDecodingKey)
         Q_EMIT hardwareDecodingChosen(value);
+    if (key == Preferences::quickPicturesKey)
+        Q_EMIT quickPicturesChosen(value);
     try {
         context().defaults.setBoolean(key, value);
     } catch (const FileError& error) {

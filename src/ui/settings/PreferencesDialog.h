@@ -17,6 +17,7 @@ public:
 
 Q_SIGNALS:
     void hardwareDecodingChosen(bool isOn);
+    void quickPicturesChosen(bool isOn);
 
 private:
     QWidget* makeAppearance();

@@ -1,5 +1,7 @@
 #include "ui/editor/EditorFixture.h"
 
+#include "ui/common/Preferences.h"
+
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QStandardPaths>
@@ -9,7 +11,8 @@ namespace pointloom::test {
 EditorFixture::EditorFixture()
     : defaults(folder.path(QStringLiteral("settings.ini")))
     , context{state, undo, defaults, dialogs} {
-    QStandardPaths::setTestModeEnabled(true); // thumbnails are kept
+    QStandardPaths::setTestModeEnabled(true);                  // thumbnails are kept
+    defaults.setBoolean(Preferences::quickPicturesKey, false); // tests that want them switch them on
     Theme::shared().apply(*qApp, ThemeChoice::dark);
     state.selectedTemplate = TemplateID::classic;
     state.matchConfig = tennisMatch();
