@@ -18,7 +18,7 @@ constexpr std::uint64_t copyRequestMask = (1u << copyRequestBits) - 1;
 CopyTrack::CopyTrack(mpv_handle* handle, std::function<void()> changed)
     : m_handle(handle)
     , m_changed(std::move(changed))
-    , m_watch([this](media::MediaFault) { giveUp(); }) {}
+    , m_watch([this](const auto&...) { giveUp(); }) {}
 
 void CopyTrack::setPath(const QString& path) {
     if (path == m_path)

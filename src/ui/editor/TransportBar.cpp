@@ -196,7 +196,7 @@ void TransportBar::resizeEvent(QResizeEvent*) {
     fit();
 }
 
-// In a narrow window the total is hidden, and before it the progress of the quick preview.
+// In a narrow window the total gives its place to the progress of the quick preview, or is hidden.
 void TransportBar::fit() {
     int free = width() - minimumSizeHint().width();
     const auto showIf = [&](QLabel* label, bool isWanted) {
@@ -204,8 +204,8 @@ void TransportBar::fit() {
         free -= fits ? widthOf(label) : 0;
         label->setVisible(fits);
     };
-    showIf(m_total, true);
     showIf(m_quickPictures, m_playback.quickPictures().progress().has_value());
+    showIf(m_total, true);
 }
 
 QSize TransportBar::minimumSizeHint() const {
