@@ -25,6 +25,7 @@ constexpr std::string_view savedKey = "savedSession"; // fingerprint of what was
 // stored.
 QByteArray fingerprint(ProjectFile project) {
     project.videoPath.reset();
+    project.videoFiles.reset();
     project.scoreboardUserScale.reset();
     return QCryptographicHash::hash(json::compact(json::encode(project)), QCryptographicHash::Sha256).toHex();
 }
@@ -129,8 +130,17 @@ void DocumentCommands::resume() {
     if (last->projectPath && QFileInfo(*last->projectPath).isFile())
         state.currentProjectURL = QUrl::fromLocalFile(*last->projectPath);
     state.scoreboardUserScale = last->scoreboardUserScale;
-    if (last->videoPath && QFileInfo(*last->videoPath).isFile())
-        state.videoURL = QUrl::fromLocalFile(*last->videoPath);
+    if (last->videoPath) {
+        const media::Recording recording(*last->videoPath, last->videoFiles);
+        const auto missing = std::ranges::find_if_not(
+            recording.files(), [](const QString& path) { return QFileInfo(path).isFile(); });
+        if (missing == recording.files().end()) {
+            state.setVideo(recording);
+        } else {
+            state.videoFiles = recording.files();
+            state.absentVideo = *missing;
+        }
+    }
     if (!wasModified)
         setSaved(projectFrom(state));
     m_isRestored = false;

@@ -53,6 +53,17 @@ std::vector<std::string> ruleWords(const std::string& argument) {
     return words;
 }
 
+CLI::Option* addPaths(CLI::App& app, const std::string& name, std::vector<QString>& paths,
+                      const PathKind& kind, const std::string& description) {
+    const auto take = [&paths](const std::vector<std::string>& arguments) {
+        for (const std::string& argument : arguments)
+            paths.push_back(toPath(argument));
+    };
+    return app.add_option_function<std::vector<std::string>>(name, take, description)
+        ->type_name(std::string(kind.placeholder))
+        ->allow_extra_args(false);
+}
+
 CLI::Option* addProjectArgument(CLI::App& app, QString& path) {
     return addPath(app, "project", path, projectFile, "The project document")->required();
 }

@@ -60,6 +60,10 @@ CLI::Option* addPath(CLI::App& app, const std::string& name, Path& path, const P
         ->type_name(std::string(kind.placeholder));
 }
 
+/// An option that may be given several times.
+CLI::Option* addPaths(CLI::App& app, const std::string& name, std::vector<QString>& paths,
+                      const PathKind& kind, const std::string& description);
+
 CLI::Option* addProjectArgument(CLI::App& app, QString& path);
 
 /// `-o`, required; a name that does not end in the kind's only extension is wrong usage.

@@ -51,6 +51,8 @@ void reportFiles(ProjectReport& report, const ProjectFile& project, const QStrin
             report.files.emplace_back(QString::fromUtf8(role), *file);
     };
     add("video", named.video);
+    for (const NamedFile& video : named.furtherVideos)
+        add("video", video);
     add("logo", named.logo);
     add("watermark", named.watermark);
     if (!named.video)
@@ -119,10 +121,20 @@ void reportScores(ProjectReport& report, const ProjectFile& project) {
 }
 
 void reportVideo(ProjectReport& report, const ProjectFile& project) {
-    if (!project.videoPath || !report.files.front().second.path)
+    std::vector<QString> videos;
+    for (const auto& [role, file] : report.files) {
+        if (role != u"video")
+            continue;
+        if (!file.path)
+            return;
+        videos.push_back(*file.path);
+    }
+    if (videos.empty())
         return;
+    const media::Recording recording(videos.front(), videos);
+    report.warnings += differencesIn(recording);
     try {
-        report.media = media::readMediaInfo(*report.files.front().second.path);
+        report.media = media::infoOf(recording);
     } catch (const media::MediaError& error) {
         report.missing += QStringLiteral("the video cannot be read: ") + QString::fromUtf8(error.what());
         return;
@@ -170,9 +182,11 @@ QString reportText(const ProjectFile& project, const ProjectReport& report) {
     if (project.selectedTemplate)
         line(QStringLiteral("template"), word(*project.selectedTemplate));
     line(QStringLiteral("markers"), QString::number(project.markers.size()));
-    for (const auto& [role, file] : report.files) {
+    for (std::size_t i = 0; i < report.files.size(); ++i) {
+        const auto& [role, file] = report.files[i];
+        const bool isLastOfRole = i + 1 == report.files.size() || report.files[i + 1].first != role;
         line(role, file.path.value_or(file.storedPath));
-        if (report.media && role == u"video")
+        if (report.media && role == u"video" && isLastOfRole)
             line(QString(), QStringLiteral("%1 s, %2 x %3, %4")
                                 .arg(report.media->duration)
                                 .arg(report.media->video->uprightSize().width())

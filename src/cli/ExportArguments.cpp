@@ -79,7 +79,8 @@ void addEncodingOptions(CLI::App& app, ExportRequest& request, Pictures pictures
 }
 
 void addRangeOptions(CLI::App& app, ExportRequest& request) {
-    addPath(app, "--video", request.videoPath, videoFile, "The source, in place of the project's video");
+    addPaths(app, "--video", request.videos, videoFile,
+             "The source, in place of the project's video; several times for a split one");
     addTimeOption(app, "--trim-start", request.trimStart, "Start of the range, in place of the project's");
     addTimeOption(app, "--trim-end", request.trimEnd, "End of the range, in place of the project's");
     addPartOptions(app, request);

@@ -37,7 +37,7 @@ private:
     std::string m_flags2;
     std::optional<MatchFormat> m_format;
     std::optional<std::int64_t> m_sets;
-    std::optional<QString> m_video;
+    std::vector<QString> m_videos;
     std::optional<QString> m_markers;
     std::optional<QString> m_points;
     std::optional<double> m_firstPoint; // seconds
@@ -67,7 +67,7 @@ NewCommand::NewCommand(CLI::App& root)
     app()
         .add_option("--sets", m_sets, "Best of so many sets; without it the sport's usual number")
         ->type_name("NUMBER");
-    addPath(app(), "--video", m_video, videoFile, "The video of the match");
+    addPaths(app(), "--video", m_videos, videoFile, "The video of the match; several times for a split one");
     addPath(app(), "--markers", m_markers, csvFile, "Score markers, tennis and padel only");
     addPath(app(), "--points", m_points, pointsFile,
             "Who won each point and when, or a DataVolley file (.dvw)");
@@ -161,10 +161,14 @@ ExitStatus NewCommand::run() {
     project.scoreboardUserScale = m_scale.value_or(1.0);
     project.watermarkCorner = WatermarkCorner::bottomRight;
     std::vector<InputFile> inputs;
-    if (m_video) {
-        project.videoPath = absolutePath(*m_video, QStringLiteral("--video"));
-        inputs.push_back({*project.videoPath, QStringLiteral("the video")});
+    for (QString& video : m_videos) {
+        video = absolutePath(video, QStringLiteral("--video"));
+        inputs.push_back({video, QStringLiteral("the video")});
     }
+    if (!m_videos.empty())
+        project.videoPath = m_videos.front();
+    if (m_videos.size() > 1)
+        project.videoFiles = m_videos;
     if (m_markers)
         inputs.push_back({*m_markers, QStringLiteral("the table of markers")});
     if (m_points)

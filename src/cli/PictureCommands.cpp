@@ -34,7 +34,8 @@ StillCommand::StillCommand(CLI::App& root)
     addProjectArgument(app(), m_project);
     addTimeOption(app(), "--at", m_time, "Time of the frame, from the start of the video")->required();
     addOutputOption(app(), m_request.outputPath, pngFile, "The picture to write");
-    addPath(app(), "--video", m_request.videoPath, videoFile, "The source, in place of the project's video");
+    addPaths(app(), "--video", m_request.videos, videoFile,
+             "The source, in place of the project's video; several times for a split one");
     addSizeOptions(app(), m_request);
     app().footer("Example:\n  pointloom-cli still final.plp --at 12.5 -o frame.png");
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <QDir>
 #include <QFileInfo>
+#include <ranges>
 
 namespace pointloom::cli {
 
@@ -36,19 +37,50 @@ void noteIfBeside(const NamedFile& file, const QString& role, Remarks& remarks) 
         remarks.notes += QStringLiteral("the %1 was found beside the project: %2").arg(role, *file.path);
 }
 
-QString settleVideo(const std::optional<NamedFile>& video, const QString& projectPath,
-                    const ExportRequest& request, Remarks& remarks) {
-    if (request.videoPath) {
-        if (!QFileInfo::exists(*request.videoPath))
-            throw CommandError(*request.videoPath + QStringLiteral(": no such video"));
-        return *request.videoPath;
-    }
-    if (!video)
+std::vector<QString> settleVideos(const ProjectFiles& files, const QString& projectPath,
+                                  const ExportRequest& request, Remarks& remarks) {
+    requireVideos(request.videos);
+    if (!request.videos.empty())
+        return request.videos;
+    if (!files.video)
         fail(projectPath, QStringLiteral("no video is chosen; name one with --video"));
-    if (!video->path)
-        fail(projectPath, QStringLiteral("the video is missing: ") + video->storedPath);
-    noteIfBeside(*video, QStringLiteral("video"), remarks);
-    return *video->path;
+    std::vector<QString> found;
+    const auto settle = [&](const NamedFile& video) {
+        if (!video.path)
+            fail(projectPath, QStringLiteral("the video is missing: ") + video.storedPath);
+        noteIfBeside(video, QStringLiteral("video"), remarks);
+        found.push_back(*video.path);
+    };
+    settle(*files.video);
+    std::ranges::for_each(files.furtherVideos, settle);
+    return found;
+}
+
+QString wordsOf(media::Difference difference, const media::MediaInfo& first,
+                const media::MediaInfo& further) {
+    const auto size = [](const media::MediaInfo& info) {
+        const QSize upright = info.video->uprightSize();
+        return QStringLiteral("%1 x %2").arg(upright.width()).arg(upright.height());
+    };
+    switch (difference) {
+    case media::Difference::shape:
+        return QStringLiteral("another shape of picture");
+    case media::Difference::size:
+        return QStringLiteral("%1 instead of %2").arg(size(further), size(first));
+    case media::Difference::rate:
+        return QStringLiteral("%1 instead of %2 frames a second")
+            .arg(further.video->frameRate.value(), 0, 'g', 4)
+            .arg(first.video->frameRate.value(), 0, 'g', 4);
+    case media::Difference::codec:
+        return QStringLiteral("%1 instead of %2").arg(further.video->codecName, first.video->codecName);
+    case media::Difference::light:
+        return QStringLiteral("other light (HDR or not)");
+    case media::Difference::sound:
+        return QStringLiteral("%1 audio tracks instead of %2")
+            .arg(further.audioTracks)
+            .arg(first.audioTracks);
+    }
+    return {};
 }
 
 std::optional<QString> settleWatermark(std::optional<NamedFile> watermark, const ExportRequest& request,
@@ -110,13 +142,16 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
     requireSizeToFill(request.settings);
     settleTrim(project, projectPath, request);
     const ProjectFiles files = locateFiles(project, projectPath);
-    project.videoPath = settleVideo(files.video, projectPath, request, inputs.remarks);
+    const std::vector<QString> videos = settleVideos(files, projectPath, request, inputs.remarks);
+    project.videoPath = videos.front();
+    project.videoFiles = videos;
     settleLogo(*project.matchConfig, files.logo, inputs.remarks);
     project.watermarkPath = settleWatermark(files.watermark, request, inputs.remarks);
 
     ExportJob& job = inputs.job;
     job = exportJobFor(project).value(); // all that it needs was required above
     warnOfScoresNotDrawn(job.overlay, inputs.remarks);
+    inputs.remarks.notes += differencesIn(job.recording());
     const WatermarkCorner corner = request.watermarkCorner.value_or(job.settings.watermarkCorner);
     const auto rallies = job.settings.rallies;
     job.settings = request.settings;
@@ -133,7 +168,7 @@ ProjectInputs resolveInputs(ProjectFile project, const QString& projectPath, con
 
 media::MediaInfo videoInfo(const ExportJob& job) {
     try {
-        media::MediaInfo info = media::readMediaInfo(job.videoPath);
+        media::MediaInfo info = infoOf(job.recording());
         requireRange(job, info.duration);
         return info;
     } catch (const media::MediaError& error) {
@@ -154,6 +189,35 @@ SegmentPlan makePlan(ProjectInputs& inputs, int count) {
         inputs.remarks.notes +=
             QStringLiteral("the video can be cut into %1 segments only").arg(plan.count());
     return plan;
+}
+
+void requireVideos(const std::vector<QString>& videos) {
+    for (const QString& path : videos) {
+        if (!QFileInfo::exists(path))
+            throw CommandError(path + QStringLiteral(": no such video"));
+        if (std::ranges::count(videos, path) > 1)
+            throw CommandError(path + QStringLiteral(": named twice"));
+    }
+}
+
+QStringList differencesIn(const media::Recording& recording) {
+    QStringList sentences;
+    try {
+        const media::MediaInfo first = media::factsOf(recording.first()).info;
+        for (const QString& path : recording.files() | std::views::drop(1)) {
+            const media::MediaInfo further = media::factsOf(path).info;
+            QStringList words;
+            for (const media::Difference difference : media::differences(first, further))
+                words += wordsOf(difference, first, further);
+            if (!words.isEmpty())
+                sentences +=
+                    QStringLiteral("%1 is not like %2: %3")
+                        .arg(shortName(path), shortName(recording.first()), words.join(QStringLiteral(", ")));
+        }
+    } catch (const media::MediaError&) {
+        // whoever reads the video tells
+    }
+    return sentences;
 }
 
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath) {
@@ -190,6 +254,8 @@ std::vector<InputFile> inputFiles(const ProjectFile& project, const QString& pro
             found.push_back({*file->path, QString::fromUtf8(role)});
     };
     add(files.video, "the source video");
+    for (const NamedFile& video : files.furtherVideos)
+        add(video, "the source video");
     add(files.watermark, "the watermark");
     add(files.logo, "the logo");
     return found;

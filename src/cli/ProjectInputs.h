@@ -10,7 +10,7 @@ namespace pointloom::cli {
 
 /// Additions of the command line to a document, and replacements for what the document says.
 struct ExportRequest {
-    std::optional<QString> videoPath;
+    std::vector<QString> videos; // files of one recording in their order; none: the document's
     std::optional<QString> watermarkPath;
     std::optional<WatermarkCorner> watermarkCorner;
     std::optional<double> trimStart; // seconds
@@ -41,6 +41,12 @@ void settleEncoder(ProjectInputs& inputs);
 
 /// Cuts the export into `count` segments, or into fewer and notes it. Throws ExportError.
 SegmentPlan makePlan(ProjectInputs& inputs, int count);
+
+/// The recording of a list of files. Throws CommandError when one does not exist.
+void requireVideos(const std::vector<QString>& videos);
+
+/// What the further files of a split recording have that differs from the first, a sentence for each file.
+QStringList differencesIn(const media::Recording& recording);
 
 /// The match of a document. Throws CommandError when it has none.
 const MatchConfig& requireMatch(const ProjectFile& project, const QString& projectPath);

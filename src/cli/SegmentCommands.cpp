@@ -77,8 +77,9 @@ SegmentPlan loadPlan(const QString& path) {
 
 // The files that no segment and no joined video may replace.
 std::vector<InputFile> inputFiles(const SegmentPlan& plan, const QString& planPath) {
-    std::vector<InputFile> files{{planPath, QStringLiteral("the plan itself")},
-                                 {plan.job.videoPath, QStringLiteral("the source video")}};
+    std::vector<InputFile> files{{planPath, QStringLiteral("the plan itself")}};
+    for (const QString& video : plan.job.recording().files())
+        files.push_back({video, QStringLiteral("the source video")});
     for (const FileFingerprint& picture : plan.pictures)
         files.push_back({picture.path, QStringLiteral("a logo")});
     return files;

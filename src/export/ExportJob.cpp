@@ -68,7 +68,9 @@ QPointF json::Codec<QPointF>::decode(const Value& value, const Path& path) {
 }
 
 std::vector<InputFile> inputFiles(const ExportJob& job) {
-    std::vector<InputFile> files{{job.videoPath, QStringLiteral("the source video")}};
+    std::vector<InputFile> files;
+    for (const QString& video : job.recording().files())
+        files.push_back({video, QStringLiteral("the source video")});
     if (!job.projectPath.isEmpty())
         files.push_back({job.projectPath, QStringLiteral("the project itself")});
     if (job.overlay.watermarkPath)

@@ -6,7 +6,7 @@
 #include "files/FileDescriptor.h"
 #include "files/NewFile.h"
 #include "media/MediaError.h"
-#include "media/MediaInfo.h"
+#include "media/Recording.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"
@@ -112,6 +112,7 @@ struct ExportSegment {
 /// Everything that one export needs, apart from the session and the document.
 struct ExportJob {
     QString videoPath;
+    std::optional<std::vector<QString>> videoFiles; // of a split recording, `videoPath` first
     QString outputPath;
     ExportSettings settings;
     OverlayDescription overlay;
@@ -129,13 +130,16 @@ struct ExportJob {
 
     bool operator==(const ExportJob&) const = default;
 
+    media::Recording recording() const { return {videoPath, videoFiles}; }
+
     static constexpr auto jsonFields() {
         using Self = ExportJob;
         return std::tuple{
-            json::field("videoPath", &Self::videoPath), json::field("outputPath", &Self::outputPath),
-            json::field("settings", &Self::settings),   json::field("overlay", &Self::overlay),
-            json::field("trimStart", &Self::trimStart), json::field("trimEnd", &Self::trimEnd),
-            json::field("leftOut", &Self::leftOut),     json::field("windows", &Self::windows)};
+            json::field("videoPath", &Self::videoPath),   json::field("videoFiles", &Self::videoFiles),
+            json::field("outputPath", &Self::outputPath), json::field("settings", &Self::settings),
+            json::field("overlay", &Self::overlay),       json::field("trimStart", &Self::trimStart),
+            json::field("trimEnd", &Self::trimEnd),       json::field("leftOut", &Self::leftOut),
+            json::field("windows", &Self::windows)};
     }
 };
 

@@ -26,7 +26,7 @@ std::optional<ExportSound> openSound(const ExportJob& job, const ExportTimeline&
     if (job.segment)
         return std::nullopt;
     try {
-        return ExportSound::open(job.videoPath, timeline.parts, timeBase);
+        return ExportSound::open(job.recording(), timeline.parts, timeBase);
     } catch (const MediaError&) {
         return std::nullopt; // trouble with the sound never fails an export
     }
@@ -105,7 +105,7 @@ void writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer
 }
 
 ExportReport exportFile(const ExportJob& job, const ExportControl& control) {
-    media::VideoReader reader = openSource(job.videoPath);
+    media::VideoReader reader = openSource(job.recording());
     const media::MediaInfo info = reader.info();
     requireOtherFile(job, job.outputPath);
     requireRange(job, info.duration);
@@ -183,7 +183,7 @@ QImage shownImage(const media::VideoFrame& frame, const PictureLayout& layout) {
 }
 
 QImage ExportManager::renderStill(const ExportJob& job, double time) {
-    media::VideoReader reader = openSource(job.videoPath);
+    media::VideoReader reader = openSource(job.recording());
     const ResolvedExport resolved = resolveExport(job, reader.info());
     return withExportErrors("Reader error: ", [&] {
         media::VideoFrame frame = frameAt(std::move(reader), resolved, time);
@@ -194,7 +194,7 @@ QImage ExportManager::renderStill(const ExportJob& job, double time) {
 }
 
 ExportManager::StillLayers ExportManager::renderStillLayers(const ExportJob& job, double time) {
-    media::VideoReader reader = openSource(job.videoPath);
+    media::VideoReader reader = openSource(job.recording());
     const PictureLayout layout = resolveExport(job, reader.info()).layout;
     ExportJob whole = job;
     whole.settings.preset = ExportPreset::original;

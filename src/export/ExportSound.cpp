@@ -11,17 +11,17 @@ constexpr double fadeLength = 0.01 * media::audioSampleRate; // samples at each 
 
 }
 
-std::optional<ExportSound> ExportSound::open(const QString& path, const std::vector<ExportPart>& parts,
-                                             media::Rational timeBase) {
+std::optional<ExportSound> ExportSound::open(const media::Recording& recording,
+                                             const std::vector<ExportPart>& parts, media::Rational timeBase) {
     std::vector<Part> sound;
     for (const ExportPart& part : parts)
         sound.push_back(
             {part.range.decodingStart(timeBase), part.range.decodingEnd(timeBase),
              std::llround(static_cast<double>(part.offset) * timeBase.value() * media::audioSampleRate)});
-    auto reader = media::AudioReader::open(path, sound.front().start, sound.front().end);
+    auto reader = media::AudioReader::open(recording, sound.front().start, sound.front().end);
     if (!reader)
         return std::nullopt;
-    return ExportSound(path, std::move(sound), *std::move(reader));
+    return ExportSound(recording, std::move(sound), *std::move(reader));
 }
 
 std::optional<media::AudioFrame> ExportSound::read() {
@@ -34,7 +34,7 @@ std::optional<media::AudioFrame> ExportSound::read() {
         if (m_current + 1 == m_parts.size())
             return std::nullopt;
         const Part& next = m_parts[++m_current];
-        m_reader = media::AudioReader::open(m_path, next.start, next.end);
+        m_reader = media::AudioReader::open(m_recording, next.start, next.end);
     }
 }
 

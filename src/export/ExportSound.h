@@ -10,8 +10,8 @@ class ExportSound {
 public:
     /// `timeBase` is the clock of the parts' frames. Empty when the file has no sound that can be decoded.
     /// Throws MediaError.
-    static std::optional<ExportSound> open(const QString& path, const std::vector<ExportPart>& parts,
-                                           media::Rational timeBase);
+    static std::optional<ExportSound> open(const media::Recording& recording,
+                                           const std::vector<ExportPart>& parts, media::Rational timeBase);
 
     /// The next samples, counted from the start of the new file. Samples may be missing before them where the
     /// sound of a part ends early. Empty at the end. Throws MediaError.
@@ -24,15 +24,15 @@ private:
         std::int64_t firstSample = 0; // of the new file
     };
 
-    ExportSound(QString path, std::vector<Part> parts, media::AudioReader reader)
-        : m_path(std::move(path))
+    ExportSound(media::Recording recording, std::vector<Part> parts, media::AudioReader reader)
+        : m_recording(std::move(recording))
         , m_parts(std::move(parts))
         , m_reader(std::move(reader)) {}
 
     std::optional<std::int64_t> endOf(std::size_t part) const;
     void place(media::AudioFrame& run) const;
 
-    QString m_path;
+    media::Recording m_recording;
     std::vector<Part> m_parts;
     std::size_t m_current = 0;
     std::optional<media::AudioReader> m_reader; // of the current part

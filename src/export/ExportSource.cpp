@@ -10,9 +10,9 @@ namespace {
 
 using media::EncoderKind;
 
-media::VideoReader openReader(const QString& path) {
+media::VideoReader openReader(const media::Recording& recording) {
     try {
-        return media::VideoReader::open(path);
+        return media::VideoReader::open(recording);
     } catch (const media::NoVideoTrackError&) {
         throw ExportError::noVideoTrack();
     } catch (const media::MediaError& error) {
@@ -27,8 +27,8 @@ media::VideoReader openReader(const QString& path) {
 
 }
 
-media::VideoReader openSource(const QString& path) {
-    media::VideoReader reader = openReader(path);
+media::VideoReader openSource(const media::Recording& recording) {
+    media::VideoReader reader = openReader(recording);
     const QSize size = reader.track().storedSize;
     if (size.width() < 2 || size.height() < 2)
         throw ExportError::exportFailed(QStringLiteral("Cannot add video output."));
@@ -76,7 +76,7 @@ ResolvedExport resolveExport(const ExportJob& job, const media::MediaInfo& info)
 namespace {
 
 media::VideoSettings encoderSettings(const ExportJob& job) {
-    return resolveExport(job, openSource(job.videoPath).info()).encoder;
+    return resolveExport(job, openSource(job.recording()).info()).encoder;
 }
 
 }

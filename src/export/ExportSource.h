@@ -10,7 +10,7 @@
 namespace pointloom {
 
 /// Throws ExportError, also when the picture is too small for an overlay.
-media::VideoReader openSource(const QString& path);
+media::VideoReader openSource(const media::Recording& recording);
 
 struct ResolvedExport {
     PictureLayout layout;

@@ -81,7 +81,7 @@ std::vector<FrameWindow> frameWindows(const ExportJob& job, const media::MediaIn
         const TimeSpan range = wholeRange(job, info);
         const auto parts = keptParts(range, job.overlay.markers, job.settings.rallies, job.leftOut);
         windows = withExportErrors("Reader error: ", [&] {
-            auto times = media::FrameTimes::open(job.videoPath, job.trimStart);
+            auto times = media::FrameTimes::open(job.recording(), job.trimStart);
             return windowsOf(parts, range, times);
         });
     }

@@ -143,7 +143,7 @@ QImage renderOverlay(const ExportJob& job, const PictureLayout& layout, double t
 }
 
 ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const ExportControl& control) {
-    const media::MediaInfo info = openSource(job.videoPath).info();
+    const media::MediaInfo info = openSource(job.recording()).info();
     requireOtherFile(job, job.outputPath);
     requireRange(job, info.duration);
     const ResolvedExport resolved = resolveExport(job, info);
@@ -155,7 +155,7 @@ ExportReport exportOverlay(const ExportJob& job, OverlayFormat format, const Exp
     const auto sink = makeSink(job, format, size, *info.video);
     return withExportErrors("Writer error: ", [&]() -> ExportReport {
         auto times = media::FrameTimes::open(
-            job.videoPath, timeline.parts.front().range.decodingStart(info.video->timeBase));
+            job.recording(), timeline.parts.front().range.decodingStart(info.video->timeBase));
         const media::Rational timeBase = times.timeBase();
         for (const ExportPart& part : timeline.parts) {
             if (&part != &timeline.parts.front())

@@ -44,7 +44,7 @@ double lengthOfTrials(const ResolvedExport& resolved) {
 
 media::EncodedSizes encodeTrial(const ExportJob& job, const ResolvedExport& resolved, const Trial& trial,
                                 const ExportControl& control) {
-    ConvertedFrames frames(openSource(job.videoPath), resolved.target);
+    ConvertedFrames frames(openSource(job.recording()), resolved.target);
     frames.seek(trial.start, control.isCancelled);
     FrameOverlay overlay(job, resolved.layout, resolved.encoder.format);
     return media::encodedSizes(resolved.encoder, [&]() -> std::optional<media::VideoFrame> {
@@ -94,7 +94,7 @@ private:
 };
 
 // Silence takes a tenth of what a match does.
-double soundBytesPerSecond(const QString& path, const std::vector<Trial>& trials,
+double soundBytesPerSecond(const media::Recording& recording, const std::vector<Trial>& trials,
                            const ExportControl& control) {
     constexpr int headerBytes = 1000;
     const QTemporaryDir folder;
@@ -103,7 +103,7 @@ double soundBytesPerSecond(const QString& path, const std::vector<Trial>& trials
     double seconds = 0;
     for (const Trial& trial : trials) {
         const auto first = std::llround(seconds * media::audioSampleRate);
-        auto sound = media::AudioReader::open(path, trial.start, trial.start + trial.length);
+        auto sound = media::AudioReader::open(recording, trial.start, trial.start + trial.length);
         while (auto run = sound ? sound->read() : std::nullopt) {
             control.throwIfCancelled();
             run->place(first + run->firstSample, run->sampleCount);
@@ -120,7 +120,7 @@ double soundBytesPerSecond(const QString& path, const std::vector<Trial>& trials
 std::optional<std::int64_t> estimatedBytes(const ExportJob& job, const std::function<bool()>& isStopped) {
     const ExportControl control{.isCancelled = isStopped};
     try {
-        const media::MediaInfo info = openSource(job.videoPath).info();
+        const media::MediaInfo info = openSource(job.recording()).info();
         requireRange(job, info.duration);
         const ResolvedExport resolved = resolveExport(job, info);
         const ExportTimeline timeline = exportTimeline(job, info);
@@ -129,9 +129,10 @@ std::optional<std::int64_t> estimatedBytes(const ExportJob& job, const std::func
         for (const Trial& trial : trialsOf(timeline, lengthOfTrials(resolved)))
             sizes.add(encodeTrial(job, resolved, trial, control), trial.length);
         constexpr double soundTrial = 2; // seconds
-        const double sound = info.audioTracks > 0
-                                 ? soundBytesPerSecond(job.videoPath, trialsOf(timeline, soundTrial), control)
-                                 : 0;
+        const double sound =
+            info.audioTracks > 0
+                ? soundBytesPerSecond(job.recording(), trialsOf(timeline, soundTrial), control)
+                : 0;
         return std::llround(sizes.bytesOf(seconds) + sound * seconds);
     } catch (const std::exception&) {
         return std::nullopt; // also when it was stopped

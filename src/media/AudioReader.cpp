@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <deque>
+#include <limits>
 #include <vector>
 
 namespace pointloom::media {
@@ -111,23 +112,48 @@ constexpr double toleratedShift = 0.020 * audioSampleRate; // samples
 constexpr double farthest = 1e12;     // samples; timestamps beyond are taken for damage
 constexpr double farthestTick = 1e17; // limits what a damaged file gives as duration
 
-/// Decodes one track and puts its sound in its place on the timeline.
+// By how much the sound of a split recording's file may be longer than its frames: encoders cut sound into
+// blocks, which end at no frame.
+constexpr double reachAfterSeam = 0.05; // seconds
+
+// By how much it may begin before its frames, where the file before has no more: programs that split files
+// leave there what was stored after the cut, and hide it by an edit list.
+constexpr double reachBeforeSeam = 0.5; // seconds
+
+/// Where the sound of a file belongs, seconds of the recording.
+struct PlacedSound {
+    QString path;
+    double offset = 0; // added to the file's own times
+    double from = -std::numeric_limits<double>::infinity();
+    double until = std::numeric_limits<double>::infinity();
+};
+
+std::vector<PlacedSound> placedSounds(const RecordingLayout& layout) {
+    std::vector<PlacedSound> sounds;
+    for (std::size_t i = 0; i < layout.files.size(); ++i) {
+        PlacedSound sound{layout.files[i].path, layout.offsetOf(i)};
+        if (i > 0)
+            sound.from = layout.beginOf(i) - reachBeforeSeam;
+        if (i + 1 < layout.files.size())
+            sound.until = layout.beginOf(i + 1) + reachAfterSeam;
+        sounds.push_back(sound);
+    }
+    return sounds;
+}
+
+/// Decodes one track of each file and puts its sound in its place on the timeline.
 class AudioTrack {
 public:
-    /// Opens the file once more, for this track alone, so that tracks stored far apart need no memory.
-    /// Sample 0 is at `start`, seconds of the source's timeline. Throws MediaError.
-    AudioTrack(const QString& path, int streamIndex, double start)
-        : m_file(InputFile::open(path))
-        , m_start(start)
-        , m_secondsPerTick(av_q2d(m_file.context()->streams[streamIndex]->time_base))
-        , m_decoder(m_file.context(), streamIndex, 1) {
-        m_file.keepOnly(streamIndex);
-        if (start > lead) {
-            const double exactTicks = std::floor((start - lead) / m_secondsPerTick);
-            const auto ticks = static_cast<std::int64_t>(std::min(exactTicks, farthestTick));
-            if (av_seek_frame(m_file.context(), streamIndex, ticks, AVSEEK_FLAG_BACKWARD) >= 0)
-                m_decoder.flush();
-        }
+    /// Takes the audio track of that `number`, counted from 0, where a file has one. Opens the files once
+    /// more, for this track alone, so that tracks stored far apart need no memory. Sample 0 is at `start`,
+    /// seconds of the recording's timeline. Throws MediaError when the file at `start` cannot be decoded.
+    AudioTrack(std::vector<PlacedSound> sounds, std::size_t number, double start)
+        : m_sounds(std::move(sounds))
+        , m_number(number)
+        , m_start(start) {
+        while (m_current + 1 < m_sounds.size() && m_sounds[m_current].until <= start)
+            ++m_current;
+        openFile();
     }
 
     /// Adds the track's sound to `count` samples of both channels, the first of which is sample `position`.
@@ -166,10 +192,33 @@ private:
         std::int64_t end() const { return position + static_cast<std::int64_t>(samples[0].size()); }
     };
 
-    /// Decodes until a piece is ready. False at the end of the track.
+    /// Opens the current file, at `m_start` where that is inside of it. Throws MediaError.
+    void openFile() {
+        m_decoder.reset();
+        m_file.emplace(InputFile::open(m_sounds[m_current].path));
+        const std::vector<int> streams = findAudioTracks(*m_file->context());
+        if (m_number >= streams.size())
+            return;
+        const int stream = streams[m_number];
+        m_secondsPerTick = av_q2d(m_file->context()->streams[stream]->time_base);
+        m_decoder.emplace(m_file->context(), stream, 1,
+                          m_current == 0 ? TrackDecoder::Sound::shown : TrackDecoder::Sound::all);
+        m_file->keepOnly(stream);
+        const double start = m_start - m_sounds[m_current].offset;
+        if (start > lead) {
+            const double exactTicks = std::floor((start - lead) / m_secondsPerTick);
+            const auto ticks = static_cast<std::int64_t>(std::min(exactTicks, farthestTick));
+            if (av_seek_frame(m_file->context(), stream, ticks, AVSEEK_FLAG_BACKWARD) >= 0)
+                m_decoder->flush();
+        }
+    }
+
+    /// Decodes until a piece is ready. False at the end of the last file's track.
     bool decodeMore() {
         while (m_pieces.empty()) {
-            const AVFramePtr frame = m_decoder.next();
+            const AVFramePtr frame = m_decoder ? m_decoder->next() : nullptr;
+            if (frame && m_current > 0)
+                frame->nb_samples -= TrackDecoder::hiddenAtEnd(*frame);
             try {
                 if (frame)
                     place(*frame);
@@ -178,10 +227,22 @@ private:
             } catch (const MediaError&) {
                 m_resampler.reset(); // sound that cannot be converted is silence
             }
-            if (!frame)
+            if (!frame && m_pieces.empty() && !goToNextFile())
                 break;
         }
         return !m_pieces.empty();
+    }
+
+    bool goToNextFile() {
+        if (m_current + 1 == m_sounds.size())
+            return false;
+        ++m_current;
+        try {
+            openFile();
+        } catch (const MediaError&) {
+            m_decoder.reset(); // a file that cannot be read is silence
+        }
+        return true;
     }
 
     void place(const AVFrame& frame) {
@@ -202,12 +263,13 @@ private:
 
     /// The frame's place, in samples of the output.
     double placeOf(const AVFrame& frame) const {
+        const double offset = m_sounds[m_current].offset;
         if (frame.best_effort_timestamp != AV_NOPTS_VALUE)
-            return (static_cast<double>(frame.best_effort_timestamp) * m_secondsPerTick - m_start) *
+            return (static_cast<double>(frame.best_effort_timestamp) * m_secondsPerTick + offset - m_start) *
                    audioSampleRate;
-        if (m_runRate > 0)
+        if (m_resampler && m_runRate > 0)
             return m_runPosition + static_cast<double>(m_runConsumed) * audioSampleRate / m_runRate;
-        return -m_start * audioSampleRate;
+        return (offset - m_start) * audioSampleRate;
     }
 
     void beginRun(const AVFrame& frame, double position) {
@@ -228,15 +290,36 @@ private:
 
     void append(StereoSamples samples) {
         const auto count = static_cast<std::int64_t>(samples[0].size());
-        if (count > 0)
-            m_pieces.push_back({std::llround(m_runPosition) + m_runProduced, std::move(samples)});
+        Piece piece{std::llround(m_runPosition) + m_runProduced, std::move(samples)};
         m_runProduced += count;
+        cutToSeams(piece);
+        if (!piece.samples[0].empty())
+            m_pieces.push_back(std::move(piece));
     }
 
-    InputFile m_file;
+    void cutToSeams(Piece& piece) const {
+        const auto inside = [&](double seconds) {
+            const double position =
+                std::clamp((seconds - m_start) * audioSampleRate, static_cast<double>(piece.position),
+                           static_cast<double>(piece.end()));
+            return std::llround(position) - piece.position;
+        };
+        const std::int64_t first = inside(m_sounds[m_current].from);
+        const std::int64_t last = inside(m_sounds[m_current].until);
+        for (std::vector<float>& channel : piece.samples) {
+            channel.resize(static_cast<std::size_t>(last));
+            channel.erase(channel.begin(), channel.begin() + first);
+        }
+        piece.position += first;
+    }
+
+    std::vector<PlacedSound> m_sounds;
+    std::size_t m_number; // of the track in each file
+    std::size_t m_current = 0;
     double m_start; // seconds
-    double m_secondsPerTick;
-    TrackDecoder m_decoder;
+    std::optional<InputFile> m_file;
+    std::optional<TrackDecoder> m_decoder; // none where the current file has no such track
+    double m_secondsPerTick = 0;
     std::deque<Piece> m_pieces; // decoded, not yet consumed
 
     // A run is sound without a gap: its place is computed once, then samples are counted.
@@ -291,14 +374,17 @@ AudioReader::AudioReader(AudioReader&&) noexcept = default;
 AudioReader& AudioReader::operator=(AudioReader&&) noexcept = default;
 AudioReader::~AudioReader() = default;
 
-std::optional<AudioReader> AudioReader::open(const QString& path, double start, std::optional<double> end) {
-    const InputFile file = InputFile::open(path);
+std::optional<AudioReader> AudioReader::open(const Recording& recording, double start,
+                                             std::optional<double> end) {
+    const RecordingLayout layout = layoutOf(recording);
+    const std::size_t tracks = layout.isSplit()
+                                   ? static_cast<std::size_t>(layout.audioTracks)
+                                   : findAudioTracks(*InputFile::open(recording.first()).context()).size();
+    const std::vector<PlacedSound> sounds = placedSounds(layout);
     auto state = std::make_unique<State>();
-    for (const int stream : findAudioTracks(*file.context())) {
-        if (state->tracks.size() == mostTracksMixed)
-            break;
+    for (std::size_t number = 0; number < std::min(tracks, mostTracksMixed); ++number) {
         try {
-            state->tracks.push_back(std::make_unique<AudioTrack>(path, stream, start));
+            state->tracks.push_back(std::make_unique<AudioTrack>(sounds, number, start));
         } catch (const MediaError&) {
             continue; // a track that its decoder refuses is silent
         }

@@ -1,11 +1,11 @@
-// All sound of a file as one stereo track.
+// All sound of a recording as one stereo track.
 #pragma once
 
+#include "media/Recording.h"
 #include "media/VideoFrame.h"
 
 #include <memory>
 #include <optional>
-#include <QString>
 #include <span>
 
 namespace pointloom::media {
@@ -32,12 +32,15 @@ struct AudioFrame {
 AVFramePtr makeSilence(int sampleCount);
 
 /// Decodes every audio track, mixes them to stereo and cuts the sound to a range of the timeline.
-/// Gaps and late starts become silence, so that the sound keeps its place; an early end stays early.
+/// Gaps and late starts become silence, so that the sound keeps its place; an early end stays early. Where
+/// files of a recording meet, each one's sound keeps its place beside its own frames, and may reach over the
+/// seam by as much as an encoder's blocks do.
 class AudioReader {
 public:
     /// `start` and `end` in seconds of the source's timeline; no end means the end of the sound.
-    /// Empty when the file has no track that can be decoded. Throws MediaError as `readMediaInfo`.
-    static std::optional<AudioReader> open(const QString& path, double start, std::optional<double> end);
+    /// Empty when no file has a track that can be decoded. Throws MediaError as `readMediaInfo`.
+    static std::optional<AudioReader> open(const Recording& recording, double start,
+                                           std::optional<double> end);
 
     AudioReader(AudioReader&&) noexcept;
     AudioReader& operator=(AudioReader&&) noexcept;

@@ -3,6 +3,8 @@
 #include "media/FFmpeg.h"
 #include "media/InputFile.h"
 
+#include <algorithm>
+#include <QtEndian>
 #include <utility>
 
 namespace pointloom::media {
@@ -14,7 +16,7 @@ constexpr int mostFailuresInARow = 1000;
 
 }
 
-TrackDecoder::TrackDecoder(AVFormatContext* context, int streamIndex, int threads)
+TrackDecoder::TrackDecoder(AVFormatContext* context, int streamIndex, int threads, Sound sound)
     : m_context(context)
     , m_streamIndex(streamIndex)
     , m_packet(makePacket()) {
@@ -28,6 +30,8 @@ TrackDecoder::TrackDecoder(AVFormatContext* context, int streamIndex, int thread
     m_codec->pkt_timebase = stream->time_base;
     m_codec->thread_count = threads;
     m_codec->max_pixels = largestFrameArea;
+    if (sound == Sound::all)
+        m_codec->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL;
     check(avcodec_open2(m_codec.get(), decoder, nullptr), "the decoder could not be opened");
 }
 
@@ -57,6 +61,15 @@ AVFramePtr TrackDecoder::next(std::int64_t packetLimit) {
         ++m_damage.lostFrames;
     }
     return nullptr;
+}
+
+int TrackDecoder::hiddenAtEnd(const AVFrame& frame) {
+    constexpr std::size_t place = 4; // in bytes, after the samples that are hidden at the start
+    const AVFrameSideData* hidden = av_frame_get_side_data(&frame, AV_FRAME_DATA_SKIP_SAMPLES);
+    if (hidden == nullptr || hidden->size < place + sizeof(quint32))
+        return 0;
+    return static_cast<int>(std::min<quint32>(qFromLittleEndian<quint32>(hidden->data + place),
+                                              static_cast<quint32>(frame.nb_samples)));
 }
 
 void TrackDecoder::feed() {

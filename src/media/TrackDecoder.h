@@ -10,8 +10,13 @@ namespace pointloom::media {
 
 class TrackDecoder {
 public:
+    enum class Sound {
+        shown, // as a player plays the file
+        all,   // also what its edit list hides before its start; `hiddenAtEnd` is left in its last frames
+    };
+
     /// 0 `threads` means as many as there are cores. The context must outlive the decoder. Throws MediaError.
-    TrackDecoder(AVFormatContext* context, int streamIndex, int threads);
+    TrackDecoder(AVFormatContext* context, int streamIndex, int threads, Sound sound = Sound::shown);
 
     /// The next frame in the decoder's order; null at the end of the track, and when `packetLimit` packets
     /// gave none. Does not throw for damaged packets.
@@ -23,6 +28,9 @@ public:
     bool isAtEnd() const { return m_atEnd; }
     /// Damage since the last seek, without `secondsMissing`.
     const Damage& damage() const { return m_damage; }
+
+    /// Samples at the end of a frame that are an encoder's padding, with `Sound::all`.
+    static int hiddenAtEnd(const AVFrame& frame);
 
 private:
     void feed();

@@ -1,27 +1,26 @@
-// Decodes the first video track of a file, frame by frame, with the times of its presentation timeline.
+// Decodes the first video track of a recording, frame by frame, with the times of its presentation timeline.
 #pragma once
 
-#include "media/MediaInfo.h"
+#include "media/Recording.h"
 #include "media/VideoFrame.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
-#include <QString>
 
 namespace pointloom::media {
 
 class VideoReader {
 public:
-    /// Opens a file as `readMediaInfo` does, and a decoder. Throws MediaError, also when there is
-    /// no video track.
-    static VideoReader open(const QString& path);
+    /// Opens the first file as `readMediaInfo` does, and a decoder; the others when they are reached. Throws
+    /// MediaError, also when there is no video track.
+    static VideoReader open(const Recording& recording);
 
     VideoReader(VideoReader&&) noexcept;
     VideoReader& operator=(VideoReader&&) noexcept;
     ~VideoReader();
 
-    const MediaInfo& info() const;
+    const MediaInfo& info() const;       // the track is that of the first file
     const VideoTrackInfo& track() const; // of `info()`
 
     /// Continues `read` with the frame that is shown at `time` (seconds): the last one at or before it,
@@ -34,8 +33,8 @@ public:
     void seekToKeyFrame(double time);
 
     /// The next frame in presentation order, timestamps strictly rising; empty at the end.
-    /// Frames that cannot be decoded are left out and counted. Throws MediaError when nothing can be
-    /// decoded at all.
+    /// Frames that cannot be decoded are left out and counted. Throws MediaError when nothing of a file can
+    /// be decoded at all.
     std::optional<VideoFrame> read();
 
     /// The damage since the key frame of the last seek. `secondsMissing` is known when `read` has returned

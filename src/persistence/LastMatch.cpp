@@ -4,6 +4,7 @@
 #include "session/AppState.h"
 #include "json/JsonDocument.h"
 
+#include <algorithm>
 #include <QDateTime>
 
 namespace pointloom {
@@ -20,11 +21,18 @@ std::optional<LastMatch> LastMatch::of(const AppState& state) {
         return std::nullopt;
     LastMatch last{.names = displayName(*match),
                    .videoPath = state.absentVideo,
+                   .videoFiles = std::nullopt,
                    .projectPath = std::nullopt,
                    .scoreboardUserScale = state.scoreboardUserScale,
                    .editedAt = QDateTime::currentSecsSinceEpoch()};
     if (const auto& video = state.videoURL.value())
         last.videoPath = video->toLocalFile();
+    if (const auto& files = state.videoFiles.value(); files.size() > 1) {
+        const bool isAbsent = std::ranges::find(files, last.videoPath) != files.end();
+        if (isAbsent)
+            last.videoPath = files.front();
+        last.videoFiles = files;
+    }
     if (const auto& project = state.currentProjectURL.value())
         last.projectPath = project->toLocalFile();
     return last;

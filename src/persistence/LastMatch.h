@@ -8,6 +8,7 @@
 #include <optional>
 #include <QString>
 #include <tuple>
+#include <vector>
 
 namespace pointloom {
 
@@ -16,17 +17,19 @@ class UserDefaults;
 
 /// A value of its own in the settings: the stored session has neither a video nor a document.
 struct LastMatch {
-    QString names;                        // as in titles
-    std::optional<QString> videoPath;     // paths are plain and absolute
-    std::optional<QString> projectPath;   // of its document
-    double scoreboardUserScale = 1;       // the stored session's always starts at 1
-    std::optional<std::int64_t> editedAt; // seconds since 1970, UTC
+    QString names;                                  // as in titles
+    std::optional<QString> videoPath;               // paths are plain and absolute
+    std::optional<std::vector<QString>> videoFiles; // of a split recording
+    std::optional<QString> projectPath;             // of its document
+    double scoreboardUserScale = 1;                 // the stored session's always starts at 1
+    std::optional<std::int64_t> editedAt;           // seconds since 1970, UTC
 
     bool operator==(const LastMatch&) const = default;
 
     static constexpr auto jsonFields() {
         return std::tuple{json::field("names", &LastMatch::names),
                           json::field("videoPath", &LastMatch::videoPath),
+                          json::field("videoFiles", &LastMatch::videoFiles),
                           json::field("projectPath", &LastMatch::projectPath),
                           json::field("scoreboardUserScale", &LastMatch::scoreboardUserScale),
                           json::field("editedAt", &LastMatch::editedAt)};

@@ -21,8 +21,9 @@ struct ProjectFile : StoredProject<SportScoreState> {
     std::optional<SportID> selectedSport;
     std::optional<double> scoreboardUserScale;
     std::optional<QString> videoPath;
-    std::optional<std::vector<std::string>> rules{}; // words, or "by-hand"; absent: the sport's usual rules
-    std::optional<PartChoice> parts{};               // absent: all of the range is exported
+    std::optional<std::vector<QString>> videoFiles{}; // of a split recording; `videoPath` is its first
+    std::optional<std::vector<std::string>> rules{};  // words, or "by-hand"; absent: the sport's usual rules
+    std::optional<PartChoice> parts{};                // absent: all of the range is exported
     std::optional<std::vector<CutZone>> cuts{};
 
     bool operator==(const ProjectFile&) const = default;

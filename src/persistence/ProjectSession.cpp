@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <ranges>
 
 namespace pointloom {
 
@@ -38,8 +39,12 @@ NamedFile located(const QUrl& url, const QDir& folder) {
 ProjectFiles locateFiles(const ProjectFile& project, const QString& documentPath) {
     const QDir folder = QFileInfo(documentPath).absoluteDir();
     ProjectFiles files;
-    if (project.videoPath)
-        files.video = located(*project.videoPath, folder);
+    if (project.videoPath) {
+        const media::Recording recording(*project.videoPath, project.videoFiles);
+        files.video = located(recording.first(), folder);
+        for (const QString& path : recording.files() | std::views::drop(1))
+            files.furtherVideos.push_back(located(path, folder));
+    }
     if (project.matchConfig && project.matchConfig->logoURL)
         files.logo = located(*project.matchConfig->logoURL, folder);
     if (project.watermarkPath)
@@ -72,6 +77,8 @@ ProjectFile projectFrom(const AppState& state) {
     auto project = recordOf<ProjectFile>(state);
     if (!state.parts.value().withoutCuts)
         project.cuts = std::nullopt;
+    if (!project.videoPath || !media::Recording(*project.videoPath, project.videoFiles).isSplit())
+        project.videoFiles = std::nullopt;
     return project;
 }
 
@@ -92,7 +99,9 @@ std::vector<InputFile> inputFiles(const AppState& state) {
             files.push_back({url->toLocalFile(), QString::fromUtf8(role)});
     };
     add(state.currentProjectURL.value(), "the project itself");
-    add(state.videoURL.value(), "the source video");
+    if (const auto recording = state.recording())
+        for (const QString& path : recording->files())
+            add(QUrl::fromLocalFile(path), "the source video");
     add(state.watermarkURL.value(), "the watermark");
     if (const auto& match = state.matchConfig.value())
         add(match->logoURL, "the logo");
@@ -111,13 +120,24 @@ OpenReport openProject(const QString& path, AppState& state) {
     }
     if (files.watermark)
         project.watermarkPath = settled(watermark, *files.watermark, report);
-    if (files.video)
-        project.videoPath = settled(video, *files.video, report);
+    std::optional<QString> absent;
+    const auto settleVideo = [&](const NamedFile& file) {
+        if (!file.path && !absent)
+            absent = file.storedPath;
+        return settled(video, file, report);
+    };
+    if (files.video) {
+        std::vector<QString> all{settleVideo(*files.video)};
+        for (const NamedFile& file : files.furtherVideos)
+            all.push_back(settleVideo(file));
+        project.videoPath = all.front();
+        project.videoFiles = all;
+    }
 
     apply(project, state, QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
-    if (files.video && !files.video->path) {
+    if (absent) {
         state.videoURL = std::nullopt;
-        state.absentVideo = files.video->storedPath;
+        state.absentVideo = absent;
         state.step = Screen::video;
     }
     return report;
@@ -128,6 +148,8 @@ std::optional<ExportJob> exportJobFor(const ProjectFile& project) {
         return std::nullopt;
     ExportJob job;
     job.videoPath = *project.videoPath;
+    if (media::Recording(job.videoPath, project.videoFiles).isSplit())
+        job.videoFiles = project.videoFiles;
     job.trimStart = project.trimStart;
     job.trimEnd = project.trimEnd;
     const PartChoice parts = project.parts.value_or(PartChoice());

@@ -23,6 +23,7 @@ struct NamedFile {
 /// Files that a document does not name are empty.
 struct ProjectFiles {
     std::optional<NamedFile> video;
+    std::vector<NamedFile> furtherVideos{}; // of a split recording
     std::optional<NamedFile> logo;
     std::optional<NamedFile> watermark;
 };

@@ -19,6 +19,10 @@ void StoredValue::read(const std::vector<std::string>& value,
     field = value.empty() ? std::nullopt : std::optional(value);
 }
 
+void StoredValue::read(const std::vector<QString>& value, std::optional<std::vector<QString>>& field) {
+    field = value.size() < 2 ? std::nullopt : std::optional(value);
+}
+
 void StoredValue::read(const PartChoice& value, std::optional<PartChoice>& field) {
     field = value == PartChoice() ? std::nullopt : std::optional(value);
 }

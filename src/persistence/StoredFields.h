@@ -84,7 +84,7 @@ constexpr auto storedFields() {
         POINTLOOM_STORED_FIELD(parts, parts), POINTLOOM_STORED_FIELD(language, language),
         POINTLOOM_STORED_FIELD(watermarkPath, watermarkURL),
         POINTLOOM_STORED_FIELD(watermarkCorner, watermarkCorner),
-        POINTLOOM_STORED_FIELD(videoPath, videoURL));
+        POINTLOOM_STORED_FIELD(videoFiles, videoFiles), POINTLOOM_STORED_FIELD(videoPath, videoURL));
 #undef POINTLOOM_STORED_FIELD
 #undef POINTLOOM_FIELD
 }
@@ -114,7 +114,9 @@ void read(const Value& value, std::optional<Value>& field) {
 }
 void read(const std::optional<QUrl>& value, std::optional<QString>& field);
 void read(const std::vector<std::string>& value,
-          std::optional<std::vector<std::string>>& field);            // none: absent
+          std::optional<std::vector<std::string>>& field); // none: absent
+void read(const std::vector<QString>& value,
+          std::optional<std::vector<QString>>& field);                // fewer than two: absent
 void read(const PartChoice& value, std::optional<PartChoice>& field); // the default: absent
 inline void read(const QPointF&, double&) {}
 

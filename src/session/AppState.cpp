@@ -26,6 +26,18 @@ std::optional<SportScoreState> AppState::resolveLiveScore() const {
     return ScoringEngine::getInitialScore(*config);
 }
 
+std::optional<media::Recording> AppState::recording() const {
+    const auto& url = videoURL.value();
+    return url ? std::optional(media::Recording(url->toLocalFile(), videoFiles.value())) : std::nullopt;
+}
+
+void AppState::setVideo(const media::Recording& video) {
+    if (videoURL.value() == QUrl::fromLocalFile(video.first()) && recording() != video)
+        videoURL = std::nullopt; // so that its readers are told
+    videoFiles = video.files();
+    videoURL = QUrl::fromLocalFile(video.first());
+}
+
 TimeSpan AppState::exportedRange() const {
     const double start = trimStart;
     const double duration = videoDuration;

@@ -4,6 +4,7 @@
 
 #include "export/ExportSettings.h"
 #include "l10n/Language.h"
+#include "media/Recording.h"
 #include "model/Marker.h"
 #include "model/MatchConfig.h"
 #include "render/TemplateID.h"
@@ -97,6 +98,7 @@ public:
     QProperty<std::vector<std::string>> rules;         // as for `rulesOfMatch`: words, or `byHand`
 
     QProperty<std::optional<QUrl>> videoURL;
+    QProperty<std::vector<QString>> videoFiles; // of a split recording; stale unless `videoURL` is its first
     QProperty<std::optional<QString>> absentVideo; // path of the film of this match while it is not open
     QProperty<double> videoDuration{0};            // seconds
     QProperty<int> videoWidth{0};                  // pixels, upright
@@ -135,6 +137,12 @@ public:
     /// absent without a match configuration. Readers inside a binding register themselves.
     const std::optional<SportScoreState>& liveScore() const { return m_liveScore.value(); }
     QBindable<std::optional<SportScoreState>> bindableLiveScore() const { return &m_liveScore; }
+
+    /// The files of the video; absent without a video.
+    std::optional<media::Recording> recording() const;
+
+    /// Shows another video. Its readers, which watch `videoURL`, find all of its files.
+    void setVideo(const media::Recording& recording);
 
     /// The range to export, between the trims and within the video.
     TimeSpan exportedRange() const;
@@ -209,6 +217,7 @@ private:
                           &S::selectedSport,
                           &S::matchConfig,
                           &S::rules,
+                          &S::videoFiles,
                           &S::videoURL,
                           &S::absentVideo,
                           &S::videoDuration,

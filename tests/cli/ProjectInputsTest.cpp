@@ -78,13 +78,13 @@ TEST_F(ProjectInputsTest, TheCommandLineGoesFirst) {
     project.watermarkPath = QStringLiteral("/nowhere/mark.png");
     project.videoPath.reset();
     ExportRequest request;
-    request.videoPath = touch(QStringLiteral("other.mov"));
+    request.videos = {touch(QStringLiteral("other.mov")), touch(QStringLiteral("next.mov"))};
     request.watermarkPath = paint(QStringLiteral("own.png"));
     request.watermarkCorner = WatermarkCorner::topRight;
     request.trimStart = 2;
     request.trimEnd = 9;
     const auto [job, remarks] = inputs(request);
-    EXPECT_EQ(job.videoPath, request.videoPath);
+    EXPECT_EQ(job.recording().files(), request.videos);
     EXPECT_EQ(job.overlay.watermarkPath, request.watermarkPath);
     EXPECT_EQ(job.settings.watermarkCorner, WatermarkCorner::topRight);
     EXPECT_EQ(job.trimStart, 2);
@@ -154,7 +154,7 @@ TEST_F(ProjectInputsTest, AWatermarkThatCannotBeReadIsLeftOutWithAWarning) {
 
 TEST_F(ProjectInputsTest, WhatCannotBeExportedIsSaid) {
     ExportRequest request;
-    request.videoPath = QStringLiteral("/nowhere/x.mp4");
+    request.videos = {QStringLiteral("/nowhere/x.mp4")};
     EXPECT_EQ(fault(request), "/nowhere/x.mp4: no such video");
     project.videoPath = QStringLiteral("/nowhere/y.mp4");
     EXPECT_EQ(fault(), "match.plp: the video is missing: /nowhere/y.mp4");

@@ -187,6 +187,29 @@ TEST_F(ProjectInSession, AMissingVideoIsToBeImportedAgain) {
     EXPECT_EQ(state.currentProjectURL.value(), QUrl::fromLocalFile(at("project.plp")));
 }
 
+TEST_F(ProjectInSession, ASplitRecordingIsKeptAndAMissingFileOfItIsNamed) {
+    fillState();
+    state.watermarkURL = std::nullopt;
+    state.watermarkURL = std::nullopt;
+    const std::vector<QString> files{write("1.mp4", "a"), write("2.mp4", "b"), write("3.mp4", "c")};
+    state.setVideo({files.front(), files});
+    projectFrom(state).save(at("match.plp"));
+    state.setVideo(at("other.mp4"));
+    EXPECT_FALSE(projectFrom(state).videoFiles);
+
+    EXPECT_TRUE(openProject(at("match.plp"), state).missing.empty());
+    ASSERT_TRUE(state.recording());
+    EXPECT_EQ(state.recording()->files(), files);
+    EXPECT_EQ(exportJobFor(projectFrom(state))->recording().files(), files);
+
+    QFile::remove(files[1]);
+    const OpenReport report = openProject(at("match.plp"), state);
+    EXPECT_EQ(report.missing, (std::vector{OpenReport::Missing{video, files[1]}}));
+    EXPECT_FALSE(state.videoURL.value());
+    EXPECT_EQ(state.absentVideo.value(), files[1]);
+    EXPECT_EQ(state.videoFiles.value(), files) << "to be put together again";
+}
+
 TEST_F(ProjectInSession, ADocumentThatNamesNoVideoMissesNoneAndGoesOnWhereItWas) {
     fillState();
     ProjectFile project;

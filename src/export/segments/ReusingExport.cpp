@@ -120,7 +120,7 @@ PartMaker::PartMaker(const SegmentPlan& plan, const SegmentFolder& folder, const
     , m_control(control)
     , m_choices(choices)
     , m_atOnce(segmentsAtOnce(plan.job, choices))
-    , m_frameRate(openSource(plan.job.videoPath).track().frameRate.value())
+    , m_frameRate(openSource(plan.job.recording()).track().frameRate.value())
     , m_meter(control) {
     m_parts.push_back({.key = soundKey(plan), .isDone = !plan.hasSound});
     const std::vector<QString> keys = segmentKeys(plan);

@@ -91,9 +91,9 @@ bool encodeSound(const SegmentPlan& plan, const QString& path, const ExportContr
     requireOtherFile(plan.job, path);
     return withExportErrors("the sound: ", [&] {
         NewFile file(path);
-        const media::MediaInfo info = openSource(plan.job.videoPath).info();
-        auto reader =
-            ExportSound::open(plan.job.videoPath, exportTimeline(plan.job, info).parts, info.video->timeBase);
+        const media::MediaInfo info = openSource(plan.job.recording()).info();
+        auto reader = ExportSound::open(plan.job.recording(), exportTimeline(plan.job, info).parts,
+                                        info.video->timeBase);
         if (!reader)
             throw ExportError::exportFailed(QStringLiteral("the sound of the video can no longer be read"));
         media::SoundWriter writer(file.temporaryPath(), soundComment(plan));
@@ -121,7 +121,7 @@ bool isSegment(const SegmentPlan& plan, int number, const QString& path) {
 }
 
 media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output) {
-    const media::MediaInfo info = openSource(plan.job.videoPath).info();
+    const media::MediaInfo info = openSource(plan.job.recording()).info();
     media::JoinRequest request{
         .outputPath = output,
         .isQuickTime = plan.job.settings.format == ExportFormat::prores,

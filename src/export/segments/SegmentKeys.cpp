@@ -29,11 +29,14 @@ QString keyOf(const OrderedValue& value) {
 
 // The path is left out: a video that was moved is the same.
 OrderedValue common(const SegmentPlan& plan) {
-    return {{"program", plan.program.toStdString()},
-            {"libraries", media::encodingLibraries().toStdString()},
-            {"size", plan.video.size},
-            {"modified", plan.video.modified},
-            {"hash", plan.video.hash.toStdString()}};
+    OrderedValue value{{"program", plan.program.toStdString()},
+                       {"libraries", media::encodingLibraries().toStdString()},
+                       {"size", plan.video.size},
+                       {"modified", plan.video.modified},
+                       {"hash", plan.video.hash.toStdString()}};
+    for (const FileFingerprint& file : plan.furtherFiles.value_or(std::vector<FileFingerprint>()))
+        value["further"].push_back({file.size, file.modified, file.hash.toStdString()});
+    return value;
 }
 
 // The settings without those that do not reach the pictures, or reach them by what is drawn.
@@ -114,7 +117,7 @@ private:
 }
 
 std::vector<QString> segmentKeys(const SegmentPlan& plan) {
-    const media::MediaInfo info = openSource(plan.job.videoPath).info();
+    const media::MediaInfo info = openSource(plan.job.recording()).info();
     const ResolvedExport resolved = resolveExport(plan.job, info);
     const FrameOverlay overlay(plan.job, resolved.layout, resolved.encoder.format);
     const DrawnScores scores(plan, overlay);

@@ -11,6 +11,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <ranges>
 
 namespace pointloom {
 
@@ -78,7 +79,7 @@ QString checksumOf(SegmentPlan plan) {
 
 bool soundCanBeRead(const ExportJob& job, const ExportTimeline& timeline, media::Rational timeBase) {
     try {
-        return ExportSound::open(job.videoPath, timeline.parts, timeBase).has_value();
+        return ExportSound::open(job.recording(), timeline.parts, timeBase).has_value();
     } catch (const media::MediaError&) {
         return false; // as in an export that is not cut
     }
@@ -106,7 +107,7 @@ Cuts evenCuts(media::VideoReader& reader, const TimeMap& map, int count) {
 }
 
 // Throws MediaError.
-Cuts gridCuts(const QString& path, double duration, const TimeMap& map, double spacing) {
+Cuts gridCuts(const media::Recording& recording, double duration, const TimeMap& map, double spacing) {
     while (duration / spacing >= SegmentPlan::mostSegments)
         spacing *= 2;
     constexpr double ahead = 0.25; // seconds by which frames may be decoded before they are shown
@@ -114,7 +115,7 @@ Cuts gridCuts(const QString& path, double duration, const TimeMap& map, double s
     std::vector<double> times;
     for (double place = std::floor(map.parts().front().start / spacing) + 1; place * spacing < end; ++place)
         times.push_back(place * spacing - ahead);
-    return media::FrameTimes::open(path, 0).keyFramesFrom(times);
+    return media::FrameTimes::open(recording, 0).keyFramesFrom(times);
 }
 
 // The cuts without those that would make a segment too short.
@@ -149,6 +150,15 @@ std::vector<PlannedSegment> segmentsBetween(const Cuts& cuts, const TimeMap& map
     return segments;
 }
 
+std::optional<std::vector<FileFingerprint>> furtherFilesOf(const media::Recording& recording) {
+    if (!recording.isSplit())
+        return std::nullopt;
+    std::vector<FileFingerprint> further;
+    for (const QString& path : recording.files() | std::views::drop(1))
+        further.push_back(FileFingerprint::of(path));
+    return further;
+}
+
 std::vector<FileFingerprint> picturesOf(const OverlayDescription& overlay) {
     std::vector<FileFingerprint> pictures;
     if (overlay.config.logoURL)
@@ -160,8 +170,11 @@ std::vector<FileFingerprint> picturesOf(const OverlayDescription& overlay) {
 
 // The job as every machine sees it.
 ExportJob withAbsolutePaths(ExportJob job) {
-    for (QString* path : {&job.videoPath, &job.outputPath})
-        *path = QFileInfo(*path).absoluteFilePath();
+    const auto settle = [](QString& path) { path = QFileInfo(path).absoluteFilePath(); };
+    settle(job.videoPath);
+    settle(job.outputPath);
+    if (job.videoFiles)
+        std::ranges::for_each(*job.videoFiles, settle);
     if (auto& watermark = job.overlay.watermarkPath)
         watermark = QFileInfo(*watermark).absoluteFilePath();
     job.projectPath.clear();
@@ -228,7 +241,7 @@ void requireWholeChain(const SegmentPlan& plan, const QString& path) {
 // `cutsOf` chooses cuts for a reader and a map.
 template <class CutsOf>
 SegmentPlan makePlan(const ExportJob& job, const QString& program, const CutsOf& cutsOf) {
-    media::VideoReader reader = openSource(job.videoPath);
+    media::VideoReader reader = openSource(job.recording());
     const media::MediaInfo info = reader.info();
     requireRange(job, info.duration);
     if (info.video->timeBase.numerator != 1)
@@ -241,6 +254,7 @@ SegmentPlan makePlan(const ExportJob& job, const QString& program, const CutsOf&
     plan.job.windows = frameWindows(job, info);
     const ExportTimeline timeline = exportTimeline(plan.job, info);
     plan.video = FileFingerprint::of(job.videoPath);
+    plan.furtherFiles = furtherFilesOf(job.recording());
     plan.pictures = picturesOf(job.overlay);
     plan.hasSound = soundCanBeRead(job, timeline, info.video->timeBase);
     plan.ticksPerSecond = info.video->timeBase.denominator;
@@ -262,7 +276,7 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
 
 SegmentPlan SegmentPlan::onGrid(const ExportJob& job, double spacing, const QString& program) {
     return makePlan(job, program, [&](const media::VideoReader& reader, const TimeMap& map) {
-        return gridCuts(job.videoPath, reader.info().duration, map, spacing);
+        return gridCuts(job.recording(), reader.info().duration, map, spacing);
     });
 }
 
@@ -310,6 +324,8 @@ std::int64_t SegmentPlan::offset(int number) const {
 
 void SegmentPlan::requireUnchangedInputs() const {
     video.requireUnchanged();
+    for (const FileFingerprint& file : furtherFiles.value_or(std::vector<FileFingerprint>()))
+        file.requireUnchanged();
     for (const FileFingerprint& picture : pictures)
         picture.requireUnchanged();
 }

@@ -52,11 +52,12 @@ struct SegmentPlan {
     static constexpr int mostSegments = 1000;
 
     std::int64_t version = 4;
-    QString program;                       // version of the program: all machines use the same
-    QString checksum;                      // SHA-256 of all else, hexadecimal
-    ExportJob job;                         // the whole export, with absolute paths
-    FileFingerprint video;                 // the source
-    std::vector<FileFingerprint> pictures; // logo and watermark
+    QString program;       // version of the program: all machines use the same
+    QString checksum;      // SHA-256 of all else, hexadecimal
+    ExportJob job;         // the whole export, with absolute paths
+    FileFingerprint video; // the source, or the first file of a split one
+    std::optional<std::vector<FileFingerprint>> furtherFiles; // of the source
+    std::vector<FileFingerprint> pictures;                    // logo and watermark
     bool hasSound = false;
     std::int64_t ticksPerSecond = 1; // of the source's video track
     std::vector<PlannedSegment> segments;
@@ -95,12 +96,16 @@ struct SegmentPlan {
 
     static constexpr auto jsonFields() {
         using Self = SegmentPlan;
-        return std::tuple{
-            json::field("version", &Self::version),   json::field("program", &Self::program),
-            json::field("checksum", &Self::checksum), json::field("job", &Self::job),
-            json::field("video", &Self::video),       json::field("pictures", &Self::pictures),
-            json::field("hasSound", &Self::hasSound), json::field("ticksPerSecond", &Self::ticksPerSecond),
-            json::field("segments", &Self::segments)};
+        return std::tuple{json::field("version", &Self::version),
+                          json::field("program", &Self::program),
+                          json::field("checksum", &Self::checksum),
+                          json::field("job", &Self::job),
+                          json::field("video", &Self::video),
+                          json::field("furtherFiles", &Self::furtherFiles),
+                          json::field("pictures", &Self::pictures),
+                          json::field("hasSound", &Self::hasSound),
+                          json::field("ticksPerSecond", &Self::ticksPerSecond),
+                          json::field("segments", &Self::segments)};
     }
 };
 
