@@ -96,6 +96,8 @@ void addRequestOptions(CLI::App& app, ExportRequest& request, Pictures pictures)
     app.add_flag_callback(
         "--no-chapters", [&request] { request.settings.withChapters = false; },
         "Do not make chapters of labelled markers");
+    addChoice(app, "--captions", request.settings.captions, RawValues<CaptionsPlace>::table,
+              "The score as text: a file beside the video, or a track that players switch on");
     const auto takePreset = [&request](const std::string& word) {
         request.settings.encoderPreset = QString::fromStdString(word);
     };

@@ -1,10 +1,12 @@
 #include "export/Captions.h"
 
+#include "export/ExportTimeline.h"
 #include "model/ScoreText.h"
 #include "model/ScoringEngine.h"
 
 #include <algorithm>
 #include <cmath>
+#include <QFileInfo>
 #include <QStringList>
 
 namespace pointloom {
@@ -84,6 +86,30 @@ std::vector<Caption> captionsOf(const OverlayDescription& overlay, const TimeMap
             captions[captions.size() - 2].end = captions.back().start;
     }
     return captions;
+}
+
+media::FileTexts textsOf(const ExportJob& job, const TimeMap& map) {
+    media::FileTexts texts{.chapters = chaptersOf(job, map)};
+    if (job.segment)
+        texts.comment = job.segment->comment;
+    else if (job.settings.captions == CaptionsPlace::track)
+        texts.captions = captionsOf(job.overlay, map);
+    return texts;
+}
+
+void writeCaptionsBeside(const QString& videoPath, const ExportJob& job, const TimeMap& map) {
+    const auto place = job.settings.captions;
+    if (!place || *place == CaptionsPlace::track || job.segment)
+        return;
+    const QFileInfo video(videoPath);
+    const std::string_view ending = rawValue(*place);
+    const QString path = video.absolutePath() + u'/' + video.completeBaseName() + u'.' +
+                         QString::fromUtf8(ending.data(), static_cast<qsizetype>(ending.size()));
+    const auto captions = captionsOf(job.overlay, map);
+    requireOtherFile(job, path);
+    withExportErrors("The captions could not be written: ", [&] {
+        writeWhole(path, place == CaptionsPlace::subRip ? asSubRip(captions) : asWebVtt(captions));
+    });
 }
 
 QByteArray asSubRip(const std::vector<Caption>& captions) {

@@ -2,21 +2,23 @@
 #pragma once
 
 #include "export/ExportJob.h"
+#include "media/MediaWriter.h"
 
 namespace pointloom {
 
-/// A score and how long it is shown, in seconds of the new file.
-struct Caption {
-    double start = 0;
-    double end = 0;
-    QString text;
-
-    bool operator==(const Caption&) const = default;
-};
+/// A score; times are those of the new file.
+using media::Caption;
 
 /// "Dravnik – Solvane", the games of the sets begun so far, the running game after a dot; on a second line
 /// the marker's label. One caption for as long as the text stays the same, from the first frame to the last.
 std::vector<Caption> captionsOf(const OverlayDescription& overlay, const TimeMap& map);
+
+/// Chapters and captions inside of the file, as the job's settings have them.
+media::FileTexts textsOf(const ExportJob& job, const TimeMap& map);
+
+/// Writes the captions beside the video at `videoPath`, under its name with their ending, where the settings
+/// ask for it. Throws ExportError.
+void writeCaptionsBeside(const QString& videoPath, const ExportJob& job, const TimeMap& map);
 
 /// SubRip (.srt).
 QByteArray asSubRip(const std::vector<Caption>& captions);

@@ -1,6 +1,7 @@
 #include "export/ExportManager.h"
 
 #include "crash/CrashReporter.h"
+#include "export/Captions.h"
 #include "export/ExportSound.h"
 #include "export/ExportSource.h"
 #include "export/ExportTimeline.h"
@@ -35,8 +36,7 @@ std::optional<ExportSound> openSound(const ExportJob& job, const ExportTimeline&
 MediaWriter openWriter(const QString& path, const ExportJob& job, const ResolvedExport& resolved,
                        const TimeMap& map, bool withAudio) {
     try {
-        return MediaWriter::create(path, resolved.encoder, withAudio, chaptersOf(job, map),
-                                   job.segment ? job.segment->comment : QString());
+        return MediaWriter::create(path, resolved.encoder, withAudio, textsOf(job, map));
     } catch (const std::exception&) {
         throw ExportError::fromWriter();
     }
@@ -126,6 +126,7 @@ ExportReport exportFile(const ExportJob& job, const ExportControl& control) {
         writer.finish();
         return file->keep();
     });
+    writeCaptionsBeside(path, job, timeline.map);
     progress.finish();
     return {frames.damage(), path};
 }

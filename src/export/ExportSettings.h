@@ -1,5 +1,5 @@
-// The settings of one export: size, format, quality, encoder, watermark corner, filling; the name of its
-// file.
+// The settings of one export: size, format, quality, encoder, watermark corner, filling, captions; the name
+// of its file.
 #pragma once
 
 #include "export/TimeMap.h"
@@ -94,6 +94,18 @@ struct RawValues<media::EncoderKind> {
     });
 };
 
+/// Where the score goes as text.
+enum class CaptionsPlace : unsigned char { subRip, webVtt, track };
+
+template <>
+struct RawValues<CaptionsPlace> {
+    static constexpr auto table = std::to_array<std::pair<CaptionsPlace, std::string_view>>({
+        {CaptionsPlace::subRip, "srt"}, // a file beside the video
+        {CaptionsPlace::webVtt, "vtt"}, // a file beside the video
+        {CaptionsPlace::track, "track"},
+    });
+};
+
 /// Everything that the user chooses for an export besides its files and its range.
 struct ExportSettings {
     ExportPreset preset = ExportPreset::original;
@@ -107,6 +119,7 @@ struct ExportSettings {
     // Crops the picture where its shape is not the frame's, in place of black bars: the part that is left out
     // at the left or the top, [0, 1] of all that is left out; 0.5 keeps the middle. None: bars.
     std::optional<double> fill = {};
+    std::optional<CaptionsPlace> captions = {}; // absent: no captions
 
     bool operator==(const ExportSettings&) const = default;
 
@@ -120,7 +133,8 @@ struct ExportSettings {
                           json::field("watermarkCorner", &Self::watermarkCorner),
                           json::field("withChapters", &Self::withChapters),
                           json::field("rallies", &Self::rallies),
-                          json::field("fill", &Self::fill)};
+                          json::field("fill", &Self::fill),
+                          json::field("captions", &Self::captions)};
     }
 };
 

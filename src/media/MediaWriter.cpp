@@ -247,8 +247,7 @@ struct MediaWriter::State {
     VideoEncoder video;
     std::optional<AudioEncoder> audio;
 
-    State(const QString& path, const VideoSettings& settings, bool withAudio,
-          const std::vector<Chapter>& chapters, const QString& comment)
+    State(const QString& path, const VideoSettings& settings, bool withAudio, const FileTexts& texts)
         : file(path, settings.codec == VideoCodec::prores ? "mov" : "mp4")
         , video(file, settings) {
         if (withAudio) {
@@ -258,10 +257,7 @@ struct MediaWriter::State {
                 audio.reset(); // continue without sound
             }
         }
-        for (const Chapter& chapter : chapters)
-            file.addChapter(chapter);
-        if (!comment.isEmpty())
-            file.setComment(comment);
+        file.addTexts(texts);
         file.writeHeader(settings.timeBase);
     }
 };
@@ -271,8 +267,8 @@ MediaWriter::MediaWriter(std::unique_ptr<State> state)
 MediaWriter::~MediaWriter() = default;
 
 MediaWriter MediaWriter::create(const QString& path, const VideoSettings& video, bool withAudio,
-                                const std::vector<Chapter>& chapters, const QString& comment) {
-    return MediaWriter(std::make_unique<State>(path, video, withAudio, chapters, comment));
+                                const FileTexts& texts) {
+    return MediaWriter(std::make_unique<State>(path, video, withAudio, texts));
 }
 
 bool MediaWriter::hasAudio() const {
@@ -301,7 +297,7 @@ struct SoundWriter::State {
     State(const QString& path, const QString& comment)
         : file(path, "mp4")
         , encoder(file) {
-        file.setComment(comment);
+        file.addTexts({.comment = comment});
         file.writeHeader({1, audioSampleRate});
     }
 };

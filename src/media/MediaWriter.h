@@ -24,6 +24,22 @@ struct Chapter {
     bool operator==(const Chapter&) const = default;
 };
 
+/// A text and how long it is shown, in seconds from the start of the file.
+struct Caption {
+    double start = 0;
+    double end = 0;
+    QString text;
+
+    bool operator==(const Caption&) const = default;
+};
+
+/// What a file has besides frames and sound.
+struct FileTexts {
+    std::vector<Chapter> chapters{};
+    std::vector<Caption> captions{}; // a track that players switch on; one after the other, without gaps
+    QString comment{};
+};
+
 struct VideoSettings {
     VideoCodec codec = VideoCodec::h264;
     EncoderKind encoder = EncoderKind::software;
@@ -57,10 +73,9 @@ FrameFormat encodableFormat(VideoCodec codec, const FrameFormat& source);
 /// front.
 class MediaWriter {
 public:
-    /// Creates or replaces the file. Throws MediaError, for the video encoder EncoderError. `comment` is kept
-    /// in the file.
+    /// Creates or replaces the file. Throws MediaError, for the video encoder EncoderError.
     static MediaWriter create(const QString& path, const VideoSettings& video, bool withAudio,
-                              const std::vector<Chapter>& chapters = {}, const QString& comment = {});
+                              const FileTexts& texts = {});
 
     ~MediaWriter(); // an unfinished file is closed and left to its owner to remove
 

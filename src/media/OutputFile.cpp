@@ -1,9 +1,11 @@
 #include "media/OutputFile.h"
 
 #include "media/FFmpeg.h"
+#include "media/TextTrack.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <QFile>
 
 namespace pointloom::media {
@@ -36,7 +38,8 @@ void copySideData([[maybe_unused]] AVStream& track, [[maybe_unused]] const AVStr
 
 }
 
-OutputFile::OutputFile(const QString& path, const char* container) {
+OutputFile::OutputFile(const QString& path, const char* container)
+    : m_path(path) {
     prepareFFmpeg();
     const QByteArray url =
         "file:" + QFile::encodeName(path); // else a colon in the name would end a protocol's
@@ -77,8 +80,18 @@ AVStream& OutputFile::addTrack(const AVStream& source) {
     return *track;
 }
 
-void OutputFile::setComment(const QString& comment) {
-    check(av_dict_set(&m_context->metadata, "comment", comment.toUtf8().constData(), 0), "out of memory");
+void OutputFile::addTexts(const FileTexts& texts) {
+    for (const Chapter& chapter : texts.chapters)
+        addChapter(chapter);
+    if (!texts.comment.isEmpty())
+        check(av_dict_set(&m_context->metadata, "comment", texts.comment.toUtf8().constData(), 0),
+              "out of memory");
+    if (texts.captions.empty())
+        return;
+    m_captions = texts.captions;
+    m_textPacket = makePacket();
+    m_textTrack = allocated(avformat_new_stream(m_context, nullptr));
+    describeTextTrack(*m_textTrack);
 }
 
 // FFmpeg has no public function that adds one: its list of chapters is filled by hand.
@@ -114,6 +127,18 @@ void OutputFile::writeHeader(Rational videoTimeBase) {
 }
 
 void OutputFile::write(AVPacket& packet, const AVStream& track, AVRational timeBase) {
+    writeCaptionsUntil(static_cast<double>(packet.dts) * av_q2d(timeBase));
+    writePacket(packet, track, timeBase);
+}
+
+void OutputFile::writeCaptionsUntil(double time) {
+    while (m_writtenCaptions < m_captions.size() && m_captions[m_writtenCaptions].start <= time) {
+        fillPacket(*m_textPacket, m_captions[m_writtenCaptions++]);
+        writePacket(*m_textPacket, *m_textTrack, {1, captionTicks});
+    }
+}
+
+void OutputFile::writePacket(AVPacket& packet, const AVStream& track, AVRational timeBase) {
     packet.stream_index = track.index;
     av_packet_rescale_ts(&packet, timeBase, track.time_base);
     const int written = av_interleaved_write_frame(m_context, &packet);
@@ -124,12 +149,15 @@ void OutputFile::write(AVPacket& packet, const AVStream& track, AVRational timeB
 }
 
 void OutputFile::finish() {
+    writeCaptionsUntil(std::numeric_limits<double>::infinity());
     const int written = av_write_trailer(m_context);
     const int earlier = m_context->pb->error;
     const int closed = avio_closep(&m_context->pb);
     for (const int code : {earlier, written, closed})
         if (code < 0)
             fail(code);
+    if (m_textTrack != nullptr)
+        switchOffTextTracks(m_path);
 }
 
 void OutputFile::fail(int code) const {

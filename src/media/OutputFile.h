@@ -24,11 +24,9 @@ public:
 
     bool wantsGlobalHeaders() const;
 
-    /// Stores a comment in the file; call before the header is written. Throws MediaError.
-    void setComment(const QString& comment);
-
-    /// Adds a chapter; call in the order of their times, before the header is written. Throws MediaError.
-    void addChapter(const Chapter& chapter);
+    /// Adds chapters, captions and comment; call after the last track and before the header is written.
+    /// Throws MediaError.
+    void addTexts(const FileTexts& texts);
 
     /// Call once, after the last track and before the first packet. Throws MediaError.
     void writeHeader(Rational videoTimeBase);
@@ -40,9 +38,17 @@ public:
     void finish();
 
 private:
+    void addChapter(const Chapter& chapter);
+    void writeCaptionsUntil(double time);
+    void writePacket(AVPacket& packet, const AVStream& track, AVRational timeBase);
     [[noreturn]] void fail(int code) const;
 
+    QString m_path;
     AVFormatContext* m_context = nullptr;
+    std::vector<Caption> m_captions;
+    std::size_t m_writtenCaptions = 0;
+    AVStream* m_textTrack = nullptr; // owned by the file
+    PacketPtr m_textPacket;
 };
 
 }

@@ -232,8 +232,7 @@ void joinSegments(const JoinRequest& request,
     OutputFile file(request.outputPath, request.isQuickTime ? "mov" : "mp4");
     const AVStream& videoTrack = file.addTrack(video.first());
     const AVStream* soundTrack = sound ? &file.addTrack(sound->track()) : nullptr;
-    for (const Chapter& chapter : request.chapters)
-        file.addChapter(chapter);
+    file.addTexts(request.texts);
     file.writeHeader(request.timeBase);
 
     const AVRational frameClock = toAv(request.timeBase);

@@ -22,7 +22,7 @@ struct JoinRequest {
     Rational timeBase{1, 90000};
     std::vector<SegmentFile> segments; // in the order of their times
     std::optional<QString> soundPath;
-    std::vector<Chapter> chapters;
+    FileTexts texts;
     // Called before a segment is opened, with its place in the list, from 0; what it throws ends the joining.
     std::function<void(std::size_t)> beforeSegment = {};
 };

@@ -129,6 +129,14 @@ TEST_F(ExportCommandTest, CtrlCStopsAndLeavesWhatWasThere) {
     }
 }
 
+TEST_F(ExportCommandTest, CaptionsGoBesideTheVideo) {
+    makeProject(1);
+    ASSERT_EQ(run("export m.plp -o out.mp4 --encoder-preset ultrafast --captions vtt").status, 0);
+    const QByteArray captions = test::readFile(path(QStringLiteral("out.vtt")));
+    EXPECT_TRUE(captions.startsWith("WEBVTT\n\n00:00:00.000 --> 00:00:01.000\n")) << captions.toStdString();
+    EXPECT_EQ(run("export m.plp -o out.mp4 --captions ttml").status, 2);
+}
+
 TEST_F(ExportCommandTest, SeveralJobsAddUpToOneVideo) {
     makeProject(21); // with a key picture every ten seconds
     ASSERT_EQ(run("export m.plp -o single.mp4 --encoder-preset ultrafast").status, 0);

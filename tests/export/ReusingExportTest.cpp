@@ -17,6 +17,17 @@ namespace {
 constexpr ReuseChoices everySecond{.spacing = 1};
 constexpr const char* keyEverySecond = "-c:v libx264 -g 25 -sc_threshold 0 -pix_fmt yuv420p";
 
+// The last of three tracks, which players show only when they are told to.
+void expectTextTrack(const QString& path, const QByteArray& text) {
+    const auto streams = test::probe(path).at("streams");
+    ASSERT_EQ(streams.size(), 3U);
+    EXPECT_EQ(streams[2].at("codec_name"), "mov_text");
+    EXPECT_EQ(streams[2].at("disposition").at("default"), 0);
+    EXPECT_EQ(streams[0].at("disposition").at("default"), 1);
+    EXPECT_EQ(test::decode(path, QStringLiteral("-map 0:2 -f srt").split(u' ')).toStdString(),
+              text.toStdString());
+}
+
 SportScoreState games(std::int64_t first, std::int64_t second) {
     return ScoreState{{{first, second, {}}}, {}, 1};
 }
@@ -105,6 +116,29 @@ TEST_F(ReusingExport, AfterAChangeOnlyTheSecondsThatDifferAreEncoded) {
     job.leftOut = {{2.2, 2.6}};
     EXPECT_NEAR(encodedSeconds(job, cache()), 4 - 2 - 0.4, 0.05);
     expectLikeSingleRun(job.outputPath, job);
+}
+
+TEST_F(ReusingExport, CaptionsComeWithoutEncodingAnythingAnew) {
+    const QString clip = makeClip(keyEverySecond);
+    ExportJob job = this->job(clip);
+    job.leftOut = {{0.8, 1.8}};
+    encodedSeconds(job, cache());
+    const QByteArray expected = "1\n00:00:00,000 --> 00:00:00,500\nAna – Eva  0–0\n\n"
+                                "2\n00:00:00,500 --> 00:00:01,300\nAna – Eva  1–0\n\n"
+                                "3\n00:00:01,300 --> 00:00:02,100\nAna – Eva  2–0\n\n"
+                                "4\n00:00:02,100 --> 00:00:05,000\nAna – Eva  3–0\n\n";
+    job.settings.captions = CaptionsPlace::subRip;
+    EXPECT_EQ(encodedSeconds(job, cache()), 0);
+    EXPECT_EQ(test::readFile(folder.path(QStringLiteral("out.srt"))), expected);
+    EXPECT_EQ(test::probe(job.outputPath).at("streams").size(), 2U);
+
+    job.settings.captions = CaptionsPlace::track;
+    EXPECT_EQ(encodedSeconds(job, cache()), 0);
+    expectTextTrack(job.outputPath, expected);
+    job.outputPath = folder.path(QStringLiteral("whole.mov"));
+    job.settings.format = ExportFormat::prores;
+    ExportManager::exportVideo(job);
+    expectTextTrack(job.outputPath, expected);
 }
 
 // The pictures are drawn by the slow way here.

@@ -311,8 +311,9 @@ std::optional<ExportReport> exportSegments(const SegmentPlan& plan, const Export
     } catch (const FileError&) {
         return std::nullopt;
     }
-    return withExportErrors("Writer error: ",
-                            [&] { return ExportReport{.damage = damage, .outputPath = file->keep()}; });
+    const QString path = withExportErrors("Writer error: ", [&] { return file->keep(); });
+    writeCaptionsFor(plan, path);
+    return ExportReport{.damage = damage, .outputPath = path};
 }
 
 }

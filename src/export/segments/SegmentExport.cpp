@@ -1,5 +1,6 @@
 #include "export/segments/SegmentExport.h"
 
+#include "export/Captions.h"
 #include "export/ExportManager.h"
 #include "export/ExportSound.h"
 #include "export/ExportSource.h"
@@ -130,11 +131,16 @@ media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& fol
         .soundPath = plan.hasSound && holds(folder.sound(), soundComment(plan))
                          ? std::optional(folder.sound())
                          : std::nullopt,
-        .chapters = chaptersOf(plan.job, exportTimeline(plan.job, info).map),
+        .texts = textsOf(plan.job, exportTimeline(plan.job, info).map),
     };
     for (int number = 1; number <= plan.count(); ++number)
         request.segments.push_back({folder.segment(number), plan.offset(number)});
     return request;
+}
+
+void writeCaptionsFor(const SegmentPlan& plan, const QString& videoPath) {
+    const media::MediaInfo info = openSource(plan.job.recording()).info();
+    writeCaptionsBeside(videoPath, plan.job, exportTimeline(plan.job, info).map);
 }
 
 QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output,
@@ -154,6 +160,7 @@ QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const
                                 control.throwIfCancelled();
                             });
         const QString path = file.keep();
+        writeCaptionsFor(plan, path);
         progress.finish();
         return path;
     });

@@ -46,6 +46,9 @@ bool isSegment(const SegmentPlan& plan, int number, const QString& path);
 /// The request to join all segments of the folder, which may still be missing, and its sound.
 media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output);
 
+/// `writeCaptionsBeside` for the video that was joined.
+void writeCaptionsFor(const SegmentPlan& plan, const QString& videoPath);
+
 /// Joins all segments into one video: copies their packets, and encodes nothing but the sound when it is not
 /// there yet. The times of all frames are those of an export that was not cut. Returns the path of the video,
 /// which appears when it is whole. Throws ExportError: a segment is not finished, an input has changed, the

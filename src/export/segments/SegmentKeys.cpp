@@ -45,6 +45,7 @@ OrderedValue settingsOf(const ExportJob& job) {
     settings.withChapters = true;
     settings.watermarkCorner = {};
     settings.rallies.reset();
+    settings.captions.reset();
     OrderedValue value = json::encode(settings);
     value["lossless"] = job.lossless;
     return value;

@@ -25,6 +25,11 @@ constexpr std::array presetUses{L10nKey::exportSameAsSource, L10nKey::exportYout
 constexpr std::array formatUses{L10nKey::exportH264Use, L10nKey::exportHevcUse, L10nKey::exportProresUse};
 constexpr std::array qualityNames{L10nKey::exportQualityStandard, L10nKey::exportQualityFast,
                                   L10nKey::exportQualitySmaller, L10nKey::exportQualityBetter};
+// In the order in which they are offered; WebVTT files are for the command line.
+constexpr std::array<std::pair<std::optional<CaptionsPlace>, L10nKey>, 3> captionsPlaces{
+    {{std::nullopt, L10nKey::exportCaptionsNone},
+     {CaptionsPlace::subRip, L10nKey::exportCaptionsFile},
+     {CaptionsPlace::track, L10nKey::exportCaptionsTrack}}};
 static_assert(presetUses.size() == allCases<ExportPreset>().size() &&
               formatUses.size() == allCases<ExportFormat>().size() &&
               qualityNames.size() == allCases<EncodingQuality>().size());
@@ -188,6 +193,8 @@ ExportOptionsPanel::ExportOptionsPanel(const UiContext& context, QWidget* parent
     , m_quality(new QComboBox(this))
     , m_encoderName(Controls::label(Controls::TextRole::quiet, this))
     , m_encoder(new QComboBox(this))
+    , m_captionsName(Controls::label(Controls::TextRole::quiet, this))
+    , m_captions(new QComboBox(this))
     , m_fill(new QCheckBox(this))
     , m_fillDetail(Controls::label(Controls::TextRole::quiet, this)) {
     build();
@@ -244,6 +251,9 @@ QLayout* ExportOptionsPanel::makeEncodingGrid() {
     m_encoder->setObjectName(QStringLiteral("encoder"));
     for (const EncodingQuality quality : allCases<EncodingQuality>())
         m_quality->addItem(QString(), static_cast<int>(quality));
+    m_captions->setObjectName(QStringLiteral("captions"));
+    for (std::size_t i = 0; i < captionsPlaces.size(); ++i)
+        m_captions->addItem(QString());
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(Space::m);
     grid->setVerticalSpacing(Space::s);
@@ -252,8 +262,11 @@ QLayout* ExportOptionsPanel::makeEncodingGrid() {
     grid->addWidget(m_quality, 0, 1);
     grid->addWidget(m_encoderName, 1, 0);
     grid->addWidget(m_encoder, 1, 1);
+    grid->addWidget(m_captionsName, 2, 0);
+    grid->addWidget(m_captions, 2, 1);
     m_qualityName->setBuddy(m_quality);
     m_encoderName->setBuddy(m_encoder);
+    m_captionsName->setBuddy(m_captions);
     return grid;
 }
 
@@ -286,7 +299,12 @@ ExportSettings ExportOptionsPanel::settings() const {
         .watermarkCorner = m_context.state.watermarkCorner,
         .rallies = m_context.state.parts.value().margins(),
         .fill = leavesBars() && m_fill->isChecked() ? std::optional(m_fillPosition) : std::nullopt,
+        .captions = captions(),
     };
+}
+
+std::optional<CaptionsPlace> ExportOptionsPanel::captions() const {
+    return captionsPlaces[static_cast<std::size_t>(m_captions->currentIndex())].first;
 }
 
 EncoderKind ExportOptionsPanel::encoder() const {
@@ -312,6 +330,11 @@ void ExportOptionsPanel::showWords() {
         m_quality->setItemText(i, m_context.text(qualityNames[static_cast<std::size_t>(i)]));
     m_encoderName->setText(m_context.text(L10nKey::exportEncoderHeading));
     m_encoder->setAccessibleName(m_encoderName->text());
+    m_captionsName->setText(m_context.text(L10nKey::exportCaptionsHeading));
+    m_captions->setAccessibleName(m_captionsName->text());
+    m_captions->setToolTip(m_context.text(L10nKey::exportCaptionsDetail));
+    for (int i = 0; i < m_captions->count(); ++i)
+        m_captions->setItemText(i, m_context.text(captionsPlaces[static_cast<std::size_t>(i)].second));
     showEncoders();
 }
 

@@ -50,6 +50,7 @@ private:
     void showFill();
     ExportPreset preset() const { return static_cast<ExportPreset>(m_presets.checkedId()); }
     media::EncoderKind encoder() const;
+    std::optional<CaptionsPlace> captions() const;
     bool leavesBars() const;
     QSizeF shapeOf(ExportPreset preset) const;
     QString detailOf(ExportPreset preset) const;
@@ -63,6 +64,8 @@ private:
     QLabel* m_encoderName;
     QComboBox* m_encoder; // the data of each row is its encoder
     WatermarkBox* m_watermark = nullptr;
+    QLabel* m_captionsName;
+    QComboBox* m_captions;
     QCheckBox* m_fill; // shown for sizes of another shape than the source's
     QLabel* m_fillDetail;
     double m_fillPosition = 0.5;
