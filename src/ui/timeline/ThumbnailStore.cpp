@@ -90,26 +90,33 @@ private:
 
 }
 
-/// The slots that are wanted and not made yet.
+/// The slots that are not made yet.
 struct ThumbnailStore::Queue {
     std::mutex mutex;
     std::condition_variable changed;
-    std::deque<std::int64_t> wanted;
+    std::deque<std::int64_t> wanted; // to be shown
+    std::deque<std::int64_t> kept;   // to be cached, when none is wanted
     bool isClosed = false;
 
-    std::optional<std::int64_t> next() {
+    struct Task {
+        std::int64_t slot = 0;
+        bool isShown = false;
+    };
+
+    std::optional<Task> next() {
         std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return isClosed || !wanted.empty(); });
+        changed.wait(lock, [this] { return isClosed || !wanted.empty() || !kept.empty(); });
         if (isClosed)
             return std::nullopt;
-        const std::int64_t slot = wanted.front();
-        wanted.pop_front();
-        return slot;
+        auto& slots = wanted.empty() ? kept : wanted;
+        const Task task{slots.front(), &slots == &wanted};
+        slots.pop_front();
+        return task;
     }
 
-    void replace(const std::vector<std::int64_t>& others) {
+    void replace(std::deque<std::int64_t> Queue::*slots, const std::vector<std::int64_t>& others) {
         const std::scoped_lock lock(mutex);
-        wanted.assign(others.begin(), others.end());
+        (this->*slots).assign(others.begin(), others.end());
         changed.notify_one();
     }
 
@@ -134,14 +141,18 @@ void ThumbnailStore::open(const QString& path) {
     const auto work = [this, path, root = m_cacheRoot, queue = m_queue](BackgroundWorker::Link link) {
         ClipCache cache(root, path);
         ThumbnailDecoder decoder(path);
-        while (const auto slot = queue->next()) {
-            QImage image = readCached(cache, *slot);
+        while (const auto task = queue->next()) {
+            const std::int64_t slot = task->slot;
+            if (!task->isShown && cache.read(fileNameOf(slot), largestFile))
+                continue;
+            QImage image = readCached(cache, slot);
             if (image.isNull()) {
-                image = decoder.imageAt(static_cast<double>(*slot) / thumbnailSlotsPerSecond);
+                image = decoder.imageAt(static_cast<double>(slot) / thumbnailSlotsPerSecond);
                 if (!image.isNull())
-                    writeCached(cache, *slot, image);
+                    writeCached(cache, slot, image);
             }
-            link.post([this, slot = *slot, image] { take(slot, image); });
+            if (task->isShown)
+                link.post([this, slot, image] { take(slot, image); });
         }
     };
     m_worker.start(work, BackgroundWorker::Priority::low);
@@ -166,7 +177,12 @@ void ThumbnailStore::want(const std::vector<std::int64_t>& wanted) {
     std::vector<std::int64_t> missing;
     std::ranges::copy_if(wanted, std::back_inserter(missing),
                          [&](std::int64_t slot) { return !m_images.contains(slot); });
-    m_queue->replace(missing);
+    m_queue->replace(&Queue::wanted, missing);
+}
+
+void ThumbnailStore::keep(const std::vector<std::int64_t>& slots) {
+    if (m_queue)
+        m_queue->replace(&Queue::kept, slots);
 }
 
 void ThumbnailStore::take(std::int64_t slot, const QImage& image) {

@@ -35,6 +35,9 @@ public:
     /// Replaces the slots that were wanted before by others, the most urgent first.
     void want(const std::vector<std::int64_t>& wanted);
 
+    /// Slots that are made and cached on disk when none is wanted.
+    void keep(const std::vector<std::int64_t>& slots);
+
 Q_SIGNALS:
     void changed();
 

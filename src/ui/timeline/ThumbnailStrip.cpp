@@ -76,6 +76,23 @@ std::vector<std::int64_t> wantedThumbnails(const TimelineScene& scene) {
     return wanted;
 }
 
+std::vector<std::int64_t> thumbnailsOfClip(double duration) {
+    constexpr double finest = 8;       // seconds
+    constexpr double longest = 86'400; // seconds
+    constexpr auto finestStep = static_cast<std::uint64_t>(finest * thumbnailSlotsPerSecond);
+    std::vector<std::int64_t> slots;
+    if (!(duration > 0)) // NaN too
+        return slots;
+    const auto end =
+        static_cast<std::uint64_t>(std::ceil(std::min(duration, longest) * thumbnailSlotsPerSecond));
+    slots.push_back(0);
+    for (std::uint64_t step = std::bit_ceil(end) / 2; step >= finestStep; step /= 2) {
+        for (std::uint64_t slot = step; slot < end; slot += 2 * step)
+            slots.push_back(static_cast<std::int64_t>(slot));
+    }
+    return slots;
+}
+
 void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailStore& store) {
     const QRectF row = scene.clipPartOf(scene.rows.thumbnails);
     if (row.isEmpty())

@@ -30,6 +30,10 @@ std::vector<ThumbnailTile> thumbnailTiles(const TimeScale& scale, double imageWi
 /// The slots of all tiles that are visible, then of those that scrolling shows next.
 std::vector<std::int64_t> wantedThumbnails(const TimelineScene& scene);
 
+/// The slots of a whole clip of `duration` seconds, coarse ones first, so that every part of it has some
+/// early: one every eight seconds in the end, of a day at most.
+std::vector<std::int64_t> thumbnailsOfClip(double duration);
+
 /// Leaves the painter as it was.
 void paintThumbnails(QPainter& painter, const TimelineScene& scene, ThumbnailStore& store);
 

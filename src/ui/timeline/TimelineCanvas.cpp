@@ -65,7 +65,6 @@ void TimelineCanvas::takeClip() {
     const QString path = url ? url->toLocalFile() : QString();
     m_frameRateReading.cancel();
     m_wantedThumbnails.clear();
-    takeFrameRate(usualFrameRate);
     m_scene.scale.fit();
     if (path.isEmpty()) {
         m_thumbnails.close();
@@ -83,7 +82,7 @@ void TimelineCanvas::takeClip() {
         };
         m_frameRateReading.start(read, [this](double frameRate) { takeFrameRate(frameRate); });
     }
-    changeView();
+    takeFrameRate(usualFrameRate);
 }
 
 void TimelineCanvas::takeFrameRate(double frameRate) {
@@ -93,6 +92,7 @@ void TimelineCanvas::takeFrameRate(double frameRate) {
 
 void TimelineCanvas::takeDuration() {
     m_scene.scale.setClip(m_context.state.videoDuration, m_scene.frameRate);
+    m_thumbnails.keep(thumbnailsOfClip(m_context.state.videoDuration));
     takeParts();
     changeView();
 }

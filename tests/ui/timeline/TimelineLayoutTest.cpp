@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <QString>
+#include <set>
 
 namespace pointloom::test {
 
@@ -255,6 +256,22 @@ TEST(Rows, FoldFromSoundToPicturesAndNeverOverlap) {
             EXPECT_TRUE(hasSound || rows.waveform.isEmpty());
         }
     }
+}
+
+TEST(ThumbnailStrip, AWholeClipHasAPictureEveryEightSecondsFirstFarApart) {
+    const auto slots = thumbnailsOfClip(7203);
+    const std::set<std::int64_t> different(slots.begin(), slots.end());
+    EXPECT_EQ(slots.size(), 901U);
+    EXPECT_EQ(different.size(), slots.size());
+    EXPECT_EQ(*different.rbegin(), 7200 * 16);
+    std::vector<std::int64_t> first(slots.begin(), slots.begin() + 8);
+    std::ranges::sort(first);
+    for (std::size_t i = 1; i < first.size(); ++i)
+        EXPECT_LE(first[i] - first[i - 1], 1100 * 16) << "eight pictures are spread over the clip";
+    EXPECT_THAT(thumbnailsOfClip(3), ElementsAre(0));
+    EXPECT_TRUE(thumbnailsOfClip(0).empty());
+    EXPECT_TRUE(thumbnailsOfClip(std::numeric_limits<double>::quiet_NaN()).empty());
+    EXPECT_LE(thumbnailsOfClip(1e300).size(), 10'800U) << "of a day";
 }
 
 TEST(ThumbnailStrip, TilesMeetAndZoomLevelsShareTheirPictures) {

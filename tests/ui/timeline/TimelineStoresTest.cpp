@@ -88,6 +88,23 @@ TEST_F(TimelineStores, WhatWasMadeOnceComesFromDisk) {
     EXPECT_FALSE(store.image(5).isNull());
 }
 
+TEST_F(TimelineStores, PicturesOfTheWholeClipAreKeptOnDiskWithoutBeingShown) {
+    const QString path = clip(QStringLiteral("a.mp4"), redThenBlue);
+    ThumbnailStore store(cacheRoot());
+    int answers = 0;
+    QObject::connect(&store, &ThumbnailStore::changed, [&] { ++answers; });
+    store.open(path);
+    store.keep({0, second, 3});
+    const auto isKept = [&](const char* name) {
+        return ClipCache(cacheRoot(), path).read(QString::fromLatin1(name), 1 << 20).has_value();
+    };
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return isKept("0.jpg") && isKept("16.jpg") && isKept("3.jpg"); }, patience));
+    EXPECT_EQ(answers, 0);
+    store.want({3});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !store.image(3).isNull(); }, patience));
+}
+
 TEST_F(TimelineStores, AClipThatIsGoneOrDamagedHasBlanks) {
     const QString gone = folder.path(QStringLiteral("gone.mp4"));
     const QString damaged = folder.write(QStringLiteral("damaged.mp4"), QByteArray(5000, 'x'));
