@@ -107,6 +107,8 @@ bool writeClip(const QString& path, const Match& match, const ClipOptions& optio
     video.format = {.color = color};
     video.timeBase = {1, options.framesPerSecond * ticksPerFrame};
     video.frameRate = {options.framesPerSecond, 1};
+    if (options.cameraNoise)
+        video.quality = media::EncodingQuality::better; // as cameras encode
 
     NewFile file(path);
     MediaWriter writer = MediaWriter::create(file.temporaryPath(), video, true);
