@@ -3,8 +3,10 @@
 //
 //     seek-endurance CLIP [SEEKS [COPY]]
 //
-// With COPY, a small copy of the clip, its pictures are shown as in the editor. At the end the playhead is
-// dragged through the clip for some seconds, and the pictures that are shown meanwhile are counted.
+// With COPY, the name of a small copy of the clip, its pictures are shown as in the editor; where there is no
+// such file the copy is made first. At the end the playhead is dragged through the clip for some seconds, and
+// the pictures that are shown meanwhile are counted.
+#include "export/preview/QuickCopy.h"
 #include "playback/PlayerView.h"
 
 #include <algorithm>
@@ -52,6 +54,8 @@ public:
     }
 
     int run(const QString& clip, int seeks, const QString& copy) {
+        if (!copy.isEmpty() && !QFile::exists(copy))
+            QuickCopy::make(clip, copy, {});
         m_player.load(clip);
         if (m_loop.exec() != 0)
             return EXIT_FAILURE;

@@ -262,6 +262,26 @@ long_kb=$(measured "$cli" export --progress none --fresh -o "$work/ours.mp4" "$l
 awk -v a="${short_kb#* }" -v b="${long_kb#* }" 'BEGIN { printf "10 s: %.0f MB, 10 min: %.0f MB, ratio %.3f (target 0.95 to 1.05)\n", a / 1024, b / 1024, b / a }'
 rm -f "$work"/ours.* "$work"/its.*
 
+# seeks TITLE CLIP: in the clip, then in its small copy, which is made first.
+seeks() {
+    echo
+    echo "Seeking in $1:"
+    build/release/seek-endurance "$2" 120
+    echo "with its quick preview:"
+    build/release/seek-endurance "$2" 120 "$2.quick.mp4"
+}
+if [ -x build/release/seek-endurance ]; then
+    for codec in libx264 libx265; do
+        if [ ! -s "$work/$codec.mp4" ]; then
+            side=$([ $codec = libx264 ] && echo 3840:2160 || echo 1920:1080)
+            ffmpeg -nostdin -v error -y -i "$work/action.mp4" -vf scale=$side -c:v $codec -preset ultrafast -g 60 -c:a copy "$work/ten.mp4"
+            ffmpeg -nostdin -v error -y -stream_loop 11 -i "$work/ten.mp4" -c copy "$work/$codec.mp4"
+        fi
+    done
+    seeks "4K H.264, two minutes" "$work/libx264.mp4"
+    seeks "1080p HEVC, two minutes" "$work/libx265.mp4"
+fi
+
 echo
 for program in build/release/bench_*; do
     if [ -x "$program" ]; then

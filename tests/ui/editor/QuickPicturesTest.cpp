@@ -1,7 +1,6 @@
 // The small copy in which the editor seeks: taken from the cache here, and switched off and on.
 #include "export/preview/QuickCopy.h"
 #include "persistence/KeptSegments.h"
-#include "ui/common/Preferences.h"
 #include "ui/editor/EditorFixture.h"
 
 #include <QFile>
@@ -41,14 +40,6 @@ TEST_F(QuickPicturesTest, TheCopyIsShownAtTheSamePlaceUntilItIsSwitchedOff) {
     ASSERT_TRUE(waitFor([&] { return showsCopy(); }));
     cache.clear();
     EXPECT_TRUE(waitFor([&] { return !showsCopy(); })) << "the cache was emptied";
-}
-
-TEST_F(QuickPicturesTest, AreOnUntilTheUserSaysOtherwise) {
-    const UserDefaults fresh(folder.path(QStringLiteral("fresh.ini")));
-    EXPECT_TRUE(Preferences::isSet(fresh, Preferences::quickPicturesKey));
-    EXPECT_FALSE(Preferences::isSet(fresh, Preferences::hardwareDecodingKey));
-    defaults.setBoolean(Preferences::quickPicturesKey, false);
-    EXPECT_FALSE(Preferences::isSet(defaults, Preferences::quickPicturesKey));
 }
 
 }

@@ -39,6 +39,8 @@ TEST_F(PreferencesDialogTest, ChoicesHoldAtOnceAndAtTheNextStart) {
     QTest::keyClick(&list(1), Qt::Key_Down);
     EXPECT_EQ(Theme::shared().choice(), ThemeChoice::light);
     QTest::keyClick(&box("hardwareDecoding"), Qt::Key_Space);
+    EXPECT_TRUE(box("quickPictures").isChecked()) << "at first";
+    QTest::keyClick(&box("quickPictures"), Qt::Key_Space);
     QTest::keyClick(&box("crashReportingEnabled"), Qt::Key_Space);
 
     open();
@@ -46,6 +48,7 @@ TEST_F(PreferencesDialogTest, ChoicesHoldAtOnceAndAtTheNextStart) {
     EXPECT_EQ(list(0).currentIndex(), 1);
     EXPECT_EQ(list(1).currentIndex(), 1);
     EXPECT_TRUE(box("hardwareDecoding").isChecked());
+    EXPECT_FALSE(box("quickPictures").isChecked());
     EXPECT_TRUE(m_screen.defaults.boolean("crashReportingEnabled"));
     QTest::keyClick(&box("crashReportingEnabled"), Qt::Key_Space);
     EXPECT_FALSE(m_screen.defaults.boolean("crashReportingEnabled"));
