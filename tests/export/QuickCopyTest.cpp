@@ -26,7 +26,7 @@ protected:
     }
 
     QString makeClip(const char* encoding = "-c:v libx264 -g 50 -pix_fmt yuv420p",
-                     const char* picture = "testsrc2=s=640x1440:r=25:d=2") const {
+                     const char* picture = "testsrc2=s=320x180:r=25:d=2") const {
         return folder.make(QStringLiteral("GX010123.MP4"),
                            qPrintable(QStringLiteral("-f lavfi -i %1 %2")
                                           .arg(QString::fromLatin1(picture), QString::fromLatin1(encoding))));
@@ -56,14 +56,11 @@ nlohmann::json streamOf(const QString& path) {
 }
 
 TEST_F(QuickCopyTest, IsSmallWithKeyFramesCloseTogether) {
-    const QString copy = copyOf(makeClip());
-    const auto stream = streamOf(copy);
-    EXPECT_EQ(stream["width"], 640);
-    EXPECT_EQ(stream["height"], 1440) << "the shorter side has 720 lines at most";
-    const QString wide = copyOf(makeClip("-c:v libx264 -pix_fmt yuv420p", "testsrc2=s=2560x1440:r=25:d=1"));
-    EXPECT_EQ(streamOf(wide)["width"], 1280);
+    const QString copy = copyOf(makeClip("-c:v libx264 -pix_fmt yuv420p", "testsrc2=s=1000x1500:r=25:d=0.8"));
+    EXPECT_EQ(streamOf(copy)["width"], 720) << "the shorter side";
+    EXPECT_EQ(streamOf(copy)["height"], 1080);
     int sinceKeyFrame = 0;
-    for (const auto& packet : test::probePackets(wide)) {
+    for (const auto& packet : test::probePackets(copy)) {
         const bool isKeyFrame = packet["flags"].get<std::string>().starts_with('K');
         sinceKeyFrame = isKeyFrame ? 0 : sinceKeyFrame + 1;
         EXPECT_LT(sinceKeyFrame, 10);
@@ -77,6 +74,20 @@ TEST_F(QuickCopyTest, KeepsTimesOfAVariableRateThatBeginsLate) {
                  "testsrc2=s=320x180:r=25:d=1");
     ASSERT_NEAR(test::frameTimes(clip).front(), 0.7, 0.001);
     expectSameTimes(copyOf(clip), clip);
+}
+
+TEST_F(QuickCopyTest, TheFilesOfARecordingBecomeOneCopy) {
+    const QString first = makeClip("-c:v libx264 -pix_fmt yuv420p", "testsrc2=s=320x180:r=24:d=1");
+    const QString second = folder.path(QStringLiteral("GX020123.MP4"));
+    ASSERT_TRUE(QFile::copy(first, second));
+    const media::Recording recording(first, std::vector{first, second});
+    const auto copy = QuickCopy::find(recording, cache(), {}, always);
+    ASSERT_TRUE(copy);
+    const auto times = test::frameTimes(*copy);
+    ASSERT_EQ(times.size(), 48U);
+    for (std::size_t i = 0; i < times.size(); ++i)
+        EXPECT_NEAR(times[i], static_cast<double>(i) / 24, 2e-6);
+    EXPECT_NE(QuickCopy::keyOf(recording), QuickCopy::keyOf(first));
 }
 
 TEST_F(QuickCopyTest, KeepsTimesOfRealClips) {
@@ -147,7 +158,7 @@ TEST_F(QuickCopyTest, LeavesNothingWhenItIsCancelledOrThereIsNoSpace) {
     EXPECT_FALSE(QuickCopy::find(clip, cache(), cancelled, always));
     EXPECT_TRUE(isUnderWay);
     EXPECT_TRUE(cached().isEmpty()) << cached().join(u' ').toStdString();
-    for (const qint64 limit : {0, 20'000}) {
+    for (const qint64 limit : {0, 5'000}) {
         EXPECT_FALSE(QuickCopy::find(clip, cache(limit), {}, always));
         EXPECT_TRUE(cached().isEmpty()) << cached().join(u' ').toStdString();
     }
@@ -158,7 +169,7 @@ TEST_F(QuickCopyTest, TheCamerasOwnIsTakenWhenItHasTheSameFrames) {
     const QString coding =
         QStringLiteral("-c:v libx264 -pix_fmt yuv420p -color_primaries bt709 -color_trc bt709 "
                        "-colorspace bt709 -f mp4");
-    const QString clip = makeClip(qPrintable(coding), "testsrc2=s=1280x720:r=30000/1001:d=2");
+    const QString clip = makeClip(qPrintable(coding), "testsrc2=s=640x360:r=30000/1001:d=2");
     const auto record = [&](const char* name, const QString& arguments) {
         return folder.make(QString::fromLatin1(name),
                            qPrintable(QStringLiteral("-i %1 %2 %3").arg(clip, coding, arguments)));

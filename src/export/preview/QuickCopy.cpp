@@ -97,7 +97,7 @@ private:
 
 }
 
-double seekTime(const QString& video, const ExportControl& control) {
+double seekTime(const media::Recording& video, const ExportControl& control) {
     using Clock = std::chrono::steady_clock;
     auto reader = media::VideoReader::open(video);
     const double duration = reader.info().duration;
@@ -126,16 +126,17 @@ std::optional<QString> ofCamera(const QString& video) {
     return std::nullopt;
 }
 
-QString keyOf(const QString& video) {
-    const FileFingerprint source = FileFingerprint::of(video);
-    const QString text =
-        QStringList{QLatin1String(version), media::encodingLibraries(), QString::number(source.size),
-                    QString::number(source.modified), source.hash}
-            .join(u'|');
-    return QString::fromLatin1(QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha256).toHex());
+QString keyOf(const media::Recording& video) {
+    QStringList facts{QLatin1String(version), media::encodingLibraries()};
+    for (const QString& path : video.files()) {
+        const FileFingerprint file = FileFingerprint::of(path);
+        facts << QString::number(file.size) << QString::number(file.modified) << file.hash;
+    }
+    const QByteArray text = facts.join(u'|').toUtf8();
+    return QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex());
 }
 
-void make(const QString& video, const QString& path, const ExportControl& control) {
+void make(const media::Recording& video, const QString& path, const ExportControl& control) {
     auto reader = media::VideoReader::open(video);
     const double duration = reader.info().duration;
     const double rate = reader.track().frameRate.value();
@@ -155,7 +156,7 @@ void make(const QString& video, const QString& path, const ExportControl& contro
 
 namespace {
 
-std::optional<QString> makeKept(const QString& video, const SegmentCache& cache, const QString& key,
+std::optional<QString> makeKept(const media::Recording& video, const SegmentCache& cache, const QString& key,
                                 const ExportControl& control) {
     // One name for all: what a killed process left is removed by the next that makes any copy.
     const NewFile file(QDir(cache.folder()).filePath(QStringLiteral("quick.mp4")));
@@ -177,15 +178,16 @@ std::optional<QString> makeKept(const QString& video, const SegmentCache& cache,
 
 }
 
-std::optional<QString> find(const QString& video, const SegmentCache& cache, const ExportControl& control,
-                            double slow) {
+std::optional<QString> find(const media::Recording& video, const SegmentCache& cache,
+                            const ExportControl& control, double slow) {
     try {
         const QString key = keyOf(video);
         if (auto known = cache.find(key))
             return known;
         if (seekTime(video, control) < slow)
             return std::nullopt;
-        if (auto recorded = ofCamera(video); recorded && seekTime(*recorded, control) < slow)
+        const auto recorded = video.isSplit() ? std::nullopt : ofCamera(video.first());
+        if (recorded && seekTime(*recorded, control) < slow)
             return recorded;
         if (!cache.makeRoom(1))
             return std::nullopt;

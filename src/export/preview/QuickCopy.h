@@ -4,6 +4,7 @@
 
 #include "export/ExportJob.h"
 #include "export/segments/SegmentCache.h"
+#include "media/Recording.h"
 
 namespace pointloom {
 
@@ -14,24 +15,24 @@ constexpr double slowSeek = 0.06;
 
 /// The median time of a few exact seeks in the video on this machine, seconds. Throws MediaError and
 /// ExportCancelled.
-double seekTime(const QString& video, const ExportControl& control = {});
+double seekTime(const media::Recording& video, const ExportControl& control = {});
 
 /// The copy that the camera recorded beside the video, if it has the same frames at the same times, the same
 /// shape and the same colours.
 std::optional<QString> ofCamera(const QString& video);
 
 /// Names the video's copy in the cache. Throws ExportError when the video cannot be read.
-QString keyOf(const QString& video);
+QString keyOf(const media::Recording& video);
 
 /// Makes a copy at `path`: at most 720 lines, a key frame every few frames, HDR shown as the preview does,
 /// no sound. Throws MediaError and ExportCancelled.
-void make(const QString& video, const QString& path, const ExportControl& control);
+void make(const media::Recording& video, const QString& path, const ExportControl& control);
 
 /// The copy that the preview of a video should show: the cached one, the camera's or one that is made now and
 /// kept. Empty when the video needs none, since seeks in it take less than `slow` seconds, and when there is
 /// no space for one. Also when it fails, which is no fault of the video's. Takes as long as it takes.
-std::optional<QString> find(const QString& video, const SegmentCache& cache, const ExportControl& control,
-                            double slow = slowSeek);
+std::optional<QString> find(const media::Recording& video, const SegmentCache& cache,
+                            const ExportControl& control, double slow = slowSeek);
 
 }
 

@@ -117,7 +117,8 @@ void EditorPlayback::followPlayer() {
             state.videoHeight = m_player->size().height();
         }
         publishTime();
-        m_quickPictures.open(m_player->path()); // not before the first picture is shown
+        if (const auto recording = state.recording())
+            m_quickPictures.open(*recording); // not before the first picture is shown
         Q_EMIT loaded();
     });
     connect(player, &Player::failed, &m_quickPictures, &QuickPictures::close);

@@ -48,19 +48,19 @@ QuickPictures::~QuickPictures() {
     stop();
 }
 
-void QuickPictures::open(const QString& video) {
+void QuickPictures::open(const media::Recording& video) {
     m_video = video;
     if (m_isEnabled)
         start();
 }
 
 void QuickPictures::close() {
-    m_video.clear();
+    m_video.reset();
     stop();
 }
 
 void QuickPictures::setEnabled(bool enabled) {
-    if (std::exchange(m_isEnabled, enabled) == enabled || m_video.isEmpty())
+    if (std::exchange(m_isEnabled, enabled) == enabled || !m_video)
         return;
     if (enabled) {
         start();
@@ -74,7 +74,7 @@ void QuickPictures::start() {
     stop();
     m_pause = std::make_shared<Pause>();
     followExport();
-    const auto work = [this, video = m_video, cache = KeptSegments::cache(m_context.defaults),
+    const auto work = [this, video = *m_video, cache = KeptSegments::cache(m_context.defaults),
                        pause = m_pause](BackgroundWorker::Link link) {
         const ExportControl control{
             .isCancelled = [&] { return pause->wait(); },

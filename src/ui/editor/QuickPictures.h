@@ -19,7 +19,7 @@ public:
     ~QuickPictures() override;
 
     /// Begins with a video, in place of the one before. Nothing is done while this is switched off.
-    void open(const QString& video);
+    void open(const media::Recording& video);
     void close();
 
     void setEnabled(bool enabled);
@@ -41,7 +41,7 @@ private:
     void setProgress(std::optional<double> progress);
 
     UiContext m_context;
-    QString m_video; // empty while there is none
+    std::optional<media::Recording> m_video;
     bool m_isEnabled;
     std::optional<double> m_progress;
     std::shared_ptr<Pause> m_pause; // of the latest work
