@@ -137,15 +137,14 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
         event->acceptProposedAction();
 }
 
-// There is one session: the first of several files is opened.
+// There is one session: several videos are one recording, of other files the first is opened.
 void MainWindow::dropEvent(QDropEvent* event) {
     const QStringList files = filesIn(*event->mimeData());
     if (files.isEmpty())
         return;
     event->acceptProposedAction();
     // Not within the drop, which the file manager waits for.
-    QTimer::singleShot(0, m_content,
-                       [content = m_content, file = files.first()] { content->openFile(file); });
+    QTimer::singleShot(0, m_content, [content = m_content, files] { content->openFiles(files); });
 }
 
 }

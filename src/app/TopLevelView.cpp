@@ -57,8 +57,8 @@ TopLevelView::TopLevelView(const UiContext& context, LicenceManager& licence, Ex
             m_wizard->readSession();
     });
     connect(&m_documents, &DocumentCommands::opened, this, [this] {
-        if (const auto& url = m_context.state.videoURL.value())
-            describeVideo(url->toLocalFile());
+        if (const auto recording = m_context.state.recording())
+            describeVideo(*recording);
     });
     connect(&m_documents, &DocumentCommands::documentChanged, this, &TopLevelView::offerLastMatch);
     connect(&m_sample, &SampleMatch::ready, this,
@@ -198,14 +198,14 @@ void TopLevelView::openSample() {
 }
 
 void TopLevelView::chooseVideo() {
-    const auto path = m_context.dialogs.chooseFileToOpen(
+    const QStringList paths = m_context.dialogs.chooseFilesToOpen(
         this, m_context.text(L10nKey::selectVideoFile),
         {QStringLiteral("MP4, MOV, M4V (*.mp4 *.mov *.m4v *.MP4 *.MOV *.M4V)")});
-    if (path)
-        importVideo(*path);
+    if (!paths.isEmpty())
+        importVideo(paths);
 }
 
-void TopLevelView::importVideo(const QString& path) {
+void TopLevelView::importVideo(const QStringList& paths) {
     makeImport();
     connect(m_import.get(), &VideoImport::imported, this, [this] {
         AppState& state = m_context.state;
@@ -217,18 +217,18 @@ void TopLevelView::importVideo(const QString& path) {
         else if (state.step == Screen::video)
             m_wizard->takeFocus();
     });
-    m_import->start(path);
+    m_import->start(paths);
 }
 
 // Length and size of the video of a document.
-void TopLevelView::describeVideo(const QString& path) {
+void TopLevelView::describeVideo(const media::Recording& recording) {
     makeImport();
-    m_import->describe(path);
+    m_import->describe(recording);
 }
 
 // A later video or another document replaces one that is still being read.
 void TopLevelView::makeImport() {
-    m_import = std::make_unique<VideoImport>(m_context);
+    m_import = std::make_unique<VideoImport>(m_context, this);
     connect(m_import.get(), &VideoImport::failed, this, [this](const QString& message) {
         m_context.dialogs.alert(this, m_context.text(L10nKey::couldNotReadMetadata), message);
     });
@@ -236,6 +236,13 @@ void TopLevelView::makeImport() {
 
 bool TopLevelView::canOpen(const QString& path) {
     return isProject(path) || isVideo(path);
+}
+
+void TopLevelView::openFiles(const QStringList& paths) {
+    if (paths.size() > 1 && !QApplication::activeModalWidget() && std::ranges::all_of(paths, isVideo))
+        importVideo(paths);
+    else
+        openFile(paths.first());
 }
 
 void TopLevelView::openFile(const QString& path) {
@@ -246,7 +253,7 @@ void TopLevelView::openFile(const QString& path) {
     if (isProject(path))
         m_documents.openProjectFile(path);
     else if (isVideo(path))
-        importVideo(path);
+        importVideo({path});
     else
         m_context.dialogs.alert(
             this, m_context.text(L10nKey::cannotOpenTitle),

@@ -57,6 +57,9 @@ public:
     /// A project opens, a video imports, anything else is refused with a message. Where a dialog is open,
     /// waits for its end.
     void openFile(const QString& path);
+    /// The same for files that were dropped together: several videos are one recording, else the first
+    /// counts.
+    void openFiles(const QStringList& paths);
 
     /// True for names of projects and of videos.
     static bool canOpen(const QString& path);
@@ -76,8 +79,8 @@ private:
 
     void openSample();
     void chooseVideo();
-    void importVideo(const QString& path);
-    void describeVideo(const QString& path);
+    void importVideo(const QStringList& paths);
+    void describeVideo(const media::Recording& recording);
     void makeImport();
     void exportVideo();
     void askForCrashConsent();

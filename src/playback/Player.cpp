@@ -5,7 +5,10 @@
 #include <cmath>
 #include <filesystem>
 #include <mpv/client.h>
+#include <QCoreApplication>
 #include <QFile>
+#include <QPointer>
+#include <QThreadPool>
 #include <string_view>
 #include <utility>
 
@@ -43,11 +46,11 @@ QString absolutePath(const QString& path) {
 Player::Player(Sound sound, QObject* parent)
     : QObject(parent)
     , m_handle(startMpv(sound))
-    , m_watch([this](media::MediaFault fault) {
+    , m_watch([this](const QString& path, media::MediaFault fault) {
         const QString reason = fault == media::MediaFault::replaced
                                    ? QStringLiteral("was changed by another program")
                                    : QStringLiteral("was moved or deleted");
-        fail(QStringLiteral("“%1” can no longer be played: it %2.").arg(fileName(m_path), reason), fault);
+        fail(QStringLiteral("“%1” can no longer be played: it %2.").arg(fileName(path), reason), fault);
     })
     , m_copy(handle(), [this] { handleCopy(); }) {
     mpv_observe_property(handle(), noReply, "eof-reached", MPV_FORMAT_FLAG);
@@ -68,27 +71,68 @@ Player::~Player() {
     mpv_set_wakeup_callback(handle(), nullptr, nullptr);
 }
 
-void Player::load(const QString& path) {
+void Player::load(const media::Recording& recording) {
     closeFile();
-    m_path = absolutePath(path);
-    const std::optional<PlaybackFault> fault =
-        path.isEmpty() ? PlaybackFault{media::MediaFault::missing, QStringLiteral("no file is named")}
-                       : faultOfFile(m_path);
-    if (fault) {
-        // Queued: signals are emitted from the event loop only.
-        QMetaObject::invokeMethod(
-            this,
-            [this, fault = *fault, generation = m_generation] {
-                if (generation == m_generation)
-                    refuse(fault);
-            },
-            Qt::QueuedConnection);
+    std::vector<QString> files = recording.files();
+    std::ranges::transform(files, files.begin(), absolutePath);
+    m_recording = media::Recording(files.front(), files);
+    if (recording.first().isEmpty()) {
+        refuseSoon({media::MediaFault::missing, QStringLiteral("no file is named")});
         return;
+    }
+    for (const QString& path : files) {
+        if (auto fault = faultOfFile(path)) {
+            if (path != files.front())
+                fault->reason = fileName(path) + QStringLiteral(": ") + fault->reason;
+            refuseSoon(*fault);
+            return;
+        }
     }
     m_stage = Stage::waitingForRenderer;
     m_queue.begin(toFirstFrame);
+    findAddress();
     if (m_hasRenderer)
         open();
+}
+
+// Signals are emitted from the event loop only.
+void Player::refuseSoon(const PlaybackFault& fault) {
+    QMetaObject::invokeMethod(
+        this,
+        [this, fault, generation = m_generation] {
+            if (generation == m_generation)
+                refuse(fault);
+        },
+        Qt::QueuedConnection);
+}
+
+// Several files are measured on another thread, unless they were before.
+void Player::findAddress() {
+    m_address.clear();
+    if (!m_recording.isSplit()) {
+        m_address = QFile::encodeName(path());
+        return;
+    }
+    const auto measure = [player = QPointer(this), recording = m_recording, generation = m_generation] {
+        QByteArray address;
+        PlaybackFault fault;
+        try {
+            address = addressOf(media::layoutOf(recording));
+        } catch (const media::MediaError& error) {
+            fault = {error.fault(), QString::fromUtf8(error.what())};
+        }
+        const auto take = [player, generation, address, fault] {
+            if (!player || player->m_generation != generation)
+                return;
+            player->m_address = address;
+            if (address.isEmpty())
+                player->refuse(fault);
+            else if (player->m_hasRenderer)
+                player->open();
+        };
+        QMetaObject::invokeMethod(QCoreApplication::instance(), take, Qt::QueuedConnection);
+    };
+    QThreadPool::globalInstance()->start(measure);
 }
 
 void Player::unload() {
@@ -212,14 +256,19 @@ void Player::detachRenderer() {
 }
 
 void Player::open() {
+    if (m_address.isEmpty())
+        return;
     m_stage = Stage::opening;
     m_entry = 0;
     ++m_generation;
-    m_watch.start(m_path);
+    m_watch.start(m_recording);
     m_timeRequested = false;
     sendProperty(handle(), "vid", "auto");
     sendPause();
-    sendCommand(handle(), {"loadfile", QFile::encodeName(m_path), "replace"}, idOf(Request::load));
+    // A list of files needs another demuxer, which follows references; the files were found to be MP4 or MOV.
+    sendProperty(handle(), "demuxer", m_recording.isSplit() ? "" : "lavf");
+    sendProperty(handle(), "access-references", m_recording.isSplit());
+    sendCommand(handle(), {"loadfile", m_address, "replace"}, idOf(Request::load));
 }
 
 void Player::closeFile() {
@@ -249,7 +298,7 @@ void Player::closeFile() {
 }
 
 void Player::refuse(const PlaybackFault& fault) {
-    fail(QStringLiteral("“%1” cannot be opened: %2.").arg(fileName(m_path), fault.reason), fault.kind);
+    fail(QStringLiteral("“%1” cannot be opened: %2.").arg(fileName(path()), fault.reason), fault.kind);
 }
 
 void Player::fail(const QString& message, media::MediaFault fault) {

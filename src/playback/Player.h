@@ -1,4 +1,5 @@
-// The editor's playback: plays one MP4 or MOV file, seeks to exact frames and steps through them.
+// The editor's playback: plays one MP4 or MOV file, or several as one recording, seeks to exact frames and
+// steps through them.
 //
 // libmpv does the work on threads of its own. Nothing here waits for it: every call returns at once, and its
 // outcome arrives as a signal from the event loop of the main thread, to which the player belongs.
@@ -36,8 +37,8 @@ public:
     ~Player() override;
 
     /// Opens a file in place of the present one, showing its first frame; `fileLoaded` or `failed` follows.
-    /// `path` is taken as a file's name, never as an address. Waits for a view (PlayerView) to exist.
-    void load(const QString& path);
+    /// Paths are taken as files' names, never as addresses. Waits for a view (PlayerView) to exist.
+    void load(const media::Recording& recording);
     void unload();
 
     /// Shows the pictures of a small copy, which has the file's frames at the file's times, in place of the
@@ -48,7 +49,8 @@ public:
 
     /// True between `fileLoaded` and the next `load`, `unload` or `failed`.
     bool isLoaded() const { return m_announced; }
-    const QString& path() const { return m_path; }
+    const QString& path() const { return m_recording.first(); }
+    const media::Recording& recording() const { return m_recording; }
 
     /// Plays; at the end of the file from its beginning. Before `fileLoaded`, playback starts with that
     /// signal.
@@ -150,9 +152,11 @@ private:
     void attachRenderer();
     void detachRenderer();
 
+    void findAddress();
     void open();
     void closeFile();
     void refuse(const PlaybackFault& fault);
+    void refuseSoon(const PlaybackFault& fault);
     void fail(const QString& message, media::MediaFault fault);
 
     void sendPause();
@@ -192,7 +196,8 @@ private:
     QTimer m_seekTimeout; // for a seek whose end is not reported
 
     Stage m_stage = Stage::empty;
-    QString m_path;
+    media::Recording m_recording{QString()};
+    QByteArray m_address;                     // for libmpv; empty until the places of several files are known
     std::uint64_t m_generation = 0;           // of the file and seek that answers belong to
     std::int64_t m_entry = 0;                 // libmpv's number for our file, 0 before it is known
     std::int64_t m_startedEntry = 0;          // of the entry that it is playing

@@ -2,6 +2,7 @@
 
 #include "media/LightMapping.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <mpv/client.h>
 #include <QFile>
@@ -65,33 +66,57 @@ PlaybackFault faultOfPlayer(int error) {
     }
 }
 
-SourceWatch::SourceWatch(std::function<void(media::MediaFault)> lost)
+QByteArray addressOf(const media::RecordingLayout& layout) {
+    // libmpv drops frames outside of a file's range, and rounds: each range begins a little before its first
+    // frame, where the file's times allow that.
+    constexpr double margin = 0.0005; // seconds
+    constexpr int decimals = 9;
+    const auto firstTime = [&](std::size_t file) { return layout.beginOf(file) - layout.offsetOf(file); };
+    const auto marginOf = [&](std::size_t file) { return std::min(margin, firstTime(file)); };
+    QByteArray address = "edl://!no_chapters";
+    for (std::size_t i = 0; i < layout.files.size(); ++i) {
+        const bool isLast = i + 1 == layout.files.size();
+        const double begin = layout.beginOf(i) - marginOf(i);
+        const double end = isLast ? layout.duration : layout.beginOf(i + 1) - marginOf(i + 1);
+        const QByteArray path = QFile::encodeName(layout.files[i].path);
+        address += ";%" + QByteArray::number(path.size()) + '%' + path + ',' +
+                   QByteArray::number(firstTime(i) - marginOf(i), 'f', decimals) + ',' +
+                   QByteArray::number(end - begin, 'f', decimals);
+    }
+    return address;
+}
+
+SourceWatch::SourceWatch(std::function<void(const QString&, media::MediaFault)> lost)
     : m_lost(std::move(lost)) {
     QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_watcher, [this] { check(); });
 }
 
-void SourceWatch::start(const QString& path) {
+void SourceWatch::start(const media::Recording& recording) {
     stop();
-    m_path = path;
-    m_identity = identify(path);
-    m_watcher.addPath(path);
+    for (const QString& path : recording.files()) {
+        if (const auto identity = identify(path))
+            m_identities[path] = *identity;
+        m_watcher.addPath(path);
+    }
 }
 
 void SourceWatch::stop() {
     if (!m_watcher.files().isEmpty())
         m_watcher.removePaths(m_watcher.files());
-    m_identity.reset();
+    m_identities.clear();
 }
 
 void SourceWatch::check() {
-    if (!m_identity)
+    const auto identities = m_identities; // stopping forgets them
+    for (const auto& [path, identity] : identities) {
+        const std::optional<Identity> now = identify(path);
+        // A new date or new permissions change nothing that is played.
+        if (now == identity)
+            continue;
+        stop();
+        m_lost(path, now ? media::MediaFault::replaced : media::MediaFault::missing);
         return;
-    const std::optional<Identity> now = identify(m_path);
-    // A new date or new permissions change nothing that is played.
-    if (now == m_identity)
-        return;
-    stop();
-    m_lost(now ? media::MediaFault::replaced : media::MediaFault::missing);
+    }
 }
 
 std::optional<SourceWatch::Identity> SourceWatch::identify(const QString& path) {

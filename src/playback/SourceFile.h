@@ -1,10 +1,10 @@
 // The file that is played: why it cannot be, whether another program changes it, and what light it holds.
 #pragma once
 
-#include "media/FrameFormat.h"
-#include "media/MediaError.h"
+#include "media/Recording.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <QByteArray>
 #include <QFileSystemWatcher>
@@ -25,15 +25,19 @@ std::optional<PlaybackFault> faultOfFile(const QString& path);
 /// The fault of the file that libmpv was to open, from its error code.
 PlaybackFault faultOfPlayer(int error);
 
+/// The address under which libmpv plays the files of a split recording as one, at the times that they have in
+/// its layout.
+QByteArray addressOf(const media::RecordingLayout& layout);
+
 /// Notices that an open file was deleted, moved, replaced or changed in length.
 class SourceWatch {
 public:
-    /// `lost` is called once for a file, from the event loop: `missing` when it was deleted or moved,
-    /// `replaced` otherwise.
-    explicit SourceWatch(std::function<void(media::MediaFault)> lost);
+    /// `lost` is called once, from the event loop, with the path of the file: `missing` when it was deleted
+    /// or moved, `replaced` otherwise.
+    explicit SourceWatch(std::function<void(const QString&, media::MediaFault)> lost);
 
-    /// Watches the file at `path` from now on, and no other.
-    void start(const QString& path);
+    /// Watches the files of the recording from now on, and no others.
+    void start(const media::Recording& recording);
     void stop();
 
 private:
@@ -48,10 +52,9 @@ private:
     static std::optional<Identity> identify(const QString& path);
     void check();
 
-    std::function<void(media::MediaFault)> m_lost;
+    std::function<void(const QString&, media::MediaFault)> m_lost;
     QFileSystemWatcher m_watcher;
-    QString m_path;
-    std::optional<Identity> m_identity;
+    std::map<QString, Identity> m_identities;
 };
 
 /// Light or colours that a screen cannot show as they are: HDR, or a wide gamut.

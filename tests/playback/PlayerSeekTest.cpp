@@ -5,6 +5,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
+#include <QFile>
 #include <unistd.h>
 
 namespace pointloom::playback {
@@ -34,6 +35,39 @@ TEST_F(PlayerSeekTest, ExactSeeksLandOnEveryFrame) {
         EXPECT_NEAR(watched.player.time(), number * frame, 0.0005);
         EXPECT_TRUE(watched.showsFrame(number)) << number << " is " << watched.frameNumber();
     }
+}
+
+TEST_F(PlayerSeekTest, SeveralFilesArePlayedAsOne) {
+    const QString whole = makeNumberedClip(folder, QStringLiteral("whole.mp4"),
+                                           {.frames = 60,
+                                            .keyFrameEvery = 10,
+                                            .sound = true,
+                                            .more = {QStringLiteral("-bf"), QStringLiteral("2")}});
+    folder.make(QStringLiteral("of, the; match %%20 %d.mp4"),
+                {QStringLiteral("-i"), whole, QStringLiteral("-c"), QStringLiteral("copy"),
+                 QStringLiteral("-f"), QStringLiteral("segment"), QStringLiteral("-segment_times"),
+                 QStringLiteral("0.8,1.6"), QStringLiteral("-reset_timestamps"), QStringLiteral("1"),
+                 QStringLiteral("-avoid_negative_ts"), QStringLiteral("disabled"),
+                 QStringLiteral("-segment_format_options"), QStringLiteral("avoid_negative_ts=disabled")});
+    std::vector<QString> files;
+    for (const char number : {'0', '1', '2'})
+        files.push_back(folder.path(QStringLiteral("of, the; match %20 ") + QLatin1Char(number) +
+                                    QStringLiteral(".mp4")));
+    ASSERT_TRUE(watched.load({files.front(), files})) << watched.failures.value(0).toStdString();
+    EXPECT_NEAR(watched.player.duration(), 2.4, 0.03);
+    for (const int number : {20, 19, 39, 40, 41, 0, 59, 21}) {
+        ASSERT_TRUE(watched.seek(number * frame));
+        EXPECT_NEAR(watched.player.time(), number * frame, 0.0005);
+        EXPECT_TRUE(watched.showsFrame(number)) << number << " is " << watched.frameNumber();
+    }
+    ASSERT_TRUE(watched.seek(18 * frame));
+    for (int number = 19; number < 23; ++number) {
+        watched.player.stepForward();
+        EXPECT_TRUE(Watched::waitFor([&] { return watched.showsFrame(number); })) << number;
+    }
+    QFile::remove(files[2]);
+    EXPECT_TRUE(Watched::waitFor([&] { return !watched.failures.isEmpty(); }));
+    EXPECT_TRUE(watched.failures.value(0).contains(QStringLiteral("match %20 2.mp4")));
 }
 
 TEST_F(PlayerSeekTest, ExactSeeksTellFramesOfAHighRateApart) {

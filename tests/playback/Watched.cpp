@@ -41,10 +41,10 @@ void Watched::settle(int milliseconds) {
     waitFor([] { return false; }, milliseconds);
 }
 
-bool Watched::load(const QString& path) {
+bool Watched::load(const media::Recording& recording) {
     const int loadsBefore = loads;
     const qsizetype failuresBefore = failures.size();
-    player.load(path);
+    player.load(recording);
     waitFor([&] { return loads > loadsBefore || failures.size() > failuresBefore; });
     return loads > loadsBefore;
 }

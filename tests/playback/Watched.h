@@ -32,7 +32,7 @@ public:
     static void settle(int milliseconds = 100);
 
     /// Loads and waits for the outcome; true when the file was loaded.
-    bool load(const QString& path);
+    bool load(const media::Recording& recording);
 
     /// Seeks and waits until nothing is under way.
     bool seek(double seconds, Player::SeekMode mode = Player::SeekMode::exact);

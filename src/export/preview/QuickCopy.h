@@ -17,7 +17,7 @@ constexpr double slowSeek = 0.06;
 /// ExportCancelled.
 double seekTime(const media::Recording& video, const ExportControl& control = {});
 
-/// The copy that the camera recorded beside the video, if it has the same frames at the same times, the same
+/// The copy that the camera recorded beside a file, if it has the same frames at the same times, the same
 /// shape and the same colours.
 std::optional<QString> ofCamera(const QString& video);
 

@@ -132,6 +132,16 @@ std::optional<QString> DesktopDialogs::chooseFileToOpen(QWidget* parent, const Q
     return path;
 }
 
+QStringList DesktopDialogs::chooseFilesToOpen(QWidget* parent, const QString& title,
+                                              const QStringList& filters) {
+    const QString folder = firstFolder(m_session, m_defaults, filters.first());
+    const QStringList paths =
+        QFileDialog::getOpenFileNames(parent, title, folder, filters.join(QStringLiteral(";;")));
+    if (!paths.isEmpty())
+        rememberFolder(m_defaults, filters.first(), paths.first());
+    return paths;
+}
+
 std::optional<QString> DesktopDialogs::chooseFileToSave(QWidget* parent, const QString& title,
                                                         const QString& proposedName,
                                                         const QStringList& filters) {

@@ -27,6 +27,10 @@ public:
                                                     const QString& proposedName,
                                                     const QStringList& filters) = 0;
 
+    /// Several files of one folder; none when the user cancelled.
+    virtual QStringList chooseFilesToOpen(QWidget* parent, const QString& title,
+                                          const QStringList& filters) = 0;
+
     virtual void alert(QWidget* parent, const QString& title, const QString& message) = 0;
 
     /// True when the user chose `confirm`. Enter and Escape are `cancel`.
@@ -59,6 +63,7 @@ public:
                                             const QStringList& filters) override;
     std::optional<QString> chooseFileToSave(QWidget* parent, const QString& title,
                                             const QString& proposedName, const QStringList& filters) override;
+    QStringList chooseFilesToOpen(QWidget* parent, const QString& title, const QStringList& filters) override;
     void alert(QWidget* parent, const QString& title, const QString& message) override;
     bool confirm(QWidget* parent, const QString& title, const QString& message, const QString& confirm,
                  const QString& cancel) override;

@@ -5,52 +5,99 @@
 
 #include <cmath>
 #include <QFileInfo>
+#include <QPointer>
+#include <QWidget>
 
 namespace pointloom {
 
-VideoImport::VideoImport(const UiContext& context, QObject* parent)
-    : QObject(parent)
+VideoImport::VideoImport(const UiContext& context, QWidget* owner)
+    : QObject(owner)
     , m_context(context) {}
 
-void VideoImport::start(const QString& path) {
+void VideoImport::start(const QStringList& paths) {
+    cancel();
+    QStringList chosen;
+    for (const QString& path : paths)
+        chosen += QFileInfo(path).absoluteFilePath();
+    if (m_context.state.absentVideo.value()) {
+        if (const auto files = relinked(m_context.state.videoFiles.value(), chosen.front())) {
+            take({files->front(), files});
+            return;
+        }
+    }
+    const auto look = [chosen] {
+        const media::Recording recording =
+            chosen.size() == 1 ? media::recordingOf(chosen.front()) : media::inOrder(chosen);
+        return recording.isSplit() ? describeFiles(recording) : std::vector<RecordedFile>();
+    };
+    m_looking.start(
+        look, [this, path = chosen.front()](const std::vector<RecordedFile>& files) { decide(path, files); });
+}
+
+void VideoImport::decide(const QString& chosen, const std::vector<RecordedFile>& files) {
+    const QPointer<VideoImport> self(this); // may end while the question is open
+    auto* owner = qobject_cast<QWidget*>(parent());
+    const media::Recording recording =
+        askForRecording(m_context, owner == nullptr ? nullptr : owner->window(), files, chosen);
+    if (self)
+        take(recording);
+}
+
+void VideoImport::take(const media::Recording& recording) {
     m_isAgain = true;
-    read(path);
+    read(recording);
 }
 
-void VideoImport::describe(const QString& path) {
+void VideoImport::describe(const media::Recording& recording) {
     m_isAgain = false;
-    read(path);
+    read(recording);
 }
 
-void VideoImport::read(const QString& path) {
-    const QString absolutePath = QFileInfo(path).absoluteFilePath();
-    m_reading.start([absolutePath] { return open(absolutePath); },
-                    [this, absolutePath](const Outcome& outcome) { finish(absolutePath, outcome); });
+void VideoImport::cancel() {
+    m_looking.cancel();
+    m_reading.cancel();
+}
+
+void VideoImport::read(const media::Recording& recording) {
+    m_reading.start([recording] { return open(recording); },
+                    [this, recording](const Outcome& outcome) { finish(recording, outcome); });
 }
 
 // Opens the decoder too, since some files can be opened but not decoded.
-VideoImport::Outcome VideoImport::open(const QString& path) {
+VideoImport::Outcome VideoImport::open(const media::Recording& recording) {
+    Outcome outcome;
     try {
-        const auto reader = media::VideoReader::open(path);
-        return {true, reader.info().duration, reader.track().uprightSize(), {}, {}};
+        if (recording.isSplit()) {
+            for (const QString& path : recording.files()) {
+                outcome.file = path;
+                media::factsOf(path);
+            }
+        }
+        outcome.file = recording.first();
+        const auto reader = media::VideoReader::open(recording);
+        outcome.isReadable = true;
+        outcome.duration = reader.info().duration;
+        outcome.uprightSize = reader.track().uprightSize();
     } catch (const media::MediaError& error) {
-        return {false, 0, {}, error.fault(), QString::fromUtf8(error.what())};
+        outcome.fault = error.fault();
+        outcome.reason = QString::fromUtf8(error.what());
     } catch (const std::exception& error) {
-        return {false, 0, {}, media::MediaFault::other, QString::fromUtf8(error.what())};
+        outcome.reason = QString::fromUtf8(error.what());
     }
+    return outcome;
 }
 
-void VideoImport::finish(const QString& path, const Outcome& outcome) {
-    if (const auto message = complaint(path, outcome)) {
+void VideoImport::finish(const media::Recording& recording, const Outcome& outcome) {
+    if (const auto message = complaint(outcome)) {
         Q_EMIT failed(*message);
         return;
     }
-    takeIn(path, outcome);
+    takeIn(recording, outcome);
     Q_EMIT imported();
 }
 
-std::optional<QString> VideoImport::complaint(const QString& path, const Outcome& outcome) const {
-    const QString name = QFileInfo(path).fileName();
+std::optional<QString> VideoImport::complaint(const Outcome& outcome) const {
+    const QString name = QFileInfo(outcome.file).fileName();
     if (!outcome.isReadable)
         return faultText(outcome.fault, name, outcome.reason, m_context.state.language).lines();
     if (!std::isfinite(outcome.duration) || outcome.duration <= 0)
@@ -62,9 +109,9 @@ std::optional<QString> VideoImport::complaint(const QString& path, const Outcome
 
 // The URL is set last: its readers find length and size already set. A file that is imported again may be
 // another one by now: its readers open it again.
-void VideoImport::takeIn(const QString& path, const Outcome& outcome) {
+void VideoImport::takeIn(const media::Recording& recording, const Outcome& outcome) {
     AppState& state = m_context.state;
-    if (m_isAgain && state.videoURL.value() == QUrl::fromLocalFile(path))
+    if (m_isAgain && state.videoURL.value() == QUrl::fromLocalFile(recording.first()))
         state.videoURL = std::nullopt;
     state.isPlaying = false;
     state.currentTime = 0;
@@ -75,7 +122,7 @@ void VideoImport::takeIn(const QString& path, const Outcome& outcome) {
     state.videoDuration = outcome.duration;
     state.videoWidth = outcome.uprightSize.width();
     state.videoHeight = outcome.uprightSize.height();
-    state.videoURL = QUrl::fromLocalFile(path);
+    state.setVideo(recording);
 }
 
 }

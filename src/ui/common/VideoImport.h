@@ -1,8 +1,9 @@
-// Import of a video file into the session.
+// Import of a video, of one file or several, into the session.
 #pragma once
 
 #include "media/MediaError.h"
 #include "ui/common/BackgroundTask.h"
+#include "ui/common/RecordingOffer.h"
 #include "ui/common/UiContext.h"
 
 #include <QObject>
@@ -14,20 +15,27 @@ class VideoImport : public QObject {
     Q_OBJECT
 
 public:
-    explicit VideoImport(const UiContext& context, QObject* parent = nullptr);
+    /// Questions are asked over the window of `owner`.
+    explicit VideoImport(const UiContext& context, QWidget* owner = nullptr);
 
-    /// Reads the file on a worker thread. A later start cancels an earlier one without a signal. Success sets
-    /// the session's video with its length and upright size, puts the playhead at 0 and clears trims beyond
-    /// the new end; failure leaves the session as it was.
-    void start(const QString& path);
+    /// Reads files that were chosen on a worker thread: several, or one that others beside it continue, are
+    /// taken as one recording if the user says so. Where the session misses a file of its recording and
+    /// `paths` names it, the recording is put together again. A later start cancels an earlier one without a
+    /// signal. Success sets the session's video with its length and upright size, puts the playhead at 0 and
+    /// clears trims beyond the new end; failure leaves the session as it was.
+    void start(const QStringList& paths);
+    void start(const QString& path) { start(QStringList{path}); }
+
+    /// The same for files that are settled.
+    void take(const media::Recording& recording);
 
     /// The same for a video that a document has just put into the session: its readers do not open it again.
-    void describe(const QString& path);
+    void describe(const media::Recording& recording);
 
     /// Cancels without a signal.
-    void cancel() { m_reading.cancel(); }
+    void cancel();
 
-    bool isReading() const { return m_reading.isRunning(); }
+    bool isReading() const { return m_looking.isRunning() || m_reading.isRunning(); }
 
 Q_SIGNALS:
     void imported();
@@ -41,16 +49,19 @@ private:
         QSize uprightSize;
         media::MediaFault fault = media::MediaFault::other; // why it is unreadable
         QString reason;
+        QString file; // that `reason` is about
     };
 
-    void read(const QString& path);
-    static Outcome open(const QString& path);
-    void finish(const QString& path, const Outcome& outcome);
-    std::optional<QString> complaint(const QString& path, const Outcome& outcome) const;
-    void takeIn(const QString& path, const Outcome& outcome);
+    void decide(const QString& chosen, const std::vector<RecordedFile>& files);
+    void read(const media::Recording& recording);
+    static Outcome open(const media::Recording& recording);
+    void finish(const media::Recording& recording, const Outcome& outcome);
+    std::optional<QString> complaint(const Outcome& outcome) const;
+    void takeIn(const media::Recording& recording, const Outcome& outcome);
 
     UiContext m_context;
-    bool m_isAgain = false; // the file may be one that the session has
+    bool m_isAgain = false;                              // the file may be one that the session has
+    BackgroundTask<std::vector<RecordedFile>> m_looking; // for the files of the recording
     BackgroundTask<Outcome> m_reading;
 };
 

@@ -16,9 +16,9 @@ namespace {
 constexpr QSize largestStill{1600, 1600}; // pixels
 
 // The frame shown at `time`, upright and with square pixels. Null when it cannot be read.
-QImage readStill(const QString& path, double time) {
+QImage readStill(const media::Recording& recording, double time) {
     try {
-        auto reader = media::VideoReader::open(path);
+        auto reader = media::VideoReader::open(recording);
         reader.seek(time);
         const auto frame = reader.read();
         if (!frame)
@@ -39,9 +39,9 @@ VideoStill::VideoStill(QWidget* parent)
     connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
-void VideoStill::showStill(const QString& path, double time) {
+void VideoStill::showStill(const media::Recording& recording, double time) {
     clear();
-    m_reading.start([path, time] { return readStill(path, time); },
+    m_reading.start([recording, time] { return readStill(recording, time); },
                     [this](const QImage& picture) {
                         m_picture = picture;
                         updateGeometry();

@@ -1,10 +1,10 @@
 // A frame of a video, decoded in the background.
 #pragma once
 
+#include "media/Recording.h"
 #include "ui/common/BackgroundTask.h"
 
 #include <QImage>
-#include <QString>
 #include <QWidget>
 
 namespace pointloom {
@@ -18,7 +18,7 @@ public:
 
     /// The frame that is on screen at `time` (seconds). A later call, also of `clear`, replaces an earlier
     /// one.
-    void showStill(const QString& path, double time);
+    void showStill(const media::Recording& recording, double time);
     void clear();
 
     QSize sizeHint() const override;

@@ -65,7 +65,7 @@ void EditorPlayback::openVideo() {
     if (!startPlayer())
         return;
     m_player->pause();
-    m_player->load(url->toLocalFile());
+    m_player->load(*m_context.state.recording());
     if (const double time = m_context.state.currentTime; time > 0)
         m_player->seek(time);
 }

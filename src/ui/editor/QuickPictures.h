@@ -1,6 +1,7 @@
 // Finds or makes the small copy in which the preview seeks, in the background.
 #pragma once
 
+#include "media/Recording.h"
 #include "ui/common/BackgroundTask.h"
 #include "ui/common/UiContext.h"
 #include "ui/style/Bindings.h"

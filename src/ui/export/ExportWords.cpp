@@ -101,8 +101,10 @@ constexpr std::int64_t hardlyAnything = 4'000'000; // bytes; a disk with less fr
 
 std::optional<QString> faultOfOutput(const ExportJob& job, Language language) {
     const QFileInfo output(job.outputPath);
-    if (replacedInput(job.outputPath, {{job.videoPath, {}}})) // by a hard link, too
-        return t(language, L10nKey::exportReplacesVideo);
+    for (const QString& video : job.recording().files()) {
+        if (replacedInput(job.outputPath, {{video, {}}})) // by a hard link, too
+            return t(language, L10nKey::exportReplacesVideo);
+    }
     const QFileInfo folder(output.absolutePath());
     if (!folder.isDir())
         return format(t(language, L10nKey::exportFolderMissing), folder.filePath());
@@ -134,9 +136,10 @@ QString withoutPrefix(const QString& message) {
 }
 
 QString fault(const std::exception& error, const ExportJob& job, bool writes, Language language) {
-    const QFileInfo video(job.videoPath);
-    if (!video.exists())
-        return format(t(language, L10nKey::exportVideoMissing), video.fileName());
+    for (const QString& video : job.recording().files()) {
+        if (!QFileInfo::exists(video))
+            return format(t(language, L10nKey::exportVideoMissing), QFileInfo(video).fileName());
+    }
     if (const auto fault = writes ? faultOfOutput(job, language) : std::nullopt)
         return *fault;
     const QString reason = withoutPrefix(QString::fromUtf8(error.what()));

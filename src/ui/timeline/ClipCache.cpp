@@ -15,11 +15,15 @@ namespace {
 
 constexpr auto useMark = "used"; // a file whose time of change is that of the last use
 
-QString keyOf(const QFileInfo& clip) {
-    const QString state = QStringLiteral("%1|%2|%3")
-                              .arg(clip.absoluteFilePath())
-                              .arg(clip.size())
-                              .arg(clip.lastModified().toMSecsSinceEpoch());
+QString keyOf(const media::Recording& clip) {
+    QString state;
+    for (const QString& path : clip.files()) {
+        const QFileInfo file(path);
+        state += QStringLiteral("%1|%2|%3")
+                     .arg(file.absoluteFilePath())
+                     .arg(file.size())
+                     .arg(file.lastModified().toMSecsSinceEpoch());
+    }
     return QString::fromLatin1(
         QCryptographicHash::hash(state.toUtf8(), QCryptographicHash::Sha256).toHex().left(32));
 }
@@ -43,9 +47,8 @@ CachedClip measure(const QFileInfo& folder) {
 
 }
 
-ClipCache::ClipCache(const QString& root, const QString& clipPath, qint64 limit) {
-    const QFileInfo clip(clipPath);
-    if (!clip.isFile())
+ClipCache::ClipCache(const QString& root, const media::Recording& clip, qint64 limit) {
+    if (!QFileInfo(clip.first()).isFile())
         return;
     const QString folder = QDir(root).filePath(keyOf(clip));
     if (!QDir().mkpath(folder))

@@ -1,14 +1,16 @@
 // A disk cache of files made from clips.
 #pragma once
 
+#include "media/Recording.h"
+
 #include <optional>
 #include <QByteArray>
 #include <QString>
 
 namespace pointloom {
 
-/// A folder of small files for one version of a clip: its path, size and time of change. Failures are silent:
-/// every file can be made again. Each thread uses an object of its own.
+/// A folder of small files for one version of a clip: path, size and time of change of its files. Failures
+/// are silent: every file can be made again. Each thread uses an object of its own.
 class ClipCache {
 public:
     static constexpr qint64 largestCache = 256LL << 20; // bytes, all clips together
@@ -16,7 +18,7 @@ public:
 
     /// `root` contains the folders of all clips. Those used longest ago are removed when all take more than
     /// `limit` bytes.
-    ClipCache(const QString& root, const QString& clipPath, qint64 limit = largestCache);
+    ClipCache(const QString& root, const media::Recording& clip, qint64 limit = largestCache);
 
     /// In the user's cache folder.
     static QString standardRoot();

@@ -44,8 +44,8 @@ void writeCached(ClipCache& cache, std::int64_t slot, const QImage& image) {
 /// Decodes thumbnails of one clip.
 class ThumbnailDecoder {
 public:
-    explicit ThumbnailDecoder(QString path)
-        : m_path(std::move(path)) {}
+    explicit ThumbnailDecoder(media::Recording recording)
+        : m_recording(std::move(recording)) {}
 
     /// The key frame near `time` (seconds), upright, in square pixels, fitted into `largestImage`. Null when
     /// the file is gone or cannot be decoded there.
@@ -54,7 +54,7 @@ public:
             return {};
         try {
             if (!m_reader)
-                m_reader = media::VideoReader::open(m_path);
+                m_reader = media::VideoReader::open(m_recording);
         } catch (const std::exception&) {
             m_isUnreadable = true;
             return {};
@@ -81,7 +81,7 @@ private:
         return m_latest;
     }
 
-    QString m_path;
+    media::Recording m_recording;
     std::optional<media::VideoReader> m_reader; // opened when first needed
     bool m_isUnreadable = false;
     std::optional<double> m_latestTime; // of the frame in `m_latest`: neighbours often share a key frame
@@ -135,12 +135,12 @@ ThumbnailStore::~ThumbnailStore() {
     close();
 }
 
-void ThumbnailStore::open(const QString& path) {
+void ThumbnailStore::open(const media::Recording& recording) {
     close();
     m_queue = std::make_shared<Queue>();
-    const auto work = [this, path, root = m_cacheRoot, queue = m_queue](BackgroundWorker::Link link) {
-        ClipCache cache(root, path);
-        ThumbnailDecoder decoder(path);
+    const auto work = [this, recording, root = m_cacheRoot, queue = m_queue](BackgroundWorker::Link link) {
+        ClipCache cache(root, recording);
+        ThumbnailDecoder decoder(recording);
         while (const auto task = queue->next()) {
             const std::int64_t slot = task->slot;
             if (!task->isShown && cache.read(fileNameOf(slot), largestFile))

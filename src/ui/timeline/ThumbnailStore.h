@@ -1,6 +1,7 @@
 // The thumbnails of a clip, made in the background on request.
 #pragma once
 
+#include "media/Recording.h"
 #include "ui/common/BackgroundTask.h"
 
 #include <cstdint>
@@ -26,7 +27,7 @@ public:
     ~ThumbnailStore() override;
 
     /// Replaces the clip. Returns at once.
-    void open(const QString& path);
+    void open(const media::Recording& recording);
     void close();
 
     /// Null when it does not exist yet.

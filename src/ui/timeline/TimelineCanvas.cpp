@@ -1,6 +1,6 @@
 #include "ui/timeline/TimelineCanvas.h"
 
-#include "media/MediaInfo.h"
+#include "media/Recording.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/ThumbnailStrip.h"
@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <QFileInfo>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPaintEvent>
@@ -61,28 +62,38 @@ void TimelineCanvas::bind() {
 }
 
 void TimelineCanvas::takeClip() {
-    const auto url = m_context.state.videoURL.value();
-    const QString path = url ? url->toLocalFile() : QString();
+    const auto recording = m_context.state.recording();
     m_frameRateReading.cancel();
     m_wantedThumbnails.clear();
+    m_scene.seams.clear();
     m_scene.scale.fit();
-    if (path.isEmpty()) {
+    if (!recording) {
         m_thumbnails.close();
         m_waveform.close();
     } else {
-        m_thumbnails.open(path);
-        m_waveform.open(path);
-        const auto read = [path] {
-            try {
-                const auto info = media::readMediaInfo(path);
-                return info.video ? info.video->frameRate.value() : usualFrameRate;
-            } catch (const std::exception&) {
-                return usualFrameRate; // the import reports the error
-            }
-        };
-        m_frameRateReading.start(read, [this](double frameRate) { takeFrameRate(frameRate); });
+        m_thumbnails.open(*recording);
+        m_waveform.open(*recording);
+        m_frameRateReading.start([recording = *recording] { return readFacts(recording); },
+                                 [this](const ClipFacts& facts) {
+                                     m_scene.seams = facts.seams;
+                                     takeFrameRate(facts.frameRate);
+                                 });
     }
     takeFrameRate(usualFrameRate);
+}
+
+TimelineCanvas::ClipFacts TimelineCanvas::readFacts(const media::Recording& recording) {
+    ClipFacts facts{usualFrameRate, {}};
+    try {
+        if (const auto info = media::readMediaInfo(recording.first()); info.video)
+            facts.frameRate = info.video->frameRate.value();
+        const media::RecordingLayout layout = media::layoutOf(recording);
+        for (std::size_t file = 1; file < layout.files.size(); ++file)
+            facts.seams.push_back({layout.beginOf(file), QFileInfo(layout.files[file].path).fileName()});
+    } catch (const std::exception&) {
+        // the import reports the error
+    }
+    return facts;
 }
 
 void TimelineCanvas::takeFrameRate(double frameRate) {

@@ -93,7 +93,13 @@ private:
     TimelineScene m_scene;
     ThumbnailStore m_thumbnails;
     WaveformStore m_waveform;
-    BackgroundTask<double> m_frameRateReading;
+    struct ClipFacts {
+        double frameRate = 0;
+        std::vector<Seam> seams;
+    };
+    static ClipFacts readFacts(const media::Recording& recording);
+
+    BackgroundTask<ClipFacts> m_frameRateReading;
     std::vector<std::int64_t> m_wantedThumbnails;
 
     QPixmap m_layer; // everything that does not move while playing

@@ -1,6 +1,7 @@
 // Mouse, wheel and keys on the timeline's rows.
 #include "ui/timeline/TimelineCanvas.h"
 
+#include "ui/common/TimeCode.h"
 #include "ui/style/Controls.h"
 #include "ui/timeline/TimelineMenu.h"
 #include "ui/timeline/TimelineToolTip.h"
@@ -76,8 +77,10 @@ bool TimelineCanvas::event(QEvent* event) {
     }
     if (event->type() == QEvent::ToolTip && !m_drag.isDragging()) {
         const auto* help = static_cast<QHelpEvent*>(event);
-        QToolTip::showText(help->globalPos(), timelineToolTip(m_context, m_scene, m_scene.hitAt(help->pos())),
-                           this);
+        QString text = timelineToolTip(m_context, m_scene, m_scene.hitAt(help->pos()));
+        if (const Seam* seam = m_scene.seamAt(help->pos()); seam && text.isEmpty())
+            text = plainToolTip({seam->file, shortTime(seam->time, true)});
+        QToolTip::showText(help->globalPos(), text, this);
         return true;
     }
     if (event->type() == QEvent::ShortcutOverride && m_drag.isPressed() &&

@@ -361,6 +361,15 @@ void paintTrim(QPainter& painter, const TimelineScene& scene, const Look& look) 
     painter.restore();
 }
 
+void paintSeams(QPainter& painter, const TimelineScene& scene, const Look& look) {
+    const QRectF clip = scene.rows.clip();
+    for (const Seam& seam : scene.seams) {
+        const double x = scene.scale.x(seam.time);
+        paintVerticalLine(painter, x - 1, clip.top(), clip.bottom(), tokens().window, look.devicePixelRatio);
+        paintVerticalLine(painter, x, clip.top(), clip.bottom(), tokens().quietText, look.devicePixelRatio);
+    }
+}
+
 void paintTrimHandles(QPainter& painter, const TimelineScene& scene, const Look& look) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -389,6 +398,7 @@ void paintRows(QPainter& painter, const TimelineScene& scene, ThumbnailStore& th
     paintRuler(painter, scene, look);
     paintThumbnails(painter, scene, thumbnails);
     paintWaveform(painter, scene, sound, look);
+    paintSeams(painter, scene, look);
     paintTrim(painter, scene, look);
     paintCuts(painter, scene, words, look);
     paintFlags(painter, scene, look);

@@ -133,6 +133,13 @@ TimelineHit TimelineScene::hitAt(QPointF point) const {
     return {TimelineHit::Kind::time, {}};
 }
 
+const Seam* TimelineScene::seamAt(QPointF point) const {
+    const auto found = std::ranges::find_if(seams, [&](const Seam& seam) {
+        return std::abs(scale.x(seam.time) - point.x()) <= reachOfPole && rows.clip().contains(point);
+    });
+    return found == seams.end() ? nullptr : &*found;
+}
+
 TimelineHit TimelineScene::selectedItem() const {
     if (selectedMarker)
         return {TimelineHit::Kind::marker, *selectedMarker};

@@ -43,6 +43,12 @@ struct TimelineHit {
     bool operator==(const TimelineHit&) const = default;
 };
 
+/// Where a further file of a split recording begins.
+struct Seam {
+    double time = 0; // seconds
+    QString file;    // its name
+};
+
 struct TimelineScene {
     static constexpr double handleWidth = 9; // points, outside the range that the handle bounds
 
@@ -58,6 +64,7 @@ struct TimelineScene {
     std::vector<CutZone> cuts;
     bool leavesCutsOut = false;
     std::vector<TimeSpan> parts; // that are exported
+    std::vector<Seam> seams;
     std::optional<QUuid> selectedCut;
     TimelineHit hover;
 
@@ -79,6 +86,9 @@ struct TimelineScene {
     QRectF boxOf(const CutZone& cut) const;
 
     TimelineHit hitAt(QPointF point) const;
+
+    /// The seam under the pointer; null when there is none.
+    const Seam* seamAt(QPointF point) const;
 
     /// The marker or the cut that is selected, else a time.
     TimelineHit selectedItem() const;

@@ -68,9 +68,9 @@ std::optional<std::vector<media::LoudMoment>> momentsFrom(const QByteArray& byte
 /// Reads the sound of one clip on a worker, from the cache where it is known.
 class SoundReading {
 public:
-    SoundReading(const QString& cacheRoot, QString path)
-        : m_path(std::move(path))
-        , m_cache(cacheRoot, m_path) {}
+    SoundReading(const QString& cacheRoot, media::Recording recording)
+        : m_recording(std::move(recording))
+        , m_cache(cacheRoot, m_recording) {}
 
     void run(const BackgroundWorker::Link& link, const std::function<void(SoundPiece)>& tell) {
         const auto peaks = m_cache.read(QLatin1String(peaksName), largestWaveform);
@@ -78,7 +78,7 @@ public:
         const auto moments = bytes ? momentsFrom(*bytes) : std::nullopt;
         if (peaks && moments)
             return tell({*peaks, *moments});
-        auto reader = media::AudioReader::open(m_path, 0, std::nullopt);
+        auto reader = media::AudioReader::open(m_recording, 0, std::nullopt);
         if (!reader)
             return;
         QElapsedTimer sinceTold;
@@ -111,7 +111,7 @@ private:
         return std::exchange(m_new, {});
     }
 
-    QString m_path;
+    media::Recording m_recording;
     ClipCache m_cache;
     PeakCounter m_peaks;
     media::LoudMomentFinder m_moments;
@@ -175,12 +175,12 @@ std::uint8_t WaveformPyramid::loudest(double from, double to) const {
 WaveformStore::WaveformStore(const QString& cacheRoot)
     : m_cacheRoot(cacheRoot) {}
 
-void WaveformStore::open(const QString& path) {
+void WaveformStore::open(const media::Recording& recording) {
     close();
     m_hasSound = true;
-    const auto work = [this, path, root = m_cacheRoot](BackgroundWorker::Link link) {
+    const auto work = [this, recording, root = m_cacheRoot](BackgroundWorker::Link link) {
         try {
-            SoundReading(root, path).run(link, [&](const SoundPiece& piece) {
+            SoundReading(root, recording).run(link, [&](const SoundPiece& piece) {
                 link.post([this, piece] { take(piece); });
             });
         } catch (const std::exception&) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "media/LoudMoments.h"
+#include "media/Recording.h"
 #include "ui/common/BackgroundTask.h"
 
 #include <array>
@@ -53,7 +54,7 @@ public:
     explicit WaveformStore(const QString& cacheRoot);
 
     /// Replaces the clip. Returns at once; peaks and moments are added while they are read.
-    void open(const QString& path);
+    void open(const media::Recording& recording);
     void close();
 
     const WaveformPyramid& peaks() const { return m_peaks; }

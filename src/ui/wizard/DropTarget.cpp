@@ -11,12 +11,13 @@
 
 namespace pointloom {
 
-QString droppedFile(const QMimeData* data) {
+QStringList droppedFiles(const QMimeData* data) {
+    QStringList paths;
     for (const QUrl& url : data->urls()) {
         if (url.isLocalFile())
-            return url.toLocalFile();
+            paths += url.toLocalFile();
     }
-    return {};
+    return paths;
 }
 
 DropTarget::DropTarget(QWidget* parent)

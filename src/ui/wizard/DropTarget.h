@@ -7,8 +7,8 @@ class QMimeData;
 
 namespace pointloom {
 
-/// The first local file of a drag; empty when it has none.
-QString droppedFile(const QMimeData* data);
+/// The local files of a drag.
+QStringList droppedFiles(const QMimeData* data);
 
 class DropTarget final : public QAbstractButton {
     Q_OBJECT

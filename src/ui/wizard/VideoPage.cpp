@@ -6,6 +6,7 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 #include "ui/wizard/DropTarget.h"
+#include "ui/wizard/RecordingList.h"
 
 #include <QDragEnterEvent>
 #include <QFileInfo>
@@ -18,15 +19,18 @@ namespace pointloom {
 
 namespace {
 
-QString sizeText(const QString& path, Language language) {
-    return localeOf(language).formattedDataSize(QFileInfo(path).size(), 1, QLocale::DataSizeSIFormat);
+QString sizeText(const media::Recording& recording, Language language) {
+    qint64 bytes = 0;
+    for (const QString& path : recording.files())
+        bytes += QFileInfo(path).size();
+    return localeOf(language).formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
 }
 
 }
 
 VideoPage::VideoPage(const UiContext& context, WizardFlow& flow, QWidget* parent)
     : WizardPage(context, flow, L10nKey::importVideo, L10nKey::importVideoSubtitle, parent)
-    , m_import(context)
+    , m_import(context, this)
     , m_states(new QStackedWidget(this))
     , m_target(new DropTarget(this)) {
     setAcceptDrops(true);
@@ -91,21 +95,25 @@ QWidget* VideoPage::makeVideoCard() {
     column->setSpacing(Space::m);
     column->addWidget(m_poster, 1);
     column->addLayout(below);
+    m_files = new RecordingList(m_context, card);
+    connect(m_files, &RecordingList::chosen, &m_import, &VideoImport::take);
+    column->addWidget(m_files);
     return card;
 }
 
 void VideoPage::browse() {
     const QString filter =
         m_context.text(L10nKey::videoFiles) + QStringLiteral(" (*.mp4 *.mov *.m4v *.MP4 *.MOV *.M4V)");
-    if (const auto path =
-            m_context.dialogs.chooseFileToOpen(window(), m_context.text(L10nKey::selectVideoFile), {filter}))
-        import(*path);
+    const QStringList paths =
+        m_context.dialogs.chooseFilesToOpen(window(), m_context.text(L10nKey::selectVideoFile), {filter});
+    if (!paths.isEmpty())
+        import(paths);
 }
 
-void VideoPage::import(const QString& path) {
+void VideoPage::import(const QStringList& paths) {
     showError({});
-    m_import.start(path);
-    m_reading = QFileInfo(path).fileName();
+    m_import.start(paths);
+    m_reading = QFileInfo(paths.front()).fileName();
     showTexts();
 }
 
@@ -122,7 +130,7 @@ void VideoPage::showVideo() {
     m_states->setCurrentWidget(url ? m_card : m_target);
     if (url) {
         constexpr double posterPlace = 0.1; // of the length: the first frames often show nothing
-        m_poster->showStill(url->toLocalFile(), m_context.state.videoDuration * posterPlace);
+        m_poster->showStill(*m_context.state.recording(), m_context.state.videoDuration * posterPlace);
     } else {
         m_poster->clear();
     }
@@ -158,10 +166,13 @@ void VideoPage::showFacts() {
     const auto& url = state.videoURL.value();
     if (!url)
         return;
-    const QString path = url->toLocalFile();
-    m_name->setText(url->fileName());
-    m_name->setToolTip(path);
-    m_facts->setText(QStringList{shortTime(state.videoDuration), sizeText(path, state.language),
+    const media::Recording recording = *state.recording();
+    const auto further = static_cast<qint64>(recording.files().size()) - 1;
+    m_name->setText(further == 0
+                        ? url->fileName()
+                        : format(format(m_context.text(L10nKey::recordingFiles), further), url->fileName()));
+    m_name->setToolTip(recording.first());
+    m_facts->setText(QStringList{shortTime(state.videoDuration), sizeText(recording, state.language),
                                  QStringLiteral("%1 × %2").arg(state.videoWidth).arg(state.videoHeight)}
                          .join(QStringLiteral("   ·   ")));
 }
@@ -182,7 +193,7 @@ void VideoPage::takeFocus() {
 }
 
 void VideoPage::dragEnterEvent(QDragEnterEvent* event) {
-    if (droppedFile(event->mimeData()).isEmpty())
+    if (droppedFiles(event->mimeData()).isEmpty())
         return;
     event->acceptProposedAction();
     m_target->setHighlighted(true);
@@ -195,7 +206,7 @@ void VideoPage::dragLeaveEvent(QDragLeaveEvent*) {
 void VideoPage::dropEvent(QDropEvent* event) {
     m_target->setHighlighted(false);
     event->acceptProposedAction();
-    import(droppedFile(event->mimeData()));
+    import(droppedFiles(event->mimeData()));
 }
 
 }

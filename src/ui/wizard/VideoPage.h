@@ -11,6 +11,7 @@ class QStackedWidget;
 namespace pointloom {
 
 class DropTarget;
+class RecordingList;
 class VideoStill;
 
 class VideoPage final : public WizardPage {
@@ -31,7 +32,7 @@ protected:
 private:
     QWidget* makeVideoCard();
     void browse();
-    void import(const QString& path);
+    void import(const QStringList& paths);
     void showVideo();
     void showAbsentVideo();
     void showFacts();
@@ -49,6 +50,7 @@ private:
     VideoStill* m_poster = nullptr;
     QLabel* m_name = nullptr;
     QLabel* m_facts = nullptr;
+    RecordingList* m_files = nullptr;
     QLabel* m_error = nullptr;
     QPushButton* m_change = nullptr;
 };

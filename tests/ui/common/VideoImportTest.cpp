@@ -96,4 +96,51 @@ TEST_F(VideoImportTest, FailuresNameFileAndReasonAndLeaveTheSessionAlone) {
     EXPECT_EQ(screen.state.videoWidth, 64);
 }
 
+TEST_F(VideoImportTest, FilesThatContinueEachOtherAreTakenTogetherWhenTheUserSaysSo) {
+    const QString first = clip(QStringLiteral("GX010042.MP4"), "160x90", 2);
+    const QString second = clip(QStringLiteral("GX020042.MP4"), "160x90", 1);
+    screen.dialogs.confirms = false;
+    import.start(second);
+    ASSERT_TRUE(imported.wait(patience));
+    ASSERT_EQ(screen.dialogs.shown.size(), 2);
+    EXPECT_EQ(screen.dialogs.shown[0], QStringLiteral("Take 2 files as one match?"));
+    EXPECT_TRUE(screen.dialogs.shown[1].contains(QStringLiteral("GX010042.MP4   ·   0:02")));
+    EXPECT_EQ(screen.dialogs.buttons,
+              (QStringList{QStringLiteral("Only GX020042.MP4"), QStringLiteral("Take Together")}));
+    EXPECT_EQ(screen.state.recording()->files(), (std::vector{first, second}));
+    EXPECT_NEAR(screen.state.videoDuration, 3, 0.05);
+
+    screen.dialogs.confirms = true;
+    import.start(second);
+    ASSERT_TRUE(imported.wait(patience));
+    EXPECT_EQ(screen.state.recording(), media::Recording(second));
+}
+
+TEST_F(VideoImportTest, OfFilesChosenTogetherThoseThatFitAreTakenAndTheOthersExplained) {
+    const QString wide = clip(QStringLiteral("a.mp4"), "160x90", 1);
+    const QString square = clip(QStringLiteral("b.mp4"), "64x64", 1);
+    const QString large = clip(QStringLiteral("c.mp4"), "320x180", 1);
+    const QString broken = clips.write(QStringLiteral("d.mp4"), "not a video");
+    screen.dialogs.confirms = false;
+    import.start(QStringList{wide, square, large, broken});
+    ASSERT_TRUE(imported.wait(patience));
+    const QStringList lines = screen.dialogs.shown.last().split(u'\n');
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_TRUE(lines[1].contains(QStringLiteral("does not fit the others: another shape of picture")));
+    EXPECT_TRUE(lines[2].contains(QStringLiteral("unlike a.mp4: 320 × 180")));
+    EXPECT_TRUE(lines[3].contains(QStringLiteral("d.mp4 is not an MP4 or MOV video")));
+    EXPECT_EQ(screen.state.recording()->files(), (std::vector{wide, large}));
+}
+
+TEST_F(VideoImportTest, ARecordingThatMissesAFileIsPutTogetherAgain) {
+    const QString first = clip(QStringLiteral("one.mp4"), "64x64", 1);
+    const QString second = clip(QStringLiteral("two.mp4"), "64x64", 1);
+    screen.state.videoFiles = {first, QStringLiteral("/gone/two.mp4")};
+    screen.state.absentVideo = QStringLiteral("/gone/two.mp4");
+    import.start(second);
+    ASSERT_TRUE(imported.wait(patience));
+    EXPECT_EQ(screen.state.recording()->files(), (std::vector{first, second}));
+    EXPECT_TRUE(screen.dialogs.shown.isEmpty());
+}
+
 }

@@ -36,6 +36,10 @@ public:
         filters = given;
         return fileToSave;
     }
+    QStringList chooseFilesToOpen(QWidget* parent, const QString& title, const QStringList& given) override {
+        const auto path = chooseFileToOpen(parent, title, given);
+        return path ? QStringList{*path} : QStringList();
+    }
     void alert(QWidget*, const QString& title, const QString& message) override { shown << title << message; }
     bool confirm(QWidget*, const QString& title, const QString& message, const QString& accept,
                  const QString& refuse) override {
