@@ -116,6 +116,9 @@ void paintWaveform(QPainter& painter, const TimelineScene& scene, const Waveform
     std::vector<QRectF> bars;
     std::vector<QRectF> loudBars;
     bars.reserve(static_cast<std::size_t>(row.width() / bar) + 1);
+    // Where a bar is longer than a pause, nearly every one would have a moment.
+    constexpr double longestBar = 4; // seconds
+    const bool showsMoments = bar <= longestBar * scene.scale.pointsPerSecond();
     auto moment =
         std::ranges::upper_bound(sound.moments(), scene.scale.time(row.left()), {}, &media::LoudMoment::end);
     const double end = static_cast<double>(peaks.size()) / WaveformPyramid::peaksPerSecond;
@@ -131,7 +134,8 @@ void paintWaveform(QPainter& painter, const TimelineScene& scene, const Waveform
         const double height = std::max(0.5, level * half);
         while (moment != sound.moments().end() && moment->end <= time)
             ++moment;
-        const bool isLoud = moment != sound.moments().end() && moment->start < scene.scale.time(x + bar);
+        const bool isLoud =
+            showsMoments && moment != sound.moments().end() && moment->start < scene.scale.time(x + bar);
         (isLoud ? loudBars : bars).emplace_back(x, middle - height, bar, 2 * height);
     }
     painter.save();
@@ -141,7 +145,8 @@ void paintWaveform(QPainter& painter, const TimelineScene& scene, const Waveform
     painter.drawRects(bars.data(), static_cast<int>(bars.size()));
     painter.setBrush(mixed(colors.accent, colors.surface, 0.25F));
     painter.drawRects(loudBars.data(), static_cast<int>(loudBars.size()));
-    paintRallyEnds(painter, scene, sound.rallyEnds(), row);
+    if (showsMoments)
+        paintRallyEnds(painter, scene, sound.rallyEnds(), row);
     painter.restore();
 }
 
