@@ -14,8 +14,9 @@ main() {
     local target=${1-} seconds=${2:-300} inputs=${3:-1000000000} largest
     case $target in
     media) largest=16384 ;;
-    document | legacy | plan | settings) largest=4096 ;;
-    csv | info | licence-answer | licence-file) largest=2048 ;;
+    document | legacy | settings) largest=4096 ;;
+    info | licence-answer | licence-file | plan) largest=2048 ;;
+    csv) largest=1024 ;;
     dsn) largest=256 ;;
     *) fail "usage: scripts/fuzz.sh TARGET [SECONDS [INPUTS]]; targets: csv document dsn info legacy" \
         "licence-answer licence-file media plan settings" ;;

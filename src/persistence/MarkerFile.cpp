@@ -100,6 +100,8 @@ MarkerFile decodeLines(const QString& text, const QString& path, const MatchStar
     PointList points;
     if (table.markers.empty()) {
         for (const QChar separator : separators) {
+            if (separator != u',' && !text.contains(separator))
+                continue; // one field a line, as with the comma
             CSVParser::Table other = CSVParser::parseTable(text, separator);
             if (other.markers.size() > table.markers.size())
                 table = std::move(other);
