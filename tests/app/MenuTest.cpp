@@ -44,9 +44,9 @@ TEST_F(MenuTest, CommandsStandWherePeopleLookForThem) {
     EXPECT_EQ(titlesIn(QStringLiteral("&View")).join(u'|').toStdString(),
               "Zoom In\tCtrl++|Zoom Out\tCtrl+-|Show the Whole Clip\tCtrl+0|-|Preview Frame");
     EXPECT_EQ(titlesIn(QStringLiteral("&Playback")).join(u'|').toStdString(),
-              "Play/Pause\tSpace|Play Faster\tL|Back 5 Seconds\tJ|Play Only What Stays\tP|-|Go to "
-              "Time…\tG|Go to Start\tHome|"
-              "Go to End\tEnd|-|One Frame Back\t←|One Frame Forward\t→|Previous Marker\t↑|Next Marker\t↓");
+              "Play/Pause\tSpace|Play Faster\tL|Back 5 Seconds\tJ|Play Only What Stays\tP|-|"
+              "Go to Time…\tG|Go to Start\tHome|Go to End\tEnd|-|One Frame Back\t←|One Frame Forward\t→|"
+              "Previous Marker\t↑|Next Marker\t↓|Previous Rally's End\tB|Next Rally's End\tN");
     EXPECT_EQ(titlesIn(QStringLiteral("&Help")).join(u'|').toStdString(),
               "Help…|Open Sample Match|Download Sample CSV…|-|What’s New…|About Pointloom|Licence…");
 }

@@ -108,7 +108,9 @@ TEST_F(QueueDialogTest, CancelsTriesAgainAndRemoves) {
     ASSERT_TRUE(becomes(dialog, {QStringLiteral("Ana: Finished")}));
     test::click(dialog, "removeEnded");
     ASSERT_TRUE(becomes(dialog, {}));
-    EXPECT_EQ(named<QLabel>(dialog, "summary")->text(), QStringLiteral("What you export is listed here."));
+    EXPECT_TRUE(named<QLabel>(dialog, "summary")
+                    ->text()
+                    .startsWith(QStringLiteral("What you export is listed here.")));
 }
 
 TEST_F(QueueDialogTest, PausesAndGoesOnInEveryLanguage) {
