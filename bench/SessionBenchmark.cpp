@@ -128,7 +128,8 @@ void resolveScore(benchmark::State& run) {
     double time = 0;
     for ([[maybe_unused]] const auto step : run) {
         time = time > 5000 ? 0 : time + 0.04;
-        benchmark::DoNotOptimize(ScoringEngine::resolveScoreAtTime(markers, time));
+        auto score = ScoringEngine::resolveScoreAtTime(markers, time);
+        benchmark::DoNotOptimize(score);
     }
 }
 BENCHMARK(resolveScore)->Arg(1000)->Unit(benchmark::kMicrosecond);
@@ -140,7 +141,8 @@ void movePlayhead(benchmark::State& run) {
     for ([[maybe_unused]] const auto step : run) {
         time = time > 5000 ? 0 : time + 0.04;
         state.currentTime = time;
-        benchmark::DoNotOptimize(state.liveScore());
+        auto score = state.liveScore();
+        benchmark::DoNotOptimize(score);
     }
 }
 BENCHMARK(movePlayhead)->Arg(1000)->Unit(benchmark::kMicrosecond);

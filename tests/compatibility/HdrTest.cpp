@@ -101,7 +101,7 @@ TEST(Stills, ShowTheColoursOfTheExport) {
     for (const char* name :
          {"Plain", "Bt601Full", "Bt709Full", "Mirrored", "WidePixels", "TopFieldFirst", "Hlg", "Pq"}) {
         const ClipFolder folder;
-        const Source& source = sourceNamed(name);
+        const Source source = sourceNamed(name);
         const ExportJob job = OverlayReference::job(folder, make(source, folder), ExportFormat::h264);
         ExportManager::exportVideo(job);
         const DecodedClip clip(job.outputPath);

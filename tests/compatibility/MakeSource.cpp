@@ -87,21 +87,6 @@ QString copyAgain(const Source& source, const ClipFolder& folder, const QString&
                            words(parts.at(1).toStdString()));
 }
 
-/// Writes the matrix into the first track's header (ISO/IEC 14496-12, 8.3.2), whose place does not matter to
-/// our readers, as most cameras leave it.
-QString withTurn(const Turn& turn, const ClipFolder& folder, const QString& path, const QString& name) {
-    constexpr qsizetype matrixAfterType = 44; // bytes, in version 0
-    constexpr qint32 one = 1 << 16;
-    QByteArray bytes = readFile(path);
-    const qsizetype header = bytes.indexOf("tkhd");
-    if (header < 0 || header + matrixAfterType + 36 > bytes.size())
-        throw std::runtime_error("no track header in " + path.toStdString());
-    constexpr std::array<qsizetype, 4> places = {0, 4, 12, 16};
-    for (std::size_t i = 0; i < turn.size(); ++i)
-        qToBigEndian<qint32>(turn[i] * one, bytes.data() + header + matrixAfterType + places[i]);
-    return folder.write(QStringLiteral("turned-") + name, bytes);
-}
-
 }
 
 double trimStart(const Source& source) {
@@ -114,7 +99,7 @@ QString make(const Source& source, const ClipFolder& folder) {
     if (!source.secondPass.empty())
         path = copyAgain(source, folder, path);
     if (source.turn != upright)
-        path = withTurn(source.turn, folder, path, name);
+        path = makeTurned(source.turn, folder, path, QStringLiteral("turned-") + name);
     return path;
 }
 

@@ -20,10 +20,6 @@ struct SourceColor {
     bool isHdr() const { return transfer == "smpte2084" || transfer == "arib-std-b67"; }
 };
 
-/// The linear part of a display matrix, row by row: (a, b, c, d) shows (x, y) at (ax + cy, bx + dy).
-using Turn = std::array<int, 4>;
-constexpr Turn upright = {1, 0, 0, 1};
-
 struct Source {
     std::string name{};  // of the test
     std::string title{}; // in the table

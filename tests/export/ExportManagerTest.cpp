@@ -168,10 +168,7 @@ TEST(Export, ARotatedClipComesOutUprightWithAnUprightScoreboard) {
     const QString stored = folder.make(
         QStringLiteral("stored.mp4"), "-f lavfi -i color=green:s=640x360:r=25:d=1,drawbox=c=red:w=100:t=fill "
                                       "-c:v libx264 -pix_fmt yuv420p");
-    const QString clip =
-        folder.make(QStringLiteral("clip.mp4"),
-                    {QStringLiteral("-i"), stored, QStringLiteral("-c"), QStringLiteral("copy"),
-                     QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=270")});
+    const QString clip = test::makeTurned(test::clockwise, folder, stored, QStringLiteral("clip.mp4"));
     ExportJob job = jobFor(clip, folder.path(QStringLiteral("out.mp4")));
     const QImage source = frameAt(clip, 0);
     ASSERT_EQ(source.size(), QSize(360, 640));
@@ -222,10 +219,7 @@ TEST(Export, FillsAPresetWithTheRequestedPartAndKeepsTheScoreboardWhole) {
         QStringLiteral("wide.mp4"),
         "-f lavfi -i color=0x9050b0:s=641x361:r=25:d=0.08,drawbox=x=214:w=214:h=361:c=0x30a060:t=fill,"
         "drawbox=x=428:w=213:h=361:c=0x4060c0:t=fill,setsar=4/3 -c:v libx264 -pix_fmt yuv444p");
-    const QString turned =
-        folder.make(QStringLiteral("turned.mp4"),
-                    {QStringLiteral("-i"), wide, QStringLiteral("-c"), QStringLiteral("copy"),
-                     QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=270")});
+    const QString turned = test::makeTurned(test::clockwise, folder, wide, QStringLiteral("turned.mp4"));
     const std::pair<double, QRgb> parts[] = {
         {0, qRgb(0x90, 0x50, 0xb0)}, {0.5, qRgb(0x30, 0xa0, 0x60)}, {1, qRgb(0x40, 0x60, 0xc0)}};
     for (const auto& [clip, preset] :

@@ -20,9 +20,7 @@ QString turnedClip(const ClipFolder& folder) {
     const QString clip =
         folder.make(QStringLiteral("stored.mp4"),
                     "-f lavfi -i testsrc2=s=640x360:r=25:d=2 -pix_fmt yuv420p -c:v libx264 -bf 3");
-    return folder.make(QStringLiteral("turned.mp4"),
-                       {QStringLiteral("-i"), clip, QStringLiteral("-c"), QStringLiteral("copy"),
-                        QStringLiteral("-metadata:s:v:0"), QStringLiteral("rotate=90")});
+    return test::makeTurned(test::counterclockwise, folder, clip, QStringLiteral("turned.mp4"));
 }
 
 ExportJob markedJob(const QString& video, const QString& output) {

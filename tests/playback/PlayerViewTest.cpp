@@ -14,11 +14,14 @@ namespace {
 class PlayerViewTest : public testing::Test {
 protected:
     // A clip stored as 320x64 that is to be turned, counterclockwise, to be upright.
-    QString makeRotatedClip(const QString& degrees) const {
+    QString makeRotatedClip(int degrees) const {
+        const std::map<int, test::Turn> turns = {{0, test::upright},
+                                                 {90, test::counterclockwise},
+                                                 {180, test::upsideDown},
+                                                 {270, test::clockwise}};
         const QString stored = makeNumberedClip(folder, QStringLiteral("stored.mp4"));
-        return folder.make(QStringLiteral("rotated%1.mp4").arg(degrees),
-                           {QStringLiteral("-i"), stored, QStringLiteral("-c"), QStringLiteral("copy"),
-                            QStringLiteral("-metadata:s:v"), QStringLiteral("rotate=") + degrees});
+        return test::makeTurned(turns.at(degrees), folder, stored,
+                                QStringLiteral("rotated%1.mp4").arg(degrees));
     }
 
     test::ClipFolder folder;
@@ -52,7 +55,7 @@ TEST_F(PlayerViewTest, PicturesOfPhonesStandUpright) {
     Watched watched(PlayerView::Rendering::software, {200, 320});
     for (const int degrees : {90, 180, 270}) {
         SCOPED_TRACE(degrees);
-        ASSERT_TRUE(watched.load(makeRotatedClip(QString::number(degrees))));
+        ASSERT_TRUE(watched.load(makeRotatedClip(degrees)));
         const bool upright = degrees != 180;
         EXPECT_EQ(watched.player.size(), upright ? QSize(64, 320) : QSize(320, 64));
         EXPECT_EQ(watched.view.videoRect(), upright ? QRectF(68, 0, 64, 320) : QRectF(0, 140, 200, 40));
@@ -136,7 +139,7 @@ TEST_F(OpenGlSmokeTest, TheGraphicsCardsPictureIsTheSame) {
         EXPECT_TRUE(watched.showsFrame(number)) << watched.frameNumber();
     }
     watched.view.resize(200, 320);
-    ASSERT_TRUE(watched.load(makeRotatedClip(QStringLiteral("90"))));
+    ASSERT_TRUE(watched.load(makeRotatedClip(90)));
     EXPECT_EQ(watched.player.size(), QSize(64, 320));
     ASSERT_TRUE(watched.seek(19 / 25.0));
     EXPECT_TRUE(Watched::waitFor([&] { return frameNumberIn(turned(watched.picture(), 90)) == 19; }, 2000));

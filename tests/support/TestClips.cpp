@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QtEndian>
 #include <stdexcept>
 
 namespace pointloom::test {
@@ -52,6 +53,20 @@ QString ClipFolder::write(const QString& name, const QByteArray& content) const 
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         throw std::runtime_error(file.errorString().toStdString());
     return path(name);
+}
+
+// Writes the matrix into the first track's header (ISO/IEC 14496-12, 8.3.2).
+QString makeTurned(const Turn& turn, const ClipFolder& folder, const QString& path, const QString& name) {
+    constexpr qsizetype matrixAfterType = 44; // bytes, in version 0
+    constexpr qint32 one = 1 << 16;
+    QByteArray bytes = readFile(path);
+    const qsizetype header = bytes.indexOf("tkhd");
+    if (header < 0 || header + matrixAfterType + 36 > bytes.size())
+        throw std::runtime_error("no track header in " + path.toStdString());
+    constexpr std::array<qsizetype, 4> places = {0, 4, 12, 16};
+    for (std::size_t i = 0; i < turn.size(); ++i)
+        qToBigEndian<qint32>(turn[i] * one, bytes.data() + header + matrixAfterType + places[i]);
+    return folder.write(name, bytes);
 }
 
 nlohmann::json probe(const QString& path) {

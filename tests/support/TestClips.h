@@ -2,6 +2,7 @@
 // own code reads and writes is checked against another program's.
 #pragma once
 
+#include <array>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <QByteArray>
@@ -29,6 +30,17 @@ public:
 private:
     QTemporaryDir m_folder;
 };
+
+/// The linear part of a display matrix, row by row: (a, b, c, d) shows (x, y) at (ax + cy, bx + dy).
+using Turn = std::array<int, 4>;
+constexpr Turn upright = {1, 0, 0, 1};
+constexpr Turn counterclockwise = {0, -1, 1, 0}; // a quarter
+constexpr Turn upsideDown = {-1, 0, 0, -1};
+constexpr Turn clockwise = {0, 1, -1, 0}; // a quarter
+
+/// A copy `name` of the clip `path` that is to be shown turned. ffmpeg's options for this differ by version.
+/// The matrix says nothing of the place, as most cameras leave it. Throws std::runtime_error.
+QString makeTurned(const Turn& turn, const ClipFolder& folder, const QString& path, const QString& name);
 
 /// Streams, format and chapters of a file, as ffprobe shows them in JSON.
 nlohmann::json probe(const QString& path);

@@ -49,8 +49,7 @@ TEST_F(TimelineStores, ThumbnailsShowTheirMomentUpright) {
     EXPECT_GT(qBlue(store.image(second + 4).pixel(50, 50)), 200);
 
     const QString turned =
-        clip(QStringLiteral("turned.mp4"),
-             qPrintable(QStringLiteral("-i %1 -c copy -metadata:s:v rotate=90").arg(path)));
+        test::makeTurned(test::counterclockwise, folder, path, QStringLiteral("turned.mp4"));
     store.open(turned);
     store.want({0});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !store.image(0).isNull(); }, patience));
