@@ -19,7 +19,7 @@ void VideoImport::start(const QStringList& paths) {
     QStringList chosen;
     for (const QString& path : paths)
         chosen += QFileInfo(path).absoluteFilePath();
-    if (m_context.state.absentVideo.value()) {
+    if (m_context.state.absentVideo.value() && !m_context.state.videoURL.value()) {
         if (const auto files = relinked(m_context.state.videoFiles.value(), chosen.front())) {
             take({files->front(), files});
             return;
