@@ -8,6 +8,7 @@
 #include <limits>
 #include <QDir>
 #include <QFile>
+#include <QSysInfo>
 
 namespace pointloom {
 
@@ -163,6 +164,15 @@ TEST_F(QuickCopyTest, LeavesNothingWhenItIsCancelledOrThereIsNoSpace) {
         EXPECT_TRUE(cached().isEmpty()) << cached().join(u' ').toStdString();
     }
     EXPECT_FALSE(QuickCopy::find(folder.path(QStringLiteral("none.mp4")), cache(), {}, always));
+}
+
+TEST_F(QuickCopyTest, WhatAKilledProcessLeftIsRemovedWithTheNextVideo) {
+    const QString remains =
+        QStringLiteral("cache/quick.mp4.%1.999999999.1.unfinished").arg(QSysInfo::machineHostName());
+    ASSERT_TRUE(QDir().mkpath(cache().folder()));
+    folder.write(remains, "half a copy");
+    EXPECT_FALSE(QuickCopy::find(makeClip(), cache(), {}, std::numeric_limits<double>::infinity()));
+    EXPECT_TRUE(cached().isEmpty()) << cached().join(u' ').toStdString();
 }
 
 TEST_F(QuickCopyTest, TheCamerasOwnIsTakenWhenItHasTheSameFrames) {

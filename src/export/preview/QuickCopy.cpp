@@ -157,9 +157,7 @@ void make(const media::Recording& video, const QString& path, const ExportContro
 namespace {
 
 std::optional<QString> makeKept(const media::Recording& video, const SegmentCache& cache, const QString& key,
-                                const ExportControl& control) {
-    // One name for all: what a killed process left is removed by the next that makes any copy.
-    const NewFile file(QDir(cache.folder()).filePath(QStringLiteral("quick.mp4")));
+                                const NewFile& file, const ExportControl& control) {
     const RoomCheck room(cache, file.temporaryPath());
     bool isTooLarge = false;
     const ExportControl watched{
@@ -182,6 +180,8 @@ std::optional<QString> find(const media::Recording& video, const SegmentCache& c
                             const ExportControl& control, double slow) {
     try {
         const QString key = keyOf(video);
+        // One name for all: what a killed process left is removed with the next video.
+        const NewFile file(QDir(cache.folder()).filePath(QStringLiteral("quick.mp4")));
         if (auto known = cache.find(key))
             return known;
         if (seekTime(video, control) < slow)
@@ -191,7 +191,7 @@ std::optional<QString> find(const media::Recording& video, const SegmentCache& c
             return recorded;
         if (!cache.makeRoom(1))
             return std::nullopt;
-        return makeKept(video, cache, key, control);
+        return makeKept(video, cache, key, file, control);
     } catch (const std::exception&) {
         return std::nullopt;
     }
