@@ -103,8 +103,7 @@ TEST_F(QuickCopyTest, KeepsTimesOfRealClips) {
 
 TEST_F(QuickCopyTest, KeepsTheTurnOfTheFrames) {
     const QString turned =
-        folder.make(QStringLiteral("turned.mp4"),
-                    qPrintable(QStringLiteral("-i %1 -c copy -metadata:s:v rotate=90").arg(makeClip())));
+        test::makeTurned(test::clockwise, folder, makeClip(), QStringLiteral("turned.mp4"));
     const auto rotation = [](const QString& path) { return streamOf(path)["side_data_list"][0]["rotation"]; };
     ASSERT_EQ(std::abs(rotation(turned).get<int>()), 90);
     EXPECT_EQ(rotation(copyOf(turned)), rotation(turned));
