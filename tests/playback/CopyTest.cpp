@@ -93,6 +93,25 @@ TEST_F(CopyTest, FramesOfAVariableRateKeepTheirTimes) {
     }
 }
 
+TEST_F(CopyTest, StandsForAllFilesOfARecording) {
+    const ClipOptions second{.frames = 25, .sound = true};
+    const QString first = makeNumberedClip(folder, QStringLiteral("1.mp4"), second);
+    const QString further = makeNumberedClip(folder, QStringLiteral("2.mp4"), second);
+    const QString copy =
+        folder.make(QStringLiteral("copy.mp4"),
+                    qPrintable(QStringLiteral("-i %1 -i %2 -filter_complex [0:v][1:v]concat=n=2,negate -c:v "
+                                              "libx264 -bf 0 -g 8")
+                                   .arg(first, further)));
+    watched.player.load(media::Recording(first, std::vector{first, further}));
+    ASSERT_TRUE(Watched::waitFor([&] { return watched.loads == 1; }));
+    watched.player.showCopy(copy);
+    for (const int number : {35, 10, 49, 26}) {
+        ASSERT_TRUE(watched.seek(number * frame));
+        EXPECT_TRUE(showsNegative(number % 25)) << number << " is " << 255 - watched.frameNumber();
+        EXPECT_NEAR(watched.player.time(), number * frame, 0.0005);
+    }
+}
+
 TEST_F(CopyTest, TheFilesOwnPicturesReturnWhenTheCopyIsDeleted) {
     const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"));
     const QString copy = makeNegative(clip);
