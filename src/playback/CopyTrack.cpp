@@ -49,6 +49,7 @@ void CopyTrack::add() {
     m_watch.start(m_path);
     requestNumber(m_handle, "current-tracks/video/id", idOf(Request::ownNumber));
     sendCommand(m_handle, {"video-add", QFile::encodeName(m_path), "select"}, idOf(Request::add));
+    ++m_unanswered;
 }
 
 void CopyTrack::remove() {
@@ -73,6 +74,8 @@ bool CopyTrack::handleReply(const mpv_event& event) {
     if ((event.reply_userdata & copyReply) == 0)
         return false;
     const auto what = static_cast<Request>(event.reply_userdata & copyRequestMask);
+    if (what == Request::add)
+        --m_unanswered;
     if (event.reply_userdata != idOf(what)) {
         // An earlier one, given up while it was being added, is selected all the same.
         const std::uint64_t attempt = (event.reply_userdata & ~copyReply) >> copyRequestBits;

@@ -29,6 +29,9 @@ public:
     /// the open file.
     bool mayBeSeen() const { return m_mayBeSeen; }
 
+    /// True while libmpv opens a copy, also one that was given up since.
+    bool isBeingAdded() const { return m_unanswered > 0; }
+
     /// False for an answer to others.
     bool handleReply(const mpv_event& event);
 
@@ -49,6 +52,7 @@ private:
     std::uint64_t m_openedAt = 0; // the first attempt since the file was opened comes after it
     int m_ownNumber = 1;          // of the file's track, as libmpv counts them
     int m_number = 0;             // of the copy's; 0 before it is known
+    int m_unanswered = 0;         // requests to add a copy
     bool m_fileIsOpen = false;
     bool m_isShown = false;
     bool m_mayBeSeen = false;

@@ -256,7 +256,8 @@ void Player::detachRenderer() {
 }
 
 void Player::open() {
-    if (m_address.isEmpty())
+    // libmpv would give a copy that it is still opening to the file that comes after.
+    if (m_address.isEmpty() || m_copy.isBeingAdded())
         return;
     m_stage = Stage::opening;
     m_entry = 0;
@@ -410,8 +411,12 @@ void Player::handleEvent(const mpv_event& event) {
         break;
     case MPV_EVENT_COMMAND_REPLY:
     case MPV_EVENT_GET_PROPERTY_REPLY:
-        if (!m_copy.handleReply(event) && event.reply_userdata >> requestBits == m_generation)
+        if (m_copy.handleReply(event)) {
+            if (m_stage == Stage::waitingForRenderer && m_hasRenderer)
+                open(); // which waited for this
+        } else if (event.reply_userdata >> requestBits == m_generation) {
             handleReply(event);
+        }
         break;
     default:
         break;

@@ -25,7 +25,7 @@ TEST(Commands, EveryOneHasOneRowAndNoKeyHasTwoMeanings) {
         }
     }
     EXPECT_FALSE(menuKeys.intersects(editorKeys));
-    EXPECT_EQ(commands.size(), static_cast<int>(Command::downloadSampleCSV) + 1);
+    EXPECT_EQ(commands.size(), static_cast<int>(Command::showNews) + 1);
 }
 
 TEST(Commands, KeysAreLabelledAsOnKeyboardsOfTheLanguage) {
