@@ -8,6 +8,7 @@
 // the pictures that are shown meanwhile are counted.
 #include "export/preview/QuickCopy.h"
 #include "playback/PlayerView.h"
+#include "ProcessMemory.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -17,7 +18,6 @@
 #include <QFile>
 #include <QTimer>
 #include <random>
-#include <unistd.h>
 #include <vector>
 
 namespace pointloom::playback {
@@ -25,14 +25,6 @@ namespace {
 
 constexpr int usualSeeks = 3600; // one a second for an hour
 constexpr int seeksInARow = 300; // of the table
-
-double residentMegabytes() {
-    QFile statistics(QStringLiteral("/proc/self/statm"));
-    if (!statistics.open(QIODevice::ReadOnly))
-        return 0;
-    const double pages = statistics.readAll().split(' ').value(1).toDouble();
-    return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
-}
 
 double share(std::vector<double> sorted, double part) {
     std::ranges::sort(sorted);

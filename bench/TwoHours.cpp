@@ -8,6 +8,7 @@
 #include "LongMatch.h"
 #include "persistence/Persistence.h"
 #include "persistence/ProjectSession.h"
+#include "ProcessMemory.h"
 #include "session/UndoStack.h"
 #include "ui/editor/EditorView.h"
 #include "ui/export/ExportRunner.h"
@@ -27,7 +28,6 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <unistd.h>
 
 namespace pointloom {
 namespace {
@@ -42,14 +42,6 @@ QString milliseconds(std::vector<double> times) {
     return QStringLiteral("%1, %2 ms")
         .arg(times[times.size() / 2], 0, 'f', 1)
         .arg(times[times.size() * 99 / 100], 0, 'f', 1);
-}
-
-double residentMegabytes() {
-    QFile statistics(QStringLiteral("/proc/self/statm"));
-    if (!statistics.open(QIODevice::ReadOnly))
-        return 0;
-    const double pages = statistics.readAll().split(' ').value(1).toDouble();
-    return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
 /// Milliseconds of this thread's processor time: other programs do not count.
