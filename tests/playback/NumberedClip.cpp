@@ -8,6 +8,13 @@ constexpr int bars = 8;
 
 }
 
+ClipOptions variableRate() {
+    return {.frames = 12,
+            .more = {QStringLiteral("-vf"), QStringLiteral("settb=1/1000,setpts=N*(N+3)*10"),
+                     QStringLiteral("-fps_mode"), QStringLiteral("passthrough"),
+                     QStringLiteral("-enc_time_base"), QStringLiteral("1/1000")}};
+}
+
 QString makeNumberedClip(const test::ClipFolder& folder, const QString& name, const ClipOptions& options) {
     const double seconds = 10000; // the number of frames ends it
     QStringList arguments{

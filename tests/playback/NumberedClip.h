@@ -20,6 +20,13 @@ struct ClipOptions {
     QStringList more = {}; // further arguments for the output
 };
 
+/// Twelve frames, each shown for a different time.
+ClipOptions variableRate();
+/// The start of one of them, seconds.
+constexpr double variableRateTime(int number) {
+    return number * (number + 3) / 100.0;
+}
+
 /// Frames carry their number in eight vertical bars, lowest bit first, white for one.
 QString makeNumberedClip(const test::ClipFolder& folder, const QString& name,
                          const ClipOptions& options = {});

@@ -80,16 +80,10 @@ TEST_F(PlayerSeekTest, ExactSeeksTellFramesOfAHighRateApart) {
 }
 
 TEST_F(PlayerSeekTest, SeeksLandOnFramesOfAVariableRate) {
-    // Every frame is shown for a different time: the n-th starts at n * (n + 3) / 100 seconds.
-    const QString clip =
-        makeNumberedClip(folder, QStringLiteral("clip.mp4"),
-                         {.frames = 12,
-                          .more = {QStringLiteral("-vf"), QStringLiteral("settb=1/1000,setpts=N*(N+3)*10"),
-                                   QStringLiteral("-fps_mode"), QStringLiteral("passthrough"),
-                                   QStringLiteral("-enc_time_base"), QStringLiteral("1/1000")}});
+    const QString clip = makeNumberedClip(folder, QStringLiteral("clip.mp4"), variableRate());
     ASSERT_TRUE(watched.load(clip));
     for (const int number : {11, 4, 10, 1, 0}) {
-        const double time = number * (number + 3) / 100.0;
+        const double time = variableRateTime(number);
         ASSERT_TRUE(watched.seek(time));
         EXPECT_NEAR(watched.player.time(), time, 0.001);
         EXPECT_TRUE(watched.showsFrame(number)) << number << " is " << watched.frameNumber();
