@@ -215,7 +215,7 @@ QStringList differencesIn(const media::Recording& recording) {
                         .arg(shortName(path), shortName(recording.first()), words.join(QStringLiteral(", ")));
         }
     } catch (const media::MediaError&) {
-        // whoever reads the video tells
+        // Reading the video tells.
     }
     return sentences;
 }

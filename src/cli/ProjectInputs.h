@@ -42,7 +42,7 @@ void settleEncoder(ProjectInputs& inputs);
 /// Cuts the export into `count` segments, or into fewer and notes it. Throws ExportError.
 SegmentPlan makePlan(ProjectInputs& inputs, int count);
 
-/// The recording of a list of files. Throws CommandError when one does not exist.
+/// Throws CommandError when one of the files does not exist or is named twice.
 void requireVideos(const std::vector<QString>& videos);
 
 /// What the further files of a split recording have that differs from the first, a sentence for each file.

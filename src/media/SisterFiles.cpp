@@ -148,7 +148,7 @@ Recording inOrder(const QStringList& paths) {
         try {
             chosen.createdAt = factsOf(path).createdAt;
         } catch (const MediaError&) {
-            // whoever opens it tells
+            // Opening it tells.
         }
         files.push_back(chosen);
     }
