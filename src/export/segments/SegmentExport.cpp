@@ -139,6 +139,8 @@ media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& fol
 }
 
 void writeCaptionsFor(const SegmentPlan& plan, const QString& videoPath) {
+    if (!plan.job.settings.captions)
+        return; // without opening the source
     const media::MediaInfo info = openSource(plan.job.recording()).info();
     writeCaptionsBeside(videoPath, plan.job, exportTimeline(plan.job, info).map);
 }
