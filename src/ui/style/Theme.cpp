@@ -69,7 +69,10 @@ QPushButton[kind="plain"]:hover, QToolButton[kind="plain"]:hover { background: @
 QPushButton[kind="plain"]:focus, QToolButton[kind="plain"]:focus { border: 2px solid @accent; }
 QToolButton { padding: 5px; }
 QToolButton:focus { padding: 4px; }
-QToolButton:checked, QPushButton:checked { border-color: @accent; color: @accent; }
+QToolButton:checked, QPushButton:checked { border: 2px solid @accent; color: @accent; font-weight: 600; }
+QPushButton:checked { padding: 5px 13px; }
+QToolButton:checked { padding: 4px; }
+QToolButton:checked:focus, QPushButton:checked:focus { border-color: @text; }
 QToolButton::menu-indicator { image: none; }
 QToolButton[unusual="true"] { color: @accent; font-weight: 600; }
 
@@ -151,7 +154,7 @@ QString styleSheetOf(const ColorTokens& t, bool isDark) {
     QString sheet = QString::fromUtf8(styleSheetPattern);
     const std::pair<const char*, QString> names[] = {
         // The longer of two names with the same beginning comes first.
-        {"@accentHover", (isDark ? t.accent.lighter(112) : t.accent.lighter(125)).name()},
+        {"@accentHover", t.accentHover.name()},
         {"@onAccent", t.onAccent.name()},
         {"@quietText", t.quietText.name()},
         {"@window", t.window.name()},

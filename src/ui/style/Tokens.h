@@ -6,6 +6,7 @@
 
 namespace pointloom {
 
+/// Text in any colour has a contrast of at least 4.5 to 1 on any of the backgrounds, lines among them.
 struct ColorTokens {
     QColor window;
     QColor surface; // cards, sidebar
@@ -13,8 +14,9 @@ struct ColorTokens {
     QColor line;
     QColor text;
     QColor quietText;
-    QColor accent;   // one: the ball
-    QColor onAccent; // text on the accent
+    QColor accent;      // one: the ball
+    QColor accentHover; // the same under the pointer
+    QColor onAccent;    // text on both
     QColor danger;
     QColor warning;
     QColor success;
@@ -28,8 +30,9 @@ inline constexpr ColorTokens darkTokens{
     .text = QColor(0xE9, 0xEC, 0xF1),
     .quietText = QColor(0xA3, 0xAB, 0xBA),
     .accent = QColor(0xC8, 0xF0, 0x31),
+    .accentHover = QColor(0xD4, 0xF5, 0x5A),
     .onAccent = QColor(0x14, 0x16, 0x1A),
-    .danger = QColor(0xFF, 0x6B, 0x6B),
+    .danger = QColor(0xFF, 0x78, 0x78),
     .warning = QColor(0xF2, 0xB2, 0x3E),
     .success = QColor(0x4C, 0xC3, 0x8A),
 };
@@ -40,12 +43,13 @@ inline constexpr ColorTokens lightTokens{
     .raised = QColor(0xEC, 0xEE, 0xF2),
     .line = QColor(0xD5, 0xD9, 0xE0),
     .text = QColor(0x16, 0x18, 0x1D),
-    .quietText = QColor(0x5A, 0x62, 0x70),
-    .accent = QColor(0x4F, 0x6F, 0x00),
+    .quietText = QColor(0x55, 0x5C, 0x6A),
+    .accent = QColor(0x49, 0x66, 0x00),
+    .accentHover = QColor(0x3B, 0x53, 0x00),
     .onAccent = QColor(0xFF, 0xFF, 0xFF),
-    .danger = QColor(0xC6, 0x2F, 0x2F),
-    .warning = QColor(0x9A, 0x67, 0x00),
-    .success = QColor(0x1F, 0x7A, 0x4D),
+    .danger = QColor(0xB2, 0x28, 0x28),
+    .warning = QColor(0x80, 0x55, 0x00),
+    .success = QColor(0x1A, 0x69, 0x41),
 };
 
 /// Backgrounds of scoreboards before there is a video: a court, the same in every theme.

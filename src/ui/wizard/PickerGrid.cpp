@@ -18,7 +18,7 @@ namespace {
 constexpr int cardGap = Space::s; // beside the margins of the cards
 constexpr double ringWidth = 2;
 constexpr double ringGap = cardMargin - ringWidth; // between the card and its focus ring
-constexpr double pickedTint = 0.14;                // share of the accent in the background of the picked card
+constexpr double pickedTint = 0.1;                // share of the accent in the background of the picked card
 
 QColor mixed(const QColor& base, const QColor& added, double share) {
     const auto mix = [share](float one, float other) {
