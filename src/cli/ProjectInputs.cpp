@@ -202,6 +202,8 @@ void requireVideos(const std::vector<QString>& videos) {
 
 QStringList differencesIn(const media::Recording& recording) {
     QStringList sentences;
+    if (!recording.isSplit())
+        return sentences;
     try {
         const media::MediaInfo first = media::factsOf(recording.first()).info;
         for (const QString& path : recording.files() | std::views::drop(1)) {

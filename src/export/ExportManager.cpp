@@ -10,6 +10,7 @@
 #include "export/OverlayExport.h"
 #include "export/UprightImage.h"
 
+#include <future>
 #include <limits>
 #include <new>
 #include <QCoreApplication>
@@ -111,12 +112,14 @@ ExportReport exportFile(const ExportJob& job, const ExportControl& control) {
     requireRange(job, info.duration);
     const ResolvedExport resolved = resolveExport(job, info);
     const ExportTimeline timeline = exportTimeline(job, info);
-    auto audio = openSound(job, timeline, info.video->timeBase);
+    auto opening =
+        std::async(std::launch::async, [&] { return openSound(job, timeline, info.video->timeBase); });
     FrameOverlay overlay(job, resolved.layout, resolved.encoder.format);
     ConvertedFrames converted(std::move(reader), resolved.target);
 
     const auto file = withExportErrors(
         "Writer failed: ", [&] { return std::make_unique<NewFile>(job.outputPath, job.ifExists); });
+    std::optional<ExportSound> audio = opening.get();
     MediaWriter writer = openWriter(file->temporaryPath(), job, resolved, timeline.map, audio.has_value());
     SoundTrack sound(std::move(audio), writer, control);
     ProgressMeter progress(control, timeline.expectedFrames);

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <deque>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace pointloom::media {
@@ -146,14 +147,16 @@ class AudioTrack {
 public:
     /// Takes the audio track of that `number`, counted from 0, where a file has one. Opens the files once
     /// more, for this track alone, so that tracks stored far apart need no memory. Sample 0 is at `start`,
-    /// seconds of the recording's timeline. Throws MediaError when the file at `start` cannot be decoded.
-    AudioTrack(std::vector<PlacedSound> sounds, std::size_t number, double start)
+    /// seconds of the recording's timeline. `first` may be the only file, open already. Throws MediaError
+    /// when the file at `start` cannot be decoded.
+    AudioTrack(std::vector<PlacedSound> sounds, std::size_t number, double start,
+               std::optional<InputFile> first)
         : m_sounds(std::move(sounds))
         , m_number(number)
         , m_start(start) {
         while (m_current + 1 < m_sounds.size() && m_sounds[m_current].until <= start)
             ++m_current;
-        openFile();
+        openFile(std::move(first));
     }
 
     /// Adds the track's sound to `count` samples of both channels, the first of which is sample `position`.
@@ -193,9 +196,10 @@ private:
     };
 
     /// Opens the current file, at `m_start` where that is inside of it. Throws MediaError.
-    void openFile() {
+    void openFile(std::optional<InputFile> opened = {}) {
         m_decoder.reset();
-        m_file.emplace(InputFile::open(m_sounds[m_current].path));
+        m_file.reset();
+        m_file.emplace(opened ? *std::move(opened) : InputFile::open(m_sounds[m_current].path));
         const std::vector<int> streams = findAudioTracks(*m_file->context());
         if (m_number >= streams.size())
             return;
@@ -377,14 +381,17 @@ AudioReader::~AudioReader() = default;
 std::optional<AudioReader> AudioReader::open(const Recording& recording, double start,
                                              std::optional<double> end) {
     const RecordingLayout layout = layoutOf(recording);
-    const std::size_t tracks = layout.isSplit()
-                                   ? static_cast<std::size_t>(layout.audioTracks)
-                                   : findAudioTracks(*InputFile::open(recording.first()).context()).size();
+    std::optional<InputFile> first;
+    if (!layout.isSplit())
+        first = InputFile::open(recording.first());
+    const std::size_t tracks =
+        first ? findAudioTracks(*first->context()).size() : static_cast<std::size_t>(layout.audioTracks);
     const std::vector<PlacedSound> sounds = placedSounds(layout);
     auto state = std::make_unique<State>();
     for (std::size_t number = 0; number < std::min(tracks, mostTracksMixed); ++number) {
         try {
-            state->tracks.push_back(std::make_unique<AudioTrack>(sounds, number, start));
+            state->tracks.push_back(
+                std::make_unique<AudioTrack>(sounds, number, start, std::exchange(first, std::nullopt)));
         } catch (const MediaError&) {
             continue; // a track that its decoder refuses is silent
         }

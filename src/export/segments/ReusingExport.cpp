@@ -36,14 +36,11 @@ std::optional<SegmentPlan> planOf(const ExportJob& job, const ReuseChoices& choi
     constexpr double hardwareSteps = 4; // it encodes a segment faster than it starts the next
     const bool isSoftware = job.settings.encoder == media::EncoderKind::software;
     try {
-        SegmentPlan plan = SegmentPlan::onGrid(job, choices.spacing * (isSoftware ? 1 : hardwareSteps),
-                                               QStringLiteral(POINTLOOM_VERSION));
-        if (plan.count() >= fewest)
-            return plan;
+        return SegmentPlan::onGrid(job, choices.spacing * (isSoftware ? 1 : hardwareSteps), fewest,
+                                   QStringLiteral(POINTLOOM_VERSION));
     } catch (const ExportError&) {
-        // The export of the whole tells what is wrong.
+        return std::nullopt; // the export of the whole tells what is wrong
     }
-    return std::nullopt;
 }
 
 // Makes the sound and the segments, in order, on threads of its own.

@@ -106,8 +106,9 @@ Cuts evenCuts(media::VideoReader& reader, const TimeMap& map, int count) {
     return cuts;
 }
 
-// Throws MediaError.
-Cuts gridCuts(const media::Recording& recording, double duration, const TimeMap& map, double spacing) {
+// None when they would make fewer than `fewest` segments. Throws MediaError.
+Cuts gridCuts(const media::Recording& recording, double duration, const TimeMap& map, double spacing,
+              int fewest) {
     while (duration / spacing >= SegmentPlan::mostSegments)
         spacing *= 2;
     constexpr double ahead = 0.25; // seconds by which frames may be decoded before they are shown
@@ -115,6 +116,8 @@ Cuts gridCuts(const media::Recording& recording, double duration, const TimeMap&
     std::vector<double> times;
     for (double place = std::floor(map.parts().front().start / spacing) + 1; place * spacing < end; ++place)
         times.push_back(place * spacing - ahead);
+    if (std::ssize(times) + 1 < fewest)
+        return {};
     return media::FrameTimes::open(recording, 0).keyFramesFrom(times);
 }
 
@@ -238,11 +241,10 @@ void requireWholeChain(const SegmentPlan& plan, const QString& path) {
     }
 }
 
-// `cutsOf` chooses cuts for a reader and a map.
+// `cutsOf` chooses cuts for a map. Empty when they make fewer than `fewest` segments.
 template <class CutsOf>
-SegmentPlan makePlan(const ExportJob& job, const QString& program, const CutsOf& cutsOf) {
-    media::VideoReader reader = openSource(job.recording());
-    const media::MediaInfo info = reader.info();
+std::optional<SegmentPlan> makePlan(const ExportJob& job, const media::MediaInfo& info, int fewest,
+                                    const QString& program, const CutsOf& cutsOf) {
     requireRange(job, info.duration);
     if (info.video->timeBase.numerator != 1)
         throw ExportError::exportFailed(
@@ -253,15 +255,17 @@ SegmentPlan makePlan(const ExportJob& job, const QString& program, const CutsOf&
     plan.job = withAbsolutePaths(job);
     plan.job.windows = frameWindows(job, info);
     const ExportTimeline timeline = exportTimeline(plan.job, info);
+    plan.segments = withExportErrors("Reader error: ", [&] {
+        const Cuts cuts = farApart(cutsOf(timeline.map), timeline.map, *info.video);
+        return segmentsBetween(cuts, timeline.map, info.video->timeBase);
+    });
+    if (plan.count() < fewest)
+        return std::nullopt;
     plan.video = FileFingerprint::of(job.videoPath);
     plan.furtherFiles = furtherFilesOf(job.recording());
     plan.pictures = picturesOf(job.overlay);
     plan.hasSound = soundCanBeRead(job, timeline, info.video->timeBase);
     plan.ticksPerSecond = info.video->timeBase.denominator;
-    plan.segments = withExportErrors("Reader error: ", [&] {
-        const Cuts cuts = farApart(cutsOf(reader, timeline.map), timeline.map, *info.video);
-        return segmentsBetween(cuts, timeline.map, info.video->timeBase);
-    });
     plan.checksum = checksumOf(plan);
     return plan;
 }
@@ -269,14 +273,16 @@ SegmentPlan makePlan(const ExportJob& job, const QString& program, const CutsOf&
 }
 
 SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& program) {
-    return makePlan(job, program, [&](media::VideoReader& reader, const TimeMap& map) {
-        return evenCuts(reader, map, count);
-    });
+    media::VideoReader reader = openSource(job.recording());
+    return *makePlan(job, reader.info(), 1, program,
+                     [&](const TimeMap& map) { return evenCuts(reader, map, count); });
 }
 
-SegmentPlan SegmentPlan::onGrid(const ExportJob& job, double spacing, const QString& program) {
-    return makePlan(job, program, [&](const media::VideoReader& reader, const TimeMap& map) {
-        return gridCuts(job.recording(), reader.info().duration, map, spacing);
+std::optional<SegmentPlan> SegmentPlan::onGrid(const ExportJob& job, double spacing, int fewest,
+                                               const QString& program) {
+    const media::MediaInfo info = openSource(job.recording()).info();
+    return makePlan(job, info, fewest, program, [&](const TimeMap& map) {
+        return gridCuts(job.recording(), info.duration, map, spacing, fewest);
     });
 }
 
