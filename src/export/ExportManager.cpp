@@ -105,8 +105,9 @@ void writeFrames(FrameSource& frames, FrameOverlay& overlay, MediaWriter& writer
     control.throwIfCancelled();
 }
 
-ExportReport exportFile(const ExportJob& job, const ExportControl& control) {
-    media::VideoReader reader = openSource(job.recording());
+ExportReport exportFile(const ExportJob& job, const ExportControl& control,
+                        std::optional<media::VideoReader> source) {
+    media::VideoReader reader = source ? *std::move(source) : openSource(job.recording());
     const media::MediaInfo info = reader.info();
     requireOtherFile(job, job.outputPath);
     requireRange(job, info.duration);
@@ -135,9 +136,10 @@ ExportReport exportFile(const ExportJob& job, const ExportControl& control) {
 }
 
 // The system's own errors do not say what they were for.
-ExportReport exportInWords(const ExportJob& job, const ExportControl& control) {
+ExportReport exportInWords(const ExportJob& job, const ExportControl& control,
+                           std::optional<media::VideoReader> source) {
     try {
-        return exportFile(job, control);
+        return exportFile(job, control, std::move(source));
     } catch (const std::bad_alloc&) {
         throw ExportError::exportFailed(QStringLiteral("there is not enough memory"));
     } catch (const std::system_error& error) {
@@ -158,9 +160,10 @@ void recordError(const QString& description) {
 
 }
 
-ExportReport ExportManager::exportVideo(const ExportJob& job, const ExportControl& control) {
+ExportReport ExportManager::exportVideo(const ExportJob& job, const ExportControl& control,
+                                        std::optional<media::VideoReader> source) {
     try {
-        return exportInWords(job, control);
+        return exportInWords(job, control, std::move(source));
     } catch (const ExportCancelled&) {
         throw;
     } catch (const std::exception& error) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/ExportJob.h"
+#include "media/VideoReader.h"
 
 #include <QImage>
 
@@ -10,8 +11,9 @@ namespace pointloom::ExportManager {
 /// Blocks until the file is complete. `isCancelled` is polled at each frame, at each run of sound and while a
 /// frame is waited for. The file takes its place when it is whole and on the disk. Throws ExportError, and
 /// ExportCancelled; what was there stays in both cases, and nothing else is left. A damaged video gives what
-/// can be decoded.
-ExportReport exportVideo(const ExportJob& job, const ExportControl& control = {});
+/// can be decoded. `source` may be the job's recording, open already, of which nothing was read.
+ExportReport exportVideo(const ExportJob& job, const ExportControl& control = {},
+                         std::optional<media::VideoReader> source = {});
 
 /// The frame shown at `time` (seconds), upright, with the overlay that the export would give it.
 /// Throws ExportError.

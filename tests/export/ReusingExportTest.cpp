@@ -146,7 +146,7 @@ TEST_F(ReusingExport, KeysDifferExactlyWherePicturesDo) {
     const QString clip = makeClip("-vf fps=10 -c:v libx264 -g 10 -bf 0 -sc_threshold 0 -pix_fmt yuv420p");
     const ExportJob base = job(clip);
     const media::MediaInfo info = openSource(clip).info();
-    const SegmentPlan plan = *SegmentPlan::onGrid(base, 1, 1, version);
+    const SegmentPlan plan = *SegmentPlan::onGrid(base, media::infoOf(base.recording()), 1, 1, version);
     ASSERT_EQ(plan.count(), 6);
     const auto drawn = [&](const ExportJob& job) {
         const PictureLayout layout = resolveExport(job, info).layout;
@@ -156,7 +156,7 @@ TEST_F(ReusingExport, KeysDifferExactlyWherePicturesDo) {
         return seconds;
     };
     const auto keys = [&](const ExportJob& job) {
-        return segmentKeys(*SegmentPlan::onGrid(job, 1, 1, version));
+        return segmentKeys(*SegmentPlan::onGrid(job, media::infoOf(job.recording()), 1, 1, version));
     };
     const auto before = drawn(base);
     const auto keysBefore = keys(base);
@@ -221,7 +221,8 @@ TEST_F(ReusingExport, GoesOnWhereACancelledOneWas) {
     EXPECT_FALSE(QFile::exists(job.outputPath));
     EXPECT_EQ(unfinished(), QStringList());
     double kept = 0; // seconds
-    for (const QString& key : segmentKeys(*SegmentPlan::onGrid(job, 1, 1, QStringLiteral(POINTLOOM_VERSION))))
+    for (const QString& key : segmentKeys(*SegmentPlan::onGrid(job, media::infoOf(job.recording()), 1, 1,
+                                                               QStringLiteral(POINTLOOM_VERSION))))
         kept += cache().contains(key) ? 1 : 0;
     EXPECT_GE(kept, 1);
     EXPECT_EQ(encodedSeconds(job, cache()), 6 - kept);
@@ -230,7 +231,8 @@ TEST_F(ReusingExport, GoesOnWhereACancelledOneWas) {
 
 TEST_F(ReusingExport, DamagedAndForeignPartsAreEncodedAnew) {
     const ExportJob job = this->job(makeClip(keyEverySecond));
-    const auto keys = segmentKeys(*SegmentPlan::onGrid(job, 1, 1, QStringLiteral(POINTLOOM_VERSION)));
+    const auto keys = segmentKeys(
+        *SegmentPlan::onGrid(job, media::infoOf(job.recording()), 1, 1, QStringLiteral(POINTLOOM_VERSION)));
     ASSERT_EQ(keys.size(), 6U);
     EXPECT_EQ(encodedSeconds(job, cache()), 6);
     const auto path = [&](std::size_t i) { return partPath(keys[i] + QStringLiteral(".part")); };

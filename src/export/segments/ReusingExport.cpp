@@ -30,14 +30,16 @@ int segmentsAtOnce(const ExportJob& job, const ReuseChoices& choices) {
 }
 
 // Empty when the video cannot be cut, cannot be read at all, or is so short that its segments' ends would
-// cost more time than they save.
-std::optional<SegmentPlan> planOf(const ExportJob& job, const ReuseChoices& choices) {
+// cost more time than they save. Opens the source.
+std::optional<SegmentPlan> planOf(const ExportJob& job, const ReuseChoices& choices,
+                                  std::optional<media::VideoReader>& source) {
     constexpr int fewest = 4;
     constexpr double hardwareSteps = 4; // it encodes a segment faster than it starts the next
     const bool isSoftware = job.settings.encoder == media::EncoderKind::software;
     try {
-        return SegmentPlan::onGrid(job, choices.spacing * (isSoftware ? 1 : hardwareSteps), fewest,
-                                   QStringLiteral(POINTLOOM_VERSION));
+        source = openSource(job.recording());
+        return SegmentPlan::onGrid(job, source->info(), choices.spacing * (isSoftware ? 1 : hardwareSteps),
+                                   fewest, QStringLiteral(POINTLOOM_VERSION));
     } catch (const ExportError&) {
         return std::nullopt; // the export of the whole tells what is wrong
     }
@@ -318,11 +320,13 @@ std::optional<ExportReport> exportSegments(const SegmentPlan& plan, const Export
 ExportReport exportReusing(const ExportJob& job, const SegmentCache& cache, const ExportControl& control,
                            const ReuseChoices& choices) {
     requireOtherFile(job, job.outputPath);
-    if (const auto plan = planOf(job, choices)) {
+    std::optional<media::VideoReader> source;
+    if (const auto plan = planOf(job, choices, source)) {
+        source.reset();
         if (auto report = exportSegments(*plan, job, cache, control, choices))
             return *report;
     }
-    return ExportManager::exportVideo(job, control);
+    return ExportManager::exportVideo(job, control, std::move(source));
 }
 
 }

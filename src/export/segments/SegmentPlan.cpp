@@ -278,9 +278,8 @@ SegmentPlan SegmentPlan::make(const ExportJob& job, int count, const QString& pr
                      [&](const TimeMap& map) { return evenCuts(reader, map, count); });
 }
 
-std::optional<SegmentPlan> SegmentPlan::onGrid(const ExportJob& job, double spacing, int fewest,
-                                               const QString& program) {
-    const media::MediaInfo info = openSource(job.recording()).info();
+std::optional<SegmentPlan> SegmentPlan::onGrid(const ExportJob& job, const media::MediaInfo& info,
+                                               double spacing, int fewest, const QString& program) {
     return makePlan(job, info, fewest, program, [&](const TimeMap& map) {
         return gridCuts(job.recording(), info.duration, map, spacing, fewest);
     });

@@ -70,10 +70,10 @@ struct SegmentPlan {
     static SegmentPlan make(const ExportJob& job, int count, const QString& program);
 
     /// Cuts at the first key frame of each `spacing` seconds of the source, more of them for a source of many
-    /// hours: plans of other ranges of the same source have the same cuts. Empty when there would be fewer
-    /// than `fewest` segments. Otherwise as `make`.
-    static std::optional<SegmentPlan> onGrid(const ExportJob& job, double spacing, int fewest,
-                                             const QString& program);
+    /// hours: plans of other ranges of the same source have the same cuts. `info` tells of the source. Empty
+    /// when there would be fewer than `fewest` segments. Otherwise as `make`.
+    static std::optional<SegmentPlan> onGrid(const ExportJob& job, const media::MediaInfo& info,
+                                             double spacing, int fewest, const QString& program);
 
     /// Throws PlanError: cannot be read, not a plan, changed by hand, or made by another version.
     static SegmentPlan load(const QString& path, const QString& program);
