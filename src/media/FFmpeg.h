@@ -1,5 +1,5 @@
-// The FFmpeg headers this module uses, owners of the library's objects, its errors in words, and the
-// spellings that differ between its versions. Only this module includes it.
+// The FFmpeg headers this module uses, owners of the library's objects, and its errors in words. Only this
+// module includes it.
 #pragma once
 
 extern "C" {
@@ -21,6 +21,7 @@ extern "C" {
 #include <libswresample/swresample.h>
 }
 
+#include "media/FFmpegVersions.h"
 #include "media/MediaError.h"
 #include "media/VideoFrame.h"
 
@@ -113,30 +114,6 @@ inline AVRational toAv(Rational value) {
 
 inline Rational fromAv(AVRational value) {
     return {value.num, value.den};
-}
-
-inline std::int64_t frameDuration(const AVFrame& frame) {
-#if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(57, 30, 100)
-    return frame.duration;
-#else
-    return frame.pkt_duration;
-#endif
-}
-
-inline void setFrameDuration(AVFrame& frame, std::int64_t duration) {
-#if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(57, 30, 100)
-    frame.duration = duration;
-#else
-    frame.pkt_duration = duration;
-#endif
-}
-
-inline bool isInterlaced(const AVFrame& frame) {
-#if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(58, 7, 100)
-    return (frame.flags & AV_FRAME_FLAG_INTERLACED) != 0;
-#else
-    return frame.interlaced_frame != 0;
-#endif
 }
 
 }

@@ -26,16 +26,6 @@ std::int64_t ticksAtOrAfter(double seconds, int ticksPerSecond) {
     return std::llround(std::ceil(seconds * ticksPerSecond - rounding));
 }
 
-/// Newer versions keep side data among the codec parameters, which are copied as a whole.
-void copySideData([[maybe_unused]] AVStream& track, [[maybe_unused]] const AVStream& source) {
-#if LIBAVFORMAT_VERSION_INT < AV_VERSION_INT(60, 15, 100)
-    for (int i = 0; i < source.nb_side_data; ++i) {
-        const AVPacketSideData& data = source.side_data[i];
-        std::copy_n(data.data, data.size, allocated(av_stream_new_side_data(&track, data.type, data.size)));
-    }
-#endif
-}
-
 }
 
 OutputFile::OutputFile(const QString& path, const char* container)
@@ -73,7 +63,8 @@ AVStream& OutputFile::addTrack(const AVCodecContext& encoder) {
 AVStream& OutputFile::addTrack(const AVStream& source) {
     AVStream* track = allocated(avformat_new_stream(m_context, nullptr));
     check(avcodec_parameters_copy(track->codecpar, source.codecpar), "the output track could not be set up");
-    copySideData(*track, source);
+    if (!copySideData(*track, source))
+        throw MediaError("out of memory");
     track->time_base = source.time_base;
     track->avg_frame_rate = source.avg_frame_rate;
     track->sample_aspect_ratio = source.sample_aspect_ratio;
