@@ -1,5 +1,5 @@
 #!/bin/bash
-# Tries the packages as a person would: installs them in a new Debian 12, starts the application from its desktop
+# Tries the packages as a person would: installs them in a new Debian of this release, starts the application from its desktop
 # entry, opens a document, exports a video, removes everything and looks for traces.
 # Usage: scripts/package-check.sh [ROOT]
 #   ROOT  where the new Debian is made; build/package-root unless told. Needs root and the network.
@@ -16,7 +16,7 @@ main() {
     install_tools debootstrap lintian ffmpeg
     step "lintian"
     lintian --fail-on error --suppress-tags bad-distribution-in-changes-file build/packages/*.deb
-    step "a new Debian 12 in $root"
+    step "a new Debian $(release) in $root"
     make_root
     trap unmount EXIT
     # What any desktop has, and what the check itself uses.
@@ -48,6 +48,9 @@ fail() {
     exit 1
 }
 
+# Packages fit the release that they were built on.
+release() { sed -n 's/^VERSION_CODENAME=//p' /etc/os-release; }
+
 install_tools() {
     local tool
     for tool in "$@"; do
@@ -59,9 +62,9 @@ make_root() {
     local mirror=${DEBIAN_MIRROR:-http://deb.debian.org/debian}
     rm -rf "$root"
     mkdir -p "$root"
-    debootstrap --variant=minbase bookworm "$root" "$mirror" >build/debootstrap.log || {
+    debootstrap --variant=minbase "$(release)" "$root" "$mirror" >build/debootstrap.log || {
         tail -n 5 build/debootstrap.log >&2
-        fail "debootstrap could not make a Debian 12"
+        fail "debootstrap could not make a Debian $(release)"
     }
     # This machine's own way to the packages.
     cp -r /etc/apt/auth.conf.d /etc/apt/keyrings "$root/etc/apt/" 2>/dev/null || true

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Installs what building, testing and trying Pointloom needs on Debian 12. Instant when nothing is missing.
+# Installs what building, testing and trying Pointloom needs on Debian 12 and 13. Instant when nothing is missing.
 # Usage: scripts/setup.sh [--fuzz]
 #   --fuzz  Clang and its libFuzzer too
 set -euo pipefail
@@ -8,7 +8,7 @@ export LC_ALL=C.UTF-8
 # The one list of Debian packages; docs/DEPENDENCIES.md says what each library is for.
 packages=(
     # Build
-    build-essential # g++ 12
+    build-essential # g++ 12 or later
     cmake           # 3.25, the first that reads version 6 of the presets
     ninja-build
     pkg-config
@@ -54,7 +54,7 @@ packages=(
     appstream
     shared-mime-info
 )
-fuzz_packages=(clang libclang-rt-14-dev)
+fuzz_packages=(clang libclang-rt-dev)
 
 main() {
     local missing
