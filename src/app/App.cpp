@@ -86,7 +86,8 @@ int runWindow(const std::optional<SessionLock>& lock, const QStringList& files,
     ExportRunner exports(state, lock ? lock->folder() + QStringLiteral("/exports.json") : QString());
     if (const auto damage = exports.queue().restore())
         trouble = troubleOf(*damage, state);
-    MainWindow window({state, undo, defaults, dialogs}, licence, exports);
+    CommandKeys keys(Preferences::keys(defaults));
+    MainWindow window({state, undo, defaults, dialogs, keys}, licence, exports);
 
     std::optional<InstanceServer> server;
     const auto takeOver = [&window](const QStringList& handedOver) {

@@ -69,8 +69,12 @@ QMenu& AppCommands::addMenu(Parent& parent, L10nKey title) {
 
 QAction* AppCommands::addUntitled(QMenu& menu, Command command, std::function<void()> run) {
     QAction* action = menu.addAction(QString());
-    const QList<QKeyCombination> keys = m_context.keys.of(command);
-    action->setShortcuts(QList<QKeySequence>(keys.begin(), keys.end()));
+    m_bindings.watchAll(
+        [this, action, command] {
+            const CommandKeys::Keys keys = m_context.keys.of(command);
+            action->setShortcuts(QList<QKeySequence>(keys.begin(), keys.end()));
+        },
+        m_context.keys.chosen());
     QObject::connect(action, &QAction::triggered, action, std::move(run));
     return action;
 }
@@ -100,7 +104,7 @@ void AppCommands::addInEditor(QMenu& menu, std::initializer_list<Command> comman
                 action->setText(entryText(m_context, command));
                 action->setEnabled(m_context.state.step == Screen::editor);
             },
-            m_context.state.language, m_context.state.step);
+            m_context.state.language, m_context.state.step, m_context.keys.chosen());
     }
 }
 

@@ -29,7 +29,7 @@ protected:
     }
     void choose(const QString& title) { action(title).trigger(); }
     QStringList titlesIn(const QString& menu);
-    UiContext context() { return {*state, *undo, defaults, dialogs}; }
+    UiContext context() { return {*state, *undo, defaults, dialogs, keys}; }
     QString path(const QString& name) const { return folder.path(name); }
 
     /// A session worth losing.
@@ -41,6 +41,7 @@ protected:
     ClipFolder folder;
     UserDefaults defaults{folder.path(QStringLiteral("Pointloom.conf"))};
     PreparedDialogs dialogs;
+    CommandKeys keys;
     CommandBridge bridge;
     std::optional<SessionLock> lock = SessionLock::tryAcquire(folder.path(QStringLiteral("data")));
     std::unique_ptr<Persistence> persistence;

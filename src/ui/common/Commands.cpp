@@ -1,6 +1,5 @@
 #include "ui/common/Commands.h"
 
-#include "l10n/Format.h"
 #include "l10n/L10nKey.h"
 
 #include <algorithm>
@@ -19,24 +18,24 @@ constexpr CommandRow rows[] = {
     {.id = Command::playPause, .group = editor, .does = L10nKey::helpPlayPause, .title = L10nKey::commandPlayPause, .keys = {Qt::Key_Space}},
     {.id = Command::frameBack, .group = editor, .does = L10nKey::helpStepFrame, .title = L10nKey::editorStepBack, .keys = {Qt::Key_Left}, .repeats = true},
     {.id = Command::frameForward, .group = editor, .does = L10nKey::helpStepFrame, .title = L10nKey::editorStepForward, .keys = {Qt::Key_Right}, .repeats = true},
-    {.id = Command::secondBack, .group = editor, .does = L10nKey::helpStepSecond, .keys = {Qt::SHIFT | Qt::Key_Left}, .repeats = true},
-    {.id = Command::secondForward, .group = editor, .does = L10nKey::helpStepSecond, .keys = {Qt::SHIFT | Qt::Key_Right}, .repeats = true},
+    {.id = Command::secondBack, .group = editor, .does = L10nKey::helpStepSecond, .title = L10nKey::commandSecondBack, .keys = {Qt::SHIFT | Qt::Key_Left}, .repeats = true},
+    {.id = Command::secondForward, .group = editor, .does = L10nKey::helpStepSecond, .title = L10nKey::commandSecondForward, .keys = {Qt::SHIFT | Qt::Key_Right}, .repeats = true},
     {.id = Command::previousMarker, .group = editor, .does = L10nKey::helpStepMarker, .title = L10nKey::commandPreviousMarker, .keys = {Qt::Key_Up}, .repeats = true},
     {.id = Command::nextMarker, .group = editor, .does = L10nKey::helpStepMarker, .title = L10nKey::commandNextMarker, .keys = {Qt::Key_Down}, .repeats = true},
     {.id = Command::previousRallyEnd, .group = editor, .does = L10nKey::helpStepRallyEnd, .title = L10nKey::commandPreviousRallyEnd, .keys = {Qt::Key_B}, .repeats = true},
     {.id = Command::nextRallyEnd, .group = editor, .does = L10nKey::helpStepRallyEnd, .title = L10nKey::commandNextRallyEnd, .keys = {Qt::Key_N}, .repeats = true},
     {.id = Command::jumpBack, .group = editor, .does = L10nKey::helpShuttle, .title = L10nKey::commandJumpBack, .keys = {Qt::Key_J}, .repeats = true},
-    {.id = Command::pause, .group = editor, .does = L10nKey::helpShuttle, .keys = {Qt::Key_K}},
+    {.id = Command::pause, .group = editor, .does = L10nKey::helpShuttle, .title = L10nKey::commandPause, .keys = {Qt::Key_K}},
     {.id = Command::playFaster, .group = editor, .does = L10nKey::helpShuttle, .title = L10nKey::commandPlayFaster, .keys = {Qt::Key_L}},
     {.id = Command::goToStart, .group = editor, .does = L10nKey::helpStartEnd, .title = L10nKey::editorGoToStart, .keys = {Qt::Key_Home}},
     {.id = Command::goToEnd, .group = editor, .does = L10nKey::helpStartEnd, .title = L10nKey::editorGoToEnd, .keys = {Qt::Key_End}},
     {.id = Command::goToTime, .group = editor, .does = L10nKey::helpGoToTime, .title = L10nKey::commandGoToTime, .keys = {Qt::Key_G}},
     {.id = Command::playKept, .group = editor, .does = L10nKey::helpPlayKept, .title = L10nKey::editorPlayKept, .keys = {Qt::Key_P}},
     {.id = Command::addMarker, .group = editor, .does = L10nKey::helpAddMarker, .title = L10nKey::addMarker, .keys = {Qt::Key_M, Qt::Key_Plus}, .hiddenKeys = {Qt::SHIFT | Qt::Key_Plus}},
-    {.id = Command::pointFirst, .group = editor, .does = L10nKey::helpPoint, .keys = {Qt::Key_1}},
-    {.id = Command::pointSecond, .group = editor, .does = L10nKey::helpPoint, .keys = {Qt::Key_2}},
-    {.id = Command::pointBackFirst, .group = editor, .does = L10nKey::helpPointBack, .keys = {Qt::SHIFT | Qt::Key_1}},
-    {.id = Command::pointBackSecond, .group = editor, .does = L10nKey::helpPointBack, .keys = {Qt::SHIFT | Qt::Key_2}},
+    {.id = Command::pointFirst, .group = editor, .does = L10nKey::helpPoint, .title = L10nKey::commandPointFirst, .keys = {Qt::Key_1}},
+    {.id = Command::pointSecond, .group = editor, .does = L10nKey::helpPoint, .title = L10nKey::commandPointSecond, .keys = {Qt::Key_2}},
+    {.id = Command::pointBackFirst, .group = editor, .does = L10nKey::helpPointBack, .title = L10nKey::commandPointBackFirst, .keys = {Qt::SHIFT | Qt::Key_1}},
+    {.id = Command::pointBackSecond, .group = editor, .does = L10nKey::helpPointBack, .title = L10nKey::commandPointBackSecond, .keys = {Qt::SHIFT | Qt::Key_2}},
     {.id = Command::swapServe, .group = editor, .does = L10nKey::helpSwapServe, .title = L10nKey::editorSwapServe, .keys = {Qt::Key_S}},
     {.id = Command::trimStart, .group = editor, .does = L10nKey::helpTrim, .title = L10nKey::timelineTrimStart, .keys = {Qt::Key_I}},
     {.id = Command::trimEnd, .group = editor, .does = L10nKey::helpTrim, .title = L10nKey::timelineTrimEnd, .keys = {Qt::Key_O}},
@@ -77,35 +76,6 @@ constexpr CommandRow rows[] = {
 };
 // clang-format on
 
-template <std::size_t count>
-void append(QList<QKeyCombination>& keys, const std::array<QKeyCombination, count>& more) {
-    std::ranges::copy_if(more, std::back_inserter(keys),
-                         [](QKeyCombination key) { return key.key() != Qt::Key_unknown; });
-}
-
-QString keyName(Qt::Key key, Language language) {
-    switch (key) {
-    case Qt::Key_Left:
-        return QStringLiteral("←");
-    case Qt::Key_Right:
-        return QStringLiteral("→");
-    case Qt::Key_Up:
-        return QStringLiteral("↑");
-    case Qt::Key_Down:
-        return QStringLiteral("↓");
-    case Qt::Key_Space:
-        return t(language, L10nKey::keysSpace);
-    case Qt::Key_Home:
-        return t(language, L10nKey::keysHome);
-    case Qt::Key_End:
-        return t(language, L10nKey::keysEnd);
-    case Qt::Key_Delete:
-        return t(language, L10nKey::keysDelete);
-    default:
-        return QKeySequence(key).toString(QKeySequence::PortableText);
-    }
-}
-
 }
 
 std::span<const CommandRow> commandTable() {
@@ -114,60 +84,6 @@ std::span<const CommandRow> commandTable() {
 
 const CommandRow& commandRow(Command command) {
     return *std::ranges::find(rows, command, &CommandRow::id);
-}
-
-const CommandKeys& CommandKeys::standard() {
-    static const CommandKeys keys;
-    return keys;
-}
-
-QList<QKeyCombination> CommandKeys::shown(Command command) const {
-    if (const auto chosen = m_chosen.find(command); chosen != m_chosen.end())
-        return chosen->second;
-    QList<QKeyCombination> keys;
-    append(keys, commandRow(command).keys);
-    return keys;
-}
-
-QList<QKeyCombination> CommandKeys::of(Command command) const {
-    QList<QKeyCombination> keys = shown(command);
-    if (!m_chosen.contains(command))
-        append(keys, commandRow(command).hiddenKeys);
-    return keys;
-}
-
-const CommandRow* CommandKeys::editorCommand(QKeyCombination pressed) const {
-    const auto* const found = std::ranges::find_if(rows, [&](const CommandRow& row) {
-        return row.group == CommandGroup::editor && of(row.id).contains(pressed);
-    });
-    return found == std::end(rows) ? nullptr : found;
-}
-
-QString keyLabel(QKeyCombination key, Language language) {
-    QString label;
-    if (key.keyboardModifiers().testFlag(Qt::ControlModifier))
-        label += u'⌘';
-    if (key.keyboardModifiers().testFlag(Qt::ShiftModifier))
-        label += u'⇧';
-    return forThisDesktop(label, language) + keyName(key.key(), language);
-}
-
-std::vector<KeyListLine> keyList(CommandGroup group, const CommandKeys& keys, Language language) {
-    std::vector<KeyListLine> lines;
-    for (const CommandRow& row : rows) {
-        QStringList labels;
-        if (row.fixedKeys)
-            labels << forThisDesktop(t(language, *row.fixedKeys), language);
-        for (const QKeyCombination key : keys.shown(row.id))
-            labels << keyLabel(key, language);
-        if (row.group != group || labels.isEmpty())
-            continue;
-        if (!lines.empty() && lines.back().does == row.does)
-            lines.back().keys += labels;
-        else
-            lines.push_back({labels, *row.does});
-    }
-    return lines;
 }
 
 }

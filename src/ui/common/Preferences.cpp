@@ -1,6 +1,7 @@
 #include "ui/common/Preferences.h"
 
 #include "persistence/UserDefaults.h"
+#include "ui/common/KeyFile.h"
 #include "ui/common/UiContext.h"
 
 namespace pointloom::Preferences {
@@ -49,6 +50,14 @@ ThemeChoice theme(const UserDefaults& defaults) noexcept {
     return choice<ThemeChoice>(defaults, themeKey).value_or(ThemeChoice::dark);
 }
 
+CommandKeys::Chosen keys(const UserDefaults& defaults) noexcept {
+    try {
+        return keysFromJson(remembered(defaults, keysKey)).chosen;
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
 bool isSet(const UserDefaults& defaults, std::string_view key) noexcept {
     try {
         return defaults.boolean(key) || (key == quickPicturesKey && !defaults.data(key));
@@ -62,6 +71,14 @@ void chooseLanguage(const UiContext& context, Language language) {
     context.state.save();
     const std::string_view raw = rawValue(language);
     context.defaults.setData(languageKey, QByteArray(raw.data(), static_cast<qsizetype>(raw.size())));
+}
+
+void chooseKeys(const UiContext& context, const CommandKeys::Chosen& chosen) {
+    context.keys.choose(chosen);
+    if (chosen.empty())
+        context.defaults.remove(keysKey);
+    else
+        context.defaults.setData(keysKey, keysAsJson(chosen));
 }
 
 }

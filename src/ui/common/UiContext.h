@@ -5,7 +5,7 @@
 #include "l10n/L10nKey.h"
 #include "session/AppState.h"
 #include "session/UndoStack.h"
-#include "ui/common/Commands.h"
+#include "ui/common/CommandKeys.h"
 #include "ui/common/Dialogs.h"
 
 namespace pointloom {
@@ -19,13 +19,13 @@ struct UiContext {
     UndoStack& undo;
     UserDefaults& defaults;
     Dialogs& dialogs;
-    const CommandKeys& keys = CommandKeys::standard();
+    CommandKeys& keys;
 
     /// A text in the session's language and this desktop's words. Readers inside a binding on
     /// `state.language` follow a switch of language.
     QString text(L10nKey key) const { return forThisDesktop(state.t(key), state.language); }
 
-    /// A tool tip: the text with the first key of `command` in brackets.
+    /// A tool tip: the text with the first key of `command` in brackets. It changes with `keys.chosen()` too.
     QString textWithKey(L10nKey name, Command command) const {
         const auto shown = keys.shown(command);
         return shown.isEmpty()

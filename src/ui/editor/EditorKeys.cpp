@@ -16,22 +16,6 @@ namespace pointloom {
 
 namespace {
 
-// The digits 1 and 2 by their place on the keyboard: with Shift, and on some keyboards without, their keys
-// write other characters.
-Qt::Key keyOf(const QKeyEvent& event) {
-    constexpr quint32 scanCodeOf1 = 10;
-    constexpr quint32 scanCodeOf2 = 11;
-    if (event.nativeScanCode() == scanCodeOf1 || event.key() == Qt::Key_Exclam)
-        return Qt::Key_1;
-    if (event.nativeScanCode() == scanCodeOf2 || event.key() == Qt::Key_At || event.key() == Qt::Key_QuoteDbl)
-        return Qt::Key_2;
-    return Qt::Key(event.key());
-}
-
-QKeyCombination pressed(const QKeyEvent& event) {
-    return QKeyCombination(event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier), keyOf(event));
-}
-
 template <class... Kinds>
 bool isAnyOf(const QWidget* widget) {
     return (qobject_cast<const Kinds*>(widget) || ...);
@@ -90,11 +74,12 @@ bool EditorKeys::eventFilter(QObject* watched, QEvent* event) {
     if (!concernsEditor(*static_cast<QWidget*>(watched)))
         return false;
     const auto& key = *static_cast<QKeyEvent*>(event);
-    if (pressed(key) == (Qt::SHIFT | Qt::Key_F10)) {
+    const auto pressed = pressedKey(key);
+    if (pressed == (Qt::SHIFT | Qt::Key_F10)) {
         openContextMenu(*static_cast<QWidget*>(watched));
         return true;
     }
-    const CommandRow* command = m_keys.editorCommand(pressed(key));
+    const CommandRow* command = pressed ? m_keys.commandOf(*pressed) : nullptr;
     const auto action = command ? m_actions.find(command->id) : m_actions.end();
     if (action == m_actions.end() || keeps(m_editor.window()->focusWidget(), key))
         return false;

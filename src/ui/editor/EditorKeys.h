@@ -1,7 +1,7 @@
 // The commands of the editor and their keys.
 #pragma once
 
-#include "ui/common/Commands.h"
+#include "ui/common/CommandKeys.h"
 
 #include <functional>
 #include <map>

@@ -218,6 +218,9 @@ EditorKeys::Actions EditorView::actions() {
         {zoomIn, [this] { m_timeline->zoomIn(); }},
         {zoomOut, [this] { m_timeline->zoomOut(); }},
         {zoomToFit, [this] { m_timeline->zoomToFit(); }},
+        {editNames, [this] { Q_EMIT editNamesRequested(); }},
+        {resetScoreboardPlace, [this] { m_stage->overlay().resetPosition(); }},
+        {resetScoreboardSize, [this] { m_stage->overlay().resetSize(); }},
         {previewFrame,
          [this] {
              if (m_context.state.videoURL.value())

@@ -241,8 +241,7 @@ void MarkerRowDelegate::updateEditorGeometry(QWidget* editor, const QStyleOption
 
 QString pointKeysHint(const UiContext& context) {
     const auto key = [&](Command command) {
-        const auto keys = context.keys.shown(command);
-        return keys.isEmpty() ? QString() : keyLabel(keys.first(), context.state.language);
+        return keyOrName(command, context.keys, context.state.language);
     };
     const QString first = format(context.text(L10nKey::editorPointKeys), key(Command::pointFirst),
                                  sideName(context, Side::first));
@@ -276,8 +275,9 @@ MarkerListView::MarkerListView(const UiContext& context, QWidget* parent)
         setAccessibleName(m_context.text(L10nKey::markers));
         viewport()->update();
     });
-    // The names in the hint, and the width of the longest time.
-    m_bindings.watchAll([this] { viewport()->update(); }, state.matchConfig, state.videoDuration);
+    // Names and keys in the hint, and the width of the longest time.
+    m_bindings.watchAll([this] { viewport()->update(); }, state.matchConfig, state.videoDuration,
+                        m_context.keys.chosen());
 }
 
 void MarkerListView::jumpTo(const QModelIndex& index) {
@@ -365,9 +365,10 @@ void MarkerListView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.setFont(quietFont(font()));
     painter.setPen(tokens().quietText);
-    painter.drawText(viewport()->rect().adjusted(Space::l, 0, -Space::l, 0),
-                     Qt::AlignCenter | Qt::TextWordWrap,
-                     m_context.text(L10nKey::noMarkers) + QStringLiteral("\n\n") + pointKeysHint(m_context));
+    painter.drawText(
+        viewport()->rect().adjusted(Space::l, 0, -Space::l, 0), Qt::AlignCenter | Qt::TextWordWrap,
+        withKeysInUse(m_context.text(L10nKey::noMarkers), m_context.keys, m_context.state.language) +
+            QStringLiteral("\n\n") + pointKeysHint(m_context));
 }
 
 }

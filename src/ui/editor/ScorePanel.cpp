@@ -73,7 +73,7 @@ ScorePanel::ScorePanel(const UiContext& context, QWidget* parent)
     });
     m_bindings.watchAll([this] { refresh(); }, state.markers, state.initialScore, state.matchConfig,
                         state.rules);
-    m_bindings.watch(state.language, [this] { showTexts(); });
+    m_bindings.watchAll([this] { showTexts(); }, state.language, context.keys.chosen());
 }
 
 void ScorePanel::editInitialScore() {

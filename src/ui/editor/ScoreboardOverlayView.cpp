@@ -277,19 +277,27 @@ void ScoreboardOverlayView::contextMenuEvent(QContextMenuEvent* event) {
     const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
     if (m_painter.isEmpty() || (!isByKey && gripAt(event->pos()) == Grip::none))
         return;
-    AppState& state = m_context.state;
     auto* menu = new CommandMenu(m_context, this);
     menu->add(Command::editNames, [this] { Q_EMIT editNamesRequested(); });
     menu->addSeparator();
-    const ScoreboardPlace place = state.scoreboardPlace();
-    const auto addReset = [&](Command command, const ScoreboardPlace& standard, L10nKey name) {
-        menu->add(command, [this, standard,
-                            name] { m_context.state.placeScoreboard(standard, name, &m_context.undo); })
-            ->setEnabled(standard != place);
-    };
-    addReset(Command::resetScoreboardPlace, {AppState::defaultScoreboardPosition, place.userScale}, moveName);
-    addReset(Command::resetScoreboardSize, {place.position, 1}, resizeName);
+    const ScoreboardPlace place = m_context.state.scoreboardPlace();
+    menu->add(Command::resetScoreboardPlace, [this] { resetPosition(); })
+        ->setEnabled(place.position != AppState::defaultScoreboardPosition);
+    menu->add(Command::resetScoreboardSize, [this] { resetSize(); })->setEnabled(place.userScale != 1);
     menu->popup(isByKey ? mapToGlobal(scoreboardRect().center().toPoint()) : event->globalPos());
+}
+
+void ScoreboardOverlayView::resetPosition() {
+    place({AppState::defaultScoreboardPosition, m_context.state.scoreboardPlace().userScale}, moveName);
+}
+
+void ScoreboardOverlayView::resetSize() {
+    place({m_context.state.scoreboardPlace().position, 1}, resizeName);
+}
+
+void ScoreboardOverlayView::place(const ScoreboardPlace& standard, L10nKey name) {
+    if (standard != m_context.state.scoreboardPlace())
+        m_context.state.placeScoreboard(standard, name, &m_context.undo);
 }
 
 void ScoreboardOverlayView::leaveEvent(QEvent*) {

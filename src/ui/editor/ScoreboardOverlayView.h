@@ -35,6 +35,9 @@ public:
     QRectF scoreboardRect() const;
     QRectF handleRect() const;
 
+    void resetPosition();
+    void resetSize();
+
 Q_SIGNALS:
     /// A press on the picture beside the scoreboard.
     void picturePressed();
@@ -56,6 +59,7 @@ protected:
 private:
     enum class Grip { none, scoreboard, handle };
 
+    void place(const ScoreboardPlace& standard, L10nKey name);
     Grip gripAt(QPointF point) const;
     void showGrip(QPointF point);
     void refreshScoreboard();

@@ -29,10 +29,12 @@ TimeField::TimeField(const UiContext& context, QWidget* parent)
         if (!hasFocus())
             showPlayhead();
     });
-    m_bindings.watch(state.language, [this] {
-        setAccessibleName(m_context.text(L10nKey::editorPlayhead));
-        setToolTip(m_context.textWithKey(L10nKey::commandGoToTime, Command::goToTime));
-    });
+    m_bindings.watchAll(
+        [this] {
+            setAccessibleName(m_context.text(L10nKey::editorPlayhead));
+            setToolTip(m_context.textWithKey(L10nKey::commandGoToTime, Command::goToTime));
+        },
+        state.language, m_context.keys.chosen());
 }
 
 void TimeField::showPlayhead() {

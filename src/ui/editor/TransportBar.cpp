@@ -122,10 +122,12 @@ TransportBar::TransportBar(const UiContext& context, EditorPlayback& playback, Q
 
 QToolButton* TransportBar::makeButton(const QString& icon, L10nKey text, Command command) {
     QToolButton* button = Controls::iconButton(icon, this);
-    m_bindings.watch(m_context.state.language, [this, button, text, command] {
-        button->setAccessibleName(m_context.text(text));
-        button->setToolTip(m_context.textWithKey(text, command));
-    });
+    m_bindings.watchAll(
+        [this, button, text, command] {
+            button->setAccessibleName(m_context.text(text));
+            button->setToolTip(m_context.textWithKey(text, command));
+        },
+        m_context.state.language, m_context.keys.chosen());
     return button;
 }
 

@@ -56,7 +56,8 @@ void QueueDialog::showQueue() {
     const auto entries = m_runner.queue().entries();
     const QueueStatus status = m_runner.queue().status();
     const Language language = context().state.language;
-    m_summary->setText(entries.empty() ? context().text(L10nKey::queueEmpty)
+    m_summary->setText(entries.empty() ? format(context().text(L10nKey::queueEmpty),
+                                                keyOrName(Command::exportVideo, context().keys, language))
                                        : ExportWords::queue(status, QDateTime::currentDateTime(), language));
     const QString fault = m_runner.queue().faultOfFile();
     m_fault->setText(format(context().text(L10nKey::queueNotKept), fault));

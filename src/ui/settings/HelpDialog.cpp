@@ -1,5 +1,7 @@
 #include "ui/settings/HelpDialog.h"
 
+#include "l10n/Format.h"
+#include "ui/settings/KeysDialog.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -31,6 +33,16 @@ constexpr Section steps[] = {{L10nKey::helpStep0, L10nKey::helpStep0Detail},
                              {L10nKey::helpTipsSection, L10nKey::helpTipsDetail},
                              {L10nKey::helpCSVSection, L10nKey::helpCSVDetail},
                              {L10nKey::helpPointsSection, L10nKey::helpPointsDetail}};
+
+QString textOf(L10nKey detail, const UiContext& context) {
+    const QString text = withKeysInUse(context.text(detail), context.keys, context.state.language);
+    if (detail != L10nKey::helpCountingDetail)
+        return text;
+    const auto key = [&](Command command) {
+        return keyOrName(command, context.keys, context.state.language);
+    };
+    return format(format(text, key(Command::pointFirst), key(Command::pointSecond)), key(Command::swapServe));
+}
 
 }
 
@@ -76,23 +88,31 @@ void HelpDialog::addSection(QVBoxLayout& layout, L10nKey title, L10nKey detail) 
     inside->addWidget(heading);
     inside->addWidget(text);
     layout.addWidget(card);
-    inEachLanguage([this, heading, text, title, detail] {
+    const auto showTexts = [this, heading, text, title, detail] {
         heading->setText(context().text(title));
-        text->setText(context().text(detail));
-    });
+        text->setText(textOf(detail, context()));
+    };
+    bindings().watchAll(showTexts, context().state.language, context().keys.chosen());
 }
 
-// Replaced at each switch of language: keys have other labels then.
+// Replaced when the keys or, in another language, their labels change.
 void HelpDialog::addShortcuts(QVBoxLayout& layout) {
     QLabel* heading = Controls::label(Controls::TextRole::section, this);
+    QPushButton* change = Controls::button(Controls::ButtonKind::normal, this);
+    change->setAutoDefault(false);
+    connect(change, &QPushButton::clicked, this, [this] { (new KeysDialog(context(), this))->open(); });
+    auto* head = new QHBoxLayout;
+    head->addWidget(heading, 1);
+    head->addWidget(change);
     layout.addSpacing(Space::s);
-    layout.addWidget(heading);
+    layout.addLayout(head);
     auto* holder = new QWidget(this);
     auto* place = new QVBoxLayout(holder);
     place->setContentsMargins(0, 0, 0, 0);
     layout.addWidget(holder);
-    inEachLanguage([this, heading, place] {
+    const auto showKeys = [this, heading, change, place] {
         heading->setText(context().text(L10nKey::helpShortcutsTitle));
+        change->setText(context().text(L10nKey::keysChange));
         if (const std::unique_ptr<QLayoutItem> before{place->takeAt(0)})
             before->widget()->deleteLater();
         QFrame* card = Controls::card(this);
@@ -117,7 +137,8 @@ void HelpDialog::addShortcuts(QVBoxLayout& layout) {
             }
         }
         place->addWidget(card);
-    });
+    };
+    bindings().watchAll(showKeys, context().state.language, context().keys.chosen());
 }
 
 QWidget* HelpDialog::makeKeys(const QStringList& labels, QWidget* parent) const {

@@ -5,6 +5,7 @@
 #include "persistence/KeptSegments.h"
 #include "persistence/UserDefaults.h"
 #include "ui/common/Preferences.h"
+#include "ui/settings/KeysDialog.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
@@ -33,6 +34,7 @@ PreferencesDialog::PreferencesDialog(const UiContext& context, QWidget* parent)
     : TitledDialog(context, 60, parent)
     , m_language(new QComboBox(this))
     , m_theme(new QComboBox(this))
+    , m_keys(Controls::button(Controls::ButtonKind::normal, this))
     , m_keptLimit(new QComboBox(this))
     , m_keptBytes(Controls::label(Controls::TextRole::quiet, this))
     , m_empty(Controls::button(Controls::ButtonKind::normal, this))
@@ -71,7 +73,14 @@ QWidget* PreferencesDialog::makeAppearance() {
     grid->addWidget(themeLabel, 1, 0);
     grid->addWidget(m_theme, 1, 1);
 
-    inEachLanguage([this, languageLabel, themeLabel] {
+    QLabel* keysLabel = Controls::label(Controls::TextRole::body, card);
+    grid->addWidget(keysLabel, 2, 0);
+    grid->addWidget(m_keys, 2, 1);
+    connect(m_keys, &QPushButton::clicked, this, [this] { (new KeysDialog(context(), this))->open(); });
+
+    inEachLanguage([this, languageLabel, themeLabel, keysLabel] {
+        keysLabel->setText(context().text(L10nKey::helpShortcutsTitle));
+        m_keys->setText(context().text(L10nKey::keysChange));
         languageLabel->setText(context().text(L10nKey::preferencesLanguage));
         m_language->setAccessibleName(context().text(L10nKey::preferencesLanguage));
         m_language->setCurrentIndex(static_cast<int>(context().state.language.value()));

@@ -34,6 +34,7 @@ private:
 
     QComboBox* m_language;
     QComboBox* m_theme;
+    QPushButton* m_keys;
     QComboBox* m_keptLimit;
     QLabel* m_keptBytes;
     QPushButton* m_empty;

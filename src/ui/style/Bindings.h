@@ -19,7 +19,7 @@ public:
 
     /// The same for several fields that one update reads.
     template <class Update, class... Properties>
-    void watchAll(Update update, Properties&... properties) {
+    void watchAll(Update update, Properties&&... properties) {
         update();
         (m_notifiers.push_back(properties.addNotifier(update)), ...);
     }

@@ -76,7 +76,8 @@ TimelineView::TimelineView(const UiContext& context, QWidget* parent, const QStr
     place.setRetainSizeWhenHidden(true);
     m_scrollBar->setSizePolicy(place);
     setFocusProxy(m_canvas);
-    m_bindings.watchAll([this] { showTexts(); }, context.state.language, context.state.parts);
+    m_bindings.watchAll([this] { showTexts(); }, context.state.language, context.state.parts,
+                        context.keys.chosen());
     showView();
 }
 

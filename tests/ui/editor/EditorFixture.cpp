@@ -10,7 +10,7 @@ namespace pointloom::test {
 
 EditorFixture::EditorFixture()
     : defaults(folder.path(QStringLiteral("settings.ini")))
-    , context{state, undo, defaults, dialogs} {
+    , context{state, undo, defaults, dialogs, keysInUse} {
     QStandardPaths::setTestModeEnabled(true);                  // thumbnails are kept
     defaults.setBoolean(Preferences::quickPicturesKey, false); // tests that want them switch them on
     Theme::shared().apply(*qApp, ThemeChoice::dark);

@@ -43,6 +43,7 @@ protected:
     UndoStack undo;
     UserDefaults defaults;
     PreparedDialogs dialogs;
+    CommandKeys keysInUse;
     UiContext context;
     std::unique_ptr<EditorView> editor;
 };

@@ -167,6 +167,28 @@ TEST_F(EditorKeysTest, ServeDeletionAndWalkingConcernTheSelectedMarker) {
     EXPECT_EQ(state.markers.value().size(), 3U);
 }
 
+TEST_F(EditorKeysTest, KeysThatAreChangedWhileTheEditorIsOpenHoldAtOnce) {
+    const auto toolTip = [this] {
+        for (const QToolButton* button : editor->findChildren<QToolButton*>()) {
+            if (button->accessibleName() == QStringLiteral("Mark a Cut"))
+                return button->toolTip();
+        }
+        return QString();
+    };
+    EXPECT_TRUE(toolTip().contains(QStringLiteral("(C)"))) << toolTip().toStdString();
+    keysInUse.choose({{Command::addCut, {Qt::Key_X}}, {Command::pointFirst, {Qt::Key_F}}});
+    EXPECT_TRUE(toolTip().contains(QStringLiteral("(X)"))) << toolTip().toStdString();
+    state.currentTime = 20;
+    press(Qt::Key_C);
+    EXPECT_TRUE(state.cuts.value().empty());
+    press(Qt::Key_X);
+    EXPECT_EQ(state.cuts.value().size(), 1U);
+    press(Qt::Key_1);
+    EXPECT_TRUE(state.markers.value().empty());
+    press(Qt::Key_F);
+    EXPECT_EQ(gameOf(0), (GameScore{fifteen, zero}));
+}
+
 TEST_F(EditorKeysTest, SeekingKeysMoveThePlayheadWithinTheVideo) {
     press(Qt::Key_Right, Qt::ShiftModifier);
     EXPECT_EQ(state.currentTime.value(), 1);

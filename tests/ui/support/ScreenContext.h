@@ -65,7 +65,8 @@ struct ScreenContext {
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("settings.conf"))};
     PreparedDialogs dialogs;
-    UiContext context{state, undo, defaults, dialogs};
+    CommandKeys keys;
+    UiContext context{state, undo, defaults, dialogs, keys};
 };
 
 }

@@ -110,7 +110,8 @@ struct Timeline : testing::Test {
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
     DesktopDialogs dialogs{state, defaults};
-    TimelineView view{UiContext{state, undo, defaults, dialogs}, nullptr,
+    CommandKeys keys;
+    TimelineView view{UiContext{state, undo, defaults, dialogs, keys}, nullptr,
                       folder.filePath(QStringLiteral("cache"))};
 };
 
