@@ -114,7 +114,7 @@ copy_data() {
     local package file
     mkdir -p "$files/share/fonts" "$files/share/X11" "$files/share/qt6/translations" "$files/share/licences"
     for package in "${fonts[@]}"; do
-        dpkg -L "$package" 2>/dev/null | grep -E '/(NimbusSans-(Regular|Bold)|LiberationSans-(Regular|Bold)|NotoColorEmoji|DejaVuSans(-Bold)?)\.(otf|ttf|t1)$' |
+        dpkg -L "$package" 2>/dev/null | grep -E '/(NimbusSans(Narrow)?-(Regular|Bold)|URWGothic-(Book|Demi)|C059-(Roman|Bold)|LiberationSans-(Regular|Bold)|NotoColorEmoji|DejaVuSans(-Bold)?)\.(otf|ttf|t1)$' |
             while read -r file; do cp -L "$file" "$files/share/fonts/"; done
     done
     cp packaging/portable/fonts.conf "$files/share/fonts/"

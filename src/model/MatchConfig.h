@@ -1,6 +1,7 @@
 // The sports, what the wizard offers for each, and the configuration of a match.
 #pragma once
 
+#include "model/BoardStyle.h"
 #include "json/JsonFields.h"
 
 #include <cstdint>
@@ -62,7 +63,8 @@ struct MatchConfig {
     TeamConfig team1;
     TeamConfig team2;
     std::int64_t numberOfSets = 1;
-    std::optional<QUrl> logoURL; // club or tournament logo, an image on disk
+    std::optional<QUrl> logoURL;       // club or tournament logo, an image on disk
+    std::optional<BoardStyle> board{}; // how the scoreboard differs from its template
 
     bool operator==(const MatchConfig&) const = default;
 
@@ -72,7 +74,8 @@ struct MatchConfig {
                           json::field("team1", &MatchConfig::team1),
                           json::field("team2", &MatchConfig::team2),
                           json::field("numberOfSets", &MatchConfig::numberOfSets),
-                          json::field("logoURL", &MatchConfig::logoURL)};
+                          json::field("logoURL", &MatchConfig::logoURL),
+                          json::field("board", &MatchConfig::board)};
     }
 };
 

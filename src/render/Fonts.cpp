@@ -1,5 +1,6 @@
 #include "render/Fonts.h"
 
+#include <algorithm>
 #include <array>
 #include <QDirIterator>
 #include <QFontDatabase>
@@ -32,6 +33,17 @@ constexpr std::array candidates{
               {"LiberationSans-Regular.ttf", "LiberationSans-Regular.otf"},
               {"LiberationSans-Bold.ttf", "LiberationSans-Bold.otf"}},
 };
+// In the order of BoardFont, without the first.
+constexpr std::array boardFonts{
+    Candidate{"Nimbus Sans Narrow",
+              {"NimbusSansNarrow-Regular.otf", "NimbusSansNarrow-Regular.t1"},
+              {"NimbusSansNarrow-Bold.otf", "NimbusSansNarrow-Bold.t1"}},
+    Candidate{"URW Gothic",
+              {"URWGothic-Book.otf", "URWGothic-Book.t1"},
+              {"URWGothic-Demi.otf", "URWGothic-Demi.t1"}},
+    Candidate{"C059", {"C059-Roman.otf", "C059-Roman.t1"}, {"C059-Bold.otf", "C059-Bold.t1"}},
+};
+static_assert(boardFonts.size() + 1 == RawValues<BoardFont>::table.size());
 constexpr const char* emojiName = "Noto Color Emoji";
 constexpr const char* emojiFile = "NotoColorEmoji.ttf";
 
@@ -39,17 +51,20 @@ using FontFiles = QHash<QString, QString>; // path by file name
 
 FontFiles findFontFiles();
 QString loadFirst(std::span<const char* const> names, const FontFiles& files);
+QString loadFamily(const Candidate& candidate, const FontFiles& files);
+
+const FontFiles& fontFiles() {
+    static const FontFiles files = findFontFiles();
+    return files;
+}
 
 LoadedFonts load() {
     LoadedFonts fonts;
-    const FontFiles files = findFontFiles();
+    const FontFiles& files = fontFiles();
     for (const Candidate& candidate : candidates) {
-        const QString regular = loadFirst(candidate.regularFiles, files);
-        const QString bold = loadFirst(candidate.boldFiles, files);
-        if (!regular.isEmpty() && regular == bold) {
-            fonts.textFamily = regular;
+        fonts.textFamily = loadFamily(candidate, files);
+        if (!fonts.textFamily.isEmpty())
             break;
-        }
     }
     if (fonts.textFamily.isEmpty()) {
         for (const Candidate& candidate : candidates)
@@ -68,12 +83,14 @@ FontFiles findFontFiles() {
     folders += QStringLiteral("/usr/local/share/fonts");
     folders.removeDuplicates();
     QStringList wanted{QString::fromLatin1(emojiFile)};
-    for (const Candidate& candidate : candidates) {
+    const auto want = [&](const Candidate& candidate) {
         for (const char* name : candidate.regularFiles)
             wanted += QString::fromLatin1(name);
         for (const char* name : candidate.boldFiles)
             wanted += QString::fromLatin1(name);
-    }
+    };
+    std::ranges::for_each(candidates, want);
+    std::ranges::for_each(boardFonts, want);
     for (const QString& folder : folders) {
         QDirIterator iterator(folder, wanted, QDir::Files, QDirIterator::Subdirectories);
         while (iterator.hasNext()) {
@@ -100,6 +117,23 @@ QString loadFirst(std::span<const char* const> names, const FontFiles& files) {
     return {};
 }
 
+/// The family, when both faces can be read; else empty.
+QString loadFamily(const Candidate& candidate, const FontFiles& files) {
+    const QString regular = loadFirst(candidate.regularFiles, files);
+    return regular == loadFirst(candidate.boldFiles, files) ? regular : QString();
+}
+
+// Read when a board first uses it: what is loaded takes part in the choice of faces for other scripts.
+const QString& boardFamily(BoardFont font) {
+    static const auto families = [] {
+        std::array<QString, boardFonts.size()> loadedFamilies;
+        for (std::size_t i = 0; i < boardFonts.size(); ++i)
+            loadedFamilies[i] = loadFamily(boardFonts[i], fontFiles());
+        return loadedFamilies;
+    }();
+    return families[static_cast<std::size_t>(font) - 1];
+}
+
 const LoadedFonts& loaded() {
     static const LoadedFonts fonts = load();
     return fonts;
@@ -107,9 +141,11 @@ const LoadedFonts& loaded() {
 
 }
 
-QFont shapingFont(FontFace face, int pixelSize) {
+QFont shapingFont(FontFace face, int pixelSize, BoardFont family) {
     const LoadedFonts& fonts = loaded();
     QStringList families;
+    if (family != BoardFont::sans && !boardFamily(family).isEmpty())
+        families += boardFamily(family);
     families += fonts.textFamily.isEmpty() ? QStringLiteral("sans-serif") : fonts.textFamily;
     if (hasFlags())
         families += fonts.emojiFamily;

@@ -2,6 +2,8 @@
 // change the look of a scoreboard.
 #pragma once
 
+#include "model/BoardStyle.h"
+
 #include <QFont>
 #include <QStringList>
 
@@ -13,13 +15,16 @@ enum class FontFace { regular, bold };
 struct TextFont {
     FontFace face = FontFace::regular;
     double size = 0;
+    BoardFont family = BoardFont::sans;
 };
 
 namespace Fonts {
 
-/// Nimbus Sans, else Liberation Sans, else the desktop's sans-serif; flags from Noto Color Emoji. The pixel
-/// size is for measuring and shaping. Safe on any thread once a QGuiApplication exists.
-QFont shapingFont(FontFace face, int pixelSize);
+/// Nimbus Sans, else Liberation Sans, else the desktop's sans-serif; flags from Noto Color Emoji. The other
+/// families of boards come in one package with Nimbus Sans: Nimbus Sans Narrow, URW Gothic, C059; one that is
+/// missing is replaced by the first. The pixel size is for measuring and shaping. Safe on any thread once a
+/// QGuiApplication exists.
+QFont shapingFont(FontFace face, int pixelSize, BoardFont family = BoardFont::sans);
 
 /// Families that were not found; empty when none is missing. Scoreboards are drawn without them too, but look
 /// different.

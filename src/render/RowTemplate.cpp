@@ -1,5 +1,6 @@
 #include "render/RowTemplate.h"
 
+#include "render/BoardLook.h"
 #include "render/DevicePixels.h"
 #include "render/TemplateRenderer.h"
 
@@ -46,6 +47,7 @@ constexpr RowTemplateStyle pointTemplate(TemplateID id, PointRow row1, PointRow 
         .team1 = {row1.bg, white, row1.accent, game.fill, game.text},
         .team2 = {row2.bg, white, row2.accent, game.fill, game.text},
         .divider = divider,
+        .logo = BoardLogo::none,
     };
 }
 
@@ -212,6 +214,118 @@ void strokeShape(QPainter& painter, const QPainterPath& path, const Rgba& color,
     painter.restore();
 }
 
+class RowDrawing {
+public:
+    RowDrawing(QPainter& painter, const RowTemplateStyle& style, const ScoreboardLayout& layout,
+               const QRectF& scoreboard)
+        : m_painter(painter)
+        , m_style(style)
+        , m_layout(layout)
+        , m_scoreboard(scoreboard)
+        , m_panel(cgRoundRect(scoreboard, style.radius))
+        , m_outline(style.cutsCells ? m_panel : QPainterPath()) {}
+
+    void drawPanel();
+    void drawRows(const TemplatePayload& payload);
+    void drawDivider();
+    void drawFinish();
+    void drawLogo(const QImage& logo);
+
+private:
+    QPainter& m_painter;
+    const RowTemplateStyle& m_style;
+    const ScoreboardLayout& m_layout;
+    QRectF m_scoreboard;
+    QPainterPath m_panel;
+    QPainterPath m_outline; // empty: cells are whole rectangles
+};
+
+void RowDrawing::drawPanel() {
+    drawShadow(m_painter, m_panel, m_style.shadow, m_style.panel.alpha);
+    switch (m_style.decoration) {
+    case Decoration::splitBand: {
+        // They meet in the gap between the rows, which would otherwise show what is below the scoreboard.
+        const double seam = m_scoreboard.top() + m_style.rowH;
+        fillCell(m_painter, {m_scoreboard.topLeft(), QPointF(m_scoreboard.right(), seam)}, m_style.team1.bg,
+                 m_outline);
+        fillCell(m_painter, {QPointF(m_scoreboard.left(), seam), m_scoreboard.bottomRight()},
+                 m_style.team2.bg, m_outline);
+        return;
+    }
+    case Decoration::gradientPanel: {
+        QLinearGradient gradient(m_scoreboard.topLeft(), m_scoreboard.bottomRight());
+        gradient.setColorAt(0, m_style.panel.color());
+        gradient.setColorAt(1, m_style.decorationColor.color());
+        fillShape(m_painter, m_panel, gradient);
+        return;
+    }
+    case Decoration::glass: {
+        constexpr Rgba veil{1, 1, 1, 0.08};
+        fillShape(m_painter, m_panel, m_style.panel.color());
+        fillShape(m_painter, m_panel, veil.color());
+        strokeShape(m_painter, m_panel, m_style.decorationColor, 1);
+        return;
+    }
+    case Decoration::none:
+    case Decoration::border:
+    case Decoration::edgeBand:
+        fillShape(m_painter, m_panel, m_style.panel.color());
+        return;
+    }
+    Q_UNREACHABLE();
+}
+
+void RowDrawing::drawRows(const TemplatePayload& payload) {
+    const MatchConfig& config = payload.config;
+    const MatchFormat format = drawnFormat(config);
+    const std::vector<SetScore>& sets = setsOf(payload.score);
+    const auto [game1, game2] = gameTexts(payload.score);
+    const QPointF origin = m_scoreboard.topLeft();
+    drawScoreboardRow(m_painter, m_layout, origin, config.team1.flagDisplayName(format), sets, Side::first,
+                      game1, isServing(payload.score, Side::first), m_style.team1, m_outline);
+    drawScoreboardRow(m_painter, m_layout, origin + QPointF(0, m_layout.rowH + 1),
+                      config.team2.flagDisplayName(format), sets, Side::second, game2,
+                      isServing(payload.score, Side::second), m_style.team2, m_outline);
+}
+
+void RowDrawing::drawDivider() {
+    if (!m_style.divider)
+        return;
+    QPainterPath gap;
+    gap.addRect(m_scoreboard.left(), m_scoreboard.top() + m_layout.rowH, m_scoreboard.width(), 1);
+    fillShape(m_painter, gap, m_style.divider->color());
+}
+
+/// Decorations on top of the rows, which cover the whole panel.
+void RowDrawing::drawFinish() {
+    if (m_style.decoration == Decoration::border) {
+        QPainterPath rule;
+        rule.addRect(m_scoreboard.left(), m_scoreboard.top() + m_style.rowH, m_scoreboard.width(), 1);
+        fillShape(m_painter, rule, m_style.decorationColor.color());
+        strokeShape(m_painter, m_panel, m_style.decorationColor, 2);
+    }
+    if (m_style.decoration == Decoration::edgeBand) {
+        constexpr double width = 3; // leaves the serve dot free
+        fillCell(m_painter, {m_scoreboard.left(), m_scoreboard.top(), width, m_scoreboard.height()},
+                 m_style.decorationColor, m_outline);
+    }
+}
+
+void RowDrawing::drawLogo(const QImage& logo) {
+    if (m_layout.logo == BoardLogo::left)
+        drawLogoInScoreboard(m_painter, logo, m_scoreboard.topLeft(), m_scoreboard.height());
+    else if (m_layout.logo == BoardLogo::right)
+        drawLogoAfterNames(m_painter, logo, m_scoreboard.topLeft(), m_layout);
+}
+
+ScoreboardLayout layoutOf(const RowTemplateStyle& style, const MatchConfig& config) {
+    ScoreboardLayout layout(style.rowH, style.setW, style.gameW, config);
+    layout.order = style.order;
+    layout.logo = style.logo;
+    layout.font = style.font;
+    return layout;
+}
+
 }
 
 const RowTemplateStyle& rowTemplateStyle(TemplateID id) {
@@ -230,94 +344,26 @@ RowTemplate::RowTemplate(const RowTemplateStyle& style)
                                                        : pointloom::displayName(style.id)) {}
 
 void RowTemplate::draw(QPainter& painter, const TemplatePayload& payload, QPointF origin) const {
-    if (std::holds_alternative<ScoreState>(payload.score) != servesTennis())
+    const bool servesTennis = sportOf(m_style.id) == SportID::tennis;
+    if (std::holds_alternative<ScoreState>(payload.score) != servesTennis)
         return;
-    const QPointF topLeft = alignedToPixels(painter, origin);
-    const ScoreboardLayout measures = layout(payload.config);
+    const auto& board = payload.config.board;
+    const RowTemplateStyle style = board ? styleOf(m_style.id, *board) : m_style;
+    const ScoreboardLayout measures = layoutOf(style, payload.config);
     const auto numSets = static_cast<std::int64_t>(setsOf(payload.score).size());
-    const QRectF scoreboard(topLeft, QSizeF(measures.totalW(numSets), measures.totalH()));
+    const QSizeF size(measures.totalW(numSets), measures.totalH());
 
-    drawPanel(painter, scoreboard);
-    drawRows(painter, payload, measures, topLeft);
-    if (m_style.divider) {
-        QPainterPath gap;
-        gap.addRect(scoreboard.left(), scoreboard.top() + measures.rowH, scoreboard.width(), 1);
-        fillShape(painter, gap, m_style.divider->color());
-    }
-    drawFinish(painter, scoreboard);
-    if (servesTennis())
-        drawLogoInScoreboard(painter, payload.logo, topLeft, scoreboard.height());
+    RowDrawing drawing(painter, style, measures, {alignedToPixels(painter, origin), size});
+    drawing.drawPanel();
+    drawing.drawRows(payload);
+    drawing.drawDivider();
+    drawing.drawFinish();
+    drawing.drawLogo(payload.logo);
 }
 
 QSizeF RowTemplate::boardSize(std::int64_t numSets, const MatchConfig& config) const {
-    const ScoreboardLayout measures = layout(config);
+    const ScoreboardLayout measures = layoutOf(m_style, config);
     return {measures.totalW(numSets), measures.totalH()};
-}
-
-ScoreboardLayout RowTemplate::layout(const MatchConfig& config) const {
-    return {m_style.rowH, m_style.setW, m_style.gameW, config};
-}
-
-void RowTemplate::drawPanel(QPainter& painter, const QRectF& scoreboard) const {
-    const QPainterPath panel = cgRoundRect(scoreboard, m_style.radius);
-    drawShadow(painter, panel, m_style.shadow, m_style.panel.alpha);
-    switch (m_style.decoration) {
-    case Decoration::splitBand: {
-        // They meet in the gap between the rows, which would otherwise show what is below the scoreboard.
-        const double seam = scoreboard.top() + m_style.rowH;
-        fillCell(painter, {scoreboard.topLeft(), QPointF(scoreboard.right(), seam)}, m_style.team1.bg);
-        fillCell(painter, {QPointF(scoreboard.left(), seam), scoreboard.bottomRight()}, m_style.team2.bg);
-        return;
-    }
-    case Decoration::gradientPanel: {
-        QLinearGradient gradient(scoreboard.topLeft(), scoreboard.bottomRight());
-        gradient.setColorAt(0, m_style.panel.color());
-        gradient.setColorAt(1, m_style.decorationColor.color());
-        fillShape(painter, panel, gradient);
-        return;
-    }
-    case Decoration::glass: {
-        constexpr Rgba veil{1, 1, 1, 0.08};
-        fillShape(painter, panel, m_style.panel.color());
-        fillShape(painter, panel, veil.color());
-        strokeShape(painter, panel, m_style.decorationColor, 1);
-        return;
-    }
-    case Decoration::none:
-    case Decoration::border:
-    case Decoration::edgeBand:
-        fillShape(painter, panel, m_style.panel.color());
-        return;
-    }
-    Q_UNREACHABLE();
-}
-
-void RowTemplate::drawRows(QPainter& painter, const TemplatePayload& payload,
-                           const ScoreboardLayout& measures, QPointF origin) const {
-    const MatchConfig& config = payload.config;
-    const MatchFormat format = drawnFormat(config);
-    const std::vector<SetScore>& sets = setsOf(payload.score);
-    const auto [game1, game2] = gameTexts(payload.score);
-    drawScoreboardRow(painter, measures, origin, config.team1.flagDisplayName(format), sets, Side::first,
-                      game1, isServing(payload.score, Side::first), m_style.team1);
-    drawScoreboardRow(painter, measures, origin + QPointF(0, measures.rowH + 1),
-                      config.team2.flagDisplayName(format), sets, Side::second, game2,
-                      isServing(payload.score, Side::second), m_style.team2);
-}
-
-/// Decorations on top of the rows, which cover the whole panel.
-void RowTemplate::drawFinish(QPainter& painter, const QRectF& scoreboard) const {
-    if (m_style.decoration == Decoration::border) {
-        QPainterPath rule;
-        rule.addRect(scoreboard.left(), scoreboard.top() + m_style.rowH, scoreboard.width(), 1);
-        fillShape(painter, rule, m_style.decorationColor.color());
-        strokeShape(painter, cgRoundRect(scoreboard, m_style.radius), m_style.decorationColor, 2);
-    }
-    if (m_style.decoration == Decoration::edgeBand) {
-        constexpr double width = 3; // leaves the serve dot free
-        fillCell(painter, {scoreboard.left(), scoreboard.top(), width, scoreboard.height()},
-                 m_style.decorationColor);
-    }
 }
 
 }

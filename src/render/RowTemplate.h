@@ -32,11 +32,16 @@ struct RowTemplateStyle {
     std::optional<Rgba> divider{}; // between the rows
     Decoration decoration = Decoration::none;
     Rgba decorationColor{};
+    BoardFont font = BoardFont::sans;
+    BoardOrder order = BoardOrder::setsFirst;
+    BoardLogo logo = BoardLogo::left;
+    bool cutsCells = false; // at the rounded corners
 };
 
-/// The data of a row template; `id` is any but `stacked`.
+/// The data of a row template; `id` is any of which a board can be made.
 const RowTemplateStyle& rowTemplateStyle(TemplateID id);
 
+/// Draws the board of a match in place of its own style, where the match has one.
 class RowTemplate final : public ScoreboardTemplate {
 public:
     /// The style must outlive the template, as the rows of the table do.
@@ -48,13 +53,6 @@ public:
     QSizeF boardSize(std::int64_t numSets, const MatchConfig& config) const override;
 
 private:
-    bool servesTennis() const { return sportOf(m_style.id) == SportID::tennis; }
-    ScoreboardLayout layout(const MatchConfig& config) const;
-    void drawPanel(QPainter& painter, const QRectF& scoreboard) const;
-    void drawRows(QPainter& painter, const TemplatePayload& payload, const ScoreboardLayout& layout,
-                  QPointF origin) const;
-    void drawFinish(QPainter& painter, const QRectF& scoreboard) const;
-
     const RowTemplateStyle& m_style;
     QString m_displayName;
 };

@@ -23,12 +23,16 @@ struct Rgba {
     }
 };
 
+/// Colour of the dot beside the serving side.
+constexpr Rgba serveDotColor{0.98, 0.8, 0.08, 1};
+
 struct RowColors {
     Rgba bg; // name column and every second set
     Rgba text;
     Rgba accent; // first, third, fifth set
     Rgba gameCell;
     Rgba gameText;
+    Rgba serveDot = serveDotColor;
 };
 
 /// Measures of most row templates, in template units.
@@ -36,12 +40,15 @@ constexpr double usualRowH = 38;
 constexpr double usualSetW = 28;
 constexpr double usualGameW = 46;
 
-/// All in template units.
+/// All measures in template units.
 struct ScoreboardLayout {
     double rowH;
     double setW;
     double gameW;
     double nameW; // grows with the longer of the two names, counted in characters
+    BoardOrder order = BoardOrder::setsFirst;
+    BoardLogo logo = BoardLogo::left; // leaves space for it
+    BoardFont font = BoardFont::sans;
 
     ScoreboardLayout(double rowHeight, double setWidth, double gameWidth, const MatchConfig& config);
 

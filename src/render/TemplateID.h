@@ -70,6 +70,11 @@ L10nKey description(TemplateID id);
 /// The sport it is made for; padel has none of its own and uses those of tennis.
 SportID sportOf(TemplateID id);
 
+/// True when boards can be made from it: not from `stacked`, which has a drawing of its own.
+constexpr bool canBecomeBoard(TemplateID id) {
+    return id != TemplateID::stacked;
+}
+
 /// The templates that fit a sport, in catalogue order.
 std::vector<TemplateID> filteredTemplates(SportID sport);
 

@@ -17,7 +17,10 @@ namespace pointloom {
 
 namespace {
 
-constexpr double logoSlotWidth = 44; // the name starts where it ends
+constexpr double logoSlotWidth = 44;   // the name starts where it ends
+constexpr double rightSlotWidth = 41;  // of a logo after the names
+constexpr double nameWithoutSlot = 20; // where the name starts then, after the serve dot
+constexpr double nameBeforeLogo = 36;  // what the name leaves free then
 
 /// One shaped line of text, kept as outlines so that it can be drawn sharp at any size. Widths and heights
 /// are in ems (multiples of the font size), y downward, with the origin at the start of the baseline.
@@ -149,9 +152,9 @@ QString drawableText(QString text) {
     return withDrawableFlags(text);
 }
 
-TextLine shape(QString text, FontFace face) {
+TextLine shape(QString text, const TextFont& look) {
     text = drawableText(std::move(text));
-    const QFont font = Fonts::shapingFont(face, shapingSize);
+    const QFont font = Fonts::shapingFont(look.face, shapingSize, look.family);
     QTextLayout layout(text, font);
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute); // right-to-left names start at the left edge too
     option.setWrapMode(QTextOption::NoWrap);
@@ -187,14 +190,15 @@ TextLine shape(QString text, FontFace face) {
 
 /// Shapes a text of any script. Each thread keeps its latest lines, since a scoreboard shows the same few
 /// again and again.
-std::shared_ptr<const TextLine> shapedLine(const QString& text, FontFace face) {
+std::shared_ptr<const TextLine> shapedLine(const QString& text, const TextFont& font) {
     using Kept = std::shared_ptr<const TextLine>;
     constexpr int mostLines = 128;
     thread_local QCache<std::pair<QString, int>, Kept> lines(mostLines);
-    const std::pair key{text, static_cast<int>(face)};
+    constexpr int faces = 2;
+    const std::pair key{text, static_cast<int>(font.face) + faces * static_cast<int>(font.family)};
     if (const Kept* found = lines.object(key))
         return *found;
-    auto line = std::make_shared<const TextLine>(shape(text, face));
+    auto line = std::make_shared<const TextLine>(shape(text, font));
     auto entry = std::make_unique<Kept>(line);
     lines.insert(key, entry.release()); // the cache owns it
     return line;
@@ -222,22 +226,22 @@ void drawLine(QPainter& painter, const TextLine& line, double size, const Rgba& 
     painter.restore();
 }
 
-void drawServeDot(QPainter& painter, QPointF rowOrigin, double rowHeight) {
+void drawServeDot(QPainter& painter, QPointF rowOrigin, double rowHeight, const Rgba& color) {
     const double radius = 0.14 * rowHeight;
     QPainterPath dot;
     dot.addEllipse(rowOrigin + QPointF(10, rowHeight / 2), radius, radius);
-    fillShape(painter, dot, serveDotColor.color());
+    fillShape(painter, dot, color.color());
 }
 
-void drawSet(QPainter& painter, const SetScore& set, Side side, QPointF center, double rowHeight,
-             const Rgba& color) {
-    const TextFont scoreFont{FontFace::bold, 0.46 * rowHeight};
+void drawSet(QPainter& painter, const SetScore& set, Side side, QPointF center,
+             const ScoreboardLayout& layout, const Rgba& color) {
+    const TextFont scoreFont{FontFace::bold, 0.46 * layout.rowH, layout.font};
     const QString games = QString::number(ofSide(set, side));
     drawCenteredText(painter, games, scoreFont, color, center);
     if (!showsTiebreakMark(set, side))
         return;
-    const TextFont tiebreakFont{FontFace::bold, scoreFont.size * 0.48};
-    const double raised = center.y() - rowHeight / 2 + 0.26 * rowHeight;
+    const TextFont tiebreakFont{FontFace::bold, scoreFont.size * 0.48, layout.font};
+    const double raised = center.y() - layout.rowH / 2 + 0.26 * layout.rowH;
     drawLeftText(painter, QStringLiteral("(%1)").arg(*set.tiebreak), tiebreakFont, color,
                  {center.x() + ctTextWidth(games, scoreFont) / 2 + 1, raised});
 }
@@ -262,31 +266,35 @@ QPainterPath cgRoundRect(const QRectF& rect, double radius) {
 
 void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPointF origin, const QString& name,
                        std::span<const SetScore> sets, Side side, const QString& game, bool serving,
-                       const RowColors& colors) {
+                       const RowColors& colors, const QPainterPath& outline) {
     const double x = origin.x();
     const double y = origin.y();
-    const double firstSet = x + layout.nameW;
-    const double gameColumn = firstSet + static_cast<double>(sets.size()) * layout.setW;
+    const double setsW = static_cast<double>(sets.size()) * layout.setW;
+    const bool isGameFirst = layout.order == BoardOrder::pointsFirst;
+    const double firstSet = x + layout.nameW + (isGameFirst ? layout.gameW : 0);
+    const double gameColumn = x + layout.nameW + (isGameFirst ? 0 : setsW);
     const double middle = y + layout.rowH / 2;
     const QRectF nameColumn(x, y, layout.nameW, layout.rowH);
 
-    fillCell(painter, nameColumn, colors.bg);
+    fillCell(painter, nameColumn, colors.bg, outline);
     for (std::size_t i = 0; i < sets.size(); ++i) {
         const QRectF cell(firstSet + static_cast<double>(i) * layout.setW, y, layout.setW, layout.rowH);
-        fillCell(painter, cell, i % 2 == 0 ? colors.accent : colors.bg);
+        fillCell(painter, cell, i % 2 == 0 ? colors.accent : colors.bg, outline);
     }
-    fillCell(painter, {gameColumn, y, layout.gameW, layout.rowH}, colors.gameCell);
+    fillCell(painter, {gameColumn, y, layout.gameW, layout.rowH}, colors.gameCell, outline);
     if (serving)
-        drawServeDot(painter, origin, layout.rowH);
+        drawServeDot(painter, origin, layout.rowH, colors.serveDot);
 
     for (std::size_t i = 0; i < sets.size(); ++i) {
         const QPointF center(firstSet + (static_cast<double>(i) + 0.5) * layout.setW, middle);
-        drawSet(painter, sets[i], side, center, layout.rowH, colors.text);
+        drawSet(painter, sets[i], side, center, layout, colors.text);
     }
-    drawCenteredText(painter, game, {FontFace::bold, 0.46 * layout.rowH}, colors.gameText,
+    drawCenteredText(painter, game, {FontFace::bold, 0.46 * layout.rowH, layout.font}, colors.gameText,
                      {gameColumn + layout.gameW / 2, middle});
-    drawClippedText(painter, name, {FontFace::regular, 0.38 * layout.rowH}, colors.text, nameColumn,
-                    x + logoSlotWidth);
+    const bool isLogoAfter = layout.logo == BoardLogo::right;
+    drawClippedText(painter, name, {FontFace::regular, 0.38 * layout.rowH, layout.font}, colors.text,
+                    nameColumn.adjusted(0, 0, isLogoAfter ? -nameBeforeLogo : 0, 0),
+                    x + (isLogoAfter ? nameWithoutSlot : logoSlotWidth));
 }
 
 bool showsTiebreakMark(const SetScore& set, Side side) {
@@ -299,17 +307,17 @@ bool showsTiebreakMark(const SetScore& set, Side side) {
 
 void drawCenteredText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
                       QPointF center) {
-    const auto line = shapedLine(text, font.face);
+    const auto line = shapedLine(text, font);
     drawLine(painter, *line, font.size, color, center.x() - line->width * font.size / 2, center.y());
 }
 
 double ctTextWidth(const QString& text, const TextFont& font) {
-    return shapedLine(text, font.face)->width * font.size;
+    return shapedLine(text, font)->width * font.size;
 }
 
 void drawLeftText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
                   QPointF origin) {
-    drawLine(painter, *shapedLine(text, font.face), font.size, color, origin.x(), origin.y());
+    drawLine(painter, *shapedLine(text, font), font.size, color, origin.x(), origin.y());
 }
 
 void drawClippedText(QPainter& painter, const QString& text, const TextFont& font, const Rgba& color,
@@ -327,9 +335,20 @@ void drawLogoInScoreboard(QPainter& painter, const QImage& logo, QPointF origin,
         {origin.x() + (logoSlotWidth - side) / 2, origin.y() + (scoreboardHeight - side) / 2, side, side});
 }
 
-void fillCell(QPainter& painter, const QRectF& rect, const Rgba& color) {
+void drawLogoAfterNames(QPainter& painter, const QImage& logo, QPointF origin,
+                        const ScoreboardLayout& layout) {
+    drawLogoInScoreboard(painter, logo, origin + QPointF(layout.nameW - rightSlotWidth, 0), layout.totalH());
+}
+
+void fillCell(QPainter& painter, const QRectF& rect, const Rgba& color, const QPainterPath& outline) {
     if (color.alpha <= 0)
         return;
+    if (!outline.isEmpty()) {
+        QPainterPath cell;
+        cell.addRect(alignedToPixels(painter, rect));
+        fillShape(painter, cell.intersected(outline), color.color());
+        return;
+    }
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(alignedToPixels(painter, rect), color.color());

@@ -17,17 +17,15 @@ class QPainter;
 
 namespace pointloom {
 
-/// Colour of the dot beside the serving side.
-constexpr Rgba serveDotColor{0.98, 0.8, 0.08, 1};
-
 /// A closed rounded rectangle; the radius is at most half of the shorter side.
 QPainterPath cgRoundRect(const QRectF& rect, double radius);
 
 /// Draws one side's row with its top left corner at `origin`: name column, set cells, game cell, serve dot
-/// and texts. `side` selects the games of each set; `game` is drawn as given.
+/// and texts. `side` selects the games of each set; `game` is drawn as given. Cells are cut off at `outline`,
+/// unless that is empty.
 void drawScoreboardRow(QPainter& painter, const ScoreboardLayout& layout, QPointF origin, const QString& name,
                        std::span<const SetScore> sets, Side side, const QString& game, bool serving,
-                       const RowColors& colors);
+                       const RowColors& colors, const QPainterPath& outline = {});
 
 /// Whether a row shows the set's tie-break points: the row of the side that lost the set by one game, at 6-7
 /// or more.
@@ -52,8 +50,13 @@ void drawClippedText(QPainter& painter, const QString& text, const TextFont& fon
 /// Draws the logo, stretched to a square in the left slot of a scoreboard; nothing for a null image.
 void drawLogoInScoreboard(QPainter& painter, const QImage& logo, QPointF origin, double scoreboardHeight);
 
-/// Fills a rectangle with its edges on whole device pixels, so that cells side by side show no seam.
-void fillCell(QPainter& painter, const QRectF& rect, const Rgba& color);
+/// The same at the right end of the names.
+void drawLogoAfterNames(QPainter& painter, const QImage& logo, QPointF origin,
+                        const ScoreboardLayout& layout);
+
+/// Fills a rectangle with its edges on whole device pixels, so that cells side by side show no seam; only
+/// what is inside of `outline`, unless that is empty.
+void fillCell(QPainter& painter, const QRectF& rect, const Rgba& color, const QPainterPath& outline = {});
 
 /// Fills a shape with antialiased edges.
 void fillShape(QPainter& painter, const QPainterPath& path, const QBrush& brush);

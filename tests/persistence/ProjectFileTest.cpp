@@ -40,6 +40,9 @@ ProjectFile fullProject() {
                     {QStringLiteral("Cleo"), QStringLiteral("Dora"), {}, {}},
                     3,
                     QUrl::fromLocalFile(QStringLiteral("/club/logo.png"))};
+    project.matchConfig->board = BoardStyle{.name = QStringLiteral("Club"),
+                                            .colors = {.main = BoardColor{1, 2, 3, 4}},
+                                            .order = BoardOrder::pointsFirst};
     project.markers = {
         {QUuid::createUuid(), 1.25, ScoreState{{{6, 7, 4}}, {GamePoint::deuce, GamePoint::deuce}, 2}, {}},
         {QUuid::createUuid(), 9, PointScoreState{{{25, 23, {}}}, {1, 2}, 1}, QStringLiteral("Break")}};
@@ -68,6 +71,18 @@ const QByteArray legacyScore =
 QByteArray markerWith(const QByteArray& score) {
     return R"({"id":"11111111-2222-3333-4444-555555555555","startTime":7.5,"label":"Set","score":)" + score +
            '}';
+}
+
+TEST_F(ProjectFileTest, ABoardIsLeftOutWhereThereIsNone) {
+    ProjectFile project = fullProject();
+    project.matchConfig->board.reset();
+    project.save(path);
+    EXPECT_FALSE(readFile(path).contains("board\""));
+    EXPECT_EQ(
+        faultOf(smallDocument(
+            R"(,"matchConfig":{"sport":"tennis","format":"singles","numberOfSets":1,)"
+            R"("team1":{"player1":"A"},"team2":{"player1":"B"},"board":{"name":"","colors":{"row2":7}}})")),
+        "match.plp: matchConfig.board.colors.row2: expected a text");
 }
 
 TEST_F(ProjectFileTest, ADocumentReadsBackAsItWasSaved) {
