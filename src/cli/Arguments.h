@@ -25,6 +25,7 @@ struct PathKind {
 constexpr PathKind projectFile{"PROJECT.plp", "plp"};
 constexpr PathKind videoFile{"VIDEO", "mp4 m4v mov"};
 constexpr PathKind imageFile{"IMAGE", "png jpg jpeg"};
+constexpr PathKind boardFile{"BOARD.json", "json"};
 constexpr PathKind pngFile{"PICTURE.png", "png"};
 constexpr PathKind csvFile{"FILE.csv", "csv"};
 constexpr PathKind pointsFile{"FILE", "csv tsv txt dvw"};
@@ -32,7 +33,7 @@ constexpr PathKind licenceFile{"FILE.json", "json"};
 constexpr PathKind planFile{"PLAN.json", "json"};
 constexpr PathKind captionsFile{"CAPTIONS", "srt vtt csv json"};
 constexpr PathKind folderPath{"FOLDER", ""};
-inline constexpr std::array pathKinds{projectFile, videoFile,   imageFile, pngFile,      csvFile,
+inline constexpr std::array pathKinds{projectFile, videoFile,   imageFile, boardFile,    pngFile,   csvFile,
                                       pointsFile,  licenceFile, planFile,  captionsFile, folderPath};
 
 /// Choices of a side.

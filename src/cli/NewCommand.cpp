@@ -4,6 +4,7 @@
 #include "cli/MarkerInputs.h"
 #include "cli/ProjectInputs.h"
 #include "model/ScoringEngine.h"
+#include "persistence/BoardFile.h"
 #include "render/OverlayPlacement.h"
 
 #include <algorithm>
@@ -29,8 +30,9 @@ private:
 
     QString m_output;
     bool m_mayReplace = false;
-    std::optional<SportID> m_sport; // required, as the template is
+    std::optional<SportID> m_sport; // required
     std::optional<TemplateID> m_template;
+    std::optional<QString> m_board; // either this or the template
     std::string m_team1;
     std::string m_team2;
     std::string m_flags1;
@@ -54,8 +56,8 @@ NewCommand::NewCommand(CLI::App& root)
     app().add_flag("--force", m_mayReplace, "Replace a document that stands there");
     addChoice(app(), "--sport", m_sport, RawValues<SportID>::table, "What is played")->required();
     addChoice(app(), "--template", m_template, RawValues<TemplateID>::table,
-              "The scoreboard; see \"pointloom-cli templates\"", templatePlaceholder)
-        ->required();
+              "The scoreboard; see \"pointloom-cli templates\"", templatePlaceholder);
+    addPath(app(), "--board", m_board, boardFile, "A board of one's own, in place of --template");
     app()
         .add_option("--team1", m_team1, "Player, or a pair as A/B; required unless --points names the teams")
         ->type_name("NAMES");
@@ -136,18 +138,31 @@ std::vector<Marker> markersFrom(const MarkerFile& file, std::optional<double> fi
     return markers;
 }
 
-ExitStatus NewCommand::run() {
-    const auto fitting = filteredTemplates(*m_sport);
-    if (std::find(fitting.begin(), fitting.end(), *m_template) == fitting.end()) {
-        const std::string sport(rawValue(*m_sport));
-        throw UsageError("--template: \"" + std::string(rawValue(*m_template)) + "\" is not made for " +
-                         sport + "; see \"pointloom-cli templates --sport " + sport + '"');
+// That of the board, or the chosen one.
+TemplateID requireFittingTemplate(SportID sport, const std::optional<TemplateID>& chosen,
+                                  const std::optional<BoardFile>& board) {
+    if (chosen.has_value() == board.has_value())
+        throw UsageError("give either --template or --board");
+    const TemplateID id = board ? board->base : *chosen;
+    const auto fitting = filteredTemplates(sport);
+    if (std::find(fitting.begin(), fitting.end(), id) == fitting.end()) {
+        const std::string sportName(rawValue(sport));
+        throw UsageError(std::string(board ? "--board" : "--template") + ": \"" + std::string(rawValue(id)) +
+                         "\" is not made for " + sportName + "; see \"pointloom-cli templates --sport " +
+                         sportName + '"');
     }
+    return id;
+}
+
+ExitStatus NewCommand::run() {
+    const auto board = m_board ? std::optional(BoardFile::load(*m_board)) : std::nullopt;
 
     ProjectFile project;
     project.selectedSport = m_sport;
-    project.selectedTemplate = m_template;
+    project.selectedTemplate = requireFittingTemplate(*m_sport, m_template, board);
     project.matchConfig = matchConfig();
+    if (board)
+        project.matchConfig->board = board->board;
     if (!m_rules.empty())
         project.rules = ruleWords(m_rules);
     const MarkerFile file = markerFile(project);
@@ -173,6 +188,8 @@ ExitStatus NewCommand::run() {
         inputs.push_back({*m_markers, QStringLiteral("the table of markers")});
     if (m_points)
         inputs.push_back({*m_points, QStringLiteral("the list of points")});
+    if (m_board)
+        inputs.push_back({*m_board, QStringLiteral("the board")});
     if (const auto& logo = project.matchConfig->logoURL)
         inputs.push_back({logo->toLocalFile(), QStringLiteral("the logo")});
 

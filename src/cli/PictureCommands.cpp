@@ -6,6 +6,7 @@
 #include "cli/ProjectInputs.h"
 #include "export/ExportManager.h"
 #include "model/ScoringEngine.h"
+#include "persistence/BoardFile.h"
 #include "persistence/DocumentFile.h"
 #include "persistence/ProjectSession.h"
 #include "render/PictureFile.h"
@@ -68,6 +69,7 @@ private:
     QString m_project;
     double m_time = 0;
     std::optional<TemplateID> m_template;
+    std::optional<QString> m_board;
     double m_scale = 1;
     QString m_output;
 };
@@ -80,6 +82,7 @@ ScoreboardCommand::ScoreboardCommand(CLI::App& root)
     addTimeOption(app(), "--at", m_time, "The score of this time is shown")->capture_default_str();
     addChoice(app(), "--template", m_template, RawValues<TemplateID>::table,
               "Draw with this template, not the project's", templatePlaceholder);
+    addPath(app(), "--board", m_board, boardFile, "Draw with this board, not the project's");
     limitNumber(app()
                     .add_option("--scale", m_scale, "Pixels for each point of the template, 0.1 to 16")
                     ->type_name("FACTOR"),
@@ -94,11 +97,23 @@ ExitStatus ScoreboardCommand::run() {
     MatchConfig config = requireMatch(project, m_project);
     const SportScoreState score =
         ScoringEngine::resolveScoreAtTime(project.markers, m_time).value_or(initialScoreOf(project, config));
+    if (m_template || m_board)
+        config.board.reset();
+    if (m_board) {
+        if (m_template)
+            throw UsageError("give either --template or --board");
+        const BoardFile board = BoardFile::load(*m_board);
+        m_template = board.base;
+        config.board = board.board;
+    }
     const TemplateID id = templateFor(project, score);
 
     Remarks remarks;
     settleLogo(config, locateFiles(project, m_project).logo, remarks);
-    requireUsableOutput(m_output, inputFiles(project, m_project));
+    std::vector<InputFile> inputs = inputFiles(project, m_project);
+    if (m_board)
+        inputs.push_back({*m_board, QStringLiteral("the board")});
+    requireUsableOutput(m_output, inputs);
     say(remarks);
 
     const QImage logo = config.logoURL ? loadPictureFile(config.logoURL->toLocalFile()) : QImage();

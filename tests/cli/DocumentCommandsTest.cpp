@@ -162,6 +162,31 @@ TEST_F(NewCommandTest, WritesADocumentWithAbsolutePaths) {
     EXPECT_EQ(project.matchConfig->logoURL, QUrl::fromLocalFile(folderPath + QStringLiteral("/l.png")));
 }
 
+TEST_F(NewCommandTest, ABoardTakesThePlaceOfATemplate) {
+    write(QStringLiteral("club.json"),
+          R"({"version":1,"template":"dark","board":{"name":"Club","colors":{"main":"#0B5D3B"}}})");
+    const std::string match = "new -o m.plp --sport tennis --team1 Ana --team2 Bea ";
+    ASSERT_EQ(run((match + "--board club.json").c_str()).status, 0);
+    const ProjectFile project = ProjectFile::load(path(QStringLiteral("m.plp")));
+    EXPECT_EQ(project.selectedTemplate, TemplateID::dark);
+    ASSERT_TRUE(project.matchConfig->board);
+    EXPECT_EQ(project.matchConfig->board->name, QStringLiteral("Club"));
+    const auto colorOf = [&](const char* arguments) {
+        EXPECT_EQ(run((std::string("scoreboard m.plp -o b.png ") + arguments).c_str()).status, 0);
+        return QImage(path(QStringLiteral("b.png"))).pixelColor(10 + 100, 10 + 10);
+    };
+    EXPECT_EQ(colorOf(""), QColor(0x0B, 0x5D, 0x3B));
+    EXPECT_EQ(colorOf("--template dark"), QColor(17, 17, 17)) << "the template itself";
+    ASSERT_EQ(run((match + "--template classic --force").c_str()).status, 0);
+    EXPECT_EQ(colorOf("--board club.json"), QColor(0x0B, 0x5D, 0x3B));
+
+    EXPECT_EQ(faultOf((match + "--force").c_str(), 2), "give either --template or --board");
+    EXPECT_EQ(faultOf("new -o x.plp --sport squash --team1 A --team2 B --board club.json", 2),
+              "--board: \"dark\" is not made for squash; see \"pointloom-cli templates --sport squash\"");
+    EXPECT_EQ(faultOf("new -o club.json.plp --sport tennis --team1 A --team2 B --board m.plp"),
+              "m.plp: template: missing");
+}
+
 TEST_F(NewCommandTest, OldDocumentsAreReplacedOnlyOnDemand) {
     ASSERT_EQ(run(newTennis).status, 0);
     EXPECT_EQ(faultOf(newTennis), "m.plp: already exists; --force replaces it");
