@@ -44,6 +44,8 @@ constexpr CommandRow rows[] = {
     {.id = Command::renameMarker, .group = editor, .does = L10nKey::helpRenameMarker, .title = L10nKey::undoRenameMarker, .keys = {Qt::Key_F2}},
     {.id = Command::moveScoreboard, .group = editor, .does = L10nKey::helpMoveScoreboard, .fixedKeys = L10nKey::keysArrows},
     {.id = Command::scaleScoreboard, .group = editor, .does = L10nKey::helpScaleScoreboard, .fixedKeys = L10nKey::keysControlArrows},
+    {.id = Command::goToItem, .group = editor, .does = L10nKey::helpTimelineItems, .fixedKeys = L10nKey::keysTimelineItems},
+    {.id = Command::moveItem, .group = editor, .does = L10nKey::helpTimelineMove, .fixedKeys = L10nKey::keysTimelineMove},
     {.id = Command::zoomIn, .group = editor, .does = L10nKey::helpZoom, .title = L10nKey::timelineZoomIn, .keys = {Qt::CTRL | Qt::Key_Plus}, .hiddenKeys = {ctrlShift | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal}, .repeats = true},
     {.id = Command::zoomOut, .group = editor, .does = L10nKey::helpZoom, .title = L10nKey::timelineZoomOut, .keys = {Qt::CTRL | Qt::Key_Minus}, .repeats = true},
     {.id = Command::zoomToFit, .group = editor, .does = L10nKey::helpZoom, .title = L10nKey::timelineFit, .keys = {Qt::CTRL | Qt::Key_0}},

@@ -16,11 +16,11 @@ POINTLOOM_NAMED_ENUM(Command, playPause, frameBack, frameForward, secondBack, se
                      nextMarker, previousRallyEnd, nextRallyEnd, jumpBack, pause, playFaster, goToStart,
                      goToEnd, goToTime, playKept, addMarker, pointFirst, pointSecond, pointBackFirst,
                      pointBackSecond, swapServe, trimStart, trimEnd, addCut, deleteSelection, renameMarker,
-                     moveScoreboard, scaleScoreboard, zoomIn, zoomOut, zoomToFit, previewFrame, editNames,
-                     resetScoreboardPlace, resetScoreboardSize, undo, redo, goToSport, goToScoreboard,
-                     goToMatch, goToVideo, goToEditor, newSession, openVideo, openProject, saveProject,
-                     saveProjectAs, exportVideo, showQueue, showPreferences, showHelp, quit, showAbout,
-                     showLicence, downloadSampleCSV, openSample, showNews);
+                     moveScoreboard, scaleScoreboard, goToItem, moveItem, zoomIn, zoomOut, zoomToFit,
+                     previewFrame, editNames, resetScoreboardPlace, resetScoreboardSize, undo, redo,
+                     goToSport, goToScoreboard, goToMatch, goToVideo, goToEditor, newSession, openVideo,
+                     openProject, saveProject, saveProjectAs, exportVideo, showQueue, showPreferences,
+                     showHelp, quit, showAbout, showLicence, downloadSampleCSV, openSample, showNews);
 
 enum class CommandGroup {
     editor, // of the editor, with keys that work whichever of its parts has the focus

@@ -9,15 +9,21 @@ namespace pointloom {
 
 namespace {
 
-QStringList lines(const UiContext& context, const Marker& marker, bool isEntered) {
+QStringList scoreLines(const UiContext& context, const SportScoreState& score) {
     const QString colon = QStringLiteral(": ");
+    QStringList result;
+    if (const QString sets = setsText(score); !sets.isEmpty())
+        result << context.text(L10nKey::sets) + colon + sets;
+    result << context.text(L10nKey::gameScore) + colon + gameText(score);
+    result << context.text(L10nKey::serving) + colon + sideName(context, servingSide(score));
+    return result;
+}
+
+QStringList lines(const UiContext& context, const Marker& marker, bool isEntered) {
     QStringList result{shortTime(marker.startTime, true)};
     if (marker.label && !marker.label->isEmpty())
         result << *marker.label;
-    if (const QString sets = setsText(marker.score); !sets.isEmpty())
-        result << context.text(L10nKey::sets) + colon + sets;
-    result << context.text(L10nKey::gameScore) + colon + gameText(marker.score);
-    result << context.text(L10nKey::serving) + colon + sideName(context, servingSide(marker.score));
+    result << scoreLines(context, marker.score);
     if (isEntered)
         result << context.text(L10nKey::countEntered);
     return result;
@@ -74,6 +80,10 @@ QString countText(const UiContext& context, const CountedMatch& match, std::size
     const bool scores = step.over != Over::nothing || gameTexts(before.score) != gameTexts(after.score);
     const L10nKey text = scores ? endedByPoint(step.over, match.rules.format.hasGames) : L10nKey::countRally;
     return format(context.text(text), sideName(context, step.winner));
+}
+
+QString scoreAsSpoken(const UiContext& context, const SportScoreState& score) {
+    return scoreLines(context, score).join(QStringLiteral(", "));
 }
 
 QString markerAsToolTip(const UiContext& context, const Marker& marker, bool isEntered) {

@@ -27,11 +27,14 @@ ShortScore shortScore(const SportScoreState& score);
 /// repeats the score before it.
 QString countText(const UiContext& context, const CountedMatch& match, std::size_t marker);
 
+/// Sets, game and serve in one line, for screen readers.
+QString scoreAsSpoken(const UiContext& context, const SportScoreState& score);
+
 /// Time and label, sets, game and serve, each on a line, and that it was entered by hand; plain text in
 /// markup that shows it as it is.
 QString markerAsToolTip(const UiContext& context, const Marker& marker, bool isEntered = false);
 
-/// The same in one line, for screen readers.
+/// The same in one line, as above.
 QString markerAsSpoken(const UiContext& context, const Marker& marker, bool isEntered = false);
 
 }

@@ -4,6 +4,7 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Theme.h"
 #include "ui/timeline/ThumbnailStrip.h"
+#include "ui/timeline/TimelineAccessible.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,6 +43,7 @@ TimelineCanvas::TimelineCanvas(const UiContext& context, const QString& cacheRoo
     connect(&m_drag, &TimelineDrag::scrubbingChanged, this, &TimelineCanvas::scrubbingChanged);
     connect(&m_drag, &TimelineDrag::scrollRequested, this,
             [this](double points) { scrollTo(m_scene.scale.offset() + points); });
+    makeTimelineAccessible();
     showFont();
     bind();
 }
@@ -53,10 +55,16 @@ void TimelineCanvas::bind() {
     m_bindings.watchAll([this] { takeShape(); }, state.videoWidth, state.videoHeight);
     m_bindings.watch(state.markers, [this] { takeMarkers(); });
     m_bindings.watchAll([this] { takeRanges(); }, state.trimStart, state.trimEnd, state.cuts, state.parts);
+    m_bindings.watch(state.cuts, [this] { tellItemsChanged(*this); });
     m_bindings.watchAll([this] { takeSelection(); }, state.selectedMarkerID, state.selectedCutID);
     m_bindings.watch(state.currentTime, [this] { takePlayhead(); });
+    m_bindings.watch(state.isPlaying, [this] {
+        if (m_context.state.isPlaying)
+            setCurrent({TimelineHit::Kind::time, {}}); // it is what moves now
+    });
     m_bindings.watch(state.language, [this] {
         setAccessibleName(m_context.text(L10nKey::timelineName));
+        setAccessibleDescription(m_context.text(L10nKey::timelineKeys));
         refresh();
     });
 }
@@ -106,6 +114,7 @@ void TimelineCanvas::takeDuration() {
     m_thumbnails.keep(thumbnailsOfClip(m_context.state.videoDuration));
     takeParts();
     changeView();
+    tellItemsChanged(*this);
 }
 
 void TimelineCanvas::takeShape() {
@@ -120,6 +129,7 @@ void TimelineCanvas::takeMarkers() {
     m_scene.flags.arrange(m_scene.scale, m_scene.rows.flagLanes);
     takeParts();
     refresh();
+    tellItemsChanged(*this);
 }
 
 void TimelineCanvas::takeRanges() {
@@ -165,6 +175,7 @@ void TimelineCanvas::takeSelection() {
     const bool isNew = marker && marker != m_scene.selectedMarker;
     m_scene.selectedMarker = marker;
     m_scene.selectedCut = state.selectedCutID.value();
+    dropCurrentUnlessSelected();
     refresh();
     if (!isNew)
         return;
@@ -182,6 +193,8 @@ void TimelineCanvas::takePlayhead() {
     update(TimelinePainting::playheadArea(m_scene).toAlignedRect());
     m_scene.playhead = now;
     update(TimelinePainting::playheadArea(m_scene).toAlignedRect());
+    if (hasFocus() && !m_context.state.isPlaying && m_current.kind == TimelineHit::Kind::time)
+        tellItemMoved(*this, m_current);
     if (m_scene.scale.shows(now) || m_drag.isPressed())
         return;
     // A view that was scrolled away from the moving playhead stays in its place.
@@ -269,11 +282,17 @@ void TimelineCanvas::paintEvent(QPaintEvent* event) {
     painter.drawPixmap(part, m_layer, QRectF(part.topLeft() * ratio, part.size() * ratio));
     if (m_scene.scale.duration() > 0)
         paintWhatMoves(painter);
-    if (m_showsFocus) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(tokens().accent, 2));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Radius::field, Radius::field);
-    }
+    if (m_showsFocus && hasFocus())
+        paintFocus(painter);
+}
+
+// A ring around the timeline and one around the item that the keys work on.
+void TimelineCanvas::paintFocus(QPainter& painter) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(tokens().accent, 2));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Radius::field, Radius::field);
+    if (m_scene.scale.duration() > 0 && !m_drag.isDragging())
+        TimelinePainting::paintRing(painter, areaOf(m_scene, m_current));
 }
 
 void TimelineCanvas::paintWhatMoves(QPainter& painter) {

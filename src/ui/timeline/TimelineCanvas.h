@@ -1,4 +1,4 @@
-// The timeline's rows, painted and edited by dragging, without the controls around them.
+// The timeline's rows, painted and edited by dragging and by keys, without the controls around them.
 #pragma once
 
 #include "ui/common/BackgroundTask.h"
@@ -6,6 +6,7 @@
 #include "ui/style/Bindings.h"
 #include "ui/timeline/ThumbnailStore.h"
 #include "ui/timeline/TimelineDrag.h"
+#include "ui/timeline/TimelineItems.h"
 #include "ui/timeline/TimelinePainting.h"
 #include "ui/timeline/TimelineScene.h"
 #include "ui/timeline/WaveformStore.h"
@@ -23,6 +24,7 @@ public:
     /// Thumbnails and peaks are cached on disk below `cacheRoot`.
     TimelineCanvas(const UiContext& context, const QString& cacheRoot, QWidget* parent = nullptr);
 
+    const UiContext& context() const { return m_context; }
     const TimelineScene& scene() const { return m_scene; }
     const WaveformStore& sound() const { return m_waveform; }
 
@@ -30,6 +32,18 @@ public:
     void zoomBy(double factor);
     void fit();
     void scrollTo(double offset);
+
+    /// The item that the keys work on while the focus came by the keyboard: the playhead (`time`) until
+    /// another one is gone to.
+    const TimelineHit& currentItem() const { return m_current; }
+    /// Selects the item, if it can be, and requests its time.
+    void goTo(const TimelineHit& item);
+    /// As a drag would, to exactly this time and as one step to undo.
+    void moveItem(const TimelineHit& item, double time);
+    /// Seconds; during a drag, where the item would be. Empty when it is gone.
+    std::optional<double> shownTimeOf(const TimelineHit& item) const;
+    /// Beside the item, or at a place in it where the commands are for that moment.
+    void openMenu(const TimelineHit& item, std::optional<QPoint> place = {});
 
     /// Shows the tool tip of a cut beside it, with `note` below its range.
     void tellAboutCut(const CutZone& cut, const QString& note);
@@ -61,6 +75,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
 
 private:
     void bind();
@@ -84,6 +99,15 @@ private:
     void paintWhatMoves(QPainter& painter);
 
     void select(const TimelineHit& hit);
+    TimelineHit itemOfKeys() const;
+    bool takesKey(const QKeyEvent& event) const;
+    void goBeside(ItemDirection direction);
+    void stepItem(const TimelineHit& item, double time);
+    void stepCurrent(double seconds);
+    void endStepping();
+    void setCurrent(const TimelineHit& item);
+    void dropCurrentUnlessSelected();
+    void paintFocus(QPainter& painter);
     void seekTo(double x);
     void setHover(const TimelineHit& hit);
 
@@ -104,7 +128,8 @@ private:
 
     QPixmap m_layer; // everything that does not move while playing
     bool m_isLayerStale = true;
-    bool m_showsFocus = false;
+    bool m_showsFocus = false; // it came by the keyboard
+    TimelineHit m_current{TimelineHit::Kind::time, {}};
 
     TimelineDrag m_drag;
 

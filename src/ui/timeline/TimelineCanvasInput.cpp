@@ -1,4 +1,4 @@
-// Mouse, wheel and keys on the timeline's rows.
+// Mouse and wheel on the timeline's rows, and menus.
 #include "ui/timeline/TimelineCanvas.h"
 
 #include "ui/common/TimeCode.h"
@@ -83,8 +83,7 @@ bool TimelineCanvas::event(QEvent* event) {
         QToolTip::showText(help->globalPos(), text, this);
         return true;
     }
-    if (event->type() == QEvent::ShortcutOverride && m_drag.isPressed() &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    if (event->type() == QEvent::ShortcutOverride && takesKey(*static_cast<QKeyEvent*>(event))) {
         event->accept();
         return true;
     }
@@ -98,6 +97,8 @@ void TimelineCanvas::mousePressEvent(QMouseEvent* event) {
     if (hit.kind == Hit::nothing)
         return;
     QToolTip::hideText();
+    m_showsFocus = false;
+    setCurrent({Hit::time, {}});
     select(hit);
     m_drag.begin(hit, event->position(), snaps(*event));
 }
@@ -159,28 +160,26 @@ void TimelineCanvas::mouseDoubleClickEvent(QMouseEvent* event) {
     m_context.state.setTrim(trim, &m_context.undo);
 }
 
-void TimelineCanvas::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && m_drag.isPressed())
-        m_drag.end(false);
+void TimelineCanvas::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() == QContextMenuEvent::Mouse)
+        openMenu(m_scene.hitAt(event->pos()), event->pos());
     else
-        QWidget::keyPressEvent(event);
+        openMenu(itemOfKeys());
 }
 
-// By the keyboard for what is selected, or for the playhead.
-void TimelineCanvas::contextMenuEvent(QContextMenuEvent* event) {
-    const bool isMouse = event->reason() == QContextMenuEvent::Mouse;
-    const TimelineHit hit = isMouse ? m_scene.hitAt(event->pos()) : m_scene.selectedItem();
-    if (m_drag.isPressed() || hit.kind == Hit::nothing)
+void TimelineCanvas::openMenu(const TimelineHit& item, std::optional<QPoint> place) {
+    endStepping();
+    if (m_drag.isPressed() || item.kind == Hit::nothing)
         return;
-    select(hit);
+    select(item);
     auto* menu = new CommandMenu(m_context, this);
     connect(menu, &QMenu::aboutToHide, this, [this] { Q_EMIT scrubbingChanged(false); });
     Q_EMIT scrubbingChanged(true);
-    if (isMouse && (hit.kind == Hit::time || hit.kind == Hit::trimLane))
-        seekTo(event->pos().x()); // the commands are for that moment
-    fillTimelineMenu(*menu, m_context, m_scene, hit,
+    if (place && (item.kind == Hit::time || item.kind == Hit::trimLane))
+        seekTo(place->x());
+    fillTimelineMenu(*menu, m_context, m_scene, item,
                      [this](Command command) { Q_EMIT commandRequested(command); });
-    menu->popup(isMouse ? event->globalPos() : mapToGlobal(m_scene.placeOf(hit).toPoint()));
+    menu->popup(mapToGlobal(place.value_or(m_scene.placeOf(item).toPoint())));
 }
 
 void TimelineCanvas::seekTo(double x) {
@@ -213,17 +212,6 @@ void TimelineCanvas::setHover(const TimelineHit& hit) {
     m_scene.hover = hit;
     if (changes)
         refresh();
-}
-
-void TimelineCanvas::focusInEvent(QFocusEvent* event) {
-    m_showsFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
-                   event->reason() == Qt::ShortcutFocusReason;
-    update();
-}
-
-void TimelineCanvas::focusOutEvent(QFocusEvent*) {
-    m_showsFocus = false;
-    update();
 }
 
 }

@@ -23,7 +23,7 @@ TimelineDrag::TimelineDrag(const UiContext& context, const TimelineScene& scene,
     , m_scene(scene) {}
 
 void TimelineDrag::begin(const TimelineHit& hit, QPointF pointer, bool snaps) {
-    m_press = Press{pointer, hit, m_scene.scale.time(pointer.x())};
+    m_press = Press{.position = pointer, .hit = hit, .time = m_scene.scale.time(pointer.x())};
     m_pointer = pointer;
     m_snaps = snaps;
     if (hit.kind == TimelineHit::Kind::time)
@@ -39,24 +39,44 @@ void TimelineDrag::moveTo(QPointF pointer, bool snaps) {
         start();
 }
 
+void TimelineDrag::step(const TimelineHit& item, double from, double to) {
+    if (!m_press) {
+        m_press = Press{.position = {}, .hit = item, .time = from, .isByKey = true};
+        grab();
+    }
+    if (m_gesture)
+        show(m_gesture->move(to, false));
+    else
+        m_press.reset();
+}
+
 void TimelineDrag::start() {
+    if (grab())
+        update();
+}
+
+bool TimelineDrag::grab() {
     m_gesture = makeGesture(m_context, m_scene, m_press->hit, m_press->time);
     if (!m_gesture)
-        return;
+        return false;
     m_origin = m_scene.playhead;
     m_sought = m_origin;
     m_isExact = false;
     Q_EMIT scrubbingChanged(true);
-    update();
+    return true;
 }
 
 void TimelineDrag::update() {
-    m_preview = m_gesture->move(m_scene.scale.time(m_pointer.x()), m_snaps);
     if (distanceBeyondEdge() == 0)
         m_edgeScroll.stop();
     else if (!m_edgeScroll.isActive())
         m_edgeScroll.start(edgeScrollInterval, this);
-    const double moment = m_preview->moment;
+    show(m_gesture->move(m_scene.scale.time(m_pointer.x()), m_snaps));
+}
+
+void TimelineDrag::show(const DragPreview& preview) {
+    m_preview = preview;
+    const double moment = preview.moment;
     if (moment != m_sought || !m_isExact)
         seek(moment, std::abs(moment - m_sought) < nearby);
     Q_EMIT previewChanged();

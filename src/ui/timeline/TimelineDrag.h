@@ -1,4 +1,5 @@
-// A drag on the timeline from the press of the button to its release, with the picture following it.
+// A drag on the timeline from the press of the button or of a key to its release, with the picture following
+// it.
 #pragma once
 
 #include "ui/timeline/Gestures.h"
@@ -21,11 +22,15 @@ public:
     void begin(const TimelineHit& hit, QPointF pointer, bool snaps);
     void moveTo(QPointF pointer, bool snaps);
 
+    /// Moves an item `from` a time `to` another by a key, exactly; the first step begins the drag.
+    void step(const TimelineHit& item, double from, double to);
+
     /// Without `commits` everything is as before, the playhead too. Returns whether there was a drag. A
     /// question may be asked, in an event loop of its own.
     bool end(bool commits);
 
     bool isPressed() const { return m_press.has_value(); }
+    bool isByKey() const { return m_press && m_press->isByKey; }
     /// Where the button is pressed, or `nothing`.
     TimelineHit pressed() const { return m_press ? m_press->hit : TimelineHit(); }
     bool isDragging() const { return m_preview.has_value(); }
@@ -47,7 +52,9 @@ protected:
 
 private:
     void start();
+    bool grab();
     void update();
+    void show(const DragPreview& preview);
     void seek(double moment, bool exact);
     double distanceBeyondEdge() const;
 
@@ -55,6 +62,7 @@ private:
         QPointF position;
         TimelineHit hit;
         double time = 0; // under the pointer
+        bool isByKey = false;
     };
 
     UiContext m_context;

@@ -78,7 +78,7 @@ void paintRuler(QPainter& painter, const TimelineScene& scene, const Look& look)
         const double space = scene.scale.x(scene.scale.duration()) + TimeScale::margin - x - labelOffset;
         if (!isLabelled || metrics.horizontalAdvance(tick.label) > space)
             continue;
-        painter.setPen(tick.isWholeSecond ? colors.quietText : mixed(colors.quietText, colors.window, 0.25F));
+        painter.setPen(tick.isWholeSecond ? colors.text : colors.quietText);
         painter.drawText(QRectF(x + labelOffset, row.top(), distance, row.height() - 2),
                          Qt::AlignVCenter | Qt::AlignLeft, tick.label);
     }
@@ -144,6 +144,11 @@ void paintWaveform(QPainter& painter, const TimelineScene& scene, const Waveform
     painter.setBrush(mixed(colors.quietText, colors.surface, 0.35F));
     painter.drawRects(bars.data(), static_cast<int>(bars.size()));
     painter.setBrush(mixed(colors.accent, colors.surface, 0.25F));
+    painter.drawRects(loudBars.data(), static_cast<int>(loudBars.size()));
+    // A line above them, for eyes to which both colours are the same.
+    constexpr double lineHeight = 2; // points
+    for (QRectF& loud : loudBars)
+        loud = QRectF(loud.left(), row.top(), loud.width(), lineHeight);
     painter.drawRects(loudBars.data(), static_cast<int>(loudBars.size()));
     if (showsMoments)
         paintRallyEnds(painter, scene, sound.rallyEnds(), row);
@@ -461,6 +466,19 @@ void paintOrigin(QPainter& painter, const TimelineScene& scene, double time, con
                       faded(tokens().accent, 0.55F), look.devicePixelRatio);
 }
 
+void paintRing(QPainter& painter, const QRectF& area) {
+    constexpr double distance = 3; // points from the item
+    const QRectF ring = area.adjusted(-distance, -distance, distance, distance);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    for (const auto& [color, width] : {std::pair(tokens().window, 5.0), std::pair(tokens().text, 2.0)}) {
+        painter.setPen(QPen(color, width));
+        painter.drawRoundedRect(ring, corner + distance, corner + distance);
+    }
+    painter.restore();
+}
+
 void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,
                  const Look& look) {
     constexpr double padding = 7; // points
@@ -470,8 +488,16 @@ void paintBubble(QPainter& painter, const TimelineScene& scene, double time, boo
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(look.font);
-    paintVerticalLine(painter, x, scene.rows.ruler.bottom(), scene.rows.trim.bottom(),
-                      isOnTarget ? colors.accent : faded(colors.text, 0.5F), look.devicePixelRatio);
+    const auto line = [&](double at, const QColor& color) {
+        paintVerticalLine(painter, at, scene.rows.ruler.bottom(), scene.rows.trim.bottom(), color,
+                          look.devicePixelRatio);
+    };
+    if (isOnTarget) {
+        line(x - 1.5, colors.accent);
+        line(x + 1.5, colors.accent);
+    } else {
+        line(x, faded(colors.text, 0.5F));
+    }
     const double width = std::ceil(QFontMetricsF(look.font).horizontalAdvance(text)) + 2 * padding;
     const double left = std::clamp(x - width / 2, 1.0, std::max(1.0, scene.scale.width() - width - 1));
     const QRectF box(std::round(left), scene.rows.ruler.top() + 1, width, scene.rows.ruler.height() - 3);

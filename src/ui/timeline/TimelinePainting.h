@@ -41,7 +41,10 @@ void paintPlayhead(QPainter& painter, const TimelineScene& scene, const Look& lo
 /// The playhead before a drag, quietly.
 void paintOrigin(QPainter& painter, const TimelineScene& scene, double time, const Look& look);
 
-/// The time of a drag above a line through all rows, which is highlighted on a snap target.
+/// The ring around the item that has the focus, visible on any other colour of the timeline.
+void paintRing(QPainter& painter, const QRectF& area);
+
+/// The time of a drag above a line through all rows, which is double on a snap target.
 void paintBubble(QPainter& painter, const TimelineScene& scene, double time, bool isOnTarget,
                  const Look& look);
 

@@ -154,6 +154,10 @@ QPointF TimelineScene::placeOf(const TimelineHit& hit) const {
         place = boxOf(*flag).bottomLeft();
     else if (const auto cut = std::ranges::find(cuts, hit.id, &CutZone::id); cut != cuts.end())
         place = boxOf(*cut).bottomLeft();
+    else if (hit.kind == TimelineHit::Kind::trimStart)
+        place = trimStartHandle().bottomLeft();
+    else if (hit.kind == TimelineHit::Kind::trimEnd)
+        place = trimEndHandle().bottomLeft();
     place.setX(std::clamp(place.x(), 0.0, scale.width()));
     return place;
 }

@@ -93,7 +93,7 @@ struct TimelineScene {
     /// The marker or the cut that is selected, else a time.
     TimelineHit selectedItem() const;
 
-    /// The visible point nearest to the lower left corner of a marker's flag or a cut, or to the playhead.
+    /// The visible point nearest to the lower left corner of a flag, a cut or a trim, or to the playhead.
     QPointF placeOf(const TimelineHit& hit) const;
 
 private:

@@ -48,12 +48,14 @@ QString fateOfCuts(const UiContext& context) {
                                                                 : L10nKey::timelineCutStaysLong);
 }
 
-QString cutToolTip(const UiContext& context, const CutZone& cut, const QString& note) {
+QString cutRange(const UiContext& context, const CutZone& cut) {
     const auto [start, end] = std::minmax({cut.start, cut.end});
-    return plainToolTip(
-        {QStringLiteral("%1 %2 – %3")
-             .arg(context.text(L10nKey::timelineCut), shortTime(start, true), shortTime(end, true)),
-         note});
+    return QStringLiteral("%1 %2 – %3")
+        .arg(context.text(L10nKey::timelineCut), shortTime(start, true), shortTime(end, true));
+}
+
+QString cutToolTip(const UiContext& context, const CutZone& cut, const QString& note) {
+    return plainToolTip({cutRange(context, cut), note});
 }
 
 }

@@ -12,6 +12,9 @@ QString timelineToolTip(const UiContext& context, const TimelineScene& scene, co
 /// What an export makes of the cuts.
 QString fateOfCuts(const UiContext& context);
 
+/// "Cut 0:12.00 – 0:16.00".
+QString cutRange(const UiContext& context, const CutZone& cut);
+
 /// The range of a cut, and `note` below it.
 QString cutToolTip(const UiContext& context, const CutZone& cut, const QString& note);
 

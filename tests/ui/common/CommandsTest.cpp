@@ -52,7 +52,7 @@ TEST(Commands, EveryKeyIsListedWithAMeaningInEveryLanguage) {
                 listed += static_cast<int>(keys.size());
             }
         }
-        EXPECT_EQ(listed, 51) << "49 keys, and two lines for the arrows on the scoreboard";
+        EXPECT_EQ(listed, 53) << "49 keys, and four lines for the arrows on the scoreboard and the timeline";
     }
 }
 
