@@ -12,6 +12,7 @@
 #include "ui/common/Preferences.h"
 #include "ui/export/ExportRunner.h"
 #include "ui/style/Controls.h"
+#include "ui/style/Motion.h"
 #include "ui/style/Theme.h"
 
 #include <QApplication>
@@ -131,6 +132,7 @@ int explainSilence() {
 
 int run(QApplication& application, const QStringList& files) {
     Theme::shared().apply(application, Preferences::theme(UserDefaults()));
+    Motion::shared().followDesktop();
     Controls::keepWheelForPages(application);
     std::optional<SessionLock> lock;
     std::optional<Trouble> trouble;

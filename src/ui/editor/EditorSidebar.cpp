@@ -103,7 +103,7 @@ QWidget* EditorSidebar::makeLiveScore() {
     m_scoreboardView->setCursor(Qt::PointingHandCursor);
     m_bindings.watch(m_context.state.language, [this, title] {
         title->setText(m_context.text(L10nKey::liveScore));
-        m_scoreboardView->setAccessibleName(m_context.text(L10nKey::liveScore));
+        nameLiveScore();
         m_scoreboardView->setToolTip(m_context.text(L10nKey::editorEditMatch));
         Controls::setName(m_back, m_context.text(L10nKey::backToVideoImport));
         Controls::setName(m_editMatch, m_context.text(L10nKey::editorEditMatch));
@@ -264,7 +264,15 @@ void EditorSidebar::fitScoreboard() {
 
 void EditorSidebar::showLiveScore() {
     m_scoreboardView->setScoreboard(m_scoreboard.scoreboard());
+    nameLiveScore();
     fitScoreboard();
+}
+
+void EditorSidebar::nameLiveScore() {
+    const auto& score = m_context.state.liveScore();
+    const QString name = m_context.text(L10nKey::liveScore);
+    m_scoreboardView->setAccessibleName(score ? name + QStringLiteral(": ") + scoreAsSpoken(m_context, *score)
+                                              : name);
 }
 
 }

@@ -52,6 +52,7 @@ private:
     void takeNames();
     void forgetImport();
     void showLiveScore();
+    void nameLiveScore();
     void fitScoreboard();
 
     UiContext m_context;

@@ -1,6 +1,9 @@
 #include "ui/editor/EditorView.h"
 
+#include "session/PointEdits.h"
+#include "ui/common/MarkerText.h"
 #include "ui/common/Preferences.h"
+#include "ui/style/Announcement.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 #include "ui/timeline/TimelineCanvas.h"
@@ -172,13 +175,16 @@ EditorKeys::Actions EditorView::actions() {
     using enum Command;
     const auto count = [this](Side side) {
         return [this, side] {
-            if (!EditorCommands::countPoint(m_context, shownFrame(), side))
+            if (EditorCommands::countPoint(m_context, shownFrame(), side))
+                sayScore();
+            else
                 m_sidebar->count().sayThatMatchIsOver();
         };
     };
     const auto stepBack = [this](Side side) {
         return [this, side] {
             EditorCommands::stepPoint(m_context, shownFrame(), side, StepDirection::previous);
+            sayScore();
         };
     };
     return {
@@ -209,7 +215,11 @@ EditorKeys::Actions EditorView::actions() {
         {pointSecond, count(Side::second)},
         {pointBackFirst, stepBack(Side::first)},
         {pointBackSecond, stepBack(Side::second)},
-        {swapServe, [this] { EditorCommands::swapServeOfSelectedMarker(m_context); }},
+        {swapServe,
+         [this] {
+             EditorCommands::swapServeOfSelectedMarker(m_context);
+             sayScore();
+         }},
         {trimStart, [this] { m_timeline->trimStartAtPlayhead(); }},
         {trimEnd, [this] { m_timeline->trimEndAtPlayhead(); }},
         {addCut, [this] { m_timeline->cutAtPlayhead(); }},
@@ -237,6 +247,21 @@ void EditorView::holdWhileScrubbing(bool isScrubbing) {
     } else if (std::exchange(m_resumes, false)) {
         m_playback.play();
     }
+}
+
+// So that one can score without looking.
+void EditorView::sayScore() {
+    const Marker* marker = EditorCommands::selectedMarker(m_context.state);
+    if (!marker)
+        return;
+    QStringList words{scoreAsSpoken(m_context, marker->score)};
+    if (const auto match = PointEdits::countedMatch(m_context.state)) {
+        const auto place =
+            std::ranges::find(match->markers, marker->id, &Marker::id) - match->markers.begin();
+        words.prepend(countText(m_context, *match, static_cast<std::size_t>(place)));
+    }
+    words.removeAll(QString());
+    announce(*this, words.join(QStringLiteral(". ")));
 }
 
 void EditorView::goToNeighbour(EditorCommands::Neighbour which) {

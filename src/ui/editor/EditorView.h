@@ -56,6 +56,7 @@ private:
     EditorCommands::ShownFrame shownFrame() const;
     void holdWhileScrubbing(bool isScrubbing);
     EditorKeys::Actions actions();
+    void sayScore();
     void goToNeighbour(EditorCommands::Neighbour which);
 
     UiContext m_context;

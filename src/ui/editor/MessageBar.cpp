@@ -1,10 +1,10 @@
 #include "ui/editor/MessageBar.h"
 
+#include "ui/style/Announcement.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
 
-#include <QAccessible>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -70,8 +70,7 @@ void MessageBar::showMessage(const QString& message, const QString& detail, cons
     m_secondAction->setVisible(!secondAction.isEmpty());
     arrangeActions();
     show();
-    QAccessibleEvent alert(m_message, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    announce(*this, detail.isEmpty() ? message : message + u'\n' + detail);
 }
 
 void MessageBar::resizeEvent(QResizeEvent*) {

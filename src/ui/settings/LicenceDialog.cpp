@@ -3,6 +3,7 @@
 #include "l10n/Format.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
+#include "ui/style/Motion.h"
 #include "ui/style/Theme.h"
 
 #include <QFontDatabase>
@@ -165,6 +166,7 @@ QWidget* LicenceDialog::makeKeyEntry() {
     m_progressText = Controls::label(Controls::TextRole::quiet, m_progressRow);
     auto* bar = new QProgressBar(m_progressRow);
     bar->setRange(0, 0);
+    bar->setVisible(!Motion::shared().isReduced()); // the words say the same
     bar->setTextVisible(false);
     m_cancel = plainButton(Controls::ButtonKind::normal, m_progressRow);
     progress->addWidget(m_progressText);

@@ -1,6 +1,7 @@
 #include "ui/wizard/WizardView.h"
 
 #include "l10n/Format.h"
+#include "ui/style/Announcement.h"
 #include "ui/style/Controls.h"
 #include "ui/style/Icons.h"
 #include "ui/style/Theme.h"
@@ -10,7 +11,6 @@
 #include "ui/wizard/TemplatePage.h"
 #include "ui/wizard/VideoPage.h"
 
-#include <QAccessible>
 #include <QHBoxLayout>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -50,10 +50,8 @@ private:
                                      : QString());
         const bool appears = isShown && isHidden();
         setVisible(isShown);
-        if (appears) {
-            QAccessibleEvent alert(m_words, QAccessible::Alert);
-            QAccessible::updateAccessibility(&alert);
-        }
+        if (appears)
+            announce(*this, m_words->accessibleName());
     }
 
     void tintIcon() {
