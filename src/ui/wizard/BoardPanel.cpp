@@ -64,11 +64,10 @@ QPixmap courtGround(SportID sport, QSizeF size, double devicePixelRatio) {
     return result;
 }
 
-BoardPanel::BoardPanel(const UiContext& context, QWidget* parent)
+BoardPanel::BoardPanel(const UiContext& context, QWidget* parent, double largestScale)
     : QWidget(parent)
     , m_context(context)
     , m_board(new ScoreboardView(this)) {
-    constexpr double largestScale = 1.6;
     m_board->setLargestScale(largestScale);
     m_board->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     auto* column = new QVBoxLayout(this);
@@ -76,11 +75,18 @@ BoardPanel::BoardPanel(const UiContext& context, QWidget* parent)
     column->addWidget(m_board);
 }
 
-void BoardPanel::showMatch(const MatchConfig& match, const QImage& logo) {
-    const auto templateID = m_context.state.selectedTemplate.value();
+void BoardPanel::showBoard(TemplateID templateID, const MatchConfig& match, const QImage& logo) {
     m_sport = match.sport;
     update();
+    m_board->setScoreboard(
+        Scoreboard{templateID, exampleScore(match.sport, match.numberOfSets), match, logo});
+}
+
+void BoardPanel::showMatch(const MatchConfig& match, const QImage& logo) {
+    const auto templateID = m_context.state.selectedTemplate.value();
     if (!templateID) {
+        m_sport = match.sport;
+        update();
         m_board->setScoreboard(std::nullopt);
         return;
     }
@@ -91,8 +97,7 @@ void BoardPanel::showMatch(const MatchConfig& match, const QImage& logo) {
     };
     name(named.team1.player1, L10nKey::team1);
     name(named.team2.player1, L10nKey::team2);
-    m_board->setScoreboard(
-        Scoreboard{*templateID, exampleScore(match.sport, match.numberOfSets), named, logo});
+    showBoard(*templateID, named, logo);
 }
 
 void BoardPanel::paintEvent(QPaintEvent*) {

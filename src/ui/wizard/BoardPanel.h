@@ -19,9 +19,11 @@ class BoardPanel final : public QWidget {
     Q_OBJECT
 
 public:
-    BoardPanel(const UiContext& context, QWidget* parent);
+    BoardPanel(const UiContext& context, QWidget* parent, double largestScale = 1.6);
 
-    /// Sides without a name are shown as "Team 1" and "Team 2".
+    void showBoard(TemplateID templateID, const MatchConfig& match, const QImage& logo);
+
+    /// The same with the session's template. Sides without a name are shown as "Team 1" and "Team 2".
     void showMatch(const MatchConfig& match, const QImage& logo);
 
 protected:

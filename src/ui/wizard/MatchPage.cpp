@@ -5,59 +5,14 @@
 #include "ui/wizard/BoardPanel.h"
 #include "ui/wizard/LogoField.h"
 #include "ui/wizard/RulesField.h"
+#include "ui/wizard/SegmentedControl.h"
 
 #include <algorithm>
-#include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QVBoxLayout>
 
 namespace pointloom {
-
-/// Choices side by side, exactly one of them made. Tab stops once; the arrow keys move the choice.
-class SegmentedControl final : public QWidget {
-public:
-    explicit SegmentedControl(QWidget* parent)
-        : QWidget(parent)
-        , m_group(new QButtonGroup(this))
-        , m_row(new QHBoxLayout(this)) {
-        m_row->setContentsMargins(0, 0, 0, 0);
-        m_row->setSpacing(Space::xs);
-        m_row->addStretch(1);
-    }
-
-    /// Replaces the choices, which are identified by their values.
-    void setValues(const std::vector<int>& values) {
-        for (QAbstractButton* button : m_group->buttons())
-            delete button;
-        for (std::size_t index = 0; index < values.size(); ++index) {
-            QPushButton* button = Controls::button(Controls::ButtonKind::normal, this);
-            button->setCheckable(true);
-            m_group->addButton(button, values[index]);
-            m_row->insertWidget(static_cast<int>(index), button);
-        }
-    }
-
-    void setText(int value, const QString& text) {
-        if (QAbstractButton* button = m_group->button(value))
-            button->setText(text);
-    }
-
-    int value() const { return m_group->checkedId(); }
-
-    /// Emits nothing.
-    void setValue(int value) {
-        const QSignalBlocker quiet(m_group);
-        if (QAbstractButton* button = m_group->button(value))
-            button->setChecked(true);
-    }
-
-    QButtonGroup& group() { return *m_group; }
-
-private:
-    QButtonGroup* m_group;
-    QHBoxLayout* m_row;
-};
 
 namespace {
 

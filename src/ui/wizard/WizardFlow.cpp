@@ -205,10 +205,13 @@ bool WizardFlow::pickSport(SportID sport, QWidget* window) {
     if (const auto chosen = state.selectedTemplate.value();
         chosen && std::ranges::find(fitting, *chosen) == fitting.end())
         state.selectedTemplate = std::nullopt;
+    if (!state.selectedTemplate.value())
+        m_draft.board = std::nullopt;
     m_draft = matchIn(sport, m_draft);
     m_rules = rememberedRules(m_context.defaults, sport);
     if (const auto match = state.matchConfig.value()) {
         MatchConfig moved = matchIn(sport, *match);
+        moved.board = m_draft.board;
         if (hasScoreAfterSet(moved.numberOfSets)) // the form offers the number that there is, too
             moved.numberOfSets = m_draft.numberOfSets = match->numberOfSets;
         state.setNumberOfSets(moved.numberOfSets, &m_context.undo);
@@ -240,10 +243,17 @@ bool WizardFlow::confirmsLossOfScores(SportID sport, QWidget* window) const {
         m_context.text(L10nKey::wizardChangeSportConfirm), m_context.text(L10nKey::cancel));
 }
 
-void WizardFlow::pickTemplate(TemplateID templateID) {
+void WizardFlow::pickTemplate(TemplateID templateID, const std::optional<BoardStyle>& board) {
     const QScopedValueRollback guard(m_isOwnChange, true);
-    m_context.state.selectedTemplate = templateID;
-    m_context.state.save();
+    AppState& state = m_context.state;
+    m_draft.board = board;
+    if (auto match = state.matchConfig.value()) {
+        match->board = board;
+        state.matchConfig = match;
+    }
+    state.selectedTemplate = templateID;
+    state.save();
+    Q_EMIT draftReplaced();
 }
 
 bool WizardFlow::hasScoreAfterSet(std::int64_t count) const {

@@ -37,7 +37,8 @@ public:
     /// question over `window`; false when the user declines, and then nothing changes.
     bool pickSport(SportID sport, QWidget* window);
 
-    void pickTemplate(TemplateID templateID);
+    /// With the board that is made from it, if any, and saves.
+    void pickTemplate(TemplateID templateID, const std::optional<BoardStyle>& board = {});
 
     /// The match as entered; `confirmMatch` copies it to the session.
     const MatchConfig& draft() const { return m_draft; }

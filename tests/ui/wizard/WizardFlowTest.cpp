@@ -40,6 +40,28 @@ TEST_F(WizardFlowTest, AnotherSportTakesOverWhatFitsAndNothingElse) {
     EXPECT_TRUE(screen.dialogs.shown.isEmpty());
 }
 
+TEST_F(WizardFlowTest, ABoardGoesAlongWithTheMatchUntilAnotherTemplateIsPicked) {
+    const BoardStyle board{.name = QStringLiteral("Club"), .colors = {.main = BoardColor{1, 2, 3}}};
+    MatchConfig typed = flow.draft();
+    typed.team1.player1 = QStringLiteral("Typed");
+    flow.setDraft(typed);
+    flow.pickTemplate(TemplateID::dark, board);
+    EXPECT_EQ(screen.state.matchConfig.value()->board, board);
+    EXPECT_EQ(screen.state.selectedTemplate.value(), TemplateID::dark);
+    EXPECT_EQ(flow.draft().team1.player1, QStringLiteral("Typed")) << "not yet confirmed, and kept";
+    ASSERT_TRUE(flow.pickSport(SportID::padel, nullptr));
+    EXPECT_EQ(screen.state.matchConfig.value()->board, board);
+    ASSERT_TRUE(flow.confirmMatch(nullptr));
+    EXPECT_EQ(screen.state.matchConfig.value()->board, board);
+
+    ASSERT_TRUE(flow.pickSport(SportID::squash, nullptr));
+    EXPECT_EQ(screen.state.matchConfig.value()->board, std::nullopt);
+    flow.pickTemplate(TemplateID::squashDark, board);
+    flow.pickTemplate(TemplateID::squashNeon);
+    EXPECT_EQ(screen.state.matchConfig.value()->board, std::nullopt);
+    EXPECT_EQ(flow.draft().board, std::nullopt);
+}
+
 TEST_F(WizardFlowTest, RulesAreRememberedForEachSport) {
     const std::vector<std::string> beach{"beach"};
     ASSERT_TRUE(flow.pickSport(SportID::volleyball, nullptr));
