@@ -1,6 +1,7 @@
 #include "render/BoardLook.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <initializer_list>
 #include <vector>
@@ -77,10 +78,7 @@ std::vector<Rgba> nameGrounds(const RowTemplateStyle& style, const RowColors& ro
     return all;
 }
 
-/// The text, or black or white where that is hard to read.
-Rgba readable(const Rgba& text, const std::vector<Rgba>& grounds) {
-    if (contrastOn(grounds, text) >= readableContrast)
-        return text;
+Rgba blackOrWhite(const std::vector<Rgba>& grounds) {
     return contrastOn(grounds, white) >= contrastOn(grounds, black) ? white : black;
 }
 
@@ -130,8 +128,9 @@ public:
         }
         if (colors.sets)
             m_style.team1.accent = m_style.team2.accent = rgbaOf(*colors.sets);
-        settleTexts(m_style.team1, m_base.team1, colors);
-        settleTexts(m_style.team2, m_base.team2, colors);
+        settleNames(colors.text);
+        settlePoints(m_style.team1, m_base.team1, colors.pointsText);
+        settlePoints(m_style.team2, m_base.team2, colors.pointsText);
     }
 
     const RowTemplateStyle& style() const { return m_style; }
@@ -199,27 +198,42 @@ private:
         }
     }
 
-    // A template's own text is left alone where nothing about it changed.
-    void settleTexts(RowColors& row, const RowColors& base, const BoardColors& colors) const {
-        const std::vector<Rgba> ground = nameGrounds(m_style, row);
-        const bool isNewGround = ground != nameGrounds(m_base, base);
-        if (colors.text)
-            row.text = rgbaOf(*colors.text);
-        else if (isNewGround)
-            row.text = readable(base.text, ground);
-        if (isNewGround && contrastOn(grounds(m_style, row.bg), serveDotColor) < leastDotContrast)
-            row.serveDot = withAlpha(row.text, 1);
+    // A template's own texts stay where they can be read, in both rows or in none, and where nothing about
+    // them has changed.
+    void settleNames(const std::optional<BoardColor>& chosen) {
+        struct Row {
+            RowColors& colors;
+            const RowColors& base;
+        };
+        const std::array rows{Row{m_style.team1, m_base.team1}, Row{m_style.team2, m_base.team2}};
+        const auto isNew = [&](const Row& row) {
+            return nameGrounds(m_style, row.colors) != nameGrounds(m_base, row.base);
+        };
+        const bool isHardToRead = std::ranges::any_of(rows, [&](const Row& row) {
+            return isNew(row) &&
+                   contrastOn(nameGrounds(m_style, row.colors), row.base.text) < readableContrast;
+        });
+        for (const Row& row : rows) {
+            if (chosen)
+                row.colors.text = rgbaOf(*chosen);
+            else if (isNew(row) && isHardToRead)
+                row.colors.text = blackOrWhite(nameGrounds(m_style, row.colors));
+            constexpr double leastDotContrast = 2;
+            if (isNew(row) && contrastOn(grounds(m_style, row.colors.bg), serveDotColor) < leastDotContrast)
+                row.colors.serveDot = withAlpha(row.colors.text, 1);
+        }
+    }
 
+    void settlePoints(RowColors& row, const RowColors& base, const std::optional<BoardColor>& chosen) const {
         if (hasSameRgb(base.gameText, base.bg))
             row.gameText = withAlpha(row.bg, 1);
         const std::vector<Rgba> cell = grounds(m_style, row.gameCell);
-        if (colors.pointsText)
-            row.gameText = rgbaOf(*colors.pointsText);
-        else if (row.gameText != base.gameText || cell != grounds(m_base, base.gameCell))
-            row.gameText = readable(row.gameText, cell);
+        const bool isNew = row.gameText != base.gameText || cell != grounds(m_base, base.gameCell);
+        if (chosen)
+            row.gameText = rgbaOf(*chosen);
+        else if (isNew && contrastOn(cell, row.gameText) < readableContrast)
+            row.gameText = blackOrWhite(cell);
     }
-
-    static constexpr double leastDotContrast = 2;
 
     const RowTemplateStyle& m_base;
     RowTemplateStyle m_style;

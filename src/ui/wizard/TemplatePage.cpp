@@ -144,10 +144,15 @@ void TemplatePage::showChoices() {
     }
     const auto& chosen = m_context.state.selectedTemplate.value();
     const auto& board = m_flow.draft().board;
-    const bool isKept = std::ranges::any_of(
-        choices, [&](const Choice& each) { return each.id == chosen && each.board == board; });
-    if (chosen && board && !isKept)
-        choices.push_back({*chosen, board});
+    if (!chosen)
+        m_ofMatch.reset();
+    else if (board)
+        m_ofMatch = Choice{*chosen, board};
+    const bool isListed = std::ranges::any_of(choices, [&](const Choice& each) {
+        return m_ofMatch && each.id == m_ofMatch->id && each.board == m_ofMatch->board;
+    });
+    if (m_ofMatch && !isListed && fits(m_ofMatch->id, sport))
+        choices.push_back(*m_ofMatch);
     if (choices != m_choices || sport != m_sport) {
         const bool isOtherSport = sport != m_sport;
         m_choices = std::move(choices);
@@ -251,6 +256,7 @@ void TemplatePage::deletePicked() {
     try {
         BoardFolder::remove(choice.path);
         m_flow.pickTemplate(choice.id);
+        m_ofMatch.reset();
     } catch (const DocumentError& error) {
         m_context.dialogs.alert(window(), m_context.text(L10nKey::boardCannotDelete),
                                 QString::fromUtf8(error.what()));

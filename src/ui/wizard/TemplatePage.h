@@ -55,6 +55,7 @@ private:
     std::vector<KeptBoard> m_boards;   // of all sports
     SportID m_sport = SportID::tennis; // of the choices
     std::vector<Choice> m_choices;
+    std::optional<Choice> m_ofMatch;  // stays while others are tried
     std::vector<PickerCard*> m_cards; // one for each choice, owned by the grid
 };
 

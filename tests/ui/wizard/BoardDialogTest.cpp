@@ -150,6 +150,8 @@ TEST_F(TemplatePageTest, ABoardFromAFileIsKeptListedAndPicked) {
     page.show();
     EXPECT_EQ(cardNames().size(), before.size() + 1) << "the match still has it";
     flow.pickTemplate(TemplateID::dark);
+    EXPECT_EQ(cardNames().size(), before.size() + 1) << "to go back to";
+    screen.state.reset();
     EXPECT_EQ(cardNames(), before);
 }
 
