@@ -234,7 +234,7 @@ void BatchCommand::exportOne(const QString& document, Summary& summary, const Ca
     display.finish(output);
     m_protected.push_back({output, QStringLiteral("the new video of ") + document});
     ++summary.done;
-    say(ended.report.damage, prefix);
+    say(ended.report, prefix);
 }
 
 ProjectInputs BatchCommand::inputsOf(const QString& document) const {

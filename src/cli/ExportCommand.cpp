@@ -139,7 +139,7 @@ ExitStatus ExportCommand::run() {
         };
         const ExportReport report = write(job, control);
         display.finish(report.outputPath);
-        say(report.damage);
+        say(report);
     } catch (const ExportError& error) {
         throw faultOf(error, m_project);
     }

@@ -59,9 +59,12 @@ std::optional<QString> damageWarning(const media::Damage& damage) {
     return parts.isEmpty() ? last : parts.join(QStringLiteral(", ")) + QStringLiteral(", and ") + last;
 }
 
-void say(const media::Damage& damage, const QString& prefix) {
-    if (const auto warning = damageWarning(damage))
+void say(const ExportReport& report, const QString& prefix) {
+    if (const auto warning = damageWarning(report.damage))
         sayWarning(prefix + *warning);
+    if (report.captionsFault)
+        sayWarning(prefix + QStringLiteral("the video is finished, but its captions are missing: ") +
+                   *report.captionsFault);
 }
 
 void print(std::string_view text) {

@@ -1,7 +1,7 @@
 // Faults of commands, remarks on standard error, one line each, and results on standard output.
 #pragma once
 
-#include "media/MediaInfo.h"
+#include "export/ExportJob.h"
 #include "json/JsonCoding.h"
 
 #include <optional>
@@ -48,8 +48,8 @@ void sayWarning(const QString& warning);
 /// "12 damaged pictures were left out, and the last 3.2 s of the video are missing"; empty without damage.
 std::optional<QString> damageWarning(const media::Damage& damage);
 
-/// Warns of damage, if any.
-void say(const media::Damage& damage, const QString& prefix = {});
+/// Warns of damage and of missing captions, if any.
+void say(const ExportReport& report, const QString& prefix = {});
 
 void print(std::string_view text);
 

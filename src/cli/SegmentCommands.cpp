@@ -164,7 +164,7 @@ void SegmentCommand::encode(const SegmentPlan& plan, const QString& path) const 
     const auto report = encodeSegment(plan, number(), path, display.control(cancellation));
     display.finish(path);
     if (report)
-        say(report->damage);
+        say(*report);
     else
         sayNote(QStringLiteral("segment %1 was finished already").arg(number()));
 }
@@ -207,12 +207,14 @@ ExitStatus JoinCommand::run() {
 
     const CancelOnSignal cancellation;
     ProgressDisplay display(m_progress);
+    ExportReport report;
     try {
-        joinSegments(plan, folder, output, display.control(cancellation));
+        report = joinSegments(plan, folder, output, display.control(cancellation));
     } catch (const ExportError& error) {
         throw faultOf(error, m_plan);
     }
     display.finish(output);
+    say(report);
     return ExitStatus::done;
 }
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <QFileInfo>
 #include <QStringList>
 
 namespace pointloom {
@@ -97,19 +96,32 @@ media::FileTexts textsOf(const ExportJob& job, const TimeMap& map) {
     return texts;
 }
 
-void writeCaptionsBeside(const QString& videoPath, const ExportJob& job, const TimeMap& map) {
+QString endingOfCaptions(const ExportJob& job) {
     const auto place = job.settings.captions;
     if (!place || *place == CaptionsPlace::track || job.segment)
-        return;
-    const QFileInfo video(videoPath);
+        return {};
     const std::string_view ending = rawValue(*place);
-    const QString path = video.absolutePath() + u'/' + video.completeBaseName() + u'.' +
-                         QString::fromUtf8(ending.data(), static_cast<qsizetype>(ending.size()));
+    return QString::fromUtf8(ending.data(), static_cast<qsizetype>(ending.size()));
+}
+
+void writeCaptionsBeside(ExportReport& report, const ExportJob& job, const TimeMap& map, IfExists ifExists) {
+    const QString ending = endingOfCaptions(job);
+    if (ending.isEmpty())
+        return;
+    const QString path = pathBeside(report.outputPath, ending);
+    const auto inputs = inputFiles(job);
+    if (const InputFile* replaced = replacedInput(path, inputs)) {
+        report.captionsFault = path + QStringLiteral(": would replace ") + replaced->role;
+        return;
+    }
     const auto captions = captionsOf(job.overlay, map);
-    requireOtherFile(job, path);
-    withExportErrors("The captions could not be written: ", [&] {
-        writeWhole(path, place == CaptionsPlace::subRip ? asSubRip(captions) : asWebVtt(captions));
-    });
+    try {
+        writeWhole(path,
+                   job.settings.captions == CaptionsPlace::subRip ? asSubRip(captions) : asWebVtt(captions),
+                   Access::usual, ifExists);
+    } catch (const FileError& error) {
+        report.captionsFault = QString::fromUtf8(error.what());
+    }
 }
 
 QByteArray asSubRip(const std::vector<Caption>& captions) {

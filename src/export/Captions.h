@@ -16,9 +16,12 @@ std::vector<Caption> captionsOf(const OverlayDescription& overlay, const TimeMap
 /// Chapters and captions inside of the file, as the job's settings have them.
 media::FileTexts textsOf(const ExportJob& job, const TimeMap& map);
 
-/// Writes the captions beside the video at `videoPath`, under its name with their ending, where the settings
-/// ask for it. Throws ExportError.
-void writeCaptionsBeside(const QString& videoPath, const ExportJob& job, const TimeMap& map);
+/// The ending of the captions beside the video; empty when the job has none.
+QString endingOfCaptions(const ExportJob& job);
+
+/// Writes the captions beside the finished video, under its name with their ending, where the settings ask
+/// for it. The report tells when they could not be written.
+void writeCaptionsBeside(ExportReport& report, const ExportJob& job, const TimeMap& map, IfExists ifExists);
 
 /// SubRip (.srt).
 QByteArray asSubRip(const std::vector<Caption>& captions);

@@ -235,6 +235,7 @@ struct ExportReport {
     media::Damage damage;                         // of the source in the exported range
     QString outputPath;                           // where the file is
     std::optional<EncoderFallback> fallback = {}; // for the requested encoder, where it did not work
+    std::optional<QString> captionsFault = {};    // why the captions beside the file are missing
 };
 
 }

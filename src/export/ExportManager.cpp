@@ -128,11 +128,12 @@ ExportReport exportFile(const ExportJob& job, const ExportControl& control,
     writeFrames(frames, overlay, writer, sound, progress, control);
     const QString path = withExportErrors("Writer error: ", [&] {
         writer.finish();
-        return file->keep();
+        return file->keep(endingOfCaptions(job));
     });
-    writeCaptionsBeside(path, job, timeline.map);
+    ExportReport report{.damage = frames.damage(), .outputPath = path};
+    writeCaptionsBeside(report, job, timeline.map, job.ifExists);
     progress.finish();
-    return {frames.damage(), path};
+    return report;
 }
 
 // The system's own errors do not say what they were for.

@@ -29,6 +29,12 @@ const InputFile* replacedInput(const QString& path, const std::vector<InputFile>
     return found == inputs.end() ? nullptr : &*found;
 }
 
+QString pathBeside(const QString& path, const QString& ending) {
+    std::filesystem::path place(QFile::encodeName(path).toStdString());
+    place.replace_extension(QFile::encodeName(ending).toStdString());
+    return QFile::decodeName(place.c_str());
+}
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -129,9 +135,17 @@ QString numbered(const QString& path, int number) {
                    (place.stem().string() + '-' + std::to_string(number) + place.extension().string()));
 }
 
-QString moveToNextFreeName(const QString& from, const QString& path) {
+bool isTaken(const QString& path) {
+    std::error_code error;
+    return fs::exists(fs::symlink_status(encoded(path), error));
+}
+
+QString moveToNextFreeName(const QString& from, const QString& path, const QString& otherEnding = {}) {
+    const auto isOtherTaken = [&](const QString& name) {
+        return !otherEnding.isEmpty() && isTaken(pathBeside(name, otherEnding));
+    };
     QString name = path;
-    for (int number = 2; !moveToFreeName(from, name); ++number)
+    for (int number = 2; isOtherTaken(name) || !moveToFreeName(from, name); ++number)
         name = numbered(path, number);
     return name;
 }
@@ -179,7 +193,7 @@ NewFile::~NewFile() {
         ::unlink(QFile::encodeName(m_temporaryPath).constData());
 }
 
-QString NewFile::keep() {
+QString NewFile::keep(const QString& otherEnding) {
     {
         const FileDescriptor file(m_temporaryPath, O_RDONLY);
         if (!file.isOpen())
@@ -191,7 +205,7 @@ QString NewFile::keep() {
             static_cast<void>(::fchmod(file.get(), *mode));
     }
     if (m_ifExists == IfExists::addNumber)
-        m_path = moveToNextFreeName(m_temporaryPath, m_path);
+        m_path = moveToNextFreeName(m_temporaryPath, m_path, otherEnding);
     else if (std::rename(QFile::encodeName(m_temporaryPath).constData(),
                          QFile::encodeName(m_place).constData()) != 0)
         throw FileError(m_path, "could not be replaced");
@@ -278,8 +292,8 @@ void NewFolder::moveFilesUp() const {
     fs::remove(source);
 }
 
-void writeWhole(const QString& path, const QByteArray& bytes, Access access) {
-    NewFile file(path, IfExists::replace, access);
+void writeWhole(const QString& path, const QByteArray& bytes, Access access, IfExists ifExists) {
+    NewFile file(path, ifExists, access);
     {
         const FileDescriptor content(file.temporaryPath(), O_WRONLY);
         if (!content.isOpen())

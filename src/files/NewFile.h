@@ -42,9 +42,10 @@ public:
     /// The path to write the content to. A writer may open the file anew, but not replace it.
     const QString& temporaryPath() const { return m_temporaryPath; }
 
-    /// Syncs the content, gives the file its name and syncs the folder. Returns the path. Throws FileError;
-    /// the previous file is whole then, or the new one when only the folder could not be synced.
-    QString keep();
+    /// Syncs the content, gives the file its name and syncs the folder. Returns the path. With `addNumber`
+    /// the name is free with the other ending too, that of a file that is going to be beside this one. Throws
+    /// FileError; the previous file is whole then, or the new one when only the folder could not be synced.
+    QString keep(const QString& otherEnding = {});
 
 private:
     QString m_path;
@@ -83,7 +84,11 @@ private:
     bool m_isKept = false;
 };
 
-/// Replaces the file in one step. Throws FileError; the previous file is whole then.
-void writeWhole(const QString& path, const QByteArray& bytes, Access access = Access::usual);
+/// The path with another ending: "match.srt" beside "match.mp4".
+QString pathBeside(const QString& path, const QString& ending);
+
+/// Writes the file in one step. Throws FileError; the previous file is whole then.
+void writeWhole(const QString& path, const QByteArray& bytes, Access access = Access::usual,
+                IfExists ifExists = IfExists::replace);
 
 }

@@ -135,6 +135,13 @@ TEST_F(ExportCommandTest, CaptionsGoBesideTheVideo) {
     const QByteArray captions = test::readFile(path(QStringLiteral("out.vtt")));
     EXPECT_TRUE(captions.startsWith("WEBVTT\n\n00:00:00.000 --> 00:00:01.000\n")) << captions.toStdString();
     EXPECT_EQ(run("export m.plp -o out.mp4 --captions ttml").status, 2);
+
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("b.vtt")));
+    const auto result = run("export m.plp -o b.mp4 --encoder-preset ultrafast --captions vtt");
+    EXPECT_EQ(result.status, 0) << "the video is there";
+    EXPECT_TRUE(QFile::exists(path(QStringLiteral("b.mp4"))));
+    EXPECT_TRUE(result.err.contains("warning: the video is finished, but its captions are missing: "))
+        << result.errText();
 }
 
 TEST_F(ExportCommandTest, SeveralJobsAddUpToOneVideo) {

@@ -141,6 +141,23 @@ TEST_F(ReusingExport, CaptionsComeWithoutEncodingAnythingAnew) {
     expectTextTrack(job.outputPath, expected);
 }
 
+TEST_F(ReusingExport, CaptionsAreNumberedWithTheirVideoAndNeverReplaceOthers) {
+    ExportJob job = this->job(makeClip(keyEverySecond));
+    job.settings.captions = CaptionsPlace::subRip;
+    job.ifExists = IfExists::addNumber;
+    const QString theirs = folder.path(QStringLiteral("out.srt"));
+    writeWhole(theirs, "theirs");
+    for (const bool isReusing : {true, false}) {
+        const ExportReport report = isReusing ? exportReusing(job, cache()) : ExportManager::exportVideo(job);
+        EXPECT_EQ(report.captionsFault, std::nullopt);
+        EXPECT_EQ(report.outputPath,
+                  folder.path(isReusing ? QStringLiteral("out-2.mp4") : QStringLiteral("out-3.mp4")));
+        EXPECT_TRUE(
+            test::readFile(pathBeside(report.outputPath, QStringLiteral("srt"))).startsWith("1\n00:00:"));
+    }
+    EXPECT_EQ(test::readFile(theirs), "theirs");
+}
+
 // The pictures are drawn by the slow way here.
 TEST_F(ReusingExport, KeysDifferExactlyWherePicturesDo) {
     const QString clip = makeClip("-vf fps=10 -c:v libx264 -g 10 -bf 0 -sc_threshold 0 -pix_fmt yuv420p");

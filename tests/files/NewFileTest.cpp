@@ -93,6 +93,16 @@ TEST_F(NewFileTest, OfOneNameAllGetTheirOwnWhereNoneMayBeReplaced) {
         EXPECT_EQ(contentOf(QString::fromStdString(kept[i])), std::to_string(i));
 }
 
+TEST_F(NewFileTest, ANameIsFreeOnlyWithThatOfTheFileBesideIt) {
+    writeWhole(path("v.srt"), "theirs");
+    ASSERT_EQ(::symlink("nowhere", path("v-2.srt").toUtf8().constData()), 0);
+    NewFile file(path("v.mp4"), IfExists::addNumber);
+    EXPECT_EQ(file.keep(QStringLiteral("srt")), path("v-3.mp4"));
+    EXPECT_EQ(pathBeside(path("v-3.mp4"), QStringLiteral("srt")), path("v-3.srt"));
+    EXPECT_EQ(pathBeside(path("a.b/v.1.mp4"), QStringLiteral("srt")), path("a.b/v.1.srt"));
+    EXPECT_THAT(names(), UnorderedElementsAre("v.srt", "v-2.srt", "v-3.mp4"));
+}
+
 TEST_F(NewFileTest, RemovesWhatDiedProcessesLeftOfItAndNothingElse) {
     const std::string host = QSysInfo::machineHostName().toStdString();
     const auto remains = [&](const std::string& name, long process) {

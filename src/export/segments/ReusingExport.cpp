@@ -1,5 +1,6 @@
 #include "export/segments/ReusingExport.h"
 
+#include "export/Captions.h"
 #include "export/ExportManager.h"
 #include "export/ExportSource.h"
 #include "export/ExportTimeline.h"
@@ -310,9 +311,11 @@ std::optional<ExportReport> exportSegments(const SegmentPlan& plan, const Export
     } catch (const FileError&) {
         return std::nullopt;
     }
-    const QString path = withExportErrors("Writer error: ", [&] { return file->keep(); });
-    writeCaptionsFor(plan, path);
-    return ExportReport{.damage = damage, .outputPath = path};
+    const QString path =
+        withExportErrors("Writer error: ", [&] { return file->keep(endingOfCaptions(job)); });
+    ExportReport report{.damage = damage, .outputPath = path};
+    writeCaptionsFor(plan, report, job.ifExists);
+    return report;
 }
 
 }

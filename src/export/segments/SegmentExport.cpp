@@ -138,15 +138,19 @@ media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& fol
     return request;
 }
 
-void writeCaptionsFor(const SegmentPlan& plan, const QString& videoPath) {
-    if (!plan.job.settings.captions)
+void writeCaptionsFor(const SegmentPlan& plan, ExportReport& report, IfExists ifExists) {
+    if (endingOfCaptions(plan.job).isEmpty())
         return; // without opening the source
-    const media::MediaInfo info = openSource(plan.job.recording()).info();
-    writeCaptionsBeside(videoPath, plan.job, exportTimeline(plan.job, info).map);
+    try {
+        const media::MediaInfo info = openSource(plan.job.recording()).info();
+        writeCaptionsBeside(report, plan.job, exportTimeline(plan.job, info).map, ifExists);
+    } catch (const ExportError& error) {
+        report.captionsFault = QString::fromUtf8(error.what());
+    }
 }
 
-QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output,
-                     const ExportControl& control, IfExists ifExists) {
+ExportReport joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output,
+                          const ExportControl& control, IfExists ifExists) {
     requireOtherFile(plan.job, output);
     plan.requireUnchangedInputs();
     requireAllSegments(plan, folder);
@@ -161,10 +165,10 @@ QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const
                                     progress.update({static_cast<double>(copied) / static_cast<double>(all)});
                                 control.throwIfCancelled();
                             });
-        const QString path = file.keep();
-        writeCaptionsFor(plan, path);
+        ExportReport report{.damage = {}, .outputPath = file.keep(endingOfCaptions(plan.job))};
+        writeCaptionsFor(plan, report, ifExists);
         progress.finish();
-        return path;
+        return report;
     });
 }
 

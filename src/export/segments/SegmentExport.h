@@ -47,13 +47,13 @@ bool isSegment(const SegmentPlan& plan, int number, const QString& path);
 media::JoinRequest joinRequest(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output);
 
 /// `writeCaptionsBeside` for the video that was joined.
-void writeCaptionsFor(const SegmentPlan& plan, const QString& videoPath);
+void writeCaptionsFor(const SegmentPlan& plan, ExportReport& report, IfExists ifExists);
 
 /// Joins all segments into one video: copies their packets, and encodes nothing but the sound when it is not
-/// there yet. The times of all frames are those of an export that was not cut. Returns the path of the video,
-/// which appears when it is whole. Throws ExportError: a segment is not finished, an input has changed, the
+/// there yet. The times of all frames are those of an export that was not cut. The video appears when it is
+/// whole. Throws ExportError: a segment is not finished, an input has changed, the
 /// segments do not fit together; and ExportCancelled.
-QString joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output,
-                     const ExportControl& control = {}, IfExists ifExists = IfExists::replace);
+ExportReport joinSegments(const SegmentPlan& plan, const SegmentFolder& folder, const QString& output,
+                          const ExportControl& control = {}, IfExists ifExists = IfExists::replace);
 
 }

@@ -190,16 +190,22 @@ void DestinationRow::choose() {
     m_isReplacingAgreed = m_path == *chosen && QFileInfo::exists(m_path);
 }
 
-bool DestinationRow::prepare() {
+bool DestinationRow::prepare(const QString& endingOfCaptions) {
     if (m_isProposed) {
         setPath(newDefaultOutputPath(m_format));
         return true;
     }
-    if (m_isReplacingAgreed || !QFileInfo::exists(m_path))
+    QStringList replaced;
+    if (!m_isReplacingAgreed && QFileInfo::exists(m_path))
+        replaced << QFileInfo(m_path).fileName();
+    const QFileInfo captions(pathBeside(m_path, endingOfCaptions));
+    if (!endingOfCaptions.isEmpty() && captions.exists())
+        replaced << captions.fileName();
+    if (replaced.isEmpty())
         return true;
     return m_context.dialogs.confirm(
         this, m_context.text(L10nKey::exportReplaceTitle),
-        format(m_context.text(L10nKey::exportReplaceMessage), QFileInfo(m_path).fileName()),
+        format(m_context.text(L10nKey::exportReplaceMessage), replaced.join(QStringLiteral(", "))),
         m_context.text(L10nKey::replaceConfirm), m_context.text(L10nKey::cancel));
 }
 

@@ -33,9 +33,10 @@ public:
     /// Measures the size of the export in the background and shows it then; none stops that.
     void estimate(const std::optional<ExportJob>& job);
 
-    /// True when the file may be written: it does not exist, or the user agrees that it is replaced. A
-    /// proposed file is named after this moment, and its folder is made when it is missing.
-    bool prepare();
+    /// True when the file, and the one of its captions, may be written: they do not exist, or the user agrees
+    /// that they are replaced. A proposed file is named after this moment, and its folder is made when it is
+    /// missing.
+    bool prepare(const QString& endingOfCaptions);
 
     /// A proposed file leaves one that has its name where it is.
     IfExists ifExists() const { return m_isProposed ? IfExists::addNumber : IfExists::replace; }

@@ -1,5 +1,6 @@
 #include "ui/export/ExportSheet.h"
 
+#include "export/Captions.h"
 #include "persistence/ProjectSession.h"
 #include "ui/common/Dialogs.h"
 #include "ui/common/PartsBox.h"
@@ -221,7 +222,8 @@ bool ExportSheet::isQueueBusy() const {
 }
 
 void ExportSheet::start() {
-    if (!job() || !m_destination->prepare())
+    const auto wanted = job();
+    if (!wanted || !m_destination->prepare(endingOfCaptions(*wanted)))
         return;
     m_destination->estimate(std::nullopt); // the export has the processors
     if (!isQueueBusy()) {

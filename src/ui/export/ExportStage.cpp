@@ -167,11 +167,11 @@ void ExportStage::showResult() {
         lines += format(m_context.text(L10nKey::exportSoftwareUsed),
                         QString::fromUtf8(media::nameOf(fallback->requested)));
     m_detail->setText(lines.join(u'\n'));
-    const QStringList damage = ExportWords::damage(m_runner.report().damage, language);
+    const QStringList flaws = ExportWords::flaws(m_runner.report(), language);
     m_damageIcon->setPixmap(
         Icons::pixmap(QStringLiteral("warning"), iconSize, tokens().warning, devicePixelRatioF()));
-    m_damage->setText(damage.join(u'\n'));
-    m_damageRow->setVisible(!damage.isEmpty());
+    m_damage->setText(flaws.join(u'\n'));
+    m_damageRow->setVisible(!flaws.isEmpty());
 }
 
 void ExportStage::showProgress() {

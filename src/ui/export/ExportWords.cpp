@@ -65,6 +65,13 @@ QStringList damage(const media::Damage& damage, Language language) {
     return lines;
 }
 
+QStringList flaws(const ExportReport& report, Language language) {
+    QStringList lines = damage(report.damage, language);
+    if (report.captionsFault)
+        lines += format(t(language, L10nKey::exportCaptionsMissing), *report.captionsFault);
+    return lines;
+}
+
 QString span(double seconds) {
     const auto whole = static_cast<qint64>(std::ceil(std::max(seconds, 0.0)));
     if (whole >= 3600)

@@ -20,6 +20,9 @@ QString queue(const QueueStatus& status, const QDateTime& now, Language language
 /// A line for each kind of damage: "Damaged pictures in the video: 12". Empty without damage.
 QStringList damage(const media::Damage& damage, Language language);
 
+/// The damage, and a line for captions that are missing: what the finished video lacks.
+QStringList flaws(const ExportReport& report, Language language);
+
 /// "1 h 12 min", "1 min 9 s" or "9 s"; rounded up to whole seconds, and to minutes from an hour on.
 QString span(double seconds);
 

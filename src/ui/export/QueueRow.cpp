@@ -130,7 +130,7 @@ void QueueRow::showState(const QueuedExport& entry) {
         return setDetail(TextRole::quiet, m_context.text(L10nKey::queueWaiting));
     case QueueState::done: {
         QStringList lines{m_context.text(L10nKey::queueFinished)};
-        lines += ExportWords::damage(entry.report.damage, m_context.state.language);
+        lines += ExportWords::flaws(entry.report, m_context.state.language);
         showIcon("check", tokens().success);
         return setDetail(lines.size() > 1 ? TextRole::warning : TextRole::quiet, lines.join(u'\n'));
     }

@@ -318,6 +318,17 @@ TEST(ExportSheet, AFileThatIsThereIsReplacedOnlyWhenThePersonAgrees) {
     EXPECT_NE(test::readFile(open.output), "precious");
 }
 
+TEST(ExportSheet, CaptionsThatAreThereAreReplacedOnlyWhenThePersonAgrees) {
+    OpenSheet open;
+    open.clips.write(QStringLiteral("result.srt"), "theirs");
+    open.dialogs.confirms = false;
+    named<QComboBox>(open.sheet, "captions")->setCurrentIndex(1);
+    click(open.sheet, "startExport");
+    EXPECT_EQ(open.state.exportStatus.value().stage, Stage::idle);
+    EXPECT_EQ(open.dialogs.shown.last(),
+              QStringLiteral("“result.srt” already exists. Exporting replaces it."));
+}
+
 TEST(ExportSheet, WarnsWithoutMarkersAndOffersTheLicence) {
     OpenSheet open;
     EXPECT_FALSE(named<QWidget>(open.sheet, "noMarkersNotice")->isVisible());

@@ -18,6 +18,11 @@ TEST(ExportWords, ProgressIsToldInThePersonsLanguageWithGroupedDigits) {
 
 TEST(ExportWords, DamageIsALineForEachKind) {
     EXPECT_TRUE(ExportWords::damage({}, Language::english).isEmpty());
+    EXPECT_EQ(ExportWords::flaws(
+                  {.damage = {}, .outputPath = {}, .captionsFault = QStringLiteral("a.srt: Is a directory")},
+                  Language::english),
+              QStringList(QStringLiteral(
+                  "The video is finished, but its captions are missing: a.srt: Is a directory")));
     EXPECT_EQ(ExportWords::damage({10, 2, 3.24}, Language::english),
               (QStringList{QStringLiteral("Damaged pictures in the video: 12"),
                            QStringLiteral("Missing at the end of the video: 3.2 s")}));
