@@ -22,7 +22,7 @@ namespace pointloom {
 
 namespace {
 
-constexpr int keysWidth = 76;  // letters
+constexpr int keysWidth = 84;  // letters
 constexpr int keysHeight = 34; // lines of text
 constexpr int leastOfKeys = 5; // lines
 constexpr int fieldWidth = 18; // letters
@@ -47,7 +47,7 @@ KeysDialog::KeysDialog(const UiContext& context, QWidget* parent)
     m_search->setClearButtonEnabled(true);
     connect(m_search, &QLineEdit::textChanged, this, &KeysDialog::find);
     body().addWidget(m_search);
-    body().addWidget(makeList());
+    body().addWidget(makeList(), 1);
     body().addWidget(makeMessage());
     makeFooter();
     bindings().watchAll([this] { showRows(); }, context.state.language, context.keys.chosen());
@@ -67,6 +67,7 @@ QWidget* KeysDialog::makeList() {
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFocusPolicy(Qt::NoFocus);
     area->setMinimumHeight(fontMetrics().lineSpacing() * leastOfKeys);
+    area->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored); // as high as the message leaves
     auto* page = new QWidget;
     auto* layout = Controls::layout<QVBoxLayout>(page, {0, 0, Space::m, 0}, Space::xs);
     layout->addWidget(m_nothingFound);
