@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <QAccessibleWidget>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -28,6 +29,11 @@ constexpr L10nKey resizeName = L10nKey::undoResizeScoreboard;
 
 QSizeF asSize(QPointF point) {
     return {point.x(), point.y()};
+}
+
+QAccessibleInterface* makePictureInterface(const QString&, QObject* object) {
+    auto* view = qobject_cast<ScoreboardOverlayView*>(object);
+    return view ? new QAccessibleWidget(view, QAccessible::Graphic) : nullptr;
 }
 
 constexpr double edgeMargin = 0.04; // kept from the edges of the picture, of its shorter side
@@ -88,6 +94,7 @@ ScoreboardOverlayView::ScoreboardOverlayView(const UiContext& context, QWidget* 
     : QWidget(parent)
     , m_context(context)
     , m_scoreboard(context.state) {
+    QAccessible::installFactory(makePictureInterface); // once is enough, again does nothing
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus); // a press takes it only when it meets the scoreboard
     AppState& state = m_context.state;

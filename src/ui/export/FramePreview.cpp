@@ -106,6 +106,7 @@ void FramePreview::showWords() {
     m_close->setText(m_context.text(L10nKey::exportClose));
     m_retry->setText(m_context.text(L10nKey::retry));
     m_still->setAccessibleName(m_context.text(L10nKey::exportFrameName));
+    m_area->setAccessibleName(m_still->accessibleName());
 }
 
 void FramePreview::showZoom(bool isActualSize) {
