@@ -7,6 +7,7 @@
 #include <array>
 #include <limits>
 #include <numeric>
+#include <span>
 
 namespace pointloom::media {
 
@@ -172,17 +173,21 @@ void describeByFrame(VideoTrackInfo& track, const AVFrame& frame) {
 }
 
 /// Seconds from time zero of the presentation timeline to its end: as the container says, and not before the
-/// video track ends (a container that gives no duration has the first frame's time subtracted).
-double timelineDuration(const AVFormatContext& context, std::optional<int> videoStream) {
+/// video ends. Of a file that starts late, newer versions of FFmpeg tell the time from the first frame on, so
+/// that the sound's end counts too.
+double timelineDuration(const AVFormatContext& context) {
     double end =
         context.duration == AV_NOPTS_VALUE ? 0 : static_cast<double>(context.duration) / AV_TIME_BASE;
-    if (!videoStream)
-        return end;
-    const AVStream& stream = *context.streams[*videoStream];
-    if (stream.duration != AV_NOPTS_VALUE) {
+    const bool startsLate = context.start_time != AV_NOPTS_VALUE && context.start_time > 0;
+    for (const AVStream* stream : std::span(context.streams, context.nb_streams)) {
+        const AVMediaType type = stream->codecpar->codec_type;
+        const bool counts = type == AVMEDIA_TYPE_VIDEO || (type == AVMEDIA_TYPE_AUDIO && startsLate);
+        if (!counts || stream->duration == AV_NOPTS_VALUE)
+            continue;
         // Added as fractions: in a damaged file the sum may exceed 64 bits.
-        const double start = stream.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream.start_time);
-        end = std::max(end, (start + static_cast<double>(stream.duration)) * ratio(stream.time_base));
+        const double start =
+            stream->start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream->start_time);
+        end = std::max(end, (start + static_cast<double>(stream->duration)) * ratio(stream->time_base));
     }
     return end;
 }
@@ -194,7 +199,7 @@ OpenedMedia openMedia(InputFile& file, int decoderThreads) {
     OpenedMedia media;
     media.info.audioTracks = static_cast<int>(findAudioTracks(context).size());
     const std::optional<int> stream = findVideoTrack(context);
-    media.info.duration = timelineDuration(context, stream);
+    media.info.duration = timelineDuration(context);
     if (!stream) {
         if (media.info.audioTracks == 0) {
             requireDecoders(context);

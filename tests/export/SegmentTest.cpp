@@ -29,6 +29,7 @@ TEST_F(Segments, OfAnUnevenRateReorderedAndInterlacedComeOutAlike) {
                  "-flags +ildct+ilme -pix_fmt yuv420p -video_track_timescale 90000");
     ExportJob job = markedJob(clip, folder.path(QStringLiteral("x")));
     job.settings.encoderPreset = QStringLiteral("medium"); // with reordered pictures
+    job.trimEnd = 5.7; // how long the clip's last frame is shown depends on FFmpeg's version
     expectJoinedLikeSingleRun(job, 3);
 }
 

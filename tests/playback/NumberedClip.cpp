@@ -9,7 +9,7 @@ constexpr int bars = 8;
 }
 
 ClipOptions variableRate() {
-    return {.frames = 12,
+    return {.frames = 13,
             .more = {QStringLiteral("-vf"), QStringLiteral("settb=1/1000,setpts=N*(N+3)*10"),
                      QStringLiteral("-fps_mode"), QStringLiteral("passthrough"),
                      QStringLiteral("-enc_time_base"), QStringLiteral("1/1000")}};

@@ -20,7 +20,7 @@ struct ClipOptions {
     QStringList more = {}; // further arguments for the output
 };
 
-/// Twelve frames, each shown for a different time.
+/// Twelve frames, each shown for a different time, and one whose time depends on FFmpeg's version.
 ClipOptions variableRate();
 /// The start of one of them, seconds.
 constexpr double variableRateTime(int number) {
