@@ -210,7 +210,9 @@ void Compatibility::checkTags() const {
         EXPECT_EQ(tags.transfer, expected.transfer);
     }
     EXPECT_EQ(tags.matrix, isProRes && expected.matrix == "bt470bg" ? "smpte170m" : expected.matrix);
-    EXPECT_EQ(tags.range, isProRes ? "tv" : expected.range);
+    if (!isProRes || !tags.range.empty()) { // newer versions of ffprobe tell none of ProRes
+        EXPECT_EQ(tags.range, isProRes ? "tv" : expected.range);
+    }
 }
 
 QPointF Compatibility::pointOf(int patch) const {

@@ -120,7 +120,10 @@ std::vector<Source> rates() {
     rows.push_back({.name = "VariableRate",
                     .title = "Variable frame rate",
                     .pictureFilters = "settb=1/90000,setpts=(N+0.3*mod(N\\,3))/25/TB",
-                    .container = "-fps_mode passthrough -enc_time_base 1/90000 -video_track_timescale 90000",
+                    // Newer versions give the last frame no duration by themselves.
+                    .container =
+                        "-bf 0 -fps_mode passthrough -enc_time_base 1/90000 -video_track_timescale 90000 "
+                        "-bsf:v setts=duration=3600",
                     .inEveryFormat = true});
     rows.push_back({.name = "VariableRateWithGap",
                     .title = "Variable frame rate, half a second without a frame",
