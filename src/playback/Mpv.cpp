@@ -87,6 +87,12 @@ constexpr std::array options{
     Option{"msg-level", "all=no"},
 };
 
+// Scripts that newer versions bring along.
+constexpr std::array newerOptions{
+    Option{"load-console", "no"},     Option{"load-commands", "no"},     Option{"load-select", "no"},
+    Option{"load-positioning", "no"}, Option{"load-context-menu", "no"},
+};
+
 void check(int result, const char* what) {
     if (result < 0)
         throw PlaybackError(std::string("The player cannot be started: ") + what + ": " +
@@ -129,6 +135,11 @@ MpvHandle startMpv(Sound sound) {
         throw PlaybackError("The player cannot be started: there is not enough memory.");
     for (const Option& option : options)
         check(mpv_set_option_string(handle.get(), option.name, option.value), option.name);
+    for (const Option& option : newerOptions) {
+        const int result = mpv_set_option_string(handle.get(), option.name, option.value);
+        if (result != MPV_ERROR_OPTION_NOT_FOUND)
+            check(result, option.name);
+    }
     if (sound == Sound::none)
         check(mpv_set_option_string(handle.get(), "ao", "null"), "ao");
     check(mpv_initialize(handle.get()), "initialisation");

@@ -87,8 +87,7 @@ void expectColorsOfTheExport(Watched& watched, const Footage& kind, int bars, in
     const media::RgbaImage exported = media::toRgb(*media::VideoReader::open(clip).read());
     ASSERT_TRUE(watched.load(clip));
     int worst = 255;
-    Watched::waitFor([&] { return (worst = worstDifference(watched.picture(), exported, bars)) <= allowed; },
-                     5'000);
+    Watched::waitFor([&] { return (worst = worstDifference(watched.picture(), exported, bars)) <= allowed; });
     EXPECT_LE(worst, allowed) << kind.name;
 }
 

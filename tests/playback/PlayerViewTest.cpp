@@ -142,7 +142,7 @@ TEST_F(OpenGlSmokeTest, TheGraphicsCardsPictureIsTheSame) {
     ASSERT_TRUE(watched.load(makeRotatedClip(90)));
     EXPECT_EQ(watched.player.size(), QSize(64, 320));
     ASSERT_TRUE(watched.seek(19 / 25.0));
-    EXPECT_TRUE(Watched::waitFor([&] { return frameNumberIn(turned(watched.picture(), 90)) == 19; }, 2000));
+    EXPECT_TRUE(Watched::waitFor([&] { return frameNumberIn(turned(watched.picture(), 90)) == 19; }));
 }
 
 TEST_F(OpenGlSmokeTest, AViewThatMovesToAnotherWindowGoesOn) {
@@ -165,7 +165,7 @@ TEST_F(OpenGlSmokeTest, AViewThatMovesToAnotherWindowGoesOn) {
         const QImage whole = view->grab().toImage();
         return frameNumberIn(whole.copy(view->videoRect().toRect()));
     };
-    EXPECT_TRUE(Watched::waitFor([&] { return !player.isSeeking() && shown() == 25; }, 5000)) << shown();
+    EXPECT_TRUE(Watched::waitFor([&] { return !player.isSeeking() && shown() == 25; })) << shown();
 }
 
 TEST_F(OpenGlSmokeTest, AViewThatCanBeDrawnInNoWaySaysSo) {

@@ -67,12 +67,12 @@ int Watched::frameNumber() {
 }
 
 bool Watched::showsFrame(int number) {
-    return waitFor([&] { return frameNumber() == number; }, 3'000);
+    return waitFor([&] { return frameNumber() == number; });
 }
 
 bool Watched::reaches(double seconds) {
     constexpr double tolerance = 0.0005;
-    return waitFor([&] { return std::abs(player.time() - seconds) < tolerance; }, 3'000);
+    return waitFor([&] { return std::abs(player.time() - seconds) < tolerance; });
 }
 
 }
