@@ -93,15 +93,15 @@ public:
     }
 
 private:
-    // The index holds the distance to the next packet in the order of decoding; the frame that is shown last
-    // may be shown for a shorter time.
+    // The index holds the distance to the next packet in the order of decoding, and FFmpeg tells none where
+    // frames are reordered unevenly; the frame that is shown last may be shown for a shorter time.
     void limitDuration() {
         if (track().duration == AV_NOPTS_VALUE)
             return;
         const std::int64_t start = track().start_time == AV_NOPTS_VALUE ? 0 : track().start_time;
         const std::int64_t left = start + track().duration - m_packet->pts;
         if (left > 0)
-            m_packet->duration = std::min(m_packet->duration, left);
+            m_packet->duration = m_packet->duration > 0 ? std::min(m_packet->duration, left) : left;
     }
 
     [[noreturn]] void fail(const std::string& reason) const { failFor(m_path, reason); }

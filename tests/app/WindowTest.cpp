@@ -174,7 +174,7 @@ TEST_F(WindowTest, TheFirstSizeFitsTheScreen) {
 
 TEST_F(WindowTest, TheNextStartHasTheSessionAndTheSizeOfTheLast) {
     configure();
-    const QSize size = availableSize(*window) - QSize(30, 50); // newer versions of Qt keep it on the screen
+    const QSize size = availableSize(*window) - QSize(10, 50); // newer versions of Qt keep it on the screen
     window->resize(size);
     window->close();
     start();
