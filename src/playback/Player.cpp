@@ -1,14 +1,12 @@
 #include "playback/Player.h"
 
+#include "playback/SourceAddress.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <filesystem>
 #include <mpv/client.h>
-#include <QCoreApplication>
 #include <QFile>
-#include <QPointer>
-#include <QThreadPool>
 #include <string_view>
 #include <utility>
 
@@ -32,13 +30,6 @@ constexpr double seekTolerance = 0.001; // seconds
 
 QString fileName(const QString& path) {
     return path.section(u'/', -1);
-}
-
-// Absolute, so that no name can be taken for an option, an address or one of libmpv's own protocols.
-QString absolutePath(const QString& path) {
-    std::error_code error;
-    const auto absolute = std::filesystem::absolute(QFile::encodeName(path).toStdString(), error);
-    return QFile::decodeName(QByteArray::fromStdString(absolute.string()));
 }
 
 }
@@ -73,20 +64,14 @@ Player::~Player() {
 
 void Player::load(const media::Recording& recording) {
     closeFile();
-    std::vector<QString> files = recording.files();
-    std::ranges::transform(files, files.begin(), absolutePath);
-    m_recording = media::Recording(files.front(), files);
+    m_recording = absolute(recording);
     if (recording.first().isEmpty()) {
         refuseSoon({media::MediaFault::missing, QStringLiteral("no file is named")});
         return;
     }
-    for (const QString& path : files) {
-        if (auto fault = faultOfFile(path)) {
-            if (path != files.front())
-                fault->reason = fileName(path) + QStringLiteral(": ") + fault->reason;
-            refuseSoon(*fault);
-            return;
-        }
+    if (const auto fault = faultOfFiles(m_recording)) {
+        refuseSoon(*fault);
+        return;
     }
     m_stage = Stage::waitingForRenderer;
     m_queue.begin(toFirstFrame);
@@ -106,33 +91,23 @@ void Player::refuseSoon(const PlaybackFault& fault) {
         Qt::QueuedConnection);
 }
 
-// Several files are measured on another thread, unless they were before.
 void Player::findAddress() {
     m_address.clear();
     if (!m_recording.isSplit()) {
         m_address = QFile::encodeName(path());
         return;
     }
-    const auto measure = [player = QPointer(this), recording = m_recording, generation = m_generation] {
-        QByteArray address;
-        PlaybackFault fault;
-        try {
-            address = addressOf(media::layoutOf(recording));
-        } catch (const media::MediaError& error) {
-            fault = {error.fault(), QString::fromUtf8(error.what())};
-        }
-        const auto take = [player, generation, address, fault] {
-            if (!player || player->m_generation != generation)
-                return;
-            player->m_address = address;
-            if (address.isEmpty())
-                player->refuse(fault);
-            else if (player->m_hasRenderer)
-                player->open();
-        };
-        QMetaObject::invokeMethod(QCoreApplication::instance(), take, Qt::QueuedConnection);
+    const auto take = [this, generation = m_generation](const QByteArray& address,
+                                                        const PlaybackFault& fault) {
+        if (m_generation != generation)
+            return;
+        m_address = address;
+        if (address.isEmpty())
+            refuse(fault);
+        else if (m_hasRenderer)
+            open();
     };
-    QThreadPool::globalInstance()->start(measure);
+    playback::findAddress(m_recording, this, take);
 }
 
 void Player::unload() {

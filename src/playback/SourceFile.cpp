@@ -66,26 +66,6 @@ PlaybackFault faultOfPlayer(int error) {
     }
 }
 
-QByteArray addressOf(const media::RecordingLayout& layout) {
-    // libmpv drops frames outside of a file's range, and rounds: each range begins a little before its first
-    // frame, where the file's times allow that.
-    constexpr double margin = 0.0005; // seconds
-    constexpr int decimals = 9;
-    const auto firstTime = [&](std::size_t file) { return layout.beginOf(file) - layout.offsetOf(file); };
-    const auto marginOf = [&](std::size_t file) { return std::min(margin, firstTime(file)); };
-    QByteArray address = "edl://!no_chapters";
-    for (std::size_t i = 0; i < layout.files.size(); ++i) {
-        const bool isLast = i + 1 == layout.files.size();
-        const double begin = layout.beginOf(i) - marginOf(i);
-        const double end = isLast ? layout.duration : layout.beginOf(i + 1) - marginOf(i + 1);
-        const QByteArray path = QFile::encodeName(layout.files[i].path);
-        address += ";%" + QByteArray::number(path.size()) + '%' + path + ',' +
-                   QByteArray::number(firstTime(i) - marginOf(i), 'f', decimals) + ',' +
-                   QByteArray::number(end - begin, 'f', decimals);
-    }
-    return address;
-}
-
 SourceWatch::SourceWatch(std::function<void(const QString&, media::MediaFault)> lost)
     : m_lost(std::move(lost)) {
     QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_watcher, [this] { check(); });

@@ -25,10 +25,6 @@ std::optional<PlaybackFault> faultOfFile(const QString& path);
 /// The fault of the file that libmpv was to open, from its error code.
 PlaybackFault faultOfPlayer(int error);
 
-/// The address under which libmpv plays the files of a split recording as one, at the times that they have in
-/// its layout.
-QByteArray addressOf(const media::RecordingLayout& layout);
-
 /// Notices that an open file was deleted, moved, replaced or changed in length.
 class SourceWatch {
 public:
