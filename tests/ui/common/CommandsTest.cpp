@@ -19,6 +19,8 @@ TEST(Commands, EveryOneHasOneRowAndNoKeyHasTwoMeanings) {
     QSet<int> editorKeys;
     for (const CommandRow& row : commandTable()) {
         EXPECT_FALSE(commands.contains(row.id)) << static_cast<int>(row.id);
+        EXPECT_TRUE(row.title.has_value() || row.fixedKeys.has_value())
+            << rawValue(row.id) << " has no name in the list of keys";
         commands.insert(row.id);
         for (const QKeyCombination key : keys.of(row.id)) {
             auto& taken = row.group == CommandGroup::menu ? menuKeys : editorKeys;
