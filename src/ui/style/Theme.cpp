@@ -69,7 +69,7 @@ QPushButton[kind="plain"]:hover, QToolButton[kind="plain"]:hover { background: @
 QPushButton[kind="plain"]:focus, QToolButton[kind="plain"]:focus { border: 2px solid @accent; }
 QToolButton { padding: 5px; }
 QToolButton:focus { padding: 4px; }
-QToolButton:checked, QPushButton:checked { border: 2px solid @accent; color: @accent; font-weight: 600; }
+QToolButton:checked, QPushButton:checked { border: 2px solid @accent; color: @accent; }
 QPushButton:checked { padding: 5px 13px; }
 QToolButton:checked { padding: 4px; }
 QToolButton:checked:focus, QPushButton:checked:focus { border-color: @text; }
