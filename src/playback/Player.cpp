@@ -32,6 +32,14 @@ QString fileName(const QString& path) {
     return path.section(u'/', -1);
 }
 
+double measuredEnd(const media::Recording& recording) {
+    try {
+        return media::infoOf(recording).duration;
+    } catch (const media::MediaError&) {
+        return 0;
+    }
+}
+
 }
 
 Player::Player(Sound sound, QObject* parent)
@@ -270,6 +278,7 @@ void Player::closeFile() {
     sendCommand(handle(), {"stop"});
     setTime(0);
     m_duration = 0;
+    m_measuredEnd = 0;
     updateSize();
 }
 
@@ -367,8 +376,10 @@ void Player::handleEvent(const mpv_event& event) {
         break;
     case MPV_EVENT_FILE_LOADED:
         // Known before the first frame, and needed to draw it.
-        if (concernsOurFile())
+        if (concernsOurFile()) {
             request(Request::rotation, "current-tracks/video/demux-rotation");
+            request(Request::startTime, "demuxer-start-time");
+        }
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
         if (!concernsOurFile())
@@ -413,7 +424,13 @@ void Player::handleReply(const mpv_event& event) {
             startWaiting();
         break;
     case Request::duration:
-        m_duration = number.value_or(0);
+        m_duration = std::max(number.value_or(0), m_measuredEnd);
+        break;
+    case Request::startTime:
+        // From FFmpeg 7 on, what libmpv tells of a file that starts late is its length, until all of it is
+        // read.
+        if (number.value_or(0) > 0)
+            m_measuredEnd = measuredEnd(m_recording);
         break;
     case Request::frameRate:
         if (!m_copy.mayBeSeen())

@@ -133,6 +133,7 @@ private:
         seek,
         frameRate,
         duration,
+        startTime,
         width,
         height,
         rotation,
@@ -219,6 +220,7 @@ private:
     bool m_hasSoundDevice = true;
     double m_time = 0;
     double m_duration = 0;
+    double m_measuredEnd = 0;      // seconds; only of a file that starts late
     double m_firstTime = 0;        // of the first frame
     double m_frameDuration = 0;    // seconds, nominal; 0 when the file does not say
     double m_startFurtherBack = 0; // seconds before its target that a seek begins to decode, as last set
