@@ -96,6 +96,9 @@ BoardDialog::BoardDialog(const UiContext& context, const BoardFile& board, const
     columns->addWidget(makeColors(), 1);
     columns->addWidget(makeChoices(), 1);
     auto* layout = Controls::layout<QVBoxLayout>(this, {Space::xl, Space::xl, Space::xl, Space::l}, Space::l);
+    QLabel* title = Controls::label(Controls::TextRole::title, this);
+    title->setText(windowTitle());
+    layout->addWidget(title);
     layout->addWidget(m_preview, 1);
     layout->addWidget(m_warning);
     layout->addLayout(columns);
