@@ -3,7 +3,6 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
-#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 
@@ -16,6 +15,22 @@ SegmentedControl::SegmentedControl(QWidget* parent)
     m_row->setContentsMargins(0, 0, 0, 0);
     m_row->setSpacing(Space::xs);
     m_row->addStretch(1);
+}
+
+void SegmentedControl::setValues(const std::vector<int>& values) {
+    for (QAbstractButton* button : m_group->buttons())
+        delete button;
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        QPushButton* button = Controls::button(Controls::ButtonKind::normal, this);
+        button->setCheckable(true);
+        m_group->addButton(button, values[index]);
+        m_row->insertWidget(static_cast<int>(index), button);
+    }
+}
+
+void SegmentedControl::setText(int value, const QString& text) {
+    if (QAbstractButton* button = m_group->button(value))
+        button->setText(text);
 }
 
 void SegmentedControl::setValues(const std::vector<int>& values) {
