@@ -248,6 +248,7 @@ two_hours() {
     echo
     printf '| %-74s | %22s | %10s |\n' "two hours with 1,000 markers" "" target
     echo '|---|---|---|'
+    sync # edits wait for the disk
     build/release/two-hours "$clip" 2>/dev/null
 }
 if [[ "two hours" == *"$rows"* ]] && [ -x build/release/two-hours ]; then
