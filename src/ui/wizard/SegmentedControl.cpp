@@ -33,27 +33,6 @@ void SegmentedControl::setText(int value, const QString& text) {
         button->setText(text);
 }
 
-void SegmentedControl::setValues(const std::vector<int>& values) {
-    for (QAbstractButton* button : m_group->buttons())
-        delete button;
-    for (std::size_t index = 0; index < values.size(); ++index) {
-        QPushButton* button = Controls::button(Controls::ButtonKind::normal, this);
-        button->setCheckable(true);
-        m_group->addButton(button, values[index]);
-        m_row->insertWidget(static_cast<int>(index), button);
-    }
-}
-
-void SegmentedControl::setText(int value, const QString& text) {
-    QAbstractButton* button = m_group->button(value);
-    if (!button)
-        return;
-    constexpr int beside = 15; // border and padding
-    const int strongWidth = QFontMetrics(strongFont(button->font())).horizontalAdvance(text);
-    button->setText(text);
-    button->setMinimumWidth(strongWidth + 2 * beside); // as wide while it is not chosen
-}
-
 void SegmentedControl::setValue(int value) {
     const QSignalBlocker quiet(m_group);
     if (QAbstractButton* button = m_group->button(value))
