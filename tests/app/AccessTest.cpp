@@ -24,6 +24,8 @@ protected:
         state->videoURL = QUrl::fromLocalFile(makeClip(QStringLiteral("clip.mp4")));
         state->videoDuration = 2;
         state->addCut({QUuid::createUuid(), 0.5, 1}, undo.get());
+        state->selectedMarkerID = state->markers.value().front().id;
+        state->selectedCutID = std::nullopt;
         window->resize(1100, 760);
         for (int screen = 0; screen <= static_cast<int>(Screen::editor); ++screen) {
             state->step = static_cast<Screen>(screen);

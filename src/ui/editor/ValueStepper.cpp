@@ -4,7 +4,7 @@
 #include "ui/style/Theme.h"
 
 #include <algorithm>
-#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -21,12 +21,18 @@ bool endsEditing(int key) {
     return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
 }
 
+QAccessibleInterface* makeStepperInterface(const QString&, QObject* object) {
+    auto* stepper = qobject_cast<ValueStepper*>(object);
+    return stepper ? new QAccessibleWidget(stepper, QAccessible::SpinBox) : nullptr;
+}
+
 }
 
 ValueStepper::ValueStepper(Kind kind, QWidget* parent)
     : QWidget(parent)
     , m_kind(std::move(kind)) {
-    setFocusPolicy(Qt::TabFocus); // a click on a button leaves the keys with the editor
+    QAccessible::installFactory(makeStepperInterface); // once is enough, again does nothing
+    setFocusPolicy(Qt::TabFocus);                      // a click on a button leaves the keys with the editor
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(&Theme::shared(), &Theme::changed, this, qOverload<>(&QWidget::update));
