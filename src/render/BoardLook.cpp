@@ -40,7 +40,7 @@ double luminance(const Rgba& color) {
 }
 
 double contrast(const Rgba& one, const Rgba& other) {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
