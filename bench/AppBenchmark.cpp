@@ -70,13 +70,14 @@ void openProject(benchmark::State& run) {
     AppState state(&persistence);
     UndoStack undo;
     DesktopDialogs dialogs{state, defaults};
+    CommandKeys keys;
     LicenceManager licence(
         {.info = {},
          .store = std::make_unique<FileRecordStore>(folder.filePath(QStringLiteral("licence"))),
          .machineId = "bench"});
     Theme::shared().apply(*qApp, ThemeChoice::dark);
     ExportRunner exports(state);
-    MainWindow window({state, undo, defaults, dialogs}, licence, exports);
+    MainWindow window({state, undo, defaults, dialogs, keys}, licence, exports);
     window.show();
     QCoreApplication::processEvents();
 

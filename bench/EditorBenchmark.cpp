@@ -36,7 +36,8 @@ struct Stage {
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
     DesktopDialogs dialogs{state, defaults};
-    MarkerListView list{UiContext{state, undo, defaults, dialogs}};
+    CommandKeys keys;
+    MarkerListView list{UiContext{state, undo, defaults, dialogs, keys}};
     QImage picture{304, 700, QImage::Format_ARGB32_Premultiplied};
 };
 

@@ -26,7 +26,8 @@ struct Stage {
     UndoStack undo;
     UserDefaults defaults{folder.filePath(QStringLiteral("Pointloom.ini"))};
     DesktopDialogs dialogs{state, defaults};
-    TimelineCanvas canvas{UiContext{state, undo, defaults, dialogs}, folder.path()};
+    CommandKeys keys;
+    TimelineCanvas canvas{UiContext{state, undo, defaults, dialogs, keys}, folder.path()};
     QImage picture{1600, 260, QImage::Format_ARGB32_Premultiplied};
 };
 

@@ -102,9 +102,10 @@ struct Program {
     AppState state{&persistence};
     UndoStack undo;
     DesktopDialogs dialogs{state, defaults};
+    CommandKeys keys;
     LicenceManager licence;
     ExportRunner exports{state};
-    MainWindow window{{state, undo, defaults, dialogs}, licence, exports};
+    MainWindow window{{state, undo, defaults, dialogs, keys}, licence, exports};
 };
 
 QString makeDocument(const QString& folder, const QString& clip) {

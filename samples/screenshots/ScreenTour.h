@@ -58,7 +58,8 @@ private:
     UndoStack m_undo;
     UserDefaults m_defaults;
     DesktopDialogs m_dialogs{m_state, m_defaults};
-    UiContext m_context{m_state, m_undo, m_defaults, m_dialogs};
+    CommandKeys m_keys;
+    UiContext m_context{m_state, m_undo, m_defaults, m_dialogs, m_keys};
     LicenceManager m_licence;
 };
 

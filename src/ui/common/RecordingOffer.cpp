@@ -6,6 +6,7 @@
 #include "ui/common/TimeCode.h"
 
 #include <algorithm>
+#include <QDir>
 #include <QFileInfo>
 
 namespace pointloom {
