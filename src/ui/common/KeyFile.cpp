@@ -10,6 +10,14 @@ namespace {
 constexpr int keyFileVersion = 1;
 constexpr json::ParseLimits limits{.bytes = 256 * 1024, .values = 10'000};
 
+// Details of faults are in English, as those of every file.
+constexpr const char* noKey = " is not a key such as \"Ctrl+Shift+E\"";     // not translated
+constexpr const char* reservedKey = " cannot be given to a command";        // not translated
+constexpr const char* lonelyKey = " needs Ctrl, or must be a function key"; // not translated
+constexpr const char* unknownVersion = " is not known, expected 1";         // not translated
+constexpr const char* noObject = "expected an object";                      // not translated
+constexpr const char* givenBefore = " is already the key of ";              // not translated
+
 QString keyText(QKeyCombination key) {
     return QKeySequence(key).toString(QKeySequence::PortableText);
 }
@@ -18,11 +26,9 @@ QKeyCombination decodeKey(const QString& text, CommandGroup group, const json::P
     const std::string quoted = json::inQuotes(text.toStdString());
     const auto sequence = QKeySequence::fromString(text, QKeySequence::PortableText);
     if (sequence.count() != 1 || sequence[0].key() == Qt::Key_unknown)
-        throw json::DecodingError(place, quoted + " is not a key such as \"Ctrl+Shift+E\"");
+        throw json::DecodingError(place, quoted + noKey);
     if (const auto fault = faultOf(sequence[0], group))
-        throw json::DecodingError(place, quoted + (fault == KeyFault::reserved
-                                                       ? " cannot be given to a command"
-                                                       : " needs Ctrl, or must be a function key"));
+        throw json::DecodingError(place, quoted + (fault == KeyFault::reserved ? reservedKey : lonelyKey));
     return sequence[0];
 }
 
@@ -33,11 +39,11 @@ KeyFile keysFromJson(const QByteArray& text) {
     const json::Path top;
     const int version = json::decode<int>(json::requiredMember(root, "version", top), top.key("version"));
     if (version != keyFileVersion)
-        throw json::DecodingError(top.key("version"), std::to_string(version) + " is not known, expected 1");
+        throw json::DecodingError(top.key("version"), std::to_string(version) + unknownVersion);
     const json::Value& commands = json::requiredMember(root, "keys", top);
     const json::Path keysPlace = top.key("keys");
     if (!commands.is_object())
-        throw json::DecodingError(keysPlace, "expected an object");
+        throw json::DecodingError(keysPlace, noObject);
     KeyFile file;
     std::map<QKeyCombination, std::string,
              decltype([](QKeyCombination a, QKeyCombination b) { return a.toCombined() < b.toCombined(); })>
@@ -56,8 +62,8 @@ KeyFile keysFromJson(const QByteArray& text) {
             const QKeyCombination key = decodeKey(texts[i], commandRow(*command).group, place);
             const auto [owner, isNew] = owners.emplace(key, name);
             if (!isNew)
-                throw json::DecodingError(place, json::inQuotes(texts[i].toStdString()) +
-                                                     " is already the key of " + owner->second);
+                throw json::DecodingError(place, json::inQuotes(texts[i].toStdString()) + givenBefore +
+                                                     owner->second);
             keys << key;
         }
     }

@@ -174,22 +174,25 @@ QWidget* BoardDialog::makeChoices() {
         add(name, control);
     };
 
-    using enum L10nKey;
     const RowTemplateStyle style = styleOf(m_file.base, m_file.board);
     m_name = new QLineEdit(m_file.board.name, box);
-    add(boardName, m_name);
-    addChoice(boardFont, {boardFontSans, boardFontNarrow, boardFontGeometric, boardFontSerif},
+    add(L10nKey::boardName, m_name);
+    addChoice(L10nKey::boardFont,
+              {L10nKey::boardFontSans, L10nKey::boardFontNarrow, L10nKey::boardFontGeometric,
+               L10nKey::boardFontSerif},
               static_cast<int>(style.font),
               [](BoardStyle& board, int chosen) { board.font = static_cast<BoardFont>(chosen); });
     std::vector<L10nKey> corners;
     for (const CornerStep& step : cornerSteps)
         corners.push_back(step.name);
-    addChoice(boardCorners, corners, cornerStepOf(style.radius), [](BoardStyle& board, int chosen) {
+    addChoice(L10nKey::boardCorners, corners, cornerStepOf(style.radius), [](BoardStyle& board, int chosen) {
         board.corner = cornerSteps[static_cast<std::size_t>(chosen)].radius;
     });
-    addChoice(boardOrder, {boardSetsFirst, boardPointsFirst}, static_cast<int>(style.order),
+    addChoice(L10nKey::boardOrder, {L10nKey::boardSetsFirst, L10nKey::boardPointsFirst},
+              static_cast<int>(style.order),
               [](BoardStyle& board, int chosen) { board.order = static_cast<BoardOrder>(chosen); });
-    addChoice(boardLogo, {boardLogoLeft, boardLogoRight, boardLogoNone}, static_cast<int>(style.logo),
+    addChoice(L10nKey::boardLogo, {L10nKey::boardLogoLeft, L10nKey::boardLogoRight, L10nKey::boardLogoNone},
+              static_cast<int>(style.logo),
               [](BoardStyle& board, int chosen) { board.logo = static_cast<BoardLogo>(chosen); });
     column->addStretch(1);
     return box;
