@@ -80,10 +80,16 @@ main() {
 missing_packages() {
     local package
     for package in "${packages[@]}"; do
-        if [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null) != installed ]]; then
+        if [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null) != installed ]] &&
+            ! is_provided "$package"; then
             printf '%s\n' "$package"
         fi
     done
+}
+
+# By another package, as libqt6opengl6-dev is on Debian 13.
+is_provided() {
+    dpkg-query --show --showformat='${db:Status-Status} ${Provides}\n' | grep -Eq "^installed (.* )?$1([ ,]|$)"
 }
 
 as_root() {
