@@ -376,10 +376,8 @@ void Player::handleEvent(const mpv_event& event) {
         break;
     case MPV_EVENT_FILE_LOADED:
         // Known before the first frame, and needed to draw it.
-        if (concernsOurFile()) {
+        if (concernsOurFile())
             request(Request::rotation, "current-tracks/video/demux-rotation");
-            request(Request::startTime, "demuxer-start-time");
-        }
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
         if (!concernsOurFile())
@@ -425,12 +423,6 @@ void Player::handleReply(const mpv_event& event) {
         break;
     case Request::duration:
         m_duration = std::max(number.value_or(0), m_measuredEnd);
-        break;
-    case Request::startTime:
-        // From FFmpeg 7 on, what libmpv tells of a file that starts late is its length, until all of it is
-        // read.
-        if (number.value_or(0) > 0)
-            m_measuredEnd = measuredEnd(m_recording);
         break;
     case Request::frameRate:
         if (!m_copy.mayBeSeen())
@@ -565,6 +557,10 @@ void Player::announceFile(double time) {
     }
     m_stage = Stage::loaded;
     m_firstTime = time;
+    // From FFmpeg 7 on, libmpv tells the length of a file that starts late for its end until all of it is
+    // read.
+    m_measuredEnd = time > seekTolerance ? measuredEnd(m_recording) : 0;
+    m_duration = std::max(m_duration, m_measuredEnd);
     updateSize();
     m_copy.setFileIsOpen(true);
     setTime(m_queue.waiting() ? m_queue.waiting()->time : time);

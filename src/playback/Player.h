@@ -133,7 +133,6 @@ private:
         seek,
         frameRate,
         duration,
-        startTime,
         width,
         height,
         rotation,
