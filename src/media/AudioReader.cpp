@@ -198,7 +198,6 @@ private:
     /// Opens the current file, at `m_start` where that is inside of it. Throws MediaError.
     void openFile(std::optional<InputFile> opened = {}) {
         m_decoder.reset();
-        m_file.reset();
         m_file.emplace(opened ? *std::move(opened) : InputFile::open(m_sounds[m_current].path));
         const std::vector<int> streams = findAudioTracks(*m_file->context());
         if (m_number >= streams.size())
