@@ -557,8 +557,8 @@ void Player::announceFile(double time) {
     }
     m_stage = Stage::loaded;
     m_firstTime = time;
-    // From FFmpeg 7 on, libmpv tells the length of a file that starts late for its end until all of it is
-    // read.
+    // With FFmpeg 7, what libmpv calls the end of a file that starts late is its length, until it has read
+    // the whole file.
     m_measuredEnd = time > seekTolerance ? measuredEnd(m_recording) : 0;
     m_duration = std::max(m_duration, m_measuredEnd);
     updateSize();

@@ -13,7 +13,7 @@ media::Recording absolute(const media::Recording& recording);
 /// The first fault of a file (`faultOfFile`); one that is not the first file is named.
 std::optional<PlaybackFault> faultOfFiles(const media::Recording& recording);
 
-/// Measures the files of a split recording on another thread, unless they were before. Calls `found` from the
+/// Measures the files of a split recording on another thread, unless they were measured before. Calls `found` from the
 /// event loop, unless `receiver` is gone: with the address, or an empty one and the fault.
 void findAddress(const media::Recording& recording, QObject* receiver,
                  std::function<void(const QByteArray& address, const PlaybackFault& fault)> found);

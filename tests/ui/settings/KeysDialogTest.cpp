@@ -53,7 +53,8 @@ protected:
 };
 
 TEST_F(KeysDialogTest, EveryCommandIsFoundByNameMeaningOrKey) {
-    EXPECT_EQ(found().size(), static_cast<qsizetype>(commandTable().size()) - 4) << "all but four of arrows";
+    EXPECT_EQ(found().size(), static_cast<qsizetype>(commandTable().size()) - 4)
+        << "all but the four whose keys are fixed";
     auto& search = *m_dialog->findChild<QLineEdit*>();
     search.setText(QStringLiteral("CUT inside"));
     EXPECT_EQ(found(), QStringList(QStringLiteral("addCut")));
