@@ -32,14 +32,6 @@ QString fileName(const QString& path) {
     return path.section(u'/', -1);
 }
 
-double measuredEnd(const media::Recording& recording) {
-    try {
-        return media::infoOf(recording).duration;
-    } catch (const media::MediaError&) {
-        return 0;
-    }
-}
-
 }
 
 Player::Player(Sound sound, QObject* parent)
@@ -452,8 +444,9 @@ void Player::handleReply(const mpv_event& event) {
         break;
     case Request::time:
         m_timeRequested = false;
+        // While the pictures change to those of a copy, libmpv tells a time a little back.
         if (number && !m_queue.busy() && !m_showsKeyframe)
-            setTime(*number);
+            setTime(m_playing ? std::max(m_time, *number) : *number);
         break;
     case Request::timeAfterSeek:
         endSeek(number.value_or(m_time));
@@ -521,7 +514,7 @@ void Player::handleSeekToEnd(double time) {
 
 void Player::endSeek(double time) {
     if (m_stage == Stage::opening) {
-        announceFile(time);
+        handleFirstFrame(time);
         return;
     }
     if (isTooLate(time)) {
@@ -550,16 +543,28 @@ bool Player::isTooLate(double time) const {
            time - std::max(current->time, m_firstTime) > m_frameDuration - seekTolerance;
 }
 
-void Player::announceFile(double time) {
+void Player::handleFirstFrame(double time) {
     if (m_storedSize.isEmpty()) {
         refuse(faultOfPlayer(MPV_ERROR_NOTHING_TO_PLAY));
         return;
     }
-    m_stage = Stage::loaded;
-    m_firstTime = time;
+    if (time <= seekTolerance || m_measuredEnd > 0) {
+        announceFile(time);
+        return;
+    }
     // With FFmpeg 7, what libmpv calls the end of a file that starts late is its length, until it has read
     // the whole file.
-    m_measuredEnd = time > seekTolerance ? measuredEnd(m_recording) : 0;
+    findDuration(m_recording, this, [this, time, generation = m_generation](double duration) {
+        if (generation != m_generation || m_stage != Stage::opening)
+            return;
+        m_measuredEnd = duration;
+        announceFile(time);
+    });
+}
+
+void Player::announceFile(double time) {
+    m_stage = Stage::loaded;
+    m_firstTime = time;
     m_duration = std::max(m_duration, m_measuredEnd);
     updateSize();
     m_copy.setFileIsOpen(true);

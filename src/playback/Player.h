@@ -166,6 +166,7 @@ private:
     bool isTooLate(double time) const;
     void startWaiting();
     void endSeek(double time);
+    void handleFirstFrame(double time);
     void announceFile(double time);
 
     static void postWakeup(void* self);

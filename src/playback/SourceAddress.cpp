@@ -38,6 +38,19 @@ QByteArray addressOf(const media::RecordingLayout& layout) {
     return address;
 }
 
+using Told = std::function<void()>;
+
+// Calls what `work` returns from the event loop, unless `receiver` is gone.
+void measure(QObject* receiver, std::function<Told()> work) {
+    QThreadPool::globalInstance()->start([receiver = QPointer(receiver), work = std::move(work)] {
+        const auto tell = [receiver, told = work()] {
+            if (receiver)
+                told();
+        };
+        QMetaObject::invokeMethod(QCoreApplication::instance(), tell, Qt::QueuedConnection);
+    });
+}
+
 }
 
 media::Recording absolute(const media::Recording& recording) {
@@ -59,21 +72,25 @@ std::optional<PlaybackFault> faultOfFiles(const media::Recording& recording) {
 
 void findAddress(const media::Recording& recording, QObject* receiver,
                  std::function<void(const QByteArray&, const PlaybackFault&)> found) {
-    const auto measure = [recording, receiver = QPointer(receiver), found = std::move(found)] {
-        QByteArray address;
-        PlaybackFault fault;
+    measure(receiver, [recording, found = std::move(found)]() -> Told {
         try {
-            address = addressOf(media::layoutOf(recording));
+            return [found, address = addressOf(media::layoutOf(recording))] { found(address, {}); };
         } catch (const media::MediaError& error) {
-            fault = {error.fault(), QString::fromUtf8(error.what())};
+            return [found, fault = PlaybackFault{error.fault(), QString::fromUtf8(error.what())}] {
+                found({}, fault);
+            };
         }
-        const auto tell = [receiver, found, address, fault] {
-            if (receiver)
-                found(address, fault);
-        };
-        QMetaObject::invokeMethod(QCoreApplication::instance(), tell, Qt::QueuedConnection);
-    };
-    QThreadPool::globalInstance()->start(measure);
+    });
+}
+
+void findDuration(const media::Recording& recording, QObject* receiver, std::function<void(double)> found) {
+    measure(receiver, [recording, found = std::move(found)]() -> Told {
+        try {
+            return [found, duration = media::infoOf(recording).duration] { found(duration); };
+        } catch (const media::MediaError&) {
+            return [found] { found(0); };
+        }
+    });
 }
 
 }
