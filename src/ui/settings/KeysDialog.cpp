@@ -8,6 +8,7 @@
 #include "ui/style/Controls.h"
 #include "ui/style/Tokens.h"
 
+#include <algorithm>
 #include <QAccessible>
 #include <QApplication>
 #include <QFileInfo>
@@ -17,6 +18,8 @@
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <tuple>
+#include <utility>
 
 namespace pointloom {
 

@@ -149,13 +149,14 @@ private:
 /// Palette, code and opacity; closes on Escape and a click beside it.
 class ColorPopup final : public QFrame {
 public:
-    ColorPopup(const UiContext& context, BoardColor color, const QString& name,
+    /// `isChosen` by the user, with its opacity.
+    ColorPopup(const UiContext& context, BoardColor color, bool isChosen, const QString& name,
                std::function<void(BoardColor)> picked, QWidget* parent)
         : QFrame(parent, Qt::Popup)
         , m_picked(std::move(picked))
         , m_color(color)
-        , m_palette(
-              new Palette([this](const QColor& chosen) { take(boardColor(chosen, m_color.alpha)); }, this))
+        , m_isVeil(!isChosen && color.alpha < 128)
+        , m_palette(new Palette([this](const QColor& chosen) { takeFromPalette(chosen); }, this))
         , m_code(new QLineEdit(this))
         , m_opacity(new QSlider(Qt::Horizontal, this)) {
         setAttribute(Qt::WA_DeleteOnClose);
@@ -196,6 +197,7 @@ public:
                 return;
             BoardColor translucent = m_color;
             translucent.alpha = static_cast<std::uint8_t>(value * 255 / 100);
+            m_isVeil = false;
             take(translucent);
         });
     }
@@ -222,6 +224,12 @@ private:
         m_opacity->setValue(percent(color));
     }
 
+    // Any colour as a template's veil would hardly be seen.
+    void takeFromPalette(const QColor& chosen) {
+        take(boardColor(chosen, std::exchange(m_isVeil, false) ? 255 : m_color.alpha));
+        m_opacity->setValue(percent(m_color));
+    }
+
     void take(BoardColor color) {
         m_color = color;
         m_code->setText(color.text());
@@ -230,6 +238,7 @@ private:
 
     std::function<void(BoardColor)> m_picked;
     BoardColor m_color;
+    bool m_isVeil; // of the template, and not changed yet
     Palette* m_palette;
     QLineEdit* m_code;
     QSlider* m_opacity;
@@ -291,6 +300,7 @@ ColorField::ColorField(const UiContext& context, L10nKey name, QWidget* parent)
 
 void ColorField::setColor(BoardColor color, bool isChosen) {
     m_color = color;
+    m_isChosen = isChosen;
     m_swatch->setColor(shown(color));
     m_giveBack->setVisible(isChosen);
     Controls::setName(m_swatch, m_context.text(m_name) + QStringLiteral(": ") + color.text());
@@ -299,7 +309,8 @@ void ColorField::setColor(BoardColor color, bool isChosen) {
 
 void ColorField::openPalette() {
     auto* popup = new ColorPopup(
-        m_context, m_color, m_context.text(m_name), [this](BoardColor color) { Q_EMIT picked(color); }, this);
+        m_context, m_color, m_isChosen, m_context.text(m_name),
+        [this](BoardColor color) { Q_EMIT picked(color); }, this);
     popup->openUnder(*m_swatch);
 }
 

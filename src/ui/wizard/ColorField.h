@@ -32,6 +32,7 @@ private:
     UiContext m_context;
     L10nKey m_name;
     BoardColor m_color;
+    bool m_isChosen = false;
     Swatch* m_swatch;
     QLabel* m_label;
     QToolButton* m_giveBack;

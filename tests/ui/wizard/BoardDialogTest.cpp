@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSlider>
 #include <QTest>
 #include <QToolButton>
 
@@ -108,6 +109,24 @@ TEST_F(BoardDialogTest, ColoursAreTypedSeenAndGivenBack) {
     EXPECT_EQ(dialog.board().board.colors, BoardColors());
     EXPECT_EQ(warning(dialog), QString());
     EXPECT_FALSE(dialog.board().board.name.isEmpty());
+}
+
+TEST_F(BoardDialogTest, AColourFromThePaletteIsSolidWhereTheTemplateHasAVeil) {
+    const BoardFile minimal{.base = TemplateID::squashMinimal, .board = {}};
+    BoardDialog dialog(screen.context, minimal, match, false, nullptr);
+    dialog.show();
+    const auto picked = [&] { return dialog.board().board.colors.points.value_or(BoardColor{0, 0, 0, 1}); };
+    swatch(dialog, L10nKey::boardPoints)->click();
+    QWidget* popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr);
+    QTest::keyClick(popup->focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(picked().alpha, 255);
+    auto* opacity = popup->findChild<QSlider*>();
+    EXPECT_EQ(opacity->value(), 100);
+    opacity->setValue(40);
+    QTest::keyClick(popup->focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(picked().alpha, 255 * 40 / 100) << "chosen by the user";
+    popup->close();
 }
 
 TEST_F(BoardDialogTest, NothingIsChosenUntilTheUserDoes) {
