@@ -8,8 +8,11 @@
 #include "ui/export/FramePreview.h"
 #include "ui/settings/AboutDialog.h"
 #include "ui/settings/HelpDialog.h"
+#include "ui/settings/KeysDialog.h"
 #include "ui/settings/LicenceDialog.h"
+#include "ui/settings/NewsDialog.h"
 #include "ui/settings/PreferencesDialog.h"
+#include "ui/wizard/BoardDialog.h"
 
 #include <QApplication>
 #include <QDir>
@@ -177,20 +180,34 @@ void ScreenTour::takeExport() {
 }
 
 void ScreenTour::takeSheets() {
-    const auto takeSheet = [this](const QString& name,
-                                  const std::function<std::unique_ptr<QDialog>()>& make) {
+    // Made anew for each language: some are told it once.
+    const auto takeSheet = [this](const QString& name, const auto& make) {
         if (!wants(name))
             return;
-        const auto sheet = make();
-        sheet->show();
-        take(*sheet, name);
+        for (const Language language : m_options.languages) {
+            m_state.language = language;
+            const std::unique_ptr<QDialog> sheet = make();
+            sheet->show();
+            settle(settleTime);
+            save(*sheet, name);
+        }
+        m_state.language = m_options.languages.front();
     };
     takeSheet(QStringLiteral("preferences"),
               [this] { return std::make_unique<PreferencesDialog>(m_context, nullptr); });
+    takeSheet(QStringLiteral("keys"), [this] { return std::make_unique<KeysDialog>(m_context, nullptr); });
     takeSheet(QStringLiteral("help"), [this] { return std::make_unique<HelpDialog>(m_context, nullptr); });
+    takeSheet(QStringLiteral("news"),
+              [this] { return std::make_unique<NewsDialog>(m_context, QVersionNumber(), nullptr); });
     takeSheet(QStringLiteral("about"), [this] { return std::make_unique<AboutDialog>(m_context, nullptr); });
     takeSheet(QStringLiteral("licence"),
               [this] { return std::make_unique<LicenceDialog>(m_context, m_licence, nullptr); });
+    takeSheet(QStringLiteral("board"), [this] {
+        const BoardFile board{
+            .base = TemplateID::classic,
+            .board = {.name = QStringLiteral("TC 74"), .colors = {.main = BoardColor{0x0B, 0x5D, 0x3B}}}};
+        return std::make_unique<BoardDialog>(m_context, board, *m_state.matchConfig.value(), true, nullptr);
+    });
 }
 
 // The question runs an event loop of its own.
