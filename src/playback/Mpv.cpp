@@ -41,6 +41,11 @@ constexpr std::array options{
     Option{"audio-fallback-to-null", "yes"},
     Option{"audio-client-name", "Pointloom"},
 
+    // Enough for a preview. The usual filters read weights from a texture, which libmpv 0.40 with software
+    // OpenGL (Mesa 25) often draws as black.
+    Option{"scale", "bicubic_fast"},
+    Option{"cscale", "bilinear"},
+
     // HDR looks as exports to H.264 do: the same fixed tone curve and the same colours.
     Option{"tone-mapping", "mobius"},
     Option{"tone-mapping-param", "0.5"},

@@ -56,9 +56,11 @@ protected:
     }
 
     void paintGL() override {
-        if (m_context)
-            m_context->drawOpenGl(static_cast<int>(defaultFramebufferObject()),
-                                  (QSizeF(size()) * devicePixelRatioF()).toSize());
+        if (!m_context)
+            return;
+        context()->functions()->glDisable(GL_BLEND); // on in Qt 6.8; libmpv expects a new context's state
+        m_context->drawOpenGl(static_cast<int>(defaultFramebufferObject()),
+                              (QSizeF(size()) * devicePixelRatioF()).toSize());
     }
 
 private:
