@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <QDateTime>
@@ -241,6 +242,19 @@ RecordingLayout layoutOf(const Recording& recording) {
         layout.duration = layout.offsetOf(layout.files.size() - 1) + facts.info.duration;
     }
     return layout;
+}
+
+MovedTime movedTime(double time, const RecordingLayout& from, const RecordingLayout& to) {
+    const std::size_t own = from.fileAt(time);
+    for (std::size_t file = own; file < from.files.size(); ++file) {
+        const auto found = std::ranges::find(to.files, from.files[file].path, &PlacedFile::path);
+        if (found == to.files.end())
+            continue;
+        const auto there = static_cast<std::size_t>(found - to.files.begin());
+        return file == own ? MovedTime{std::max(0.0, time - from.offsetOf(own) + to.offsetOf(there)), false}
+                           : MovedTime{to.beginOf(there), true};
+    }
+    return {std::numeric_limits<double>::infinity(), true};
 }
 
 MediaInfo infoOf(const Recording& recording) {

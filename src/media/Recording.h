@@ -93,6 +93,15 @@ std::vector<Difference> differences(const MediaInfo& first, const MediaInfo& fur
 /// file, also for a file of another shape. The layout of a single file has nothing but its path.
 RecordingLayout layoutOf(const Recording& recording);
 
+/// Where a moment of one recording is in another one that shares files with it.
+struct MovedTime {
+    double time;    // seconds
+    bool isLeftOut; // the other one does not have its file: `time` is where the next file begins, or infinite
+};
+
+/// `time` in seconds of `from`.
+MovedTime movedTime(double time, const RecordingLayout& from, const RecordingLayout& to);
+
 /// `readMediaInfo` of the first file, with the length and the audio tracks of all. Throws MediaError as both.
 MediaInfo infoOf(const Recording& recording);
 

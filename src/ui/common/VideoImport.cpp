@@ -3,12 +3,21 @@
 #include "media/VideoReader.h"
 #include "ui/common/FaultText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <QFileInfo>
 #include <QPointer>
 #include <QWidget>
 
 namespace pointloom {
+
+namespace {
+
+bool share(const std::vector<QString>& files, const std::vector<QString>& others) {
+    return std::ranges::find_first_of(files, others) != files.end();
+}
+
+}
 
 VideoImport::VideoImport(const UiContext& context, QWidget* owner)
     : QObject(owner)
@@ -59,12 +68,14 @@ void VideoImport::cancel() {
 }
 
 void VideoImport::read(const media::Recording& recording) {
-    m_reading.start([recording] { return open(recording); },
+    const auto before = m_isAgain ? m_context.state.recording() : std::nullopt;
+    m_reading.start([recording, before] { return open(recording, before); },
                     [this, recording](const Outcome& outcome) { finish(recording, outcome); });
 }
 
 // Opens the decoder too, since some files can be opened but not decoded.
-VideoImport::Outcome VideoImport::open(const media::Recording& recording) {
+VideoImport::Outcome VideoImport::open(const media::Recording& recording,
+                                       const std::optional<media::Recording>& before) {
     Outcome outcome;
     try {
         if (recording.isSplit()) {
@@ -78,6 +89,9 @@ VideoImport::Outcome VideoImport::open(const media::Recording& recording) {
         outcome.isReadable = true;
         outcome.duration = reader.info().duration;
         outcome.uprightSize = reader.track().uprightSize();
+        outcome.layout = media::layoutOf(recording);
+        if (before && *before != recording && share(before->files(), recording.files()))
+            outcome.before = media::layoutOf(*before);
     } catch (const media::MediaError& error) {
         outcome.fault = error.fault();
         outcome.reason = QString::fromUtf8(error.what());
@@ -115,6 +129,8 @@ void VideoImport::takeIn(const media::Recording& recording, const Outcome& outco
         state.videoURL = std::nullopt;
     state.isPlaying = false;
     state.currentTime = 0;
+    if (outcome.before)
+        moveTimes(*outcome.before, outcome.layout, outcome.duration);
     if (state.trimStart >= outcome.duration)
         state.trimStart = 0;
     if (state.trimEnd.value() && *state.trimEnd.value() > outcome.duration)
@@ -123,6 +139,43 @@ void VideoImport::takeIn(const media::Recording& recording, const Outcome& outco
     state.videoWidth = outcome.uprightSize.width();
     state.videoHeight = outcome.uprightSize.height();
     state.setVideo(recording);
+}
+
+// Of the markers in a file that is left out the last one stays, since its score holds when the next file
+// begins.
+void VideoImport::moveTimes(const media::RecordingLayout& from, const media::RecordingLayout& to,
+                            double duration) {
+    AppState& state = m_context.state;
+    const auto moved = [&](double time) { return media::movedTime(time, from, to); };
+    std::vector<Marker> markers;
+    bool isLastLeftOut = false;
+    for (Marker marker : state.markers.value()) {
+        const auto [time, isLeftOut] = moved(marker.startTime);
+        if (!std::isfinite(time))
+            continue;
+        if (isLastLeftOut && markers.back().startTime == time)
+            markers.pop_back();
+        isLastLeftOut = isLeftOut;
+        marker.startTime = time;
+        markers.push_back(marker);
+    }
+    std::ranges::stable_sort(markers, {}, &Marker::startTime);
+    if (markers != state.markers.value())
+        state.replaceMarkers(markers, std::nullopt, L10nKey::undoMoveMarkers, &m_context.undo);
+
+    std::vector<CutZone> cuts;
+    for (CutZone cut : state.cuts.value()) {
+        cut.start = moved(cut.start).time;
+        cut.end = std::min(moved(cut.end).time, duration);
+        if (cut.start < cut.end)
+            cuts.push_back(cut);
+    }
+    state.cuts = cuts;
+    state.trimStart = moved(state.trimStart).time;
+    if (const auto end = state.trimEnd.value())
+        state.trimEnd = moved(*end).time;
+    if (state.trimEnd.value() && *state.trimEnd.value() <= state.trimStart)
+        state.trimEnd = std::nullopt;
 }
 
 }

@@ -22,7 +22,8 @@ public:
     /// taken as one recording if the user says so. Where the session misses a file of its recording and
     /// `paths` names it, the recording is put together again. A later start cancels an earlier one without a
     /// signal. Success sets the session's video with its length and upright size, puts the playhead at 0 and
-    /// clears trims beyond the new end; failure leaves the session as it was.
+    /// clears trims beyond the new end; failure leaves the session as it was. Where the video before shares
+    /// files with the new one, markers, cuts and trims stay with the pictures that they were put at.
     void start(const QStringList& paths);
     void start(const QString& path) { start(QStringList{path}); }
 
@@ -49,15 +50,18 @@ private:
         QSize uprightSize;
         media::MediaFault fault = media::MediaFault::other; // why it is unreadable
         QString reason;
-        QString file; // that `reason` is about
+        QString file;                                 // that `reason` is about
+        std::optional<media::RecordingLayout> before; // of the video before, where they share files
+        media::RecordingLayout layout;
     };
 
     void decide(const QString& chosen, const std::vector<RecordedFile>& files);
     void read(const media::Recording& recording);
-    static Outcome open(const media::Recording& recording);
+    static Outcome open(const media::Recording& recording, const std::optional<media::Recording>& before);
     void finish(const media::Recording& recording, const Outcome& outcome);
     std::optional<QString> complaint(const Outcome& outcome) const;
     void takeIn(const media::Recording& recording, const Outcome& outcome);
+    void moveTimes(const media::RecordingLayout& from, const media::RecordingLayout& to, double duration);
 
     UiContext m_context;
     bool m_isAgain = false;                              // the file may be one that the session has

@@ -116,6 +116,50 @@ TEST_F(VideoImportTest, FilesThatContinueEachOtherAreTakenTogetherWhenTheUserSay
     EXPECT_EQ(screen.state.recording(), media::Recording(second));
 }
 
+TEST_F(VideoImportTest, WhatWasPutAtAPictureStaysThereWhenAFileOfTheRecordingIsLeftOutOrAdded) {
+    const QString warmUp = clip(QStringLiteral("GX010042.MP4"), "160x90", 2);
+    const QString match = clip(QStringLiteral("GX020042.MP4"), "160x90", 1);
+    const auto take = [&](const std::vector<QString>& files) {
+        import.take({files.front(), files});
+        return imported.wait(patience);
+    };
+    ASSERT_TRUE(take({warmUp, match}));
+    AppState& state = screen.state;
+    const auto marker = [](double time) { return Marker{QUuid::createUuid(), time, ScoreState{}, {}}; };
+    const std::vector before{marker(0.5), marker(1), marker(2.4)};
+    state.markers = before;
+    state.cuts = std::vector<CutZone>{{QUuid::createUuid(), 0.2, 0.4}, {QUuid::createUuid(), 1.9, 2.6}};
+    state.trimStart = 1;
+    state.trimEnd = 2.8;
+
+    ASSERT_TRUE(take({match}));
+    ASSERT_EQ(state.markers.value().size(), 2U);
+    EXPECT_EQ(state.markers.value()[0].id, before[1].id) << "its score holds when the match begins";
+    EXPECT_EQ(state.markers.value()[0].startTime, 0);
+    EXPECT_EQ(state.markers.value()[1].id, before[2].id);
+    EXPECT_NEAR(state.markers.value()[1].startTime, 0.4, 1e-6);
+    ASSERT_EQ(state.cuts.value().size(), 1U);
+    EXPECT_EQ(state.cuts.value()[0].start, 0);
+    EXPECT_NEAR(state.cuts.value()[0].end, 0.6, 1e-6);
+    EXPECT_EQ(state.trimStart.value(), 0);
+    EXPECT_NEAR(state.trimEnd.value().value_or(0), 0.8, 1e-6);
+
+    ASSERT_TRUE(take({warmUp, match}));
+    EXPECT_NEAR(state.markers.value()[1].startTime, 2.4, 1e-6);
+    screen.undo.undo();
+    screen.undo.undo();
+    EXPECT_EQ(state.markers.value(), before);
+
+    ASSERT_TRUE(take({warmUp}));
+    ASSERT_EQ(state.markers.value().size(), 2U);
+    EXPECT_EQ(state.markers.value()[1].startTime, 1);
+    EXPECT_EQ(state.trimStart.value(), 0) << "its range was in the match";
+    EXPECT_EQ(state.trimEnd.value(), std::nullopt);
+    const QString other = clip(QStringLiteral("other.mp4"), "160x90", 1);
+    ASSERT_TRUE(take({other}));
+    EXPECT_EQ(state.markers.value()[1].startTime, 1) << "a film of its own";
+}
+
 TEST_F(VideoImportTest, OfFilesChosenTogetherThoseThatFitAreTakenAndTheOthersExplained) {
     const QString wide = clip(QStringLiteral("a.mp4"), "160x90", 1);
     const QString square = clip(QStringLiteral("b.mp4"), "64x64", 1);
