@@ -245,7 +245,7 @@ private:
 RowTemplateStyle styleOf(TemplateID id, const BoardStyle& board) {
     RowTemplateStyle style = Recoloring(rowTemplateStyle(id), board.colors).style();
     style.radius = std::clamp(board.corner.value_or(style.radius), 0.0, largestBoardCorner);
-    style.cutsCells = style.radius > 0;
+    style.cutsCells = board.corner && style.radius > 0;
     style.font = board.font.value_or(style.font);
     style.order = board.order.value_or(style.order);
     style.logo = board.logo.value_or(style.logo);

@@ -126,6 +126,8 @@ TEST(Board, PointsMayFollowTheNames) {
 TEST(Board, RoundCornersCutTheCells) {
     MatchConfig match = matchWith({.name = {}, .corner = 19});
     EXPECT_EQ(at(drawn(TemplateID::classic, shortMatch()), 1, 1).alpha(), 255);
+    const MatchConfig green = matchWith(withColors({.main = clubGreen}));
+    EXPECT_EQ(at(drawn(TemplateID::classic, green), 1, 1).alpha(), 255) << "as in the template";
     const QImage round = drawn(TemplateID::classic, match);
     for (const double x : {1.0, 250.0 - 1.5}) {
         for (const double y : {1.0, 77 - 1.5})

@@ -65,10 +65,12 @@ constexpr std::array cornerSteps{CornerStep{L10nKey::boardCornersSquare, 0},
                                  CornerStep{L10nKey::boardCornersSoft, 6},
                                  CornerStep{L10nKey::boardCornersRound, 16}};
 
-int cornerStepOf(double radius) {
+/// The step that looks like the corners of a style: in many templates the rows cover those of the panel.
+int cornerStepOf(const RowTemplateStyle& style) {
     constexpr double nearlySquare = 2;
     constexpr double nearlyRound = 11;
-    return radius < nearlySquare ? 0 : radius < nearlyRound ? 1 : 2;
+    const bool isRound = style.cutsCells || style.team1.bg.alpha == 0;
+    return !isRound || style.radius < nearlySquare ? 0 : style.radius < nearlyRound ? 1 : 2;
 }
 
 }
@@ -185,7 +187,7 @@ QWidget* BoardDialog::makeChoices() {
     std::vector<L10nKey> corners;
     for (const CornerStep& step : cornerSteps)
         corners.push_back(step.name);
-    addChoice(L10nKey::boardCorners, corners, cornerStepOf(style.radius), [](BoardStyle& board, int chosen) {
+    addChoice(L10nKey::boardCorners, corners, cornerStepOf(style), [](BoardStyle& board, int chosen) {
         board.corner = cornerSteps[static_cast<std::size_t>(chosen)].radius;
     });
     addChoice(L10nKey::boardOrder, {L10nKey::boardSetsFirst, L10nKey::boardPointsFirst},
