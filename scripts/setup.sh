@@ -89,7 +89,7 @@ missing_packages() {
 
 # By another package, as libqt6opengl6-dev is on Debian 13.
 is_provided() {
-    dpkg-query --show --showformat='${db:Status-Status} ${Provides}\n' | grep -Eq "^installed (.* )?$1([ ,]|$)"
+    dpkg-query --show --showformat='${db:Status-Status} ${Provides}\n' | grep -E "^installed (.* )?$1([ ,]|$)" >/dev/null
 }
 
 as_root() {
