@@ -212,11 +212,12 @@ void Player::endSeek(double time) {
 }
 
 // Whether an exact seek missed frames. Where frames refer across a key frame (open groups of pictures, as
-// many cameras write them), those shown right before it cannot be decoded from there.
+// many cameras write them), those shown right before it cannot be decoded from there. While playing, the time
+// goes on before it is known, which tells nothing.
 bool Player::isTooLate(double time) const {
     const auto current = m_queue.current();
-    return current && current->kind == Seek::Kind::exact && !current->fromFurtherBack && !m_queue.waiting() &&
-           m_frameDuration > 0 &&
+    return !m_playing && current && current->kind == Seek::Kind::exact && !current->fromFurtherBack &&
+           !m_queue.waiting() && m_frameDuration > 0 &&
            time - std::max(current->time, m_firstTime) > m_frameDuration - seekTolerance;
 }
 

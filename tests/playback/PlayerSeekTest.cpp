@@ -1,11 +1,13 @@
 #include "playback/NumberedClip.h"
 #include "playback/Watched.h"
 
+#include <chrono>
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
 #include <QFile>
+#include <thread>
 #include <unistd.h>
 
 namespace pointloom::playback {
@@ -123,6 +125,23 @@ TEST_F(PlayerSeekTest, ASeekToTheEndWhilePlayingEndsThere) {
     EXPECT_FALSE(watched.player.isPlaying());
     watched.player.play();
     EXPECT_TRUE(Watched::waitFor([&] { return watched.player.time() < 1; })) << "from the beginning";
+}
+
+// The main thread is busy while libmpv plays on: what it told meanwhile is out of date.
+TEST_F(PlayerSeekTest, PlayingGoesOnFromASeekAlthoughTheMainThreadIsLate) {
+    using namespace std::chrono_literals;
+    ASSERT_TRUE(watched.load(makeNumberedClip(folder, QStringLiteral("clip.mp4"), {.sound = true})));
+    watched.player.seek(5 * frame);
+    watched.player.play();
+    std::this_thread::sleep_for(1s);
+    ASSERT_TRUE(Watched::waitFor([&] { return !watched.player.isSeeking(); }));
+    EXPECT_GT(watched.player.time(), 10 * frame) << "what was played is not played again";
+
+    std::this_thread::sleep_for(2s); // to the end
+    watched.player.seek(10 * frame);
+    EXPECT_TRUE(Watched::waitFor([&] { return watched.player.time() > 20 * frame; }, 5000));
+    EXPECT_TRUE(Watched::waitFor([&] { return watched.ends == 1; }));
+    EXPECT_FALSE(watched.player.isPlaying());
 }
 
 TEST_F(PlayerSeekTest, DraggingThePlayheadDoesNotQueueUp) {
