@@ -40,13 +40,11 @@ inline QByteArray soundPackets(const QString& path) {
 
 // The smallest likeness, in decibel, of two pictures that are shown at the same time.
 inline double smallestLikeness(const QString& a, const QString& b) {
-    QProcess process;
-    process.start(QStringLiteral("ffmpeg"),
-                  QStringList{QStringLiteral("-i"), a, QStringLiteral("-i"), b} +
-                      QProcess::splitCommand(QStringLiteral("-lavfi psnr=stats_file=- -f null -")));
-    process.waitForFinished();
+    const QByteArray statistics =
+        test::decode(a, QStringList{QStringLiteral("-i"), b} +
+                            QProcess::splitCommand(QStringLiteral("-lavfi psnr=stats_file=- -f null")));
     double smallest = 1000;
-    for (const QByteArray& line : process.readAllStandardOutput().split('\n')) {
+    for (const QByteArray& line : statistics.split('\n')) {
         const qsizetype at = line.indexOf("psnr_avg:");
         if (at < 0)
             continue;
