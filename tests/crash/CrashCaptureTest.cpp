@@ -1,6 +1,7 @@
 #include "crash/CrashCapture.h"
 #include "crash/CrashEvent.h"
 #include "json/JsonDocument.h"
+#include "support/Command.h"
 
 #include <csignal>
 #include <gmock/gmock.h>
@@ -9,10 +10,10 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <utility>
 
 namespace pointloom {
@@ -30,20 +31,11 @@ class CrashCapture : public testing::Test {
 protected:
     // The number of the signal that ended the process; 0 when it ended by itself.
     int die(const QString& way) {
-        QProcess victim;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), m_home);
-        victim.setProcessEnvironment(environment);
-        victim.start(m_program, {way});
-        constexpr int patience = 20'000; // ms
-        if (!victim.waitForFinished(patience)) {
-            ADD_FAILURE() << "the victim hangs: " << qPrintable(way);
-            victim.kill();
-            victim.waitForFinished();
-            return -1;
-        }
-        m_console = victim.readAllStandardError();
-        return victim.exitStatus() == QProcess::CrashExit ? victim.exitCode() : 0;
+        const auto [status, output] =
+            test::runCommand(QStringLiteral("exec env XDG_DATA_HOME=%1 %2 %3 2>&1 >/dev/null")
+                                 .arg(test::quoted(m_home), test::quoted(m_program), way));
+        m_console = output;
+        return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     }
 
     QString recordPath() const { return m_home + QStringLiteral("/Pointloom/pending_crash.json"); }

@@ -1,34 +1,25 @@
 #include "support/TestClips.h"
 
-#include <cerrno>
-#include <cstdio>
+#include "support/Command.h"
+
 #include <QDir>
 #include <QFile>
 #include <QtEndian>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 namespace pointloom::test {
 
 namespace {
 
-// Not by QProcess, after which the thread sanitizer loses track of its own locks.
 QByteArray run(const QString& program, const QStringList& arguments) {
-    QString command = program;
-    for (QString argument : arguments)
-        command +=
-            QStringLiteral(" '") + argument.replace(QStringLiteral("'"), QStringLiteral("'\\''")) + u'\'';
-    std::FILE* output = ::popen((command + QStringLiteral(" </dev/null")).toUtf8().constData(), "r");
-    if (!output)
-        throw std::system_error(errno, std::generic_category(), "popen");
-    QByteArray text;
-    QFile file;
-    if (file.open(output, QIODevice::ReadOnly))
-        text = file.readAll();
-    if (const int status = ::pclose(output); status != 0)
-        throw std::runtime_error(command.toStdString() + ": ended with " + std::to_string(status));
-    return text;
+    QString line = program;
+    for (const QString& argument : arguments)
+        line += u' ' + quoted(argument);
+    const CommandResult result = runCommand(line);
+    if (result.status != 0)
+        throw std::runtime_error(line.toStdString() + ": ended with status " + std::to_string(result.status));
+    return result.output;
 }
 
 nlohmann::json probeWith(const QStringList& wanted, const QString& path) {
