@@ -37,6 +37,10 @@ protected:
         return {.damage = {}, .outputPath = job.outputPath};
     }
 
+    void waitForStart() {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return runner.queue().status().progress.frames > 0; }, longest));
+    }
+
     // The list from the top: names, states and what is said of them.
     static QStringList listed(const QueueDialog& dialog) {
         auto rows = dialog.findChildren<QueueRow*>();
@@ -74,7 +78,7 @@ TEST_F(QueueDialogTest, ListsExportsAndChangesTheirOrder) {
     add("Cleo");
     QueueDialog dialog(screen.context, runner, nullptr);
     test::show(dialog);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return runner.queue().status().progress.frames > 0; }, longest));
+    waitForStart();
     QCoreApplication::processEvents();
     EXPECT_TRUE(listed(dialog).value(0).startsWith(QStringLiteral("Ana: 100 of 400 frames")))
         << listed(dialog).value(0).toStdString();
@@ -95,7 +99,10 @@ TEST_F(QueueDialogTest, CancelsTriesAgainAndRemoves) {
     clips.write(QStringLiteral("Ana.mov"), "a video");
     QueueDialog dialog(screen.context, runner, nullptr);
     test::show(dialog);
+    waitForStart();
     test::click(row(dialog, "Ana"), "remove");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return listed(dialog).value(0) == QStringLiteral("Ana: Cancelled"); },
+                                longest));
     isReleased = true;
     ASSERT_TRUE(becomes(dialog, {QStringLiteral("Ana: Cancelled"),
                                  QStringLiteral("Bea: The video “Bea.mov” is no longer there. Put it back "
@@ -120,14 +127,16 @@ TEST_F(QueueDialogTest, PausesAndGoesOnInEveryLanguage) {
     QueueDialog dialog(screen.context, runner, nullptr);
     test::show(dialog);
     screen.state.language = Language::german;
+    waitForStart();
     test::click(dialog, "pause");
-    isReleased = true;
     EXPECT_TRUE(becomes(dialog, {QStringLiteral("Ana: Angehalten")}));
     EXPECT_EQ(indicator.toolTip(), QStringLiteral("Ausstehende Exporte: 1, Angehalten"));
     EXPECT_EQ(named<QPushButton>(dialog, "pause")->text(), QStringLiteral("Fortsetzen"));
     test::click(dialog, "pause");
+    isReleased = true;
     EXPECT_TRUE(becomes(dialog, {QStringLiteral("Ana: Fertig")}));
-    EXPECT_EQ(indicator.toolTip(), QStringLiteral("Exporte fertig"));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return indicator.toolTip() == QStringLiteral("Exporte fertig"); }, longest));
 }
 
 TEST_F(QueueDialogTest, AnExportIsMarkedAsTheLicenceSaysWhenItStarts) {
