@@ -1,7 +1,7 @@
 #include "crash/CrashCapture.h"
 #include "crash/CrashEvent.h"
-#include "json/JsonDocument.h"
 #include "support/Command.h"
+#include "json/JsonDocument.h"
 
 #include <csignal>
 #include <gmock/gmock.h>
@@ -31,11 +31,15 @@ class CrashCapture : public testing::Test {
 protected:
     // The number of the signal that ended the process; 0 when it ended by itself.
     int die(const QString& way) {
+        constexpr int patience = 20; // seconds
         const auto [status, output] =
-            test::runCommand(QStringLiteral("exec env XDG_DATA_HOME=%1 %2 %3 2>&1 >/dev/null")
-                                 .arg(test::quoted(m_home), test::quoted(m_program), way));
+            test::runCommand(QStringLiteral("env XDG_DATA_HOME=%1 %2 %3 2>&1 >/dev/null")
+                                 .arg(test::quoted(m_home), test::quoted(m_program), way),
+                             patience);
         m_console = output;
-        return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+        const int number = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+        EXPECT_NE(number, SIGKILL) << "the victim hangs: " << qPrintable(way);
+        return number;
     }
 
     QString recordPath() const { return m_home + QStringLiteral("/Pointloom/pending_crash.json"); }

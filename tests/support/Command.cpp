@@ -7,8 +7,11 @@
 
 namespace pointloom::test {
 
-CommandResult runCommand(const QString& line) {
-    std::FILE* pipe = ::popen((line + QStringLiteral(" </dev/null")).toUtf8().constData(), "r");
+CommandResult runCommand(const QString& line, int seconds) {
+    // Ends by the signal that ended the program.
+    const QString bounded =
+        QStringLiteral("exec timeout --signal=KILL %1 %2 </dev/null").arg(QString::number(seconds), line);
+    std::FILE* pipe = ::popen(bounded.toUtf8().constData(), "r");
     if (!pipe)
         throw std::system_error(errno, std::generic_category(), "popen");
     CommandResult result;

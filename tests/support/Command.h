@@ -1,5 +1,5 @@
-// Programs that tests run, by the shell. Not by QProcess, after which the thread sanitizer loses track of the
-// test's own locks.
+// Runs programs for tests, through the shell: after QProcess the thread sanitizer loses track of the test's
+// own locks.
 #pragma once
 
 #include <QByteArray>
@@ -12,9 +12,9 @@ struct CommandResult {
     QByteArray output;
 };
 
-/// Runs a command line without input and waits for its end. Throws std::system_error when it cannot be
-/// started.
-CommandResult runCommand(const QString& line);
+/// Runs a program, as a line of the shell names it, without input. After `seconds` it is killed (SIGKILL).
+/// Throws std::system_error when the shell cannot be started.
+CommandResult runCommand(const QString& line, int seconds);
 
 /// The argument as one word of a command line.
 QString quoted(QString argument);

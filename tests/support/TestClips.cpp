@@ -16,7 +16,8 @@ QByteArray run(const QString& program, const QStringList& arguments) {
     QString line = program;
     for (const QString& argument : arguments)
         line += u' ' + quoted(argument);
-    const CommandResult result = runCommand(line);
+    constexpr int patience = 120; // seconds
+    const CommandResult result = runCommand(line, patience);
     if (result.status != 0)
         throw std::runtime_error(line.toStdString() + ": ended with status " + std::to_string(result.status));
     return result.output;
