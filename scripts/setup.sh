@@ -87,7 +87,7 @@ missing_packages() {
     done
 }
 
-# By another package, as libqt6opengl6-dev is on Debian 13.
+# By another package, as libqt6opengl6-dev is on Debian 13. grep reads to the end: --quiet would break the pipe.
 is_provided() {
     dpkg-query --show --showformat='${db:Status-Status} ${Provides}\n' | grep -E "^installed (.* )?$1([ ,]|$)" >/dev/null
 }

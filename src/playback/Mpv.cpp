@@ -24,7 +24,7 @@ constexpr std::array options{
     Option{"idle", "yes"},
     Option{"pause", "yes"},
     Option{"keep-open", "yes"},
-    // The player itself pauses at the end; libmpv would stay paused after a seek away from there.
+    // Player::updateEnd pauses; libmpv of its own would stay paused after a seek away from the end.
     Option{"keep-open-pause", "no"},
     Option{"loop-file", "no"},
     Option{"loop-playlist", "no"},

@@ -212,8 +212,8 @@ void Player::endSeek(double time) {
 }
 
 // Whether an exact seek missed frames. Where frames refer across a key frame (open groups of pictures, as
-// many cameras write them), those shown right before it cannot be decoded from there. While playing, the time
-// goes on before it is known, which tells nothing.
+// many cameras write them), those shown right before it cannot be decoded from there. While playing, a later
+// time tells nothing: the file has played on before it arrived.
 bool Player::isTooLate(double time) const {
     const auto current = m_queue.current();
     return !m_playing && current && current->kind == Seek::Kind::exact && !current->fromFurtherBack &&

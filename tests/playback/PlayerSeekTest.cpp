@@ -127,7 +127,7 @@ TEST_F(PlayerSeekTest, ASeekToTheEndWhilePlayingEndsThere) {
     EXPECT_TRUE(Watched::waitFor([&] { return watched.player.time() < 1; })) << "from the beginning";
 }
 
-// The main thread is busy while libmpv plays on: what it told meanwhile is out of date.
+// While the main thread sleeps, libmpv plays on and tells things that are out of date when they are read.
 TEST_F(PlayerSeekTest, PlayingGoesOnFromASeekAlthoughTheMainThreadIsLate) {
     using namespace std::chrono_literals;
     ASSERT_TRUE(watched.load(makeNumberedClip(folder, QStringLiteral("clip.mp4"), {.sound = true})));
